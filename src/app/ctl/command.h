@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QCommandLineParser;
+
+namespace molven::ctl {
+
+/// One word of molvenctl. Exit codes: 0 done and sound, 1 refused or faults found, 2 wrong call.
+struct Command {
+    QString word;
+    QString help;      ///< one line, French
+    QString arguments; ///< "DIR", shown in the usage
+    void (*declare)(QCommandLineParser&);
+    int (*run)(const QCommandLineParser&, const QStringList& arguments);
+    int argumentCount;
+};
+
+Command createCommand();
+Command demoCommand();
+Command checkCommand();
+Command traceCommand();
+
+/// One line on standard output.
+void say(const QString& line);
+
+} // namespace molven::ctl

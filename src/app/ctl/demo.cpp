@@ -1,0 +1,57 @@
+#include "app/ctl/command.h"
+
+#include "data/database.h"
+#include "data/errors.h"
+#include "dossier/creation.h"
+#include "dossier/demo.h"
+#include "sales/document_tables.h"
+#include "stock/unit_tables.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+
+namespace molven::ctl {
+
+namespace {
+
+int number(const QCommandLineParser& parser, const QString& option) {
+    bool valid = false;
+    const int value = parser.value(option).toInt(&valid);
+    if (!valid || value < 1) throw Refusal(QStringLiteral("--%1 attend un nombre positif").arg(option));
+    return value;
+}
+
+void report(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database vente = workspace.open(session.vente());
+    say(QStringLiteral("unités : %1").arg(molven.count(strproduit)));
+    say(QStringLiteral("bons de livraison : %1").arg(vente.count(strlive)));
+    say(QStringLiteral("bons de consignation : %1").arg(vente.count(strcsge)));
+    say(QStringLiteral("factures et avoirs : %1").arg(vente.count(strface)));
+    say(QStringLiteral("bons de transfert : %1").arg(vente.count(strbtre)));
+}
+
+} // namespace
+
+Command demoCommand() {
+    return {QStringLiteral("demo"), QStringLiteral("crée une installation remplie d'un distributeur plausible"), QStringLiteral("DIR"),
+            [](QCommandLineParser& parser) {
+                parser.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"), QStringLiteral("CE")},
+                                   {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"), QStringLiteral("N"), QStringLiteral("5000")},
+                                   {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"), QStringLiteral("1")}});
+            },
+            [](const QCommandLineParser& parser, const QStringList& arguments) {
+                const demo::Options options{number(parser, QStringLiteral("unites")),
+                                            static_cast<unsigned>(number(parser, QStringLiteral("graine")))};
+                const Session session = creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
+                                                          QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
+                demo::fill(session, options);
+                say(QStringLiteral("installation créée : ") + session.dossier_app);
+                report(session);
+                return 0;
+            },
+            1};
+}
+
+} // namespace molven::ctl

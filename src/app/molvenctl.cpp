@@ -1,0 +1,68 @@
+#include "app/ctl/command.h"
+
+#include "data/errors.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+
+using namespace molven;
+
+namespace molven::ctl {
+
+void say(const QString& line) { QTextStream(stdout) << line << Qt::endl; }
+
+namespace {
+
+void complain(const QString& line) { QTextStream(stderr) << line << Qt::endl; }
+
+int usage(const QList<Command>& commands) {
+    complain(QStringLiteral("usage : molvenctl MOT DIR [options]"));
+    for (const Command& command : commands)
+        complain(QStringLiteral("  %1 %2  %3").arg(command.word, -8).arg(command.arguments, -12).arg(command.help));
+    return 2;
+}
+
+int runCommand(const Command& command, const QStringList& call) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(command.help);
+    parser.addHelpOption();
+    command.declare(parser);
+    if (!parser.parse(call)) {
+        complain(parser.errorText());
+        return 2;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        say(parser.helpText());
+        return 0;
+    }
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != command.argumentCount) {
+        complain(QStringLiteral("usage : molvenctl %1 %2").arg(command.word, command.arguments));
+        return 2;
+    }
+    try {
+        return command.run(parser, arguments);
+    } catch (const Refusal& refusal) {
+        complain(refusal.text.trimmed());
+    } catch (const DataError& error) {
+        complain(QStringLiteral("%1 (erreur %2)").arg(error.description).arg(error.number));
+    }
+    return 1;
+}
+
+} // namespace
+} // namespace molven::ctl
+
+int main(int argc, char* argv[]) {
+    QCoreApplication application(argc, argv);
+    const QList<ctl::Command> commands{ctl::createCommand(), ctl::demoCommand(), ctl::checkCommand(), ctl::traceCommand()};
+    QStringList call = QCoreApplication::arguments();
+    const QString word = call.value(1);
+    for (const ctl::Command& command : commands) {
+        if (command.word != word) continue;
+        call.removeAt(1);
+        return ctl::runCommand(command, call);
+    }
+    return ctl::usage(commands);
+}

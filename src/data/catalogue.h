@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace molven {
+
+/// The database files of an installation.
+enum class DataFile {
+    Societe, Molven, Vente, Blent, Proforma, Historic, Ostrane, Ancillaire, Virtuel, Compta, Gencode, Mail,
+    Stocks, Tristk, Tri, Tripro, Tridu, Documents
+};
+
+/// Where a file lies.
+enum class Folder {
+    Program, ///< the program's own folder
+    Base,    ///< shared data folder of the dossier
+    User,    ///< the user's own folder, the data folder when there is none
+    Sales,   ///< as User, but the second site's folder for the company's second site
+    Work     ///< work folder
+};
+
+struct CatalogueEntry {
+    DataFile file;
+    QString name;
+    Folder folder;
+};
+
+/// Every file with its name and folder rule.
+const QList<CatalogueEntry>& catalogue();
+const CatalogueEntry& catalogueEntry(DataFile file);
+
+} // namespace molven

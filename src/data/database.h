@@ -1,0 +1,66 @@
+#pragma once
+
+#include "data/criteria.h"
+#include "data/record.h"
+#include "data/recordset.h"
+#include "data/workspace.h"
+
+#include <optional>
+
+namespace molven {
+
+/// A value given to one field of many records at once.
+struct Assignment {
+    std::reference_wrapper<const Field> field;
+    QString value;
+};
+
+/// One database file opened in a workspace. Cheap to copy; lives no longer than its workspace.
+/// Every function throws DataError on an engine fault.
+class Database {
+public:
+    /// Creates an empty file of ours with these tables; an existing file is refused.
+    static void create(const QString& path, const QList<const Table*>& tables);
+
+    /// The records that meet a criterion, in order; see Recordset.
+    Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
+    /// The first such record.
+    std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
+    qint64 count(const Table& table, const Criterion& criterion = {});
+    /// Greatest value of a field among the records, empty when there is none.
+    QString greatest(const Table& table, const Field& field, const Criterion& criterion = {});
+    Decimal sum(const Table& table, const Number& field, const Criterion& criterion = {});
+    /// Count of records by value of a field.
+    QHash<QString, qint64> countBy(const Table& table, const Field& field, const Criterion& criterion = {});
+
+    void insert(const Record& record);
+    /// Number of records changed.
+    qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
+    qint64 remove(const Table& table, const Criterion& criterion = {});
+
+    bool hasTable(const Table& table);
+    QStringList columns(const Table& table);
+    /// Adds a missing column to an old file's table, holding `value` in every record.
+    void addColumn(const Table& table, const Field& field, const QString& value);
+    /// The engine's own integrity check; empty when sound, else one line a fault.
+    QStringList integrityFaults();
+    /// First value of the first row that a statement gives, for inspection by tests and administrators. Unqualified
+    /// tables are those of this file when it is the first of its workspace.
+    QString firstValue(const QString& sql);
+
+    const QString& path() const { return path_; }
+    Workspace& workspace() { return *workspace_; }
+
+private:
+    friend class Workspace;
+    Database(Workspace& workspace, const QString& schema, const QString& path)
+        : workspace_(&workspace), schema_(schema), path_(path) {}
+
+    QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
+
+    Workspace* workspace_;
+    QString schema_;
+    QString path_;
+};
+
+} // namespace molven

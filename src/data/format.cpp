@@ -1,0 +1,42 @@
+#include "data/format.h"
+
+#include <algorithm>
+
+namespace molven {
+
+QString format(const Decimal& value, const QString& pattern) {
+    const QString wholePattern = pattern.section(u'.', 0, 0);
+    const int places = pattern.contains(u'.') ? static_cast<int>(pattern.section(u'.', 1).size()) : 0;
+    QString digits = value.toFixed(places);
+    const bool negative = digits.startsWith(u'-');
+    if (negative) digits.remove(0, 1);
+    QString whole = digits.section(u'.', 0, 0);
+    const auto zeros = wholePattern.count(u'0');
+    whole = whole == u"0" && zeros == 0 ? QString() : whole.rightJustified(zeros, u'0');
+
+    QString written;
+    for (auto at = wholePattern.size() - 1; at >= 0; --at) {
+        if (whole.isEmpty()) break;
+        if (wholePattern[at] == u' ') {
+            written.prepend(u' ');
+            continue;
+        }
+        written.prepend(whole.back());
+        whole.chop(1);
+    }
+    written.prepend(whole);
+    if (places > 0) written += u',' + digits.section(u'.', 1);
+    return negative && !Decimal::fromText(digits).isZero() ? u'-' + written : written;
+}
+
+QString padded(const QString& code, int width) {
+    const QString text = code.trimmed();
+    const bool numeric = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c >= u'0' && c <= u'9';
+    });
+    return numeric ? text.rightJustified(width, u'0') : text;
+}
+
+QString shown(const Decimal& value) { return value.toString().replace(u'.', u','); }
+
+} // namespace molven

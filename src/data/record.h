@@ -1,0 +1,71 @@
+#pragma once
+
+#include "data/schema.h"
+
+#include <QStringList>
+
+namespace molven {
+
+class Record;
+
+/// What `record[field]` gives on a record that may be written: reads and assigns one value.
+template <class F>
+class Cell {
+public:
+    Cell(Record& record, const F& field) : record_(record), field_(field) {}
+    operator typename F::Value() const;
+    Cell& operator=(const typename F::Value& value);
+    Cell& operator=(const Cell& other) { return *this = static_cast<typename F::Value>(other); }
+
+private:
+    Record& record_;
+    const F& field_;
+};
+
+/// The values of one record of a table, apart from the engine.
+class Record {
+public:
+    /// An empty record: texts empty, numbers null.
+    explicit Record(const Table& table);
+
+    const Table& table() const { return *table_; }
+
+    QString operator[](const Text& field) const { return values_[field.position]; }
+    QString operator[](const Label& field) const { return values_[field.position]; }
+    /// 0 for a null number; isNull() tells them apart.
+    Decimal operator[](const Number& field) const;
+    Cell<Text> operator[](const Text& field) { return {*this, field}; }
+    Cell<Label> operator[](const Label& field) { return {*this, field}; }
+    Cell<Number> operator[](const Number& field) { return {*this, field}; }
+
+    bool isNull(const Number& field) const { return values_[field.position].isEmpty(); }
+
+    /// Stored form of any field: a text, or a number with a point (empty when null).
+    QString value(const Field& field) const { return values_[field.position]; }
+    /// Throws DataError FieldTooSmall when the text is longer than the field.
+    void set(const Field& field, const QString& value);
+    void set(const Number& field, const Decimal& value);
+
+    /// Copies every field that has the same name in both tables.
+    void copyFrom(const Record& other);
+    /// A line of text with every value, for telling two records apart.
+    bool operator==(const Record& other) const { return table_ == other.table_ && values_ == other.values_; }
+
+private:
+    friend class RowReader;
+    const Table* table_;
+    QStringList values_;
+};
+
+template <class F>
+Cell<F>::operator typename F::Value() const {
+    return static_cast<const Record&>(record_)[field_];
+}
+
+template <class F>
+Cell<F>& Cell<F>::operator=(const typename F::Value& value) {
+    record_.set(field_, value);
+    return *this;
+}
+
+} // namespace molven

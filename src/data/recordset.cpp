@@ -1,0 +1,158 @@
+#include "data/recordset.h"
+
+#include "data/database.h"
+#include "data/errors.h"
+#include "data/row_reader.h"
+
+#include <QVariant>
+
+#include <algorithm>
+
+namespace molven {
+
+Recordset::Recordset(Workspace& workspace, const QString& qualifiedTable, const Table& table,
+                     const Criterion& criterion, const Order& order)
+    : workspace_(&workspace), qualified_(qualifiedTable), table_(&table), criterion_(criterion), order_(order) {
+    requery();
+}
+
+QString Recordset::keysSql(const Criterion& criterion) const {
+    QString sql = QStringLiteral("select rowid from ") + qualified_;
+    if (!criterion.always()) sql += QStringLiteral(" where ") + criterion.sql;
+    return sql + QStringLiteral(" order by ") + (order_.terms + QStringList(QStringLiteral("rowid"))).join(u',');
+}
+
+void Recordset::requery() {
+    pages_.clear();
+    keys_.clear();
+    QSqlQuery& rows = workspace_->run(keysSql(criterion_), criterion_.values);
+    while (rows.next()) keys_.push_back(rows.value(0).toLongLong());
+    rows.finish();
+    moveTo(position_);
+}
+
+void Recordset::moveTo(qint64 position) {
+    position_ = std::clamp<qint64>(position, 0, count());
+    draft_.reset();
+}
+
+bool Recordset::findFirst(const Criterion& criterion) {
+    const Criterion both = criterion_ && criterion;
+    QSqlQuery& row = workspace_->run(keysSql(both) + QStringLiteral(" limit 1"), both.values);
+    const Key key = row.next() ? row.value(0).toLongLong() : -1;
+    row.finish();
+    const auto found = std::find(keys_.begin(), keys_.end(), key);
+    if (found == keys_.end()) return false;
+    moveTo(found - keys_.begin());
+    return true;
+}
+
+const Record& Recordset::record() const { return at(position_); }
+
+const Record& Recordset::at(qint64 position) const {
+    if (position < 0 || position >= count())
+        throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucun enregistrement en cours."));
+    const auto& found = page(position / PageSize)[static_cast<std::size_t>(position % PageSize)];
+    if (!found)
+        throw DataError(DataError::RecordDeleted, QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
+    return *found;
+}
+
+const Recordset::Page& Recordset::page(qint64 number) const {
+    const auto kept = pages_.constFind(number);
+    if (kept != pages_.constEnd()) return *kept;
+    const qint64 first = number * PageSize;
+    const qint64 size = std::min(PageSize, count() - first);
+    QStringList keys;
+    QHash<Key, qint64> places;
+    for (qint64 i = 0; i < size; ++i) {
+        const Key key = keys_[static_cast<std::size_t>(first + i)];
+        keys.append(QString::number(key));
+        places.insert(key, i);
+    }
+    Page read(static_cast<std::size_t>(size));
+    QSqlQuery& rows = workspace_->run(
+        QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
+            .arg(RowReader::columns(*table_), qualified_),
+        {u'[' + keys.join(u',') + u']'});
+    while (rows.next())
+        read[static_cast<std::size_t>(places.value(rows.value(0).toLongLong()))] = RowReader::read(rows, *table_, 1);
+    rows.finish();
+    if (pages_.size() >= PagesKept) pages_.clear();
+    return *pages_.insert(number, std::move(read));
+}
+
+std::optional<Record> Recordset::fetch(Key key) const {
+    QSqlQuery& row = workspace_->run(
+        QStringLiteral("select %1 from %2 where rowid = ?").arg(RowReader::columns(*table_), qualified_),
+        {QString::number(key)});
+    std::optional<Record> found;
+    if (row.next()) found = RowReader::read(row, *table_, 0);
+    row.finish();
+    return found;
+}
+
+void Recordset::edit() {
+    if (eof()) throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucun enregistrement en cours."));
+    before_ = fetch(keys_[static_cast<std::size_t>(position_)]);
+    if (!before_)
+        throw DataError(DataError::RecordDeleted, QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
+    draft_ = before_;
+}
+
+void Recordset::addNew() {
+    before_.reset();
+    draft_.emplace(*table_);
+}
+
+Record& Recordset::draft() {
+    if (!draft_) throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucune modification en cours."));
+    return *draft_;
+}
+
+void Recordset::update() {
+    Record& written = draft();
+    if (!before_) {
+        const QString marks = QStringList(table_->fields().size(), QStringLiteral("?")).join(u',');
+        QSqlQuery& row = workspace_->run(
+            QStringLiteral("insert into %1 (%2) values (%3)").arg(qualified_, RowReader::columns(*table_), marks),
+            RowReader::values(written));
+        keys_.push_back(row.lastInsertId().toLongLong());
+        row.finish();
+        forget(count() - 1);
+        draft_.reset();
+        position_ = count() - 1;
+        return;
+    }
+    QStringList sets;
+    QStringList same;
+    for (const Field* field : table_->fields()) {
+        sets.append(field->name + QStringLiteral("=?"));
+        same.append(field->name + QStringLiteral(" is ?"));
+    }
+    QSqlQuery& row =
+        workspace_->run(QStringLiteral("update %1 set %2 where rowid=? and %3")
+                            .arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and "))),
+                        RowReader::values(written) + QStringList(QString::number(keys_[static_cast<std::size_t>(position_)])) +
+                            RowReader::values(*before_));
+    const bool changed = row.numRowsAffected() == 1;
+    row.finish();
+    if (!changed) {
+        throw DataError(DataError::RecordChanged,
+                        QStringLiteral("Un autre poste a modifié cet enregistrement pendant votre saisie. Relisez-le puis recommencez."));
+    }
+    forget(position_);
+    draft_.reset();
+}
+
+void Recordset::remove() {
+    record();
+    workspace_->run(QStringLiteral("delete from %1 where rowid=?").arg(qualified_),
+                    {QString::number(keys_[static_cast<std::size_t>(position_)])})
+        .finish();
+    keys_.erase(keys_.begin() + position_);
+    pages_.clear();
+    draft_.reset();
+}
+
+} // namespace molven

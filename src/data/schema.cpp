@@ -1,0 +1,23 @@
+#include "data/schema.h"
+
+namespace molven {
+
+Field::Field(Table* table, const char* name, Kind kind, int size)
+    : name(QString::fromLatin1(name)), kind(kind), size(size), position(static_cast<int>(table->fields_.size())) {
+    table->fields_.append(this);
+}
+
+Index::Index(Table* table, std::initializer_list<std::reference_wrapper<const Field>> indexed,
+             Uniqueness uniqueness)
+    : uniqueness(uniqueness) {
+    for (const Field& field : indexed) fields.append(&field);
+    table->indexes_.append(this);
+}
+
+const Field* Table::field(const QString& fieldName) const {
+    for (const Field* field : fields_)
+        if (field->name.compare(fieldName, Qt::CaseInsensitive) == 0) return field;
+    return nullptr;
+}
+
+} // namespace molven

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "data/decimal.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <initializer_list>
+
+namespace molven {
+
+class Table;
+
+/// One column of a table. Made only inside a Table; its address is its identity.
+class Field {
+public:
+    enum class Kind {
+        Code,  ///< text compared without regard to ASCII case
+        Label, ///< text compared without regard to case and sorted in French order
+        Number ///< decimal number, may be null
+    };
+
+    Field(const Field&) = delete;
+    Field& operator=(const Field&) = delete;
+
+    const QString name;
+    const Kind kind;
+    const int size;     ///< characters at most, 0 without limit
+    const int position; ///< place among the table's fields
+
+protected:
+    Field(Table* table, const char* name, Kind kind, int size);
+};
+
+/// A short text: code, key, flag, date.
+class Text : public Field {
+public:
+    using Value = QString;
+    Text(Table* table, const char* name, int size) : Field(table, name, Kind::Code, size) {}
+};
+
+/// A name, a designation, a comment: anything a person reads and sorts.
+class Label : public Field {
+public:
+    using Value = QString;
+    Label(Table* table, const char* name, int size = 0) : Field(table, name, Kind::Label, size) {}
+};
+
+/// An amount, a quantity or a rate.
+class Number : public Field {
+public:
+    using Value = Decimal;
+    Number(Table* table, const char* name) : Field(table, name, Kind::Number, 0) {}
+};
+
+enum class Uniqueness { Repeated, Unique };
+
+/// An index of a table, for the look-ups of the screens.
+class Index {
+public:
+    Index(Table* table, std::initializer_list<std::reference_wrapper<const Field>> fields,
+          Uniqueness uniqueness = Uniqueness::Repeated);
+    Index(const Index&) = delete;
+    Index& operator=(const Index&) = delete;
+
+    QList<const Field*> fields;
+    const Uniqueness uniqueness;
+};
+
+/// Base of the table types: one struct per table, one member per field. A table object is made once, is
+/// never copied, and may stand for the same layout in several database files.
+class Table {
+public:
+    explicit Table(const char* name) : name(QString::fromLatin1(name)) {}
+    virtual ~Table() = default;
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+
+    const QString name;
+    const QList<const Field*>& fields() const { return fields_; }
+    const QList<const Index*>& indexes() const { return indexes_; }
+    /// The field of that name, or null.
+    const Field* field(const QString& fieldName) const;
+
+private:
+    friend class Field;
+    friend class Index;
+    QList<const Field*> fields_;
+    QList<const Index*> indexes_;
+};
+
+} // namespace molven

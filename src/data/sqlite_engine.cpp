@@ -1,0 +1,70 @@
+#include "data/sqlite_engine.h"
+
+#include <QCollator>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QVariant>
+
+#include <sqlite3.h>
+
+namespace molven::sqlite {
+
+namespace {
+
+QCollator& frenchCollator() {
+    static QCollator collator = [] {
+        QCollator made{QLocale(QLocale::French, QLocale::France)};
+        made.setCaseSensitivity(Qt::CaseInsensitive);
+        return made;
+    }();
+    return collator;
+}
+
+int compareFrench(void*, int lengthA, const void* a, int lengthB, const void* b) {
+    const QStringView first(static_cast<const char16_t*>(a), lengthA / 2);
+    const QStringView second(static_cast<const char16_t*>(b), lengthB / 2);
+    if (first == second) return 0;
+    return frenchCollator().compare(first, second);
+}
+
+QString described(int code) {
+    switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return QStringLiteral("La base de données est occupée par un autre poste, veuillez recommencer.");
+    case SQLITE_FULL: return QStringLiteral("Le disque est plein, rien n'a été enregistré.");
+    case SQLITE_CORRUPT: return QStringLiteral("Le fichier de données est endommagé.");
+    case SQLITE_NOTADB: return QStringLiteral("Le fichier n'est pas une base de données MOLVEN.");
+    case SQLITE_READONLY:
+    case SQLITE_PERM: return QStringLiteral("Le fichier de données est protégé en écriture.");
+    case SQLITE_CANTOPEN: return QStringLiteral("Impossible d'ouvrir le fichier de données.");
+    case SQLITE_IOERR: return QStringLiteral("Erreur de lecture ou d'écriture sur le disque.");
+    case SQLITE_CONSTRAINT: return QStringLiteral("Cet enregistrement existe déjà.");
+    default: return QStringLiteral("Erreur du moteur de données.");
+    }
+}
+
+} // namespace
+
+void prepare(QSqlDatabase& connection) {
+    const QVariant handle = connection.driver()->handle();
+    auto* engine = *static_cast<sqlite3* const*>(handle.constData());
+    sqlite3_create_collation(engine, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
+    sqlite3_busy_timeout(engine, BusyTimeoutMs);
+}
+
+DataError translated(int number, const QString& engineText) {
+    return DataError(number, described(number), {{number, engineText}});
+}
+
+DataError translated(const QSqlError& error) {
+    return translated(error.nativeErrorCode().toInt(), error.databaseText());
+}
+
+void requireFile(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.isFile()) {
+        throw DataError(DataError::CannotOpen, QStringLiteral("Impossible de trouver le fichier '%1'.").arg(path));
+    }
+}
+
+} // namespace molven::sqlite

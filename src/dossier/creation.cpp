@@ -1,0 +1,181 @@
+#include "dossier/creation.h"
+
+#include "data/database.h"
+#include "data/errors.h"
+#include "dossier/files.h"
+#include "reference/parameters.h"
+#include "shell/folder_files.h"
+#include "shell/startup.h"
+#include "shell/tables.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace molven::creation {
+
+namespace {
+
+template <class T>
+void insertRows(Database file, const T& table, const QList<QStringList>& rows) {
+    for (const QStringList& row : rows) {
+        Record record(table);
+        for (int i = 0; i < row.size(); ++i) record.set(*table.fields()[i], row[i]);
+        file.insert(record);
+    }
+}
+
+void fillMolven(Database molven, const Options& options) {
+    insertRows(molven, strspecif, {{options.code, options.name, {}, QStringLiteral("EUR"), QStringLiteral("N")}});
+    insertRows(molven, strparam,
+               {{list::Depot, MainDepot, QStringLiteral("DEPOT PRINCIPAL")},
+                {list::Depot, SetDepot, QStringLiteral("ANCILLAIRES AU DEPOT PRINCIPAL")},
+                {list::ClientFamily, QStringLiteral("000"), QStringLiteral("DIVERS")},
+                {list::ArticleFamily, QStringLiteral("000"), QStringLiteral("DIVERS")},
+                {list::SupplierFamily, QStringLiteral("000"), QStringLiteral("DIVERS")}});
+    insertRows(molven, strparfac,
+               {{QStringLiteral("1"), QStringLiteral("TVA 5,5 %"), QStringLiteral("5.5"), QStringLiteral("445710000")},
+                {QStringLiteral("2"), QStringLiteral("TVA 20 %"), QStringLiteral("20"), QStringLiteral("445711000")},
+                {QStringLiteral("3"), QStringLiteral("TVA 10 %"), QStringLiteral("10"), QStringLiteral("445712000")},
+                {QStringLiteral("4"), QStringLiteral("TVA 2,1 %"), QStringLiteral("2.1"), QStringLiteral("445713000")}});
+    insertRows(molven, strmonnaie, {{QStringLiteral("EUR"), QStringLiteral("EURO"), QStringLiteral("1")}});
+    insertRows(molven, strparrgt,
+               {{QStringLiteral("01"), QStringLiteral("VIREMENT 30 JOURS"), QStringLiteral("30"), QStringLiteral("N"), QStringLiteral("0")},
+                {QStringLiteral("02"), QStringLiteral("VIREMENT 30 JOURS FIN DE MOIS"), QStringLiteral("30"), QStringLiteral("O"), QStringLiteral("0")},
+                {QStringLiteral("03"), QStringLiteral("CHEQUE A RECEPTION"), QStringLiteral("0"), QStringLiteral("N"), QStringLiteral("0")},
+                {QStringLiteral("04"), QStringLiteral("MANDAT ADMINISTRATIF 50 JOURS"), QStringLiteral("50"), QStringLiteral("N"), QStringLiteral("0")},
+                {QStringLiteral("05"), QStringLiteral("TRAITE 60 JOURS LE 10"), QStringLiteral("60"), QStringLiteral("N"), QStringLiteral("10")}});
+}
+
+void fillCompta(Database compta) {
+    insertRows(compta, strplan,
+               {{QStringLiteral("300000000"), QStringLiteral("STOCKS")},
+                {QStringLiteral("370000000"), QStringLiteral("STOCKS DE MARCHANDISES")},
+                {QStringLiteral("401000000"), QStringLiteral("FOURNISSEURS")},
+                {QStringLiteral("411000000"), QStringLiteral("CLIENTS")},
+                {QStringLiteral("445660000"), QStringLiteral("TVA DEDUCTIBLE")},
+                {QStringLiteral("445710000"), QStringLiteral("TVA COLLECTEE 5,5 %")},
+                {QStringLiteral("445711000"), QStringLiteral("TVA COLLECTEE 20 %")},
+                {QStringLiteral("445712000"), QStringLiteral("TVA COLLECTEE 10 %")},
+                {QStringLiteral("445713000"), QStringLiteral("TVA COLLECTEE 2,1 %")},
+                {QStringLiteral("600000000"), QStringLiteral("ACHATS")},
+                {QStringLiteral("607000000"), QStringLiteral("ACHATS DE MARCHANDISES")},
+                {QStringLiteral("700000000"), QStringLiteral("VENTES")},
+                {QStringLiteral("700100000"), QStringLiteral("VENTES EXPORT")},
+                {QStringLiteral("707000000"), QStringLiteral("VENTES DE MARCHANDISES")},
+                {QStringLiteral("708500000"), QStringLiteral("PORTS FACTURES")}});
+}
+
+/// Every file that lies in these folders, with the entries a dossier cannot do without.
+void createFiles(const Session& session, const QList<Folder>& folders, const Options& options) {
+    for (const CatalogueEntry& entry : catalogue())
+        if (folders.contains(entry.folder)) Database::create(session.path(entry.file), tablesOf(entry.file));
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database compta = workspace.open(session.path(DataFile::Compta));
+    Transaction transaction(workspace);
+    fillMolven(molven, options);
+    fillCompta(compta);
+    transaction.commit();
+}
+
+bool holdsInstallation(const QString& folder) {
+    for (const char* mark : {"CHEMIN.HC", "TRI.HC", "societe.mdb", "data/molven.mdb"})
+        if (QFile::exists(folder + u'/' + QString::fromLatin1(mark))) return true;
+    return false;
+}
+
+void makeFolder(const QString& folder) {
+    if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
+}
+
+/// Fills the folder of a new installation.
+void build(const QString& folder, const Options& options) {
+    Session session;
+    session.dossier_app = folder;
+    session.chemin_base = folder + QStringLiteral("/data/");
+    session.chemin_tri = folder + QStringLiteral("/tri/");
+    session.chemin_gv = folder + QStringLiteral("/gv/");
+    makeFolder(session.chemin_base);
+    makeFolder(session.chemin_tri);
+    createFiles(session, {Folder::Base, Folder::User, Folder::Sales, Folder::Work}, options);
+    writeLine(session.programFile(QStringLiteral("CHEMIN.HC")), QStringLiteral("data\\"));
+    writeLine(session.programFile(QStringLiteral("TRI.HC")), QStringLiteral("tri\\"));
+    if (!CompanyRules(options.code, {}).readsSecondSiteFolder()) return;
+    makeFolder(session.chemin_gv);
+    for (const DataFile file : {DataFile::Vente, DataFile::Historic})
+        Database::create(session.chemin_gv + catalogueEntry(file).name, tablesOf(file));
+    writeLine(session.programFile(QStringLiteral("CHEMIN_GV.HC")), QStringLiteral("gv\\"));
+}
+
+/// Builds in a folder beside the target and moves the parts in at the end, so that a fault leaves nothing behind.
+template <class Build>
+void buildWhole(const QString& folder, const Build& builder) {
+    makeFolder(folder);
+    QTemporaryDir built(folder + QStringLiteral("/.creation-XXXXXX"));
+    if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+    builder(built.path());
+    const auto parts = QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QString& part : parts)
+        if (!QDir().rename(built.filePath(part), folder + u'/' + part))
+            throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+}
+
+void list(const Session& session, const Options& options, const QString& dataFolder) {
+    const QString societe = session.path(DataFile::Societe);
+    if (!QFile::exists(societe)) Database::create(societe, tablesOf(DataFile::Societe));
+    Workspace workspace;
+    insertRows(workspace.open(societe), strsociete,
+               {{options.name, dataFolder + u'\\', options.code.toUpper(), QStringLiteral("**")}});
+}
+
+/// One more dossier: its own data folder, listed with the others.
+Session addDossier(const Options& options) {
+    Session first = open(options.folder);
+    const QString name = QStringLiteral("data_") + options.code.toLower();
+    if (QDir(options.folder + u'/' + name).exists())
+        throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder + u'/' + name));
+    buildWhole(options.folder, [&](const QString& folder) {
+        Session session;
+        session.chemin_base = folder + u'/' + name + u'/';
+        makeFolder(session.chemin_base);
+        createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options);
+    });
+    if (!QFile::exists(first.path(DataFile::Societe)))
+        list(first, {options.folder, first.spe_cod, first.spe_nom, true}, QStringLiteral("data"));
+    list(first, options, name);
+    first.chemin_base = options.folder + u'/' + name + u'/';
+    first.mot_dossier = options.code.toUpper();
+    startup::openDossier(first);
+    return first;
+}
+
+} // namespace
+
+Session create(const Options& options) {
+    if (options.code.size() != 2)
+        throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
+    if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
+    if (holdsInstallation(options.folder)) {
+        if (options.addToSocieties) return addDossier(options);
+        throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
+    }
+    buildWhole(options.folder, [&](const QString& folder) { build(folder, options); });
+    const Session session = open(options.folder);
+    if (options.addToSocieties) list(session, options, QStringLiteral("data"));
+    return open(options.folder);
+}
+
+Session open(const QString& folder) {
+    Session session;
+    session.dossier_app = QDir(folder).absolutePath();
+    startup::readCompany(session);
+    startup::readFolders(session);
+    const QList<Record> dossiers =
+        QFile::exists(session.path(DataFile::Societe)) ? startup::dossiers(session) : QList<Record>();
+    if (!dossiers.isEmpty()) startup::chooseDossier(session, dossiers.first(), dossiers.first()[strsociete.soc_mot]);
+    startup::openDossier(session);
+    return session;
+}
+
+} // namespace molven::creation

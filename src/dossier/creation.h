@@ -1,0 +1,23 @@
+#pragma once
+
+#include "shell/session.h"
+
+namespace molven::creation {
+
+struct Options {
+    QString folder;          ///< program folder of the installation
+    QString code;            ///< company code, two letters
+    QString name;            ///< company name
+    bool addToSocieties = false; ///< list the dossier in societe.mdb, beside those the installation already has
+};
+
+/// Makes a new installation in a folder that holds none: folder files, data and work folders, every database
+/// file with its tables and the entries a dossier cannot do without. With `addToSocieties`, a folder that holds
+/// an installation gets one more dossier instead. Whole or not at all. Throws Refusal. Answers the session of the
+/// dossier made.
+Session create(const Options& options);
+
+/// The session of an installation's dossier, opened without a login, for programs without windows.
+Session open(const QString& folder);
+
+} // namespace molven::creation

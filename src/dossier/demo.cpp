@@ -1,0 +1,279 @@
+#include "dossier/demo.h"
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "dossier/demo_reference.h"
+#include "reference/articles.h"
+#include "reference/parties.h"
+#include "sales/documents.h"
+#include "sales/integration.h"
+#include "sales/lines.h"
+#include "sales/transfer_notes.h"
+#include "sales/unit_rules.h"
+#include "stock/ancillary_sets.h"
+#include "stock/receipt.h"
+#include "stock/units.h"
+
+#include <algorithm>
+
+namespace molven::demo {
+
+namespace {
+
+/// Puts the clock back when a filling ends, however it ends.
+class ClockKeeper {
+public:
+    ClockKeeper() : today_(Clock::today()) {}
+    ~ClockKeeper() { Clock::set(today_ == QDate::currentDate() ? QDate() : today_); }
+    ClockKeeper(const ClockKeeper&) = delete;
+    ClockKeeper& operator=(const ClockKeeper&) = delete;
+    QDate today() const { return today_; }
+
+private:
+    QDate today_;
+};
+
+/// One event of the distributor's life, written on its day.
+struct Event {
+    enum class Kind { Delivery, NoteInvoiced, Invoice, Credit, Transfer, Consignment, Set };
+    QDate day;
+    Kind kind;
+    int client;         ///< 1 to 40
+    QStringList units;
+    int source = -1;    ///< event whose document this one follows
+};
+
+/// Writes many documents to one commit: a demonstration need not outlive a crash half-way.
+constexpr int DocumentsPerCommit = 500;
+constexpr int UnitsPerMonth = 9000;
+
+class Life {
+public:
+    Life(const Session& session, const Options& options, Dice& dice, const QDate& today)
+        : session_(session), dice_(dice), today_(today), units_(options.units),
+          deliveries_(session, documentKind(QStringLiteral("LIV"))), consignments_(session, documentKind(QStringLiteral("CSG"))),
+          invoices_(session, documentKind(QStringLiteral("FAC"))), credits_(session, documentKind(QStringLiteral("AVO"))) {}
+
+    void receive();
+    void plan();
+    void write();
+
+private:
+    struct Received {
+        QString immatriculation;
+        QDate day;
+    };
+
+    Receipt receiptOf(const Record& article, const QDate& day, int quantity);
+    QDate later(const QDate& day, int first, int last) { return day.addDays(dice_.between(first, last)); }
+    void add(const Event& event) {
+        if (event.day <= today_) events_.append(event);
+    }
+    void planGroup(const QStringList& units, const QDate& lastReceipt);
+    QString write(const Event& event);
+    QString writeSale(SalesBook& book, const Event& event);
+    QString invoiceNote(const Event& event);
+    QString transfer(const Event& event);
+    QString fillSet(const Event& event);
+
+    const Session& session_;
+    Dice& dice_;
+    const QDate today_;
+    const int units_;
+    SalesBook deliveries_, consignments_, invoices_, credits_;
+    std::vector<Received> received_;
+    QList<Event> events_;
+    QStringList numbers_; ///< of the document written by each event
+};
+
+Receipt Life::receiptOf(const Record& article, const QDate& day, int quantity) {
+    Receipt receipt;
+    receipt.reference = article[strarticle.art_ref];
+    receipt.supplier = article[strarticle.art_fou];
+    receipt.orderNumber = QStringLiteral("CF%1").arg(dice_.between(10000, 99999));
+    receipt.orderDate = dateText(day.addDays(-dice_.between(5, 25)));
+    receipt.deliveryNumber = QStringLiteral("BL%1").arg(dice_.between(10000, 99999));
+    receipt.deliveryDate = dateText(day);
+    receipt.quantity = QString::number(quantity);
+    receipt.purchasePrice = (article[strarticle.art_pv1] * Decimal(dice_.between(40, 60)) / Decimal(100)).toFixed(2);
+    receipt.lot = QStringLiteral("L%1%2").arg(day.toString(QStringLiteral("yyMM"))).arg(dice_.between(100, 999));
+    receipt.sterilisationBatch = QStringLiteral("ST%1").arg(dice_.between(1000, 9999));
+    receipt.sterilisationDate = day.addMonths(-1).toString(QStringLiteral("MM/yyyy"));
+    receipt.expiryDate = day.addMonths(dice_.between(6, 60)).toString(QStringLiteral("MM/yyyy"));
+    receipt.supplierSerial = QStringLiteral("SN%1").arg(dice_.between(100000, 999999));
+    receipt.supplierReference = article[strarticle.art_rfou];
+    receipt.operatorWord = QStringLiteral("DEMO");
+    const QString type = article[strarticle.art_typ];
+    if (type == u"N") return receipt;
+    receipt.certificate1 = QStringLiteral("C1-%1").arg(dice_.between(1000, 9999));
+    receipt.certificate2 = QStringLiteral("C2-%1").arg(dice_.between(1000, 9999));
+    receipt.registerEntry = type == u"G" ? dateText(day.addDays(-60)) : QStringLiteral("R%1").arg(dice_.between(100, 999));
+    receipt.pieces = QString::number(quantity);
+    if (type == u"F" && dice_.chance(4)) {
+        receipt.conformity = dice_.chance(50) ? QStringLiteral("X") : QStringLiteral("Y");
+        receipt.cause = QStringLiteral("01");
+    }
+    return receipt;
+}
+
+void Life::receive() {
+    const int months = std::max(18, units_ / UnitsPerMonth + 1);
+    const QDate first = today_.addMonths(-months);
+    const qint64 days = first.daysTo(today_);
+    Workspace workspace;
+    Database molven = workspace.open(session_.molven());
+    Transaction transaction(workspace);
+    Recordset articles = molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref);
+    int left = units_;
+    while (left > 0) {
+        const QDate day = first.addDays(1 + (units_ - left) * (days - 1) / units_);
+        const int quantity = std::min({left, dice_.between(1, 20), 200});
+        articles.moveTo(dice_.below(static_cast<int>(articles.count())));
+        Clock::set(day);
+        const receipts::Created created =
+            receipts::receive(molven, session_.rules(), receiptOf(articles.record(), day, quantity));
+        Immatriculation unit = Immatriculation::fromText(created.first);
+        for (int i = 0; i < quantity; ++i) received_.push_back({unit.plus(i).number(), day});
+        left -= quantity;
+    }
+    transaction.commit();
+}
+
+/// Seven units of ten leave, in groups of one to four received at about the same time.
+void Life::plan() {
+    for (std::size_t i = 0; i < received_.size();) {
+        const auto size = static_cast<std::size_t>(dice_.between(1, 4));
+        QStringList group;
+        QDate last;
+        for (; group.size() < static_cast<qsizetype>(size) && i < received_.size(); ++i) {
+            group.append(received_[i].immatriculation);
+            last = received_[i].day;
+        }
+        if (dice_.chance(70)) planGroup(group, last);
+    }
+    std::stable_sort(events_.begin(), events_.end(), [](const Event& a, const Event& b) { return a.day < b.day; });
+}
+
+void Life::planGroup(const QStringList& units, const QDate& lastReceipt) {
+    const int client = dice_.between(1, 40);
+    const QDate day = later(lastReceipt, 2, 120);
+    const int kind = dice_.below(100);
+    if (kind < 55) {
+        add({day, Event::Kind::Delivery, client, units});
+        if (dice_.chance(65)) add({later(day, 3, 30), Event::Kind::NoteInvoiced, client, units});
+    } else if (kind < 70) {
+        add({day, Event::Kind::Invoice, client, units});
+        if (dice_.chance(20)) add({later(day, 5, 40), Event::Kind::Credit, client, units.mid(0, 1)});
+    } else if (kind < 80) {
+        add({day, Event::Kind::Consignment, client, units});
+    } else if (kind < 98) {
+        add({day, Event::Kind::Transfer, client, units});
+        if (dice_.chance(50)) add({later(day, 5, 60), Event::Kind::Invoice, client, units.mid(0, 1)});
+    } else {
+        add({day, Event::Kind::Set, client, units});
+    }
+}
+
+void Life::write() {
+    numbers_.resize(events_.size());
+    for (qsizetype i = 0; i < events_.size();) {
+        // Each book is a connection of its own: one after the other takes the write lock for its run of events.
+        Workspace* workspace = nullptr;
+        std::optional<Transaction> transaction;
+        for (int count = 0; i < events_.size() && count < DocumentsPerCommit; ++i, ++count) {
+            const Event& event = events_[i];
+            SalesBook& book = event.kind == Event::Kind::Delivery      ? deliveries_
+                              : event.kind == Event::Kind::Consignment ? consignments_
+                              : event.kind == Event::Kind::Credit      ? credits_
+                                                                       : invoices_;
+            if (&book.workspace != workspace) {
+                if (transaction) transaction->commit();
+                transaction.reset();
+                transaction.emplace(book.workspace);
+                workspace = &book.workspace;
+            }
+            Clock::set(event.day);
+            numbers_[i] = write(event);
+        }
+        if (transaction) transaction->commit();
+    }
+}
+
+QString Life::write(const Event& event) {
+    switch (event.kind) {
+    case Event::Kind::Delivery: return writeSale(deliveries_, event);
+    case Event::Kind::Consignment: return writeSale(consignments_, event);
+    case Event::Kind::Invoice: return writeSale(invoices_, event);
+    case Event::Kind::Credit: return writeSale(credits_, event);
+    case Event::Kind::NoteInvoiced: return invoiceNote(event);
+    case Event::Kind::Transfer: return transfer(event);
+    case Event::Kind::Set: return fillSet(event);
+    }
+    return {};
+}
+
+Record headerOf(SalesBook& book, const Event& event, Dice& dice) {
+    Record header = documents::blank(book, QString::number(event.client));
+    const DocumentHeaders& table = book.kind().headers;
+    header[table.fac_pat] = patientName(dice);
+    header[table.fac_chr] = QString::number(dice.between(1, 20)).rightJustified(3, u'0');
+    header[table.fac_refc] = QStringLiteral("CDE %1").arg(dice.between(1000, 9999));
+    return documents::create(book, header);
+}
+
+QString Life::writeSale(SalesBook& book, const Event& event) {
+    const Record header = headerOf(book, event, dice_);
+    QList<document_lines::Draft> drafts;
+    for (const QString& number : event.units) {
+        const Record unit = unit_rules::check(book, header, number);
+        document_lines::Draft draft = document_lines::preset(book, header, unit[strproduit.ref_art]);
+        document_lines::setUnit(book, draft, unit);
+        drafts.append(draft);
+    }
+    if (dice_.chance(20) && !book.kind().isCredit) {
+        document_lines::Draft draft = document_lines::preset(book, header, QStringLiteral("VSP%1").arg(15 + 5 * dice_.below(24), 3, 10, QLatin1Char('0')));
+        draft.line[book.kind().lines.fac_qte] = Decimal(dice_.between(1, 3));
+        drafts.append(draft);
+    }
+    document_lines::add(book, header, drafts);
+    return header[book.kind().headers.fac_no];
+}
+
+QString Life::invoiceNote(const Event& event) {
+    const auto unit = units::find(invoices_.molven, Immatriculation::fromText(event.units.first()));
+    const Record header = headerOf(invoices_, event, dice_);
+    integration::integrate(invoices_, header, std::as_const(*unit)[strproduit.num_vte]);
+    return header[strface.fac_no];
+}
+
+QString Life::transfer(const Event& event) {
+    const auto client = parties::findClient(invoices_.molven, QString::number(event.client));
+    TransferNote note;
+    note.client = QString::number(event.client);
+    note.from = QStringLiteral("001");
+    note.to = documents::depotOf(*client);
+    note.date = dateText(event.day);
+    note.units = event.units;
+    return transfer_notes::write(invoices_.molven, invoices_.vente, session_.rules(), note);
+}
+
+QString Life::fillSet(const Event& event) {
+    Database ancillaire = invoices_.workspace.open(session_.path(DataFile::Ancillaire));
+    const QString serial = ancillary_sets::create(ancillaire, QStringLiteral("ANCHAN"));
+    for (const QString& unit : event.units) ancillary_sets::place(invoices_.molven, ancillaire, serial, unit);
+    return serial;
+}
+
+} // namespace
+
+void fill(const Session& session, const Options& options) {
+    const ClockKeeper clock;
+    Dice dice(options.seed);
+    fillReference(session, dice);
+    Life life(session, options, dice, clock.today());
+    life.receive();
+    life.plan();
+    life.write();
+}
+
+} // namespace molven::demo

@@ -1,0 +1,182 @@
+#include "reference/articles.h"
+
+#include "data/errors.h"
+#include "reference/parameter_tables.h"
+
+namespace molven::articles {
+
+std::optional<Record> find(Database molven, const QString& reference) {
+    if (reference.trimmed().isEmpty()) return std::nullopt;
+    return molven.find(strarticle, strarticle.art_ref == reference.trimmed());
+}
+
+Record blank() {
+    Record article(strarticle);
+    article[strarticle.art_cpt] = QStringLiteral("700000000");
+    article[strarticle.art_cpte] = QStringLiteral("700100000");
+    article[strarticle.art_cpta] = QStringLiteral("600000000");
+    article[strarticle.art_cpts] = QStringLiteral("300000000");
+    article[strarticle.art_tva] = QStringLiteral("1");
+    article[strarticle.art_sfam] = QStringLiteral("000");
+    article[strarticle.art_gpie] = QStringLiteral("O");
+    article[strarticle.art_tar] = QStringLiteral("H");
+    article[strarticle.art_cat] = QStringLiteral("L");
+    article[strarticle.art_stk] = Decimal();
+    article[strarticle.art_cdec] = Decimal();
+    article[strarticle.art_cdef] = Decimal();
+    return article;
+}
+
+QString followUpText(const QString& followUp) {
+    if (followUp == follow_up::ByUnit) return QStringLiteral("Article tenu en stock et suivi");
+    if (followUp == follow_up::ByMovements) return QStringLiteral("Article tenu en stock et non suivi");
+    if (followUp == follow_up::None) return QStringLiteral("Article non tenu en stock et non suivi");
+    return {};
+}
+
+QString originText(const QString& origin) {
+    if (origin == u"H") return QStringLiteral("Origine Humaine");
+    if (origin == u"A") return QStringLiteral("Origine Animale");
+    return QStringLiteral("Origine Ni Humaine, Ni Animale");
+}
+
+Entry entryOf(const Record& article) {
+    const QString followUp = article[strarticle.art_aig];
+    const bool stocked = followUp == follow_up::ByUnit || followUp == follow_up::ByMovements;
+    const QString kind = article[strarticle.art_anc];
+    Entry entry;
+    entry.article = article;
+    entry.kind = !kind.isEmpty() ? kind : followUp == follow_up::TextLine ? QStringLiteral("T") : QStringLiteral("A");
+    entry.stocked = stocked ? QStringLiteral("O") : QStringLiteral("N");
+    entry.followed = followUp == follow_up::ByUnit ? QStringLiteral("O") : QStringLiteral("N");
+    return entry;
+}
+
+namespace {
+
+bool isYesOrNo(const QString& value) { return value == u"O" || value == u"N"; }
+
+void require(bool held, const char* message, const QString& field) {
+    if (!held) throw Refusal(QString::fromUtf8(message), field);
+}
+
+bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
+
+void checkKind(const Entry& entry, const CompanyRules& rules) {
+    require(filled(entry.kind), " Type A/T/X obligatoire", QStringLiteral("Txtop1"));
+    const bool known = entry.kind == u"A" || entry.kind == u"T" || (entry.kind == u"X" && rules.hasAncillarySets());
+    require(known, rules.hasAncillarySets() ? "Taper T ou A ou X!!" : "Taper T ou A  !!", QStringLiteral("Txtop1"));
+    if (entry.kind == u"T") return;
+    require(filled(entry.stocked), " Tenu stock obligatoire", QStringLiteral("Txtop2"));
+    require(isYesOrNo(entry.stocked), "Taper O ou N !!", QStringLiteral("Txtop2"));
+    if (entry.stocked == u"N") return;
+    require(filled(entry.followed), " Suivi obligatoire", QStringLiteral("Txtop3"));
+    require(isYesOrNo(entry.followed), "Taper O ou N !!", QStringLiteral("Txtop3"));
+}
+
+QString followUpOf(const Entry& entry) {
+    if (entry.kind == u"T") return follow_up::TextLine;
+    if (entry.stocked == u"N") return follow_up::None;
+    return entry.followed == u"O" ? follow_up::ByUnit : follow_up::ByMovements;
+}
+
+void checkStocked(const Record& article) {
+    const QString type = article[strarticle.art_typ];
+    require(filled(type), " Type F/N/G obligatoire", strarticle.art_typ.name);
+    require(QStringLiteral("FNG").contains(type), "Taper F / N ou G !!", strarticle.art_typ.name);
+    require(filled(article[strarticle.art_hom]), " Homologation O/N obligatoire", strarticle.art_hom.name);
+    require(isYesOrNo(article[strarticle.art_hom]), "Taper O ou N !!", strarticle.art_hom.name);
+    require(filled(article[strarticle.art_ste]), " Stérilisation O/N obligatoire", strarticle.art_ste.name);
+    require(isYesOrNo(article[strarticle.art_ste]), "Taper O ou N !!", strarticle.art_ste.name);
+    if (article[strarticle.art_cat] == u"T")
+        require(filled(article[strarticle.art_tip]), " TIPS obligatoire", strarticle.art_tip.name);
+    else
+        require(filled(article[strarticle.art_lpp]), " LPP obligatoire", strarticle.art_lpp.name);
+    require(filled(article[strarticle.art_fou]), " Fournisseur obligatoire", strarticle.art_fou.name);
+    require(filled(article[strarticle.art_fam]), " Famille obligatoire", strarticle.art_fam.name);
+    const QString origin = article[strarticle.art_ori];
+    require(type != u"G" || filled(origin), " Origine obligatoire", strarticle.art_ori.name);
+    require(!filled(origin) || QStringLiteral("HAN").contains(origin), "Origine incorrecte", strarticle.art_ori.name);
+    require(article[strarticle.art_hom] != u"O" || filled(article[strarticle.art_nho]),
+            "N° Homologation/CE obligatoire", strarticle.art_nho.name);
+}
+
+void checkLabels(const Record& article) {
+    for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
+        require(!article[*label].contains(u'\''), "le symbole  ' est interdit", label->name);
+}
+
+void checkAccounts(Database compta, const Record& article) {
+    const std::pair<const Text*, const char*> accounts[] = {
+        {&strarticle.art_cpt, "Cette imputation comptable VENTE n'existe pas"},
+        {&strarticle.art_cpte, "Cette imputation comptable VENTE EXPORT n'existe pas"},
+        {&strarticle.art_cpta, "Cette imputation comptable ACHAT n'existe pas"},
+        {&strarticle.art_cpts, "Cette imputation comptable STOCK n'existe pas"},
+    };
+    for (const auto& [field, message] : accounts)
+        require(compta.count(strplan, strplan.cpt_aff == article[*field]) > 0, message, field->name);
+}
+
+/// Takes the first free code of the pool.
+QString allocateEan(Database gencode, const QString& reference) {
+    Recordset free = gencode.select(strgencode, trimmed(strgencode.ean_art) == QString(), strgencode.ean_code);
+    if (free.isEmpty()) throw Refusal(QStringLiteral("probleme Gencode"), strarticle.art_ean.name);
+    free.edit();
+    free[strgencode.ean_art] = reference;
+    free.update();
+    return free[strgencode.ean_code];
+}
+
+} // namespace
+
+void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry, Change change) {
+    Record& article = entry.article;
+    const Record& read = article;
+    const QString reference = read[strarticle.art_ref].trimmed();
+    require(filled(reference), "Référence obligatoire", strarticle.art_ref.name);
+    require(filled(read[strarticle.art_li1]), " Libellé obligatoire", strarticle.art_li1.name);
+    checkLabels(article);
+    checkKind(entry, rules);
+    article[strarticle.art_aig] = followUpOf(entry);
+    article[strarticle.art_anc] = entry.kind;
+    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article);
+    checkAccounts(compta, article);
+    for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
+        article[*label] = read[*label].toUpper();
+
+    Transaction transaction(molven.workspace());
+    Recordset existing = molven.select(strarticle, strarticle.art_ref == reference);
+    if (change == Change::Create)
+        require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
+    else
+        require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
+    if (rules.allocatesEan() && read[strarticle.art_typ] == u"F" && !filled(read[strarticle.art_ean]))
+        article[strarticle.art_ean] = allocateEan(gencode, reference);
+    if (change == Change::Create)
+        existing.addNew();
+    else
+        existing.edit();
+    existing.draft() = article;
+    existing.update();
+    transaction.commit();
+}
+
+void remove(Database molven, const QString& reference) {
+    Transaction transaction(molven.workspace());
+    const auto article = find(molven, reference);
+    if (!article) throw Refusal(QStringLiteral("Aucun article sélectionné"), strarticle.art_ref.name);
+    const Record& read = *article;
+    if (!read[strarticle.art_stk].isZero() || !read[strarticle.art_cdec].isZero() || !read[strarticle.art_cdef].isZero())
+        throw Refusal(QStringLiteral("Cet article a des produits en stock/en commande"), strarticle.art_ref.name);
+    molven.remove(strarticle, strarticle.art_ref == reference);
+    transaction.commit();
+}
+
+void moveStock(Database molven, const QString& reference, const Decimal& quantity) {
+    const auto article = find(molven, reference);
+    if (!article) return;
+    const Decimal stock = std::as_const(*article)[strarticle.art_stk] + quantity;
+    molven.update(strarticle, {{strarticle.art_stk, stock.toString()}}, strarticle.art_ref == reference);
+}
+
+} // namespace molven::articles

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "data/database.h"
+#include "reference/article_tables.h"
+#include "shell/company_rules.h"
+
+namespace molven {
+
+/// Follow-up codes of an article.
+namespace follow_up {
+inline const QString ByUnit = QStringLiteral("O");
+inline const QString ByMovements = QStringLiteral("K");
+inline const QString None = QStringLiteral("N");
+inline const QString TextLine = QStringLiteral("T");
+} // namespace follow_up
+
+/// Several LPP codes stand in the side table instead of one in the article.
+inline const QString SeveralLpp = QStringLiteral("MULTI");
+
+namespace articles {
+
+std::optional<Record> find(Database molven, const QString& reference);
+/// Fallbacks of a new article: accounts, VAT code, sub-family, pieces counted.
+Record blank();
+
+/// The article's follow-up in words: "Article tenu en stock et suivi" and its kin; empty for a text line.
+QString followUpText(const QString& followUp);
+/// "Origine Humaine" and its kin.
+QString originText(const QString& origin);
+
+/// An article as entered: kind A/T/X, stocked O/N and followed O/N give the follow-up code.
+struct Entry {
+    Record article = blank();
+    QString kind;     ///< Txtop1
+    QString stocked;  ///< Txtop2
+    QString followed; ///< Txtop3
+};
+/// The three entries that a stored article comes from.
+Entry entryOf(const Record& article);
+
+enum class Change { Create, Modify };
+
+/// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
+/// company does. Throws Refusal with the field of the faulty entry. `compta` and `gencode` are opened in the
+/// same workspace.
+void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry, Change change);
+/// Throws Refusal while the article has stock or orders.
+void remove(Database molven, const QString& reference);
+
+/// New quantity in stock after units or goods came in (positive) or went out.
+void moveStock(Database molven, const QString& reference, const Decimal& quantity);
+
+} // namespace articles
+} // namespace molven

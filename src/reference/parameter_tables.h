@@ -1,0 +1,73 @@
+#pragma once
+
+#include "data/schema.h"
+
+namespace molven {
+
+/// Most short code lists, told apart by a one-letter list code.
+struct Parameters : Table {
+    using Table::Table;
+    Text cod_par{this, "cod_par", 1};     ///< list code
+    Text num_par{this, "num_par", 3};     ///< code of the entry within its list
+    Label lib_par{this, "lib_par", 40};   ///< label
+    Text cpt_par{this, "cpt_par", 9};     ///< accounting account; family of a sub-family (list S)
+    Text fam_dep{this, "fam_dep", 3};     ///< family of a depot (list D)
+    Index by_code{this, {cod_par, num_par}, Uniqueness::Unique};
+    Index by_label{this, {cod_par, lib_par}};
+};
+inline const Parameters strparam{"strparam"};
+
+/// PAN prices by article.
+struct PanPrices : Table {
+    using Table::Table;
+    Text pan_ref{this, "pan_ref", 13};  ///< article reference
+    Label pan_lib{this, "pan_lib", 40}; ///< label
+    Number pan_pa{this, "pan_pa"};      ///< purchase price
+    Number pan_pan{this, "pan_pan"};    ///< PAN price
+    Index by_reference{this, {pan_ref}, Uniqueness::Unique};
+};
+inline const PanPrices strpan{"strpan"};
+
+/// Payment modes: due date = document date + days, then end of month, then a day of the month.
+struct PaymentModes : Table {
+    using Table::Table;
+    Text cde_rglt{this, "cde_rglt", 2};   ///< code "00"
+    Label lib_rglt{this, "lib_rglt", 40}; ///< label
+    Number nbj_rglt{this, "nbj_rglt"};    ///< number of days
+    Text fdm_rglt{this, "fdm_rglt", 1};   ///< end of month, O/N
+    Number jou_rglt{this, "jou_rglt"};    ///< day of the month, 0 for none
+    Index by_code{this, {cde_rglt}, Uniqueness::Unique};
+};
+inline const PaymentModes strparrgt{"strparrgt"};
+
+/// Invoicing parameters: VAT codes.
+struct VatCodes : Table {
+    using Table::Table;
+    Text par1_cde{this, "par1_cde", 1};   ///< VAT code
+    Label par1_lib{this, "par1_lib", 40}; ///< label
+    Number par1_tx{this, "par1_tx"};      ///< rate in percent
+    Text par1_cpt{this, "par1_cpt", 9};   ///< account
+    Index by_code{this, {par1_cde}, Uniqueness::Unique};
+};
+inline const VatCodes strparfac{"strparfac"};
+
+/// Currencies.
+struct Currencies : Table {
+    using Table::Table;
+    Text mon_cle{this, "mon_cle", 3};    ///< key, "EUR"
+    Label mon_lib{this, "mon_lib", 40};  ///< label
+    Number mon_euro{this, "mon_euro"};   ///< euros for one unit, divided by 100000 in the label's coefficient
+    Index by_key{this, {mon_cle}, Uniqueness::Unique};
+};
+inline const Currencies strmonnaie{"strmonnaie"};
+
+/// Chart of accounts, in compta.mdb.
+struct Accounts : Table {
+    using Table::Table;
+    Text cpt_aff{this, "cpt_aff", 9};    ///< account, 9 digits
+    Label cpt_lib{this, "cpt_lib", 40};  ///< label
+    Index by_account{this, {cpt_aff}, Uniqueness::Unique};
+};
+inline const Accounts strplan{"strplan"};
+
+} // namespace molven

@@ -1,0 +1,34 @@
+#include "sales/document_kind.h"
+
+#include "stock/units.h"
+
+#include <algorithm>
+
+namespace molven {
+
+const QList<DocumentKind>& documentKinds() {
+    static const QList<DocumentKind> kinds{
+        {QStringLiteral("LIV"), strlive, strlivl, QStringLiteral("Gestion des Bons de Livraison"),
+         QStringLiteral("Bon de Livraison"), QStringLiteral("Bon de Livraison"), QStringLiteral("LES BONS DE LIVRAISON"),
+         state::Delivered, false, false, true},
+        {QStringLiteral("CSG"), strcsge, strcsgl, QStringLiteral("Gestion des Bons de Consignation"),
+         QStringLiteral("Bon de consignation"), QStringLiteral("Bon de Consignation"),
+         QStringLiteral("LES BONS DE CONSIGNATION"), state::Sold, false, true, false},
+        {QStringLiteral("FAC"), strface, strfacl, QStringLiteral("Gestion des Factures"), QStringLiteral("Facture/Avoir"),
+         QStringLiteral("Facture"), QStringLiteral("LES FACTURES"), state::Sold, false, false, false},
+        {QStringLiteral("AVO"), strface, strfacl, QStringLiteral("Gestion des Avoirs"), QStringLiteral("Facture/Avoir"),
+         QStringLiteral("Avoir"), QStringLiteral("LES FACTURES"), state::InStock, true, false, false},
+        {QStringLiteral("AVG"), strcsge, strcsgl, QStringLiteral("Gestion des Avoirs Bons Consignation"),
+         QStringLiteral("Bon de consignation"), QStringLiteral("Avoir Bons"), QStringLiteral("LES BONS DE CONSIGNATION"),
+         state::InStock, true, true, false},
+    };
+    return kinds;
+}
+
+const DocumentKind& documentKind(const QString& mode) {
+    const auto found = std::find_if(documentKinds().begin(), documentKinds().end(),
+                                    [&mode](const DocumentKind& kind) { return kind.mode == mode; });
+    return found == documentKinds().end() ? documentKinds().first() : *found;
+}
+
+} // namespace molven

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "sales/pricing.h"
+#include "sales/sales_book.h"
+
+namespace molven::document_lines {
+
+/// A line being entered: the record to write, and what the screen tells the user about it.
+struct Draft {
+    explicit Draft(const DocumentLines& table) : line(table) {}
+
+    Record line;
+    bool tracked = false;    ///< needs a unit
+    bool isText = false;     ///< designation only
+    bool withoutVat = true;  ///< price basis
+    QString priceMessage;    ///< "Ce prix de vente est HT" or TTC; empty for a text
+};
+
+/// A line preset from an article for the document's client. Throws Refusal for an unknown article.
+Draft preset(SalesBook& book, const Record& header, const QString& reference);
+/// Puts a checked unit on the line: identification, sterilisation, type, supplier's serial and reference.
+void setUnit(SalesBook& book, Draft& draft, const Record& unit);
+/// A warning when an untracked article's stock does not cover the quantity; empty otherwise.
+QString stockWarning(SalesBook& book, const Draft& draft);
+
+/// Adds lines at the end, with their effect on units and stock and the document's totals, in one transaction.
+/// Each unit is checked again under the lock. Throws Refusal when the document is transferred or full, or a
+/// line is not complete.
+void add(SalesBook& book, const Record& header, const QList<Draft>& drafts);
+/// Inserts one line before an existing one, which is pushed down with its followers. Texts are only added.
+void insert(SalesBook& book, const Record& header, const Draft& draft, const QString& before);
+/// Rewrites price, discount and, for an untracked article, quantity.
+void change(SalesBook& book, const Record& header, const Record& line);
+/// Deletes a line and undoes its effect.
+void remove(SalesBook& book, const Record& header, const QString& lineNumber);
+/// Undoes a line's effect on its unit, or on the stock of its article; inside the caller's transaction.
+void undo(SalesBook& book, const Record& header, const Record& line);
+
+/// The line's record without its document, as copied from one document to another.
+Record copyOf(const Record& line, const DocumentLines& target);
+
+} // namespace molven::document_lines

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "data/database.h"
+#include "sales/document_tables.h"
+
+namespace molven::numbering {
+
+/// Number of the next document of a series, "000001" in an empty one; the year does not restart it. Drawn
+/// inside the caller's write transaction. Throws Refusal after "999999".
+QString next(Database vente, const DocumentHeaders& headers);
+
+/// Highest line number a document takes.
+constexpr int LastLine = 996;
+/// Condition on the shown lines of a document, without its hidden record.
+Criterion linesOf(const DocumentLines& lines, const QString& year, const QString& number);
+/// Number of the next line. Throws Refusal when the document is full.
+int nextLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number);
+/// "000" form of a line number.
+QString lineKey(int line);
+/// Writes the hidden record "000" of a document that has none. `deliveryNote` marks the one of an integration.
+void addHiddenLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number,
+                   const QString& deliveryNote = {});
+
+} // namespace molven::numbering

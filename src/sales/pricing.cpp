@@ -1,0 +1,60 @@
+#include "sales/pricing.h"
+
+#include "reference/articles.h"
+#include "reference/party_tables.h"
+#include "reference/tariff_tables.h"
+
+namespace molven::pricing {
+
+QString Preset::message() const {
+    return withoutVat ? QStringLiteral("Ce prix de vente est HT") : QStringLiteral("Ce prix de vente est TTC");
+}
+
+namespace {
+
+QString reimbursementOf(Database molven, const Record& article) {
+    if (article[strarticle.art_cat] == u"T") return article[strarticle.art_tip];
+    if (article[strarticle.art_lpp] != SeveralLpp) return article[strarticle.art_lpp];
+    const auto several = molven.find(strartlpp, strartlpp.lpp_ref == article[strarticle.art_ref]);
+    if (!several) return {};
+    for (const Text* code : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
+        if (const QString found = std::as_const(*several)[*code]; !found.isEmpty()) return found;
+    return {};
+}
+
+} // namespace
+
+Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment) {
+    Preset result;
+    result.designation = {article[strarticle.art_li1], article[strarticle.art_li2]};
+    if (threeLabels) result.designation.append(article[strarticle.art_lib3]);
+    result.vatCode = article[strarticle.art_tva];
+    result.withoutVat = article[strarticle.art_tar] == u"H";
+    result.price = result.withoutVat ? article[strarticle.art_pv1] : article[strarticle.art_ttc];
+    result.purchasePrice = article[strarticle.art_pam];
+    result.reimbursement = reimbursementOf(molven, article);
+    if (consignment) result.approval = article[strarticle.art_nho];
+    const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
+                                                     strparrem.rem_art == article[strarticle.art_rem]);
+    if (discount) result.discount = std::as_const(*discount)[strparrem.rem_rem];
+    const auto tariff = molven.find(strtarifclt, strtarifclt.tar_clt == client[strclient.clt_cod] &&
+                                                     trimmed(strtarifclt.tar_ref) == article[strarticle.art_ref]);
+    if (tariff) {
+        result.discount = 0;
+        result.price = std::as_const(*tariff)[strtarifclt.tar_pvt];
+    }
+    return result;
+}
+
+Decimal net(const Decimal& price, const Decimal& discount) {
+    return discount.isZero() ? price : (price - price * discount / Decimal(100)).rounded(2);
+}
+
+LineTotal lineTotal(const Decimal& quantity, const Decimal& netPrice, bool withoutVat, const Decimal& vatRate) {
+    const Decimal total = (quantity * netPrice).rounded(2);
+    const Decimal factor = Decimal(1) + vatRate / Decimal(100);
+    if (withoutVat) return {total, (total * factor).rounded(2)};
+    return {(total / factor).rounded(2), total};
+}
+
+} // namespace molven::pricing

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "data/database.h"
+
+namespace molven::pricing {
+
+/// What an article sold to a client presets on a line.
+struct Preset {
+    QStringList designation;   ///< two labels, three for some companies
+    QString vatCode;
+    bool withoutVat = true;    ///< price basis
+    Decimal price;             ///< unit price before discount, on that basis
+    Decimal discount;          ///< percent
+    Decimal purchasePrice;
+    QString reimbursement;     ///< TIPS or LPP code
+    QString approval;          ///< approval number, consignment documents only
+    /// "Ce prix de vente est HT" or "... TTC".
+    QString message() const;
+};
+
+/// Presets from the article, overridden by the client's discount table, then by the client's own tariff.
+Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment);
+
+/// Net unit price: price less the discount in percent, to the cent.
+Decimal net(const Decimal& price, const Decimal& discount);
+
+/// Totals of one line, to the cent.
+struct LineTotal {
+    Decimal ht;
+    Decimal ttc;
+};
+/// Quantity x net price is the total on the price's own basis; the other comes by the VAT rate in percent.
+LineTotal lineTotal(const Decimal& quantity, const Decimal& net, bool withoutVat, const Decimal& vatRate);
+
+} // namespace molven::pricing

@@ -1,0 +1,95 @@
+#include "sales/renumbering.h"
+
+#include "data/database.h"
+#include "data/errors.h"
+#include "data/format.h"
+#include "stock/units.h"
+
+#include <algorithm>
+
+namespace molven::renumbering {
+
+const QList<Renumbering>& families() {
+    static const QList<Renumbering> all{
+        {QStringLiteral("mnu_util_num_btr"), DataFile::Vente, strbtre, strbtrl,
+         QStringLiteral("Changement Numéro des Bons de transfert ?"), {state::InStock, state::InSet}},
+        {QStringLiteral("mnu_util_num_liv"), DataFile::Vente, strlive, strlivl,
+         QStringLiteral("Changement Numéro des Bons de livraison ?"), {state::Delivered}},
+        {QStringLiteral("mnu_util_num_fac"), DataFile::Vente, strface, strfacl,
+         QStringLiteral("Changement Numéro des Factures ?"), {state::Sold, state::InStock}},
+        {QStringLiteral("mnu_util_num_csg"), DataFile::Vente, strcsge, strcsgl,
+         QStringLiteral("Changement Numéro des Bons de consignation ?"), {state::Sold, state::InStock}},
+        {QStringLiteral("mnu_util_num_pro"), DataFile::Proforma, strface, strfacl,
+         QStringLiteral("Changement Numéro des Proformas ?"), {}},
+    };
+    return all;
+}
+
+const Renumbering* ofMenu(const QString& menu) {
+    const auto found =
+        std::find_if(families().begin(), families().end(), [&menu](const Renumbering& family) { return family.menu == menu; });
+    return found == families().end() ? nullptr : &*found;
+}
+
+namespace {
+
+Refusal impossible() { return Refusal(QStringLiteral("Numérotation impossible"), QStringLiteral("Txtnum5")); }
+
+QString usable(Database documents, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
+    const QString number = padded(newNumber, 6);
+    const bool wellFormed = number.size() == 6 && Decimal::parse(number) && number != u"000000";
+    const bool exists = documents.count(family.headers, family.headers.fac_no == padded(oldNumber, 6)) == 1;
+    if (!wellFormed || !exists || documents.count(family.headers, family.headers.fac_no == number) > 0) throw impossible();
+    return number;
+}
+
+/// The units whose last document is this one carry its number. Another family's document may bear the same
+/// number: state and date tell them apart.
+void renumberUnits(Database molven, Database documents, const Renumbering& family, const QString& from, const QString& to) {
+    const auto header = documents.find(family.headers, family.headers.fac_no == to);
+    const QString date = std::as_const(*header)[family.headers.fac_datf];
+    for (const Record& line : documents.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString())) {
+        const Criterion unit = Immatriculation::fromText(line[family.lines.fac_imm]).criterion() &&
+                               isOneOf(strproduit.tes_vte, family.unitStates) && strproduit.num_vte == from &&
+                               strproduit.dat_vte == date;
+        molven.update(strproduit, {{strproduit.nbl_dep, to}}, unit && strproduit.nbl_dep == from);
+        molven.update(strproduit, {{strproduit.num_vte, to}}, unit);
+    }
+}
+
+/// Delivery notes name the invoice that took them over, and its lines the note they came from.
+void renumberReferences(Database molven, Database documents, const Renumbering& family, const QString& from,
+                        const QString& to) {
+    if (&family.headers == &strlive) {
+        documents.update(strfacl, {{strfacl.fac_nbl, to}}, strfacl.fac_nbl == from);
+        for (const Record& line : documents.select(strfacl, strfacl.fac_nbl == to && strfacl.fac_imm != QString()))
+            molven.update(strproduit, {{strproduit.ref_vte, QStringLiteral("BL/") + to}},
+                          Immatriculation::fromText(line[strfacl.fac_imm]).criterion() &&
+                              strproduit.ref_vte == QStringLiteral("BL/") + from);
+    } else if (&family.headers == &strface && family.file == DataFile::Vente) {
+        documents.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);
+    }
+}
+
+} // namespace
+
+QString checked(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
+    Workspace workspace;
+    return usable(workspace.open(session.path(family.file)), family, oldNumber, newNumber);
+}
+
+void renumber(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database documents = workspace.open(session.path(family.file));
+    Transaction transaction(workspace);
+    const QString from = padded(oldNumber, 6);
+    const QString to = usable(documents, family, oldNumber, newNumber);
+    documents.update(family.headers, {{family.headers.fac_no, to}}, family.headers.fac_no == from);
+    documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
+    if (!family.unitStates.isEmpty()) renumberUnits(molven, documents, family, from, to);
+    renumberReferences(molven, documents, family, from, to);
+    transaction.commit();
+}
+
+} // namespace molven::renumbering

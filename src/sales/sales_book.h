@@ -1,0 +1,33 @@
+#pragma once
+
+#include "data/database.h"
+#include "sales/document_kind.h"
+#include "shell/session.h"
+
+namespace molven {
+
+/// The files of one family of sales documents, opened in one workspace so that a document and its units are
+/// written together, and what the rules of the documents need to know of the dossier.
+class SalesBook {
+public:
+    /// Throws DataError when a file cannot be opened.
+    SalesBook(const Session& session, const DocumentKind& kind);
+
+    const DocumentKind& kind() const { return kind_; }
+    const CompanyRules& rules() const { return rules_; }
+    /// Delivery notes may take units from the client's own depot.
+    bool deliversFromClientDepot() const { return deliversFromClientDepot_; }
+
+private:
+    const DocumentKind& kind_;
+    CompanyRules rules_;
+    bool deliversFromClientDepot_;
+
+public:
+    Workspace workspace;
+    Database molven;
+    Database vente;
+    Database blent;
+};
+
+} // namespace molven

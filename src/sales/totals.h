@@ -1,0 +1,16 @@
+#pragma once
+
+#include "sales/sales_book.h"
+
+namespace molven::totals {
+
+/// Computes a document's totals from its lines and footer and puts them in the header record: lines summed by
+/// VAT code, less the document discount, less the settlement discount, plus carriage with its VAT at the
+/// normal rate, plus the exempt amount; `fac_ffa` is what remains after the down payment. Each VAT amount is
+/// rounded to the cent once. A document without footer amounts totals exactly its lines.
+void compute(SalesBook& book, Record& header);
+
+/// VAT code of carriage: the normal rate.
+inline const QString CarriageVat = QStringLiteral("2");
+
+} // namespace molven::totals

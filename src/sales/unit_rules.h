@@ -1,0 +1,23 @@
+#pragma once
+
+#include "sales/sales_book.h"
+#include "stock/immatriculation.h"
+
+namespace molven::unit_rules {
+
+/// The unit of a typed immatriculation, checked for the document. Throws Refusal with the first fault: unknown,
+/// delivered, sold, not sold, or not in a depot the document may take it from.
+Record check(SalesBook& book, const Record& header, const QString& typed);
+
+/// The units of an article that the document may take, from one immatriculation to another (both included).
+/// Throws Refusal when there is none.
+Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
+                     const QString& last);
+
+/// What a validated line does to its unit.
+void apply(SalesBook& book, const Record& header, const Record& line);
+/// What deleting a line does to its unit: a sale goes back to the main depot unsold, a credit note's unit goes
+/// back to the sale it was taken from.
+void undo(SalesBook& book, const Record& header, const Record& line);
+
+} // namespace molven::unit_rules

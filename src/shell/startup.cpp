@@ -1,0 +1,113 @@
+#include "shell/startup.h"
+
+#include "data/database.h"
+#include "data/errors.h"
+#include "shell/folder_files.h"
+#include "shell/tables.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace molven::startup {
+
+namespace {
+
+Refusal missing(const Session& session, const QString& name) {
+    return Refusal(QStringLiteral(" Le fichier > ") + QDir::toNativeSeparators(session.programFile(name)) +
+                   QStringLiteral(" n'existe pas "));
+}
+
+QString requiredFolder(const Session& session, const QString& name) {
+    const auto folder = folderFrom(session.dossier_app, name);
+    if (!folder) throw missing(session, name);
+    return *folder;
+}
+
+void readSecondSite(Session& session) {
+    if (session.rules().readsSecondSiteFolder())
+        session.chemin_gv = requiredFolder(session, QStringLiteral("CHEMIN_GV.HC"));
+}
+
+Record companyRecord(const Session& session) {
+    Workspace workspace;
+    const auto record = workspace.open(session.molven()).find(strspecif, {});
+    if (!record) throw DataError(DataError::NoCurrentRecord, QStringLiteral("La table strspecif est vide."));
+    return *record;
+}
+
+} // namespace
+
+void readCompany(Session& session) {
+    session.chemin_base = requiredFolder(session, QStringLiteral("CHEMIN.HC"));
+    session.code_soc = companyRecord(session)[strspecif.spe_cod];
+}
+
+bool readFolders(Session& session) {
+    session.chemin_tri = requiredFolder(session, QStringLiteral("TRI.HC"));
+    readSecondSite(session);
+    if (!QFile::exists(session.path(DataFile::Societe))) {
+        session.chemin_base = requiredFolder(session, QStringLiteral("CHEMIN.HC"));
+        return true;
+    }
+    session.chemin_base = session.dossier_app + u'/';
+    return false;
+}
+
+QList<Record> dossiers(const Session& session) {
+    Workspace workspace;
+    Database societe = workspace.open(session.path(DataFile::Societe));
+    if (!societe.columns(strsociete).contains(strsociete.soc_utilisateur.name, Qt::CaseInsensitive))
+        societe.addColumn(strsociete, strsociete.soc_utilisateur, QStringLiteral("**"));
+    QList<Record> rows;
+    for (const Record& row : societe.select(strsociete)) rows.append(row);
+    return rows;
+}
+
+void chooseDossier(Session& session, const Record& dossier, const QString& typedWord) {
+    const QString word = dossier[strsociete.soc_mot].trimmed();
+    if (word != typedWord.trimmed().toUpper())
+        throw Refusal(QStringLiteral(" Mot de Passe Incorrect"), QStringLiteral("txtmot"));
+    session.mot_dossier = word;
+    session.chemin_base = usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]);
+    session.util_dossier.clear();
+    session.chemin_util.clear();
+    if (!session.rules().hasUserFolders()) return;
+    session.util_dossier = dossier[strsociete.soc_utilisateur].trimmed();
+    if (session.util_dossier == u"**") session.util_dossier.clear();
+    session.chemin_util = session.util_dossier.isEmpty()
+                              ? session.chemin_base
+                              : usableFolder(session.dossier_app, session.chemin_base + session.util_dossier);
+}
+
+void openDossier(Session& session) {
+    const Record company = companyRecord(session);
+    session.spe_cod = company[strspecif.spe_cod];
+    session.spe_nom = company[strspecif.spe_nom];
+    session.spe_pied = company[strspecif.spe_pied];
+    session.spe_mon = company[strspecif.spe_mon];
+    session.spe_btl = company[strspecif.spe_btl];
+    session.spe_cdc = company[strspecif.spe_cdc];
+    session.spe_csg = company[strspecif.spe_csg];
+    session.spe_cns = company[strspecif.spe_cns];
+    session.spe_cpt = company[strspecif.spe_cpt];
+    session.code_soc = session.spe_cod;
+    // A company "EO" works as "AD" everywhere; where it differs, the dossier word tells.
+    if (session.code_soc == u"EO") {
+        session.code_soc = QStringLiteral("AD");
+        session.mot_dossier = QStringLiteral("EO");
+    }
+    readSecondSite(session);
+}
+
+QString mainTitle(const Session& session) {
+    const QString title = QStringLiteral("MOLVEN - LOGICIEL DE TRACABILITE : ") + session.spe_nom;
+    if (!session.util_dossier.isEmpty() && session.util_dossier != u"**")
+        return title + QStringLiteral(" - Dossier : ") + session.util_dossier;
+    return session.rules().showsSiteInTitle() ? title + session.mot_dossier : title;
+}
+
+QString logoFile(const Session& session, const QString& company) {
+    return session.programFile(QStringLiteral("logo_") + company + CompanyRules(company, {}).logoExtension());
+}
+
+} // namespace molven::startup

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "data/record.h"
+#include "shell/session.h"
+
+#include <QList>
+
+namespace molven {
+
+/// The steps from an empty session to an open dossier.
+namespace startup {
+
+/// Login window: data folder and company code. Throws Refusal when CHEMIN.HC is missing, DataError when the
+/// data cannot be read.
+void readCompany(Session& session);
+
+/// Main window: work folder, second site's folder; false when the user must choose a dossier first, true when
+/// the data folder is known. Throws Refusal when a folder file is missing.
+bool readFolders(Session& session);
+
+/// The dossiers of societe.mdb in table order, after adding the user sub-folder to a file of an older version.
+QList<Record> dossiers(const Session& session);
+
+/// Takes a dossier as chosen; throws Refusal " Mot de Passe Incorrect" unless the typed word is the dossier's.
+/// Returns nothing: the session holds the dossier's folders.
+void chooseDossier(Session& session, const Record& dossier, const QString& typedWord);
+
+/// Reads the company's values into the session. Throws DataError.
+void openDossier(Session& session);
+
+/// Title of the main window of the open dossier.
+QString mainTitle(const Session& session);
+/// Full path of the logo, whether or not it exists. Read before openDossier() renames a company.
+QString logoFile(const Session& session, const QString& company);
+
+} // namespace startup
+} // namespace molven

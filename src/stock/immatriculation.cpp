@@ -1,0 +1,33 @@
+#include "stock/immatriculation.h"
+
+#include "data/errors.h"
+#include "data/format.h"
+
+namespace molven {
+
+Immatriculation Immatriculation::fromText(const QString& typed) {
+    const QString number = padded(typed, 8);
+    return {number, number.left(2) < u"90" ? QStringLiteral("20") : QStringLiteral("19")};
+}
+
+Immatriculation Immatriculation::next(Database molven, const QDate& receipt, int quantity) {
+    const bool offset = QString(molven.path()).replace(u'\\', u'/').section(u'/', 0, -2).endsWith(u"quilde", Qt::CaseInsensitive);
+    QString prefix = receipt.toString(QStringLiteral("yyMM"));
+    if (offset) prefix = QString::number(prefix.toInt() + 1000).rightJustified(4, u'0');
+    const QString last = molven.greatest(strproduit, strproduit.imm_art,
+                                         strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix));
+    const int first = last.isEmpty() ? (offset ? 1001 : 1) : last.mid(4).toInt() + 1;
+    if (first + quantity - 1 > LastOfMonth)
+        throw Refusal(QStringLiteral("Création impossible il y a deja 9999 entrees"), QStringLiteral("txtqtestk"));
+    return {prefix + QString::number(first).rightJustified(4, u'0'), QStringLiteral("20")};
+}
+
+bool Immatriculation::isValid() const {
+    return number_.size() == 8 && std::all_of(number_.begin(), number_.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+Immatriculation Immatriculation::plus(int step) const {
+    return {number_.left(4) + QString::number(number_.mid(4).toInt() + step).rightJustified(4, u'0'), century_};
+}
+
+} // namespace molven

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "data/database.h"
+#include "stock/unit_tables.h"
+
+#include <QDate>
+
+namespace molven {
+
+/// The registration key of a unit: YYMM of its receipt and a 4-digit sequence, with the century beside it.
+class Immatriculation {
+public:
+    static constexpr int LastOfMonth = 9999;
+
+    /// Pads a typed number to 8 digits; its century is "20" below "90", "19" from there on.
+    static Immatriculation fromText(const QString& typed);
+    /// Numbers the next `quantity` units received that day; drawn inside the caller's write transaction. One
+    /// installation, whose data folder ends with "quilde/", numbers with the first year digit raised by one.
+    /// Throws Refusal when the month would pass 9999.
+    static Immatriculation next(Database molven, const QDate& receipt, int quantity = 1);
+
+    QString number() const { return number_; }
+    QString century() const { return century_; }
+    bool isValid() const;
+    /// The one `step` places further in the same month.
+    Immatriculation plus(int step) const;
+    /// The condition that finds the unit.
+    Criterion criterion() const { return strproduit.pro_ann == century_ && strproduit.imm_art == number_; }
+
+private:
+    Immatriculation(const QString& number, const QString& century) : number_(number), century_(century) {}
+    QString number_;
+    QString century_;
+};
+
+} // namespace molven

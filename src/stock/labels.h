@@ -1,0 +1,23 @@
+#pragma once
+
+#include "data/database.h"
+#include "shell/company_rules.h"
+#include "stock/unit_tables.h"
+
+namespace molven::labels {
+
+/// A range of document numbers as typed. Throws Refusal on an empty or inverted range.
+struct NumberRange {
+    NumberRange(const QString& first, const QString& last, const QString& firstField);
+    QString first; ///< "000000" when the first box is empty
+    QString last;  ///< "999999" when the second is empty
+};
+
+/// The units moved by the documents of a range and in that state (`state::InStock`, `state::Sold`), by
+/// immatriculation. Throws Refusal when there is none.
+Recordset select(Database molven, const NumberRange& range, const QString& unitState);
+
+/// Replaces the waiting labels by one label a unit, in the given order; answers how many.
+qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units);
+
+} // namespace molven::labels

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "shell/company_rules.h"
+#include "stock/immatriculation.h"
+
+namespace molven {
+
+/// A receipt of units of one article, as entered. Dates are "dd/mm/yyyy", sterilisation and expiry "mm/yyyy".
+struct Receipt {
+    QString reference;
+    QString supplier;       ///< code, "000000"
+    QString orderNumber, orderDate;
+    QString deliveryNumber, deliveryDate;
+    QString plannedDate;
+    QString quantity;
+    QString purchasePrice;  ///< company currency, comma or point
+    QString depot = QStringLiteral("001");
+    QString lot;
+    QString certificate1, certificate2, registerEntry, pieces, manufacturingOrder;
+    QString conformity = QStringLiteral("O"), cause;
+    QString sterilisationBatch, sterilisationDate, expiryDate, sterilisationIndex;
+    QString supplierSerial, supplierReference;
+    QString scannedEan, eanCompanion;
+    QString operatorWord;   ///< who receives, empty when nobody logged in
+    QString currency = QStringLiteral("EUR");
+};
+
+namespace receipts {
+
+/// Units just created, first and last of the run.
+struct Created {
+    QString first;
+    QString last;
+};
+
+/// Throws Refusal with the first fault of the receipt, in the order of the screen. Writes nothing.
+void check(Database molven, const Receipt& receipt);
+/// Creates the units and updates the article's quantity, average and last purchase price, in one transaction.
+Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt);
+
+} // namespace receipts
+} // namespace molven

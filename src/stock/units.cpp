@@ -1,0 +1,115 @@
+#include "stock/units.h"
+
+#include "data/dates.h"
+#include "data/errors.h"
+#include "data/format.h"
+#include "reference/articles.h"
+#include "reference/parameters.h"
+
+namespace molven::units {
+
+std::optional<Record> find(Database molven, const Immatriculation& immatriculation) {
+    return molven.find(strproduit, immatriculation.criterion());
+}
+
+namespace {
+
+QString documentLine(const char* kind, const Record& unit) {
+    return QString::fromUtf8(kind) + unit[strproduit.num_vte] + QStringLiteral(" du ") + unit[strproduit.dat_vte];
+}
+
+Situation stockSituation(const Record& unit, const CompanyRules& rules) {
+    const QString depot = unit[strproduit.num_dep];
+    const QString client = unit[strproduit.clt_vte];
+    Situation result;
+    result.place = QStringLiteral("Produit stocké au dépôt : ") + depot;
+    if (rules.showsDepotFamily())
+        result.place += QStringLiteral("(famille: ") + unit[strproduit.fam_dep] + QStringLiteral(")");
+    if (client.isEmpty()) return result;
+    if (unit[strproduit.nbl_dep] == TakenBack) {
+        result.document = documentLine("Reprise au client, Avoir N° ", unit);
+        return result;
+    }
+    result.place = QStringLiteral("Produit transféré au client ") + client + QStringLiteral(" Dépôt : ") + depot;
+    result.document = documentLine("Bon de Transfert N° ", unit);
+    return result;
+}
+
+} // namespace
+
+Situation situation(const Record& unit, const CompanyRules& rules) {
+    const QString unitState = unit[strproduit.tes_vte];
+    const QString depot = unit[strproduit.num_dep];
+    const QString clientAndDepot = unit[strproduit.clt_vte] + QStringLiteral(" Dépôt : ") + depot;
+    const bool returned = depot == ReturnedDepot;
+    if (returned && (unitState == state::InStock || unitState == state::Sold))
+        return {QStringLiteral("Produit retourné au fournisseur ") + clientAndDepot, documentLine("Bon de retour N° ", unit)};
+    if (unitState == state::InStock) return stockSituation(unit, rules);
+    if (unitState == state::Delivered)
+        return {QStringLiteral("Produit livré au client ") + clientAndDepot, documentLine("Bon de Livraison N° ", unit)};
+    if (unitState == state::Sold)
+        return {QStringLiteral("Produit vendu au client ") + clientAndDepot, documentLine("Facture N° ", unit)};
+    const QString set = QStringLiteral("Ancillaire : ") + unit[strproduit.stk_anc_cod];
+    if (depot == SetDepot) return {set + QStringLiteral(" stocké au dépôt : ") + depot, {}};
+    return {set + QStringLiteral(" en dépôt chez le client ") + unit[strproduit.clt_vte], {}};
+}
+
+QString conformityName(const QString& code) {
+    if (code == list::Reworked) return QStringLiteral("Retouché");
+    if (code == list::Derogated) return QStringLiteral("Dérogé");
+    if (code == list::Scrapped) return QStringLiteral("Rebuté");
+    return QStringLiteral("Conforme");
+}
+
+QString conformityText(Database molven, const Record& unit) {
+    const QString code = unit[strproduit.fab_con];
+    if (code.isEmpty()) return {};
+    const QString text = QStringLiteral("Ce produit est ") + conformityName(code).toLower();
+    const QString cause = unit[strproduit.fab_cau];
+    if (cause.isEmpty()) return text;
+    return text + QStringLiteral("  CAUSE : ") + cause + QStringLiteral(" / ") + parameters::label(molven, code, cause);
+}
+
+void remove(Database molven, const Immatriculation& immatriculation) {
+    Transaction transaction(molven.workspace());
+    const auto unit = find(molven, immatriculation);
+    if (!unit) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    const Record& read = *unit;
+    if (read[strproduit.tes_vte] != state::InStock)
+        throw Refusal(QStringLiteral("impossible de supprimer cette immatriculation"), QStringLiteral("txtrecimm"));
+    molven.remove(strproduit, immatriculation.criterion());
+    articles::moveStock(molven, read[strproduit.ref_art], Decimal(-1));
+    transaction.commit();
+}
+
+void implant(Database molven, const Immatriculation& immatriculation, const QString& patient, const QString& client,
+             const QString& date) {
+    if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
+    Transaction transaction(molven.workspace());
+    const auto unit = find(molven, immatriculation);
+    if (!unit) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    if (std::as_const(*unit)[strproduit.tes_vte] != state::Sold)
+        throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"), QStringLiteral("txtrecimm"));
+    molven.update(strproduit,
+                  {{strproduit.reg_pat, patient.trimmed()}, {strproduit.reg_clt, padded(client, 6)}, {strproduit.reg_dat, date}},
+                  immatriculation.criterion());
+    transaction.commit();
+}
+
+qint64 countInStock(Database molven, const QString& reference) {
+    return molven.count(strproduit, strproduit.ref_art == reference && strproduit.tes_vte != state::Sold);
+}
+
+qint64 updateDepotFamilies(Database molven, Database holder) {
+    Transaction transaction(molven.workspace());
+    qint64 changed = 0;
+    for (const Record& depot : molven.select(strparam, parameters::ofList(list::Depot))) {
+        const QString family = depot[strparam.fam_dep];
+        changed += holder.update(strproduit, {{strproduit.fam_dep, family}},
+                                 strproduit.num_dep == depot[strparam.num_par] && strproduit.fam_dep != family);
+    }
+    transaction.commit();
+    return changed;
+}
+
+} // namespace molven::units
