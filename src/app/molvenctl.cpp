@@ -47,6 +47,8 @@ int runCommand(const Command& command, const QStringList& call) {
         complain(refusal.text.trimmed());
     } catch (const DataError& error) {
         complain(QStringLiteral("%1 (erreur %2)").arg(error.description).arg(error.number));
+        for (const EngineError& record : error.records)
+            complain(QStringLiteral("  %1 : %2").arg(record.number).arg(record.description));
     }
     return 1;
 }

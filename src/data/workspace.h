@@ -19,7 +19,8 @@ public:
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    /// Opens a database file by full path; opening it again gives the same. Throws DataError for a file that
+    /// Opens a database file by full path; opening it again gives the same. A file not yet opened must be before
+    /// a transaction begins. Throws DataError for a file that
     /// is missing, damaged, foreign or of a later version.
     Database open(const QString& path);
 

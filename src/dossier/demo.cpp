@@ -52,7 +52,8 @@ public:
     Life(const Session& session, const Options& options, Dice& dice, const QDate& today)
         : session_(session), dice_(dice), today_(today), units_(options.units),
           deliveries_(session, documentKind(QStringLiteral("LIV"))), consignments_(session, documentKind(QStringLiteral("CSG"))),
-          invoices_(session, documentKind(QStringLiteral("FAC"))), credits_(session, documentKind(QStringLiteral("AVO"))) {}
+          invoices_(session, documentKind(QStringLiteral("FAC"))), credits_(session, documentKind(QStringLiteral("AVO"))),
+          ancillaire_(invoices_.workspace.open(session.path(DataFile::Ancillaire))) {}
 
     void receive();
     void plan();
@@ -81,6 +82,7 @@ private:
     const QDate today_;
     const int units_;
     SalesBook deliveries_, consignments_, invoices_, credits_;
+    Database ancillaire_;
     std::vector<Received> received_;
     QList<Event> events_;
     QStringList numbers_; ///< of the document written by each event
@@ -258,9 +260,8 @@ QString Life::transfer(const Event& event) {
 }
 
 QString Life::fillSet(const Event& event) {
-    Database ancillaire = invoices_.workspace.open(session_.path(DataFile::Ancillaire));
-    const QString serial = ancillary_sets::create(ancillaire, QStringLiteral("ANCHAN"));
-    for (const QString& unit : event.units) ancillary_sets::place(invoices_.molven, ancillaire, serial, unit);
+    const QString serial = ancillary_sets::create(ancillaire_, QStringLiteral("ANCHAN"));
+    for (const QString& unit : event.units) ancillary_sets::place(invoices_.molven, ancillaire_, serial, unit);
     return serial;
 }
 

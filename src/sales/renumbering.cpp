@@ -73,9 +73,9 @@ void renumberReferences(Database molven, Database documents, const Renumbering& 
 
 } // namespace
 
-QString checked(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
+void check(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
     Workspace workspace;
-    return usable(workspace.open(session.path(family.file)), family, oldNumber, newNumber);
+    usable(workspace.open(session.path(family.file)), family, oldNumber, newNumber);
 }
 
 void renumber(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {

@@ -31,6 +31,13 @@ public:
     bool hasInvoiceBookChoice() const { return isOneOf({u"DA", u"MD"}); }
     bool printsLabelsFromMenu() const { return isOneOf({u"DA", u"MD"}); }
 
+    /// Print screen of delivery notes and invoices.
+    QString reprintScreen(bool invoice) const {
+        if (company_ == u"CH") return QStringLiteral("T_docedt2");
+        if (isOneOf({u"LB", u"CE", u"IM"})) return QStringLiteral("T_docedt3");
+        return invoice && hasInvoiceBookChoice() ? QStringLiteral("T_docedt2") : QStringLiteral("T_docedt");
+    }
+
     // Articles and units
     bool hasEnglishLabels() const { return company_ == u"CE"; }
     bool allocatesEan() const { return company_ == u"CE"; }

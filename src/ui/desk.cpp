@@ -1,0 +1,81 @@
+#include "ui/desk.h"
+
+#include "printing/barcode_font.h"
+#include "shell/folder_files.h"
+#include "ui/form.h"
+#include "ui/unbuilt_form.h"
+
+#include <QApplication>
+
+namespace molven {
+
+Desk::Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer)
+    : prompt_(std::move(prompt)), printer_(std::move(printer)) {
+    session.dossier_app = programFolder;
+}
+
+Desk::~Desk() {
+    quitting_ = true;
+    for (Form* form : windows()) delete form;
+}
+
+Form* Desk::open(const QString& name, const QString& mode, const QString& title) {
+    session.mode_ecran = mode;
+    for (Form* form : windows()) {
+        if (form->objectName() != name || form->mode() != mode || !form->isVisible()) continue;
+        form->activateWindow();
+        form->raise();
+        return form;
+    }
+    Form* form = nullptr;
+    try {
+        const auto factory = factories_.constFind(name);
+        form = factory == factories_.constEnd() ? new UnbuiltForm(*this, name, title) : (*factory)(*this);
+    } catch (const Refusal& refusal) {
+        prompt().tell(refusal.text);
+        return nullptr;
+    } catch (const DataError& error) {
+        showDataError(*prompt_, error);
+        return nullptr;
+    }
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    windows_.append(form);
+    form->show();
+    form->activateWindow();
+    return form;
+}
+
+QList<Form*> Desk::windows() const {
+    QList<Form*> open;
+    for (const QPointer<Form>& form : windows_)
+        if (form) open.append(form);
+    return open;
+}
+
+Form* Desk::window(const QString& name) const {
+    const QList<Form*> open = windows();
+    for (auto form = open.rbegin(); form != open.rend(); ++form)
+        if ((*form)->objectName() == name && (*form)->isVisible()) return *form;
+    return nullptr;
+}
+
+void Desk::quit() {
+    if (quitting_) return;
+    quitting_ = true;
+    for (Form* form : windows()) form->close();
+    QApplication::quit();
+}
+
+QString Desk::barcodeFamily() {
+    const QString named = firstLine(session.programFile(QStringLiteral("POLICE.HC"))).value_or(QString());
+    const BarcodeFont font = BarcodeFont::choose(named);
+    if (!font.missing.isEmpty() && !fontTold_) {
+        fontTold_ = true;
+        prompt().tell(QStringLiteral("La police code barre \"%1\" n'est pas installée : la ligne du code est imprimée en caractères simples.")
+                          .arg(font.missing),
+                      {}, Icon::Warning);
+    }
+    return font.family;
+}
+
+} // namespace molven

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "printing/print_job.h"
+#include "shell/session.h"
+#include "ui/prompt.h"
+
+#include <QHash>
+#include <QList>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+namespace molven {
+
+class Form;
+
+/// Where finished print jobs go.
+class PrintTarget {
+public:
+    virtual ~PrintTarget() = default;
+    virtual void print(const PrintJob& job) = 0;
+};
+
+/// One run of the program: its session, its open windows, what it says and prints. Every screen is handed it.
+class Desk {
+public:
+    /// Makes a screen; the mode word stands in the session.
+    using Factory = std::function<Form*(Desk&)>;
+
+    Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer);
+    ~Desk();
+    Desk(const Desk&) = delete;
+    Desk& operator=(const Desk&) = delete;
+
+    Session session;
+
+    Prompt& prompt() { return *prompt_; }
+    void print(const PrintJob& job) { printer_->print(job); }
+
+    void addScreen(const QString& name, Factory factory) { factories_.insert(name, std::move(factory)); }
+    /// Opens a screen under a mode word, or shows it again when it is open in that mode. `title` names the menu
+    /// entry, for a screen not built yet.
+    Form* open(const QString& name, const QString& mode = {}, const QString& title = {});
+    /// The open window of that name, or null.
+    Form* window(const QString& name) const;
+    QList<Form*> windows() const;
+    /// Closes every window and ends the program.
+    void quit();
+    bool isQuitting() const { return quitting_; }
+
+    /// Family of the barcode font; tells the user, once a run, when it is not installed.
+    QString barcodeFamily();
+
+    /// Another copy of the program already runs; replaced in tests.
+    std::function<bool()> isAlreadyRunning = [] { return false; };
+
+private:
+    std::unique_ptr<Prompt> prompt_;
+    std::unique_ptr<PrintTarget> printer_;
+    QHash<QString, Factory> factories_;
+    QList<QPointer<Form>> windows_;
+    bool quitting_ = false;
+    bool fontTold_ = false;
+};
+
+} // namespace molven

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QLineEdit>
+
+#include <functional>
+
+namespace molven {
+
+/// An entry box. `left` runs when the user leaves it after a change; the text is selected on entering.
+class Edit : public QLineEdit {
+public:
+    explicit Edit(QWidget* parent = nullptr) : QLineEdit(parent) {}
+
+    std::function<void()> left;
+    void leaveIfChanged();
+    /// Sets a text as the program does: leaving afterwards runs nothing.
+    void put(const QString& text);
+    /// The text as rules want it: a masked box without digits is empty.
+    QString value() const;
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    QString entered_;
+};
+
+/// A masked box "__/__/____" for a date, or "__/____" for a month.
+class DateBox : public Edit {
+public:
+    enum class Precision { Day, Month };
+    explicit DateBox(QWidget* parent = nullptr, Precision precision = Precision::Day);
+};
+
+} // namespace molven

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "data/errors.h"
+#include "ui/desk.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QAbstractButton;
+class QPushButton;
+
+namespace molven {
+
+class Edit;
+class PickPanel;
+struct PickList;
+
+/// Shows a fault of the data engine; when the engine kept records of it, offers their list.
+void showDataError(Prompt& prompt, const DataError& error);
+
+/// A window of the program. Every handler of its controls runs guarded: a refusal is shown and the focus put on
+/// the control bound to its field, a data error goes to the data-error display, and the window stays open.
+/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field.
+class Form : public QWidget {
+public:
+    Form(Desk& desk, const QString& name);
+    ~Form() override;
+
+    const QString& mode() const { return mode_; }
+    /// Opens the list behind a control, as F2 does.
+    bool openPicker(QWidget* control);
+
+protected:
+    Desk& desk() { return desk_; }
+    Session& session() { return desk_.session; }
+    Prompt& prompt() { return desk_.prompt(); }
+
+    /// The one routine of titles: caption, centred on the screen, state.
+    void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
+
+    /// Runs a handler; false when it was refused or failed.
+    bool guarded(const std::function<void()>& handler);
+    /// A refusal naming this table field puts the focus on that control.
+    void bind(const QString& field, QWidget* control) { bound_.insert(field, control); }
+    void focusField(const QString& field);
+
+    /// A push button with its handler, guarded.
+    QPushButton* button(const QString& name, const QString& caption, const std::function<void()>& handler);
+    /// Runs when the user leaves a box after changing it, guarded.
+    void onLeft(Edit* edit, const std::function<void()>& handler);
+    /// The list behind a code field, on F2 and on its button.
+    void onPick(QWidget* control, const std::function<void()>& handler);
+    /// Pressed by Return outside a button.
+    void setDefaultButton(QPushButton* button) { defaultButton_ = button; }
+    /// Pressed by Escape; without one, Escape closes the window.
+    void setCancelButton(QPushButton* button) { cancelButton_ = button; }
+
+    /// Shows a list over the form; the chosen record is handed over and the list closes.
+    void pick(const PickList& list);
+    PickPanel& pickPanel();
+
+    void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void pressReturn();
+
+    Desk& desk_;
+    QString mode_;
+    QHash<QString, QPointer<QWidget>> bound_;
+    QHash<QWidget*, std::function<void()>> pickers_;
+    QPointer<QPushButton> defaultButton_;
+    QPointer<QPushButton> cancelButton_;
+    QPointer<PickPanel> pickPanel_;
+};
+
+} // namespace molven

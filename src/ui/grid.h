@@ -1,0 +1,40 @@
+#pragma once
+
+#include "ui/record_model.h"
+
+#include <QTableView>
+
+namespace molven {
+
+/// A list of records. A clicked header sorts, typing filters (Backspace takes back), Ctrl+C copies the chosen
+/// rows, Ctrl+E exports what is shown as CSV; Return or a double click chooses.
+class Grid : public QTableView {
+public:
+    Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent);
+
+    RecordModel& rows() { return *model_; }
+    void setColumns(const QList<GridColumn>& columns);
+
+    std::optional<Record> current() const;
+    void selectRow(int row);
+    /// The rows as semicolon-separated text with a header line.
+    QString csv() const;
+
+    std::function<void(const Record&)> chosen;  ///< Return or double click
+    std::function<void(const Record&)> clickedRow; ///< the current row changed by a click
+    std::function<void(const QString&)> filtered; ///< the filter text changed
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void choose();
+    void applyWidths();
+    void copySelection() const;
+    void exportCsv();
+    void setFilter(const QString& text);
+
+    RecordModel* model_;
+};
+
+} // namespace molven

@@ -1,0 +1,68 @@
+#include "ui/pick_panel.h"
+
+#include "ui/form.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace molven {
+
+PickPanel::PickPanel(QWidget* form)
+    : QFrame(form), title_(new QLabel(this)), hint_(new QLabel(this)), grid_(new Grid(QStringLiteral("DBGrid2"), {}, this)) {
+    setObjectName(QStringLiteral("FrameListe"));
+    setFrameShape(StyledPanel);
+    setFrameShadow(Raised);
+    setAutoFillBackground(true);
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(title_);
+    layout->addWidget(grid_);
+    layout->addWidget(hint_);
+    grid_->filtered = [this](const QString&) { showCount(); };
+    hide();
+}
+
+void PickPanel::open(const PickList& list) {
+    back_ = parentWidget()->focusWidget();
+    title_->setText(list.title);
+    grid_->setColumns(list.columns);
+    grid_->rows().setQuery(list.query);
+    grid_->chosen = [this, chosen = list.chosen](const Record& record) {
+        const Record kept = record;
+        leave();
+        chosen(kept);
+    };
+    settle();
+    show();
+    raise();
+    if (grid_->rows().rowCount() > 0) grid_->selectRow(0);
+    showCount();
+    grid_->setFocus();
+}
+
+void PickPanel::showCount() {
+    const QString& filter = grid_->rows().filter();
+    hint_->setText(filter.isEmpty() ? QStringLiteral("%1 lignes - tapez pour filtrer, Entrée choisit, Echap ferme").arg(grid_->rows().rowCount())
+                                    : QStringLiteral("Filtre : %1 (%2 lignes)").arg(filter).arg(grid_->rows().rowCount()));
+}
+
+void PickPanel::settle() {
+    const QSize room = parentWidget()->size();
+    const QSize size(std::min(720, room.width() - 40), std::min(440, room.height() - 40));
+    setGeometry(QRect(QPoint((room.width() - size.width()) / 2, (room.height() - size.height()) / 2), size));
+}
+
+void PickPanel::leave() {
+    hide();
+    if (back_) back_->setFocus(Qt::OtherFocusReason);
+}
+
+void PickPanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) return leave();
+    QFrame::keyPressEvent(event);
+}
+
+} // namespace molven

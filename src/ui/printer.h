@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ui/desk.h"
+
+namespace molven {
+
+/// Shows a finished job as the paper will be; the user prints it or saves it as a PDF from there.
+class PreviewPrinter : public PrintTarget {
+public:
+    void print(const PrintJob& job) override;
+};
+
+} // namespace molven

@@ -1,0 +1,50 @@
+#include "ui/prompt.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+QMessageBox::Icon boxIcon(Icon icon) {
+    switch (icon) {
+    case Icon::Information: return QMessageBox::Information;
+    case Icon::Warning: return QMessageBox::Warning;
+    case Icon::Stop: return QMessageBox::Critical;
+    case Icon::Question: return QMessageBox::Question;
+    case Icon::None: break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// Texts are the user's data too: they are shown as they are, never read as markup.
+void prepare(QMessageBox& box, const QString& text, const QString& title, Icon icon) {
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+    box.setWindowTitle(title.isEmpty() ? QStringLiteral("MOLVEN") : title);
+    box.setIcon(boxIcon(icon));
+}
+
+} // namespace
+
+void MessageBoxPrompt::tell(const QString& text, const QString& title, Icon icon) {
+    QMessageBox box(QApplication::activeWindow());
+    prepare(box, text, title, icon);
+    box.addButton(QStringLiteral("&OK"), QMessageBox::AcceptRole);
+    box.exec();
+}
+
+bool MessageBoxPrompt::ask(const QString& text, const QString& title, Icon icon) {
+    QMessageBox box(QApplication::activeWindow());
+    prepare(box, text, title, icon);
+    QPushButton* yes = box.addButton(QStringLiteral("&Oui"), QMessageBox::YesRole);
+    QPushButton* no = box.addButton(QStringLiteral("&Non"), QMessageBox::NoRole);
+    box.setDefaultButton(yes);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+} // namespace molven

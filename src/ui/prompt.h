@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace molven {
+
+enum class Icon { None, Information, Warning, Stop, Question };
+
+/// What the program says and asks. Screens know no other message box, so that a test or a scenario may stand in
+/// for the user.
+class Prompt {
+public:
+    virtual ~Prompt() = default;
+    /// A message with one button.
+    virtual void tell(const QString& text, const QString& title = {}, Icon icon = Icon::Information) = 0;
+    /// A question; true for yes.
+    virtual bool ask(const QString& text, const QString& title = {}, Icon icon = Icon::Question) = 0;
+};
+
+/// The real one: modal boxes over the active window, all by keyboard.
+class MessageBoxPrompt : public Prompt {
+public:
+    void tell(const QString& text, const QString& title, Icon icon) override;
+    bool ask(const QString& text, const QString& title, Icon icon) override;
+};
+
+} // namespace molven

@@ -1,0 +1,148 @@
+#include "ui/record_model.h"
+
+#include "data/errors.h"
+#include "data/format.h"
+
+#include <algorithm>
+
+namespace molven {
+
+RecordModel::RecordModel(const QList<GridColumn>& columns, QObject* parent)
+    : QAbstractTableModel(parent), columns_(columns) {}
+
+void RecordModel::setColumns(const QList<GridColumn>& columns) {
+    beginResetModel();
+    columns_ = columns;
+    query_ = nullptr;
+    all_.clear();
+    rows_ = QList<Record>();
+    filter_.clear();
+    sortColumn_ = -1;
+    endResetModel();
+}
+
+void RecordModel::setQuery(Query query) {
+    query_ = std::move(query);
+    refresh();
+}
+
+void RecordModel::setRecords(const QList<Record>& records) {
+    query_ = nullptr;
+    all_ = records;
+    refresh();
+}
+
+void RecordModel::refresh() {
+    beginResetModel();
+    rearrange();
+    endResetModel();
+}
+
+void RecordModel::setFilter(const QString& text) {
+    if (text == filter_) return;
+    filter_ = text;
+    refresh();
+}
+
+Criterion RecordModel::filterCriterion() const {
+    if (filter_.isEmpty()) return {};
+    Criterion any;
+    for (const GridColumn& column : columns_) {
+        const Criterion held = contains(*column.field, filter_);
+        any = any.always() ? held : any || held;
+    }
+    return any;
+}
+
+bool RecordModel::holds(const Record& record) const {
+    return std::any_of(columns_.begin(), columns_.end(), [&](const GridColumn& column) {
+        return record.value(*column.field).contains(filter_, Qt::CaseInsensitive);
+    });
+}
+
+void RecordModel::rearrange() {
+    if (query_) {
+        Order order;
+        if (sortColumn_ >= 0) {
+            const Field& field = *columns_[sortColumn_].field;
+            order = sortOrder_ == Qt::AscendingOrder ? Order(field) : Order::descending(field);
+        }
+        rows_.emplace<Recordset>(query_(filterCriterion(), order));
+        return;
+    }
+    QList<Record> shown;
+    for (const Record& record : all_)
+        if (filter_.isEmpty() || holds(record)) shown.append(record);
+    if (sortColumn_ >= 0) {
+        const Field& field = *columns_[sortColumn_].field;
+        const bool ascending = sortOrder_ == Qt::AscendingOrder;
+        std::stable_sort(shown.begin(), shown.end(), [&](const Record& a, const Record& b) {
+            const int order = field.kind == Field::Kind::Number
+                                  ? Decimal::fromText(a.value(field)) < Decimal::fromText(b.value(field)) ? -1
+                                    : Decimal::fromText(b.value(field)) < Decimal::fromText(a.value(field)) ? 1
+                                                                                                              : 0
+                                  : QString::localeAwareCompare(a.value(field), b.value(field));
+            return ascending ? order < 0 : order > 0;
+        });
+    }
+    rows_ = shown;
+}
+
+std::optional<Record> RecordModel::record(int row) const {
+    if (row < 0 || row >= rowCount()) return std::nullopt;
+    if (const auto* list = std::get_if<QList<Record>>(&rows_)) return list->at(row);
+    return std::get<Recordset>(rows_).at(row);
+}
+
+QString RecordModel::text(int row, int column) const {
+    try {
+        const auto shownRecord = record(row);
+        if (!shownRecord) return {};
+        const GridColumn& shownColumn = columns_[column];
+        const QString value = shownRecord->value(*shownColumn.field);
+        if (shownColumn.field->kind != Field::Kind::Number || value.isEmpty()) return value;
+        const Decimal number = Decimal::fromText(value);
+        return shownColumn.pattern.isEmpty() ? shown(number) : format(number, shownColumn.pattern);
+    } catch (const DataError&) {
+        return QStringLiteral("#Supprimé");
+    }
+}
+
+int RecordModel::columnOf(const QString& fieldName) const {
+    for (int i = 0; i < columns_.size(); ++i)
+        if (columns_[i].field->name.compare(fieldName, Qt::CaseInsensitive) == 0 ||
+            columns_[i].title.compare(fieldName, Qt::CaseInsensitive) == 0)
+            return i;
+    return -1;
+}
+
+int RecordModel::rowCount(const QModelIndex& parent) const {
+    if (parent.isValid()) return 0;
+    if (const auto* list = std::get_if<QList<Record>>(&rows_)) return static_cast<int>(list->size());
+    return static_cast<int>(std::get<Recordset>(rows_).count());
+}
+
+int RecordModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant RecordModel::data(const QModelIndex& index, int role) const {
+    if (role == Qt::DisplayRole) return text(index.row(), index.column());
+    if (role == Qt::TextAlignmentRole && columns_[index.column()].field->kind == Field::Kind::Number)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
+}
+
+QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
+    return columns_[section].title;
+}
+
+void RecordModel::sort(int column, Qt::SortOrder order) {
+    if (column < 0) return;
+    sortColumn_ = column;
+    sortOrder_ = order;
+    refresh();
+}
+
+} // namespace molven

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "data/database.h"
+
+#include <QAbstractTableModel>
+
+#include <functional>
+#include <variant>
+
+namespace molven {
+
+/// A column of a grid: a field and its title. Numbers are shown by their pattern.
+struct GridColumn {
+    const Field* field;
+    QString title;
+    int width = 100;     ///< pixels
+    QString pattern = {}; ///< "#####0.00"; empty shows the shortest form
+};
+
+/// The rows of a grid: either a selection of the engine, read by pages, or records at hand.
+class RecordModel : public QAbstractTableModel {
+public:
+    /// Selects the rows, given what the user filters and sorts by.
+    using Query = std::function<Recordset(const Criterion& filter, const Order& order)>;
+
+    explicit RecordModel(const QList<GridColumn>& columns, QObject* parent = nullptr);
+
+    void setQuery(Query query);
+    void setRecords(const QList<Record>& records);
+    void setColumns(const QList<GridColumn>& columns);
+    /// Reads the rows again.
+    void refresh();
+    /// Keeps the rows that hold this text in a column.
+    void setFilter(const QString& text);
+    const QString& filter() const { return filter_; }
+
+    const QList<GridColumn>& columns() const { return columns_; }
+    std::optional<Record> record(int row) const;
+    QString text(int row, int column) const;
+    int columnOf(const QString& fieldName) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override;
+
+private:
+    Criterion filterCriterion() const;
+    bool holds(const Record& record) const;
+    void rearrange();
+
+    QList<GridColumn> columns_;
+    Query query_;
+    QList<Record> all_;
+    std::variant<QList<Record>, Recordset> rows_;
+    QString filter_;
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+};
+
+} // namespace molven

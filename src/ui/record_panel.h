@@ -1,0 +1,46 @@
+#pragma once
+
+#include "data/record.h"
+#include "ui/edit.h"
+
+#include <QHash>
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+
+namespace molven {
+
+/// One entry box for one field.
+struct FieldBox {
+    const Field* field;
+    QString caption;
+    QString control = {};  ///< object name; "txt" and the field's name when empty
+    int characters = 0;    ///< width of the box; the field's own size when 0
+    QString pattern = {};  ///< how a number is shown
+    bool isDate = false;
+    bool readOnly = false;
+};
+
+/// Captioned boxes over the fields of a record, in columns, in the order in which a user reads them.
+class RecordPanel : public QWidget {
+public:
+    RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent);
+
+    Edit* edit(const Field& field) const;
+    /// The words shown beside a code box: the label behind the code, or "inconnu".
+    void setHint(const Field& field, const QString& text);
+    void load(const Record& record);
+    /// Puts what is typed into the record. Throws Refusal for a number that is not one.
+    void store(Record& record) const;
+    /// Boxes that are not read-only by nature.
+    void setEditable(bool editable);
+    const QList<FieldBox>& boxes() const { return boxes_; }
+
+private:
+    QList<FieldBox> boxes_;
+    QHash<const Field*, Edit*> edits_;
+    QHash<const Field*, QLabel*> hints_;
+};
+
+} // namespace molven
