@@ -1,5 +1,7 @@
 #include "data/criteria.h"
 
+#include "data/format.h"
+
 namespace molven {
 
 namespace {
@@ -52,7 +54,7 @@ Criterion startsWith(const Field& field, const QString& text) {
 
 Criterion contains(const Expression& expression, const QString& text) {
     if (text.isEmpty()) return {};
-    return {QStringLiteral("instr(lower(%1),lower(?)) > 0").arg(expression.sql), {text}};
+    return {QStringLiteral("instr(folded(%1),?) > 0").arg(expression.sql), {folded(text)}};
 }
 
 Criterion isOneOf(const Expression& expression, const QStringList& values) {

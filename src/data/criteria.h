@@ -46,7 +46,7 @@ Criterion operator!=(const Number& field, const Decimal& value);
 
 /// The field begins with that text; every record for the empty text. Served by an index on the field.
 Criterion startsWith(const Field& field, const QString& text);
-/// The text stands somewhere in the field.
+/// The text stands somewhere in the field, whatever its case and accents.
 Criterion contains(const Expression& expression, const QString& text);
 /// The value is one of the list.
 Criterion isOneOf(const Expression& expression, const QStringList& values);

@@ -37,6 +37,12 @@ QString padded(const QString& code, int width) {
     return numeric ? text.rightJustified(width, u'0') : text;
 }
 
+QString folded(const QString& text) {
+    QString plain = text.normalized(QString::NormalizationForm_D).toLower();
+    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+    return plain;
+}
+
 QString shown(const Decimal& value) { return value.toString().replace(u'.', u','); }
 
 } // namespace molven

@@ -13,6 +13,9 @@ QString format(const Decimal& value, const QString& pattern);
 /// or is empty, comes back trimmed and otherwise as it is.
 QString padded(const QString& code, int width);
 
+/// Lower case without accents: what a user's search compares.
+QString folded(const QString& text);
+
 /// The number as an input shows it: shortest form, with the comma.
 QString shown(const Decimal& value);
 

@@ -100,6 +100,11 @@ void Recordset::edit() {
     draft_ = before_;
 }
 
+void Recordset::edit(const Record& asRead) {
+    edit();
+    before_ = draft_ = asRead;
+}
+
 void Recordset::addNew() {
     before_.reset();
     draft_.emplace(*table_);

@@ -68,6 +68,8 @@ public:
 
     /// Begins a change of the current record, read anew from the file.
     void edit();
+    /// Begins a change of the current record as the user read it some time ago: update() refuses when it changed since.
+    void edit(const Record& asRead);
     /// Begins a new record.
     void addNew();
     /// The record being changed or added.

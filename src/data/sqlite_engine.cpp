@@ -1,5 +1,7 @@
 #include "data/sqlite_engine.h"
 
+#include "data/format.h"
+
 #include <QCollator>
 #include <QFileInfo>
 #include <QSqlDriver>
@@ -27,6 +29,16 @@ int compareFrench(void*, int lengthA, const void* a, int lengthB, const void* b)
     return frenchCollator().compare(first, second);
 }
 
+QString textOf(sqlite3_value* value) {
+    const auto* text = static_cast<const char16_t*>(sqlite3_value_text16(value));
+    return QString(reinterpret_cast<const QChar*>(text), sqlite3_value_bytes16(value) / 2);
+}
+
+void foldText(sqlite3_context* context, int, sqlite3_value** arguments) {
+    const QString plain = folded(textOf(arguments[0]));
+    sqlite3_result_text16(context, plain.utf16(), static_cast<int>(plain.size() * 2), SQLITE_TRANSIENT);
+}
+
 QString described(int code) {
     switch (code & 0xFF) {
     case SQLITE_BUSY:
@@ -49,6 +61,7 @@ void prepare(QSqlDatabase& connection) {
     const QVariant handle = connection.driver()->handle();
     auto* engine = *static_cast<sqlite3* const*>(handle.constData());
     sqlite3_create_collation(engine, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
+    sqlite3_create_function(engine, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr, nullptr);
     sqlite3_busy_timeout(engine, BusyTimeoutMs);
 }
 

@@ -13,7 +13,7 @@ constexpr int ApplicationId = 0x4D4F4C56;
 constexpr int SchemaVersion = 1;
 constexpr int BusyTimeoutMs = 10'000;
 
-/// Gives the connection what every MOLVEN file needs: the French sort order.
+/// Gives the connection what every MOLVEN file needs: the French sort order and the search without accents.
 void prepare(QSqlDatabase& connection);
 /// The engine's fault as the program tells it: French description, the engine's own words as its record.
 DataError translated(const QSqlError& error);

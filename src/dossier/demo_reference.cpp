@@ -118,7 +118,7 @@ void fillClients(Database molven, Dice& dice) {
         client[strclient.clt_exp] = QStringLiteral("01");
         client[strclient.clt_rem] = i % 4 == 0 ? QStringLiteral("A") : QString();
         client[strclient.clt_memo] = i % 7 == 0 ? QStringLiteral("Livrer avant 8 h, quai n° 2.") : QString();
-        parties::saveClient(molven, client, parties::Change::Create);
+        parties::saveClient(molven, client, std::nullopt);
     }
 }
 
@@ -223,7 +223,7 @@ void fillArticles(Database molven, Database compta, Database gencode, const Comp
     for (const Range& range : ranges()) {
         for (int i = 0; i < range.count; ++i) {
             const articles::Entry entry = entryOf(range, range.first + i * range.step, ++number, dice);
-            articles::save(molven, compta, gencode, rules, entry, articles::Change::Create);
+            articles::save(molven, compta, gencode, rules, entry, std::nullopt);
             const Record& article = entry.article;
             if (range.followUp == follow_up::ByMovements)
                 articles::moveStock(molven, article[strarticle.art_ref], dice.between(20, 400));

@@ -129,7 +129,8 @@ QString allocateEan(Database gencode, const QString& reference) {
 
 } // namespace
 
-void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry, Change change) {
+void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
+          const std::optional<Record>& before) {
     Record& article = entry.article;
     const Record& read = article;
     const QString reference = read[strarticle.art_ref].trimmed();
@@ -146,16 +147,16 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
 
     Transaction transaction(molven.workspace());
     Recordset existing = molven.select(strarticle, strarticle.art_ref == reference);
-    if (change == Change::Create)
-        require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
-    else
+    if (before)
         require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
+    else
+        require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
     if (rules.allocatesEan() && read[strarticle.art_typ] == u"F" && !filled(read[strarticle.art_ean]))
         article[strarticle.art_ean] = allocateEan(gencode, reference);
-    if (change == Change::Create)
-        existing.addNew();
+    if (before)
+        existing.edit(*before);
     else
-        existing.edit();
+        existing.addNew();
     existing.draft() = article;
     existing.update();
     transaction.commit();

@@ -38,12 +38,12 @@ struct Entry {
 /// The three entries that a stored article comes from.
 Entry entryOf(const Record& article);
 
-enum class Change { Create, Modify };
-
 /// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
-/// company does. Throws Refusal with the field of the faulty entry. `compta` and `gencode` are opened in the
-/// same workspace.
-void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry, Change change);
+/// company does. `before` is the article as the user read it, nothing for a new one. Throws Refusal with the field of
+/// the faulty entry, DataError RecordChanged when another workstation wrote the article meanwhile. `compta` and
+/// `gencode` are opened in the same workspace.
+void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
+          const std::optional<Record>& before);
 /// Throws Refusal while the article has stock or orders.
 void remove(Database molven, const QString& reference);
 

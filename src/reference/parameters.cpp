@@ -50,6 +50,10 @@ QString depotFamily(Database molven, const QString& depot) {
     return entry ? QString((*entry)[strparam.fam_dep]) : QString();
 }
 
+QString companyCurrency(Database molven, const QString& named) {
+    return molven.count(strmonnaie, strmonnaie.mon_cle == named) > 0 ? named : QStringLiteral("EUR");
+}
+
 Decimal vatRate(Database molven, const QString& vatCode) {
     const auto code = molven.find(strparfac, strparfac.par1_cde == vatCode);
     return code ? Decimal((*code)[strparfac.par1_tx]) : Decimal();
@@ -94,12 +98,12 @@ void add(Database molven, const Record& entry) {
     transaction.commit();
 }
 
-void change(Database molven, const Record& entry) {
+void change(Database molven, const Record& entry, const Record& before) {
     check(entry);
     Transaction transaction(molven.workspace());
     Recordset existing = molven.select(strparam, sameKey(entry));
     if (existing.isEmpty()) throw Refusal(QStringLiteral("Ce code n'existe pas"), strparam.num_par.name);
-    existing.edit();
+    existing.edit(before);
     existing.draft() = entry;
     existing.update();
     transaction.commit();

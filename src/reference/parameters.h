@@ -50,6 +50,8 @@ QString label(Database molven, const QString& letter, const QString& code);
 /// Depot family of a depot, empty when the depot is unknown.
 QString depotFamily(Database molven, const QString& depot);
 
+/// Key of the company's currency: the one its own record names when it is known, else the euro.
+QString companyCurrency(Database molven, const QString& named);
 /// Rate in percent of a VAT code, 0 when unknown.
 Decimal vatRate(Database molven, const QString& vatCode);
 std::optional<Record> paymentMode(Database molven, const QString& code);
@@ -58,8 +60,9 @@ QString dueDate(const Record& paymentMode, const QDate& documentDate);
 
 /// Writes a new entry. Throws Refusal when a code or label is missing or the code exists.
 void add(Database molven, const Record& entry);
-/// Rewrites the entry of that list and code. Throws Refusal when it does not exist.
-void change(Database molven, const Record& entry);
+/// Rewrites the entry of that list and code; `before` is the entry as the user read it. Throws Refusal when it does
+/// not exist, DataError RecordChanged when another workstation wrote it meanwhile.
+void change(Database molven, const Record& entry, const Record& before);
 void remove(Database molven, const QString& letter, const QString& code);
 
 } // namespace parameters

@@ -53,18 +53,18 @@ std::optional<Record> findSupplier(Database molven, const QString& code) {
     return molven.find(strfournis, strfournis.fou_cod == padded(code, 6));
 }
 
-void saveClient(Database molven, Record client, Change change) {
+void saveClient(Database molven, Record client, const std::optional<Record>& before) {
     const Record& read = client;
     client[strclient.clt_cod] = padded(read[strclient.clt_cod], 6);
     checkClient(molven, client);
     Transaction transaction(molven.workspace());
     Recordset existing = molven.select(strclient, strclient.clt_cod == read[strclient.clt_cod]);
-    if (change == Change::Create) {
+    if (before) {
+        require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), strclient.clt_cod);
+        existing.edit(*before);
+    } else {
         require(existing.isEmpty(), QStringLiteral("Ce code existe déjà"), strclient.clt_cod);
         existing.addNew();
-    } else {
-        require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), strclient.clt_cod);
-        existing.edit();
     }
     existing.draft() = client;
     existing.update();

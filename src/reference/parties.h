@@ -10,9 +10,9 @@ Record blankClient(Database molven);
 std::optional<Record> findClient(Database molven, const QString& code);
 std::optional<Record> findSupplier(Database molven, const QString& code);
 
-enum class Change { Create, Modify };
-/// Throws Refusal with the faulty field; writes in one transaction.
-void saveClient(Database molven, Record client, Change change);
+/// Writes the client in one transaction. `before` is the client as the user read it, nothing for a new one. Throws
+/// Refusal with the faulty field, DataError RecordChanged when another workstation wrote the client meanwhile.
+void saveClient(Database molven, Record client, const std::optional<Record>& before);
 void removeClient(Database molven, const QString& code);
 
 } // namespace molven::parties

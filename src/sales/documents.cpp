@@ -213,11 +213,14 @@ void abandon(SalesBook& book, const Record& header) {
     transaction.commit();
 }
 
-Recordset lines(SalesBook& book, const Record& header) {
+Criterion linesOf(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
+    return numbering::linesOf(book.kind().lines, header[table.fac_aa], header[table.fac_no]);
+}
+
+Recordset lines(SalesBook& book, const Record& header) {
     const DocumentLines& lineTable = book.kind().lines;
-    return book.vente.select(lineTable, numbering::linesOf(lineTable, header[table.fac_aa], header[table.fac_no]),
-                             {lineTable.fac_no, lineTable.fac_lg});
+    return book.vente.select(lineTable, linesOf(book, header), {lineTable.fac_no, lineTable.fac_lg});
 }
 
 Recordset ofClient(SalesBook& book, const QString& client) {

@@ -39,6 +39,8 @@ void remove(SalesBook& book, const Record& header);
 /// Drops a document left without lines, or whose user agrees to drop it for a zero total, whatever its kind.
 void abandon(SalesBook& book, const Record& header);
 
+/// The condition on the shown lines of a document.
+Criterion linesOf(SalesBook& book, const Record& header);
 /// The shown lines of a document, in order.
 Recordset lines(SalesBook& book, const Record& header);
 /// A client's documents by date. Throws Refusal when there is none.

@@ -41,11 +41,12 @@ void sell(SalesBook& invoices, const Record& invoice, const QString& unit, const
 
 } // namespace
 
+Criterion openNotesOf(const Record& invoice) {
+    return strlive.fac_clt == invoice[strface.fac_clt] && !(strlive.fac_cpt == documents::Transferred);
+}
+
 Recordset openDeliveryNotes(SalesBook& invoices, const Record& invoice) {
-    Recordset notes = invoices.vente.select(strlive,
-                                            strlive.fac_clt == invoice[strface.fac_clt] &&
-                                                !(strlive.fac_cpt == documents::Transferred),
-                                            {strlive.tri_datf, strlive.fac_no});
+    Recordset notes = invoices.vente.select(strlive, openNotesOf(invoice), {strlive.tri_datf, strlive.fac_no});
     if (notes.isEmpty()) refuse(QStringLiteral(" Aucun Bon Livraison à facturer pour ce client"));
     return notes;
 }

@@ -4,6 +4,8 @@
 
 namespace molven::integration {
 
+/// The condition on the delivery notes of an invoice's client not yet invoiced.
+Criterion openNotesOf(const Record& invoice);
 /// A client's delivery notes not yet invoiced, by date. Throws Refusal when there is none.
 Recordset openDeliveryNotes(SalesBook& invoices, const Record& invoice);
 

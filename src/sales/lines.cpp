@@ -104,6 +104,11 @@ QString stockWarning(SalesBook& book, const Draft& draft) {
 
 namespace {
 
+void requireQuantity(SalesBook& book, const Record& line) {
+    const Number& quantity = book.kind().lines.fac_qte;
+    if (!(line[quantity] > Decimal(0))) throw Refusal(QStringLiteral("Quantité incorrecte"), quantity.name);
+}
+
 /// Writes one line under its number and moves what it moves.
 void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
     const DocumentLines& table = book.kind().lines;
@@ -115,7 +120,7 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
     line[table.fac_no] = header[headers.fac_no];
     line[table.fac_lg] = number;
     if (!draft.isText) {
-        if (!(read[table.fac_qte] > Decimal(0))) throw Refusal(QStringLiteral("Quantité incorrecte"), table.fac_qte.name);
+        requireQuantity(book, line);
         line[table.fac_qte] = read[table.fac_qte] * direction(book.kind());
         priceLine(book, line, draft.withoutVat);
     }
@@ -129,14 +134,17 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
 
 } // namespace
 
-void add(SalesBook& book, const Record& header, const QList<Draft>& drafts) {
+void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int from) {
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
     const QString year = header[headers.fac_aa];
     const QString number = header[headers.fac_no];
     Transaction transaction(book.workspace);
     documents::requireOpen(book, header);
+    if (from > numbering::LastLine) throw Refusal(QStringLiteral("Document plein - ligne non crée"), table.fac_lg.name);
     int next = numbering::nextLine(book.vente, table, year, number);
+    if (from > 0 && from < next) throw Refusal(QStringLiteral("Cette ligne existe déjà"), table.fac_lg.name);
+    next = std::max(next, from);
     if (next + drafts.size() - 1 > numbering::LastLine)
         throw Refusal(QStringLiteral("Document plein - ligne non crée"), table.fac_lg.name);
     numbering::addHiddenLine(book.vente, table, year, number);
@@ -185,13 +193,14 @@ void change(SalesBook& book, const Record& header, const Record& line) {
     const DocumentLines& table = book.kind().lines;
     Transaction transaction(book.workspace);
     documents::requireOpen(book, header);
+    if (!line[table.fac_tva].isEmpty()) requireQuantity(book, line);
     Recordset stored = storedLine(book, header, line[table.fac_lg]);
     const QString unit = stored[table.fac_imm];
     const Decimal before = stored[table.fac_qte];
     stored.edit();
     stored[table.fac_px] = line[table.fac_px];
     stored[table.fac_remx] = line[table.fac_remx];
-    if (unit.isEmpty()) stored[table.fac_qte] = line[table.fac_qte];
+    if (unit.isEmpty()) stored[table.fac_qte] = line[table.fac_qte] * direction(book.kind());
     priceLine(book, stored.draft(), std::as_const(stored.draft())[table.fac_tar] == u"H");
     const Record written = stored.draft();
     stored.update();

@@ -24,12 +24,12 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit);
 QString stockWarning(SalesBook& book, const Draft& draft);
 
 /// Adds lines at the end, with their effect on units and stock and the document's totals, in one transaction.
-/// Each unit is checked again under the lock. Throws Refusal when the document is transferred or full, or a
-/// line is not complete.
-void add(SalesBook& book, const Record& header, const QList<Draft>& drafts);
+/// Each unit is checked again under the lock. `from` numbers the first one, 0 the one after the last. Throws
+/// Refusal when the document is transferred or full, the number is taken, or a line is not complete.
+void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int from = 0);
 /// Inserts one line before an existing one, which is pushed down with its followers. Texts are only added.
 void insert(SalesBook& book, const Record& header, const Draft& draft, const QString& before);
-/// Rewrites price, discount and, for an untracked article, quantity.
+/// Rewrites price, discount and, for an untracked article, quantity. The quantity is positive, on credit notes too.
 void change(SalesBook& book, const Record& header, const Record& line);
 /// Deletes a line and undoes its effect.
 void remove(SalesBook& book, const Record& header, const QString& lineNumber);

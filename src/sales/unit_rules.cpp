@@ -56,13 +56,16 @@ Record check(SalesBook& book, const Record& header, const QString& typed) {
     return *found;
 }
 
+Criterion available(SalesBook& book, const Record& header, const QString& reference) {
+    const QString unitState = book.kind().isCredit ? state::Sold : state::InStock;
+    return strproduit.ref_art == reference && strproduit.tes_vte == unitState &&
+           isOneOf(strproduit.num_dep, sourceOf(book, header).depots);
+}
+
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
                      const QString& last) {
-    const QString unitState = book.kind().isCredit ? state::Sold : state::InStock;
     const Criterion range = strproduit.imm_art >= first && strproduit.imm_art <= last;
-    Recordset units = book.molven.select(strproduit,
-                                         strproduit.ref_art == reference && strproduit.tes_vte == unitState &&
-                                             isOneOf(strproduit.num_dep, sourceOf(book, header).depots) && range,
+    Recordset units = book.molven.select(strproduit, available(book, header, reference) && range,
                                          {strproduit.pro_ann, strproduit.imm_art});
     if (units.isEmpty())
         throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), strlivl.fac_imm.name);

@@ -9,6 +9,8 @@ namespace molven::unit_rules {
 /// delivered, sold, not sold, or not in a depot the document may take it from.
 Record check(SalesBook& book, const Record& header, const QString& typed);
 
+/// The condition on the units of an article that the document may take.
+Criterion available(SalesBook& book, const Record& header, const QString& reference);
 /// The units of an article that the document may take, from one immatriculation to another (both included).
 /// Throws Refusal when there is none.
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,

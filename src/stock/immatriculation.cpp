@@ -18,7 +18,7 @@ Immatriculation Immatriculation::next(Database molven, const QDate& receipt, int
                                          strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix));
     const int first = last.isEmpty() ? (offset ? 1001 : 1) : last.mid(4).toInt() + 1;
     if (first + quantity - 1 > LastOfMonth)
-        throw Refusal(QStringLiteral("Création impossible il y a deja 9999 entrees"), QStringLiteral("txtqtestk"));
+        throw Refusal(QStringLiteral("Création impossible il y a deja 9999 entrees"), QStringLiteral("txtqte"));
     return {prefix + QString::number(first).rightJustified(4, u'0'), QStringLiteral("20")};
 }
 

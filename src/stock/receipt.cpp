@@ -19,6 +19,8 @@ void require(bool held, const char* message, const char* field) {
     if (!held) throw Refusal(QString::fromUtf8(message), QString::fromLatin1(field));
 }
 
+} // namespace
+
 Record followedArticle(Database molven, const QString& reference) {
     require(filled(reference), "Ces zones sont obligatoires en saisie", "ref_art");
     const auto article = articles::find(molven, reference);
@@ -26,6 +28,8 @@ Record followedArticle(Database molven, const QString& reference) {
     require(std::as_const(*article)[strarticle.art_aig] == follow_up::ByUnit, "référence non tenue en stock", "ref_art");
     return *article;
 }
+
+namespace {
 
 int quantityOf(const Receipt& receipt) {
     const auto typed = Decimal::parse(receipt.quantity);
@@ -171,7 +175,7 @@ void check(Database molven, const Receipt& receipt) {
     require(parties::findSupplier(molven, receipt.supplier).has_value(), "Ce fournisseur n'existe pas", "fou_cde");
     require(parameters::find(molven, list::Depot, receipt.depot).has_value(), "Ce dépôt n'existe pas", "num_dep");
     checkDates(receipt);
-    require(quantityOf(receipt) > 0, "Quantité incorrecte", "quantite");
+    require(quantityOf(receipt) > 0, "Quantité incorrecte", "txtqte");
     const auto price = Decimal::parse(receipt.purchasePrice);
     require(price && !(*price < Decimal(0)), "Prix Achat obligatoire", "pro_pac");
     const QString type = article[strarticle.art_typ];

@@ -33,6 +33,8 @@ struct Created {
     QString last;
 };
 
+/// The article of a receipt. Throws Refusal when it is unknown or not followed by unit.
+Record followedArticle(Database molven, const QString& reference);
 /// Throws Refusal with the first fault of the receipt, in the order of the screen. Writes nothing.
 void check(Database molven, const Receipt& receipt);
 /// Creates the units and updates the article's quantity, average and last purchase price, in one transaction.

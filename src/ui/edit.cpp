@@ -6,10 +6,10 @@
 
 namespace molven {
 
-void Edit::leaveIfChanged() {
-    if (text() == entered_) return;
+bool Edit::leaveIfChanged() {
+    if (text() == entered_) return true;
     entered_ = text();
-    if (left) left();
+    return !left || left();
 }
 
 void Edit::put(const QString& newText) {

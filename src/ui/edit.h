@@ -6,13 +6,15 @@
 
 namespace molven {
 
-/// An entry box. `left` runs when the user leaves it after a change; the text is selected on entering.
+/// An entry box. `left` runs when the user leaves it after a change, and answers false when it refused what was
+/// typed; the text is selected on entering.
 class Edit : public QLineEdit {
 public:
     explicit Edit(QWidget* parent = nullptr) : QLineEdit(parent) {}
 
-    std::function<void()> left;
-    void leaveIfChanged();
+    std::function<bool()> left;
+    /// False when what was typed is refused.
+    bool leaveIfChanged();
     /// Sets a text as the program does: leaving afterwards runs nothing.
     void put(const QString& text);
     /// The text as rules want it: a masked box without digits is empty.

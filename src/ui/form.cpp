@@ -69,13 +69,18 @@ QPushButton* Form::button(const QString& name, const QString& caption, const std
     return made;
 }
 
+void Form::setDefaultButton(QPushButton* button) { defaultButton_ = button; }
+
+void Form::setCancelButton(QPushButton* button) { cancelButton_ = button; }
+
 void Form::onLeft(Edit* edit, const std::function<void()>& handler) {
-    edit->left = [this, handler] { guarded(handler); };
+    edit->left = [this, handler] { return guarded(handler); };
 }
 
-void Form::onPick(QWidget* control, const std::function<void()>& handler) {
+void Form::onPick(QWidget* control, const std::function<void()>& handler, QAbstractButton* listButton) {
     pickers_.insert(control, handler);
     control->setToolTip(QStringLiteral("F2 : liste"));
+    if (listButton) connect(listButton, &QAbstractButton::clicked, this, [this, handler] { guarded(handler); });
 }
 
 bool Form::openPicker(QWidget* control) {
@@ -85,19 +90,17 @@ bool Form::openPicker(QWidget* control) {
     return true;
 }
 
-PickPanel& Form::pickPanel() {
+void Form::pick(const PickList& list) {
     if (!pickPanel_) pickPanel_ = new PickPanel(this);
-    return *pickPanel_;
+    pickPanel_->open(list);
 }
-
-void Form::pick(const PickList& list) { pickPanel().open(list); }
 
 void Form::pressReturn() {
     if (auto* focused = qobject_cast<QAbstractButton*>(focusWidget())) {
         focused->click();
         return;
     }
-    if (auto* edit = qobject_cast<Edit*>(focusWidget())) edit->leaveIfChanged();
+    if (auto* edit = dynamic_cast<Edit*>(focusWidget()); edit && !edit->leaveIfChanged()) return;
     if (defaultButton_ && defaultButton_->isVisible() && defaultButton_->isEnabled())
         defaultButton_->click();
     else

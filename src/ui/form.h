@@ -30,13 +30,10 @@ public:
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 
-protected:
+    // For the form and the parts it is made of.
     Desk& desk() { return desk_; }
     Session& session() { return desk_.session; }
     Prompt& prompt() { return desk_.prompt(); }
-
-    /// The one routine of titles: caption, centred on the screen, state.
-    void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
 
     /// Runs a handler; false when it was refused or failed.
     bool guarded(const std::function<void()>& handler);
@@ -48,16 +45,18 @@ protected:
     QPushButton* button(const QString& name, const QString& caption, const std::function<void()>& handler);
     /// Runs when the user leaves a box after changing it, guarded.
     void onLeft(Edit* edit, const std::function<void()>& handler);
-    /// The list behind a code field, on F2 and on its button.
-    void onPick(QWidget* control, const std::function<void()>& handler);
-    /// Pressed by Return outside a button.
-    void setDefaultButton(QPushButton* button) { defaultButton_ = button; }
-    /// Pressed by Escape; without one, Escape closes the window.
-    void setCancelButton(QPushButton* button) { cancelButton_ = button; }
-
+    /// The list behind a code field, on F2 and on its button when it has one.
+    void onPick(QWidget* control, const std::function<void()>& handler, QAbstractButton* listButton = nullptr);
     /// Shows a list over the form; the chosen record is handed over and the list closes.
     void pick(const PickList& list);
-    PickPanel& pickPanel();
+
+protected:
+    /// The one routine of titles: caption, centred on the screen, state.
+    void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
+    /// Pressed by Return outside a button.
+    void setDefaultButton(QPushButton* button);
+    /// Pressed by Escape; without one, Escape closes the window.
+    void setCancelButton(QPushButton* button);
 
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -56,7 +56,7 @@ Criterion RecordModel::filterCriterion() const {
 
 bool RecordModel::holds(const Record& record) const {
     return std::any_of(columns_.begin(), columns_.end(), [&](const GridColumn& column) {
-        return record.value(*column.field).contains(filter_, Qt::CaseInsensitive);
+        return folded(record.value(*column.field)).contains(folded(filter_));
     });
 }
 

@@ -6,10 +6,40 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QToolButton>
 
 #include <algorithm>
 
 namespace molven {
+
+namespace {
+
+/// A box that cannot be typed into is left out of the keyboard's way.
+void setReadOnly(Edit* edit, bool readOnly) {
+    edit->setReadOnly(readOnly);
+    edit->setFocusPolicy(readOnly ? Qt::ClickFocus : Qt::StrongFocus);
+    QPalette palette = edit->parentWidget()->palette();
+    if (readOnly) palette.setColor(QPalette::Base, palette.color(QPalette::Window).lighter(104));
+    edit->setPalette(palette);
+}
+
+Edit* makeEdit(const FieldBox& box, QWidget* parent) {
+    const Field& field = *box.field;
+    const bool isMonth = field.size == 7;
+    Edit* made = box.isDate ? new DateBox(parent, isMonth ? DateBox::Precision::Month : DateBox::Precision::Day)
+                            : new Edit(parent);
+    made->setObjectName(box.control.isEmpty() ? QStringLiteral("txt") + field.name : box.control);
+    if (!box.isDate) {
+        const int size = field.size > 0 ? std::min(field.size, 40) : 12;
+        made->setFixedWidth(std::clamp((box.characters > 0 ? box.characters : size) * 9 + 14, 34, 330));
+        if (field.size > 0) made->setMaxLength(field.size);
+    }
+    if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
+    setReadOnly(made, box.readOnly);
+    return made;
+}
+
+} // namespace
 
 RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent) : QWidget(parent), boxes_(boxes) {
     auto* layout = new QGridLayout(this);
@@ -19,38 +49,50 @@ RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* par
     const auto rows = (boxes_.size() + columns - 1) / columns;
     for (qsizetype i = 0; i < boxes_.size(); ++i) {
         const FieldBox& box = boxes_[i];
-        Edit* made = box.isDate ? new DateBox(this, box.field->size == 7 ? DateBox::Precision::Month : DateBox::Precision::Day)
-                                : new Edit(this);
-        made->setObjectName(box.control.isEmpty() ? QStringLiteral("txt") + box.field->name : box.control);
-        const int characters = box.characters > 0 ? box.characters : box.field->size > 0 ? std::min(box.field->size, 40) : 12;
-        if (!box.isDate) {
-            made->setFixedWidth(std::clamp(characters * 9 + 14, 34, 330));
-            if (box.field->size > 0) made->setMaxLength(box.field->size);
-        }
-        if (box.field->kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
-        made->setReadOnly(box.readOnly);
+        const int row = static_cast<int>(i % rows), column = static_cast<int>(i / rows) * 2;
+        Edit* made = makeEdit(box, this);
         auto* caption = new QLabel(box.caption, this);
         caption->setBuddy(made);
-        auto* hint = new QLabel(this);
-        hint->setObjectName(QStringLiteral("lbl") + box.field->name);
-        auto* line = new QHBoxLayout;
-        line->setSpacing(6);
-        line->addWidget(made);
-        line->addWidget(hint, 1);
-        const int row = static_cast<int>(i % rows), column = static_cast<int>(i / rows);
-        layout->addWidget(caption, row, column * 2, Qt::AlignRight);
-        layout->addLayout(line, row, column * 2 + 1);
-        layout->setColumnStretch(column * 2 + 1, 1);
+        captions_.insert(box.field, caption);
+        layout->addWidget(caption, row, column, Qt::AlignRight);
+        layout->addLayout(lineOf(box, made), row, column + 1);
+        layout->setColumnStretch(column + 1, 1);
         edits_.insert(box.field, made);
-        hints_.insert(box.field, hint);
     }
     layout->setRowStretch(static_cast<int>(rows), 1);
 }
+
+QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
+    auto* line = new QHBoxLayout;
+    line->setSpacing(6);
+    line->addWidget(edit);
+    if (!box.listButton.isEmpty()) {
+        auto* list = new QToolButton(this);
+        list->setObjectName(box.listButton);
+        list->setText(QStringLiteral("…"));
+        list->setFocusPolicy(Qt::NoFocus);
+        listButtons_.insert(box.field, list);
+        line->addWidget(list);
+    }
+    auto* hint = new QLabel(this);
+    hint->setObjectName(QStringLiteral("lbl") + box.field->name);
+    hint->setTextFormat(Qt::PlainText);
+    hint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    hints_.insert(box.field, hint);
+    line->addWidget(hint, 1);
+    return line;
+}
+
+QAbstractButton* RecordPanel::listButton(const Field& field) const { return listButtons_.value(&field); }
 
 Edit* RecordPanel::edit(const Field& field) const { return edits_.value(&field); }
 
 void RecordPanel::setHint(const Field& field, const QString& text) {
     if (QLabel* hint = hints_.value(&field)) hint->setText(text);
+}
+
+void RecordPanel::setCaption(const Field& field, const QString& caption) {
+    if (QLabel* label = captions_.value(&field)) label->setText(caption);
 }
 
 void RecordPanel::load(const Record& record) {
@@ -79,7 +121,11 @@ void RecordPanel::store(Record& record) const {
 }
 
 void RecordPanel::setEditable(bool editable) {
-    for (const FieldBox& box : boxes_) edits_[box.field]->setReadOnly(box.readOnly || !editable);
+    for (const FieldBox& box : boxes_) setReadOnly(edits_[box.field], box.readOnly || !editable);
+}
+
+void RecordPanel::setEditableOnly(const QList<const Field*>& fields) {
+    for (const FieldBox& box : boxes_) setReadOnly(edits_[box.field], !fields.contains(box.field));
 }
 
 } // namespace molven

@@ -6,7 +6,7 @@
 #include <QHash>
 #include <QWidget>
 
-class QGridLayout;
+class QAbstractButton;
 class QLabel;
 
 namespace molven {
@@ -20,6 +20,7 @@ struct FieldBox {
     QString pattern = {};  ///< how a number is shown
     bool isDate = false;
     bool readOnly = false;
+    QString listButton = {}; ///< object name of the button that opens the list behind the box; none when empty
 };
 
 /// Captioned boxes over the fields of a record, in columns, in the order in which a user reads them.
@@ -28,19 +29,28 @@ public:
     RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent);
 
     Edit* edit(const Field& field) const;
+    /// The button of the list behind a box, or null.
+    QAbstractButton* listButton(const Field& field) const;
     /// The words shown beside a code box: the label behind the code, or "inconnu".
     void setHint(const Field& field, const QString& text);
+    void setCaption(const Field& field, const QString& caption);
     void load(const Record& record);
     /// Puts what is typed into the record. Throws Refusal for a number that is not one.
     void store(Record& record) const;
     /// Boxes that are not read-only by nature.
     void setEditable(bool editable);
+    /// These boxes only.
+    void setEditableOnly(const QList<const Field*>& fields);
     const QList<FieldBox>& boxes() const { return boxes_; }
 
 private:
+    QLayout* lineOf(const FieldBox& box, Edit* edit);
+
     QList<FieldBox> boxes_;
     QHash<const Field*, Edit*> edits_;
+    QHash<const Field*, QLabel*> captions_;
     QHash<const Field*, QLabel*> hints_;
+    QHash<const Field*, QAbstractButton*> listButtons_;
 };
 
 } // namespace molven

@@ -1,0 +1,211 @@
+#include "screens/reference/article_form.h"
+
+#include "data/format.h"
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "reference/tariff_tables.h"
+#include "stock/units.h"
+#include "ui/pick_lists.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+QList<FieldBox> boxes(const CompanyRules& rules) {
+    const auto& a = strarticle;
+    const QString price = rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
+    return {{&a.art_ref, QStringLiteral("Référence :"), QStringLiteral("txtref")},
+            {&a.art_rfou, QStringLiteral("Réf. fournisseur :"), QStringLiteral("txtrfou")},
+            {&a.art_li1, QStringLiteral("Libellé :"), QStringLiteral("txtli1"), 32},
+            {&a.art_li2, QStringLiteral("Libellé 2 :"), QStringLiteral("txtli2"), 32},
+            {&a.art_lib3, QStringLiteral("Libellé 3 :"), QStringLiteral("txtlib3"), 32},
+            {&a.art_typ, QStringLiteral("Type F/N/G :"), QStringLiteral("Txttyp")},
+            {&a.art_hom, QStringLiteral("Homologation O/N :"), QStringLiteral("Txthom")},
+            {&a.art_ste, QStringLiteral("Stérilisation O/N :"), QStringLiteral("Txtste")},
+            {&a.art_nho, QStringLiteral("N° HOMOLOGATION :"), QStringLiteral("txtnho")},
+            {&a.art_ori, QStringLiteral("Origine H/A/N :"), QStringLiteral("Txtori")},
+            {&a.art_cat, QStringLiteral("Remboursement T/L :"), QStringLiteral("Option1")},
+            {&a.art_tip, QStringLiteral("Code TIPS :"), QStringLiteral("txttip")},
+            {&a.art_lpp, QStringLiteral("Code LPP :"), QStringLiteral("txtlpp")},
+            {&a.art_fou, QStringLiteral("Fournisseur :"), QStringLiteral("txtfou")},
+            {&a.art_fam, QStringLiteral("Famille :"), QStringLiteral("txtfam")},
+            {&a.art_sfam, QStringLiteral("Sous-famille :"), QStringLiteral("txtsfam")},
+            {&a.art_tva, QStringLiteral("Code TVA :"), QStringLiteral("txttva")},
+            {&a.art_tar, QStringLiteral("Prix H(T) / T(TC) :"), QStringLiteral("txttar")},
+            {&a.art_pv1, QStringLiteral("Prix de vente HT :"), QStringLiteral("txtpv1"), 10, price},
+            {&a.art_ttc, QStringLiteral("Prix de vente TTC :"), QStringLiteral("txtttc"), 10, price},
+            {&a.art_res, QStringLiteral("Tarif responsabilité :"), QStringLiteral("txtres")},
+            {&a.art_rem, QStringLiteral("Catégorie remise :"), QStringLiteral("txtrem")},
+            {&a.art_crp, QStringLiteral("Catégorie commission :"), QStringLiteral("txtcrp")},
+            {&a.art_gpie, QStringLiteral("Pièces gérées O/N :"), QStringLiteral("txtgpie")},
+            {&a.art_min, QStringLiteral("Stock minimum :"), QStringLiteral("txtmin"), 8},
+            {&a.art_stk, QStringLiteral("Stock :"), QStringLiteral("txtstk"), 8, {}, false, true},
+            {&a.art_pam, QStringLiteral("Prix moyen d'achat :"), QStringLiteral("txtpam"), 10, price, false, true},
+            {&a.art_dpa, QStringLiteral("Dernier prix d'achat :"), QStringLiteral("txtdpa"), 10, price, false, true},
+            {&a.art_ean, QStringLiteral("Code EAN :"), QStringLiteral("txtart_ean")},
+            {&a.art_cpt, QStringLiteral("Compte vente :"), QStringLiteral("Txtcpt")},
+            {&a.art_cpte, QStringLiteral("Compte vente export :"), QStringLiteral("Txtcpte")},
+            {&a.art_cpta, QStringLiteral("Compte achat :"), QStringLiteral("Txtcpta")},
+            {&a.art_cpts, QStringLiteral("Compte stock :"), QStringLiteral("Txtcpts")},
+            {&a.art_memo, QStringLiteral("Mémo :"), QStringLiteral("txtmemo"), 32}};
+}
+
+} // namespace
+
+ArticleForm::ArticleForm(Desk& desk)
+    : RecordForm(desk, QStringLiteral("T_artges")), molven_(workspace_.open(session().molven())),
+      compta_(workspace_.open(session().path(DataFile::Compta))), gencode_(workspace_.open(session().path(DataFile::Gencode))) {
+    buildFollowUp();
+    const PickList articles = pick_lists::articles(molven_, {});
+    build({QStringLiteral("Gestion des articles"), articles.columns, articles.query, boxes(session().rules()), 2,
+           strarticle.art_ref, QStringLiteral("Référence Inconnue"), QStringLiteral("Aucun article sélectionné")});
+    auto* row = new QHBoxLayout;
+    const std::pair<QString, Edit*> entries[] = {
+        {session().rules().hasAncillarySets() ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :") : QStringLiteral("(A)rticle (T)exte :"), kind_},
+        {QStringLiteral("Tenu en stock O/N :"), stocked_},
+        {QStringLiteral("Suivi O/N :"), followed_}};
+    for (const auto& [caption, edit] : entries) {
+        row->addWidget(new QLabel(caption, this));
+        row->addWidget(edit);
+    }
+    row->addWidget(followUp_, 1);
+    extraRows()->addLayout(row);
+    extraButtons()->addWidget(button(QStringLiteral("Cmdvisstk"), QStringLiteral("Produits en s&tock"), [this] { showUnitsInStock(); }));
+    setPickers();
+}
+
+void ArticleForm::buildFollowUp() {
+    followUp_ = new QLabel(this);
+    followUp_->setObjectName(QStringLiteral("Lblsuivi"));
+    const auto entry = [this](const QString& name) {
+        auto* edit = new Edit(this);
+        edit->setObjectName(name);
+        edit->setMaxLength(1);
+        edit->setFixedWidth(34);
+        connect(edit, &QLineEdit::textEdited, edit, [edit](const QString& typed) { edit->setText(typed.toUpper()); });
+        onLeft(edit, [this] { adaptToKind(); });
+        return edit;
+    };
+    kind_ = entry(QStringLiteral("Txtop1"));
+    stocked_ = entry(QStringLiteral("Txtop2"));
+    followed_ = entry(QStringLiteral("Txtop3"));
+}
+
+void ArticleForm::setPickers() {
+    const auto put = [this](const Field& field, const Field& from) {
+        return [this, &field, &from](const Record& row) {
+            panel().edit(field)->put(row.value(from));
+            shown();
+        };
+    };
+    const auto picker = [this](const Field& field, const std::function<PickList()>& makeList) {
+        onPick(panel().edit(field), [this, makeList] {
+            if (state() != State::Viewing) pick(makeList());
+        });
+    };
+    onPick(panel().edit(strarticle.art_ref), [this] {
+        if (state() == State::Viewing) pick(pick_lists::articles(molven_, [this](const Record& row) { show(row); }));
+    });
+    picker(strarticle.art_fou, [=, this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
+    picker(strarticle.art_fam, [=, this] {
+        const bool set = kind_->text() == u"X";
+        return pick_lists::parameters(molven_, set ? list::AncillaryFamily : list::ArticleFamily, QStringLiteral("LES FAMILLES"),
+                                      put(strarticle.art_fam, strparam.num_par));
+    });
+    picker(strarticle.art_sfam, [=, this] {
+        return pick_lists::subFamilies(molven_, panel().edit(strarticle.art_fam)->value(), put(strarticle.art_sfam, strparam.num_par));
+    });
+    picker(strarticle.art_tip, [=, this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
+    picker(strarticle.art_lpp, [=, this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
+    picker(strarticle.art_tva, [=, this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
+    const std::pair<const Text*, QString> accounts[] = {{&strarticle.art_cpt, QStringLiteral("7")},
+                                                        {&strarticle.art_cpte, QStringLiteral("7")},
+                                                        {&strarticle.art_cpta, QStringLiteral("607")},
+                                                        {&strarticle.art_cpts, QStringLiteral("3")}};
+    for (const auto& [field, start] : accounts)
+        picker(*field, [=, this, field = field, start = start] {
+            return pick_lists::accounts(compta_, start, put(*field, strplan.cpt_aff));
+        });
+    for (const Text* code : {&strarticle.art_fou, &strarticle.art_fam, &strarticle.art_sfam, &strarticle.art_tip,
+                             &strarticle.art_lpp, &strarticle.art_tva, &strarticle.art_ori})
+        onLeft(panel().edit(*code), [this] { shown(); });
+}
+
+Record ArticleForm::blank() { return articles::blank(); }
+
+std::optional<Record> ArticleForm::find(const QString& key) { return articles::find(molven_, key); }
+
+void ArticleForm::write(const Record& record, const std::optional<Record>& before) {
+    articles::Entry entry;
+    entry.article = record;
+    entry.kind = kind_->text().trimmed();
+    entry.stocked = stocked_->text().trimmed();
+    entry.followed = followed_->text().trimmed();
+    articles::save(molven_, compta_, gencode_, session().rules(), entry, before);
+}
+
+void ArticleForm::erase(const Record& record) { articles::remove(molven_, record[strarticle.art_ref]); }
+
+void ArticleForm::stateChanged() {
+    for (Edit* edit : {kind_, stocked_, followed_}) edit->setReadOnly(state() == State::Viewing);
+    if (state() == State::Changing) return;
+    const articles::Entry entry = record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
+                                      ? articles::entryOf(*record())
+                                      : articles::Entry();
+    kind_->put(entry.kind);
+    stocked_->put(entry.stocked);
+    followed_->put(entry.followed);
+}
+
+void ArticleForm::shown() {
+    const auto code = [this](const Text& field) { return panel().edit(field)->value().trimmed(); };
+    const auto hint = [&](const Text& field, const QString& text) { panel().setHint(field, code(field).isEmpty() ? QString() : text); };
+    const auto supplier = parties::findSupplier(molven_, code(strarticle.art_fou));
+    hint(strarticle.art_fou, supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
+    const QString familyList = kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily;
+    hint(strarticle.art_fam, parameters::label(molven_, familyList, code(strarticle.art_fam)));
+    const auto lpp = molven_.find(strlpp, strlpp.lpp_code == code(strarticle.art_lpp));
+    hint(strarticle.art_lpp, code(strarticle.art_lpp) == SeveralLpp ? QStringLiteral("Plusieurs LPP")
+                             : lpp                                  ? QString(std::as_const(*lpp)[strlpp.lpp_lib])
+                                                                    : QString());
+    const auto tips = molven_.find(strpartips, strpartips.cod_tips == code(strarticle.art_tip));
+    hint(strarticle.art_tip, tips ? QString(std::as_const(*tips)[strpartips.lib_tips]) : QString());
+    const Decimal rate = parameters::vatRate(molven_, code(strarticle.art_tva));
+    hint(strarticle.art_tva, format(rate, QStringLiteral("#0.00")) + QStringLiteral(" %"));
+    hint(strarticle.art_ori, articles::originText(code(strarticle.art_ori)));
+    adaptToKind();
+}
+
+void ArticleForm::adaptToKind() {
+    const bool isText = kind_->text() == u"T";
+    if (isText && state() != State::Viewing) {
+        stocked_->put(QStringLiteral("N"));
+        followed_->put(QStringLiteral("N"));
+    }
+    for (const Text* field : {&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste})
+        panel().edit(*field)->setVisible(!isText);
+    const bool byMovements = stocked_->text() == u"O" && followed_->text() == u"N";
+    panel().setCaption(strarticle.art_nho, byMovements ? QStringLiteral("CODE CE :") : QStringLiteral("N° HOMOLOGATION :"));
+    const QString followUp = isText || stocked_->text().isEmpty() ? QString()
+                             : stocked_->text() != u"O"           ? follow_up::None
+                             : followed_->text() == u"O"          ? follow_up::ByUnit
+                                                                  : follow_up::ByMovements;
+    followUp_->setText(followUp.isEmpty() ? QString() : articles::followUpText(followUp));
+}
+
+void ArticleForm::showUnitsInStock() {
+    const Record& article = requireRecord();
+    if (article[strarticle.art_aig] != follow_up::ByUnit)
+        throw Refusal(QStringLiteral("Cette référence n'est pas suivie"), strarticle.art_ref.name);
+    const QString reference = article[strarticle.art_ref];
+    const qint64 count = units::countInStock(molven_, reference);
+    if (count == 0) throw Refusal(QStringLiteral("aucun produit en stock pour cette référence"), strarticle.art_ref.name);
+    pick(pick_lists::units(molven_, QStringLiteral("Nbre sélection : %1").arg(count),
+                           strproduit.ref_art == reference && strproduit.tes_vte != state::Sold, [](const Record&) {}));
+}
+
+} // namespace molven

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "reference/articles.h"
+#include "ui/record_form.h"
+
+class QLabel;
+
+namespace molven {
+
+/// Articles: creation, change, deletion, look-up, and the units in stock of one.
+class ArticleForm : public RecordForm {
+public:
+    explicit ArticleForm(Desk& desk);
+
+protected:
+    Record blank() override;
+    std::optional<Record> find(const QString& key) override;
+    void write(const Record& record, const std::optional<Record>& before) override;
+    void erase(const Record& record) override;
+    void stateChanged() override;
+    void shown() override;
+
+private:
+    void buildFollowUp();
+    void setPickers();
+    void adaptToKind();
+    void showUnitsInStock();
+
+    Workspace workspace_;
+    Database molven_, compta_, gencode_;
+    Edit* kind_ = nullptr;
+    Edit* stocked_ = nullptr;
+    Edit* followed_ = nullptr;
+    QLabel* followUp_ = nullptr;
+};
+
+} // namespace molven

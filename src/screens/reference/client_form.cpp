@@ -1,0 +1,131 @@
+#include "screens/reference/client_form.h"
+
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "ui/pick_lists.h"
+
+namespace molven {
+
+namespace {
+
+QList<FieldBox> boxes() {
+    const auto& c = strclient;
+    return {{&c.clt_cod, QStringLiteral("N° Client :")},
+            {&c.clt_nom, QStringLiteral("Nom :"), {}, 30},
+            {&c.clt_resp, QStringLiteral("Responsable :"), {}, 30},
+            {&c.clt_nic, QStringLiteral("N° identification :")},
+            {&c.clt_l1, QStringLiteral("Adresse :"), {}, 30},
+            {&c.clt_l2, {}, {}, 30},
+            {&c.clt_l3, {}, {}, 30},
+            {&c.clt_l4, {}, {}, 30},
+            {&c.clt_l5, QStringLiteral("CP Ville :"), {}, 30},
+            {&c.clt_liv1, QStringLiteral("Livraison :"), {}, 30},
+            {&c.clt_liv2, {}, {}, 30},
+            {&c.clt_liv3, {}, {}, 30},
+            {&c.clt_liv4, {}, {}, 30},
+            {&c.clt_liv5, QStringLiteral("CP Ville :"), {}, 30},
+            {&c.clt_fac1, QStringLiteral("Facturation :"), {}, 30},
+            {&c.clt_fac2, {}, {}, 30},
+            {&c.clt_fac3, {}, {}, 30},
+            {&c.clt_fac4, {}, {}, 30},
+            {&c.clt_fac5, QStringLiteral("CP Ville :"), {}, 30},
+            {&c.clt_chemin, QStringLiteral("Documents :"), {}, 30},
+            {&c.clt_memo, QStringLiteral("Mémo :"), {}, 30},
+            {&c.clt_tel1, QStringLiteral("Téléphone :"), {}, 15},
+            {&c.clt_tel2, QStringLiteral("Téléphone 2 :"), {}, 15},
+            {&c.clt_fax1, QStringLiteral("Télécopie :"), {}, 15},
+            {&c.clt_fax2, QStringLiteral("Télécopie 2 :"), {}, 15},
+            {&c.clt_mail, QStringLiteral("Courriel :"), {}, 30},
+            {&c.clt_bque, QStringLiteral("Banque :")},
+            {&c.clt_guic, QStringLiteral("Guichet :")},
+            {&c.clt_ncpt, QStringLiteral("N° compte :")},
+            {&c.clt_rib, QStringLiteral("Clé RIB :")},
+            {&c.clt_dom, QStringLiteral("Domiciliation :"), {}, 30},
+            {&c.clt_cpt, QStringLiteral("Compte comptable :")},
+            {&c.clt_ccmx, QStringLiteral("Code comptabilité :"), {}, 15},
+            {&c.clt_fac, QStringLiteral("Facturation O/N :")},
+            {&c.clt_rgt, QStringLiteral("Règlement :")},
+            {&c.clt_exp, QStringLiteral("Expédition :")},
+            {&c.clt_fam, QStringLiteral("Famille :")},
+            {&c.clt_dep, QStringLiteral("Dépôt :")},
+            {&c.clt_rep, QStringLiteral("Représentant :")},
+            {&c.clt_rem, QStringLiteral("Code remise :")},
+            {&c.clt_edtr, QStringLiteral("Relevé O/N :")},
+            {&c.clt_rbl, QStringLiteral("Regroupe BL O/N :")}};
+}
+
+/// A code of the client that names an entry of a parameter list.
+struct ListCode {
+    const Text& field;
+    QString letter;
+    QString title;
+    QString unknown;
+};
+
+const QList<ListCode>& listCodes() {
+    static const QList<ListCode> codes{
+        {strclient.clt_fam, list::ClientFamily, QStringLiteral("LES FAMILLES CLIENT"), QStringLiteral("Famille inconnue")},
+        {strclient.clt_dep, list::Depot, QStringLiteral("LES DEPOTS"), QStringLiteral("Dépôt inconnu")},
+        {strclient.clt_rep, list::Representative, QStringLiteral("LES REPRESENTANTS"), QStringLiteral("Représentant inconnu")},
+        {strclient.clt_exp, list::Dispatch, QStringLiteral("LES MODES D'EXPEDITION"), QStringLiteral("Mode inconnu")}};
+    return codes;
+}
+
+} // namespace
+
+ClientForm::ClientForm(Desk& desk) : RecordForm(desk, QStringLiteral("t_cltges")), molven_(workspace_.open(session().molven())) {
+    PickList clients = pick_lists::clients(molven_, {});
+    clients.columns.removeLast();
+    build({QStringLiteral("Gestion des clients"), clients.columns, clients.query, boxes(), 2, strclient.clt_cod,
+           QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Client obligatoire")});
+    setPickers();
+}
+
+void ClientForm::setPickers() {
+    const auto put = [this](const Text& field, const Text& from) {
+        return [this, &field, &from](const Record& row) {
+            panel().edit(field)->put(row[from]);
+            shown();
+        };
+    };
+    const auto picker = [this](const Text& field, const std::function<PickList()>& makeList) {
+        onLeft(panel().edit(field), [this] { shown(); });
+        onPick(panel().edit(field), [this, makeList] {
+            if (state() != State::Viewing) pick(makeList());
+        });
+    };
+    for (const ListCode& code : listCodes())
+        picker(code.field, [this, &code, put] {
+            return pick_lists::parameters(molven_, code.letter, code.title, put(code.field, strparam.num_par));
+        });
+    picker(strclient.clt_rgt, [this, put] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
+    onPick(panel().edit(strclient.clt_cod), [this] {
+        if (state() == State::Viewing) pick(pick_lists::clients(molven_, [this](const Record& row) { show(row); }));
+    });
+}
+
+Record ClientForm::blank() { return parties::blankClient(molven_); }
+
+std::optional<Record> ClientForm::find(const QString& key) { return parties::findClient(molven_, key); }
+
+void ClientForm::write(const Record& record, const std::optional<Record>& before) {
+    parties::saveClient(molven_, record, before);
+}
+
+void ClientForm::erase(const Record& record) { parties::removeClient(molven_, record[strclient.clt_cod]); }
+
+void ClientForm::shown() {
+    const auto typedCode = [this](const Text& field) { return panel().edit(field)->value().trimmed(); };
+    for (const ListCode& code : listCodes()) {
+        const QString value = typedCode(code.field);
+        const auto entry = parameters::find(molven_, code.letter, value);
+        panel().setHint(code.field, value.isEmpty() ? QString() : entry ? QString((*entry)[strparam.lib_par]) : code.unknown);
+    }
+    const QString mode = typedCode(strclient.clt_rgt);
+    const auto payment = parameters::paymentMode(molven_, mode);
+    panel().setHint(strclient.clt_rgt, mode.isEmpty() ? QString()
+                                       : payment      ? QString((*payment)[strparrgt.lib_rglt])
+                                                      : QStringLiteral("Mode inconnu"));
+}
+
+} // namespace molven

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "data/database.h"
+#include "ui/record_form.h"
+
+namespace molven {
+
+/// Clients: hospitals and clinics.
+class ClientForm : public RecordForm {
+public:
+    explicit ClientForm(Desk& desk);
+
+protected:
+    Record blank() override;
+    std::optional<Record> find(const QString& key) override;
+    void write(const Record& record, const std::optional<Record>& before) override;
+    void erase(const Record& record) override;
+    void shown() override;
+
+private:
+    void setPickers();
+
+    Workspace workspace_;
+    Database molven_;
+};
+
+} // namespace molven

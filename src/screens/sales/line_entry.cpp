@@ -1,0 +1,249 @@
+#include "screens/sales/line_entry.h"
+
+#include "data/errors.h"
+#include "data/format.h"
+#include "reference/articles.h"
+#include "reference/parties.h"
+#include "sales/numbering.h"
+#include "sales/unit_rules.h"
+#include "ui/form.h"
+#include "ui/pick_lists.h"
+#include "ui/record_panel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace molven {
+
+namespace {
+
+QList<FieldBox> boxes(const DocumentLines& l) {
+    const QString price = QStringLiteral("#####0.00"), small = QStringLiteral("####0.00");
+    return {{&l.fac_lg, QStringLiteral("Ligne :"), QStringLiteral("txtlg")},
+            {&l.fac_ref, QStringLiteral("Référence :"), QStringLiteral("txtref"), 0, {}, false, false, QStringLiteral("Cmdref")},
+            {&l.fac_imm, QStringLiteral("Immatriculation :"), QStringLiteral("txtimm"), 0, {}, false, false, QStringLiteral("Cmdimm")},
+            {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1"), 26},
+            {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 26, {}, false, true},
+            {&l.fac_qte, QStringLiteral("Quantité :"), QStringLiteral("txtqte"), 8, small},
+            {&l.fac_px, QStringLiteral("Prix unitaire :"), QStringLiteral("txtpx"), 10, price},
+            {&l.fac_remx, QStringLiteral("Remise % :"), QStringLiteral("txtremx"), 6, QStringLiteral("#0.00")},
+            {&l.fac_pv, QStringLiteral("Prix net :"), QStringLiteral("Txtpv"), 10, small, false, true},
+            {&l.fac_pa, QStringLiteral("Prix d'achat :"), QStringLiteral("txtpa"), 10, price, false, true},
+            {&l.fac_tva, QStringLiteral("Code TVA :"), QStringLiteral("Txttva"), 0, {}, false, true},
+            {&l.fac_tar, QStringLiteral("Base H/T :"), QStringLiteral("txttar"), 4, {}, false, true},
+            {&l.fac_tip, QStringLiteral("Remboursement :"), QStringLiteral("txttip"), 0, {}, false, true},
+            {&l.fac_nho, QStringLiteral("Homologation :"), QStringLiteral("txtnho"), 16, {}, false, true},
+            {&l.fac_dpr, QStringLiteral("Péremption :"), QStringLiteral("txtdpr"), 8, {}, false, true}};
+}
+
+} // namespace
+
+LineEntry::LineEntry(Form& form, SalesBook& book)
+    : QWidget(&form), form_(form), book_(book), table_(book.kind().lines), draft_(book.kind().lines) {
+    build();
+    setPickers();
+}
+
+void LineEntry::build() {
+    panel_ = new RecordPanel(boxes(table_), 3, this);
+    for (const FieldBox& fieldBox : panel_->boxes()) form_.bind(fieldBox.field->name, box(*fieldBox.field));
+    const auto category = [this](const QString& name) {
+        auto* made = new Edit(this);
+        made->setObjectName(name);
+        made->setReadOnly(true);
+        made->setFocusPolicy(Qt::NoFocus);
+        made->setFixedWidth(44);
+        return made;
+    };
+    clientDiscount_ = category(QStringLiteral("txtremc"));
+    articleDiscount_ = category(QStringLiteral("Txtrema"));
+    validate_ = form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("&Valider la ligne"), [this] { validate(); });
+    validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("&Valider la modification"), [this] { changeLine(); });
+    range_ = form_.button(QStringLiteral("cmdtranche"), QStringLiteral("&Tranche d'immat."), [this] { askRange(); });
+    auto* leave = form_.button(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { finished(); });
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(new QLabel(QStringLiteral("Catégories de remise, client :"), this));
+    buttons->addWidget(clientDiscount_);
+    buttons->addWidget(new QLabel(QStringLiteral("article :"), this));
+    buttons->addWidget(articleDiscount_);
+    buttons->addStretch();
+    for (QPushButton* made : {range_, validate_, validateChange_, leave}) buttons->addWidget(made);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(panel_);
+    layout->addLayout(buttons);
+    form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });
+    form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
+    for (const Number* amount : {&table_.fac_qte, &table_.fac_px, &table_.fac_remx})
+        form_.onLeft(box(*amount), [this] { takeAmounts(); });
+}
+
+void LineEntry::setPickers() {
+    form_.onPick(
+        box(table_.fac_ref),
+        [this] {
+            form_.pick(pick_lists::articles(book_.molven, [this](const Record& article) {
+                box(table_.fac_ref)->put(article[strarticle.art_ref]);
+                form_.guarded([this] { takeArticle(); });
+            }));
+        },
+        panel_->listButton(table_.fac_ref));
+    form_.onPick(
+        box(table_.fac_imm),
+        [this] {
+            const QString reference = typed(table_.fac_ref);
+            if (reference.isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table_.fac_ref.name);
+            const Criterion free = unit_rules::available(book_, *header_, reference);
+            if (book_.molven.count(strproduit, free) == 0)
+                throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), table_.fac_imm.name);
+            form_.pick(pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free, [this](const Record& unit) {
+                box(table_.fac_imm)->put(unit[strproduit.imm_art]);
+                form_.guarded([this] { takeUnit(); });
+            }));
+        },
+        panel_->listButton(table_.fac_imm));
+}
+
+Edit* LineEntry::box(const Field& field) const { return panel_->edit(field); }
+
+QString LineEntry::typed(const Field& field) const { return box(field)->value().trimmed(); }
+
+void LineEntry::start(Purpose purpose, const Record& header) {
+    purpose_ = purpose;
+    header_ = header;
+    draft_ = document_lines::Draft(table_);
+    const auto client = parties::findClient(book_.molven, header[book_.kind().headers.fac_clt]);
+    clientDiscount_->put(client ? QString(std::as_const(*client)[strclient.clt_rem]) : QString());
+    articleDiscount_->put({});
+    validate_->setVisible(purpose != Purpose::Change);
+    range_->setVisible(purpose == Purpose::Add);
+    validateChange_->setVisible(purpose == Purpose::Change);
+}
+
+void LineEntry::startAdding(const Record& header) {
+    const DocumentHeaders& headers = book_.kind().headers;
+    start(Purpose::Add, header);
+    preset_ = numbering::lineKey(numbering::nextLine(book_.vente, table_, header[headers.fac_aa], header[headers.fac_no]));
+    draft_.line[table_.fac_lg] = preset_;
+    show();
+    box(table_.fac_ref)->setFocus();
+}
+
+void LineEntry::startInserting(const Record& header, const QString& before) {
+    start(Purpose::Insert, header);
+    before_ = before;
+    draft_.line[table_.fac_lg] = before;
+    show();
+    box(table_.fac_ref)->setFocus();
+}
+
+void LineEntry::startChanging(const Record& header, const Record& line) {
+    start(Purpose::Change, header);
+    draft_.line = line;
+    draft_.tracked = !line[table_.fac_imm].isEmpty();
+    draft_.isText = line[table_.fac_tva].isEmpty();
+    if (book_.kind().isCredit) draft_.line[table_.fac_qte] = -line[table_.fac_qte];
+    show();
+    box(draft_.tracked ? static_cast<const Field&>(table_.fac_px) : table_.fac_qte)->setFocus();
+}
+
+void LineEntry::show() {
+    panel_->load(draft_.line);
+    adaptBoxes();
+}
+
+void LineEntry::adaptBoxes() {
+    QList<const Field*> open;
+    if (purpose_ == Purpose::Add) open.append(&table_.fac_lg);
+    if (purpose_ != Purpose::Change) open += QList<const Field*>{&table_.fac_ref, &table_.fac_imm, &table_.fac_li1};
+    if (!draft_.isText) open += QList<const Field*>{&table_.fac_px, &table_.fac_remx};
+    if (!draft_.isText && !draft_.tracked) open.append(&table_.fac_qte);
+    panel_->setEditableOnly(open);
+}
+
+void LineEntry::takeArticle() {
+    const QString reference = typed(table_.fac_ref);
+    if (reference.isEmpty()) return;
+    const QString number = typed(table_.fac_lg);
+    draft_ = document_lines::preset(book_, *header_, reference);
+    draft_.line[table_.fac_lg] = number;
+    const auto article = articles::find(book_.molven, reference);
+    articleDiscount_->put(std::as_const(*article)[strarticle.art_rem]);
+    show();
+    takeAmounts();
+    if (!draft_.priceMessage.isEmpty()) form_.prompt().tell(draft_.priceMessage);
+    box(draft_.tracked ? static_cast<const Field&>(table_.fac_imm) : draft_.isText ? static_cast<const Field&>(table_.fac_li1) : table_.fac_qte)
+        ->setFocus();
+}
+
+void LineEntry::takeUnit() {
+    const QString number = typed(table_.fac_imm);
+    if (number.isEmpty()) return;
+    const Record unit = unit_rules::check(book_, *header_, number);
+    const QString reference = unit[strproduit.ref_art];
+    if (typed(table_.fac_ref).isEmpty()) {
+        box(table_.fac_ref)->put(reference);
+        takeArticle();
+    }
+    const Record& line = draft_.line;
+    if (reference.compare(line[table_.fac_ref], Qt::CaseInsensitive) != 0)
+        throw Refusal(QStringLiteral("Cette immatriculation est de la référence : ") + reference, table_.fac_imm.name);
+    document_lines::setUnit(book_, draft_, unit);
+    show();
+    takeAmounts();
+    validate_->setFocus();
+}
+
+/// Shows the net price that follows from what is typed.
+void LineEntry::takeAmounts() {
+    if (draft_.isText) return;
+    const auto number = [this](const Number& field) {
+        const auto value = Decimal::parse(typed(field).isEmpty() ? QStringLiteral("0") : typed(field));
+        if (!value) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed(field), field.name);
+        return *value;
+    };
+    Record& line = draft_.line;
+    line[table_.fac_qte] = number(table_.fac_qte);
+    line[table_.fac_px] = number(table_.fac_px);
+    line[table_.fac_remx] = number(table_.fac_remx);
+    line[table_.fac_pv] = pricing::net(number(table_.fac_px), number(table_.fac_remx));
+    panel_->load(line);
+}
+
+void LineEntry::validate() {
+    if (typed(table_.fac_lg).isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table_.fac_lg.name);
+    const Record& line = draft_.line;
+    if (line[table_.fac_ref].compare(typed(table_.fac_ref), Qt::CaseInsensitive) != 0 || typed(table_.fac_ref).isEmpty())
+        draft_ = document_lines::preset(book_, *header_, typed(table_.fac_ref));
+    if (draft_.tracked) document_lines::setUnit(book_, draft_, unit_rules::check(book_, *header_, typed(table_.fac_imm)));
+    takeAmounts();
+    draft_.line[table_.fac_li1] = typed(table_.fac_li1);
+    if (const QString warning = document_lines::stockWarning(book_, draft_); !warning.isEmpty())
+        form_.prompt().tell(warning, {}, Icon::Warning);
+    if (purpose_ == Purpose::Insert) {
+        document_lines::insert(book_, *header_, draft_, before_);
+        written();
+        return finished();
+    }
+    document_lines::add(book_, *header_, {draft_}, typed(table_.fac_lg) == preset_ ? 0 : typed(table_.fac_lg).toInt());
+    written();
+    startAdding(*header_);
+}
+
+void LineEntry::changeLine() {
+    takeAmounts();
+    document_lines::change(book_, *header_, draft_.line);
+    written();
+    finished();
+}
+
+void LineEntry::askRange() {
+    const QString reference = typed(table_.fac_ref);
+    if (reference.isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table_.fac_ref.name);
+    if (typed(table_.fac_imm).isEmpty()) throw Refusal(QStringLiteral("Saisir la 1ere immat. "), table_.fac_imm.name);
+    rangeWanted(reference, typed(table_.fac_imm));
+}
+
+} // namespace molven

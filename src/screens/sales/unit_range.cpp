@@ -1,0 +1,79 @@
+#include "screens/sales/unit_range.h"
+
+#include "data/errors.h"
+#include "sales/unit_rules.h"
+#include "stock/immatriculation.h"
+#include "ui/edit.h"
+#include "ui/form.h"
+#include "ui/pick_lists.h"
+
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace molven {
+
+UnitRange::UnitRange(Form& form, SalesBook& book)
+    : QWidget(&form), form_(form), book_(book), first_(new Edit(this)), last_(new Edit(this)),
+      grid_(new Grid(QStringLiteral("DBGrid3"), pick_lists::unitColumns(), this)) {
+    first_->setObjectName(QStringLiteral("txtimmdeb"));
+    last_->setObjectName(QStringLiteral("txtimmfin"));
+    for (Edit* edit : {first_, last_}) {
+        edit->setMaxLength(8);
+        edit->setFixedWidth(100);
+        form_.onLeft(edit, [this] { list(); });
+    }
+    grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    auto* ok = form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("&Valider la sélection"), [this] { choose(); });
+    auto* leave = form.button(QStringLiteral("Cmdquittranche"), QStringLiteral("Annule&r"), [this] { left(); });
+    auto* row = new QHBoxLayout;
+    row->addWidget(new QLabel(QStringLiteral("De l'immat. :"), this));
+    row->addWidget(first_);
+    row->addWidget(new QLabel(QStringLiteral("à l'immat. :"), this));
+    row->addWidget(last_);
+    row->addWidget(new QLabel(QStringLiteral("Maj + flèches ou Ctrl + clic pour choisir"), this));
+    row->addStretch();
+    row->addWidget(ok);
+    row->addWidget(leave);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(row);
+    layout->addWidget(grid_);
+}
+
+void UnitRange::open(const Record& header, const QString& reference, const QString& first) {
+    header_ = header;
+    reference_ = reference;
+    first_->put(Immatriculation::fromText(first).number());
+    last_->put({});
+    list();
+    grid_->setFocus();
+}
+
+/// The units between the bounds; all of them are chosen once the user gave the last one.
+void UnitRange::list() {
+    const bool bounded = !last_->text().trimmed().isEmpty();
+    if (bounded) last_->put(Immatriculation::fromText(last_->text()).number());
+    const QString end = bounded ? last_->text() : QStringLiteral("99999999");
+    QList<Record> rows;
+    for (const Record& unit : unit_rules::candidates(book_, *header_, reference_, first_->text(), end)) rows.append(unit);
+    grid_->rows().setRecords(rows);
+    if (bounded)
+        grid_->selectAll();
+    else
+        grid_->selectRow(0);
+}
+
+void UnitRange::choose() {
+    QStringList units;
+    for (const QModelIndex& index : grid_->selectionModel()->selectedRows())
+        units.append((*grid_->rows().record(index.row()))[strproduit.imm_art]);
+    if (units.isEmpty()) throw Refusal(QStringLiteral("Aucune immat selectionnee"), QStringLiteral("txtimmdeb"));
+    units.sort();
+    if (!form_.prompt().ask(QStringLiteral("Confirmation des %1 immatriculations sélectionnées ? ").arg(units.size()))) return;
+    chosen(units);
+}
+
+} // namespace molven

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ui/form.h"
+
+class QLabel;
+
+namespace molven {
+
+/// First window: checks the workstation's password, then opens the main menu.
+class LoginForm : public Form {
+public:
+    explicit LoginForm(Desk& desk);
+
+private:
+    void readCompany();
+    void login();
+    void enter();
+
+    Edit* word_;
+    QLabel* caption_;
+    QLabel* company_;
+    QPushButton* ok_;
+    QPushButton* cancel_;
+    QPushButton* personalised_;
+};
+
+} // namespace molven

@@ -1,0 +1,285 @@
+#include "screens/shell/menu_form.h"
+
+#include "data/format.h"
+#include "sales/renumbering.h"
+#include "shell/startup.h"
+#include "shell/tables.h"
+#include "stock/units.h"
+#include "ui/edit.h"
+#include "ui/grid.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFrame>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPixmap>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace molven {
+
+MenuForm::MenuForm(Desk& desk) : Form(desk, QStringLiteral("Tmenu")), bar_(new QMenuBar(this)) {
+    buildMenu();
+    buildPanels();
+    resize(QApplication::primaryScreen()->availableSize().boundedTo(QSize(1280, 800)));
+    if (startup::readFolders(session()))
+        openDossier();
+    else
+        chooseDossier();
+}
+
+void MenuForm::buildMenu() {
+    QList<QMenu*> parents;
+    for (const MenuEntry& entry : menuTree()) {
+        parents.resize(std::min<qsizetype>(parents.size(), entry.depth));
+        QMenu* parent = parents.isEmpty() ? nullptr : parents.last();
+        QAction* action = nullptr;
+        if (entry.action == MenuAction::Submenu) {
+            QMenu* menu = parent ? parent->addMenu(entry.caption) : bar_->addMenu(entry.caption);
+            parents.append(menu);
+            action = menu->menuAction();
+        } else {
+            action = parent ? parent->addAction(entry.caption) : bar_->addAction(entry.caption);
+            action->setSeparator(entry.action == MenuAction::Separator);
+            connect(action, &QAction::triggered, this, [this, &entry] { guarded([&] { act(entry); }); });
+        }
+        action->setObjectName(entry.name);
+        if (entry.depth == 0) topLevel_.append(action);
+    }
+}
+
+QFrame* MenuForm::panel(const QString& name, const QString& caption, QLabel*& captionLabel) {
+    auto* frame = new QFrame(this);
+    frame->setObjectName(name);
+    frame->setFrameShape(QFrame::StyledPanel);
+    frame->setMaximumWidth(520);
+    captionLabel = new QLabel(caption, frame);
+    auto* layout = new QGridLayout(frame);
+    layout->addWidget(captionLabel, 0, 0, 1, 3);
+    frame->hide();
+    return frame;
+}
+
+void MenuForm::buildPanels() {
+    dossiers_ = new Grid(QStringLiteral("DBGrid1"),
+                         {{&strsociete.soc_nom, QStringLiteral("Dossier"), 320},
+                          {&strsociete.soc_chemin, QStringLiteral("Données"), 320},
+                          {&strsociete.soc_mot, QStringLiteral("Mot"), 0},
+                          {&strsociete.soc_utilisateur, QStringLiteral("Poste"), 80}},
+                         this);
+    dossiers_->setColumnHidden(2, true); // the word is what the user must know
+    dossiers_->hide();
+    dossiers_->chosen = [this](const Record&) {
+        wordPanel_->show();
+        word_->clear();
+        word_->setFocus();
+    };
+
+    QLabel* caption = nullptr;
+    wordPanel_ = panel(QStringLiteral("Frame6"), QStringLiteral("Mot de passe du dossier :"), caption);
+    word_ = new Edit(wordPanel_);
+    word_->setObjectName(QStringLiteral("txtmot"));
+    word_->setEchoMode(QLineEdit::Password);
+    word_->setMaxLength(20);
+    connect(word_, &QLineEdit::textEdited, this, [this](const QString& typed) { word_->setText(typed.toUpper()); });
+    connect(word_, &QLineEdit::returnPressed, this, [this] { enterDossier(); });
+    static_cast<QGridLayout*>(wordPanel_->layout())->addWidget(word_, 1, 0);
+
+    bookPanel_ = panel(QStringLiteral("Frame3"), QString(), bookCaption_);
+    salesBook_ = button(QStringLiteral("Cmdok"), QStringLiteral("&Valider"), [this] {
+        bookPanel_->hide();
+        this->desk().open(ostraneBook_->isChecked() ? QStringLiteral("T_ostrane") : QStringLiteral("T_gestion"), bookMode_,
+                          bookCaption_->text());
+    });
+    ostraneBook_ = button(QStringLiteral("Optostrane"), QStringLiteral("Livre &OSTRANE"), [] {});
+    ostraneBook_->setCheckable(true);
+    auto* leaveBook = button(QStringLiteral("cmdnonok"), QStringLiteral("&Annuler"), [this] { bookPanel_->hide(); });
+    auto* bookLayout = static_cast<QGridLayout*>(bookPanel_->layout());
+    bookLayout->addWidget(ostraneBook_, 1, 0);
+    bookLayout->addWidget(salesBook_, 1, 1);
+    bookLayout->addWidget(leaveBook, 1, 2);
+
+    numberPanel_ = panel(QStringLiteral("Frame4"), QString(), numberCaption_);
+    oldNumber_ = new Edit(numberPanel_);
+    oldNumber_->setObjectName(QStringLiteral("Txtnum4"));
+    newNumber_ = new Edit(numberPanel_);
+    newNumber_->setObjectName(QStringLiteral("Txtnum5"));
+    for (Edit* box : {oldNumber_, newNumber_}) {
+        box->setMaxLength(6);
+        onLeft(box, [box] { box->put(padded(box->text(), 6)); });
+    }
+    auto* apply = button(QStringLiteral("Cmdoknum"), QStringLiteral("&Valider"), [this] { renumber(); });
+    auto* leaveNumber = button(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
+        numberPanel_->hide();
+        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+    });
+    auto* numberLayout = static_cast<QGridLayout*>(numberPanel_->layout());
+    numberLayout->addWidget(new QLabel(QStringLiteral("Numéro actuel :"), numberPanel_), 1, 0);
+    numberLayout->addWidget(oldNumber_, 1, 1);
+    numberLayout->addWidget(new QLabel(QStringLiteral("Nouveau numéro :"), numberPanel_), 2, 0);
+    numberLayout->addWidget(newNumber_, 2, 1);
+    numberLayout->addWidget(apply, 3, 1);
+    numberLayout->addWidget(leaveNumber, 3, 2);
+
+    logo_ = new QLabel(this);
+    logo_->setObjectName(QStringLiteral("Imglogo"));
+    logo_->setAlignment(Qt::AlignCenter);
+    logo_->hide();
+    welcome_ = new QLabel(this);
+    welcome_->setObjectName(QStringLiteral("Label1"));
+    welcome_->setAlignment(Qt::AlignCenter);
+    welcome_->setTextFormat(Qt::PlainText);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setMenuBar(bar_);
+    layout->addStretch();
+    layout->addWidget(logo_);
+    layout->addWidget(welcome_);
+    layout->addWidget(dossiers_, 3);
+    for (QFrame* frame : {wordPanel_, bookPanel_, numberPanel_}) layout->addWidget(frame, 0, Qt::AlignHCenter);
+    layout->addStretch();
+}
+
+void MenuForm::chooseDossier() {
+    setMenusAvailable(false);
+    dossiers_->rows().setRecords(startup::dossiers(session()));
+    dossiers_->show();
+    if (dossiers_->rows().rowCount() > 0) dossiers_->selectRow(0);
+    dossiers_->setFocus();
+    welcome_->setText(QStringLiteral("Choisissez un dossier (double clic ou Entrée)"));
+    applyTitle(QStringLiteral("MOLVEN - LOGICIEL DE TRACABILITE"));
+}
+
+void MenuForm::enterDossier() {
+    const auto dossier = dossiers_->current();
+    if (!dossier) return;
+    const bool entered = guarded([&] { startup::chooseDossier(session(), *dossier, word_->text()); });
+    wordPanel_->hide();
+    if (!entered) {
+        dossiers_->setFocus();
+        return;
+    }
+    guarded([this] {
+        openDossier();
+        dossiers_->hide();
+        setMenusAvailable(true);
+        applyCompanySwitches();
+    });
+}
+
+void MenuForm::openDossier() {
+    startup::openDossier(session());
+    showLogo(session().spe_cod);
+    applyCompanySwitches();
+    const QString currency = session().spe_mon.isEmpty() ? QString() : QStringLiteral("\nPrix en : ") + session().spe_mon;
+    welcome_->setText(session().spe_nom + currency);
+    applyTitle(startup::mainTitle(session()));
+}
+
+void MenuForm::showLogo(const QString& company) {
+    const QPixmap picture(startup::logoFile(session(), company));
+    if (picture.isNull()) return;
+    logo_->setPixmap(picture);
+    logo_->show();
+}
+
+void MenuForm::setMenusAvailable(bool available) {
+    for (QAction* action : topLevel_) action->setEnabled(available);
+}
+
+void MenuForm::applyCompanySwitches() {
+    const CompanyRules rules = session().rules();
+    for (const MenuEntry& entry : menuTree())
+        if (entry.available) findChild<QAction*>(entry.name)->setEnabled((rules.*entry.available)());
+}
+
+void MenuForm::act(const MenuEntry& entry) {
+    const CompanyRules rules = session().rules();
+    if (entry.allowed && !(rules.*entry.allowed)()) {
+        if (!entry.refusal.isEmpty()) prompt().tell(entry.refusal, {}, Icon::Information);
+        return;
+    }
+    if (!entry.notice.isEmpty()) prompt().tell(entry.notice);
+    switch (entry.action) {
+    case MenuAction::Screen: desk().open(entry.target, entry.mode, entry.caption); break;
+    case MenuAction::InvoiceChoice:
+        if (rules.hasInvoiceBookChoice())
+            askBook(entry);
+        else
+            desk().open(entry.target, entry.mode, entry.caption);
+        break;
+    case MenuAction::Reprint: openReprint(entry); break;
+    case MenuAction::Program: startProgram(entry.target); break;
+    case MenuAction::DepotFamilies: updateDepotFamilies(); break;
+    case MenuAction::Renumber: startRenumbering(entry); break;
+    case MenuAction::Compaction:
+    case MenuAction::Backup: desk().open(entry.name, {}, entry.caption); break;
+    case MenuAction::Quit: close(); break;
+    case MenuAction::Submenu:
+    case MenuAction::Separator:
+    case MenuAction::Nothing: break;
+    }
+}
+
+void MenuForm::openReprint(const MenuEntry& entry) {
+    const bool barcodes = prompt().ask(QStringLiteral("Edition Code Barre? "));
+    desk().open(reprintScreen(session().rules(), entry.mode, barcodes), entry.mode, entry.caption);
+}
+
+void MenuForm::startProgram(const QString& program) {
+    const QString path = session().programFile(program);
+    if (!QFile::exists(path)) throw Refusal(QStringLiteral("Le programme %1 est absent du dossier du programme").arg(program));
+    if (!QProcess::startDetached(path, {}, session().dossier_app))
+        throw Refusal(QStringLiteral("Impossible de lancer le programme %1").arg(program));
+}
+
+void MenuForm::updateDepotFamilies() {
+    Workspace workspace;
+    Database molven = workspace.open(session().molven());
+    Database historic = workspace.open(session().historic());
+    Transaction transaction(workspace);
+    const qint64 changed = units::updateDepotFamilies(molven, molven) + units::updateDepotFamilies(molven, historic);
+    transaction.commit();
+    prompt().tell(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(changed));
+}
+
+void MenuForm::askBook(const MenuEntry& entry) {
+    bookMode_ = entry.mode;
+    bookCaption_->setText(QString(entry.caption).remove(u'&'));
+    ostraneBook_->setChecked(false);
+    bookPanel_->show();
+    salesBook_->setFocus();
+}
+
+void MenuForm::startRenumbering(const MenuEntry& entry) {
+    renumbering_ = renumbering::ofMenu(entry.name);
+    if (!prompt().ask(renumbering_->question, QStringLiteral("Utilitaires"))) {
+        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+        return;
+    }
+    Workspace workspace;
+    oldNumber_->put(workspace.open(session().path(renumbering_->file)).greatest(renumbering_->headers, renumbering_->headers.fac_no));
+    newNumber_->put({});
+    numberCaption_->setText(QString(renumbering_->question).chopped(2));
+    numberPanel_->show();
+    newNumber_->setFocus();
+}
+
+void MenuForm::renumber() {
+    renumbering::check(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
+    if (!prompt().ask(QStringLiteral("Numérotation ok ? ?"), QStringLiteral("Utilitaires"))) return;
+    renumbering::renumber(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
+    numberPanel_->hide();
+    prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));
+}
+
+void MenuForm::closeEvent(QCloseEvent* event) {
+    Form::closeEvent(event);
+    desk().quit();
+}
+
+} // namespace molven

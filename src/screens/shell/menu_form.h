@@ -1,0 +1,65 @@
+#pragma once
+
+#include "shell/menu_tree.h"
+#include "ui/form.h"
+
+class QAction;
+class QFrame;
+class QLabel;
+class QMenu;
+class QMenuBar;
+class QTextEdit;
+
+namespace molven {
+
+class Grid;
+struct Renumbering;
+
+/// Main window: chooses and opens the dossier, then carries the menu. It knows entries, not screens.
+class MenuForm : public Form {
+public:
+    explicit MenuForm(Desk& desk);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenu();
+    void buildPanels();
+    QFrame* panel(const QString& name, const QString& caption, QLabel*& captionLabel);
+
+    void chooseDossier();
+    void enterDossier();
+    void openDossier();
+    void showLogo(const QString& company);
+    void setMenusAvailable(bool available);
+    void applyCompanySwitches();
+
+    void act(const MenuEntry& entry);
+    void openReprint(const MenuEntry& entry);
+    void startProgram(const QString& program);
+    void updateDepotFamilies();
+    void askBook(const MenuEntry& entry);
+    void startRenumbering(const MenuEntry& entry);
+    void renumber();
+
+    QMenuBar* bar_;
+    QList<QAction*> topLevel_;
+    Grid* dossiers_;
+    QFrame* wordPanel_;
+    Edit* word_;
+    QFrame* bookPanel_;
+    QLabel* bookCaption_;
+    QPushButton* salesBook_;
+    QPushButton* ostraneBook_;
+    QString bookMode_;
+    QFrame* numberPanel_;
+    QLabel* numberCaption_;
+    Edit* oldNumber_;
+    Edit* newNumber_;
+    const Renumbering* renumbering_ = nullptr;
+    QLabel* logo_;
+    QLabel* welcome_;
+};
+
+} // namespace molven

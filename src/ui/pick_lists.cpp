@@ -1,0 +1,113 @@
+#include "ui/pick_lists.h"
+
+#include "reference/article_tables.h"
+#include "reference/parameters.h"
+#include "reference/party_tables.h"
+#include "reference/tariff_tables.h"
+#include "stock/unit_tables.h"
+
+namespace molven::pick_lists {
+
+namespace {
+
+/// A list over one table, sorted by `order` until the user sorts it otherwise.
+PickList overTable(Database database, const Table& table, const QString& title, const QList<GridColumn>& columns,
+                   const Criterion& criterion, const Order& order, const Chosen& chosen) {
+    return {title, columns,
+            [database, &table, criterion, order](const Criterion& filter, const Order& asked) mutable {
+                return database.select(table, criterion && filter, asked.terms.isEmpty() ? order : asked);
+            },
+            chosen};
+}
+
+} // namespace
+
+PickList clients(Database molven, const Chosen& chosen) {
+    return overTable(molven, strclient, QStringLiteral("LES CLIENTS"),
+                     {{&strclient.clt_cod, QStringLiteral("Code"), 80},
+                      {&strclient.clt_nom, QStringLiteral("Nom"), 360},
+                      {&strclient.clt_l5, QStringLiteral("Ville"), 200}},
+                     {}, strclient.clt_nom, chosen);
+}
+
+PickList suppliers(Database molven, const Chosen& chosen) {
+    return overTable(molven, strfournis, QStringLiteral("LES FOURNISSEURS"),
+                     {{&strfournis.fou_cod, QStringLiteral("Code"), 80}, {&strfournis.fou_nom, QStringLiteral("Nom"), 400}},
+                     {}, strfournis.fou_cod, chosen);
+}
+
+PickList articles(Database molven, const Chosen& chosen, const Criterion& criterion) {
+    return overTable(molven, strarticle, QStringLiteral("LES ARTICLES"),
+                     {{&strarticle.art_ref, QStringLiteral("Référence"), 140},
+                      {&strarticle.art_li1, QStringLiteral("Désignation"), 380},
+                      {&strarticle.art_stk, QStringLiteral("Stock"), 70}},
+                     criterion, strarticle.art_ref, chosen);
+}
+
+PickList parameters(Database molven, const QString& letter, const QString& title, const Chosen& chosen) {
+    return overTable(molven, strparam, title,
+                     {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
+                     molven::parameters::ofList(letter), strparam.lib_par, chosen);
+}
+
+PickList subFamilies(Database molven, const QString& family, const Chosen& chosen) {
+    return overTable(molven, strparam, QStringLiteral("LES SOUS-FAMILLES"),
+                     {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
+                     molven::parameters::ofList(list::SubFamily) && strparam.cpt_par == family, strparam.num_par, chosen);
+}
+
+PickList paymentModes(Database molven, const Chosen& chosen) {
+    return overTable(molven, strparrgt, QStringLiteral("LES MODES DE REGLEMENT"),
+                     {{&strparrgt.cde_rglt, QStringLiteral("Code"), 80}, {&strparrgt.lib_rglt, QStringLiteral("Libellé"), 400}},
+                     {}, strparrgt.cde_rglt, chosen);
+}
+
+PickList vatCodes(Database molven, const Chosen& chosen) {
+    return overTable(molven, strparfac, QStringLiteral("LES CODES TVA"),
+                     {{&strparfac.par1_cde, QStringLiteral("Code"), 80},
+                      {&strparfac.par1_lib, QStringLiteral("Libellé"), 300},
+                      {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")}},
+                     {}, strparfac.par1_cde, chosen);
+}
+
+PickList currencies(Database molven, const Chosen& chosen) {
+    return overTable(molven, strmonnaie, QStringLiteral("LES MONNAIES"),
+                     {{&strmonnaie.mon_cle, QStringLiteral("Code"), 80}, {&strmonnaie.mon_lib, QStringLiteral("Libellé"), 300}},
+                     {}, strmonnaie.mon_cle, chosen);
+}
+
+PickList lppCodes(Database molven, const Chosen& chosen) {
+    return overTable(molven, strlpp, QStringLiteral("LISTE DES LPP"),
+                     {{&strlpp.lpp_code, QStringLiteral("Code"), 100},
+                      {&strlpp.lpp_lib, QStringLiteral("Libellé"), 440},
+                      {&strlpp.lpp_ttc, QStringLiteral("Prix TTC"), 90, QStringLiteral("### ##0.00")}},
+                     {}, strlpp.lpp_code, chosen);
+}
+
+PickList tipsCodes(Database molven, const Chosen& chosen) {
+    return overTable(molven, strpartips, QStringLiteral("LISTE DES TIPS"),
+                     {{&strpartips.cod_tips, QStringLiteral("Code"), 120},
+                      {&strpartips.lib_tips, QStringLiteral("Libellé"), 420},
+                      {&strpartips.ttc_tips, QStringLiteral("Prix TTC"), 90, QStringLiteral("### ##0.00")}},
+                     {}, strpartips.cod_tips, chosen);
+}
+
+PickList accounts(Database compta, const QString& start, const Chosen& chosen) {
+    return overTable(compta, strplan, QStringLiteral("LE PLAN COMPTABLE"),
+                     {{&strplan.cpt_aff, QStringLiteral("Compte"), 120}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 400}},
+                     startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
+}
+
+QList<GridColumn> unitColumns() {
+    return {{&strproduit.imm_art, QStringLiteral("Immatriculation"), 120}, {&strproduit.ref_art, QStringLiteral("Référence"), 110},
+            {&strproduit.pro_li1, QStringLiteral("Désignation"), 230},     {&strproduit.lot_art, QStringLiteral("Lot"), 90},
+            {&strproduit.dat_per, QStringLiteral("Péremption"), 90},       {&strproduit.tes_vte, QStringLiteral("Etat"), 45},
+            {&strproduit.num_dep, QStringLiteral("Dépôt"), 55},            {&strproduit.clt_vte, QStringLiteral("Client"), 65},
+            {&strproduit.num_vte, QStringLiteral("Document"), 80}};
+}
+
+PickList units(Database molven, const QString& title, const Criterion& criterion, const Chosen& chosen) {
+    return overTable(molven, strproduit, title, unitColumns(), criterion, {strproduit.pro_ann, strproduit.imm_art}, chosen);
+}
+
+} // namespace molven::pick_lists

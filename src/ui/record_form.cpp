@@ -1,0 +1,167 @@
+#include "ui/record_form.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace molven {
+
+void RecordForm::build(const Description& description) {
+    description_.emplace(description);
+    list_ = new Grid(QStringLiteral("DBGrid1"), description.list, this);
+    list_->rows().setQuery(description.query);
+    panel_ = new RecordPanel(description.boxes, description.columns, this);
+    for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
+    const auto bringUp = [this](const Record& row) {
+        if (state_ == State::Viewing) show(row);
+    };
+    list_->clickedRow = bringUp;
+    list_->chosen = bringUp;
+    onLeft(panel_->edit(description.key), [this] { lookUp(); });
+
+    auto* right = new QWidget(this);
+    auto* rightLayout = new QVBoxLayout(right);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->addWidget(panel_);
+    extraRows_ = new QVBoxLayout;
+    rightLayout->addLayout(extraRows_);
+    rightLayout->addStretch();
+    rightLayout->addLayout(buttonRow());
+    auto* split = new QSplitter(this);
+    split->addWidget(list_);
+    split->addWidget(right);
+    split->setStretchFactor(1, 1);
+    split->setSizes({340, 900});
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(split);
+    resize(1240, 740);
+    applyTitle(description.title);
+    setState(State::Viewing);
+    panel_->edit(description.key)->setFocus();
+}
+
+QLayout* RecordForm::buttonRow() {
+    add_ = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startAdding(); });
+    change_ = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
+    remove_ = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeRecord(); });
+    validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validate(); });
+    abandon_ = button(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
+    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    setCancelButton(abandon_);
+    extraButtons_ = new QHBoxLayout;
+    auto* row = new QHBoxLayout;
+    for (QPushButton* made : {add_, change_, remove_}) row->addWidget(made);
+    row->addLayout(extraButtons_);
+    row->addStretch();
+    for (QPushButton* made : {validate_, abandon_, quit}) row->addWidget(made);
+    return row;
+}
+
+Record RecordForm::typed() const {
+    Record record = *record_;
+    panel_->store(record);
+    return record;
+}
+
+const Record& RecordForm::requireRecord() const {
+    if (!record_) throw Refusal(description_->noneChosen, description_->key.name);
+    return *record_;
+}
+
+void RecordForm::show(const Record& record) {
+    record_ = record;
+    panel_->load(record);
+    setState(State::Viewing);
+}
+
+void RecordForm::setState(State state) {
+    state_ = state;
+    const bool editing = state != State::Viewing;
+    if (state == State::Viewing)
+        panel_->setEditableOnly({&description_->key});
+    else
+        panel_->setEditable(true);
+    if (state == State::Changing) panel_->edit(description_->key)->setReadOnly(true);
+    list_->setEnabled(!editing);
+    for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!editing);
+    for (QPushButton* made : {validate_, abandon_}) made->setEnabled(editing);
+    stateChanged();
+    shown();
+}
+
+void RecordForm::lookUp() {
+    if (state_ != State::Viewing) return shown();
+    const QString key = panel_->edit(description_->key)->value().trimmed();
+    if (key.isEmpty()) return;
+    const auto found = find(key);
+    if (!found) throw Refusal(description_->unknown, description_->key.name);
+    show(*found);
+}
+
+void RecordForm::startAdding() {
+    record_ = blank();
+    panel_->load(*record_);
+    setState(State::Adding);
+    panel_->edit(description_->key)->setFocus();
+    panel_->edit(description_->key)->selectAll();
+}
+
+void RecordForm::startChanging() {
+    const auto fresh = find(requireRecord().value(description_->key));
+    if (!fresh) throw Refusal(description_->unknown, description_->key.name);
+    show(*fresh);
+    setState(State::Changing);
+    for (const FieldBox& box : panel_->boxes()) {
+        if (panel_->edit(*box.field)->isReadOnly()) continue;
+        panel_->edit(*box.field)->setFocus();
+        break;
+    }
+}
+
+void RecordForm::validate() {
+    const Record record = typed();
+    write(record, state_ == State::Adding ? std::nullopt : record_);
+    const auto written = find(record.value(description_->key).trimmed());
+    list_->rows().refresh();
+    show(written ? *written : record);
+    panel_->edit(description_->key)->setFocus();
+}
+
+void RecordForm::abandon() {
+    if (!mayLeave()) return;
+    const auto before = record_ && state_ == State::Changing ? find(record_->value(description_->key)) : std::nullopt;
+    show(before ? *before : blankScreen());
+    if (!before) record_.reset();
+    panel_->edit(description_->key)->setFocus();
+}
+
+Record RecordForm::blankScreen() { return Record(blank().table()); }
+
+void RecordForm::removeRecord() {
+    const Record record = requireRecord();
+    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    erase(record);
+    list_->rows().refresh();
+    show(blankScreen());
+    record_.reset();
+}
+
+bool RecordForm::mayLeave() {
+    if (state_ == State::Viewing) return true;
+    Record now = *record_;
+    try {
+        panel_->store(now);
+    } catch (const Refusal&) {
+        now = Record(now.table()); // an unreadable number is a change too
+    }
+    return now == *record_ || prompt().ask(QStringLiteral("Abandonner les modifications en cours ?"));
+}
+
+void RecordForm::closeEvent(QCloseEvent* event) {
+    event->setAccepted(desk().isQuitting() || mayLeave());
+}
+
+} // namespace molven

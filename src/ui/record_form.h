@@ -1,0 +1,86 @@
+#pragma once
+
+#include "ui/form.h"
+#include "ui/grid.h"
+#include "ui/record_panel.h"
+
+class QHBoxLayout;
+class QVBoxLayout;
+
+namespace molven {
+
+/// A file of records kept one at a time: the list on the left, the record on the right, add, modify, delete,
+/// validate, abandon. A code typed in the key box brings its record up. The subclass says what the record is.
+class RecordForm : public Form {
+public:
+    enum class State { Viewing, Adding, Changing };
+
+protected:
+    /// What is on the screen and how the user meets it.
+    struct Description {
+        QString title;
+        QList<GridColumn> list;    ///< columns of DBGrid1
+        RecordModel::Query query;
+        QList<FieldBox> boxes;
+        int columns = 2;           ///< of boxes
+        const Text& key;           ///< the code a record is found by
+        QString unknown;           ///< said when the code typed has no record
+        QString noneChosen;        ///< said when a button needs a record on the screen
+    };
+
+    RecordForm(Desk& desk, const QString& name) : Form(desk, name) {}
+    /// Builds the screen; called once by the subclass.
+    void build(const Description& description);
+
+    // The subclass's record
+    virtual Record blank() = 0;
+    virtual std::optional<Record> find(const QString& key) = 0;
+    /// Writes what is on the screen; `before` is the record as it was brought up, nothing for a new one. Throws Refusal.
+    virtual void write(const Record& record, const std::optional<Record>& before) = 0;
+    virtual void erase(const Record& record) = 0;
+    /// Another record came up, or its change begins: further boxes are filled, opened or closed.
+    virtual void stateChanged() {}
+    /// A code changed: the words beside the codes.
+    virtual void shown() {}
+
+    State state() const { return state_; }
+    RecordPanel& panel() { return *panel_; }
+    /// The record as it stands in the boxes, over the one brought up.
+    Record typed() const;
+    const std::optional<Record>& record() const { return record_; }
+    void show(const Record& record);
+    /// The record brought up; throws Refusal when there is none.
+    const Record& requireRecord() const;
+    /// Where a subclass puts its own buttons and boxes.
+    QHBoxLayout* extraButtons() { return extraButtons_; }
+    QVBoxLayout* extraRows() { return extraRows_; }
+
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QLayout* buttonRow();
+    void setState(State state);
+    void lookUp();
+    void startAdding();
+    void startChanging();
+    void validate();
+    void abandon();
+    void removeRecord();
+    bool mayLeave();
+    Record blankScreen();
+
+    std::optional<Description> description_;
+    State state_ = State::Viewing;
+    std::optional<Record> record_;
+    Grid* list_ = nullptr;
+    RecordPanel* panel_ = nullptr;
+    QHBoxLayout* extraButtons_ = nullptr;
+    QVBoxLayout* extraRows_ = nullptr;
+    QPushButton* add_ = nullptr;
+    QPushButton* change_ = nullptr;
+    QPushButton* remove_ = nullptr;
+    QPushButton* validate_ = nullptr;
+    QPushButton* abandon_ = nullptr;
+};
+
+} // namespace molven

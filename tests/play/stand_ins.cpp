@@ -1,0 +1,19 @@
+#include "play/stand_ins.h"
+
+namespace molven::play {
+
+void ScriptedPrompt::tell(const QString& text, const QString&, Icon) { unchecked.enqueue(text); }
+
+bool ScriptedPrompt::ask(const QString& text, const QString&, Icon) {
+    unchecked.enqueue(text);
+    if (!answers.isEmpty()) return answers.dequeue();
+    unanswered = text;
+    return false;
+}
+
+void KeepingPrinter::print(const PrintJob& job) {
+    jobs.append(job);
+    if (!folder_.isEmpty()) job.savePdf(folder_ + QStringLiteral("/print-%1.pdf").arg(jobs.size()));
+}
+
+} // namespace molven::play

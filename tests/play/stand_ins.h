@@ -1,0 +1,32 @@
+#pragma once
+
+#include "ui/desk.h"
+
+#include <QQueue>
+
+namespace molven::play {
+
+/// Stands in for the user in front of message boxes.
+class ScriptedPrompt : public Prompt {
+public:
+    void tell(const QString& text, const QString& title, Icon icon) override;
+    bool ask(const QString& text, const QString& title, Icon icon) override;
+
+    QQueue<QString> unchecked; ///< messages and questions the scenario has not looked at
+    QQueue<bool> answers;      ///< standing ready
+    QString unanswered;        ///< a question that found no answer ready; empty otherwise
+};
+
+/// Keeps what is printed, and saves it as print-N.pdf when a folder is given.
+class KeepingPrinter : public PrintTarget {
+public:
+    explicit KeepingPrinter(const QString& folder) : folder_(folder) {}
+    void print(const PrintJob& job) override;
+
+    QList<PrintJob> jobs;
+
+private:
+    QString folder_;
+};
+
+} // namespace molven::play
