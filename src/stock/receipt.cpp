@@ -98,7 +98,7 @@ void fillByType(Record& unit, const Receipt& receipt, const QString& type) {
 
 void fillFromArticle(Record& unit, const Record& article) {
     unit[strproduit.ref_art] = QString(article[strarticle.art_ref]);
-    unit[strproduit.pro_vte] = article[strarticle.art_tar] == u"H" ? article[strarticle.art_pv1] : article[strarticle.art_ttc];
+    unit[strproduit.pro_vte] = article[strarticle.art_ttc]; // labels print it as the price with VAT
     unit[strproduit.pro_li1] = article[strarticle.art_li1];
     unit[strproduit.pro_tip] = article[strarticle.art_tip];
     unit[strproduit.pro_lpp] = article[strarticle.art_lpp];

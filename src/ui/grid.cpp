@@ -27,9 +27,9 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     setAlternatingRowColors(true);
     setWordWrap(false);
     setShowGrid(false);
+    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // the order of the query, until a header is clicked
     setSortingEnabled(true);
     setTabKeyNavigation(false);
-    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setHighlightSections(false);

@@ -139,7 +139,6 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
 }
 
 void RecordModel::sort(int column, Qt::SortOrder order) {
-    if (column < 0) return;
     sortColumn_ = column;
     sortOrder_ = order;
     refresh();

@@ -19,7 +19,7 @@ void setReadOnly(Edit* edit, bool readOnly) {
     edit->setReadOnly(readOnly);
     edit->setFocusPolicy(readOnly ? Qt::ClickFocus : Qt::StrongFocus);
     QPalette palette = edit->parentWidget()->palette();
-    if (readOnly) palette.setColor(QPalette::Base, palette.color(QPalette::Window).lighter(104));
+    if (readOnly) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     edit->setPalette(palette);
 }
 

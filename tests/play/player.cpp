@@ -6,15 +6,29 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMenu>
+#include <QSaveFile>
 #include <QTest>
 
 namespace molven::play {
 
 namespace {
 constexpr int PatienceMs = 5000;
+}
+
+void useScreen() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(name)) return;
+    const QString path = QDir::temp().filePath(QStringLiteral("molven-play-screen.json"));
+    QSaveFile screen(path);
+    if (screen.open(QIODevice::WriteOnly)) {
+        screen.write(R"({"screens":[{"name":"play","x":0,"y":0,"width":1280,"height":800,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1.0}]})");
+        screen.commit();
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + path.toLocal8Bit());
 }
 
 Player::Player(const QString& home, const QString& out) : home_(home), out_(out) {}

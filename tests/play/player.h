@@ -13,6 +13,9 @@ class Grid;
 
 namespace molven::play {
 
+/// Before the application is made: without a display, a screen of 1280 x 800 in memory.
+void useScreen();
+
 /// Plays scenarios on one program folder: real windows, keys, clicks and data files.
 class Player {
 public:

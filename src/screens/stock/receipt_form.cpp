@@ -119,6 +119,7 @@ QWidget* ReceiptForm::buildUnits() {
         auto* edit = new Edit(box);
         edit->setObjectName(name);
         edit->setMaxLength(characters);
+        edit->setFixedWidth(characters * 9 + 14);
         return edit;
     };
     number_ = searchBox(QStringLiteral("txtrecimm"), 8);

@@ -1,0 +1,16 @@
+#include "play/player.h"
+
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QLocale>
+
+int main(int argc, char* argv[]) {
+    qunsetenv("DISPLAY"); // windows of tests are never shown
+    qunsetenv("WAYLAND_DISPLAY");
+    molven::play::useScreen();
+    QApplication application(argc, argv);
+    QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
