@@ -17,6 +17,12 @@ Value scale(int places) {
 } // namespace
 
 std::optional<Decimal> Decimal::parse(const QString& text) {
+    return text.contains(u'e', Qt::CaseInsensitive) ? std::nullopt : read(text);
+}
+
+Decimal Decimal::fromText(const QString& text) { return read(text).value_or(Decimal()); }
+
+std::optional<Decimal> Decimal::read(const QString& text) {
     QString plain;
     plain.reserve(text.size());
     for (const QChar c : text)

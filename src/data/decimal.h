@@ -15,11 +15,11 @@ public:
     Decimal(int value) : value_(value) {}
     Decimal(long long value) : value_(value) {}
 
-    /// Reads a typed or stored number: blanks around and between digits are ignored, the decimal mark is a
-    /// point or a comma. Nothing when the text is not a number; the empty text is not one.
+    /// Reads a typed number: blanks around and between digits are ignored, the decimal mark is a point or a comma.
+    /// Nothing when the text is not a number; the empty text is not one.
     static std::optional<Decimal> parse(const QString& text);
-    /// As parse(), 0 for a text that is not a number.
-    static Decimal fromText(const QString& text) { return parse(text).value_or(Decimal()); }
+    /// Reads a stored number, which the engine may have written with an exponent; 0 for a text that is not one.
+    static Decimal fromText(const QString& text);
 
     /// Shortest text with a point, as stored: "12.5", "-3", "0".
     QString toString() const;
@@ -51,6 +51,7 @@ private:
     using Value = boost::multiprecision::number<boost::multiprecision::cpp_dec_float<34>,
                                                 boost::multiprecision::et_off>;
     explicit Decimal(const Value& value) : value_(value) {}
+    static std::optional<Decimal> read(const QString& text);
 
     Value value_ = 0;
 };
