@@ -11,6 +11,8 @@ QDate& replacement() {
 
 QDate Clock::today() { return replacement().isValid() ? replacement() : QDate::currentDate(); }
 
+QDate Clock::setting() { return replacement(); }
+
 QDateTime Clock::now() { return {today(), QTime::currentTime()}; }
 
 void Clock::set(const QDate& day) { replacement() = day; }

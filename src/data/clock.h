@@ -9,6 +9,8 @@ class Clock {
 public:
     static QDate today();
     static QDateTime now();
+    /// The day it was set to; invalid while it follows the system.
+    static QDate setting();
     /// From now on today() is `day`; an invalid date returns to the system's.
     static void set(const QDate& day);
 };

@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace molven::creation {
@@ -153,7 +154,8 @@ Session addDossier(const Options& options) {
 } // namespace
 
 Session create(const Options& options) {
-    if (options.code.size() != 2)
+    static const QRegularExpression twoLetters(QStringLiteral("^[A-Za-z]{2}$"));
+    if (!twoLetters.match(options.code).hasMatch())
         throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
     if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
     if (holdsInstallation(options.folder)) {

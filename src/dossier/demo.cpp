@@ -23,13 +23,14 @@ namespace {
 /// Puts the clock back when a filling ends, however it ends.
 class ClockKeeper {
 public:
-    ClockKeeper() : today_(Clock::today()) {}
-    ~ClockKeeper() { Clock::set(today_ == QDate::currentDate() ? QDate() : today_); }
+    ClockKeeper() : setting_(Clock::setting()), today_(Clock::today()) {}
+    ~ClockKeeper() { Clock::set(setting_); }
     ClockKeeper(const ClockKeeper&) = delete;
     ClockKeeper& operator=(const ClockKeeper&) = delete;
     QDate today() const { return today_; }
 
 private:
+    QDate setting_;
     QDate today_;
 };
 

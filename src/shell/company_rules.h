@@ -12,6 +12,8 @@ public:
     CompanyRules(const QString& company, const QString& site) : company_(company), site_(site) {}
 
     // Start-up and access
+    /// This company works as "AD" everywhere; where it differs, the site word "EO" tells.
+    bool worksAsAd() const { return company_ == u"EO"; }
     bool readsSecondSiteFolder() const { return company_ == u"IM"; }
     bool isSecondSite() const { return company_ == u"IM" && site_ == u"GV"; }
     bool showsSiteInTitle() const { return company_ == u"IM"; }

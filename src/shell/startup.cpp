@@ -91,8 +91,7 @@ void openDossier(Session& session) {
     session.spe_cns = company[strspecif.spe_cns];
     session.spe_cpt = company[strspecif.spe_cpt];
     session.code_soc = session.spe_cod;
-    // A company "EO" works as "AD" everywhere; where it differs, the dossier word tells.
-    if (session.code_soc == u"EO") {
+    if (session.rules().worksAsAd()) {
         session.code_soc = QStringLiteral("AD");
         session.mot_dossier = QStringLiteral("EO");
     }

@@ -1,0 +1,147 @@
+#include "support/dossier.h"
+
+#include "dossier/check.h"
+#include "dossier/creation.h"
+#include "dossier/demo.h"
+#include "reference/articles.h"
+#include "reference/parameter_tables.h"
+#include "sales/integration.h"
+#include "shell/tables.h"
+#include "stock/units.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+
+namespace molven {
+
+using test::Dossier;
+using test::refusalOf;
+
+namespace {
+
+struct Breakage {
+    const char* name;
+    void (*make)(Database molven, Database vente);
+    const char* told;
+};
+
+QByteArray contentOf(const Session& session) {
+    QCryptographicHash sum(QCryptographicHash::Sha1);
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database vente = workspace.open(session.vente());
+    const auto add = [&sum](Database file, const Table& table) {
+        for (const Record& record : file.select(table))
+            for (const Field* field : table.fields()) sum.addData(record.value(*field).toUtf8() + '\n');
+    };
+    add(molven, strproduit);
+    add(molven, strarticle);
+    add(vente, strfacl);
+    add(vente, strlive);
+    return sum.result();
+}
+
+Session demoDossier(const QTemporaryDir& folder, unsigned seed) {
+    const Session session = creation::create({folder.path(), QStringLiteral("CE"), QStringLiteral("DEMO"), false});
+    demo::fill(session, {300, seed});
+    return session;
+}
+
+} // namespace
+
+class Breakages : public testing::TestWithParam<Breakage> {};
+
+TEST_P(Breakages, AreReportedAndNothingElseIs) {
+    Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 4);
+    dossier.document(QStringLiteral("LIV"), {units[0]});
+    dossier.document(QStringLiteral("FAC"), {units[1]});
+    SalesBook invoices(dossier.session, documentKind(QStringLiteral("FAC")));
+    dossier.document(QStringLiteral("LIV"), {units[2]});
+    integration::integrate(invoices, test::newDocument(invoices), QStringLiteral("2"));
+    ASSERT_TRUE(check::run(dossier.session).isEmpty());
+    {
+        Workspace workspace;
+        GetParam().make(workspace.open(dossier.session.molven()), workspace.open(dossier.session.vente()));
+    }
+    const QList<check::Fault> faults = check::run(dossier.session);
+    ASSERT_EQ(faults.size(), 1);
+    EXPECT_EQ(faults.first().subject + QStringLiteral(" : ") + faults.first().text, QString::fromUtf8(GetParam().told));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dossiers, Breakages,
+    testing::Values(
+        Breakage{"sold", [](Database, Database v) { v.update(strfacl, {{strfacl.fac_imm, QString()}}, strfacl.fac_no == QStringLiteral("000001")); },
+                 "26030002 : vendue sans ligne sur la facture ou le bon de consignation 000001"},
+        Breakage{"delivered", [](Database, Database v) { v.update(strlivl, {{strlivl.fac_imm, QString()}}, strlivl.fac_no == QStringLiteral("000001")); },
+                 "26030001 : livrée sans ligne sur le bon de livraison 000001"},
+        Breakage{"orphan", [](Database, Database v) { v.update(strlivl, {{strlivl.fac_aa, QStringLiteral("2020")}}, strlivl.fac_no == QStringLiteral("000001")); },
+                 "bon de livraison 2020/000001 : lignes sans en-tête"},
+        Breakage{"hidden", [](Database, Database v) { v.remove(strlivl, strlivl.fac_lg == QStringLiteral("000") && strlivl.fac_no == QStringLiteral("000001")); },
+                 "bon de livraison 2026/000001 : enregistrement 000 absent"},
+        Breakage{"stock", [](Database m, Database) { articles::moveStock(m, QStringLiteral("HIP"), Decimal(1)); }, "HIP : art_stk = 3 pour 2 unités"},
+        Breakage{"state", [](Database m, Database) { m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("Q")}}, strproduit.imm_art == QStringLiteral("26030004")); },
+                 "26030004 : état inconnu : Q"},
+        Breakage{"set", [](Database m, Database) { m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("A")}}, strproduit.imm_art == QStringLiteral("26030004")); },
+                 "26030004 : dans un ancillaire qui ne la contient pas"},
+        Breakage{"invoice", [](Database, Database v) { v.update(strlive, {{strlive.fac_blv, QStringLiteral("000099")}}, strlive.fac_no == QStringLiteral("000002")); },
+                 "bon de livraison 000002 : facture 000099 absente"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Dossiers, WithADamagedOrMissingFileAreReported) {
+    Dossier dossier;
+    QFile vente(dossier.session.vente());
+    ASSERT_TRUE(vente.open(QIODevice::ReadWrite));
+    vente.seek(vente.size() / 2);
+    vente.write(QByteArray(4096, '\x5a'));
+    vente.close();
+    QFile::remove(dossier.session.path(DataFile::Mail));
+    QStringList files;
+    for (const check::Fault& fault : check::run(dossier.session)) files.append(fault.file);
+    EXPECT_TRUE(files.contains(QStringLiteral("vente.mdb")));
+    EXPECT_TRUE(files.contains(QStringLiteral("mail.mdb")));
+    EXPECT_FALSE(files.contains(QStringLiteral("molven.mdb")));
+}
+
+TEST(Creation, MakesASoundDossierAndRefusesAFolderThatHoldsOne) {
+    QTemporaryDir folder;
+    const creation::Options options{folder.path(), QStringLiteral("CE"), QStringLiteral("L'ESSAI"), false};
+    const Session session = creation::create(options);
+    EXPECT_TRUE(check::run(session).isEmpty());
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    EXPECT_EQ(molven.find(strspecif, {})->value(strspecif.spe_nom), QStringLiteral("L'ESSAI"));
+    EXPECT_EQ(molven.find(strparfac, strparfac.par1_cde == QStringLiteral("4"))->value(strparfac.par1_tx), QStringLiteral("2.1"));
+    EXPECT_NE(refusalOf([&] { creation::create(options); }), QStringLiteral("(accepté)"));
+    for (const char* wrong : {"", "C", "CEE", "é1"}) {
+        QTemporaryDir other;
+        EXPECT_NE(refusalOf([&] { creation::create({other.path(), QString::fromUtf8(wrong), QStringLiteral("X"), false}); }), QStringLiteral("(accepté)")) << wrong;
+        EXPECT_TRUE(QDir(other.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) << wrong;
+    }
+}
+
+TEST(Creation, AddsASecondDossierToTheList) {
+    QTemporaryDir folder;
+    creation::create({folder.path(), QStringLiteral("CE"), QStringLiteral("PREMIERE"), true});
+    const Session second = creation::create({folder.path(), QStringLiteral("LB"), QStringLiteral("SECONDE"), true});
+    EXPECT_TRUE(check::run(second).isEmpty());
+    Workspace workspace;
+    QStringList names;
+    for (const Record& row : workspace.open(second.path(DataFile::Societe)).select(strsociete)) names.append(row[strsociete.soc_nom]);
+    EXPECT_EQ(names, (QStringList{"PREMIERE", "SECONDE"}));
+}
+
+TEST(Demonstration, IsSoundAndTheSameForTheSameSeed) {
+    QTemporaryDir first, again, other;
+    const Session session = demoDossier(first, 7);
+    EXPECT_TRUE(check::run(session).isEmpty());
+    EXPECT_EQ(contentOf(session), contentOf(demoDossier(again, 7)));
+    EXPECT_NE(contentOf(session), contentOf(demoDossier(other, 8)));
+    Workspace workspace;
+    const auto states = workspace.open(session.molven()).countBy(strproduit, strproduit.tes_vte);
+    EXPECT_EQ(QSet<QString>(states.keyBegin(), states.keyEnd()), (QSet<QString>{"N", "L", "O", "A"}));
+}
+
+} // namespace molven

@@ -1,0 +1,206 @@
+#include "support/dossier.h"
+
+#include "reference/articles.h"
+#include "reference/parameters.h"
+#include "reference/parties.h"
+
+namespace molven {
+
+using test::Dossier;
+using test::refusalOf;
+
+namespace {
+
+class ArticleFiles : public testing::Test {
+protected:
+    explicit ArticleFiles(const QString& company = QStringLiteral("CE"))
+        : dossier(company), molven(workspace.open(dossier.session.molven())),
+          compta(workspace.open(dossier.session.path(DataFile::Compta))), gencode(workspace.open(dossier.session.path(DataFile::Gencode))) {}
+
+    articles::Entry entryOf(const char* reference) { return articles::entryOf(articles::find(molven, QString::fromLatin1(reference)).value()); }
+    QString save(const articles::Entry& entry, const std::optional<Record>& before = {}) {
+        return refusalOf([&] { articles::save(molven, compta, gencode, dossier.session.rules(), entry, before); });
+    }
+    QString eanOf(const char* reference) { return articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_ean); }
+
+    Dossier dossier;
+    Workspace workspace;
+    Database molven, compta, gencode;
+};
+
+class ArticleFilesOfMd : public ArticleFiles {
+protected:
+    ArticleFilesOfMd() : ArticleFiles(QStringLiteral("MD")) {}
+};
+
+struct FaultCase {
+    const char* message;
+    void (*spoil)(articles::Entry&);
+};
+
+} // namespace
+
+TEST_F(ArticleFiles, TellTheirFaultsInTheOrderOfTheScreen) {
+    // Each case also carries the faults of all that follow it: the first one alone is told.
+    static const FaultCase cases[] = {
+        {"N° Homologation/CE obligatoire", [](articles::Entry& e) { e.article[strarticle.art_hom] = QStringLiteral("O"); }},
+        {" Origine obligatoire", [](articles::Entry& e) { e.article[strarticle.art_typ] = QStringLiteral("G"); }},
+        {" Famille obligatoire", [](articles::Entry& e) { e.article[strarticle.art_fam] = QString(); }},
+        {" Fournisseur obligatoire", [](articles::Entry& e) { e.article[strarticle.art_fou] = QString(); }},
+        {" LPP obligatoire", [](articles::Entry& e) { e.article[strarticle.art_lpp] = QString(); }},
+        {" TIPS obligatoire", [](articles::Entry& e) { e.article[strarticle.art_cat] = QStringLiteral("T"); }},
+        {" Stérilisation O/N obligatoire", [](articles::Entry& e) { e.article[strarticle.art_ste] = QString(); }},
+        {" Homologation O/N obligatoire", [](articles::Entry& e) { e.article[strarticle.art_hom] = QString(); }},
+        {" Type F/N/G obligatoire", [](articles::Entry& e) { e.article[strarticle.art_typ] = QString(); }},
+        {" Suivi obligatoire", [](articles::Entry& e) { e.followed.clear(); }},
+        {" Tenu stock obligatoire", [](articles::Entry& e) { e.stocked.clear(); }},
+        {" Type A/T/X obligatoire", [](articles::Entry& e) { e.kind.clear(); }},
+        {"le symbole  ' est interdit", [](articles::Entry& e) { e.article[strarticle.art_li2] = QStringLiteral("L'AUTRE"); }},
+        {" Libellé obligatoire", [](articles::Entry& e) { e.article[strarticle.art_li1] = QString(); }},
+        {"Référence obligatoire", [](articles::Entry& e) { e.article[strarticle.art_ref] = QString(); }}};
+    articles::Entry entry = entryOf("HIP");
+    for (const FaultCase& c : cases) {
+        c.spoil(entry);
+        EXPECT_EQ(save(entry), QString::fromUtf8(c.message));
+    }
+    EXPECT_EQ(molven.count(strarticle), 6);
+}
+
+TEST_F(ArticleFiles, RefuseUnknownLettersAndAccounts) {
+    const std::pair<const char*, void (*)(articles::Entry&)> cases[] = {
+        {"Taper T ou A ou X!!", [](articles::Entry& e) { e.kind = QStringLiteral("Z"); }},
+        {"Taper O ou N !!", [](articles::Entry& e) { e.stocked = QStringLiteral("Y"); }},
+        {"Taper F / N ou G !!", [](articles::Entry& e) { e.article[strarticle.art_typ] = QStringLiteral("Q"); }},
+        {"Origine incorrecte", [](articles::Entry& e) { e.article[strarticle.art_ori] = QStringLiteral("Q"); }},
+        {"Cette imputation comptable VENTE n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpt] = QStringLiteral("7"); }},
+        {"Cette imputation comptable VENTE EXPORT n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpte] = QString(); }},
+        {"Cette imputation comptable ACHAT n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpta] = QStringLiteral("999"); }},
+        {"Cette imputation comptable STOCK n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpts] = QStringLiteral("x' or 1"); }},
+        {"Ce code existe déjà", [](articles::Entry&) {}}};
+    for (const auto& [message, spoil] : cases) {
+        articles::Entry entry = entryOf("HIP");
+        spoil(entry);
+        EXPECT_EQ(save(entry), QString::fromUtf8(message));
+    }
+}
+
+TEST_F(ArticleFilesOfMd, KnowNoAncillaryKindAndTakeNoEan) {
+    articles::Entry entry = entryOf("HIP");
+    entry.kind = QStringLiteral("X");
+    EXPECT_EQ(save(entry), QStringLiteral("Taper T ou A  !!"));
+    EXPECT_EQ(eanOf("CUP"), QString());
+}
+
+TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
+    EXPECT_EQ(eanOf("CUP"), QStringLiteral("3760000000001"));
+    EXPECT_EQ(eanOf("HIP"), QString()) << "not manufactured";
+    articles::Entry entry = entryOf("CUP");
+    EXPECT_EQ(save(entry, entry.article), QStringLiteral("(accepté)"));
+    EXPECT_EQ(gencode.count(strgencode, strgencode.ean_art == QStringLiteral("CUP")), 1);
+    entry.article[strarticle.art_ref] = QStringLiteral("CUP2");
+    entry.article[strarticle.art_ean] = QString();
+    EXPECT_EQ(save(entry), QStringLiteral("(accepté)"));
+    EXPECT_EQ(eanOf("CUP2"), QStringLiteral("3760000000002"));
+    entry.article[strarticle.art_ref] = QStringLiteral("CUP3");
+    EXPECT_EQ(save(entry), QStringLiteral("probleme Gencode"));
+    EXPECT_FALSE(articles::find(molven, QStringLiteral("CUP3")).has_value());
+}
+
+TEST_F(ArticleFiles, KeepFollowUpCodesAndLabelsInUpperCase) {
+    const std::pair<const char*, const char*> codes[] = {{"HIP", "O"}, {"SCREW", "K"}, {"FEE", "N"}, {"NOTE", "T"}};
+    for (const auto& [reference, code] : codes)
+        EXPECT_EQ(articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_aig), QString::fromLatin1(code));
+    articles::Entry entry = entryOf("HIP");
+    const Record before = entry.article;
+    entry.article[strarticle.art_li1] = QStringLiteral("tête élargie");
+    EXPECT_EQ(save(entry, before), QStringLiteral("(accepté)"));
+    EXPECT_EQ(articles::find(molven, QStringLiteral("hip"))->value(strarticle.art_li1), QStringLiteral("TÊTE ÉLARGIE"));
+}
+
+TEST_F(ArticleFiles, RefuseToOverwriteAReceiptMadeMeanwhile) {
+    articles::Entry entry = entryOf("HIP");
+    const Record before = entry.article;
+    dossier.receive(QStringLiteral("HIP"), 2);
+    entry.article[strarticle.art_li2] = QStringLiteral("NOUVEAU");
+    EXPECT_EQ(test::dataErrorOf([&] { save(entry, before); }), DataError::RecordChanged);
+    EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
+}
+
+TEST_F(ArticleFiles, AreNotDeletedWhileTheyHaveStockOrOrders) {
+    dossier.receive(QStringLiteral("HIP"), 1);
+    const auto remove = [&](const char* reference) { return refusalOf([&] { articles::remove(molven, QString::fromLatin1(reference)); }); };
+    EXPECT_EQ(remove("HIP"), QStringLiteral("Cet article a des produits en stock/en commande"));
+    molven.update(strarticle, {{strarticle.art_cdef, QStringLiteral("1")}}, strarticle.art_ref == QStringLiteral("CUP"));
+    EXPECT_EQ(remove("CUP"), QStringLiteral("Cet article a des produits en stock/en commande"));
+    EXPECT_EQ(remove("FEE"), QStringLiteral("(accepté)"));
+    EXPECT_EQ(remove("FEE"), QStringLiteral("Aucun article sélectionné"));
+}
+
+TEST_F(ArticleFiles, OfClientsCheckTheirCodes) {
+    const std::pair<const char*, void (*)(Record&)> cases[] = {
+        {" N° Client obligatoire", [](Record& c) { c[strclient.clt_cod] = QString(); }},
+        {"code invalide", [](Record& c) { c[strclient.clt_cod] = QStringLiteral("AB"); }},
+        {" Nom obligatoire", [](Record& c) { c[strclient.clt_nom] = QStringLiteral(" "); }},
+        {"N° Compte incorrect", [](Record& c) { c[strclient.clt_cpt] = QStringLiteral("000000"); }},
+        {"Mode de règlement inconnu", [](Record& c) { c[strclient.clt_rgt] = QStringLiteral("99"); }},
+        {"Dépôt inconnu", [](Record& c) { c[strclient.clt_dep] = QStringLiteral("999"); }},
+        {"Code remise incorrect", [](Record& c) { c[strclient.clt_rem] = QStringLiteral("Z"); }},
+        {"Ce code existe déjà", [](Record& c) { c[strclient.clt_cod] = QStringLiteral("1"); }},
+        {"(accepté)", [](Record&) {}}};
+    for (const auto& [message, spoil] : cases) {
+        Record client = parties::blankClient(molven);
+        client[strclient.clt_nom] = QStringLiteral("L'HÔTEL-DIEU");
+        spoil(client);
+        EXPECT_EQ(refusalOf([&] { parties::saveClient(molven, client, std::nullopt); }), QString::fromUtf8(message));
+    }
+    EXPECT_EQ(molven.count(strclient, strclient.clt_nom == QStringLiteral("L'HÔTEL-DIEU")), 1);
+    EXPECT_EQ(parties::blankClient(molven).value(strclient.clt_cod), QStringLiteral("000004"));
+}
+
+namespace {
+
+struct DueCase {
+    int days;
+    const char* endOfMonth;
+    int day;
+    const char* from;
+    const char* due;
+};
+
+} // namespace
+
+class DueDates : public testing::TestWithParam<DueCase> {};
+
+TEST_P(DueDates, FollowDaysThenEndOfMonthThenDay) {
+    const DueCase& c = GetParam();
+    Record mode(strparrgt);
+    mode[strparrgt.nbj_rglt] = Decimal(c.days);
+    mode[strparrgt.fdm_rglt] = QString::fromLatin1(c.endOfMonth);
+    mode[strparrgt.jou_rglt] = Decimal(c.day);
+    EXPECT_EQ(parameters::dueDate(mode, QDate::fromString(QString::fromLatin1(c.from), QStringLiteral("dd/MM/yyyy"))), QString::fromLatin1(c.due));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTheTrade, DueDates,
+                         testing::Values(DueCase{30, "N", 0, "31/01/2026", "02/03/2026"}, DueCase{30, "O", 0, "31/01/2026", "31/03/2026"},
+                                         DueCase{0, "N", 0, "10/03/2026", "10/03/2026"}, DueCase{60, "N", 10, "15/03/2026", "10/06/2026"},
+                                         DueCase{30, "O", 10, "15/03/2026", "10/05/2026"}, DueCase{0, "N", 31, "15/02/2026", "28/02/2026"},
+                                         DueCase{30, "O", 0, "15/01/2028", "29/02/2028"}));
+
+TEST_F(ArticleFiles, OfListsKeepOneCodeTwiceInTwoLists) {
+    Record entry(strparam);
+    entry[strparam.cod_par] = list::Surgeon;
+    entry[strparam.num_par] = QStringLiteral("101");
+    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral(" Libellé obligatoire"));
+    entry[strparam.lib_par] = QStringLiteral("DR D'ESSAI");
+    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral("(accepté)"));
+    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral("Ce code existe déjà"));
+    const Record read = parameters::find(molven, list::Surgeon, QStringLiteral("101")).value();
+    entry[strparam.lib_par] = QStringLiteral("PR D'ESSAI");
+    parameters::change(molven, entry, read);
+    EXPECT_EQ(test::dataErrorOf([&] { parameters::change(molven, entry, read); }), DataError::RecordChanged);
+    parameters::remove(molven, list::Surgeon, QStringLiteral("101"));
+    EXPECT_EQ(parameters::label(molven, list::Depot, QStringLiteral("101")), QStringLiteral("DEPOT 101"));
+    EXPECT_EQ(refusalOf([&] { parameters::change(molven, entry, read); }), QStringLiteral("Ce code n'existe pas"));
+}
+
+} // namespace molven

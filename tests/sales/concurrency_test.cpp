@@ -1,0 +1,189 @@
+#include "support/dossier.h"
+
+#include "dossier/check.h"
+#include "sales/documents.h"
+#include "sales/integration.h"
+#include "sales/numbering.h"
+#include "stock/units.h"
+
+#include <QSet>
+
+#include <csignal>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace molven {
+
+using test::Dossier;
+
+namespace {
+
+constexpr int Stations = 2;
+constexpr int DocumentsEach = 25;
+
+/// Runs a workstation in a process of its own; answers how it ended.
+template <class Work>
+pid_t station(const Work& work) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    try {
+        work();
+        _exit(0);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        _exit(1);
+    }
+}
+
+int ended(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+/// A delivery note with the first two units in stock: header and lines in one transaction, as one document.
+void deliverTwo(const Session& session) {
+    SalesBook book(session, documentKind(QStringLiteral("LIV")));
+    Transaction transaction(book.workspace);
+    const Record header = test::newDocument(book);
+    QList<document_lines::Draft> drafts;
+    Recordset units = book.molven.select(strproduit, strproduit.tes_vte == state::InStock, strproduit.imm_art);
+    for (int i = 0; i < 2; ++i) drafts.append(test::lineOfUnit(book, header, units.at(i)[strproduit.imm_art]));
+    document_lines::add(book, header, drafts);
+    transaction.commit();
+}
+
+/// Kills this process at the n-th time that the data engine touches the disk, in the midst of a write included.
+class Killer {
+public:
+    static void arm(int n) {
+        left_ = n;
+        sqlite3_vfs* disk = sqlite3_vfs_find(nullptr);
+        for (const char* call : {"pwrite", "pwrite64"}) {
+            const auto original = disk->xGetSystemCall(disk, call);
+            if (!original) continue;
+            (call[6] ? write64_ : write_) = reinterpret_cast<Write>(original);
+            disk->xSetSystemCall(disk, call, reinterpret_cast<sqlite3_syscall_ptr>(call[6] ? &killingWrite64 : &killingWrite));
+        }
+        unlink_ = reinterpret_cast<Unlink>(disk->xGetSystemCall(disk, "unlink"));
+        disk->xSetSystemCall(disk, "unlink", reinterpret_cast<sqlite3_syscall_ptr>(&killingUnlink));
+    }
+
+private:
+    using Write = ssize_t (*)(int, const void*, size_t, off_t);
+    using Unlink = int (*)(const char*);
+
+    static bool isLast() { return --left_ == 0; }
+    static ssize_t through(Write write, int file, const void* bytes, size_t size, off_t at) {
+        if (!isLast()) return write(file, bytes, size, at);
+        write(file, bytes, size / 2, at); // torn
+        kill(getpid(), SIGKILL);
+        return -1;
+    }
+    static ssize_t killingWrite(int file, const void* bytes, size_t size, off_t at) { return through(write_, file, bytes, size, at); }
+    static ssize_t killingWrite64(int file, const void* bytes, size_t size, off_t at) { return through(write64_, file, bytes, size, at); }
+    static int killingUnlink(const char* path) {
+        if (isLast()) kill(getpid(), SIGKILL);
+        return unlink_(path);
+    }
+
+    static inline int left_ = 0;
+    static inline Write write_ = nullptr, write64_ = nullptr;
+    static inline Unlink unlink_ = nullptr;
+};
+
+QStringList faultsOf(const Session& session) {
+    QStringList lines;
+    for (const check::Fault& fault : check::run(session)) lines.append(fault.file + u' ' + fault.subject + u' ' + fault.text);
+    return lines;
+}
+
+/// A document whose writing is cut short.
+struct Deed {
+    const char* name;
+    const DocumentHeaders& headers;
+    const DocumentLines& lines;
+    void (*prepare)(Dossier&);
+    void (*act)(const Session&);
+};
+
+void invoiceFirstNote(const Session& session) {
+    SalesBook invoices(session, documentKind(QStringLiteral("FAC")));
+    Transaction transaction(invoices.workspace);
+    const Record invoice = test::newDocument(invoices);
+    const Recordset notes = integration::openDeliveryNotes(invoices, invoice);
+    integration::integrate(invoices, invoice, notes.at(0)[strlive.fac_no]);
+    transaction.commit();
+}
+
+void writeNotes(Dossier& dossier) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 400);
+    for (int i = 0; i < 200; ++i) dossier.document(QStringLiteral("LIV"), units.mid(i * 2, 2));
+}
+
+qint64 countOf(const Session& session, const Table& table, const Criterion& criterion = {}) {
+    Workspace workspace;
+    return workspace.open(session.vente()).count(table, criterion);
+}
+
+} // namespace
+
+TEST(Workstations, NeverDrawTheSameNumberNorLoseAnUpdate) {
+    Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), Stations * DocumentsEach * 2);
+    QList<pid_t> stations;
+    for (int i = 0; i < Stations; ++i)
+        stations.append(station([&] {
+            for (int document = 0; document < DocumentsEach; ++document) {
+                deliverTwo(dossier.session);
+                Workspace workspace;
+                receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(), Dossier::receipt(QStringLiteral("CUP"), 1));
+            }
+        }));
+    for (const pid_t child : stations) EXPECT_EQ(ended(child), 0);
+
+    Workspace workspace;
+    Database vente = workspace.open(dossier.session.vente());
+    QSet<QString> numbers;
+    for (const Record& note : vente.select(strlive)) numbers.insert(note[strlive.fac_no]);
+    EXPECT_EQ(numbers.size(), Stations * DocumentsEach);
+    EXPECT_EQ(vente.greatest(strlive, strlive.fac_no), QStringLiteral("%1").arg(Stations * DocumentsEach, 6, 10, QLatin1Char('0')));
+    EXPECT_EQ(dossier.stock(QStringLiteral("CUP")), Decimal(Stations * DocumentsEach));
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
+}
+
+class KilledWriters : public testing::TestWithParam<Deed> {};
+
+TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
+    const Deed& deed = GetParam();
+    Dossier dossier;
+    deed.prepare(dossier);
+    bool finished = false;
+    int kills = 0;
+    for (int n = 1; !finished; ++n) {
+        ASSERT_LT(n, 200) << "the document never ends";
+        const qint64 before = countOf(dossier.session, deed.headers);
+        const int status = ended(station([&] {
+            Killer::arm(n);
+            deed.act(dossier.session);
+        }));
+        finished = !WIFSIGNALED(status);
+        if (finished)
+            ASSERT_EQ(status, 0);
+        else
+            ++kills;
+        const qint64 documents = countOf(dossier.session, deed.headers);
+        ASSERT_TRUE(documents == before || documents == before + 1) << "killed at write " << n;
+        ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * 2) << "killed at write " << n;
+        ASSERT_EQ(faultsOf(dossier.session), QStringList()) << "killed at write " << n;
+    }
+    EXPECT_GT(kills, 50);
+}
+
+INSTANTIATE_TEST_SUITE_P(AtAnyWrite, KilledWriters,
+                         testing::Values(Deed{"delivery", strlive, strlivl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
+                                         Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+} // namespace molven
