@@ -130,9 +130,9 @@ Form& Player::window() {
 }
 
 void Player::start(const QStringList&) {
-    desk_.reset();
     auto prompt = std::make_unique<ScriptedPrompt>();
-    if (prompt_) prompt->unchecked = prompt_->unchecked;
+    if (prompt_) prompt->unchecked = prompt_->unchecked; // messages of the run that ends are still to be checked
+    desk_.reset();
     auto printer = std::make_unique<KeepingPrinter>(out_);
     prompt_ = prompt.get();
     printer_ = printer.get();

@@ -205,6 +205,8 @@ void LineEntry::takeAmounts() {
         return *value;
     };
     Record& line = draft_.line;
+    line[table_.fac_lg] = typed(table_.fac_lg);
+    line[table_.fac_li1] = typed(table_.fac_li1);
     line[table_.fac_qte] = number(table_.fac_qte);
     line[table_.fac_px] = number(table_.fac_px);
     line[table_.fac_remx] = number(table_.fac_remx);

@@ -1,0 +1,50 @@
+#include "support/dossier.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+
+namespace molven {
+
+namespace {
+
+struct Outcome {
+    int code;
+    QString out, err;
+};
+
+Outcome molvenctl(const QStringList& arguments) {
+    QProcess process;
+    process.start(QStringLiteral(MOLVEN_PROGRAMS "/molvenctl"), arguments);
+    EXPECT_TRUE(process.waitForFinished(60'000));
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+}
+
+} // namespace
+
+TEST(Molvenctl, EndsWithTwoForAWrongCall) {
+    for (const QStringList& call : {QStringList{}, QStringList{"danse"}, QStringList{"check"}, QStringList{"check", "a", "b"}, QStringList{"check", "a", "--rien"}}) {
+        const Outcome outcome = molvenctl(call);
+        EXPECT_EQ(outcome.code, 2) << call.join(u' ').toStdString();
+        EXPECT_FALSE(outcome.err.isEmpty());
+    }
+}
+
+TEST(Molvenctl, CreatesChecksAndTracesAnInstallation) {
+    QTemporaryDir folder;
+    const QString home = folder.filePath(QStringLiteral("l'installation"));
+    EXPECT_EQ(molvenctl({"create", home, "--code", "LB", "--nom", "SOCIÉTÉ D'ÉTÉ"}).code, 0);
+    const Outcome again = molvenctl({"create", home, "--code", "LB", "--nom", "X"});
+    EXPECT_EQ(again.code, 1);
+    EXPECT_FALSE(again.err.isEmpty());
+    EXPECT_EQ(molvenctl({"check", home}).out, QStringLiteral("dossier sain\n"));
+    EXPECT_EQ(molvenctl({"trace", home, "26030001"}).err, QStringLiteral("Immatriculation inconnue\n"));
+    QFile::remove(home + QStringLiteral("/data/mail.mdb"));
+    const Outcome broken = molvenctl({"check", home, "--json"});
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_EQ(QJsonDocument::fromJson(broken.out.toUtf8()).array().size(), 1);
+    EXPECT_EQ(molvenctl({"check", folder.path()}).code, 1);
+    EXPECT_EQ(molvenctl({"demo", folder.filePath(QStringLiteral("d")), "--unites", "-3"}).code, 1);
+}
+
+} // namespace molven

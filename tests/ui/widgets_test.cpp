@@ -1,0 +1,116 @@
+#include "ui/form.h"
+#include "ui/grid.h"
+
+#include "play/stand_ins.h"
+#include "reference/parameter_tables.h"
+#include "screens/screens.h"
+#include "support/dossier.h"
+#include "ui/edit.h"
+#include "ui/printer.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QTest>
+
+namespace molven {
+
+namespace {
+
+QList<Record> vatCodes() {
+    QList<Record> rows;
+    for (const auto& [code, label, rate] : {std::tuple("1", "réduit; \"5,5\"", "5.5"), std::tuple("2", "Normal", "20"), std::tuple("3", "été", "10")}) {
+        Record row(strparfac);
+        row[strparfac.par1_cde] = QString::fromUtf8(code);
+        row[strparfac.par1_lib] = QString::fromUtf8(label);
+        row[strparfac.par1_tx] = *Decimal::parse(QString::fromLatin1(rate));
+        rows.append(row);
+    }
+    return rows;
+}
+
+class VatGrid : public testing::Test {
+protected:
+    VatGrid()
+        : grid(QStringLiteral("DBGrid1"),
+               {{&strparfac.par1_cde, QStringLiteral("Code")}, {&strparfac.par1_lib, QStringLiteral("Libellé")}, {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")}},
+               nullptr) {
+        grid.rows().setRecords(vatCodes());
+    }
+    QString codes() {
+        QString text;
+        for (int row = 0; row < grid.rows().rowCount(); ++row) text += grid.rows().text(row, 0);
+        return text;
+    }
+    Grid grid;
+};
+
+} // namespace
+
+TEST_F(VatGrid, KeepsItsOrderUntilAHeaderIsClickedAndSortsNumbersAsNumbers) {
+    EXPECT_EQ(codes(), QStringLiteral("123"));
+    grid.sortByColumn(2, Qt::AscendingOrder);
+    EXPECT_EQ(codes(), QStringLiteral("132"));
+    grid.sortByColumn(2, Qt::DescendingOrder);
+    EXPECT_EQ(codes(), QStringLiteral("231"));
+    grid.sortByColumn(1, Qt::AscendingOrder);
+    EXPECT_EQ(codes(), QStringLiteral("321"));
+}
+
+TEST_F(VatGrid, FiltersWithoutRegardToAccentsAndCopiesTheChosenRow) {
+    QTest::keyClicks(&grid, QStringLiteral("ete"));
+    EXPECT_EQ(codes(), QStringLiteral("3"));
+    QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("3\tété\t10,00"));
+    QTest::keyClick(&grid, Qt::Key_Escape);
+    EXPECT_EQ(codes(), QStringLiteral("123"));
+}
+
+TEST_F(VatGrid, ExportsWhatItShowsForASpreadsheet) {
+    EXPECT_EQ(grid.csv(), QStringLiteral("Code;Libellé;Taux\r\n1;\"réduit; \"\"5,5\"\"\";5,50\r\n2;Normal;20,00\r\n3;été;10,00\r\n"));
+}
+
+TEST(DataErrors, AreShownWithTheEnginesOwnListOnlyWhenItHasOne) {
+    play::ScriptedPrompt prompt;
+    showDataError(prompt, DataError(3197, QStringLiteral("Modifié ailleurs.")));
+    EXPECT_EQ(prompt.unchecked.dequeue(), QStringLiteral("L'erreur suivante s'est produite:\r\n\r\nModifié ailleurs.\r\nNuméro d'erreur: 3197"));
+    prompt.answers.append({true, false});
+    const DataError listed(11, QStringLiteral("Endommagé."), {{11, QStringLiteral("malformed")}});
+    showDataError(prompt, listed);
+    EXPECT_TRUE(prompt.unchecked.dequeue().endsWith(QStringLiteral("Numéro d'erreur: 11\r\n\r\nAfficher la liste des erreurs d'accès aux données?")));
+    EXPECT_EQ(prompt.unchecked.dequeue(), QStringLiteral("11 : malformed"));
+    showDataError(prompt, listed);
+    EXPECT_EQ(prompt.unchecked.size(), 1);
+    prompt.unchecked.clear();
+    showDataError(prompt, DataError(7, QStringLiteral("Autre."), {{11, QStringLiteral("malformed")}}));
+    EXPECT_FALSE(prompt.unchecked.dequeue().contains(QStringLiteral("Afficher")));
+}
+
+TEST(DateBoxes, AreEmptyWithoutDigits) {
+    DateBox box;
+    EXPECT_EQ(box.displayText(), QStringLiteral("__/__/____"));
+    EXPECT_EQ(box.value(), QString());
+    box.put(QStringLiteral("05/03/2026"));
+    EXPECT_EQ(box.value(), QStringLiteral("05/03/2026"));
+}
+
+TEST(Desks, RefuseASecondCopyAndShowAFileThatIsMissing) {
+    const test::Dossier dossier;
+    auto prompt = std::make_unique<play::ScriptedPrompt>();
+    play::ScriptedPrompt& said = *prompt;
+    Desk desk(dossier.folder(), std::move(prompt), std::make_unique<play::KeepingPrinter>(QString()));
+    desk.isAlreadyRunning = [] { return true; };
+    startProgram(desk);
+    EXPECT_EQ(said.unchecked.dequeue(), QStringLiteral("Ce programme est déjà lancé"));
+
+    desk.session = dossier.session;
+    desk.session.chemin_tri = QStringLiteral("/nulle/part/");
+    said.answers.append(false);
+    EXPECT_EQ(desk.open(QStringLiteral("T_etibarre")), nullptr);
+    EXPECT_TRUE(said.unchecked.dequeue().contains(QStringLiteral("/nulle/part/tri.mdb")));
+    Form* unbuilt = desk.open(QStringLiteral("T_staedt"), QStringLiteral("51"), QStringLiteral("c.a. par &Clients  "));
+    ASSERT_NE(unbuilt, nullptr);
+    EXPECT_EQ(unbuilt->windowTitle(), QStringLiteral("c.a. par Clients"));
+}
+
+} // namespace molven
