@@ -18,6 +18,14 @@ void Edit::put(const QString& newText) {
     setCursorPosition(0);
 }
 
+void Edit::setEditable(bool editable) {
+    setReadOnly(!editable);
+    setFocusPolicy(editable ? Qt::StrongFocus : Qt::ClickFocus);
+    QPalette colours = parentWidget() ? parentWidget()->palette() : QPalette();
+    if (!editable) colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    setPalette(colours);
+}
+
 QString Edit::value() const {
     if (inputMask().isEmpty()) return text();
     return isEmptyDate(text()) ? QString() : text();

@@ -17,6 +17,8 @@ public:
     bool leaveIfChanged();
     /// Sets a text as the program does: leaving afterwards runs nothing.
     void put(const QString& text);
+    /// A box that cannot be typed into looks so, and is left out of the keyboard's way.
+    void setEditable(bool editable);
     /// The text as rules want it: a masked box without digits is empty.
     QString value() const;
 

@@ -3,6 +3,7 @@
 #include "ui/grid.h"
 
 #include <QFrame>
+#include <QPointer>
 
 class QLabel;
 

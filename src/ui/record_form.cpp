@@ -84,7 +84,7 @@ void RecordForm::setState(State state) {
         panel_->setEditableOnly({&description_->key});
     else
         panel_->setEditable(true);
-    if (state == State::Changing) panel_->edit(description_->key)->setReadOnly(true);
+    if (state == State::Changing) panel_->edit(description_->key)->setEditable(false);
     list_->setEnabled(!editing);
     for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!editing);
     for (QPushButton* made : {validate_, abandon_}) made->setEnabled(editing);

@@ -134,8 +134,11 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-    return columns_[section].title;
+    if (orientation != Qt::Horizontal) return {};
+    if (role == Qt::DisplayRole) return columns_[section].title;
+    if (role == Qt::TextAlignmentRole && columns_[section].field->kind == Field::Kind::Number)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
 }
 
 void RecordModel::sort(int column, Qt::SortOrder order) {

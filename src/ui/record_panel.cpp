@@ -14,15 +14,6 @@ namespace molven {
 
 namespace {
 
-/// A box that cannot be typed into is left out of the keyboard's way.
-void setReadOnly(Edit* edit, bool readOnly) {
-    edit->setReadOnly(readOnly);
-    edit->setFocusPolicy(readOnly ? Qt::ClickFocus : Qt::StrongFocus);
-    QPalette palette = edit->parentWidget()->palette();
-    if (readOnly) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-    edit->setPalette(palette);
-}
-
 Edit* makeEdit(const FieldBox& box, QWidget* parent) {
     const Field& field = *box.field;
     const bool isMonth = field.size == 7;
@@ -35,7 +26,7 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
         if (field.size > 0) made->setMaxLength(field.size);
     }
     if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
-    setReadOnly(made, box.readOnly);
+    made->setEditable(!box.readOnly);
     return made;
 }
 
@@ -120,12 +111,17 @@ void RecordPanel::store(Record& record) const {
     }
 }
 
+void RecordPanel::open(const FieldBox& box, bool editable) {
+    edits_[box.field]->setEditable(editable);
+    if (QAbstractButton* list = listButton(*box.field)) list->setEnabled(editable);
+}
+
 void RecordPanel::setEditable(bool editable) {
-    for (const FieldBox& box : boxes_) setReadOnly(edits_[box.field], box.readOnly || !editable);
+    for (const FieldBox& box : boxes_) open(box, editable && !box.readOnly);
 }
 
 void RecordPanel::setEditableOnly(const QList<const Field*>& fields) {
-    for (const FieldBox& box : boxes_) setReadOnly(edits_[box.field], !fields.contains(box.field));
+    for (const FieldBox& box : boxes_) open(box, fields.contains(box.field));
 }
 
 } // namespace molven

@@ -45,6 +45,7 @@ public:
 
 private:
     QLayout* lineOf(const FieldBox& box, Edit* edit);
+    void open(const FieldBox& box, bool editable);
 
     QList<FieldBox> boxes_;
     QHash<const Field*, Edit*> edits_;

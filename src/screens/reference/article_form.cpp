@@ -151,7 +151,7 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
 void ArticleForm::erase(const Record& record) { articles::remove(molven_, record[strarticle.art_ref]); }
 
 void ArticleForm::stateChanged() {
-    for (Edit* edit : {kind_, stocked_, followed_}) edit->setReadOnly(state() == State::Viewing);
+    for (Edit* edit : {kind_, stocked_, followed_}) edit->setEditable(state() != State::Viewing);
     if (state() == State::Changing) return;
     const articles::Entry entry = record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
                                       ? articles::entryOf(*record())

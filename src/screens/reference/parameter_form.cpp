@@ -80,7 +80,7 @@ QLayout* ParameterForm::buttonRow() {
 
 void ParameterForm::setAdding(bool adding) {
     adding_ = adding;
-    panel_->edit(strparam.num_par)->setReadOnly(!adding);
+    panel_->edit(strparam.num_par)->setEditable(adding);
     grid_->setEnabled(!adding);
     for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!adding);
     validate_->setEnabled(adding);

@@ -52,8 +52,7 @@ void LineEntry::build() {
     const auto category = [this](const QString& name) {
         auto* made = new Edit(this);
         made->setObjectName(name);
-        made->setReadOnly(true);
-        made->setFocusPolicy(Qt::NoFocus);
+        made->setEditable(false);
         made->setFixedWidth(44);
         return made;
     };

@@ -1,0 +1,77 @@
+#include "dossier.h"
+
+#include "data/database.h"
+#include "dossier/creation.h"
+#include "dossier/demo_reference.h"
+#include "reference/articles.h"
+#include "sales/document_tables.h"
+#include "stock/units.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+
+namespace molven::bench {
+
+namespace {
+
+constexpr int UnitsPerMonth = 9000;
+
+void fillUnits(Database molven, Database vente, int count) {
+    Record unit(strproduit), header(strlive), line(strlivl), hidden(strlivl);
+    unit[strproduit.ref_art] = Article;
+    unit[strproduit.pro_li1] = QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE 1");
+    unit[strproduit.pro_typ] = QStringLiteral("N");
+    unit[strproduit.pro_ann] = QStringLiteral("20");
+    unit[strproduit.dat_per] = QStringLiteral("12/2031");
+    header[strlive.fac_clt] = line[strlivl.fac_clt] = Client;
+    header[strlive.fac_lg] = QStringLiteral("ENT");
+    header[strlive.fac_cpt] = QStringLiteral("N");
+    header[strlive.fac_aa] = line[strlivl.fac_aa] = hidden[strlivl.fac_aa] = QStringLiteral("2026");
+    hidden[strlivl.fac_lg] = QStringLiteral("000");
+    line[strlivl.fac_lg] = QStringLiteral("001");
+    line[strlivl.fac_ref] = Article;
+    line[strlivl.fac_qte] = Decimal(1);
+    int documents = 0;
+    for (int i = 0; i < count; ++i) {
+        const QDate month = QDate(2016, 1, 1).addMonths(i / UnitsPerMonth);
+        const QString number = month.toString(QStringLiteral("yyMM")) + QString::number(i % UnitsPerMonth + 1).rightJustified(4, u'0');
+        const bool delivered = i % 10 < 3 && documents < 300'000;
+        const QString document = delivered ? QString::number(++documents).rightJustified(6, u'0') : QString();
+        unit[strproduit.imm_art] = number;
+        unit[strproduit.lot_art] = QStringLiteral("LOT%1").arg(i / 500);
+        unit[strproduit.tes_vte] = delivered ? state::Delivered : state::InStock;
+        unit[strproduit.num_dep] = delivered ? QStringLiteral("101") : QStringLiteral("001");
+        unit[strproduit.num_vte] = document;
+        unit[strproduit.reg_pat] = delivered ? QStringLiteral("PATIENT %1").arg(i) : QString();
+        molven.insert(unit);
+        if (!delivered) continue;
+        header[strlive.fac_no] = line[strlivl.fac_no] = hidden[strlivl.fac_no] = document;
+        line[strlivl.fac_imm] = number;
+        vente.insert(header);
+        vente.insert(hidden);
+        vente.insert(line);
+    }
+    articles::moveStock(molven, Article, Decimal(count));
+}
+
+} // namespace
+
+Session generate(const QString& folder, int units) {
+    const QString complete = folder + QStringLiteral("/complet");
+    if (QFile::exists(complete)) return creation::open(folder);
+    QDir(folder).removeRecursively();
+    const Session session = creation::create({folder, QStringLiteral("CE"), QStringLiteral("BANC D'ESSAI"), false});
+    demo::Dice dice(1);
+    demo::fillReference(session, dice);
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database vente = workspace.open(session.vente());
+    Transaction transaction(workspace);
+    fillUnits(molven, vente, units);
+    transaction.commit();
+    QFile mark(complete);
+    return mark.open(QIODevice::WriteOnly) ? session : Session();
+}
+
+} // namespace molven::bench

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "shell/session.h"
+
+namespace molven::bench {
+
+/// A dossier of that many units, made once and kept in `folder`: three units in ten were delivered, one delivery note
+/// takes one unit. The benches write into a copy of it.
+Session generate(const QString& folder, int units);
+
+/// Client of every document, and the article of every unit received by the benches.
+inline const QString Client = QStringLiteral("000001");
+inline const QString Article = QStringLiteral("CFG001");
+
+} // namespace molven::bench

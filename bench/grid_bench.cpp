@@ -1,0 +1,72 @@
+#include "bare_engine.h"
+#include "bench.h"
+
+#include "data/database.h"
+#include "stock/unit_tables.h"
+#include "ui/grid.h"
+#include "ui/pick_lists.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QFile>
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace molven::bench {
+
+namespace {
+
+constexpr int PageSize = 128;
+
+double residentMegabytes() {
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly)) return 0;
+    const QList<QByteArray> fields = statm.readAll().split(' ');
+    return fields.value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+void openGrid(benchmark::State& state) {
+    double grown = 0;
+    for (auto _ : state) {
+        const double before = residentMegabytes();
+        Workspace workspace;
+        Database molven = workspace.open(session().molven());
+        Grid grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), nullptr);
+        grid.resize(1200, 700);
+        grid.rows().setQuery([&molven](const Criterion& filter, const Order& order) {
+            return molven.select(strproduit, filter, order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+        });
+        grid.show();
+        grid.selectRow(grid.rows().rowCount() - 1);
+        QApplication::processEvents();
+        grown = std::max(grown, residentMegabytes() - before);
+    }
+    state.counters["grown_MB"] = grown;
+    state.counters["process_MB"] = residentMegabytes();
+}
+
+/// The same reads: every key in order, then the first and the last page of records.
+void openBare(benchmark::State& state) {
+    for (auto _ : state) {
+        BareEngine engine({session().molven()});
+        const auto keys = engine.prepare(QStringLiteral("select rowid from strproduit order by pro_ann,imm_art,rowid"));
+        std::vector<sqlite3_int64> found;
+        while (sqlite3_step(keys.get()) == SQLITE_ROW) found.push_back(sqlite3_column_int64(keys.get(), 0));
+        const auto record = engine.prepare(QStringLiteral("select * from strproduit where rowid = ?"));
+        const std::size_t lastPage = (found.size() - 1) / PageSize * PageSize;
+        for (const std::size_t first : {std::size_t{0}, lastPage})
+            for (std::size_t i = first; i < std::min(first + PageSize, found.size()); ++i)
+                BareEngine::run(record, {QByteArray::number(found[i])});
+    }
+}
+
+} // namespace
+
+void registerGrid() {
+    for (const auto& [name, function] : {std::pair("unit_grid_to_its_end/molven", &openGrid), std::pair("unit_grid_to_its_end/bare", &openBare)})
+        benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3)->Repetitions(5)->ReportAggregatesOnly();
+}
+
+} // namespace molven::bench

@@ -1,0 +1,95 @@
+#include "bench.h"
+#include "dossier.h"
+
+#include "data/database.h"
+#include "dossier/creation.h"
+#include "stock/units.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <map>
+
+namespace molven::bench {
+
+namespace {
+
+Session current;
+
+/// Prints, behind the usual table, how many times the bare engine's time each deed takes.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs)
+            if (run.aggregate_name == "median") medians_[run.run_name.function_name] = run.GetAdjustedRealTime();
+    }
+
+    void Finalize() override {
+        ConsoleReporter::Finalize();
+        std::printf("\n%-28s %12s %12s %8s\n", "median", "molven ms", "bare ms", "ratio");
+        for (const auto& [name, time] : medians_) {
+            const std::size_t slash = name.find("/molven");
+            if (slash == std::string::npos) continue;
+            const std::string deed = name.substr(0, slash);
+            const double bare = medians_[deed + "/bare"];
+            std::printf("%-28s %12.3f %12.3f %8.2f\n", deed.c_str(), time, bare, time / bare);
+        }
+    }
+
+private:
+    std::map<std::string, double> medians_;
+};
+
+void copyFolder(const QString& from, const QString& to) {
+    QDir().mkpath(to);
+    for (const QFileInfo& entry : QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
+        const QString target = to + u'/' + entry.fileName();
+        if (entry.isDir())
+            copyFolder(entry.filePath(), target);
+        else
+            QFile::copy(entry.filePath(), target);
+    }
+}
+
+} // namespace
+
+const Session& session() { return current; }
+
+QString tracedUnit() {
+    Workspace workspace;
+    Database molven = workspace.open(current.molven());
+    const Recordset delivered = molven.select(strproduit, strproduit.tes_vte == state::Delivered);
+    return delivered.at(delivered.count() / 2)[strproduit.imm_art];
+}
+
+} // namespace molven::bench
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    benchmark::Initialize(&argc, argv);
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addOptions({{QStringLiteral("units"), QStringLiteral("units of the dossier"), QStringLiteral("N"), QStringLiteral("100000")},
+                       {QStringLiteral("dossier"), QStringLiteral("folder that keeps generated dossiers"), QStringLiteral("DIR"),
+                        QApplication::applicationDirPath() + QStringLiteral("/../bench-dossiers")}});
+    parser.process(application);
+    const int units = parser.value(QStringLiteral("units")).toInt();
+    const QString folder = QDir(parser.value(QStringLiteral("dossier"))).absoluteFilePath(QString::number(units));
+    std::printf("dossier of %d units: %s\n", units, qPrintable(QDir::cleanPath(folder)));
+    molven::bench::generate(folder, units);
+
+    const QTemporaryDir copy;
+    molven::bench::copyFolder(folder, copy.path());
+    molven::bench::current = molven::creation::open(copy.path());
+    molven::bench::registerRules();
+    molven::bench::registerGrid();
+    molven::bench::RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return 0;
+}
