@@ -5,8 +5,6 @@
 #include "data/sqlite_engine.h"
 
 #include <QFile>
-#include <QVariant>
-
 namespace molven {
 
 namespace {
@@ -45,12 +43,12 @@ void Database::create(const QString& path, const QList<const Table*>& tables) {
     if (QFile::exists(path))
         throw DataError(DataError::CannotOpen, QStringLiteral("Le fichier '%1' existe déjà.").arg(path));
     Workspace workspace;
-    workspace.connectTo(path);
-    workspace.run(QStringLiteral("pragma application_id=%1").arg(sqlite::ApplicationId)).finish();
-    workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion)).finish();
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::New);
+    workspace.run(QStringLiteral("pragma application_id=%1").arg(sqlite::ApplicationId));
+    workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
     Transaction transaction(workspace);
     for (const Table* table : tables)
-        for (const QString& statement : creation(*table)) workspace.run(statement).finish();
+        for (const QString& statement : creation(*table)) workspace.run(statement);
     transaction.commit();
 }
 
@@ -59,97 +57,81 @@ Recordset Database::select(const Table& table, const Criterion& criterion, const
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
-    QString sql = QStringLiteral("select %1 from %2").arg(RowReader::columns(table), qualified(table)) + where(criterion);
+    QString sql = QStringLiteral("select ") + table.columns() + QStringLiteral(" from ") + qualified(table) + where(criterion);
     if (!order.terms.isEmpty()) sql += QStringLiteral(" order by ") + order.terms.join(u',');
-    QSqlQuery& row = workspace_->run(sql + QStringLiteral(" limit 1"), criterion.values);
+    Statement& row = workspace_->run(sql + QStringLiteral(" limit 1"), criterion.values);
     std::optional<Record> found;
     if (row.next()) found = RowReader::read(row, table, 0);
     row.finish();
     return found;
 }
 
-qint64 Database::count(const Table& table, const Criterion& criterion) {
-    QSqlQuery& row = workspace_->run(QStringLiteral("select count(*) from ") + qualified(table) + where(criterion),
-                                     criterion.values);
-    const qint64 result = row.next() ? row.value(0).toLongLong() : 0;
+QString Database::firstValue(const QString& sql, const QStringList& values) {
+    Statement& row = workspace_->run(sql, values);
+    const QString value = row.next() ? row.text(0) : QString();
     row.finish();
-    return result;
+    return value;
+}
+
+QString Database::aggregate(const QString& function, const Table& table, const Criterion& criterion) {
+    return firstValue(QStringLiteral("select %1 from %2").arg(function, qualified(table)) + where(criterion), criterion.values);
+}
+
+qint64 Database::count(const Table& table, const Criterion& criterion) {
+    return aggregate(QStringLiteral("count(*)"), table, criterion).toLongLong();
 }
 
 QString Database::greatest(const Table& table, const Field& field, const Criterion& criterion) {
-    QSqlQuery& row =
-        workspace_->run(QStringLiteral("select max(%1) from %2").arg(field.name, qualified(table)) + where(criterion),
-                        criterion.values);
-    const QString result = row.next() ? row.value(0).toString() : QString();
-    row.finish();
-    return result;
+    return aggregate(QStringLiteral("max(%1)").arg(field.name), table, criterion);
 }
 
 Decimal Database::sum(const Table& table, const Number& field, const Criterion& criterion) {
-    QSqlQuery& row =
-        workspace_->run(QStringLiteral("select sum(%1) from %2").arg(field.name, qualified(table)) + where(criterion),
-                        criterion.values);
-    const Decimal result = row.next() ? Decimal::fromText(row.value(0).toString()) : Decimal();
-    row.finish();
-    return result;
+    return Decimal::fromText(aggregate(QStringLiteral("sum(%1)").arg(field.name), table, criterion));
 }
 
 QHash<QString, qint64> Database::countBy(const Table& table, const Field& field, const Criterion& criterion) {
-    QSqlQuery& rows = workspace_->run(QStringLiteral("select %1,count(*) from %2").arg(field.name, qualified(table)) +
+    Statement& rows = workspace_->run(QStringLiteral("select %1,count(*) from %2").arg(field.name, qualified(table)) +
                                           where(criterion) + QStringLiteral(" group by ") + field.name,
                                       criterion.values);
     QHash<QString, qint64> counts;
-    while (rows.next()) counts.insert(rows.value(0).toString(), rows.value(1).toLongLong());
-    rows.finish();
+    while (rows.next()) counts.insert(rows.text(0), rows.integer(1));
     return counts;
 }
 
 void Database::insert(const Record& record) {
     const Table& table = record.table();
-    const QString marks = QStringList(table.fields().size(), QStringLiteral("?")).join(u',');
-    workspace_
-        ->run(QStringLiteral("insert into %1 (%2) values (%3)").arg(qualified(table), RowReader::columns(table), marks),
-              RowReader::values(record))
-        .finish();
+    workspace_->run(RowReader::insertion(qualified(table), table), RowReader::values(record));
 }
 
 qint64 Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
     QStringList sets;
     QStringList values;
     for (const Assignment& assignment : assignments) {
-        Record(table).set(assignment.field, assignment.value);
+        Record::requireRoom(assignment.field, assignment.value);
         sets.append(assignment.field.get().name + QStringLiteral("=?"));
         values.append(RowReader::bound(assignment.field, assignment.value));
     }
-    QSqlQuery& row =
-        workspace_->run(QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion),
-                        values + criterion.values);
-    const qint64 changed = row.numRowsAffected();
-    row.finish();
-    return changed;
+    return workspace_
+        ->run(QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion), values + criterion.values)
+        .changed();
 }
 
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
-    QSqlQuery& row =
-        workspace_->run(QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values);
-    const qint64 removed = row.numRowsAffected();
-    row.finish();
-    return removed;
+    return workspace_->run(QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values).changed();
 }
 
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }
 
 QStringList Database::columns(const Table& table) {
-    QSqlQuery& rows = workspace_->run(QStringLiteral("pragma %1.table_info(%2)").arg(schema_, table.name));
+    Statement& rows = workspace_->run(QStringLiteral("pragma %1.table_info(%2)").arg(schema_, table.name));
     QStringList names;
-    while (rows.next()) names.append(rows.value(1).toString());
-    rows.finish();
+    while (rows.next()) names.append(rows.text(1));
     return names;
 }
 
 void Database::addColumn(const Table& table, const Field& field, const QString& value) {
     Transaction transaction(*workspace_);
-    workspace_->run(QStringLiteral("alter table %1 add column %2").arg(qualified(table), definition(field))).finish();
+    workspace_->run(QStringLiteral("alter table %1 add column %2").arg(qualified(table), definition(field)));
     update(table, {{field, value}}, {});
     transaction.commit();
 }
@@ -157,20 +139,12 @@ void Database::addColumn(const Table& table, const Field& field, const QString& 
 QStringList Database::integrityFaults() {
     QStringList faults;
     try {
-        QSqlQuery& rows = workspace_->run(QStringLiteral("pragma %1.integrity_check").arg(schema_));
-        while (rows.next()) faults.append(rows.value(0).toString());
-        rows.finish();
+        Statement& rows = workspace_->run(QStringLiteral("pragma %1.integrity_check").arg(schema_));
+        while (rows.next()) faults.append(rows.text(0));
     } catch (const DataError& error) {
         return {error.description};
     }
     return faults == QStringList(QStringLiteral("ok")) ? QStringList() : faults;
-}
-
-QString Database::firstValue(const QString& sql) {
-    QSqlQuery& row = workspace_->run(sql);
-    const QString value = row.next() ? row.value(0).toString() : QString();
-    row.finish();
-    return value;
 }
 
 } // namespace molven

@@ -46,7 +46,7 @@ public:
     QStringList integrityFaults();
     /// First value of the first row that a statement gives, for inspection by tests and administrators. Unqualified
     /// tables are those of this file when it is the first of its workspace.
-    QString firstValue(const QString& sql);
+    QString firstValue(const QString& sql, const QStringList& values = {});
 
     const QString& path() const { return path_; }
     Workspace& workspace() { return *workspace_; }
@@ -56,6 +56,7 @@ private:
     Database(Workspace& workspace, const QString& schema, const QString& path)
         : workspace_(&workspace), schema_(schema), path_(path) {}
 
+    QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
 
     Workspace* workspace_;

@@ -8,13 +8,16 @@ Record::Record(const Table& table) : table_(&table), values_(table.fields().size
 
 Decimal Record::operator[](const Number& field) const { return Decimal::fromText(values_[field.position]); }
 
+void Record::requireRoom(const Field& field, const QString& value) {
+    if (field.size == 0 || value.size() <= field.size) return;
+    throw DataError(DataError::FieldTooSmall,
+                    QStringLiteral("Le champ %1 est trop petit pour accepter la valeur saisie (%2 caractères au plus).")
+                        .arg(field.name)
+                        .arg(field.size));
+}
+
 void Record::set(const Field& field, const QString& value) {
-    if (field.size > 0 && value.size() > field.size) {
-        throw DataError(DataError::FieldTooSmall,
-                        QStringLiteral("Le champ %1 est trop petit pour accepter la valeur saisie (%2 caractères au plus).")
-                            .arg(field.name)
-                            .arg(field.size));
-    }
+    requireRoom(field, value);
     values_[field.position] = value;
 }
 

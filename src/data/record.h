@@ -44,6 +44,7 @@ public:
     QString value(const Field& field) const { return values_[field.position]; }
     /// Throws DataError FieldTooSmall when the text is longer than the field.
     void set(const Field& field, const QString& value);
+    static void requireRoom(const Field& field, const QString& value);
     void set(const Number& field, const Decimal& value);
 
     /// Copies every field that has the same name in both tables.

@@ -4,8 +4,6 @@
 #include "data/errors.h"
 #include "data/row_reader.h"
 
-#include <QVariant>
-
 #include <algorithm>
 
 namespace molven {
@@ -25,9 +23,8 @@ QString Recordset::keysSql(const Criterion& criterion) const {
 void Recordset::requery() {
     pages_.clear();
     keys_.clear();
-    QSqlQuery& rows = workspace_->run(keysSql(criterion_), criterion_.values);
-    while (rows.next()) keys_.push_back(rows.value(0).toLongLong());
-    rows.finish();
+    Statement& rows = workspace_->run(keysSql(criterion_), criterion_.values);
+    while (rows.next()) keys_.push_back(rows.integer(0));
     moveTo(position_);
 }
 
@@ -38,8 +35,8 @@ void Recordset::moveTo(qint64 position) {
 
 bool Recordset::findFirst(const Criterion& criterion) {
     const Criterion both = criterion_ && criterion;
-    QSqlQuery& row = workspace_->run(keysSql(both) + QStringLiteral(" limit 1"), both.values);
-    const Key key = row.next() ? row.value(0).toLongLong() : -1;
+    Statement& row = workspace_->run(keysSql(both) + QStringLiteral(" limit 1"), both.values);
+    const Key key = row.next() ? row.integer(0) : -1;
     row.finish();
     const auto found = std::find(keys_.begin(), keys_.end(), key);
     if (found == keys_.end()) return false;
@@ -71,20 +68,19 @@ const Recordset::Page& Recordset::page(qint64 number) const {
         places.insert(key, i);
     }
     Page read(static_cast<std::size_t>(size));
-    QSqlQuery& rows = workspace_->run(
+    Statement& rows = workspace_->run(
         QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
-            .arg(RowReader::columns(*table_), qualified_),
+            .arg(table_->columns(), qualified_),
         {u'[' + keys.join(u',') + u']'});
     while (rows.next())
-        read[static_cast<std::size_t>(places.value(rows.value(0).toLongLong()))] = RowReader::read(rows, *table_, 1);
-    rows.finish();
+        read[static_cast<std::size_t>(places.value(rows.integer(0)))] = RowReader::read(rows, *table_, 1);
     if (pages_.size() >= PagesKept) pages_.clear();
     return *pages_.insert(number, std::move(read));
 }
 
 std::optional<Record> Recordset::fetch(Key key) const {
-    QSqlQuery& row = workspace_->run(
-        QStringLiteral("select %1 from %2 where rowid = ?").arg(RowReader::columns(*table_), qualified_),
+    Statement& row = workspace_->run(
+        QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), qualified_),
         {QString::number(key)});
     std::optional<Record> found;
     if (row.next()) found = RowReader::read(row, *table_, 0);
@@ -118,12 +114,7 @@ Record& Recordset::draft() {
 void Recordset::update() {
     Record& written = draft();
     if (!before_) {
-        const QString marks = QStringList(table_->fields().size(), QStringLiteral("?")).join(u',');
-        QSqlQuery& row = workspace_->run(
-            QStringLiteral("insert into %1 (%2) values (%3)").arg(qualified_, RowReader::columns(*table_), marks),
-            RowReader::values(written));
-        keys_.push_back(row.lastInsertId().toLongLong());
-        row.finish();
+        keys_.push_back(workspace_->run(RowReader::insertion(qualified_, *table_), RowReader::values(written)).insertedKey());
         forget(count() - 1);
         draft_.reset();
         position_ = count() - 1;
@@ -135,13 +126,9 @@ void Recordset::update() {
         sets.append(field->name + QStringLiteral("=?"));
         same.append(field->name + QStringLiteral(" is ?"));
     }
-    QSqlQuery& row =
-        workspace_->run(QStringLiteral("update %1 set %2 where rowid=? and %3")
-                            .arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and "))),
-                        RowReader::values(written) + QStringList(QString::number(keys_[static_cast<std::size_t>(position_)])) +
-                            RowReader::values(*before_));
-    const bool changed = row.numRowsAffected() == 1;
-    row.finish();
+    const QString sql = QStringLiteral("update %1 set %2 where rowid=? and %3").arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and ")));
+    const QString key = QString::number(keys_[static_cast<std::size_t>(position_)]);
+    const bool changed = workspace_->run(sql, RowReader::values(written) + QStringList(key) + RowReader::values(*before_)).changed() == 1;
     if (!changed) {
         throw DataError(DataError::RecordChanged,
                         QStringLiteral("Un autre poste a modifié cet enregistrement pendant votre saisie. Relisez-le puis recommencez."));
@@ -153,8 +140,7 @@ void Recordset::update() {
 void Recordset::remove() {
     record();
     workspace_->run(QStringLiteral("delete from %1 where rowid=?").arg(qualified_),
-                    {QString::number(keys_[static_cast<std::size_t>(position_)])})
-        .finish();
+                    {QString::number(keys_[static_cast<std::size_t>(position_)])});
     keys_.erase(keys_.begin() + position_);
     pages_.clear();
     draft_.reset();

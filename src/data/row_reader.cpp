@@ -1,19 +1,17 @@
 #include "data/row_reader.h"
 
-#include <QVariant>
-
 namespace molven {
 
-QString RowReader::columns(const Table& table) {
-    QStringList names;
-    for (const Field* field : table.fields()) names.append(field->name);
-    return names.join(u',');
+Record RowReader::read(const Statement& row, const Table& table, int first) {
+    Record record(table);
+    for (qsizetype i = 0; i < record.values_.size(); ++i) record.values_[i] = row.text(first + static_cast<int>(i));
+    return record;
 }
 
-Record RowReader::read(const QSqlQuery& row, const Table& table, int first) {
-    Record record(table);
-    for (const Field* field : table.fields()) record.values_[field->position] = row.value(first + field->position).toString();
-    return record;
+QString RowReader::insertion(const QString& qualifiedTable, const Table& table) {
+    QString marks(table.fields().size() * 2 - 1, u',');
+    for (qsizetype i = 0; i < marks.size(); i += 2) marks[i] = u'?';
+    return QStringLiteral("insert into ") + qualifiedTable + QStringLiteral(" (") + table.columns() + QStringLiteral(") values (") + marks + u')';
 }
 
 QString RowReader::bound(const Field& field, const QString& value) {

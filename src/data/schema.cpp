@@ -4,6 +4,8 @@ namespace molven {
 
 Field::Field(Table* table, const char* name, Kind kind, int size)
     : name(QString::fromLatin1(name)), kind(kind), size(size), position(static_cast<int>(table->fields_.size())) {
+    if (!table->fields_.isEmpty()) table->columns_ += u',';
+    table->columns_ += this->name;
     table->fields_.append(this);
 }
 

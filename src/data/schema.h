@@ -80,6 +80,8 @@ public:
     const QString name;
     const QList<const Field*>& fields() const { return fields_; }
     const QList<const Index*>& indexes() const { return indexes_; }
+    /// Names of the fields in order, comma separated.
+    const QString& columns() const { return columns_; }
     /// The field of that name, or null.
     const Field* field(const QString& fieldName) const;
 
@@ -88,6 +90,7 @@ private:
     friend class Index;
     QList<const Field*> fields_;
     QList<const Index*> indexes_;
+    QString columns_;
 };
 
 } // namespace molven

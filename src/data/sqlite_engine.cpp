@@ -4,8 +4,6 @@
 
 #include <QCollator>
 #include <QFileInfo>
-#include <QSqlDriver>
-#include <QVariant>
 
 #include <sqlite3.h>
 
@@ -57,20 +55,23 @@ QString described(int code) {
 
 } // namespace
 
-void prepare(QSqlDatabase& connection) {
-    const QVariant handle = connection.driver()->handle();
-    auto* engine = *static_cast<sqlite3* const*>(handle.constData());
-    sqlite3_create_collation(engine, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
-    sqlite3_create_function(engine, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr, nullptr);
-    sqlite3_busy_timeout(engine, BusyTimeoutMs);
+sqlite3* connect(const QString& path, Opening opening) {
+    sqlite3* connection = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (opening == Opening::New ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(path.toUtf8().constData(), &connection, flags, nullptr) != SQLITE_OK) {
+        const DataError error = fault(connection);
+        sqlite3_close(connection);
+        throw error;
+    }
+    sqlite3_busy_timeout(connection, BusyTimeoutMs);
+    sqlite3_create_collation(connection, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
+    sqlite3_create_function(connection, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr, nullptr);
+    return connection;
 }
 
-DataError translated(int number, const QString& engineText) {
-    return DataError(number, described(number), {{number, engineText}});
-}
-
-DataError translated(const QSqlError& error) {
-    return translated(error.nativeErrorCode().toInt(), error.databaseText());
+DataError fault(sqlite3* connection) {
+    const int number = sqlite3_errcode(connection);
+    return DataError(number, described(number), {{number, QString::fromUtf8(sqlite3_errmsg(connection))}});
 }
 
 void requireFile(const QString& path) {

@@ -2,8 +2,7 @@
 
 #include "data/errors.h"
 
-#include <QSqlDatabase>
-#include <QSqlError>
+struct sqlite3;
 
 namespace molven::sqlite {
 
@@ -13,11 +12,12 @@ constexpr int ApplicationId = 0x4D4F4C56;
 constexpr int SchemaVersion = 1;
 constexpr int BusyTimeoutMs = 10'000;
 
-/// Gives the connection what every MOLVEN file needs: the French sort order and the search without accents.
-void prepare(QSqlDatabase& connection);
-/// The engine's fault as the program tells it: French description, the engine's own words as its record.
-DataError translated(const QSqlError& error);
-DataError translated(int number, const QString& engineText);
+enum class Opening { Existing, New };
+
+/// A connection to one file, with what every MOLVEN file needs: the French sort order and the search without accents.
+sqlite3* connect(const QString& path, Opening opening);
+/// The connection's last fault as the program tells it: French description, the engine's own words as its record.
+DataError fault(sqlite3* connection);
 /// Throws DataError unless a file of ours lies there.
 void requireFile(const QString& path);
 

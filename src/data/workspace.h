@@ -1,9 +1,12 @@
 #pragma once
 
+#include "data/statement.h"
+
 #include <QHash>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QString>
+
+#include <memory>
+#include <unordered_map>
 
 namespace molven {
 
@@ -14,14 +17,13 @@ class Database;
 /// workstations never wait for each other.
 class Workspace {
 public:
-    Workspace();
+    Workspace() = default;
     ~Workspace();
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    /// Opens a database file by full path; opening it again gives the same. A file not yet opened must be before
-    /// a transaction begins. Throws DataError for a file that
-    /// is missing, damaged, foreign or of a later version.
+    /// Opens a database file by full path; opening it again gives the same. No further file can be opened once a
+    /// transaction has begun. Throws DataError for a file that is missing, damaged, foreign or of a later version.
     Database open(const QString& path);
 
     bool inTransaction() const { return inTransaction_; }
@@ -32,15 +34,15 @@ private:
     friend class Recordset;
 
     /// Runs one statement with bound values; throws DataError. A statement is prepared once per workspace.
-    QSqlQuery& run(const QString& sql, const QStringList& values = {});
+    Statement& run(const QString& sql, const QStringList& values = {});
 
-    void connectTo(const QString& path);
     QString attach(const QString& path);
+    /// Refuses a file that is not ours or that a later version wrote.
+    void requireOurs(const QString& schema, const QString& path);
 
-    QString connectionName_;
-    QSqlDatabase connection_;
+    sqlite3* connection_ = nullptr;
     QHash<QString, QString> schemas_; ///< canonical path -> schema name
-    QHash<QString, QSqlQuery*> prepared_;
+    std::unordered_map<QString, std::unique_ptr<Statement>> prepared_;
     bool inTransaction_ = false;
 };
 

@@ -1,0 +1,70 @@
+#include "data/statement.h"
+
+#include "data/sqlite_engine.h"
+
+#include <sqlite3.h>
+
+namespace molven {
+
+Statement::Statement(sqlite3* connection, const QString& sql) : connection_(connection) {
+    const QByteArray text = sql.toUtf8();
+    if (sqlite3_prepare_v3(connection_, text.constData(), static_cast<int>(text.size()), SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) !=
+        SQLITE_OK)
+        throw sqlite::fault(connection_);
+}
+
+Statement::~Statement() { sqlite3_finalize(statement_); }
+
+void Statement::run(const QStringList& values) {
+    finish();
+    for (int i = 0; i < values.size(); ++i) {
+        if (values[i].isNull()) {
+            sqlite3_bind_null(statement_, i + 1);
+            continue;
+        }
+        const QByteArray text = values[i].toUtf8();
+        sqlite3_bind_text(statement_, i + 1, text.constData(), static_cast<int>(text.size()),
+                          text.isEmpty() ? SQLITE_STATIC : SQLITE_TRANSIENT);
+    }
+    step();
+    unread_ = onRow_;
+}
+
+void Statement::step() {
+    const int code = sqlite3_step(statement_);
+    onRow_ = code == SQLITE_ROW;
+    if (onRow_) return;
+    if (code == SQLITE_DONE) {
+        sqlite3_reset(statement_);
+        return;
+    }
+    const DataError error = sqlite::fault(connection_);
+    sqlite3_reset(statement_);
+    throw error;
+}
+
+bool Statement::next() {
+    if (unread_)
+        unread_ = false;
+    else if (onRow_)
+        step();
+    return onRow_;
+}
+
+void Statement::finish() {
+    if (onRow_) sqlite3_reset(statement_);
+    onRow_ = unread_ = false;
+}
+
+QString Statement::text(int column) const {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    return QString::fromUtf8(bytes, sqlite3_column_bytes(statement_, column));
+}
+
+qint64 Statement::integer(int column) const { return sqlite3_column_int64(statement_, column); }
+
+qint64 Statement::changed() const { return sqlite3_changes64(connection_); }
+
+qint64 Statement::insertedKey() const { return sqlite3_last_insert_rowid(connection_); }
+
+} // namespace molven
