@@ -17,7 +17,8 @@ int compareFrench(void*, int lengthA, const void* a, int lengthB, const void* b)
         made.setCaseSensitivity(Qt::CaseInsensitive);
         return made;
     }();
-    const QStringView first(static_cast<const char16_t*>(a), lengthA / 2), second(static_cast<const char16_t*>(b), lengthB / 2);
+    const QStringView first(static_cast<const char16_t*>(a), lengthA / 2),
+        second(static_cast<const char16_t*>(b), lengthB / 2);
     return first == second ? 0 : collator.compare(first, second);
 }
 
@@ -36,7 +37,8 @@ BareEngine::BareEngine(const QStringList& paths) {
 BareEngine::~BareEngine() { sqlite3_close(connection_); }
 
 void BareEngine::execute(const char* sql) {
-    if (sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(connection_));
+    if (sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw std::runtime_error(sqlite3_errmsg(connection_));
 }
 
 BareEngine::Statement BareEngine::prepare(const QString& sql) {
@@ -50,7 +52,8 @@ int BareEngine::run(const Statement& statement, const std::vector<QByteArray>& v
     sqlite3_stmt* raw = statement.get();
     sqlite3_reset(raw);
     for (std::size_t i = 0; i < values.size(); ++i)
-        sqlite3_bind_text(raw, static_cast<int>(i + 1), values[i].constData(), static_cast<int>(values[i].size()), SQLITE_STATIC);
+        sqlite3_bind_text(raw, static_cast<int>(i + 1), values[i].constData(), static_cast<int>(values[i].size()),
+                          SQLITE_STATIC);
     int rows = 0, code = SQLITE_OK;
     while ((code = sqlite3_step(raw)) == SQLITE_ROW) {
         ++rows;

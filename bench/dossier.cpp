@@ -35,7 +35,8 @@ void fillUnits(Database molven, Database vente, int count) {
     int documents = 0;
     for (int i = 0; i < count; ++i) {
         const QDate month = QDate(2016, 1, 1).addMonths(i / UnitsPerMonth);
-        const QString number = month.toString(QStringLiteral("yyMM")) + QString::number(i % UnitsPerMonth + 1).rightJustified(4, u'0');
+        const QString number =
+            month.toString(QStringLiteral("yyMM")) + QString::number(i % UnitsPerMonth + 1).rightJustified(4, u'0');
         const bool delivered = i % 10 < 3 && documents < 300'000;
         const QString document = delivered ? QString::number(++documents).rightJustified(6, u'0') : QString();
         unit[strproduit.imm_art] = number;

@@ -36,7 +36,8 @@ void openGrid(benchmark::State& state) {
         Grid grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), nullptr);
         grid.resize(1200, 700);
         grid.rows().setQuery([&molven](const Criterion& filter, const Order& order) {
-            return molven.select(strproduit, filter, order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+            return molven.select(strproduit, filter,
+                                 order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
         });
         grid.show();
         grid.selectRow(grid.rows().rowCount() - 1);
@@ -65,8 +66,14 @@ void openBare(benchmark::State& state) {
 } // namespace
 
 void registerGrid() {
-    for (const auto& [name, function] : {std::pair("unit_grid_to_its_end/molven", &openGrid), std::pair("unit_grid_to_its_end/bare", &openBare)})
-        benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3)->Repetitions(5)->ReportAggregatesOnly();
+    for (const auto& [name, function] :
+         {std::pair("unit_grid_to_its_end/molven", &openGrid), std::pair("unit_grid_to_its_end/bare", &openBare)})
+        benchmark::RegisterBenchmark(name, function)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime()
+            ->Iterations(3)
+            ->Repetitions(5)
+            ->ReportAggregatesOnly();
 }
 
 } // namespace molven::bench

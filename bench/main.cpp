@@ -24,6 +24,8 @@ Session current;
 /// Prints, behind the usual table, how many times the bare engine's time each deed takes.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
+    RatioReporter() : ConsoleReporter(OO_Tabular) {}
+
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs)
@@ -75,9 +77,11 @@ int main(int argc, char* argv[]) {
     benchmark::Initialize(&argc, argv);
     QApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.addOptions({{QStringLiteral("units"), QStringLiteral("units of the dossier"), QStringLiteral("N"), QStringLiteral("100000")},
-                       {QStringLiteral("dossier"), QStringLiteral("folder that keeps generated dossiers"), QStringLiteral("DIR"),
-                        QApplication::applicationDirPath() + QStringLiteral("/../bench-dossiers")}});
+    parser.addOptions(
+        {{QStringLiteral("units"), QStringLiteral("units of the dossier"), QStringLiteral("N"),
+          QStringLiteral("100000")},
+         {QStringLiteral("dossier"), QStringLiteral("folder that keeps generated dossiers"), QStringLiteral("DIR"),
+          QApplication::applicationDirPath() + QStringLiteral("/../bench-dossiers")}});
     parser.process(application);
     const int units = parser.value(QStringLiteral("units")).toInt();
     const QString folder = QDir(parser.value(QStringLiteral("dossier"))).absoluteFilePath(QString::number(units));

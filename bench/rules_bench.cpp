@@ -50,7 +50,9 @@ void receiveByRule(benchmark::State& state) {
 
 std::vector<QByteArray> unitValues(int number) {
     std::vector<QByteArray> values(static_cast<std::size_t>(strproduit.fields().size()), QByteArray(""));
-    const auto put = [&values](const Field& field, const QByteArray& value) { values[static_cast<std::size_t>(field.position)] = value; };
+    const auto put = [&values](const Field& field, const QByteArray& value) {
+        values[static_cast<std::size_t>(field.position)] = value;
+    };
     put(strproduit.imm_art, (Month + QString::number(number).rightJustified(4, u'0')).toUtf8());
     put(strproduit.pro_ann, "20");
     put(strproduit.ref_art, Article.toUtf8());
@@ -70,9 +72,11 @@ void receiveBare(benchmark::State& state) {
     const auto article = engine.prepare(QStringLiteral("select * from strarticle where art_ref = ?"));
     const auto supplier = engine.prepare(QStringLiteral("select * from strfournis where fou_cod = ?"));
     const auto depot = engine.prepare(QStringLiteral("select * from strparam where cod_par = 'D' and num_par = ?"));
-    const auto last = engine.prepare(QStringLiteral("select max(imm_art) from strproduit where pro_ann = '20' and imm_art >= ? and imm_art < ?"));
+    const auto last = engine.prepare(
+        QStringLiteral("select max(imm_art) from strproduit where pro_ann = '20' and imm_art >= ? and imm_art < ?"));
     const auto insert = engine.prepare(insertion(strproduit, QStringLiteral("main")));
-    const auto update = engine.prepare(QStringLiteral("update strarticle set art_stk = art_stk + 0, art_dpa = '200', art_pam = '200' where art_ref = ?"));
+    const auto update = engine.prepare(QStringLiteral(
+        "update strarticle set art_stk = art_stk + 0, art_dpa = '200', art_pam = '200' where art_ref = ?"));
     for (auto _ : state) {
         engine.execute("begin immediate");
         BareEngine::run(article, {Article.toUtf8()});
@@ -91,7 +95,8 @@ void receiveBare(benchmark::State& state) {
 QStringList unitsInStock() {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
-    const Recordset stock = molven.select(strproduit, strproduit.tes_vte == state::InStock && strproduit.ref_art == Article, strproduit.imm_art);
+    const Recordset stock = molven.select(
+        strproduit, strproduit.tes_vte == state::InStock && strproduit.ref_art == Article, strproduit.imm_art);
     QStringList numbers;
     for (int i = 0; i < UnitsDelivered; ++i) numbers.append(stock.at(i)[strproduit.imm_art]);
     return numbers;
@@ -123,7 +128,8 @@ void deliverByRule(benchmark::State& state) {
     }
 }
 
-std::vector<QByteArray> documentValues(const Table& table, const std::vector<std::pair<const Field*, QByteArray>>& known) {
+std::vector<QByteArray> documentValues(const Table& table,
+                                       const std::vector<std::pair<const Field*, QByteArray>>& known) {
     std::vector<QByteArray> values(static_cast<std::size_t>(table.fields().size()), QByteArray(""));
     for (const auto& [field, value] : known) values[static_cast<std::size_t>(field->position)] = value;
     return values;
@@ -142,19 +148,28 @@ void deliverBare(benchmark::State& state) {
     const auto depot = engine.prepare(QStringLiteral("select * from strparam where cod_par = 'D' and num_par = ?"));
     const auto header = engine.prepare(insertion(strlive, QStringLiteral("f1")));
     const auto line = engine.prepare(insertion(strlivl, QStringLiteral("f1")));
-    const auto move = engine.prepare(QStringLiteral(
-        "update strproduit set tes_vte='L',num_dep='101',nbl_dep=?1,clt_dep=?2,nom_dep='X',num_vte=?1,dat_vte='15/01/2040',tri_vte='20400115',"
-        "clt_vte=?2,ref_vte='',fam_dep='EST',pro_vte='482',pro_lpp='3100001',pro_mon='EUR',reg_pat='',reg_clt=?2,reg_dat='15/01/2040' "
-        "where pro_ann='20' and imm_art=?3"));
-    const auto totals = engine.prepare(QStringLiteral("select fac_tva,sum(fac_ht),sum(fac_ttc) from f1.strlivl where fac_no = ? and fac_aa = '2040' and fac_lg <> '000' group by 1"));
-    const auto total = engine.prepare(QStringLiteral("update f1.strlive set fac_ht='24100',fac_ttc='25425.5' where fac_no = ?"));
+    const auto move = engine.prepare(QStringLiteral("update strproduit set "
+                                                    "tes_vte='L',num_dep='101',nbl_dep=?1,clt_dep=?2,nom_dep='X',num_"
+                                                    "vte=?1,dat_vte='15/01/2040',tri_vte='20400115',"
+                                                    "clt_vte=?2,ref_vte='',fam_dep='EST',pro_vte='482',pro_lpp='"
+                                                    "3100001',pro_mon='EUR',reg_pat='',reg_clt=?2,reg_dat='15/01/2040' "
+                                                    "where pro_ann='20' and imm_art=?3"));
+    const auto totals = engine.prepare(QStringLiteral("select fac_tva,sum(fac_ht),sum(fac_ttc) from f1.strlivl where "
+                                                      "fac_no = ? and fac_aa = '2040' and fac_lg <> '000' group by 1"));
+    const auto total =
+        engine.prepare(QStringLiteral("update f1.strlive set fac_ht='24100',fac_ttc='25425.5' where fac_no = ?"));
     const QByteArray document("999000");
     for (auto _ : state) {
         engine.execute("begin immediate");
         BareEngine::run(client, {Client.toUtf8()});
         BareEngine::run(number, {});
-        BareEngine::run(header, documentValues(strlive, {{&strlive.fac_no, document}, {&strlive.fac_aa, "2040"}, {&strlive.fac_clt, Client.toUtf8()}, {&strlive.fac_lg, "ENT"}}));
-        BareEngine::run(line, documentValues(strlivl, {{&strlivl.fac_no, document}, {&strlivl.fac_aa, "2040"}, {&strlivl.fac_lg, "000"}}));
+        BareEngine::run(header, documentValues(strlive, {{&strlive.fac_no, document},
+                                                         {&strlive.fac_aa, "2040"},
+                                                         {&strlive.fac_clt, Client.toUtf8()},
+                                                         {&strlive.fac_lg, "ENT"}}));
+        BareEngine::run(
+            line, documentValues(strlivl,
+                                 {{&strlivl.fac_no, document}, {&strlivl.fac_aa, "2040"}, {&strlivl.fac_lg, "000"}}));
         for (int i = 0; i < UnitsDelivered; ++i) {
             const QByteArray immatriculation = units[i].toUtf8();
             BareEngine::run(unit, {immatriculation});
@@ -164,8 +179,15 @@ void deliverBare(benchmark::State& state) {
             BareEngine::run(tariff, {Client.toUtf8(), Article.toUtf8()});
             BareEngine::run(vat, {"1"});
             BareEngine::run(depot, {"101"});
-            BareEngine::run(line, documentValues(strlivl, {{&strlivl.fac_no, document}, {&strlivl.fac_aa, "2040"}, {&strlivl.fac_lg, QByteArray::number(i + 1).rightJustified(3, '0')},
-                                                           {&strlivl.fac_imm, immatriculation}, {&strlivl.fac_ref, Article.toUtf8()}, {&strlivl.fac_ht, "482"}, {&strlivl.fac_ttc, "508.51"}, {&strlivl.fac_tva, "1"}}));
+            BareEngine::run(
+                line, documentValues(strlivl, {{&strlivl.fac_no, document},
+                                               {&strlivl.fac_aa, "2040"},
+                                               {&strlivl.fac_lg, QByteArray::number(i + 1).rightJustified(3, '0')},
+                                               {&strlivl.fac_imm, immatriculation},
+                                               {&strlivl.fac_ref, Article.toUtf8()},
+                                               {&strlivl.fac_ht, "482"},
+                                               {&strlivl.fac_ttc, "508.51"},
+                                               {&strlivl.fac_tva, "1"}}));
             BareEngine::run(move, {document, Client.toUtf8(), immatriculation});
         }
         BareEngine::run(totals, {document});
@@ -178,7 +200,10 @@ void deliverBare(benchmark::State& state) {
         vente.remove(strlive, strlive.fac_no == QStringLiteral("999000"));
         vente.remove(strlivl, strlivl.fac_no == QStringLiteral("999000"));
         for (const QString& moved : units)
-            molven.update(strproduit, {{strproduit.tes_vte, state::InStock}, {strproduit.num_dep, QStringLiteral("001")}, {strproduit.num_vte, QString()}},
+            molven.update(strproduit,
+                          {{strproduit.tes_vte, state::InStock},
+                           {strproduit.num_dep, QStringLiteral("001")},
+                           {strproduit.num_vte, QString()}},
                           Immatriculation::fromText(moved).criterion());
         state.ResumeTiming();
     }
@@ -194,15 +219,25 @@ void traceBare(benchmark::State& state) {
     for (auto _ : state) {
         BareEngine engine({session().molven(), session().vente(), session().historic()});
         for (const char* schema : {"main", "f2"})
-            BareEngine::run(engine.prepare(QStringLiteral("select * from %1.strproduit where pro_ann = '20' and imm_art = ?").arg(QLatin1String(schema))), {unit});
+            BareEngine::run(
+                engine.prepare(QStringLiteral("select * from %1.strproduit where pro_ann = '20' and imm_art = ?")
+                                   .arg(QLatin1String(schema))),
+                {unit});
         for (const char* schema : {"f1", "f2"})
             for (const char* table : {"strbtrl", "strlivl", "strfacl", "strcsgl"})
-                BareEngine::run(engine.prepare(QStringLiteral("select * from %1.%2 where fac_imm = ? order by fac_no").arg(QLatin1String(schema), QLatin1String(table))), {unit});
+                BareEngine::run(engine.prepare(QStringLiteral("select * from %1.%2 where fac_imm = ? order by fac_no")
+                                                   .arg(QLatin1String(schema), QLatin1String(table))),
+                                {unit});
     }
 }
 
 void add(const char* name, void (*function)(benchmark::State&), int iterations) {
-    benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(iterations)->Repetitions(5)->ReportAggregatesOnly();
+    benchmark::RegisterBenchmark(name, function)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime()
+        ->Iterations(iterations)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly();
 }
 
 } // namespace

@@ -27,13 +27,15 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
     QTranslator toolkit;
-    if (toolkit.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+    if (toolkit.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                     QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&toolkit);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("MOLVEN, traçabilité des implants"));
     parser.addHelpOption();
-    parser.addOption({QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR"), QApplication::applicationDirPath()});
+    parser.addOption({QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR"),
+                      QApplication::applicationDirPath()});
     parser.process(application);
     const QString home = QDir(parser.value(QStringLiteral("home"))).absolutePath();
 

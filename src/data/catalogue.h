@@ -7,8 +7,24 @@ namespace molven {
 
 /// The database files of an installation.
 enum class DataFile {
-    Societe, Molven, Vente, Blent, Proforma, Historic, Ostrane, Ancillaire, Virtuel, Compta, Gencode, Mail,
-    Stocks, Tristk, Tri, Tripro, Tridu, Documents
+    Societe,
+    Molven,
+    Vente,
+    Blent,
+    Proforma,
+    Historic,
+    Ostrane,
+    Ancillaire,
+    Virtuel,
+    Compta,
+    Gencode,
+    Mail,
+    Stocks,
+    Tristk,
+    Tri,
+    Tripro,
+    Tridu,
+    Documents
 };
 
 /// Where a file lies.

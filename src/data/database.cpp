@@ -11,9 +11,12 @@ namespace {
 
 QString definition(const Field& field) {
     switch (field.kind) {
-    case Field::Kind::Number: return field.name + QStringLiteral(" numeric");
-    case Field::Kind::Label: return field.name + QStringLiteral(" text not null default '' collate french");
-    case Field::Kind::Code: break;
+    case Field::Kind::Number:
+        return field.name + QStringLiteral(" numeric");
+    case Field::Kind::Label:
+        return field.name + QStringLiteral(" text not null default '' collate french");
+    case Field::Kind::Code:
+        break;
     }
     return field.name + QStringLiteral(" text not null default '' collate nocase");
 }
@@ -57,7 +60,8 @@ Recordset Database::select(const Table& table, const Criterion& criterion, const
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
-    QString sql = QStringLiteral("select ") + table.columns() + QStringLiteral(" from ") + qualified(table) + where(criterion);
+    QString sql =
+        QStringLiteral("select ") + table.columns() + QStringLiteral(" from ") + qualified(table) + where(criterion);
     if (!order.terms.isEmpty()) sql += QStringLiteral(" order by ") + order.terms.join(u',');
     Statement& row = workspace_->run(sql + QStringLiteral(" limit 1"), criterion.values);
     std::optional<Record> found;
@@ -74,7 +78,8 @@ QString Database::firstValue(const QString& sql, const QStringList& values) {
 }
 
 QString Database::aggregate(const QString& function, const Table& table, const Criterion& criterion) {
-    return firstValue(QStringLiteral("select %1 from %2").arg(function, qualified(table)) + where(criterion), criterion.values);
+    return firstValue(QStringLiteral("select %1 from %2").arg(function, qualified(table)) + where(criterion),
+                      criterion.values);
 }
 
 qint64 Database::count(const Table& table, const Criterion& criterion) {
@@ -112,12 +117,14 @@ qint64 Database::update(const Table& table, const QList<Assignment>& assignments
         values.append(RowReader::bound(assignment.field, assignment.value));
     }
     return workspace_
-        ->run(QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion), values + criterion.values)
+        ->run(QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion),
+              values + criterion.values)
         .changed();
 }
 
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
-    return workspace_->run(QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values).changed();
+    return workspace_->run(QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values)
+        .changed();
 }
 
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }

@@ -48,8 +48,8 @@ public:
     }
 
 private:
-    using Value = boost::multiprecision::number<boost::multiprecision::cpp_dec_float<34>,
-                                                boost::multiprecision::et_off>;
+    using Value =
+        boost::multiprecision::number<boost::multiprecision::cpp_dec_float<34>, boost::multiprecision::et_off>;
     explicit Decimal(const Value& value) : value_(value) {}
     static std::optional<Decimal> read(const QString& text);
 

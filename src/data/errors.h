@@ -28,7 +28,9 @@ struct EngineError {
 class DataError : public std::runtime_error {
 public:
     DataError(int number, const QString& description, QList<EngineError> records = {})
-        : std::runtime_error(description.toStdString()), number(number), description(description),
+        : std::runtime_error(description.toStdString()),
+          number(number),
+          description(description),
           records(std::move(records)) {}
 
     /// Numbers of the program's own checks; the others are the engine's.

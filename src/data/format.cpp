@@ -31,9 +31,8 @@ QString format(const Decimal& value, const QString& pattern) {
 
 QString padded(const QString& code, int width) {
     const QString text = code.trimmed();
-    const bool numeric = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
-        return c >= u'0' && c <= u'9';
-    });
+    const bool numeric =
+        !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
     return numeric ? text.rightJustified(width, u'0') : text;
 }
 

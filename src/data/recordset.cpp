@@ -51,7 +51,8 @@ const Record& Recordset::at(qint64 position) const {
         throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucun enregistrement en cours."));
     const auto& found = page(position / PageSize)[static_cast<std::size_t>(position % PageSize)];
     if (!found)
-        throw DataError(DataError::RecordDeleted, QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
+        throw DataError(DataError::RecordDeleted,
+                        QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
     return *found;
 }
 
@@ -68,10 +69,10 @@ const Recordset::Page& Recordset::page(qint64 number) const {
         places.insert(key, i);
     }
     Page read(static_cast<std::size_t>(size));
-    Statement& rows = workspace_->run(
-        QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
-            .arg(table_->columns(), qualified_),
-        {u'[' + keys.join(u',') + u']'});
+    Statement& rows =
+        workspace_->run(QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
+                            .arg(table_->columns(), qualified_),
+                        {u'[' + keys.join(u',') + u']'});
     while (rows.next())
         read[static_cast<std::size_t>(places.value(rows.integer(0)))] = RowReader::read(rows, *table_, 1);
     if (pages_.size() >= PagesKept) pages_.clear();
@@ -80,8 +81,7 @@ const Recordset::Page& Recordset::page(qint64 number) const {
 
 std::optional<Record> Recordset::fetch(Key key) const {
     Statement& row = workspace_->run(
-        QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), qualified_),
-        {QString::number(key)});
+        QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), qualified_), {QString::number(key)});
     std::optional<Record> found;
     if (row.next()) found = RowReader::read(row, *table_, 0);
     row.finish();
@@ -92,7 +92,8 @@ void Recordset::edit() {
     if (eof()) throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucun enregistrement en cours."));
     before_ = fetch(keys_[static_cast<std::size_t>(position_)]);
     if (!before_)
-        throw DataError(DataError::RecordDeleted, QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
+        throw DataError(DataError::RecordDeleted,
+                        QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
     draft_ = before_;
 }
 
@@ -114,7 +115,8 @@ Record& Recordset::draft() {
 void Recordset::update() {
     Record& written = draft();
     if (!before_) {
-        keys_.push_back(workspace_->run(RowReader::insertion(qualified_, *table_), RowReader::values(written)).insertedKey());
+        keys_.push_back(
+            workspace_->run(RowReader::insertion(qualified_, *table_), RowReader::values(written)).insertedKey());
         forget(count() - 1);
         draft_.reset();
         position_ = count() - 1;
@@ -126,12 +128,17 @@ void Recordset::update() {
         sets.append(field->name + QStringLiteral("=?"));
         same.append(field->name + QStringLiteral(" is ?"));
     }
-    const QString sql = QStringLiteral("update %1 set %2 where rowid=? and %3").arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and ")));
+    const QString sql = QStringLiteral("update %1 set %2 where rowid=? and %3")
+                            .arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and ")));
     const QString key = QString::number(keys_[static_cast<std::size_t>(position_)]);
-    const bool changed = workspace_->run(sql, RowReader::values(written) + QStringList(key) + RowReader::values(*before_)).changed() == 1;
+    const bool changed =
+        workspace_->run(sql, RowReader::values(written) + QStringList(key) + RowReader::values(*before_)).changed() ==
+        1;
     if (!changed) {
-        throw DataError(DataError::RecordChanged,
-                        QStringLiteral("Un autre poste a modifié cet enregistrement pendant votre saisie. Relisez-le puis recommencez."));
+        throw DataError(
+            DataError::RecordChanged,
+            QStringLiteral(
+                "Un autre poste a modifié cet enregistrement pendant votre saisie. Relisez-le puis recommencez."));
     }
     forget(position_);
     draft_.reset();

@@ -11,7 +11,8 @@ Record RowReader::read(const Statement& row, const Table& table, int first) {
 QString RowReader::insertion(const QString& qualifiedTable, const Table& table) {
     QString marks(table.fields().size() * 2 - 1, u',');
     for (qsizetype i = 0; i < marks.size(); i += 2) marks[i] = u'?';
-    return QStringLiteral("insert into ") + qualifiedTable + QStringLiteral(" (") + table.columns() + QStringLiteral(") values (") + marks + u')';
+    return QStringLiteral("insert into ") + qualifiedTable + QStringLiteral(" (") + table.columns() +
+           QStringLiteral(") values (") + marks + u')';
 }
 
 QString RowReader::bound(const Field& field, const QString& value) {

@@ -9,8 +9,7 @@ Field::Field(Table* table, const char* name, Kind kind, int size)
     table->fields_.append(this);
 }
 
-Index::Index(Table* table, std::initializer_list<std::reference_wrapper<const Field>> indexed,
-             Uniqueness uniqueness)
+Index::Index(Table* table, std::initializer_list<std::reference_wrapper<const Field>> indexed, Uniqueness uniqueness)
     : uniqueness(uniqueness) {
     for (const Field& field : indexed) fields.append(&field);
     table->indexes_.append(this);

@@ -40,16 +40,25 @@ void foldText(sqlite3_context* context, int, sqlite3_value** arguments) {
 QString described(int code) {
     switch (code & 0xFF) {
     case SQLITE_BUSY:
-    case SQLITE_LOCKED: return QStringLiteral("La base de données est occupée par un autre poste, veuillez recommencer.");
-    case SQLITE_FULL: return QStringLiteral("Le disque est plein, rien n'a été enregistré.");
-    case SQLITE_CORRUPT: return QStringLiteral("Le fichier de données est endommagé.");
-    case SQLITE_NOTADB: return QStringLiteral("Le fichier n'est pas une base de données MOLVEN.");
+    case SQLITE_LOCKED:
+        return QStringLiteral("La base de données est occupée par un autre poste, veuillez recommencer.");
+    case SQLITE_FULL:
+        return QStringLiteral("Le disque est plein, rien n'a été enregistré.");
+    case SQLITE_CORRUPT:
+        return QStringLiteral("Le fichier de données est endommagé.");
+    case SQLITE_NOTADB:
+        return QStringLiteral("Le fichier n'est pas une base de données MOLVEN.");
     case SQLITE_READONLY:
-    case SQLITE_PERM: return QStringLiteral("Le fichier de données est protégé en écriture.");
-    case SQLITE_CANTOPEN: return QStringLiteral("Impossible d'ouvrir le fichier de données.");
-    case SQLITE_IOERR: return QStringLiteral("Erreur de lecture ou d'écriture sur le disque.");
-    case SQLITE_CONSTRAINT: return QStringLiteral("Cet enregistrement existe déjà.");
-    default: return QStringLiteral("Erreur du moteur de données.");
+    case SQLITE_PERM:
+        return QStringLiteral("Le fichier de données est protégé en écriture.");
+    case SQLITE_CANTOPEN:
+        return QStringLiteral("Impossible d'ouvrir le fichier de données.");
+    case SQLITE_IOERR:
+        return QStringLiteral("Erreur de lecture ou d'écriture sur le disque.");
+    case SQLITE_CONSTRAINT:
+        return QStringLiteral("Cet enregistrement existe déjà.");
+    default:
+        return QStringLiteral("Erreur du moteur de données.");
     }
 }
 
@@ -65,7 +74,8 @@ sqlite3* connect(const QString& path, Opening opening) {
     }
     sqlite3_busy_timeout(connection, BusyTimeoutMs);
     sqlite3_create_collation(connection, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
-    sqlite3_create_function(connection, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr, nullptr);
+    sqlite3_create_function(connection, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr,
+                            nullptr);
     return connection;
 }
 

@@ -8,8 +8,8 @@ namespace molven {
 
 Statement::Statement(sqlite3* connection, const QString& sql) : connection_(connection) {
     const QByteArray text = sql.toUtf8();
-    if (sqlite3_prepare_v3(connection_, text.constData(), static_cast<int>(text.size()), SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) !=
-        SQLITE_OK)
+    if (sqlite3_prepare_v3(connection_, text.constData(), static_cast<int>(text.size()), SQLITE_PREPARE_PERSISTENT,
+                           &statement_, nullptr) != SQLITE_OK)
         throw sqlite::fault(connection_);
 }
 

@@ -36,8 +36,8 @@ private:
 
     sqlite3* connection_;
     sqlite3_stmt* statement_ = nullptr;
-    bool onRow_ = false;     ///< the engine stands on a row
-    bool unread_ = false;    ///< which next() has not handed over
+    bool onRow_ = false;  ///< the engine stands on a row
+    bool unread_ = false; ///< which next() has not handed over
 };
 
 } // namespace molven

@@ -47,9 +47,11 @@ void Workspace::requireOurs(const QString& schema, const QString& path) {
         return value;
     };
     if (mark("application_id") != sqlite::ApplicationId)
-        throw DataError(DataError::NotADatabase, QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
+        throw DataError(DataError::NotADatabase,
+                        QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
     if (mark("user_version") > sqlite::SchemaVersion)
-        throw DataError(DataError::NotADatabase, QStringLiteral("Le fichier '%1' vient d'une version plus récente du programme.").arg(path));
+        throw DataError(DataError::NotADatabase,
+                        QStringLiteral("Le fichier '%1' vient d'une version plus récente du programme.").arg(path));
 }
 
 Statement& Workspace::run(const QString& sql, const QStringList& values) {

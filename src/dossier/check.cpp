@@ -23,7 +23,8 @@ void checkFile(const CatalogueEntry& entry, const QString& path, Faults& faults)
     try {
         Workspace workspace;
         Database file = workspace.open(path);
-        for (const QString& engineFault : file.integrityFaults()) fault(entry.name, QStringLiteral("contrôle du moteur : ") + engineFault);
+        for (const QString& engineFault : file.integrityFaults())
+            fault(entry.name, QStringLiteral("contrôle du moteur : ") + engineFault);
         for (const Table* table : tablesOf(entry.file)) {
             const QStringList columns = file.columns(*table);
             if (columns.isEmpty()) {
@@ -79,8 +80,8 @@ QSet<QString> unitsOn(const QList<Database>& files, const QList<const DocumentLi
     return found;
 }
 
-void checkUnit(const Record& unit, const QSet<QString>& delivered, const QSet<QString>& sold, const QSet<QString>& inSets,
-               Faults& faults) {
+void checkUnit(const Record& unit, const QSet<QString>& delivered, const QSet<QString>& sold,
+               const QSet<QString>& inSets, Faults& faults) {
     const QString name = unit[strproduit.imm_art];
     const QString unitState = unit[strproduit.tes_vte];
     const QString key = name + u'/' + unit[strproduit.num_vte];
@@ -89,7 +90,8 @@ void checkUnit(const Record& unit, const QSet<QString>& delivered, const QSet<QS
         fault(QStringLiteral("vendue sans ligne sur la facture ou le bon de consignation ") + unit[strproduit.num_vte]);
     if (unitState == state::Delivered && !delivered.contains(key))
         fault(QStringLiteral("livrée sans ligne sur le bon de livraison ") + unit[strproduit.num_vte]);
-    if (unitState == state::InSet && !inSets.contains(name)) fault(QStringLiteral("dans un ancillaire qui ne la contient pas"));
+    if (unitState == state::InSet && !inSets.contains(name))
+        fault(QStringLiteral("dans un ancillaire qui ne la contient pas"));
     if (!QStringLiteral("NLOA").contains(unitState) || unitState.size() != 1)
         fault(QStringLiteral("état inconnu : ") + unitState);
 }
@@ -105,14 +107,16 @@ void checkUnits(Database molven, Database vente, Database historic, Database anc
     QHash<QString, qint64> inStock;
     for (const Record& unit : molven.select(strproduit)) {
         const QString key = unit[strproduit.pro_ann] + unit[strproduit.imm_art];
-        if (seen.contains(key)) faults.append({QStringLiteral("molven.mdb"), key, QStringLiteral("immatriculation en double")});
+        if (seen.contains(key))
+            faults.append({QStringLiteral("molven.mdb"), key, QStringLiteral("immatriculation en double")});
         seen.insert(key);
         if (unit[strproduit.tes_vte] != state::Sold) ++inStock[unit[strproduit.ref_art].toUpper()];
         checkUnit(unit, delivered, sold, inSets, faults);
     }
     for (const Record& row : historic.select(strproduit))
         if (seen.contains(row[strproduit.pro_ann] + row[strproduit.imm_art]))
-            faults.append({QStringLiteral("historic.mdb"), row[strproduit.imm_art], QStringLiteral("immatriculation aussi dans molven.mdb")});
+            faults.append({QStringLiteral("historic.mdb"), row[strproduit.imm_art],
+                           QStringLiteral("immatriculation aussi dans molven.mdb")});
     for (const Record& row : molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit)) {
         const QString reference = row[strarticle.art_ref];
         const Decimal counted = static_cast<long long>(inStock.take(reference.toUpper()));
@@ -121,7 +125,8 @@ void checkUnits(Database molven, Database vente, Database historic, Database anc
                            QStringLiteral("art_stk = %1 pour %2 unités").arg(stock.toString(), counted.toString())});
     }
     for (auto left = inStock.begin(); left != inStock.end(); ++left)
-        faults.append({QStringLiteral("molven.mdb"), left.key(), QStringLiteral("unités d'un article absent ou non suivi")});
+        faults.append(
+            {QStringLiteral("molven.mdb"), left.key(), QStringLiteral("unités d'un article absent ou non suivi")});
 }
 
 void checkInvoicedNotes(Database vente, Database historic, Faults& faults) {
@@ -150,7 +155,8 @@ QList<Fault> run(const Session& session) {
     Database historic = workspace.open(session.historic());
     Database ancillaire = workspace.open(session.path(DataFile::Ancillaire));
     if (molven.count(strspecif) != 1)
-        faults.append({QStringLiteral("molven.mdb"), strspecif.name, QStringLiteral("un enregistrement et un seul est attendu")});
+        faults.append(
+            {QStringLiteral("molven.mdb"), strspecif.name, QStringLiteral("un enregistrement et un seul est attendu")});
     for (const Family& family : families()) {
         checkDocuments(vente, QStringLiteral("vente.mdb"), family, faults);
         checkDocuments(historic, QStringLiteral("historic.mdb"), family, faults);

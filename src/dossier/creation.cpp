@@ -34,18 +34,24 @@ void fillMolven(Database molven, const Options& options) {
                 {list::ClientFamily, QStringLiteral("000"), QStringLiteral("DIVERS")},
                 {list::ArticleFamily, QStringLiteral("000"), QStringLiteral("DIVERS")},
                 {list::SupplierFamily, QStringLiteral("000"), QStringLiteral("DIVERS")}});
-    insertRows(molven, strparfac,
-               {{QStringLiteral("1"), QStringLiteral("TVA 5,5 %"), QStringLiteral("5.5"), QStringLiteral("445710000")},
-                {QStringLiteral("2"), QStringLiteral("TVA 20 %"), QStringLiteral("20"), QStringLiteral("445711000")},
-                {QStringLiteral("3"), QStringLiteral("TVA 10 %"), QStringLiteral("10"), QStringLiteral("445712000")},
-                {QStringLiteral("4"), QStringLiteral("TVA 2,1 %"), QStringLiteral("2.1"), QStringLiteral("445713000")}});
+    insertRows(
+        molven, strparfac,
+        {{QStringLiteral("1"), QStringLiteral("TVA 5,5 %"), QStringLiteral("5.5"), QStringLiteral("445710000")},
+         {QStringLiteral("2"), QStringLiteral("TVA 20 %"), QStringLiteral("20"), QStringLiteral("445711000")},
+         {QStringLiteral("3"), QStringLiteral("TVA 10 %"), QStringLiteral("10"), QStringLiteral("445712000")},
+         {QStringLiteral("4"), QStringLiteral("TVA 2,1 %"), QStringLiteral("2.1"), QStringLiteral("445713000")}});
     insertRows(molven, strmonnaie, {{QStringLiteral("EUR"), QStringLiteral("EURO"), QStringLiteral("1")}});
     insertRows(molven, strparrgt,
-               {{QStringLiteral("01"), QStringLiteral("VIREMENT 30 JOURS"), QStringLiteral("30"), QStringLiteral("N"), QStringLiteral("0")},
-                {QStringLiteral("02"), QStringLiteral("VIREMENT 30 JOURS FIN DE MOIS"), QStringLiteral("30"), QStringLiteral("O"), QStringLiteral("0")},
-                {QStringLiteral("03"), QStringLiteral("CHEQUE A RECEPTION"), QStringLiteral("0"), QStringLiteral("N"), QStringLiteral("0")},
-                {QStringLiteral("04"), QStringLiteral("MANDAT ADMINISTRATIF 50 JOURS"), QStringLiteral("50"), QStringLiteral("N"), QStringLiteral("0")},
-                {QStringLiteral("05"), QStringLiteral("TRAITE 60 JOURS LE 10"), QStringLiteral("60"), QStringLiteral("N"), QStringLiteral("10")}});
+               {{QStringLiteral("01"), QStringLiteral("VIREMENT 30 JOURS"), QStringLiteral("30"), QStringLiteral("N"),
+                 QStringLiteral("0")},
+                {QStringLiteral("02"), QStringLiteral("VIREMENT 30 JOURS FIN DE MOIS"), QStringLiteral("30"),
+                 QStringLiteral("O"), QStringLiteral("0")},
+                {QStringLiteral("03"), QStringLiteral("CHEQUE A RECEPTION"), QStringLiteral("0"), QStringLiteral("N"),
+                 QStringLiteral("0")},
+                {QStringLiteral("04"), QStringLiteral("MANDAT ADMINISTRATIF 50 JOURS"), QStringLiteral("50"),
+                 QStringLiteral("N"), QStringLiteral("0")},
+                {QStringLiteral("05"), QStringLiteral("TRAITE 60 JOURS LE 10"), QStringLiteral("60"),
+                 QStringLiteral("N"), QStringLiteral("10")}});
 }
 
 void fillCompta(Database compta) {

@@ -5,9 +5,9 @@
 namespace molven::creation {
 
 struct Options {
-    QString folder;          ///< program folder of the installation
-    QString code;            ///< company code, two letters
-    QString name;            ///< company name
+    QString folder;              ///< program folder of the installation
+    QString code;                ///< company code, two letters
+    QString name;                ///< company name
     bool addToSocieties = false; ///< list the dossier in societe.mdb, beside those the installation already has
 };
 

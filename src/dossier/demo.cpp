@@ -39,9 +39,9 @@ struct Event {
     enum class Kind { Delivery, NoteInvoiced, Invoice, Credit, Transfer, Consignment, Set };
     QDate day;
     Kind kind;
-    int client;         ///< 1 to 40
+    int client; ///< 1 to 40
     QStringList units;
-    int source = -1;    ///< event whose document this one follows
+    int source = -1; ///< event whose document this one follows
 };
 
 /// Writes many documents to one commit: a demonstration need not outlive a crash half-way.
@@ -51,9 +51,14 @@ constexpr int UnitsPerMonth = 9000;
 class Life {
 public:
     Life(const Session& session, const Options& options, Dice& dice, const QDate& today)
-        : session_(session), dice_(dice), today_(today), units_(options.units),
-          deliveries_(session, documentKind(QStringLiteral("LIV"))), consignments_(session, documentKind(QStringLiteral("CSG"))),
-          invoices_(session, documentKind(QStringLiteral("FAC"))), credits_(session, documentKind(QStringLiteral("AVO"))),
+        : session_(session),
+          dice_(dice),
+          today_(today),
+          units_(options.units),
+          deliveries_(session, documentKind(QStringLiteral("LIV"))),
+          consignments_(session, documentKind(QStringLiteral("CSG"))),
+          invoices_(session, documentKind(QStringLiteral("FAC"))),
+          credits_(session, documentKind(QStringLiteral("AVO"))),
           ancillaire_(invoices_.workspace.open(session.path(DataFile::Ancillaire))) {}
 
     void receive();
@@ -110,7 +115,8 @@ Receipt Life::receiptOf(const Record& article, const QDate& day, int quantity) {
     if (type == u"N") return receipt;
     receipt.certificate1 = QStringLiteral("C1-%1").arg(dice_.between(1000, 9999));
     receipt.certificate2 = QStringLiteral("C2-%1").arg(dice_.between(1000, 9999));
-    receipt.registerEntry = type == u"G" ? dateText(day.addDays(-60)) : QStringLiteral("R%1").arg(dice_.between(100, 999));
+    receipt.registerEntry =
+        type == u"G" ? dateText(day.addDays(-60)) : QStringLiteral("R%1").arg(dice_.between(100, 999));
     receipt.pieces = QString::number(quantity);
     if (type == u"F" && dice_.chance(4)) {
         receipt.conformity = dice_.chance(50) ? QStringLiteral("X") : QStringLiteral("Y");
@@ -204,13 +210,20 @@ void Life::write() {
 
 QString Life::write(const Event& event) {
     switch (event.kind) {
-    case Event::Kind::Delivery: return writeSale(deliveries_, event);
-    case Event::Kind::Consignment: return writeSale(consignments_, event);
-    case Event::Kind::Invoice: return writeSale(invoices_, event);
-    case Event::Kind::Credit: return writeSale(credits_, event);
-    case Event::Kind::NoteInvoiced: return invoiceNote(event);
-    case Event::Kind::Transfer: return transfer(event);
-    case Event::Kind::Set: return fillSet(event);
+    case Event::Kind::Delivery:
+        return writeSale(deliveries_, event);
+    case Event::Kind::Consignment:
+        return writeSale(consignments_, event);
+    case Event::Kind::Invoice:
+        return writeSale(invoices_, event);
+    case Event::Kind::Credit:
+        return writeSale(credits_, event);
+    case Event::Kind::NoteInvoiced:
+        return invoiceNote(event);
+    case Event::Kind::Transfer:
+        return transfer(event);
+    case Event::Kind::Set:
+        return fillSet(event);
     }
     return {};
 }
@@ -234,7 +247,8 @@ QString Life::writeSale(SalesBook& book, const Event& event) {
         drafts.append(draft);
     }
     if (dice_.chance(20) && !book.kind().isCredit) {
-        document_lines::Draft draft = document_lines::preset(book, header, QStringLiteral("VSP%1").arg(15 + 5 * dice_.below(24), 3, 10, QLatin1Char('0')));
+        document_lines::Draft draft = document_lines::preset(
+            book, header, QStringLiteral("VSP%1").arg(15 + 5 * dice_.below(24), 3, 10, QLatin1Char('0')));
         draft.line[book.kind().lines.fac_qte] = Decimal(dice_.between(1, 3));
         drafts.append(draft);
     }

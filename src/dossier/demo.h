@@ -5,8 +5,8 @@
 namespace molven::demo {
 
 struct Options {
-    int units = 5000;       ///< units received
-    unsigned seed = 1;      ///< the same seed on the same day gives the same dossier
+    int units = 5000;  ///< units received
+    unsigned seed = 1; ///< the same seed on the same day gives the same dossier
 };
 
 /// Fills an empty dossier with a plausible distributor, through the program's own rules.

@@ -11,30 +11,44 @@ namespace molven::demo {
 
 namespace {
 
-const QStringList Towns{
-    QStringLiteral("69008 LYON"),      QStringLiteral("38000 GRENOBLE"),  QStringLiteral("42000 SAINT-ETIENNE"),
-    QStringLiteral("74000 ANNECY"),    QStringLiteral("01000 BOURG-EN-BRESSE"), QStringLiteral("13005 MARSEILLE"),
-    QStringLiteral("06000 NICE"),      QStringLiteral("34000 MONTPELLIER"), QStringLiteral("31000 TOULOUSE"),
-    QStringLiteral("33000 BORDEAUX"),  QStringLiteral("44000 NANTES"),    QStringLiteral("35000 RENNES"),
-    QStringLiteral("29200 BREST"),     QStringLiteral("76000 ROUEN"),     QStringLiteral("59000 LILLE"),
-    QStringLiteral("80000 AMIENS"),    QStringLiteral("51100 REIMS"),     QStringLiteral("54000 NANCY"),
-    QStringLiteral("67000 STRASBOURG"), QStringLiteral("21000 DIJON")};
+const QStringList Towns{QStringLiteral("69008 LYON"),
+                        QStringLiteral("38000 GRENOBLE"),
+                        QStringLiteral("42000 SAINT-ETIENNE"),
+                        QStringLiteral("74000 ANNECY"),
+                        QStringLiteral("01000 BOURG-EN-BRESSE"),
+                        QStringLiteral("13005 MARSEILLE"),
+                        QStringLiteral("06000 NICE"),
+                        QStringLiteral("34000 MONTPELLIER"),
+                        QStringLiteral("31000 TOULOUSE"),
+                        QStringLiteral("33000 BORDEAUX"),
+                        QStringLiteral("44000 NANTES"),
+                        QStringLiteral("35000 RENNES"),
+                        QStringLiteral("29200 BREST"),
+                        QStringLiteral("76000 ROUEN"),
+                        QStringLiteral("59000 LILLE"),
+                        QStringLiteral("80000 AMIENS"),
+                        QStringLiteral("51100 REIMS"),
+                        QStringLiteral("54000 NANCY"),
+                        QStringLiteral("67000 STRASBOURG"),
+                        QStringLiteral("21000 DIJON")};
 const QStringList Houses{QStringLiteral("CLINIQUE SAINT-LUC"), QStringLiteral("CENTRE HOSPITALIER"),
                          QStringLiteral("POLYCLINIQUE DU PARC"), QStringLiteral("HÔPITAL PRIVÉ DE L'OUEST"),
                          QStringLiteral("CLINIQUE DES CÈDRES")};
 const QStringList Surnames{
-    QStringLiteral("MARTIN"),  QStringLiteral("DURAND"),  QStringLiteral("LEFÈVRE"), QStringLiteral("D'ALMEIDA"),
-    QStringLiteral("MOREAU"),  QStringLiteral("GIRARD"),  QStringLiteral("ROUX"),    QStringLiteral("FAURE"),
-    QStringLiteral("BLANC"),   QStringLiteral("GUÉRIN"),  QStringLiteral("PERRIN"),  QStringLiteral("CHEVALIER"),
-    QStringLiteral("RENAUD"),  QStringLiteral("L'HERMITE"), QStringLiteral("MEUNIER"), QStringLiteral("BARBIER")};
-const QStringList FirstNames{QStringLiteral("MARIE"), QStringLiteral("JEAN"),   QStringLiteral("PAUL"),  QStringLiteral("ANNE"),
-                             QStringLiteral("LUCIE"), QStringLiteral("HÉLÈNE"), QStringLiteral("RENÉ"),  QStringLiteral("LOUIS"),
-                             QStringLiteral("CLAIRE"), QStringLiteral("DENISE")};
-const QStringList SupplierNames{
-    QStringLiteral("ORTHALPIN"),  QStringLiteral("BIOCERAM LYONNAISE"), QStringLiteral("IMPLANTS DU RHONE"),
-    QStringLiteral("OSSATEC"),    QStringLiteral("PROTHEOS"),           QStringLiteral("ARTHRONOVA"),
-    QStringLiteral("TITANE & CO"), QStringLiteral("BANQUE DE TISSUS DU CENTRE"), QStringLiteral("MEDIVIS"),
-    QStringLiteral("CIMEDENT"),   QStringLiteral("SCAPULA IMPLANTS"),   QStringLiteral("L'ATELIER CHIRURGICAL")};
+    QStringLiteral("MARTIN"), QStringLiteral("DURAND"),    QStringLiteral("LEFÈVRE"), QStringLiteral("D'ALMEIDA"),
+    QStringLiteral("MOREAU"), QStringLiteral("GIRARD"),    QStringLiteral("ROUX"),    QStringLiteral("FAURE"),
+    QStringLiteral("BLANC"),  QStringLiteral("GUÉRIN"),    QStringLiteral("PERRIN"),  QStringLiteral("CHEVALIER"),
+    QStringLiteral("RENAUD"), QStringLiteral("L'HERMITE"), QStringLiteral("MEUNIER"), QStringLiteral("BARBIER")};
+const QStringList FirstNames{QStringLiteral("MARIE"), QStringLiteral("JEAN"),  QStringLiteral("PAUL"),
+                             QStringLiteral("ANNE"),  QStringLiteral("LUCIE"), QStringLiteral("HÉLÈNE"),
+                             QStringLiteral("RENÉ"),  QStringLiteral("LOUIS"), QStringLiteral("CLAIRE"),
+                             QStringLiteral("DENISE")};
+const QStringList SupplierNames{QStringLiteral("ORTHALPIN"),         QStringLiteral("BIOCERAM LYONNAISE"),
+                                QStringLiteral("IMPLANTS DU RHONE"), QStringLiteral("OSSATEC"),
+                                QStringLiteral("PROTHEOS"),          QStringLiteral("ARTHRONOVA"),
+                                QStringLiteral("TITANE & CO"),       QStringLiteral("BANQUE DE TISSUS DU CENTRE"),
+                                QStringLiteral("MEDIVIS"),           QStringLiteral("CIMEDENT"),
+                                QStringLiteral("SCAPULA IMPLANTS"),  QStringLiteral("L'ATELIER CHIRURGICAL")};
 
 QString numbered(int number, int width) { return QString::number(number).rightJustified(width, u'0'); }
 
@@ -54,30 +68,30 @@ struct Named {
 };
 
 void fillLists(Database molven) {
-    const Named entries[] = {
-        {list::ArticleFamily, QStringLiteral("HAN"), QStringLiteral("HANCHE")},
-        {list::ArticleFamily, QStringLiteral("GEN"), QStringLiteral("GENOU")},
-        {list::ArticleFamily, QStringLiteral("EPA"), QStringLiteral("EPAULE")},
-        {list::ArticleFamily, QStringLiteral("SUB"), QStringLiteral("SUBSTITUTS OSSEUX")},
-        {list::ArticleFamily, QStringLiteral("VIS"), QStringLiteral("VIS ET CIMENTS")},
-        {list::AncillaryFamily, QStringLiteral("ANC"), QStringLiteral("ANCILLAIRES")},
-        {list::ClientFamily, QStringLiteral("PUB"), QStringLiteral("HOPITAUX PUBLICS")},
-        {list::ClientFamily, QStringLiteral("PRI"), QStringLiteral("CLINIQUES PRIVEES")},
-        {list::SupplierFamily, QStringLiteral("FAB"), QStringLiteral("FABRICANTS")},
-        {list::DepotFamily, QStringLiteral("EST"), QStringLiteral("SECTEUR EST")},
-        {list::DepotFamily, QStringLiteral("OUE"), QStringLiteral("SECTEUR OUEST")},
-        {list::Dispatch, QStringLiteral("01"), QStringLiteral("TRANSPORTEUR EXPRESS")},
-        {list::Dispatch, QStringLiteral("02"), QStringLiteral("PORTE PAR LE REPRESENTANT")},
-        {list::Dispatch, QStringLiteral("03"), QStringLiteral("TAXI")},
-        {list::Reworked, QStringLiteral("01"), QStringLiteral("RETOUCHE DE SURFACE")},
-        {list::Derogated, QStringLiteral("01"), QStringLiteral("ECART DE MARQUAGE ACCEPTE")},
-        {list::Scrapped, QStringLiteral("01"), QStringLiteral("EMBALLAGE PERCE")}};
+    const Named entries[] = {{list::ArticleFamily, QStringLiteral("HAN"), QStringLiteral("HANCHE")},
+                             {list::ArticleFamily, QStringLiteral("GEN"), QStringLiteral("GENOU")},
+                             {list::ArticleFamily, QStringLiteral("EPA"), QStringLiteral("EPAULE")},
+                             {list::ArticleFamily, QStringLiteral("SUB"), QStringLiteral("SUBSTITUTS OSSEUX")},
+                             {list::ArticleFamily, QStringLiteral("VIS"), QStringLiteral("VIS ET CIMENTS")},
+                             {list::AncillaryFamily, QStringLiteral("ANC"), QStringLiteral("ANCILLAIRES")},
+                             {list::ClientFamily, QStringLiteral("PUB"), QStringLiteral("HOPITAUX PUBLICS")},
+                             {list::ClientFamily, QStringLiteral("PRI"), QStringLiteral("CLINIQUES PRIVEES")},
+                             {list::SupplierFamily, QStringLiteral("FAB"), QStringLiteral("FABRICANTS")},
+                             {list::DepotFamily, QStringLiteral("EST"), QStringLiteral("SECTEUR EST")},
+                             {list::DepotFamily, QStringLiteral("OUE"), QStringLiteral("SECTEUR OUEST")},
+                             {list::Dispatch, QStringLiteral("01"), QStringLiteral("TRANSPORTEUR EXPRESS")},
+                             {list::Dispatch, QStringLiteral("02"), QStringLiteral("PORTE PAR LE REPRESENTANT")},
+                             {list::Dispatch, QStringLiteral("03"), QStringLiteral("TAXI")},
+                             {list::Reworked, QStringLiteral("01"), QStringLiteral("RETOUCHE DE SURFACE")},
+                             {list::Derogated, QStringLiteral("01"), QStringLiteral("ECART DE MARQUAGE ACCEPTE")},
+                             {list::Scrapped, QStringLiteral("01"), QStringLiteral("EMBALLAGE PERCE")}};
     for (const Named& entry : entries) addParameter(molven, entry.letter, entry.code, entry.label);
     for (int i = 0; i < 6; ++i)
         addParameter(molven, list::Representative, numbered(i + 1, 3), Surnames[i] + u' ' + FirstNames[i]);
     for (int i = 0; i < 20; ++i)
         addParameter(molven, list::Surgeon, numbered(i + 1, 3),
-                     QStringLiteral("DR ") + Surnames[i % Surnames.size()] + u' ' + FirstNames[(i * 3) % FirstNames.size()]);
+                     QStringLiteral("DR ") + Surnames[i % Surnames.size()] + u' ' +
+                         FirstNames[(i * 3) % FirstNames.size()]);
 }
 
 void fillSuppliers(Database molven, Dice& dice) {
@@ -123,10 +137,14 @@ void fillClients(Database molven, Dice& dice) {
 }
 
 void fillReimbursement(Database molven, Dice& dice) {
-    const QStringList subjects{QStringLiteral("HANCHE, TIGE FEMORALE"), QStringLiteral("HANCHE, COTYLE"),
-                               QStringLiteral("HANCHE, TETE"), QStringLiteral("GENOU, COMPOSANT FEMORAL"),
-                               QStringLiteral("GENOU, EMBASE TIBIALE"), QStringLiteral("EPAULE, TIGE HUMERALE"),
-                               QStringLiteral("SUBSTITUT OSSEUX SYNTHETIQUE"), QStringLiteral("GREFFON OSSEUX")};
+    const QStringList subjects{QStringLiteral("HANCHE, TIGE FEMORALE"),
+                               QStringLiteral("HANCHE, COTYLE"),
+                               QStringLiteral("HANCHE, TETE"),
+                               QStringLiteral("GENOU, COMPOSANT FEMORAL"),
+                               QStringLiteral("GENOU, EMBASE TIBIALE"),
+                               QStringLiteral("EPAULE, TIGE HUMERALE"),
+                               QStringLiteral("SUBSTITUT OSSEUX SYNTHETIQUE"),
+                               QStringLiteral("GREFFON OSSEUX")};
     for (int i = 0; i < 40; ++i) {
         Record lpp(strlpp);
         lpp[strlpp.lpp_code] = QString::number(3100000 + i * 1237);
@@ -152,25 +170,44 @@ struct Range {
 
 const QList<Range>& ranges() {
     static const QList<Range> all{
-        {QStringLiteral("TFC"), QStringLiteral("TIGE FEMORALE CIMENTEE TAILLE"), QString(), QStringLiteral("HAN"), QStringLiteral("N"), 1, 1, 16, QStringLiteral("O")},
-        {QStringLiteral("TFS"), QStringLiteral("TIGE FEMORALE SANS CIMENT TAILLE"), QString(), QStringLiteral("HAN"), QStringLiteral("F"), 1, 1, 20, QStringLiteral("O")},
-        {QStringLiteral("COT"), QStringLiteral("CUPULE ACETABULAIRE DIAM."), QStringLiteral("MM"), QStringLiteral("HAN"), QStringLiteral("N"), 40, 2, 16, QStringLiteral("O")},
-        {QStringLiteral("TET"), QStringLiteral("TETE FEMORALE CERAMIQUE DIAM."), QStringLiteral("MM"), QStringLiteral("HAN"), QStringLiteral("N"), 22, 2, 12, QStringLiteral("O")},
-        {QStringLiteral("INS"), QStringLiteral("INSERT POLYETHYLENE DIAM."), QStringLiteral("MM"), QStringLiteral("HAN"), QStringLiteral("F"), 22, 2, 20, QStringLiteral("O")},
-        {QStringLiteral("CFG"), QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE"), QString(), QStringLiteral("GEN"), QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
-        {QStringLiteral("EMB"), QStringLiteral("EMBASE TIBIALE TAILLE"), QString(), QStringLiteral("GEN"), QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
-        {QStringLiteral("PLA"), QStringLiteral("PLATEAU TIBIAL EPAISSEUR"), QStringLiteral("MM"), QStringLiteral("GEN"), QStringLiteral("N"), 8, 1, 24, QStringLiteral("O")},
-        {QStringLiteral("ROT"), QStringLiteral("IMPLANT ROTULIEN DIAM."), QStringLiteral("MM"), QStringLiteral("GEN"), QStringLiteral("N"), 24, 1, 16, QStringLiteral("O")},
-        {QStringLiteral("THU"), QStringLiteral("TIGE HUMERALE TAILLE"), QString(), QStringLiteral("EPA"), QStringLiteral("N"), 6, 1, 16, QStringLiteral("O")},
-        {QStringLiteral("GLE"), QStringLiteral("GLENOSPHERE DIAM."), QStringLiteral("MM"), QStringLiteral("EPA"), QStringLiteral("F"), 32, 2, 10, QStringLiteral("O")},
-        {QStringLiteral("SGR"), QStringLiteral("SUBSTITUT OSSEUX GRANULES"), QStringLiteral("CC"), QStringLiteral("SUB"), QStringLiteral("N"), 1, 1, 20, QStringLiteral("O")},
-        {QStringLiteral("SBL"), QStringLiteral("SUBSTITUT OSSEUX BLOC"), QStringLiteral("MM"), QStringLiteral("SUB"), QStringLiteral("N"), 10, 5, 12, QStringLiteral("O")},
-        {QStringLiteral("ALL"), QStringLiteral("TETE FEMORALE ALLOGREFFE LOT"), QString(), QStringLiteral("SUB"), QStringLiteral("G"), 1, 1, 14, QStringLiteral("O")},
-        {QStringLiteral("VSP"), QStringLiteral("VIS SPONGIEUSE 6,5 X"), QStringLiteral("MM"), QStringLiteral("VIS"), QStringLiteral("N"), 15, 5, 24, QStringLiteral("K")},
-        {QStringLiteral("CIM"), QStringLiteral("CIMENT ORTHOPEDIQUE"), QStringLiteral("G"), QStringLiteral("VIS"), QStringLiteral("N"), 20, 20, 6, QStringLiteral("K")},
-        {QStringLiteral("MEC"), QStringLiteral("MECHE DIAM."), QStringLiteral("MM"), QStringLiteral("VIS"), QStringLiteral("N"), 2, 1, 12, QStringLiteral("K")},
-        {QStringLiteral("LOC"), QStringLiteral("LOCATION ANCILLAIRE FORFAIT"), QString(), QStringLiteral("VIS"), QStringLiteral("N"), 1, 1, 8, QStringLiteral("N")},
-        {QStringLiteral("TXT"), QStringLiteral("MENTION"), QString(), QString(), QString(), 1, 1, 6, QStringLiteral("T")}};
+        {QStringLiteral("TFC"), QStringLiteral("TIGE FEMORALE CIMENTEE TAILLE"), QString(), QStringLiteral("HAN"),
+         QStringLiteral("N"), 1, 1, 16, QStringLiteral("O")},
+        {QStringLiteral("TFS"), QStringLiteral("TIGE FEMORALE SANS CIMENT TAILLE"), QString(), QStringLiteral("HAN"),
+         QStringLiteral("F"), 1, 1, 20, QStringLiteral("O")},
+        {QStringLiteral("COT"), QStringLiteral("CUPULE ACETABULAIRE DIAM."), QStringLiteral("MM"),
+         QStringLiteral("HAN"), QStringLiteral("N"), 40, 2, 16, QStringLiteral("O")},
+        {QStringLiteral("TET"), QStringLiteral("TETE FEMORALE CERAMIQUE DIAM."), QStringLiteral("MM"),
+         QStringLiteral("HAN"), QStringLiteral("N"), 22, 2, 12, QStringLiteral("O")},
+        {QStringLiteral("INS"), QStringLiteral("INSERT POLYETHYLENE DIAM."), QStringLiteral("MM"),
+         QStringLiteral("HAN"), QStringLiteral("F"), 22, 2, 20, QStringLiteral("O")},
+        {QStringLiteral("CFG"), QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE"), QString(), QStringLiteral("GEN"),
+         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
+        {QStringLiteral("EMB"), QStringLiteral("EMBASE TIBIALE TAILLE"), QString(), QStringLiteral("GEN"),
+         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
+        {QStringLiteral("PLA"), QStringLiteral("PLATEAU TIBIAL EPAISSEUR"), QStringLiteral("MM"), QStringLiteral("GEN"),
+         QStringLiteral("N"), 8, 1, 24, QStringLiteral("O")},
+        {QStringLiteral("ROT"), QStringLiteral("IMPLANT ROTULIEN DIAM."), QStringLiteral("MM"), QStringLiteral("GEN"),
+         QStringLiteral("N"), 24, 1, 16, QStringLiteral("O")},
+        {QStringLiteral("THU"), QStringLiteral("TIGE HUMERALE TAILLE"), QString(), QStringLiteral("EPA"),
+         QStringLiteral("N"), 6, 1, 16, QStringLiteral("O")},
+        {QStringLiteral("GLE"), QStringLiteral("GLENOSPHERE DIAM."), QStringLiteral("MM"), QStringLiteral("EPA"),
+         QStringLiteral("F"), 32, 2, 10, QStringLiteral("O")},
+        {QStringLiteral("SGR"), QStringLiteral("SUBSTITUT OSSEUX GRANULES"), QStringLiteral("CC"),
+         QStringLiteral("SUB"), QStringLiteral("N"), 1, 1, 20, QStringLiteral("O")},
+        {QStringLiteral("SBL"), QStringLiteral("SUBSTITUT OSSEUX BLOC"), QStringLiteral("MM"), QStringLiteral("SUB"),
+         QStringLiteral("N"), 10, 5, 12, QStringLiteral("O")},
+        {QStringLiteral("ALL"), QStringLiteral("TETE FEMORALE ALLOGREFFE LOT"), QString(), QStringLiteral("SUB"),
+         QStringLiteral("G"), 1, 1, 14, QStringLiteral("O")},
+        {QStringLiteral("VSP"), QStringLiteral("VIS SPONGIEUSE 6,5 X"), QStringLiteral("MM"), QStringLiteral("VIS"),
+         QStringLiteral("N"), 15, 5, 24, QStringLiteral("K")},
+        {QStringLiteral("CIM"), QStringLiteral("CIMENT ORTHOPEDIQUE"), QStringLiteral("G"), QStringLiteral("VIS"),
+         QStringLiteral("N"), 20, 20, 6, QStringLiteral("K")},
+        {QStringLiteral("MEC"), QStringLiteral("MECHE DIAM."), QStringLiteral("MM"), QStringLiteral("VIS"),
+         QStringLiteral("N"), 2, 1, 12, QStringLiteral("K")},
+        {QStringLiteral("LOC"), QStringLiteral("LOCATION ANCILLAIRE FORFAIT"), QString(), QStringLiteral("VIS"),
+         QStringLiteral("N"), 1, 1, 8, QStringLiteral("N")},
+        {QStringLiteral("TXT"), QStringLiteral("MENTION"), QString(), QString(), QString(), 1, 1, 6,
+         QStringLiteral("T")}};
     return all;
 }
 
@@ -178,8 +215,9 @@ articles::Entry entryOf(const Range& range, int size, int number, Dice& dice) {
     articles::Entry entry;
     const bool text = range.followUp == follow_up::TextLine;
     entry.kind = text ? QStringLiteral("T") : QStringLiteral("A");
-    entry.stocked = range.followUp == follow_up::ByUnit || range.followUp == follow_up::ByMovements ? QStringLiteral("O")
-                                                                                                       : QStringLiteral("N");
+    entry.stocked = range.followUp == follow_up::ByUnit || range.followUp == follow_up::ByMovements
+                        ? QStringLiteral("O")
+                        : QStringLiteral("N");
     entry.followed = range.followUp == follow_up::ByUnit ? QStringLiteral("O") : QStringLiteral("N");
     Record& article = entry.article;
     article[strarticle.art_ref] = range.prefix + numbered(size, 3);
@@ -194,8 +232,9 @@ articles::Entry entryOf(const Range& range, int size, int number, Dice& dice) {
     article[strarticle.art_fam] = range.family;
     article[strarticle.art_fou] = numbered(number % 12 + 1, 6);
     article[strarticle.art_cat] = tips ? QStringLiteral("T") : QStringLiteral("L");
-    article[strarticle.art_tip] = tips ? QStringLiteral("%1B%2").arg(300 + number % 4).arg(numbered(number % 4 + 1, 2)) : QString();
-    article[strarticle.art_lpp] = tips ? QString()
+    article[strarticle.art_tip] =
+        tips ? QStringLiteral("%1B%2").arg(300 + number % 4).arg(numbered(number % 4 + 1, 2)) : QString();
+    article[strarticle.art_lpp] = tips               ? QString()
                                   : number % 13 == 0 ? SeveralLpp
                                                      : QString::number(3100000 + (number % 40) * 1237);
     article[strarticle.art_tva] = range.followUp == follow_up::None ? QStringLiteral("2") : QStringLiteral("1");
@@ -283,7 +322,8 @@ void fillSetTypes(Database ancillaire) {
     type[strancillaire.anc_lib] = QStringLiteral("ANCILLAIRE DE HANCHE COMPLET");
     type[strancillaire.anc_tva] = QStringLiteral("1");
     ancillaire.insert(type);
-    const std::pair<QString, int> components[] = {{QStringLiteral("TFC001"), 1}, {QStringLiteral("COT040"), 1}, {QStringLiteral("TET022"), 1}};
+    const std::pair<QString, int> components[] = {
+        {QStringLiteral("TFC001"), 1}, {QStringLiteral("COT040"), 1}, {QStringLiteral("TET022"), 1}};
     int line = 0;
     for (const auto& [reference, quantity] : components) {
         Record component(strnomenclature);

@@ -16,12 +16,14 @@ namespace molven {
 
 const QList<const Table*>& tablesOf(DataFile file) {
     static const QList<const Table*> invoices{&strface, &strfacl};
-    static const QList<const Table*> documents{&strface, &strfacl, &strlive, &strlivl, &strcsge, &strcsgl, &strbtre, &strbtrl};
+    static const QList<const Table*> documents{&strface, &strfacl, &strlive, &strlivl,
+                                               &strcsge, &strcsgl, &strbtre, &strbtrl};
     static const std::map<DataFile, QList<const Table*>> tables{
         {DataFile::Societe, {&strsociete}},
         {DataFile::Molven,
          {&strspecif, &strarticle, &strartlpp, &strconform, &strclient, &strfournis, &strparam, &strpan, &strparrgt,
-          &strparfac, &strmonnaie, &strlpp, &strpartips, &strtarifclt, &strparrem, &strtauxrep, &strproduit, &strmvtstk}},
+          &strparfac, &strmonnaie, &strlpp, &strpartips, &strtarifclt, &strparrem, &strtauxrep, &strproduit,
+          &strmvtstk}},
         {DataFile::Vente, documents},
         {DataFile::Blent, {&strbl}},
         {DataFile::Proforma, invoices},

@@ -7,14 +7,16 @@ namespace molven {
 
 namespace {
 
-constexpr ushort Zero = 194, ToC = 199, ToB = 200, ToA = 201, Fnc1 = 202, StartA = 203, StartB = 204, StartC = 205, Stop = 206;
+constexpr ushort Zero = 194, ToC = 199, ToB = 200, ToA = 201, Fnc1 = 202, StartA = 203, StartB = 204, StartC = 205,
+                 Stop = 206;
 
 bool isMarker(ushort c) { return c == Fnc1 || (c >= 212 && c <= 215); }
 
 /// Four digits, deliberately: no barcode data of the trade holds signs or separators among digits.
 bool areDigits(const QString& data, qsizetype from, qsizetype count) {
     if (from < 0 || from + count > data.size()) return false;
-    return std::all_of(data.begin() + from, data.begin() + from + count, [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return std::all_of(data.begin() + from, data.begin() + from + count,
+                       [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
 ushort characterOf(int value) {
@@ -125,10 +127,14 @@ QString Code128Encoder::encode(QString& data, short returnKind) {
     data.clear();
     const QChar check = checkCharacter(encoded);
     switch (returnKind) {
-    case Bars: return QChar(start_) + QString(encoded).replace(u' ', QChar(Zero)) + check + QChar(Stop) + u' ';
-    case HumanReadable: return readable;
-    case CheckCharacter: return check;
-    default: return {};
+    case Bars:
+        return QChar(start_) + QString(encoded).replace(u' ', QChar(Zero)) + check + QChar(Stop) + u' ';
+    case HumanReadable:
+        return readable;
+    case CheckCharacter:
+        return check;
+    default:
+        return {};
     }
 }
 

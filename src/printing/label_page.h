@@ -11,11 +11,11 @@ namespace molven {
 struct ProductLabel {
     QString immatriculation;
     QString reference;
-    QString tips;                   ///< TIPS code; when empty the LPP code is printed with its bars
+    QString tips; ///< TIPS code; when empty the LPP code is printed with its bars
     QString lpp, lppLabel;
     QString origin;
-    QString liabilityTariff;        ///< "123,45 EUR", or words
-    std::optional<Decimal> euros;   ///< sale price with VAT
+    QString liabilityTariff;      ///< "123,45 EUR", or words
+    std::optional<Decimal> euros; ///< sale price with VAT
 };
 
 namespace label_page {

@@ -39,7 +39,8 @@ int PrintJob::textWidth(const QString& text) const {
 }
 
 bool PrintJob::contains(const QString& text) const {
-    return std::any_of(pieces_.begin(), pieces_.end(), [&text](const PrintedText& piece) { return piece.text == text; });
+    return std::any_of(pieces_.begin(), pieces_.end(),
+                       [&text](const PrintedText& piece) { return piece.text == text; });
 }
 
 void PrintJob::paint(QPainter& painter, int page) const {
@@ -71,7 +72,8 @@ void PrintJob::savePdf(const QString& path) const {
         paint(painter, page);
     }
     painter.end();
-    if (!file.flush()) throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
+    if (!file.flush())
+        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
 }
 
 } // namespace molven

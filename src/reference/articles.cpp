@@ -167,7 +167,8 @@ void remove(Database molven, const QString& reference) {
     const auto article = find(molven, reference);
     if (!article) throw Refusal(QStringLiteral("Aucun article sélectionné"), strarticle.art_ref.name);
     const Record& read = *article;
-    if (!read[strarticle.art_stk].isZero() || !read[strarticle.art_cdec].isZero() || !read[strarticle.art_cdef].isZero())
+    if (!read[strarticle.art_stk].isZero() || !read[strarticle.art_cdec].isZero() ||
+        !read[strarticle.art_cdef].isZero())
         throw Refusal(QStringLiteral("Cet article a des produits en stock/en commande"), strarticle.art_ref.name);
     molven.remove(strarticle, strarticle.art_ref == reference);
     transaction.commit();

@@ -7,11 +7,11 @@ namespace molven {
 /// Most short code lists, told apart by a one-letter list code.
 struct Parameters : Table {
     using Table::Table;
-    Text cod_par{this, "cod_par", 1};     ///< list code
-    Text num_par{this, "num_par", 3};     ///< code of the entry within its list
-    Label lib_par{this, "lib_par", 40};   ///< label
-    Text cpt_par{this, "cpt_par", 9};     ///< accounting account; family of a sub-family (list S)
-    Text fam_dep{this, "fam_dep", 3};     ///< family of a depot (list D)
+    Text cod_par{this, "cod_par", 1};   ///< list code
+    Text num_par{this, "num_par", 3};   ///< code of the entry within its list
+    Label lib_par{this, "lib_par", 40}; ///< label
+    Text cpt_par{this, "cpt_par", 9};   ///< accounting account; family of a sub-family (list S)
+    Text fam_dep{this, "fam_dep", 3};   ///< family of a depot (list D)
     Index by_code{this, {cod_par, num_par}, Uniqueness::Unique};
     Index by_label{this, {cod_par, lib_par}};
 };
@@ -54,9 +54,9 @@ inline const VatCodes strparfac{"strparfac"};
 /// Currencies.
 struct Currencies : Table {
     using Table::Table;
-    Text mon_cle{this, "mon_cle", 3};    ///< key, "EUR"
-    Label mon_lib{this, "mon_lib", 40};  ///< label
-    Number mon_euro{this, "mon_euro"};   ///< euros for one unit, divided by 100000 in the label's coefficient
+    Text mon_cle{this, "mon_cle", 3};   ///< key, "EUR"
+    Label mon_lib{this, "mon_lib", 40}; ///< label
+    Number mon_euro{this, "mon_euro"};  ///< euros for one unit, divided by 100000 in the label's coefficient
     Index by_key{this, {mon_cle}, Uniqueness::Unique};
 };
 inline const Currencies strmonnaie{"strmonnaie"};
@@ -64,8 +64,8 @@ inline const Currencies strmonnaie{"strmonnaie"};
 /// Chart of accounts, in compta.mdb.
 struct Accounts : Table {
     using Table::Table;
-    Text cpt_aff{this, "cpt_aff", 9};    ///< account, 9 digits
-    Label cpt_lib{this, "cpt_lib", 40};  ///< label
+    Text cpt_aff{this, "cpt_aff", 9};   ///< account, 9 digits
+    Label cpt_lib{this, "cpt_lib", 40}; ///< label
     Index by_account{this, {cpt_aff}, Uniqueness::Unique};
 };
 inline const Accounts strplan{"strplan"};

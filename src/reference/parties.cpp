@@ -71,6 +71,8 @@ void saveClient(Database molven, Record client, const std::optional<Record>& bef
     transaction.commit();
 }
 
-void removeClient(Database molven, const QString& code) { molven.remove(strclient, strclient.clt_cod == padded(code, 6)); }
+void removeClient(Database molven, const QString& code) {
+    molven.remove(strclient, strclient.clt_cod == padded(code, 6));
+}
 
 } // namespace molven::parties

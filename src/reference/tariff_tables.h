@@ -19,9 +19,9 @@ inline const LppCodes strlpp{"strlpp"};
 /// TIPS reimbursement list.
 struct TipsCodes : Table {
     using Table::Table;
-    Text cod_tips{this, "cod_tips", 13}; ///< code
+    Text cod_tips{this, "cod_tips", 13};  ///< code
     Label lib_tips{this, "lib_tips", 80}; ///< label
-    Number ttc_tips{this, "ttc_tips"};   ///< reimbursement price with VAT
+    Number ttc_tips{this, "ttc_tips"};    ///< reimbursement price with VAT
     Index by_code{this, {cod_tips}, Uniqueness::Unique};
 };
 inline const TipsCodes strpartips{"strpartips"};

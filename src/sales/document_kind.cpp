@@ -9,18 +9,19 @@ namespace molven {
 const QList<DocumentKind>& documentKinds() {
     static const QList<DocumentKind> kinds{
         {QStringLiteral("LIV"), strlive, strlivl, QStringLiteral("Gestion des Bons de Livraison"),
-         QStringLiteral("Bon de Livraison"), QStringLiteral("Bon de Livraison"), QStringLiteral("LES BONS DE LIVRAISON"),
-         state::Delivered, false, false, true},
+         QStringLiteral("Bon de Livraison"), QStringLiteral("Bon de Livraison"),
+         QStringLiteral("LES BONS DE LIVRAISON"), state::Delivered, false, false, true},
         {QStringLiteral("CSG"), strcsge, strcsgl, QStringLiteral("Gestion des Bons de Consignation"),
          QStringLiteral("Bon de consignation"), QStringLiteral("Bon de Consignation"),
          QStringLiteral("LES BONS DE CONSIGNATION"), state::Sold, false, true, false},
-        {QStringLiteral("FAC"), strface, strfacl, QStringLiteral("Gestion des Factures"), QStringLiteral("Facture/Avoir"),
-         QStringLiteral("Facture"), QStringLiteral("LES FACTURES"), state::Sold, false, false, false},
+        {QStringLiteral("FAC"), strface, strfacl, QStringLiteral("Gestion des Factures"),
+         QStringLiteral("Facture/Avoir"), QStringLiteral("Facture"), QStringLiteral("LES FACTURES"), state::Sold, false,
+         false, false},
         {QStringLiteral("AVO"), strface, strfacl, QStringLiteral("Gestion des Avoirs"), QStringLiteral("Facture/Avoir"),
          QStringLiteral("Avoir"), QStringLiteral("LES FACTURES"), state::InStock, true, false, false},
         {QStringLiteral("AVG"), strcsge, strcsgl, QStringLiteral("Gestion des Avoirs Bons Consignation"),
-         QStringLiteral("Bon de consignation"), QStringLiteral("Avoir Bons"), QStringLiteral("LES BONS DE CONSIGNATION"),
-         state::InStock, true, true, false},
+         QStringLiteral("Bon de consignation"), QStringLiteral("Avoir Bons"),
+         QStringLiteral("LES BONS DE CONSIGNATION"), state::InStock, true, true, false},
     };
     return kinds;
 }

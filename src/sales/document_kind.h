@@ -8,15 +8,15 @@ namespace molven {
 
 /// What one kind of sales document is: its tables, its words, its effect on a unit.
 struct DocumentKind {
-    QString mode;                   ///< "LIV", "CSG", "FAC", "AVO", "AVG"
+    QString mode; ///< "LIV", "CSG", "FAC", "AVO", "AVG"
     const DocumentHeaders& headers;
     const DocumentLines& lines;
-    QString title;                  ///< of the screen
-    QString label;                  ///< on the header while entering
-    QString shownLabel;             ///< once a document is displayed
-    QString listTitle;              ///< of the list of a client's documents
-    QString unitState;              ///< what a unit becomes
-    bool isCredit;                  ///< takes units back
+    QString title;      ///< of the screen
+    QString label;      ///< on the header while entering
+    QString shownLabel; ///< once a document is displayed
+    QString listTitle;  ///< of the list of a client's documents
+    QString unitState;  ///< what a unit becomes
+    bool isCredit;      ///< takes units back
     bool isConsignment;
     bool isDeletable;
 

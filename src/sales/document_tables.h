@@ -7,12 +7,12 @@ namespace molven {
 /// Header of a sales document, one layout for all families.
 struct DocumentHeaders : Table {
     using Table::Table;
-    Text fac_aa{this, "fac_aa", 4};       ///< year of the document date
-    Text fac_no{this, "fac_no", 6};       ///< number "000000"; the year does not restart the series
-    Text fac_lg{this, "fac_lg", 3};       ///< "ENT"
-    Text fac_clt{this, "fac_clt", 6};     ///< client code
-    Label fac_nom{this, "fac_nom", 40};   ///< client name
-    Label fac_l1{this, "fac_l1", 40};     ///< address, copied at creation
+    Text fac_aa{this, "fac_aa", 4};     ///< year of the document date
+    Text fac_no{this, "fac_no", 6};     ///< number "000000"; the year does not restart the series
+    Text fac_lg{this, "fac_lg", 3};     ///< "ENT"
+    Text fac_clt{this, "fac_clt", 6};   ///< client code
+    Label fac_nom{this, "fac_nom", 40}; ///< client name
+    Label fac_l1{this, "fac_l1", 40};   ///< address, copied at creation
     Label fac_l2{this, "fac_l2", 40};
     Label fac_l3{this, "fac_l3", 40};
     Label fac_l4{this, "fac_l4", 40};
@@ -42,13 +42,13 @@ struct DocumentHeaders : Table {
     Number fac_tv1{this, "fac_tv1"};      ///< VAT of codes 1, 2, 3
     Number fac_tv2{this, "fac_tv2"};
     Number fac_tv3{this, "fac_tv3"};
-    Number fac_tvp{this, "fac_tvp"};      ///< VAT of the carriage
-    Number fac_ffa{this, "fac_ffa"};      ///< amount left to pay
-    Label fac_mes{this, "fac_mes", 80};   ///< message line
-    Label fac_clm{this, "fac_clm"};       ///< client memo
-    Text fac_blv{this, "fac_blv", 6};     ///< invoice that took over the delivery note, "000000" while none
-    Text fac_cpt{this, "fac_cpt", 1};     ///< N open, T transferred
-    Text fac_dep{this, "fac_dep", 3};     ///< depot of the document
+    Number fac_tvp{this, "fac_tvp"};    ///< VAT of the carriage
+    Number fac_ffa{this, "fac_ffa"};    ///< amount left to pay
+    Label fac_mes{this, "fac_mes", 80}; ///< message line
+    Label fac_clm{this, "fac_clm"};     ///< client memo
+    Text fac_blv{this, "fac_blv", 6};   ///< invoice that took over the delivery note, "000000" while none
+    Text fac_cpt{this, "fac_cpt", 1};   ///< N open, T transferred
+    Text fac_dep{this, "fac_dep", 3};   ///< depot of the document
 
     Index by_number{this, {fac_no, fac_aa}, Uniqueness::Unique};
     Index by_client{this, {fac_clt, fac_cpt, tri_datf}};
@@ -71,39 +71,39 @@ inline const TransferHeaders strbtre{"strbtre"};
 /// Line of a sales document. Each document with lines also holds a hidden record "000".
 struct DocumentLines : Table {
     using Table::Table;
-    Text fac_aa{this, "fac_aa", 4};       ///< year and number of the document
+    Text fac_aa{this, "fac_aa", 4}; ///< year and number of the document
     Text fac_no{this, "fac_no", 6};
-    Text fac_lg{this, "fac_lg", 3};       ///< "001" to "996"; "000" is hidden
-    Text fac_imm{this, "fac_imm", 8};     ///< unit, empty for an untracked article or a text
-    Text fac_ref{this, "fac_ref", 13};    ///< article reference
-    Label fac_li1{this, "fac_li1", 40};   ///< designation
+    Text fac_lg{this, "fac_lg", 3};     ///< "001" to "996"; "000" is hidden
+    Text fac_imm{this, "fac_imm", 8};   ///< unit, empty for an untracked article or a text
+    Text fac_ref{this, "fac_ref", 13};  ///< article reference
+    Label fac_li1{this, "fac_li1", 40}; ///< designation
     Label fac_li2{this, "fac_li2", 40};
     Label fac_li3{this, "fac_li3", 40};
-    Label fac_id1{this, "fac_id1", 80};   ///< identification printed below: lot, piece, donor, tissue
+    Label fac_id1{this, "fac_id1", 80}; ///< identification printed below: lot, piece, donor, tissue
     Label fac_id2{this, "fac_id2", 80};
-    Text fac_pvt{this, "fac_pvt", 10};    ///< price indicator
-    Text fac_typ{this, "fac_typ", 1};     ///< unit type
-    Text fac_ste{this, "fac_ste", 20};    ///< sterilisation batch
-    Text fac_dst{this, "fac_dst", 7};     ///< sterilisation date
-    Text fac_dpr{this, "fac_dpr", 7};     ///< expiry date
-    Number fac_qte{this, "fac_qte"};      ///< quantity
-    Number fac_pa{this, "fac_pa"};        ///< purchase price
-    Number fac_px{this, "fac_px"};        ///< unit price before discount
-    Number fac_remx{this, "fac_remx"};    ///< discount in percent
-    Number fac_pv{this, "fac_pv"};        ///< net unit price
-    Number fac_ht{this, "fac_ht"};        ///< line total without VAT
-    Text fac_tva{this, "fac_tva", 1};     ///< VAT code
-    Number fac_ttc{this, "fac_ttc"};      ///< line total with VAT
-    Text fac_clt{this, "fac_clt", 6};     ///< client code
-    Text fac_nho{this, "fac_nho", 20};    ///< approval number
-    Text fac_tip{this, "fac_tip", 13};    ///< reimbursement code
-    Text fac_dep{this, "fac_dep", 3};     ///< depot
-    Text fac_tar{this, "fac_tar", 20};    ///< price basis
-    Text fac_nbl{this, "fac_nbl", 6};     ///< delivery note the line came from
-    Text fac_cpt{this, "fac_cpt", 1};     ///< N open, T transferred
-    Text fac_fimm{this, "fac_fimm", 30};  ///< supplier's serial
-    Text fac_fref{this, "fac_fref", 20};  ///< supplier's reference
-    Text fac_imp{this, "fac_imp", 9};     ///< account charged
+    Text fac_pvt{this, "fac_pvt", 10};   ///< price indicator
+    Text fac_typ{this, "fac_typ", 1};    ///< unit type
+    Text fac_ste{this, "fac_ste", 20};   ///< sterilisation batch
+    Text fac_dst{this, "fac_dst", 7};    ///< sterilisation date
+    Text fac_dpr{this, "fac_dpr", 7};    ///< expiry date
+    Number fac_qte{this, "fac_qte"};     ///< quantity
+    Number fac_pa{this, "fac_pa"};       ///< purchase price
+    Number fac_px{this, "fac_px"};       ///< unit price before discount
+    Number fac_remx{this, "fac_remx"};   ///< discount in percent
+    Number fac_pv{this, "fac_pv"};       ///< net unit price
+    Number fac_ht{this, "fac_ht"};       ///< line total without VAT
+    Text fac_tva{this, "fac_tva", 1};    ///< VAT code
+    Number fac_ttc{this, "fac_ttc"};     ///< line total with VAT
+    Text fac_clt{this, "fac_clt", 6};    ///< client code
+    Text fac_nho{this, "fac_nho", 20};   ///< approval number
+    Text fac_tip{this, "fac_tip", 13};   ///< reimbursement code
+    Text fac_dep{this, "fac_dep", 3};    ///< depot
+    Text fac_tar{this, "fac_tar", 20};   ///< price basis
+    Text fac_nbl{this, "fac_nbl", 6};    ///< delivery note the line came from
+    Text fac_cpt{this, "fac_cpt", 1};    ///< N open, T transferred
+    Text fac_fimm{this, "fac_fimm", 30}; ///< supplier's serial
+    Text fac_fref{this, "fac_fref", 20}; ///< supplier's reference
+    Text fac_imp{this, "fac_imp", 9};    ///< account charged
     Index by_number{this, {fac_no, fac_aa, fac_lg}};
     Index by_unit{this, {fac_imm, fac_no}};
 };
@@ -115,7 +115,7 @@ inline const DocumentLines strbtrl{"strbtrl"};
 /// Delivery address last used for a client, in blent.mdb.
 struct DeliveryAddresses : Table {
     using Table::Table;
-    Text bl_cod{this, "bl_cod", 6};   ///< client code
+    Text bl_cod{this, "bl_cod", 6}; ///< client code
     Label bl_l1{this, "bl_l1", 40};
     Label bl_l2{this, "bl_l2", 40};
     Label bl_l3{this, "bl_l3", 40};

@@ -55,7 +55,8 @@ Record blank(SalesBook& book, const QString& code) {
     require(found.has_value(), "Ce code n'existe pas", table.fac_clt);
     const Record& client = *found;
     const bool invoicing = book.kind().isInvoice() || book.kind().isCredit;
-    require(!invoicing || client[strclient.clt_fac] != u"N", "Ce client n'a pas d'autorisation de facturation", table.fac_clt);
+    require(!invoicing || client[strclient.clt_fac] != u"N", "Ce client n'a pas d'autorisation de facturation",
+            table.fac_clt);
 
     Record header(table);
     header[table.fac_clt] = client[strclient.clt_cod];
@@ -86,13 +87,16 @@ void check(SalesBook& book, const Record& header) {
     const QString order = header[table.fac_datc];
     require(isEmptyDate(order) || dateFromText(order).isValid(), "Date invalide", table.fac_datc);
     require(isEmptyDate(order) || dateFromText(order) <= date, "Date commande > date du document", table.fac_datc);
-    require(book.molven.count(strmonnaie, strmonnaie.mon_cle == header[table.fac_mon]) > 0, "Monnaie inconnue", table.fac_mon);
+    require(book.molven.count(strmonnaie, strmonnaie.mon_cle == header[table.fac_mon]) > 0, "Monnaie inconnue",
+            table.fac_mon);
     const QString surgeon = header[table.fac_chr];
-    require(surgeon.isEmpty() || parameters::find(book.molven, list::Surgeon, surgeon), "Ce code n'existe pas", table.fac_chr);
+    require(surgeon.isEmpty() || parameters::find(book.molven, list::Surgeon, surgeon), "Ce code n'existe pas",
+            table.fac_chr);
     const QString dispatch = header[table.fac_trs];
     require(dispatch.isEmpty() || parameters::find(book.molven, list::Dispatch, dispatch), "Ce code n'existe pas",
             table.fac_trs);
-    require(parameters::find(book.molven, list::Depot, header[table.fac_dep]).has_value(), "Dépôt inconnu", table.fac_dep);
+    require(parameters::find(book.molven, list::Depot, header[table.fac_dep]).has_value(), "Dépôt inconnu",
+            table.fac_dep);
 }
 
 void keepDeliveryAddress(SalesBook& book, const QString& client, const QStringList& address) {
@@ -189,7 +193,8 @@ Record refreshTotals(SalesBook& book, const Record& header) {
 
 void requireDeletable(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
-    require(book.kind().isDeletable, "Impossible de supprimer une Facture ou un Avoir ou un bon consignation", table.fac_no);
+    require(book.kind().isDeletable, "Impossible de supprimer une Facture ou un Avoir ou un bon consignation",
+            table.fac_no);
     const auto stored = book.vente.find(table, sameDocument(table, header));
     require(stored.has_value(), "N° inconnu", table.fac_no);
     require(std::as_const(*stored)[table.fac_cpt] != Transferred, "Bon Livraison facturé !!! impossible", table.fac_no);

@@ -26,7 +26,8 @@ Record integrable(SalesBook& invoices, const Record& invoice, const QString& num
 }
 
 /// A unit delivered by the note is now sold by the invoice.
-void sell(SalesBook& invoices, const Record& invoice, const QString& unit, const QString& note, const QString& reference) {
+void sell(SalesBook& invoices, const Record& invoice, const QString& unit, const QString& note,
+          const QString& reference) {
     const QString number = invoice[strface.fac_no];
     invoices.molven.update(strproduit,
                            {{strproduit.tes_vte, state::Sold},
@@ -61,7 +62,8 @@ void integrate(SalesBook& invoices, const Record& invoice, const QString& delive
     Recordset lines = invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
                                             {strlivl.fac_no, strlivl.fac_lg});
     if (lines.isEmpty()) refuse(QStringLiteral("Aucune ligne sur ce Bon"));
-    const int taken = invoices.vente.greatest(strfacl, strfacl.fac_lg, numbering::linesOf(strfacl, year, invoiceNumber)).toInt();
+    const int taken =
+        invoices.vente.greatest(strfacl, strfacl.fac_lg, numbering::linesOf(strfacl, year, invoiceNumber)).toInt();
     if (taken + lines.count() > numbering::LastLine)
         refuse(QStringLiteral("Impossible d'intégrer ce BL, trop de lignes ..."));
 

@@ -81,10 +81,12 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     line[table.fac_fref] = unit[strproduit.fou_ref];
     line[table.fac_qte] = 1;
     if (type == u"G") {
-        line[table.fac_id1] = QStringLiteral("N° Donneur : %1  N° Tissu : %2").arg(unit[strproduit.pee_cer], unit[strproduit.ino_cer]);
+        line[table.fac_id1] =
+            QStringLiteral("N° Donneur : %1  N° Tissu : %2").arg(unit[strproduit.pee_cer], unit[strproduit.ino_cer]);
         line[table.fac_id2] = QStringLiteral("Prélvt : ") + unit[strproduit.reg_art];
     } else if (type == u"F") {
-        line[table.fac_id1] = QStringLiteral("N° Lot : %1  N° pièce : %2").arg(unit[strproduit.lot_art], unit[strproduit.pie_art]);
+        line[table.fac_id1] =
+            QStringLiteral("N° Lot : %1  N° pièce : %2").arg(unit[strproduit.lot_art], unit[strproduit.pie_art]);
         line[table.fac_id2] = QStringLiteral("Regroupement : ") + unit[strproduit.reg_art];
     } else {
         line[table.fac_id1] = QStringLiteral("N° Lot : ") + unit[strproduit.lot_art];
@@ -181,8 +183,9 @@ Recordset storedLine(SalesBook& book, const Record& header, const QString& numbe
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
     if (number.isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table.fac_lg.name);
-    Recordset line = book.vente.select(
-        table, numbering::linesOf(table, header[headers.fac_aa], header[headers.fac_no]) && table.fac_lg == padded(number, 3));
+    Recordset line =
+        book.vente.select(table, numbering::linesOf(table, header[headers.fac_aa], header[headers.fac_no]) &&
+                                     table.fac_lg == padded(number, 3));
     if (line.isEmpty()) throw Refusal(QStringLiteral("Cette ligne n'existe pas"), table.fac_lg.name);
     return line;
 }

@@ -10,10 +10,10 @@ struct Draft {
     explicit Draft(const DocumentLines& table) : line(table) {}
 
     Record line;
-    bool tracked = false;    ///< needs a unit
-    bool isText = false;     ///< designation only
-    bool withoutVat = true;  ///< price basis
-    QString priceMessage;    ///< "Ce prix de vente est HT" or TTC; empty for a text
+    bool tracked = false;   ///< needs a unit
+    bool isText = false;    ///< designation only
+    bool withoutVat = true; ///< price basis
+    QString priceMessage;   ///< "Ce prix de vente est HT" or TTC; empty for a text
 };
 
 /// A line preset from an article for the document's client. Throws Refusal for an unknown article.

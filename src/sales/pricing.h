@@ -6,14 +6,14 @@ namespace molven::pricing {
 
 /// What an article sold to a client presets on a line.
 struct Preset {
-    QStringList designation;   ///< two labels, three for some companies
+    QStringList designation; ///< two labels, three for some companies
     QString vatCode;
-    bool withoutVat = true;    ///< price basis
-    Decimal price;             ///< unit price before discount, on that basis
-    Decimal discount;          ///< percent
+    bool withoutVat = true; ///< price basis
+    Decimal price;          ///< unit price before discount, on that basis
+    Decimal discount;       ///< percent
     Decimal purchasePrice;
-    QString reimbursement;     ///< TIPS or LPP code
-    QString approval;          ///< approval number, consignment documents only
+    QString reimbursement; ///< TIPS or LPP code
+    QString approval;      ///< approval number, consignment documents only
     /// "Ce prix de vente est HT" or "... TTC".
     QString message() const;
 };

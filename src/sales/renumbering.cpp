@@ -11,23 +11,43 @@ namespace molven::renumbering {
 
 const QList<Renumbering>& families() {
     static const QList<Renumbering> all{
-        {QStringLiteral("mnu_util_num_btr"), DataFile::Vente, strbtre, strbtrl,
-         QStringLiteral("Changement Numéro des Bons de transfert ?"), {state::InStock, state::InSet}},
-        {QStringLiteral("mnu_util_num_liv"), DataFile::Vente, strlive, strlivl,
-         QStringLiteral("Changement Numéro des Bons de livraison ?"), {state::Delivered}},
-        {QStringLiteral("mnu_util_num_fac"), DataFile::Vente, strface, strfacl,
-         QStringLiteral("Changement Numéro des Factures ?"), {state::Sold, state::InStock}},
-        {QStringLiteral("mnu_util_num_csg"), DataFile::Vente, strcsge, strcsgl,
-         QStringLiteral("Changement Numéro des Bons de consignation ?"), {state::Sold, state::InStock}},
-        {QStringLiteral("mnu_util_num_pro"), DataFile::Proforma, strface, strfacl,
-         QStringLiteral("Changement Numéro des Proformas ?"), {}},
+        {QStringLiteral("mnu_util_num_btr"),
+         DataFile::Vente,
+         strbtre,
+         strbtrl,
+         QStringLiteral("Changement Numéro des Bons de transfert ?"),
+         {state::InStock, state::InSet}},
+        {QStringLiteral("mnu_util_num_liv"),
+         DataFile::Vente,
+         strlive,
+         strlivl,
+         QStringLiteral("Changement Numéro des Bons de livraison ?"),
+         {state::Delivered}},
+        {QStringLiteral("mnu_util_num_fac"),
+         DataFile::Vente,
+         strface,
+         strfacl,
+         QStringLiteral("Changement Numéro des Factures ?"),
+         {state::Sold, state::InStock}},
+        {QStringLiteral("mnu_util_num_csg"),
+         DataFile::Vente,
+         strcsge,
+         strcsgl,
+         QStringLiteral("Changement Numéro des Bons de consignation ?"),
+         {state::Sold, state::InStock}},
+        {QStringLiteral("mnu_util_num_pro"),
+         DataFile::Proforma,
+         strface,
+         strfacl,
+         QStringLiteral("Changement Numéro des Proformas ?"),
+         {}},
     };
     return all;
 }
 
 const Renumbering* ofMenu(const QString& menu) {
-    const auto found =
-        std::find_if(families().begin(), families().end(), [&menu](const Renumbering& family) { return family.menu == menu; });
+    const auto found = std::find_if(families().begin(), families().end(),
+                                    [&menu](const Renumbering& family) { return family.menu == menu; });
     return found == families().end() ? nullptr : &*found;
 }
 
@@ -39,16 +59,19 @@ QString usable(Database documents, const Renumbering& family, const QString& old
     const QString number = padded(newNumber, 6);
     const bool wellFormed = number.size() == 6 && Decimal::parse(number) && number != u"000000";
     const bool exists = documents.count(family.headers, family.headers.fac_no == padded(oldNumber, 6)) == 1;
-    if (!wellFormed || !exists || documents.count(family.headers, family.headers.fac_no == number) > 0) throw impossible();
+    if (!wellFormed || !exists || documents.count(family.headers, family.headers.fac_no == number) > 0)
+        throw impossible();
     return number;
 }
 
 /// The units whose last document is this one carry its number. Another family's document may bear the same
 /// number: state and date tell them apart.
-void renumberUnits(Database molven, Database documents, const Renumbering& family, const QString& from, const QString& to) {
+void renumberUnits(Database molven, Database documents, const Renumbering& family, const QString& from,
+                   const QString& to) {
     const auto header = documents.find(family.headers, family.headers.fac_no == to);
     const QString date = std::as_const(*header)[family.headers.fac_datf];
-    for (const Record& line : documents.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString())) {
+    for (const Record& line :
+         documents.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString())) {
         const Criterion unit = Immatriculation::fromText(line[family.lines.fac_imm]).criterion() &&
                                isOneOf(strproduit.tes_vte, family.unitStates) && strproduit.num_vte == from &&
                                strproduit.dat_vte == date;

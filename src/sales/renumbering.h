@@ -9,12 +9,12 @@ namespace molven {
 
 /// A family whose documents may be given another number from the tool box.
 struct Renumbering {
-    QString menu;             ///< menu entry
+    QString menu; ///< menu entry
     DataFile file;
     const DocumentHeaders& headers;
     const DocumentLines& lines;
     QString question;
-    QStringList unitStates;   ///< states of units whose last document is of this family; none for proformas
+    QStringList unitStates; ///< states of units whose last document is of this family; none for proformas
 };
 
 namespace renumbering {

@@ -3,8 +3,11 @@
 namespace molven {
 
 SalesBook::SalesBook(const Session& session, const DocumentKind& kind)
-    : kind_(kind), rules_(session.rules()), deliversFromClientDepot_(session.spe_btl == u"O"),
-      molven(workspace.open(session.molven())), vente(workspace.open(session.vente())),
+    : kind_(kind),
+      rules_(session.rules()),
+      deliversFromClientDepot_(session.spe_btl == u"O"),
+      molven(workspace.open(session.molven())),
+      vente(workspace.open(session.vente())),
       blent(workspace.open(session.path(DataFile::Blent))) {}
 
 } // namespace molven

@@ -32,9 +32,12 @@ Record transferable(Database molven, const TransferNote& note, const QString& im
     if (!found) throw Refusal(QStringLiteral("Immatriculation inconnue"), strbtrl.fac_imm.name);
     const Record& unit = *found;
     const QString unitState = unit[strproduit.tes_vte];
-    if (unitState == state::Delivered) throw refused(QStringLiteral(" a été livré , BL N° : ") + unit[strproduit.num_vte]);
-    if (unitState == state::Sold) throw refused(QStringLiteral(" a été vendue , FACT N° : ") + unit[strproduit.num_vte]);
-    if (unit[strproduit.num_dep] != note.from) throw refused(QStringLiteral(" est au dépot : ") + unit[strproduit.num_dep]);
+    if (unitState == state::Delivered)
+        throw refused(QStringLiteral(" a été livré , BL N° : ") + unit[strproduit.num_vte]);
+    if (unitState == state::Sold)
+        throw refused(QStringLiteral(" a été vendue , FACT N° : ") + unit[strproduit.num_vte]);
+    if (unit[strproduit.num_dep] != note.from)
+        throw refused(QStringLiteral(" est au dépot : ") + unit[strproduit.num_dep]);
     return *found;
 }
 

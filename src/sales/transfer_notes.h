@@ -8,11 +8,11 @@ namespace molven {
 /// A move of units between two depots, without sale, as entered.
 struct TransferNote {
     QString client;
-    QString from;        ///< depot of departure
-    QString to;          ///< depot of arrival
-    QString date;        ///< "dd/mm/yyyy"
+    QString from; ///< depot of departure
+    QString to;   ///< depot of arrival
+    QString date; ///< "dd/mm/yyyy"
     QString patient, voucher, dispatch;
-    QStringList units;   ///< immatriculations
+    QStringList units; ///< immatriculations
 };
 
 namespace transfer_notes {

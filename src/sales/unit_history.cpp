@@ -35,7 +35,8 @@ UnitHistory find(const Session& session, const QString& typed) {
     history.archived = trail(historic, historic, unit);
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));
-    const Record& record = history.current.unit.isEmpty() ? history.archived.unit.first() : history.current.unit.first();
+    const Record& record =
+        history.current.unit.isEmpty() ? history.archived.unit.first() : history.current.unit.first();
     history.label = record[strproduit.pro_li1];
     return history;
 }

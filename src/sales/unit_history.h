@@ -8,11 +8,11 @@ namespace molven {
 
 /// Everything kept of one unit in one pair of files, current or archived.
 struct UnitTrail {
-    QList<Record> unit;          ///< the unit itself, none or one
-    QList<Record> transfers;     ///< lines of transfer notes, by number
-    QList<Record> deliveries;    ///< lines of delivery notes
-    QList<Record> invoices;      ///< lines of invoices and credit notes
-    QList<Record> consignments;  ///< lines of consignment notes
+    QList<Record> unit;         ///< the unit itself, none or one
+    QList<Record> transfers;    ///< lines of transfer notes, by number
+    QList<Record> deliveries;   ///< lines of delivery notes
+    QList<Record> invoices;     ///< lines of invoices and credit notes
+    QList<Record> consignments; ///< lines of consignment notes
 };
 
 /// Where a unit went: its record and its lines in the current and the archived files.

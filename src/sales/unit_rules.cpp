@@ -33,7 +33,8 @@ Source sourceOf(SalesBook& book, const Record& header) {
         return {{SecondaryDepot}, QStringLiteral("Cette immatriculation n'est pas au depot 261")};
     if (book.kind().isDelivery() && !book.deliversFromClientDepot())
         return {{MainDepot}, QStringLiteral("Cette immatriculation n'est pas dans le depot 001")};
-    return {{MainDepot, own}, QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client")};
+    return {{MainDepot, own},
+            QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client")};
 }
 
 [[noreturn]] void refuse(const QString& message) { throw Refusal(message, strlivl.fac_imm.name); }
@@ -78,12 +79,9 @@ QList<Assignment> saleOf(SalesBook& book, const Record& header, const Record& li
     const DocumentHeaders& headers = book.kind().headers;
     const DocumentLines& lines = book.kind().lines;
     const QString patient = header[headers.fac_pat];
-    return {{strproduit.pro_vte, line[lines.fac_pv].toString()},
-            {strproduit.pro_lpp, line[lines.fac_tip]},
-            {strproduit.pro_mon, header[headers.fac_mon]},
-            {strproduit.reg_pat, patient},
-            {strproduit.reg_clt, header[headers.fac_clt]},
-            {strproduit.reg_dat, header[headers.fac_datf]}};
+    return {{strproduit.pro_vte, line[lines.fac_pv].toString()}, {strproduit.pro_lpp, line[lines.fac_tip]},
+            {strproduit.pro_mon, header[headers.fac_mon]},       {strproduit.reg_pat, patient},
+            {strproduit.reg_clt, header[headers.fac_clt]},       {strproduit.reg_dat, header[headers.fac_datf]}};
 }
 
 QList<Assignment> movedBy(SalesBook& book, const Record& header) {
@@ -112,10 +110,18 @@ Decimal stockMoved(const DocumentKind& kind) {
 }
 
 QList<Assignment> unsold() {
-    return {{strproduit.tes_vte, state::InStock}, {strproduit.num_dep, MainDepot}, {strproduit.clt_dep, {}},
-            {strproduit.nom_dep, {}},  {strproduit.nbl_dep, {}}, {strproduit.num_vte, documents::NotInvoiced},
-            {strproduit.clt_vte, {}},  {strproduit.dat_vte, {}}, {strproduit.tri_vte, {}},
-            {strproduit.ref_vte, {}},  {strproduit.reg_pat, {}}, {strproduit.reg_clt, {}},
+    return {{strproduit.tes_vte, state::InStock},
+            {strproduit.num_dep, MainDepot},
+            {strproduit.clt_dep, {}},
+            {strproduit.nom_dep, {}},
+            {strproduit.nbl_dep, {}},
+            {strproduit.num_vte, documents::NotInvoiced},
+            {strproduit.clt_vte, {}},
+            {strproduit.dat_vte, {}},
+            {strproduit.tri_vte, {}},
+            {strproduit.ref_vte, {}},
+            {strproduit.reg_pat, {}},
+            {strproduit.reg_clt, {}},
             {strproduit.reg_dat, {}}};
 }
 
@@ -123,10 +129,9 @@ QList<Assignment> unsold() {
 QList<Assignment> soldBefore(SalesBook& book, const Record& header, const QString& unit) {
     const DocumentHeaders& headers = book.kind().headers;
     const DocumentLines& lines = book.kind().lines;
-    const auto sale = book.vente.find(lines,
-                                      lines.fac_imm == unit && lines.fac_no != header[headers.fac_no] &&
-                                          lines.fac_no < header[headers.fac_no],
-                                      Order::descending(lines.fac_no));
+    const auto sale = book.vente.find(
+        lines, lines.fac_imm == unit && lines.fac_no != header[headers.fac_no] && lines.fac_no < header[headers.fac_no],
+        Order::descending(lines.fac_no));
     const auto invoice = sale ? documents::find(book, std::as_const(*sale)[lines.fac_no]) : std::nullopt;
     if (!invoice) return unsold();
     const Record& sold = *invoice;

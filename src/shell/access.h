@@ -11,9 +11,9 @@ namespace access {
 inline const QString InitialWord = QStringLiteral("VELO");
 
 enum class Login {
-    Stored,      ///< first start: the typed word is now the password, validate again
+    Stored, ///< first start: the typed word is now the password, validate again
     Accepted,
-    Personalise  ///< the built-in word entered: ask for a password of the site's own
+    Personalise ///< the built-in word entered: ask for a password of the site's own
 };
 
 /// Checks the word typed at login. Throws Refusal "Mot de passe incorrect" on Text1.

@@ -46,7 +46,8 @@ void writeLine(const QString& path, const QString& line) {
     QSaveFile file(path);
     const QByteArray bytes = line.toUtf8() + "\r\n";
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2")
+                          .arg(QDir::toNativeSeparators(path), file.errorString()));
 }
 
 } // namespace molven

@@ -7,6 +7,8 @@ namespace molven {
 using namespace Qt::StringLiterals;
 
 const QList<MenuEntry>& menuTree() {
+    // One line an entry, to be read as the menu is.
+    // clang-format off
     static const QList<MenuEntry> tree{
         {0, u"mnu1_fic"_s, u"&Fichiers"_s, MenuAction::Submenu},
         {1, u"mnu1_fic_clt"_s, u"&Clients"_s, MenuAction::Submenu},
@@ -160,6 +162,7 @@ const QList<MenuEntry>& menuTree() {
         {0, u"sauve_garde"_s, u"&Sauvegarde sur disque amovible"_s, MenuAction::Backup},
         {0, u"mnu_gest"_s, u"&Gestion commandes "_s, MenuAction::Program, u"TRACDE.EXE"_s, {}, &CompanyRules::hasOrderProgram, u"Ce choix n'est pas disponible pour vous"_s},
     };
+    // clang-format on
     return tree;
 }
 

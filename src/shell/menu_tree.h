@@ -25,16 +25,16 @@ enum class MenuAction {
 
 /// One entry of the menu. `target` is a screen or a program.
 struct MenuEntry {
-    int depth;           ///< 0 on the bar
+    int depth; ///< 0 on the bar
     QString name;
-    QString caption;     ///< "&" marks the access key
+    QString caption; ///< "&" marks the access key
     MenuAction action;
     QString target = {};
     QString mode = {};
-    bool (CompanyRules::*allowed)() const = nullptr;  ///< entry acts only when this holds
-    QString refusal = {};                             ///< said otherwise; empty to say nothing
+    bool (CompanyRules::*allowed)() const = nullptr;   ///< entry acts only when this holds
+    QString refusal = {};                              ///< said otherwise; empty to say nothing
     bool (CompanyRules::*available)() const = nullptr; ///< entry can be chosen only when this holds
-    QString notice = {};                              ///< shown before the screen opens
+    QString notice = {};                               ///< shown before the screen opens
 };
 
 /// The whole menu, in order: an entry's children follow it one level deeper.

@@ -8,10 +8,10 @@ namespace molven {
 /// the grid's columns.
 struct Dossiers : Table {
     using Table::Table;
-    Label soc_nom{this, "soc_nom", 60};                ///< dossier (company) name
-    Label soc_chemin{this, "soc_chemin", 255};         ///< data folder, with trailing separator
-    Text soc_mot{this, "soc_mot", 20};                 ///< word typed to enter; also the site sub-code
-    Text soc_utilisateur{this, "soc_utilisateur", 2};  ///< user sub-folder, "**" for none
+    Label soc_nom{this, "soc_nom", 60};               ///< dossier (company) name
+    Label soc_chemin{this, "soc_chemin", 255};        ///< data folder, with trailing separator
+    Text soc_mot{this, "soc_mot", 20};                ///< word typed to enter; also the site sub-code
+    Text soc_utilisateur{this, "soc_utilisateur", 2}; ///< user sub-folder, "**" for none
 };
 inline const Dossiers strsociete{"strsociete"};
 

@@ -53,16 +53,25 @@ void place(Database molven, Database ancillaire, const QString& serial, const QS
     const QString type = std::as_const(*header)[strstock.stk_anc_code];
     const int last = ancillaire.greatest(strstock, strstock.stk_anc_imm_lg, strstock.stk_anc_imm == serial).toInt();
 
-    Record line = lineOf(serial, type, std::as_const(*header)[strstock.stk_anc_lib], padded(QString::number(last + 1), 3));
+    Record line =
+        lineOf(serial, type, std::as_const(*header)[strstock.stk_anc_lib], padded(QString::number(last + 1), 3));
     line[strstock.stk_ref_art] = unit[strproduit.ref_art];
     line[strstock.stk_lib_art] = unit[strproduit.pro_li1];
     line[strstock.stk_imm_art] = unit[strproduit.imm_art];
     ancillaire.insert(line);
     molven.update(strproduit,
-                  {{strproduit.tes_vte, state::InSet}, {strproduit.num_dep, SetDepot}, {strproduit.clt_dep, {}},
-                   {strproduit.nom_dep, {}}, {strproduit.nbl_dep, {}}, {strproduit.num_vte, {}},
-                   {strproduit.dat_vte, {}}, {strproduit.tri_vte, {}}, {strproduit.clt_vte, {}},
-                   {strproduit.ref_vte, {}}, {strproduit.stk_anc_imm, serial}, {strproduit.stk_anc_cod, type}},
+                  {{strproduit.tes_vte, state::InSet},
+                   {strproduit.num_dep, SetDepot},
+                   {strproduit.clt_dep, {}},
+                   {strproduit.nom_dep, {}},
+                   {strproduit.nbl_dep, {}},
+                   {strproduit.num_vte, {}},
+                   {strproduit.dat_vte, {}},
+                   {strproduit.tri_vte, {}},
+                   {strproduit.clt_vte, {}},
+                   {strproduit.ref_vte, {}},
+                   {strproduit.stk_anc_imm, serial},
+                   {strproduit.stk_anc_cod, type}},
                   key.criterion());
     transaction.commit();
 }

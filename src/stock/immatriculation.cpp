@@ -11,11 +11,13 @@ Immatriculation Immatriculation::fromText(const QString& typed) {
 }
 
 Immatriculation Immatriculation::next(Database molven, const QDate& receipt, int quantity) {
-    const bool offset = QString(molven.path()).replace(u'\\', u'/').section(u'/', 0, -2).endsWith(u"quilde", Qt::CaseInsensitive);
+    const bool offset =
+        QString(molven.path()).replace(u'\\', u'/').section(u'/', 0, -2).endsWith(u"quilde", Qt::CaseInsensitive);
     QString prefix = receipt.toString(QStringLiteral("yyMM"));
     if (offset) prefix = QString::number(prefix.toInt() + 1000).rightJustified(4, u'0');
-    const QString last = molven.greatest(strproduit, strproduit.imm_art,
-                                         strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix));
+    const QString last =
+        molven.greatest(strproduit, strproduit.imm_art,
+                        strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix));
     const int first = last.isEmpty() ? (offset ? 1001 : 1) : last.mid(4).toInt() + 1;
     if (first + quantity - 1 > LastOfMonth)
         throw Refusal(QStringLiteral("Création impossible il y a deja 9999 entrees"), QStringLiteral("txtqte"));
@@ -23,7 +25,8 @@ Immatriculation Immatriculation::next(Database molven, const QDate& receipt, int
 }
 
 bool Immatriculation::isValid() const {
-    return number_.size() == 8 && std::all_of(number_.begin(), number_.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    return number_.size() == 8 &&
+           std::all_of(number_.begin(), number_.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
 Immatriculation Immatriculation::plus(int step) const {

@@ -25,7 +25,8 @@ Record followedArticle(Database molven, const QString& reference) {
     require(filled(reference), "Ces zones sont obligatoires en saisie", "ref_art");
     const auto article = articles::find(molven, reference);
     require(article.has_value(), "Cet article n'existe pas", "ref_art");
-    require(std::as_const(*article)[strarticle.art_aig] == follow_up::ByUnit, "référence non tenue en stock", "ref_art");
+    require(std::as_const(*article)[strarticle.art_aig] == follow_up::ByUnit, "référence non tenue en stock",
+            "ref_art");
     return *article;
 }
 
@@ -33,7 +34,8 @@ namespace {
 
 int quantityOf(const Receipt& receipt) {
     const auto typed = Decimal::parse(receipt.quantity);
-    if (!typed || *typed < Decimal(1) || *typed > Decimal(Immatriculation::LastOfMonth) || typed->rounded(0) != *typed) return 0;
+    if (!typed || *typed < Decimal(1) || *typed > Decimal(Immatriculation::LastOfMonth) || typed->rounded(0) != *typed)
+        return 0;
     return static_cast<int>(typed->toInteger());
 }
 
@@ -41,7 +43,8 @@ void checkDates(const Receipt& receipt) {
     require(dateFromText(receipt.deliveryDate).isValid(), "date livraison invalide", "dat_liv");
     require(isEmptyDate(receipt.plannedDate) || dateFromText(receipt.plannedDate).isValid(),
             "date prevue livraison invalide", "dat_dlv");
-    require(isEmptyDate(receipt.orderDate) || dateFromText(receipt.orderDate).isValid(), "date commande invalide", "dat_cde");
+    require(isEmptyDate(receipt.orderDate) || dateFromText(receipt.orderDate).isValid(), "date commande invalide",
+            "dat_cde");
 }
 
 void checkManufactured(Database molven, const Receipt& receipt, const Record& article) {
@@ -52,7 +55,8 @@ void checkManufactured(Database molven, const Receipt& receipt, const Record& ar
     require(!counted || Decimal::parse(receipt.pieces) == Decimal(quantityOf(receipt)),
             "incohérence avec la quantité à entrer", "pie_art");
     if (receipt.conformity != u"O" && filled(receipt.cause))
-        require(parameters::find(molven, receipt.conformity, receipt.cause).has_value(), "Cette cause n'existe pas", "fab_cau");
+        require(parameters::find(molven, receipt.conformity, receipt.cause).has_value(), "Cette cause n'existe pas",
+                "fab_cau");
 }
 
 void checkGraft(const Receipt& receipt) {
@@ -64,7 +68,8 @@ void checkGraft(const Receipt& receipt) {
 void checkSterilisation(const Receipt& receipt) {
     require(isEmptyDate(receipt.sterilisationDate) || isMonthYear(receipt.sterilisationDate),
             "date stérilisation incorrecte", "dat_ste");
-    require(isEmptyDate(receipt.expiryDate) || isMonthYear(receipt.expiryDate), "date péremption incorrecte", "dat_per");
+    require(isEmptyDate(receipt.expiryDate) || isMonthYear(receipt.expiryDate), "date péremption incorrecte",
+            "dat_per");
 }
 
 QString monthYear(const QString& typed) { return isEmptyDate(typed) ? QString() : typed.trimmed(); }
@@ -159,7 +164,8 @@ void updateArticle(Database molven, const CompanyRules& rules, const Record& art
                    const Decimal& price) {
     const Decimal stock = article[strarticle.art_stk] + quantity;
     const Decimal value = article[strarticle.art_stk] * article[strarticle.art_pam] + price * quantity;
-    const Decimal average = stock.isZero() ? article[strarticle.art_pam] : (value / stock).rounded(rules.purchasePriceDecimals());
+    const Decimal average =
+        stock.isZero() ? article[strarticle.art_pam] : (value / stock).rounded(rules.purchasePriceDecimals());
     molven.update(strarticle,
                   {{strarticle.art_stk, stock.toString()},
                    {strarticle.art_dpa, price.toString()},

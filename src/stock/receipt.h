@@ -8,12 +8,12 @@ namespace molven {
 /// A receipt of units of one article, as entered. Dates are "dd/mm/yyyy", sterilisation and expiry "mm/yyyy".
 struct Receipt {
     QString reference;
-    QString supplier;       ///< code, "000000"
+    QString supplier; ///< code, "000000"
     QString orderNumber, orderDate;
     QString deliveryNumber, deliveryDate;
     QString plannedDate;
     QString quantity;
-    QString purchasePrice;  ///< company currency, comma or point
+    QString purchasePrice; ///< company currency, comma or point
     QString depot = QStringLiteral("001");
     QString lot;
     QString certificate1, certificate2, registerEntry, pieces, manufacturingOrder;
@@ -21,7 +21,7 @@ struct Receipt {
     QString sterilisationBatch, sterilisationDate, expiryDate, sterilisationIndex;
     QString supplierSerial, supplierReference;
     QString scannedEan, eanCompanion;
-    QString operatorWord;   ///< who receives, empty when nobody logged in
+    QString operatorWord; ///< who receives, empty when nobody logged in
     QString currency = QStringLiteral("EUR");
 };
 

@@ -7,20 +7,20 @@ namespace molven {
 /// Types of ancillary sets, in ancillaire.mdb.
 struct AncillaryTypes : Table {
     using Table::Table;
-    Text anc_code{this, "anc_code", 13};  ///< code, an article reference
-    Label anc_lib{this, "anc_lib", 40};   ///< label
-    Number anc_stk{this, "anc_stk"};      ///< number of sets
+    Text anc_code{this, "anc_code", 13}; ///< code, an article reference
+    Label anc_lib{this, "anc_lib", 40};  ///< label
+    Number anc_stk{this, "anc_stk"};     ///< number of sets
     Text anc_depot{this, "anc_depot", 3};
     Text anc_util{this, "anc_util", 10};
-    Text anc_tva{this, "anc_tva", 1};     ///< VAT code
-    Number anc_ht{this, "anc_ht"};        ///< price without VAT
-    Number anc_ttc{this, "anc_ttc"};      ///< price with VAT
-    Number anc_pa{this, "anc_pa"};        ///< purchase price
-    Text anc_cpt{this, "anc_cpt", 9};     ///< accounts: sales, export, purchases, stock
+    Text anc_tva{this, "anc_tva", 1}; ///< VAT code
+    Number anc_ht{this, "anc_ht"};    ///< price without VAT
+    Number anc_ttc{this, "anc_ttc"};  ///< price with VAT
+    Number anc_pa{this, "anc_pa"};    ///< purchase price
+    Text anc_cpt{this, "anc_cpt", 9}; ///< accounts: sales, export, purchases, stock
     Text anc_cpte{this, "anc_cpte", 9};
     Text anc_cpta{this, "anc_cpta", 9};
     Text anc_cpts{this, "anc_cpts", 9};
-    Text anc_tar{this, "anc_tar", 1};     ///< price basis
+    Text anc_tar{this, "anc_tar", 1}; ///< price basis
     Index by_code{this, {anc_code}, Uniqueness::Unique};
 };
 inline const AncillaryTypes strancillaire{"strancillaire"};
@@ -47,13 +47,13 @@ struct AncillarySets : Table {
     Text stk_ref_art{this, "stk_ref_art", 13};      ///< unit: reference, label, immatriculation
     Label stk_lib_art{this, "stk_lib_art", 40};
     Text stk_imm_art{this, "stk_imm_art", 8};
-    Text stk_num_dep{this, "stk_num_dep", 6};       ///< "A01", or the client's code
-    Label stk_nom_dep{this, "stk_nom_dep", 40};     ///< client's name
-    Text stk_tes_vte{this, "stk_tes_vte", 1};       ///< N
-    Text stk_num_vte{this, "stk_num_vte", 6};       ///< transfer note
-    Text stk_dat_vte{this, "stk_dat_vte", 10};      ///< its date
+    Text stk_num_dep{this, "stk_num_dep", 6};   ///< "A01", or the client's code
+    Label stk_nom_dep{this, "stk_nom_dep", 40}; ///< client's name
+    Text stk_tes_vte{this, "stk_tes_vte", 1};   ///< N
+    Text stk_num_vte{this, "stk_num_vte", 6};   ///< transfer note
+    Text stk_dat_vte{this, "stk_dat_vte", 10};  ///< its date
     Text stk_tri_vte{this, "stk_tri_vte", 8};
-    Text stk_clt_vte{this, "stk_clt_vte", 6};       ///< its client
+    Text stk_clt_vte{this, "stk_clt_vte", 6}; ///< its client
     Index by_line{this, {stk_anc_imm, stk_anc_imm_lg}};
     Index by_unit{this, {stk_imm_art}};
 };

@@ -43,10 +43,12 @@ Situation situation(const Record& unit, const CompanyRules& rules) {
     const QString clientAndDepot = unit[strproduit.clt_vte] + QStringLiteral(" Dépôt : ") + depot;
     const bool returned = depot == ReturnedDepot;
     if (returned && (unitState == state::InStock || unitState == state::Sold))
-        return {QStringLiteral("Produit retourné au fournisseur ") + clientAndDepot, documentLine("Bon de retour N° ", unit)};
+        return {QStringLiteral("Produit retourné au fournisseur ") + clientAndDepot,
+                documentLine("Bon de retour N° ", unit)};
     if (unitState == state::InStock) return stockSituation(unit, rules);
     if (unitState == state::Delivered)
-        return {QStringLiteral("Produit livré au client ") + clientAndDepot, documentLine("Bon de Livraison N° ", unit)};
+        return {QStringLiteral("Produit livré au client ") + clientAndDepot,
+                documentLine("Bon de Livraison N° ", unit)};
     if (unitState == state::Sold)
         return {QStringLiteral("Produit vendu au client ") + clientAndDepot, documentLine("Facture N° ", unit)};
     const QString set = QStringLiteral("Ancillaire : ") + unit[strproduit.stk_anc_cod];
@@ -89,10 +91,12 @@ void implant(Database molven, const Immatriculation& immatriculation, const QStr
     const auto unit = find(molven, immatriculation);
     if (!unit) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
     if (std::as_const(*unit)[strproduit.tes_vte] != state::Sold)
-        throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"), QStringLiteral("txtrecimm"));
-    molven.update(strproduit,
-                  {{strproduit.reg_pat, patient.trimmed()}, {strproduit.reg_clt, padded(client, 6)}, {strproduit.reg_dat, date}},
-                  immatriculation.criterion());
+        throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
+                      QStringLiteral("txtrecimm"));
+    molven.update(
+        strproduit,
+        {{strproduit.reg_pat, patient.trimmed()}, {strproduit.reg_clt, padded(client, 6)}, {strproduit.reg_dat, date}},
+        immatriculation.criterion());
     transaction.commit();
 }
 

@@ -71,7 +71,8 @@ QString Desk::barcodeFamily() {
     const BarcodeFont font = BarcodeFont::choose(named);
     if (!font.missing.isEmpty() && !fontTold_) {
         fontTold_ = true;
-        prompt().tell(QStringLiteral("La police code barre \"%1\" n'est pas installée : la ligne du code est imprimée en caractères simples.")
+        prompt().tell(QStringLiteral("La police code barre \"%1\" n'est pas installée : la ligne du code est imprimée "
+                                     "en caractères simples.")
                           .arg(font.missing),
                       {}, Icon::Warning);
     }

@@ -110,7 +110,9 @@ void Form::pressReturn() {
 void Form::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Return:
-    case Qt::Key_Enter: pressReturn(); return;
+    case Qt::Key_Enter:
+        pressReturn();
+        return;
     case Qt::Key_Escape:
         if (cancelButton_ && cancelButton_->isVisible() && cancelButton_->isEnabled())
             cancelButton_->click();
@@ -120,7 +122,8 @@ void Form::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_F2:
         if (openPicker(focusWidget())) return;
         break;
-    default: break;
+    default:
+        break;
     }
     QWidget::keyPressEvent(event);
 }

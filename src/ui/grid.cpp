@@ -114,7 +114,8 @@ void Grid::keyPressEvent(QKeyEvent* event) {
         return event->ignore();
     }
     if (event->key() == Qt::Key_Escape && !model_->filter().isEmpty()) return setFilter({});
-    if (event->key() == Qt::Key_Backspace) return setFilter(model_->filter().chopped(std::min<qsizetype>(1, model_->filter().size())));
+    if (event->key() == Qt::Key_Backspace)
+        return setFilter(model_->filter().chopped(std::min<qsizetype>(1, model_->filter().size())));
     const QString typed = event->text();
     if (!typed.isEmpty() && typed.front().isPrint() && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
         return setFilter(model_->filter() + typed);

@@ -20,9 +20,9 @@ public:
     /// The rows as semicolon-separated text with a header line.
     QString csv() const;
 
-    std::function<void(const Record&)> chosen;  ///< Return or double click
+    std::function<void(const Record&)> chosen;     ///< Return or double click
     std::function<void(const Record&)> clickedRow; ///< the current row changed by a click
-    std::function<void(const QString&)> filtered; ///< the filter text changed
+    std::function<void(const QString&)> filtered;  ///< the filter text changed
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -31,9 +31,10 @@ PickList clients(Database molven, const Chosen& chosen) {
 }
 
 PickList suppliers(Database molven, const Chosen& chosen) {
-    return overTable(molven, strfournis, QStringLiteral("LES FOURNISSEURS"),
-                     {{&strfournis.fou_cod, QStringLiteral("Code"), 80}, {&strfournis.fou_nom, QStringLiteral("Nom"), 400}},
-                     {}, strfournis.fou_cod, chosen);
+    return overTable(
+        molven, strfournis, QStringLiteral("LES FOURNISSEURS"),
+        {{&strfournis.fou_cod, QStringLiteral("Code"), 80}, {&strfournis.fou_nom, QStringLiteral("Nom"), 400}}, {},
+        strfournis.fou_cod, chosen);
 }
 
 PickList articles(Database molven, const Chosen& chosen, const Criterion& criterion) {
@@ -45,21 +46,24 @@ PickList articles(Database molven, const Chosen& chosen, const Criterion& criter
 }
 
 PickList parameters(Database molven, const QString& letter, const QString& title, const Chosen& chosen) {
-    return overTable(molven, strparam, title,
-                     {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
-                     molven::parameters::ofList(letter), strparam.lib_par, chosen);
+    return overTable(
+        molven, strparam, title,
+        {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
+        molven::parameters::ofList(letter), strparam.lib_par, chosen);
 }
 
 PickList subFamilies(Database molven, const QString& family, const Chosen& chosen) {
-    return overTable(molven, strparam, QStringLiteral("LES SOUS-FAMILLES"),
-                     {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
-                     molven::parameters::ofList(list::SubFamily) && strparam.cpt_par == family, strparam.num_par, chosen);
+    return overTable(
+        molven, strparam, QStringLiteral("LES SOUS-FAMILLES"),
+        {{&strparam.num_par, QStringLiteral("Code"), 80}, {&strparam.lib_par, QStringLiteral("Libellé"), 400}},
+        molven::parameters::ofList(list::SubFamily) && strparam.cpt_par == family, strparam.num_par, chosen);
 }
 
 PickList paymentModes(Database molven, const Chosen& chosen) {
-    return overTable(molven, strparrgt, QStringLiteral("LES MODES DE REGLEMENT"),
-                     {{&strparrgt.cde_rglt, QStringLiteral("Code"), 80}, {&strparrgt.lib_rglt, QStringLiteral("Libellé"), 400}},
-                     {}, strparrgt.cde_rglt, chosen);
+    return overTable(
+        molven, strparrgt, QStringLiteral("LES MODES DE REGLEMENT"),
+        {{&strparrgt.cde_rglt, QStringLiteral("Code"), 80}, {&strparrgt.lib_rglt, QStringLiteral("Libellé"), 400}}, {},
+        strparrgt.cde_rglt, chosen);
 }
 
 PickList vatCodes(Database molven, const Chosen& chosen) {
@@ -71,9 +75,10 @@ PickList vatCodes(Database molven, const Chosen& chosen) {
 }
 
 PickList currencies(Database molven, const Chosen& chosen) {
-    return overTable(molven, strmonnaie, QStringLiteral("LES MONNAIES"),
-                     {{&strmonnaie.mon_cle, QStringLiteral("Code"), 80}, {&strmonnaie.mon_lib, QStringLiteral("Libellé"), 300}},
-                     {}, strmonnaie.mon_cle, chosen);
+    return overTable(
+        molven, strmonnaie, QStringLiteral("LES MONNAIES"),
+        {{&strmonnaie.mon_cle, QStringLiteral("Code"), 80}, {&strmonnaie.mon_lib, QStringLiteral("Libellé"), 300}}, {},
+        strmonnaie.mon_cle, chosen);
 }
 
 PickList lppCodes(Database molven, const Chosen& chosen) {
@@ -93,21 +98,27 @@ PickList tipsCodes(Database molven, const Chosen& chosen) {
 }
 
 PickList accounts(Database compta, const QString& start, const Chosen& chosen) {
-    return overTable(compta, strplan, QStringLiteral("LE PLAN COMPTABLE"),
-                     {{&strplan.cpt_aff, QStringLiteral("Compte"), 120}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 400}},
-                     startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
+    return overTable(
+        compta, strplan, QStringLiteral("LE PLAN COMPTABLE"),
+        {{&strplan.cpt_aff, QStringLiteral("Compte"), 120}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 400}},
+        startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
 }
 
 QList<GridColumn> unitColumns() {
-    return {{&strproduit.imm_art, QStringLiteral("Immatriculation"), 120}, {&strproduit.ref_art, QStringLiteral("Référence"), 110},
-            {&strproduit.pro_li1, QStringLiteral("Désignation"), 230},     {&strproduit.lot_art, QStringLiteral("Lot"), 90},
-            {&strproduit.dat_per, QStringLiteral("Péremption"), 90},       {&strproduit.tes_vte, QStringLiteral("Etat"), 45},
-            {&strproduit.num_dep, QStringLiteral("Dépôt"), 55},            {&strproduit.clt_vte, QStringLiteral("Client"), 65},
+    return {{&strproduit.imm_art, QStringLiteral("Immatriculation"), 120},
+            {&strproduit.ref_art, QStringLiteral("Référence"), 110},
+            {&strproduit.pro_li1, QStringLiteral("Désignation"), 230},
+            {&strproduit.lot_art, QStringLiteral("Lot"), 90},
+            {&strproduit.dat_per, QStringLiteral("Péremption"), 90},
+            {&strproduit.tes_vte, QStringLiteral("Etat"), 45},
+            {&strproduit.num_dep, QStringLiteral("Dépôt"), 55},
+            {&strproduit.clt_vte, QStringLiteral("Client"), 65},
             {&strproduit.num_vte, QStringLiteral("Document"), 80}};
 }
 
 PickList units(Database molven, const QString& title, const Criterion& criterion, const Chosen& chosen) {
-    return overTable(molven, strproduit, title, unitColumns(), criterion, {strproduit.pro_ann, strproduit.imm_art}, chosen);
+    return overTable(molven, strproduit, title, unitColumns(), criterion, {strproduit.pro_ann, strproduit.imm_art},
+                     chosen);
 }
 
 } // namespace molven::pick_lists

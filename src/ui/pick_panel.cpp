@@ -9,7 +9,10 @@
 namespace molven {
 
 PickPanel::PickPanel(QWidget* form)
-    : QFrame(form), title_(new QLabel(this)), hint_(new QLabel(this)), grid_(new Grid(QStringLiteral("DBGrid2"), {}, this)) {
+    : QFrame(form),
+      title_(new QLabel(this)),
+      hint_(new QLabel(this)),
+      grid_(new Grid(QStringLiteral("DBGrid2"), {}, this)) {
     setObjectName(QStringLiteral("FrameListe"));
     setFrameShape(StyledPanel);
     setFrameShadow(Raised);
@@ -45,8 +48,10 @@ void PickPanel::open(const PickList& list) {
 
 void PickPanel::showCount() {
     const QString& filter = grid_->rows().filter();
-    hint_->setText(filter.isEmpty() ? QStringLiteral("%1 lignes - tapez pour filtrer, Entrée choisit, Echap ferme").arg(grid_->rows().rowCount())
-                                    : QStringLiteral("Filtre : %1 (%2 lignes)").arg(filter).arg(grid_->rows().rowCount()));
+    hint_->setText(filter.isEmpty()
+                       ? QStringLiteral("%1 lignes - tapez pour filtrer, Entrée choisit, Echap ferme")
+                             .arg(grid_->rows().rowCount())
+                       : QStringLiteral("Filtre : %1 (%2 lignes)").arg(filter).arg(grid_->rows().rowCount()));
 }
 
 void PickPanel::settle() {

@@ -19,13 +19,13 @@ protected:
     /// What is on the screen and how the user meets it.
     struct Description {
         QString title;
-        QList<GridColumn> list;    ///< columns of DBGrid1
+        QList<GridColumn> list; ///< columns of DBGrid1
         RecordModel::Query query;
         QList<FieldBox> boxes;
-        int columns = 2;           ///< of boxes
-        const Text& key;           ///< the code a record is found by
-        QString unknown;           ///< said when the code typed has no record
-        QString noneChosen;        ///< said when a button needs a record on the screen
+        int columns = 2;    ///< of boxes
+        const Text& key;    ///< the code a record is found by
+        QString unknown;    ///< said when the code typed has no record
+        QString noneChosen; ///< said when a button needs a record on the screen
     };
 
     RecordForm(Desk& desk, const QString& name) : Form(desk, name) {}
@@ -35,7 +35,8 @@ protected:
     // The subclass's record
     virtual Record blank() = 0;
     virtual std::optional<Record> find(const QString& key) = 0;
-    /// Writes what is on the screen; `before` is the record as it was brought up, nothing for a new one. Throws Refusal.
+    /// Writes what is on the screen; `before` is the record as it was brought up, nothing for a new one. Throws
+    /// Refusal.
     virtual void write(const Record& record, const std::optional<Record>& before) = 0;
     virtual void erase(const Record& record) = 0;
     /// Another record came up, or its change begins: further boxes are filled, opened or closed.

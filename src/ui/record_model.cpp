@@ -78,9 +78,9 @@ void RecordModel::rearrange() {
         const bool ascending = sortOrder_ == Qt::AscendingOrder;
         std::stable_sort(shown.begin(), shown.end(), [&](const Record& a, const Record& b) {
             const int order = field.kind == Field::Kind::Number
-                                  ? Decimal::fromText(a.value(field)) < Decimal::fromText(b.value(field)) ? -1
+                                  ? Decimal::fromText(a.value(field)) < Decimal::fromText(b.value(field))   ? -1
                                     : Decimal::fromText(b.value(field)) < Decimal::fromText(a.value(field)) ? 1
-                                                                                                              : 0
+                                                                                                            : 0
                                   : QString::localeAwareCompare(a.value(field), b.value(field));
             return ascending ? order < 0 : order > 0;
         });

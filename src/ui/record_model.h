@@ -13,7 +13,7 @@ namespace molven {
 struct GridColumn {
     const Field* field;
     QString title;
-    int width = 100;     ///< pixels
+    int width = 100;      ///< pixels
     QString pattern = {}; ///< "#####0.00"; empty shows the shortest form
 };
 

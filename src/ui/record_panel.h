@@ -15,9 +15,9 @@ namespace molven {
 struct FieldBox {
     const Field* field;
     QString caption;
-    QString control = {};  ///< object name; "txt" and the field's name when empty
-    int characters = 0;    ///< width of the box; the field's own size when 0
-    QString pattern = {};  ///< how a number is shown
+    QString control = {}; ///< object name; "txt" and the field's name when empty
+    int characters = 0;   ///< width of the box; the field's own size when 0
+    QString pattern = {}; ///< how a number is shown
     bool isDate = false;
     bool readOnly = false;
     QString listButton = {}; ///< object name of the button that opens the list behind the box; none when empty

@@ -17,13 +17,15 @@ Outcome molvenctl(const QStringList& arguments) {
     QProcess process;
     process.start(QStringLiteral(MOLVEN_PROGRAMS "/molvenctl"), arguments);
     EXPECT_TRUE(process.waitForFinished(60'000));
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
 }
 
 } // namespace
 
 TEST(Molvenctl, EndsWithTwoForAWrongCall) {
-    for (const QStringList& call : {QStringList{}, QStringList{"danse"}, QStringList{"check"}, QStringList{"check", "a", "b"}, QStringList{"check", "a", "--rien"}}) {
+    for (const QStringList& call : {QStringList{}, QStringList{"danse"}, QStringList{"check"},
+                                    QStringList{"check", "a", "b"}, QStringList{"check", "a", "--rien"}}) {
         const Outcome outcome = molvenctl(call);
         EXPECT_EQ(outcome.code, 2) << call.join(u' ').toStdString();
         EXPECT_FALSE(outcome.err.isEmpty());

@@ -19,13 +19,15 @@ QString textOf(const QString& path) {
 
 QStringList sources() {
     QStringList found;
-    QDirIterator files(QStringLiteral(MOLVEN_SOURCES) + QStringLiteral("/src"), {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
+    QDirIterator files(QStringLiteral(MOLVEN_SOURCES) + QStringLiteral("/src"),
+                       {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) found.append(files.next());
     return found;
 }
 
-QString relative(const QString& path) { return QDir(QStringLiteral(MOLVEN_SOURCES) + QStringLiteral("/src")).relativeFilePath(path); }
+QString relative(const QString& path) {
+    return QDir(QStringLiteral(MOLVEN_SOURCES) + QStringLiteral("/src")).relativeFilePath(path);
+}
 
 /// What each folder may include, beside itself.
 const QHash<QString, QSet<QString>>& allowed() {
@@ -38,10 +40,12 @@ const QHash<QString, QSet<QString>>& allowed() {
         rules[QStringLiteral("stock")] = {QStringLiteral("data"), QStringLiteral("shell"), QStringLiteral("reference")};
         rules[QStringLiteral("sales")] = rules[QStringLiteral("stock")] + QSet<QString>{QStringLiteral("stock")};
         rules[QStringLiteral("accounting")] = rules[QStringLiteral("sales")];
-        rules[QStringLiteral("dossier")] = rules[QStringLiteral("sales")] + QSet<QString>{QStringLiteral("sales"), QStringLiteral("accounting")};
+        rules[QStringLiteral("dossier")] =
+            rules[QStringLiteral("sales")] + QSet<QString>{QStringLiteral("sales"), QStringLiteral("accounting")};
         rules[QStringLiteral("ui")] = rules[QStringLiteral("dossier")] + QSet<QString>{QStringLiteral("printing")};
         rules[QStringLiteral("screens")] = rules[QStringLiteral("ui")] + QSet<QString>{QStringLiteral("ui")};
-        rules[QStringLiteral("app")] = rules[QStringLiteral("screens")] + QSet<QString>{QStringLiteral("screens"), QStringLiteral("dossier")};
+        rules[QStringLiteral("app")] =
+            rules[QStringLiteral("screens")] + QSet<QString>{QStringLiteral("screens"), QStringLiteral("dossier")};
         return rules;
     }();
     return folders;
@@ -50,21 +54,25 @@ const QHash<QString, QSet<QString>>& allowed() {
 } // namespace
 
 TEST(Sources, IncludeOnlyDownwards) {
-    static const QRegularExpression include(QStringLiteral("^#include \"([a-z_]+)/"), QRegularExpression::MultilineOption);
+    static const QRegularExpression include(QStringLiteral("^#include \"([a-z_]+)/"),
+                                            QRegularExpression::MultilineOption);
     for (const QString& path : sources()) {
         const QString folder = relative(path).section(u'/', 0, 0);
         ASSERT_TRUE(allowed().contains(folder)) << folder.toStdString() << " has no rule";
         auto found = include.globalMatch(textOf(path));
         while (found.hasNext()) {
             const QString target = found.next().captured(1);
-            EXPECT_TRUE(target == folder || allowed()[folder].contains(target)) << relative(path).toStdString() << " includes " << target.toStdString();
+            EXPECT_TRUE(target == folder || allowed()[folder].contains(target))
+                << relative(path).toStdString() << " includes " << target.toStdString();
         }
     }
 }
 
 TEST(Sources, CompareCompanyCodesAndAskTheDateInOnePlaceOnly) {
-    static const QRegularExpression company(QStringLiteral("(code_soc|company_?|mot_dossier|spe_cod)\\]? *[!=]= *(u|QStringLiteral\\()?\"[A-Z]{2}\""));
-    static const QRegularExpression date(QStringLiteral("\\b(QDate::currentDate|QDateTime::currentDateTime|std::time)\\b"));
+    static const QRegularExpression company(
+        QStringLiteral("(code_soc|company_?|mot_dossier|spe_cod)\\]? *[!=]= *(u|QStringLiteral\\()?\"[A-Z]{2}\""));
+    static const QRegularExpression date(
+        QStringLiteral("\\b(QDate::currentDate|QDateTime::currentDateTime|std::time)\\b"));
     for (const QString& path : sources()) {
         const QString name = relative(path);
         const QString text = textOf(path);
@@ -74,8 +82,10 @@ TEST(Sources, CompareCompanyCodesAndAskTheDateInOnePlaceOnly) {
 }
 
 TEST(Sources, HaveNoSqlAboveTheDataLayerAndNoWidgetBelowTheWindows) {
-    static const QRegularExpression sql(QStringLiteral("\"(select|insert into|update|delete from|pragma) "), QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression widget(QStringLiteral("#include <(QWidget|QApplication|QMessageBox|QPushButton|QLineEdit)>"));
+    static const QRegularExpression sql(QStringLiteral("\"(select|insert into|update|delete from|pragma) "),
+                                        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression widget(
+        QStringLiteral("#include <(QWidget|QApplication|QMessageBox|QPushButton|QLineEdit)>"));
     for (const QString& path : sources()) {
         const QString folder = relative(path).section(u'/', 0, 0);
         const bool hasWidgets = folder == u"ui" || folder == u"screens" || folder == u"app";

@@ -27,7 +27,8 @@ protected:
     QStringList names(const Criterion& criterion, const Order& order = strclient.clt_cod) {
         Workspace workspace;
         QStringList found;
-        for (const Record& client : workspace.open(path).select(strclient, criterion, order)) found.append(client[strclient.clt_nom]);
+        for (const Record& client : workspace.open(path).select(strclient, criterion, order))
+            found.append(client[strclient.clt_nom]);
         return found;
     }
 
@@ -48,8 +49,10 @@ TEST_F(ClientFile, FindsTextsWhateverTheirCaseAndTakesAnApostropheForALetter) {
     EXPECT_EQ(names(strclient.clt_nom == QStringLiteral("x' or '1'='1")), QStringList());
     EXPECT_EQ(names(contains(strclient.clt_nom, QStringLiteral("eta"))).join(u' '), QStringLiteral("etang Étable"));
     EXPECT_EQ(names(startsWith(strclient.clt_nom, QStringLiteral("%"))), QStringList());
-    EXPECT_EQ(names(!startsWith(strclient.clt_nom, QStringLiteral("e")) && strclient.clt_cod <= QStringLiteral("000004")).join(u' '),
-              QStringLiteral("ÉTOILE ZOLA L'ORME"));
+    EXPECT_EQ(
+        names(!startsWith(strclient.clt_nom, QStringLiteral("e")) && strclient.clt_cod <= QStringLiteral("000004"))
+            .join(u' '),
+        QStringLiteral("ÉTOILE ZOLA L'ORME"));
 }
 
 TEST_F(ClientFile, MovesFindsAndCountsLikeTheOldEngine) {
@@ -91,7 +94,8 @@ TEST_F(ClientFile, TellsARecordDeletedElsewhereAndATextThatDoesNotFit) {
     Recordset mine = here.open(path).select(strclient, strclient.clt_cod == QStringLiteral("000002"));
     there.open(path).remove(strclient, strclient.clt_cod == QStringLiteral("000002"));
     EXPECT_EQ(test::dataErrorOf([&] { mine.edit(); }), DataError::RecordDeleted);
-    EXPECT_EQ(test::dataErrorOf([&] { mine.addNew(), mine[strclient.clt_nom] = QString(200, u'x'); }), DataError::FieldTooSmall);
+    EXPECT_EQ(test::dataErrorOf([&] { mine.addNew(), mine[strclient.clt_nom] = QString(200, u'x'); }),
+              DataError::FieldTooSmall);
 }
 
 TEST_F(ClientFile, ReadsALongSelectionByPagesInItsOrder) {

@@ -38,13 +38,14 @@ TEST_P(Patterns, WriteNumbersAsTheScreensAndPapersShowThem) {
     EXPECT_EQ(format(number(c.value), QString::fromUtf8(c.pattern)), QString::fromUtf8(c.shown));
 }
 
-INSTANTIATE_TEST_SUITE_P(Numbers, Patterns,
-                         testing::Values(PatternCase{"1234.5", "#####0.00", "1234,50"}, PatternCase{"0", "#####0.00", "0,00"},
-                                         PatternCase{"0.005", "#####0.00", "0,01"}, PatternCase{"-3.999", "#####0.00", "-4,00"},
-                                         PatternCase{"7", "000000", "000007"}, PatternCase{"1234567", "000000", "1234567"},
-                                         PatternCase{"12345.6", "### ##0.00", "12 345,60"}, PatternCase{"5", "### ##0.00", "5,00"},
-                                         PatternCase{"12", "#0", "12"}, PatternCase{"1.2345", "#####0.000", "1,235"},
-                                         PatternCase{"-0.001", "#0.00", "0,00"}));
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, Patterns,
+    testing::Values(PatternCase{"1234.5", "#####0.00", "1234,50"}, PatternCase{"0", "#####0.00", "0,00"},
+                    PatternCase{"0.005", "#####0.00", "0,01"}, PatternCase{"-3.999", "#####0.00", "-4,00"},
+                    PatternCase{"7", "000000", "000007"}, PatternCase{"1234567", "000000", "1234567"},
+                    PatternCase{"12345.6", "### ##0.00", "12 345,60"}, PatternCase{"5", "### ##0.00", "5,00"},
+                    PatternCase{"12", "#0", "12"}, PatternCase{"1.2345", "#####0.000", "1,235"},
+                    PatternCase{"-0.001", "#0.00", "0,00"}));
 
 TEST(Codes, ArePaddedOnlyWhenTheyAreNumbers) {
     EXPECT_EQ(padded(QStringLiteral(" 12 "), 6), QStringLiteral("000012"));

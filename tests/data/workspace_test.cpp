@@ -17,7 +17,9 @@ namespace {
 
 class TwoFiles : public testing::Test {
 protected:
-    TwoFiles() : first(folder.filePath(QStringLiteral("un d'abord.mdb"))), second(folder.filePath(QStringLiteral("deux.mdb"))) {
+    TwoFiles()
+        : first(folder.filePath(QStringLiteral("un d'abord.mdb"))),
+          second(folder.filePath(QStringLiteral("deux.mdb"))) {
         Database::create(first, {&strclient});
         Database::create(second, {&strlive});
     }

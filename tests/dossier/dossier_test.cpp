@@ -73,20 +73,47 @@ TEST_P(Breakages, AreReportedAndNothingElseIs) {
 INSTANTIATE_TEST_SUITE_P(
     Dossiers, Breakages,
     testing::Values(
-        Breakage{"sold", [](Database, Database v) { v.update(strfacl, {{strfacl.fac_imm, QString()}}, strfacl.fac_no == QStringLiteral("000001")); },
+        Breakage{"sold",
+                 [](Database, Database v) {
+                     v.update(strfacl, {{strfacl.fac_imm, QString()}}, strfacl.fac_no == QStringLiteral("000001"));
+                 },
                  "26030002 : vendue sans ligne sur la facture ou le bon de consignation 000001"},
-        Breakage{"delivered", [](Database, Database v) { v.update(strlivl, {{strlivl.fac_imm, QString()}}, strlivl.fac_no == QStringLiteral("000001")); },
+        Breakage{"delivered",
+                 [](Database, Database v) {
+                     v.update(strlivl, {{strlivl.fac_imm, QString()}}, strlivl.fac_no == QStringLiteral("000001"));
+                 },
                  "26030001 : livrée sans ligne sur le bon de livraison 000001"},
-        Breakage{"orphan", [](Database, Database v) { v.update(strlivl, {{strlivl.fac_aa, QStringLiteral("2020")}}, strlivl.fac_no == QStringLiteral("000001")); },
+        Breakage{"orphan",
+                 [](Database, Database v) {
+                     v.update(strlivl, {{strlivl.fac_aa, QStringLiteral("2020")}},
+                              strlivl.fac_no == QStringLiteral("000001"));
+                 },
                  "bon de livraison 2020/000001 : lignes sans en-tête"},
-        Breakage{"hidden", [](Database, Database v) { v.remove(strlivl, strlivl.fac_lg == QStringLiteral("000") && strlivl.fac_no == QStringLiteral("000001")); },
+        Breakage{"hidden",
+                 [](Database, Database v) {
+                     v.remove(strlivl,
+                              strlivl.fac_lg == QStringLiteral("000") && strlivl.fac_no == QStringLiteral("000001"));
+                 },
                  "bon de livraison 2026/000001 : enregistrement 000 absent"},
-        Breakage{"stock", [](Database m, Database) { articles::moveStock(m, QStringLiteral("HIP"), Decimal(1)); }, "HIP : art_stk = 3 pour 2 unités"},
-        Breakage{"state", [](Database m, Database) { m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("Q")}}, strproduit.imm_art == QStringLiteral("26030004")); },
+        Breakage{"stock", [](Database m, Database) { articles::moveStock(m, QStringLiteral("HIP"), Decimal(1)); },
+                 "HIP : art_stk = 3 pour 2 unités"},
+        Breakage{"state",
+                 [](Database m, Database) {
+                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("Q")}},
+                              strproduit.imm_art == QStringLiteral("26030004"));
+                 },
                  "26030004 : état inconnu : Q"},
-        Breakage{"set", [](Database m, Database) { m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("A")}}, strproduit.imm_art == QStringLiteral("26030004")); },
+        Breakage{"set",
+                 [](Database m, Database) {
+                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("A")}},
+                              strproduit.imm_art == QStringLiteral("26030004"));
+                 },
                  "26030004 : dans un ancillaire qui ne la contient pas"},
-        Breakage{"invoice", [](Database, Database v) { v.update(strlive, {{strlive.fac_blv, QStringLiteral("000099")}}, strlive.fac_no == QStringLiteral("000002")); },
+        Breakage{"invoice",
+                 [](Database, Database v) {
+                     v.update(strlive, {{strlive.fac_blv, QStringLiteral("000099")}},
+                              strlive.fac_no == QStringLiteral("000002"));
+                 },
                  "bon de livraison 000002 : facture 000099 absente"}),
     [](const auto& test) { return std::string(test.param.name); });
 
@@ -113,11 +140,16 @@ TEST(Creation, MakesASoundDossierAndRefusesAFolderThatHoldsOne) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     EXPECT_EQ(molven.find(strspecif, {})->value(strspecif.spe_nom), QStringLiteral("L'ESSAI"));
-    EXPECT_EQ(molven.find(strparfac, strparfac.par1_cde == QStringLiteral("4"))->value(strparfac.par1_tx), QStringLiteral("2.1"));
+    EXPECT_EQ(molven.find(strparfac, strparfac.par1_cde == QStringLiteral("4"))->value(strparfac.par1_tx),
+              QStringLiteral("2.1"));
     EXPECT_NE(refusalOf([&] { creation::create(options); }), QStringLiteral("(accepté)"));
     for (const char* wrong : {"", "C", "CEE", "é1"}) {
         QTemporaryDir other;
-        EXPECT_NE(refusalOf([&] { creation::create({other.path(), QString::fromUtf8(wrong), QStringLiteral("X"), false}); }), QStringLiteral("(accepté)")) << wrong;
+        EXPECT_NE(refusalOf([&] {
+                      creation::create({other.path(), QString::fromUtf8(wrong), QStringLiteral("X"), false});
+                  }),
+                  QStringLiteral("(accepté)"))
+            << wrong;
         EXPECT_TRUE(QDir(other.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) << wrong;
     }
 }
@@ -129,7 +161,8 @@ TEST(Creation, AddsASecondDossierToTheList) {
     EXPECT_TRUE(check::run(second).isEmpty());
     Workspace workspace;
     QStringList names;
-    for (const Record& row : workspace.open(second.path(DataFile::Societe)).select(strsociete)) names.append(row[strsociete.soc_nom]);
+    for (const Record& row : workspace.open(second.path(DataFile::Societe)).select(strsociete))
+        names.append(row[strsociete.soc_nom]);
     EXPECT_EQ(names, (QStringList{"PREMIERE", "SECONDE"}));
 }
 

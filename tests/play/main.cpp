@@ -16,15 +16,17 @@ int main(int argc, char* argv[]) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Joue des scénarios sur un dossier de programme"));
     parser.addHelpOption();
-    parser.addOptions({{QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR")},
-                       {QStringLiteral("out"), QStringLiteral("dossier des images et des PDF"), QStringLiteral("DIR")}});
+    parser.addOptions(
+        {{QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR")},
+         {QStringLiteral("out"), QStringLiteral("dossier des images et des PDF"), QStringLiteral("DIR")}});
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("scénarios"), QStringLiteral("FILE..."));
     parser.process(application);
     if (!parser.isSet(QStringLiteral("home")) || parser.positionalArguments().isEmpty()) parser.showHelp(2);
     const QString out = parser.value(QStringLiteral("out"));
     if (!out.isEmpty()) QDir().mkpath(out);
 
-    play::Player player(QDir(parser.value(QStringLiteral("home"))).absolutePath(), out.isEmpty() ? out : QDir(out).absolutePath());
+    play::Player player(QDir(parser.value(QStringLiteral("home"))).absolutePath(),
+                        out.isEmpty() ? out : QDir(out).absolutePath());
     bool held = true;
     for (const QString& file : parser.positionalArguments()) {
         const QString failure = player.play(file);

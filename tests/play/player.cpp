@@ -25,7 +25,8 @@ void useScreen() {
     const QString path = QDir::temp().filePath(QStringLiteral("molven-play-screen.json"));
     QSaveFile screen(path);
     if (screen.open(QIODevice::WriteOnly)) {
-        screen.write(R"({"screens":[{"name":"play","x":0,"y":0,"width":1280,"height":800,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1.0}]})");
+        screen.write(
+            R"({"screens":[{"name":"play","x":0,"y":0,"width":1280,"height":800,"logicalDpi":96,"logicalBaseDpi":96,"dpr":1.0}]})");
         screen.commit();
     }
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + path.toLocal8Bit());
@@ -80,10 +81,12 @@ QString Player::play(const QString& file) {
     try {
         run(file);
         if (prompt_ && !prompt_->unchecked.isEmpty())
-            throw Failure(QStringLiteral("aucun message en attente à la fin, trouvé \"%1\"").arg(prompt_->unchecked.head()));
+            throw Failure(
+                QStringLiteral("aucun message en attente à la fin, trouvé \"%1\"").arg(prompt_->unchecked.head()));
     } catch (const Failure& found) {
         failure = QStringLiteral("%1:%2: %3").arg(files_.last()).arg(line_).arg(found.text);
-        if (window_ && !out_.isEmpty()) window_->grab().save(out_ + u'/' + QFileInfo(file).completeBaseName() + QStringLiteral("-echec.png"));
+        if (window_ && !out_.isEmpty())
+            window_->grab().save(out_ + u'/' + QFileInfo(file).completeBaseName() + QStringLiteral("-echec.png"));
     }
     window_ = nullptr;
     desk_.reset();
@@ -103,14 +106,17 @@ void Player::run(const QString& path) {
 
 void Player::runStatement(const Statement& statement) {
     const auto word = vocabulary().constFind(statement.word);
-    if (word == vocabulary().constEnd()) throw Failure(QStringLiteral("mot connu attendu, trouvé %1").arg(statement.word));
+    if (word == vocabulary().constEnd())
+        throw Failure(QStringLiteral("mot connu attendu, trouvé %1").arg(statement.word));
     const auto count = statement.arguments.size();
     if (count < word->fewest || count > word->most)
-        throw Failure(QStringLiteral("%1 attend %2 valeurs, trouvé %3").arg(statement.word).arg(word->fewest).arg(count));
+        throw Failure(
+            QStringLiteral("%1 attend %2 valeurs, trouvé %3").arg(statement.word).arg(word->fewest).arg(count));
     (this->*word->run)(statement.arguments);
     settle();
     if (prompt_ && !prompt_->unanswered.isEmpty())
-        throw Failure(QStringLiteral("réponse prête attendue pour la question \"%1\", aucune trouvée").arg(prompt_->unanswered));
+        throw Failure(
+            QStringLiteral("réponse prête attendue pour la question \"%1\", aucune trouvée").arg(prompt_->unanswered));
 }
 
 /// Lets the program finish what the last key or click began.
@@ -148,11 +154,13 @@ void Player::form(const QStringList& arguments) {
         QStringList names;
         for (Form* open : desk().windows())
             if (open->isVisible()) names.append(open->objectName());
-        throw Failure(QStringLiteral("fenêtre %1 ouverte attendue, ouvertes : %2").arg(arguments[0], names.join(QStringLiteral(", "))));
+        throw Failure(QStringLiteral("fenêtre %1 ouverte attendue, ouvertes : %2")
+                          .arg(arguments[0], names.join(QStringLiteral(", "))));
     }
     window_ = found;
     found->activateWindow();
-    if (!QTest::qWaitForWindowActive(found, PatienceMs)) throw Failure(QStringLiteral("fenêtre %1 active attendue").arg(arguments[0]));
+    if (!QTest::qWaitForWindowActive(found, PatienceMs))
+        throw Failure(QStringLiteral("fenêtre %1 active attendue").arg(arguments[0]));
 }
 
 void Player::closed(const QStringList& arguments) {
@@ -185,7 +193,8 @@ bool reachable(const QAction* action) {
 void Player::menu(const QStringList& arguments) {
     QAction* action = menuEntry(arguments[0]);
     if (!action) throw Failure(QStringLiteral("entrée de menu %1 attendue, aucune").arg(arguments[0]));
-    if (!reachable(action)) throw Failure(QStringLiteral("entrée de menu %1 disponible attendue, trouvée indisponible").arg(arguments[0]));
+    if (!reachable(action))
+        throw Failure(QStringLiteral("entrée de menu %1 disponible attendue, trouvée indisponible").arg(arguments[0]));
     action->trigger();
 }
 
@@ -196,7 +205,8 @@ void Player::title(const QStringList& arguments) {
 
 void Player::titleHolds(const QStringList& arguments) {
     if (!window().windowTitle().contains(arguments[0]))
-        throw Failure(QStringLiteral("titre contenant \"%1\" attendu, trouvé \"%2\"").arg(arguments[0], window().windowTitle()));
+        throw Failure(
+            QStringLiteral("titre contenant \"%1\" attendu, trouvé \"%2\"").arg(arguments[0], window().windowTitle()));
 }
 
 void Player::picture(const QStringList& arguments) {
@@ -207,9 +217,12 @@ void Player::picture(const QStringList& arguments) {
 }
 
 void Player::answer(const QStringList& arguments) {
-    static const QHash<QString, bool> known{{QStringLiteral("yes"), true}, {QStringLiteral("ok"), true},
-                                            {QStringLiteral("no"), false}, {QStringLiteral("cancel"), false}};
-    if (!known.contains(arguments[0])) throw Failure(QStringLiteral("yes, no, ok ou cancel attendu, trouvé %1").arg(arguments[0]));
+    static const QHash<QString, bool> known{{QStringLiteral("yes"), true},
+                                            {QStringLiteral("ok"), true},
+                                            {QStringLiteral("no"), false},
+                                            {QStringLiteral("cancel"), false}};
+    if (!known.contains(arguments[0]))
+        throw Failure(QStringLiteral("yes, no, ok ou cancel attendu, trouvé %1").arg(arguments[0]));
     desk();
     prompt_->answers.enqueue(known.value(arguments[0]));
 }
@@ -222,7 +235,8 @@ QString Player::nextMessage() {
 
 void Player::says(const QStringList& arguments) {
     const QString message = nextMessage();
-    if (message != arguments[0]) throw Failure(QStringLiteral("message \"%1\" attendu, trouvé \"%2\"").arg(arguments[0], message));
+    if (message != arguments[0])
+        throw Failure(QStringLiteral("message \"%1\" attendu, trouvé \"%2\"").arg(arguments[0], message));
 }
 
 void Player::saysPart(const QStringList& arguments) {

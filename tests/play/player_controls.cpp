@@ -31,7 +31,8 @@ QString textOf(const QWidget* widget) {
 }
 
 bool isTrue(const QString& value) {
-    return QStringList{QStringLiteral("1"), QStringLiteral("O"), QStringLiteral("on"), QStringLiteral("oui"), QStringLiteral("yes")}
+    return QStringList{QStringLiteral("1"), QStringLiteral("O"), QStringLiteral("on"), QStringLiteral("oui"),
+                       QStringLiteral("yes")}
         .contains(value, Qt::CaseInsensitive);
 }
 
@@ -40,7 +41,8 @@ void type(QWidget* widget, const QString& text) {
 }
 
 void typeInto(QLineEdit* edit, const QString& value) {
-    if (edit->isReadOnly()) throw Failure(QStringLiteral("zone %1 ouverte à la saisie attendue").arg(edit->objectName()));
+    if (edit->isReadOnly())
+        throw Failure(QStringLiteral("zone %1 ouverte à la saisie attendue").arg(edit->objectName()));
     edit->setFocus(Qt::TabFocusReason);
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
@@ -51,7 +53,8 @@ void typeInto(QLineEdit* edit, const QString& value) {
 
 void choose(QComboBox* list, const QString& value) {
     const int index = list->findText(value);
-    if (index < 0) throw Failure(QStringLiteral("valeur \"%1\" attendue dans la liste %2").arg(value, list->objectName()));
+    if (index < 0)
+        throw Failure(QStringLiteral("valeur \"%1\" attendue dans la liste %2").arg(value, list->objectName()));
     list->setFocus();
     list->setCurrentIndex(index);
     QTest::keyClick(list, Qt::Key_Tab);
@@ -113,7 +116,8 @@ void Player::shows(const QStringList& arguments) {
 void Player::showsPart(const QStringList& arguments) {
     const QString found = textOf(control(arguments[0]));
     if (!found.contains(arguments[1]))
-        throw Failure(QStringLiteral("%1 : texte contenant \"%2\" attendu, trouvé \"%3\"").arg(arguments[0], arguments[1], found));
+        throw Failure(QStringLiteral("%1 : texte contenant \"%2\" attendu, trouvé \"%3\"")
+                          .arg(arguments[0], arguments[1], found));
 }
 
 void Player::focus(const QStringList& arguments) {
@@ -165,7 +169,8 @@ QModelIndex Player::cellOf(const QString& gridName, const QString& which) {
         for (row = 0; row < model.rowCount() && model.text(row, column) != which.mid(equals + 1);) ++row;
     }
     if (row < 0 || row >= model.rowCount())
-        throw Failure(QStringLiteral("ligne %1 attendue dans %2, %3 lignes trouvées").arg(which, gridName).arg(model.rowCount()));
+        throw Failure(
+            QStringLiteral("ligne %1 attendue dans %2, %3 lignes trouvées").arg(which, gridName).arg(model.rowCount()));
     int column = 0;
     while (column + 1 < model.columnCount() && found->isColumnHidden(column)) ++column;
     const QModelIndex index = model.index(row, column);

@@ -33,7 +33,8 @@ void Player::data(const QStringList& arguments) {
         Workspace workspace;
         const QString found = workspace.open(dossierFile(desk().session, arguments[0])).firstValue(arguments[1]);
         if (found != arguments[2])
-            throw Failure(QStringLiteral("%1 : %2 : \"%3\" attendu, trouvé \"%4\"").arg(arguments[0], arguments[1], arguments[2], found));
+            throw Failure(QStringLiteral("%1 : %2 : \"%3\" attendu, trouvé \"%4\"")
+                              .arg(arguments[0], arguments[1], arguments[2], found));
     } catch (const DataError& error) {
         const QString engine = error.records.isEmpty() ? QString() : error.records.first().description;
         throw Failure(QStringLiteral("%1 : %2 : %3 (%4)").arg(arguments[0], arguments[1], error.description, engine));
@@ -53,7 +54,8 @@ void Player::printed(const QStringList& arguments) {
     if (job.contains(arguments[0])) return;
     QStringList texts;
     for (const PrintedText& piece : job.pieces()) texts.append(piece.text);
-    throw Failure(QStringLiteral("texte imprimé \"%1\" attendu, trouvé : %2").arg(arguments[0], texts.join(QStringLiteral(" | "))));
+    throw Failure(QStringLiteral("texte imprimé \"%1\" attendu, trouvé : %2")
+                      .arg(arguments[0], texts.join(QStringLiteral(" | "))));
 }
 
 void Player::copy(const QStringList& arguments) {
@@ -63,7 +65,8 @@ void Player::copy(const QStringList& arguments) {
 }
 
 void Player::remove(const QStringList& arguments) {
-    if (!QFile::remove(programFile(arguments[0]))) throw Failure(QStringLiteral("fichier %1 attendu, absent").arg(arguments[0]));
+    if (!QFile::remove(programFile(arguments[0])))
+        throw Failure(QStringLiteral("fichier %1 attendu, absent").arg(arguments[0]));
 }
 
 void Player::write(const QStringList& arguments) {

@@ -74,9 +74,13 @@ INSTANTIATE_TEST_SUITE_P(
         // 104 + 33x1 + 0x2 + 34x3 = 239, 239 - 206 = 33 -> 65; the blank is the character 194
         BarsCase{"blank", QStringLiteral("A B"), {204, 65, 194, 66, 65, 206}, QStringLiteral("A B")},
         // 105 + 102x1 + 100x2 + 33x3 = 506, 506 - 412 = 94 -> 126
-        BarsCase{"bare FNC1 before a letter", QStringLiteral("{202}A"), {205, 202, 200, 65, 126, 206}, QStringLiteral("A")},
+        BarsCase{
+            "bare FNC1 before a letter", QStringLiteral("{202}A"), {205, 202, 200, 65, 126, 206}, QStringLiteral("A")},
         // 105 + 102x1 + 10x2 + 100x3 + 33x4 + 34x5 + 35x6 = 1039, 1039 - 1030 = 9 -> 41
-        BarsCase{"identifier", QStringLiteral("{212}10ABC"), {205, 202, 42, 200, 65, 66, 67, 41, 206}, QStringLiteral(" (10) ABC")},
+        BarsCase{"identifier",
+                 QStringLiteral("{212}10ABC"),
+                 {205, 202, 42, 200, 65, 66, 67, 41, 206},
+                 QStringLiteral(" (10) ABC")},
         // 103 + 73x1 = 176, 176 - 103 = 73 -> 105
         BarsCase{"control character", QStringLiteral("{9}"), {203, 105, 105, 206}, QStringLiteral(" ")},
         // 103 + 100x1 - 1x2 = 201, 201 - 103 = 98 -> 198

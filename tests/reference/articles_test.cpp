@@ -14,14 +14,20 @@ namespace {
 class ArticleFiles : public testing::Test {
 protected:
     explicit ArticleFiles(const QString& company = QStringLiteral("CE"))
-        : dossier(company), molven(workspace.open(dossier.session.molven())),
-          compta(workspace.open(dossier.session.path(DataFile::Compta))), gencode(workspace.open(dossier.session.path(DataFile::Gencode))) {}
+        : dossier(company),
+          molven(workspace.open(dossier.session.molven())),
+          compta(workspace.open(dossier.session.path(DataFile::Compta))),
+          gencode(workspace.open(dossier.session.path(DataFile::Gencode))) {}
 
-    articles::Entry entryOf(const char* reference) { return articles::entryOf(articles::find(molven, QString::fromLatin1(reference)).value()); }
+    articles::Entry entryOf(const char* reference) {
+        return articles::entryOf(articles::find(molven, QString::fromLatin1(reference)).value());
+    }
     QString save(const articles::Entry& entry, const std::optional<Record>& before = {}) {
         return refusalOf([&] { articles::save(molven, compta, gencode, dossier.session.rules(), entry, before); });
     }
-    QString eanOf(const char* reference) { return articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_ean); }
+    QString eanOf(const char* reference) {
+        return articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_ean);
+    }
 
     Dossier dossier;
     Workspace workspace;
@@ -43,7 +49,8 @@ struct FaultCase {
 TEST_F(ArticleFiles, TellTheirFaultsInTheOrderOfTheScreen) {
     // Each case also carries the faults of all that follow it: the first one alone is told.
     static const FaultCase cases[] = {
-        {"N° Homologation/CE obligatoire", [](articles::Entry& e) { e.article[strarticle.art_hom] = QStringLiteral("O"); }},
+        {"N° Homologation/CE obligatoire",
+         [](articles::Entry& e) { e.article[strarticle.art_hom] = QStringLiteral("O"); }},
         {" Origine obligatoire", [](articles::Entry& e) { e.article[strarticle.art_typ] = QStringLiteral("G"); }},
         {" Famille obligatoire", [](articles::Entry& e) { e.article[strarticle.art_fam] = QString(); }},
         {" Fournisseur obligatoire", [](articles::Entry& e) { e.article[strarticle.art_fou] = QString(); }},
@@ -55,7 +62,8 @@ TEST_F(ArticleFiles, TellTheirFaultsInTheOrderOfTheScreen) {
         {" Suivi obligatoire", [](articles::Entry& e) { e.followed.clear(); }},
         {" Tenu stock obligatoire", [](articles::Entry& e) { e.stocked.clear(); }},
         {" Type A/T/X obligatoire", [](articles::Entry& e) { e.kind.clear(); }},
-        {"le symbole  ' est interdit", [](articles::Entry& e) { e.article[strarticle.art_li2] = QStringLiteral("L'AUTRE"); }},
+        {"le symbole  ' est interdit",
+         [](articles::Entry& e) { e.article[strarticle.art_li2] = QStringLiteral("L'AUTRE"); }},
         {" Libellé obligatoire", [](articles::Entry& e) { e.article[strarticle.art_li1] = QString(); }},
         {"Référence obligatoire", [](articles::Entry& e) { e.article[strarticle.art_ref] = QString(); }}};
     articles::Entry entry = entryOf("HIP");
@@ -72,10 +80,14 @@ TEST_F(ArticleFiles, RefuseUnknownLettersAndAccounts) {
         {"Taper O ou N !!", [](articles::Entry& e) { e.stocked = QStringLiteral("Y"); }},
         {"Taper F / N ou G !!", [](articles::Entry& e) { e.article[strarticle.art_typ] = QStringLiteral("Q"); }},
         {"Origine incorrecte", [](articles::Entry& e) { e.article[strarticle.art_ori] = QStringLiteral("Q"); }},
-        {"Cette imputation comptable VENTE n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpt] = QStringLiteral("7"); }},
-        {"Cette imputation comptable VENTE EXPORT n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpte] = QString(); }},
-        {"Cette imputation comptable ACHAT n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpta] = QStringLiteral("999"); }},
-        {"Cette imputation comptable STOCK n'existe pas", [](articles::Entry& e) { e.article[strarticle.art_cpts] = QStringLiteral("x' or 1"); }},
+        {"Cette imputation comptable VENTE n'existe pas",
+         [](articles::Entry& e) { e.article[strarticle.art_cpt] = QStringLiteral("7"); }},
+        {"Cette imputation comptable VENTE EXPORT n'existe pas",
+         [](articles::Entry& e) { e.article[strarticle.art_cpte] = QString(); }},
+        {"Cette imputation comptable ACHAT n'existe pas",
+         [](articles::Entry& e) { e.article[strarticle.art_cpta] = QStringLiteral("999"); }},
+        {"Cette imputation comptable STOCK n'existe pas",
+         [](articles::Entry& e) { e.article[strarticle.art_cpts] = QStringLiteral("x' or 1"); }},
         {"Ce code existe déjà", [](articles::Entry&) {}}};
     for (const auto& [message, spoil] : cases) {
         articles::Entry entry = entryOf("HIP");
@@ -109,7 +121,8 @@ TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
 TEST_F(ArticleFiles, KeepFollowUpCodesAndLabelsInUpperCase) {
     const std::pair<const char*, const char*> codes[] = {{"HIP", "O"}, {"SCREW", "K"}, {"FEE", "N"}, {"NOTE", "T"}};
     for (const auto& [reference, code] : codes)
-        EXPECT_EQ(articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_aig), QString::fromLatin1(code));
+        EXPECT_EQ(articles::find(molven, QString::fromLatin1(reference))->value(strarticle.art_aig),
+                  QString::fromLatin1(code));
     articles::Entry entry = entryOf("HIP");
     const Record before = entry.article;
     entry.article[strarticle.art_li1] = QStringLiteral("tête élargie");
@@ -128,9 +141,12 @@ TEST_F(ArticleFiles, RefuseToOverwriteAReceiptMadeMeanwhile) {
 
 TEST_F(ArticleFiles, AreNotDeletedWhileTheyHaveStockOrOrders) {
     dossier.receive(QStringLiteral("HIP"), 1);
-    const auto remove = [&](const char* reference) { return refusalOf([&] { articles::remove(molven, QString::fromLatin1(reference)); }); };
+    const auto remove = [&](const char* reference) {
+        return refusalOf([&] { articles::remove(molven, QString::fromLatin1(reference)); });
+    };
     EXPECT_EQ(remove("HIP"), QStringLiteral("Cet article a des produits en stock/en commande"));
-    molven.update(strarticle, {{strarticle.art_cdef, QStringLiteral("1")}}, strarticle.art_ref == QStringLiteral("CUP"));
+    molven.update(strarticle, {{strarticle.art_cdef, QStringLiteral("1")}},
+                  strarticle.art_ref == QStringLiteral("CUP"));
     EXPECT_EQ(remove("CUP"), QStringLiteral("Cet article a des produits en stock/en commande"));
     EXPECT_EQ(remove("FEE"), QStringLiteral("(accepté)"));
     EXPECT_EQ(remove("FEE"), QStringLiteral("Aucun article sélectionné"));
@@ -177,14 +193,16 @@ TEST_P(DueDates, FollowDaysThenEndOfMonthThenDay) {
     mode[strparrgt.nbj_rglt] = Decimal(c.days);
     mode[strparrgt.fdm_rglt] = QString::fromLatin1(c.endOfMonth);
     mode[strparrgt.jou_rglt] = Decimal(c.day);
-    EXPECT_EQ(parameters::dueDate(mode, QDate::fromString(QString::fromLatin1(c.from), QStringLiteral("dd/MM/yyyy"))), QString::fromLatin1(c.due));
+    EXPECT_EQ(parameters::dueDate(mode, QDate::fromString(QString::fromLatin1(c.from), QStringLiteral("dd/MM/yyyy"))),
+              QString::fromLatin1(c.due));
 }
 
-INSTANTIATE_TEST_SUITE_P(OfTheTrade, DueDates,
-                         testing::Values(DueCase{30, "N", 0, "31/01/2026", "02/03/2026"}, DueCase{30, "O", 0, "31/01/2026", "31/03/2026"},
-                                         DueCase{0, "N", 0, "10/03/2026", "10/03/2026"}, DueCase{60, "N", 10, "15/03/2026", "10/06/2026"},
-                                         DueCase{30, "O", 10, "15/03/2026", "10/05/2026"}, DueCase{0, "N", 31, "15/02/2026", "28/02/2026"},
-                                         DueCase{30, "O", 0, "15/01/2028", "29/02/2028"}));
+INSTANTIATE_TEST_SUITE_P(
+    OfTheTrade, DueDates,
+    testing::Values(DueCase{30, "N", 0, "31/01/2026", "02/03/2026"}, DueCase{30, "O", 0, "31/01/2026", "31/03/2026"},
+                    DueCase{0, "N", 0, "10/03/2026", "10/03/2026"}, DueCase{60, "N", 10, "15/03/2026", "10/06/2026"},
+                    DueCase{30, "O", 10, "15/03/2026", "10/05/2026"}, DueCase{0, "N", 31, "15/02/2026", "28/02/2026"},
+                    DueCase{30, "O", 0, "15/01/2028", "29/02/2028"}));
 
 TEST_F(ArticleFiles, OfListsKeepOneCodeTwiceInTwoLists) {
     Record entry(strparam);

@@ -64,7 +64,8 @@ public:
             const auto original = disk->xGetSystemCall(disk, call);
             if (!original) continue;
             (call[6] ? write64_ : write_) = reinterpret_cast<Write>(original);
-            disk->xSetSystemCall(disk, call, reinterpret_cast<sqlite3_syscall_ptr>(call[6] ? &killingWrite64 : &killingWrite));
+            disk->xSetSystemCall(disk, call,
+                                 reinterpret_cast<sqlite3_syscall_ptr>(call[6] ? &killingWrite64 : &killingWrite));
         }
         unlink_ = reinterpret_cast<Unlink>(disk->xGetSystemCall(disk, "unlink"));
         disk->xSetSystemCall(disk, "unlink", reinterpret_cast<sqlite3_syscall_ptr>(&killingUnlink));
@@ -81,8 +82,12 @@ private:
         kill(getpid(), SIGKILL);
         return -1;
     }
-    static ssize_t killingWrite(int file, const void* bytes, size_t size, off_t at) { return through(write_, file, bytes, size, at); }
-    static ssize_t killingWrite64(int file, const void* bytes, size_t size, off_t at) { return through(write64_, file, bytes, size, at); }
+    static ssize_t killingWrite(int file, const void* bytes, size_t size, off_t at) {
+        return through(write_, file, bytes, size, at);
+    }
+    static ssize_t killingWrite64(int file, const void* bytes, size_t size, off_t at) {
+        return through(write64_, file, bytes, size, at);
+    }
     static int killingUnlink(const char* path) {
         if (isLast()) kill(getpid(), SIGKILL);
         return unlink_(path);
@@ -95,7 +100,8 @@ private:
 
 QStringList faultsOf(const Session& session) {
     QStringList lines;
-    for (const check::Fault& fault : check::run(session)) lines.append(fault.file + u' ' + fault.subject + u' ' + fault.text);
+    for (const check::Fault& fault : check::run(session))
+        lines.append(fault.file + u' ' + fault.subject + u' ' + fault.text);
     return lines;
 }
 
@@ -138,7 +144,8 @@ TEST(Workstations, NeverDrawTheSameNumberNorLoseAnUpdate) {
             for (int document = 0; document < DocumentsEach; ++document) {
                 deliverTwo(dossier.session);
                 Workspace workspace;
-                receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(), Dossier::receipt(QStringLiteral("CUP"), 1));
+                receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(),
+                                  Dossier::receipt(QStringLiteral("CUP"), 1));
             }
         }));
     for (const pid_t child : stations) EXPECT_EQ(ended(child), 0);
@@ -148,7 +155,8 @@ TEST(Workstations, NeverDrawTheSameNumberNorLoseAnUpdate) {
     QSet<QString> numbers;
     for (const Record& note : vente.select(strlive)) numbers.insert(note[strlive.fac_no]);
     EXPECT_EQ(numbers.size(), Stations * DocumentsEach);
-    EXPECT_EQ(vente.greatest(strlive, strlive.fac_no), QStringLiteral("%1").arg(Stations * DocumentsEach, 6, 10, QLatin1Char('0')));
+    EXPECT_EQ(vente.greatest(strlive, strlive.fac_no),
+              QStringLiteral("%1").arg(Stations * DocumentsEach, 6, 10, QLatin1Char('0')));
     EXPECT_EQ(dossier.stock(QStringLiteral("CUP")), Decimal(Stations * DocumentsEach));
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
@@ -175,14 +183,16 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
             ++kills;
         const qint64 documents = countOf(dossier.session, deed.headers);
         ASSERT_TRUE(documents == before || documents == before + 1) << "killed at write " << n;
-        ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * 2) << "killed at write " << n;
+        ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * 2)
+            << "killed at write " << n;
         ASSERT_EQ(faultsOf(dossier.session), QStringList()) << "killed at write " << n;
     }
     EXPECT_GT(kills, 50);
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAnyWrite, KilledWriters,
-                         testing::Values(Deed{"delivery", strlive, strlivl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
+                         testing::Values(Deed{"delivery", strlive, strlivl,
+                                              [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
                                          Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote}),
                          [](const auto& test) { return std::string(test.param.name); });
 

@@ -35,7 +35,8 @@ protected:
     }
     QString stateOf(const QString& unit) {
         const Record record = dossier.unit(unit);
-        return record[strproduit.tes_vte] + u'/' + record[strproduit.num_dep] + u'/' + record[strproduit.nbl_dep] + u'/' + record[strproduit.num_vte];
+        return record[strproduit.tes_vte] + u'/' + record[strproduit.num_dep] + u'/' + record[strproduit.nbl_dep] +
+               u'/' + record[strproduit.num_vte];
     }
 
     Dossier dossier;
@@ -60,7 +61,8 @@ TEST_F(Sales, MoveAUnitAsTheDocumentSays) {
     EXPECT_EQ(stateOf(units[2]), QStringLiteral("O/101/000001/000001"));
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2)) << "a delivered unit is still the distributor's";
     const Record sold = dossier.unit(units[2]);
-    EXPECT_EQ(sold[strproduit.reg_pat] + u'|' + sold[strproduit.ref_vte] + u'|' + sold[strproduit.nom_dep] + u'|' + sold[strproduit.tri_vte],
+    EXPECT_EQ(sold[strproduit.reg_pat] + u'|' + sold[strproduit.ref_vte] + u'|' + sold[strproduit.nom_dep] + u'|' +
+                  sold[strproduit.tri_vte],
               QStringLiteral("D'ALMEIDA Hélène|D'ALMEIDA |CLINIQUE D|20260310"));
     EXPECT_EQ(sold[strproduit.pro_vte], Decimal(90)) << "100 less 10 percent";
     EXPECT_EQ(sold[strproduit.fam_dep], QStringLiteral("EST"));
@@ -76,8 +78,11 @@ TEST_F(Sales, RefuseAUnitThatIsElsewhereOrInAnotherState) {
     dossier.document(QStringLiteral("FAC"), {units[1]});
     {
         Workspace workspace;
-        TransferNote note{QStringLiteral("2"), QStringLiteral("001"), QStringLiteral("102"), QStringLiteral("09/03/2026"), {}, {}, {}, {units[2], units[3]}};
-        transfer_notes::write(workspace.open(dossier.session.molven()), workspace.open(dossier.session.vente()), dossier.session.rules(), note);
+        TransferNote note{
+            QStringLiteral("2"), QStringLiteral("001"), QStringLiteral("102"), QStringLiteral("09/03/2026"), {}, {}, {},
+            {units[2], units[3]}};
+        transfer_notes::write(workspace.open(dossier.session.molven()), workspace.open(dossier.session.vente()),
+                              dossier.session.rules(), note);
     }
     for (const char* mode : {"LIV", "CSG", "FAC"}) {
         EXPECT_EQ(checkOf(mode, QStringLiteral("77777777")), QStringLiteral("Immatriculation inconnue")) << mode;
@@ -85,15 +90,20 @@ TEST_F(Sales, RefuseAUnitThatIsElsewhereOrInAnotherState) {
         EXPECT_EQ(checkOf(mode, units[1]), QStringLiteral("Cette immatriculation a été vendue")) << mode;
         EXPECT_EQ(checkOf(mode, units[4]), QStringLiteral("(accepté)")) << mode;
     }
-    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("2")), QStringLiteral("Cette immatriculation n'est pas dans le depot 001"));
-    EXPECT_EQ(checkOf("FAC", units[2], QStringLiteral("1")), QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client"));
+    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("2")),
+              QStringLiteral("Cette immatriculation n'est pas dans le depot 001"));
+    EXPECT_EQ(checkOf("FAC", units[2], QStringLiteral("1")),
+              QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client"));
     EXPECT_EQ(checkOf("FAC", units[2], QStringLiteral("2")), QStringLiteral("(accepté)"));
     EXPECT_EQ(checkOf("AVO", units[4]), QStringLiteral("Cette immatriculation n'a pas été vendue"));
-    EXPECT_EQ(checkOf("AVO", units[1], QStringLiteral("2")), QStringLiteral("Cette immatriculation n'est pas dans le depot client"));
+    EXPECT_EQ(checkOf("AVO", units[1], QStringLiteral("2")),
+              QStringLiteral("Cette immatriculation n'est pas dans le depot client"));
     EXPECT_EQ(checkOf("AVG", units[1]), QStringLiteral("(accepté)"));
     dossier.session.spe_btl = QStringLiteral("O");
-    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("2")), QStringLiteral("(accepté)")) << "the dossier lets deliver from the client's depot";
-    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("1")), QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client"));
+    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("2")), QStringLiteral("(accepté)"))
+        << "the dossier lets deliver from the client's depot";
+    EXPECT_EQ(checkOf("LIV", units[2], QStringLiteral("1")),
+              QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client"));
 }
 
 TEST_F(SalesOfLb, TakeUnitsFromTheSecondaryDepotWhenItIsTheDocuments) {
@@ -101,7 +111,8 @@ TEST_F(SalesOfLb, TakeUnitsFromTheSecondaryDepotWhenItIsTheDocuments) {
     SalesBook invoices = book("FAC");
     Record header = documents::blank(invoices, QStringLiteral("1"));
     header[strface.fac_dep] = QStringLiteral("261");
-    EXPECT_EQ(refusalOf([&] { unit_rules::check(invoices, header, units[0]); }), QStringLiteral("Cette immatriculation n'est pas au depot 261"));
+    EXPECT_EQ(refusalOf([&] { unit_rules::check(invoices, header, units[0]); }),
+              QStringLiteral("Cette immatriculation n'est pas au depot 261"));
     invoices.molven.update(strproduit, {{strproduit.num_dep, QStringLiteral("261")}}, {});
     EXPECT_EQ(refusalOf([&] { unit_rules::check(invoices, header, units[0]); }), QStringLiteral("(accepté)"));
 }
@@ -129,15 +140,17 @@ TEST_F(Sales, CheckTheHeaderInOrder) {
     EXPECT_EQ(notes.vente.count(strlive), 0);
     header[strlive.fac_dep] = QStringLiteral("101");
     const Record written = documents::create(notes, header, {QStringLiteral("QUAI D'OR")});
-    EXPECT_EQ(written[strlive.fac_no] + written[strlive.fac_aa] + written[strlive.fac_lg] + written[strlive.fac_cpt] + written[strlive.fac_blv] +
-                  written[strlive.tri_datf] + written[strlive.fac_ech],
+    EXPECT_EQ(written[strlive.fac_no] + written[strlive.fac_aa] + written[strlive.fac_lg] + written[strlive.fac_cpt] +
+                  written[strlive.fac_blv] + written[strlive.tri_datf] + written[strlive.fac_ech],
               QStringLiteral("0000012026ENTN0000002026031009/04/2026"));
-    EXPECT_EQ(notes.blent.find(strbl, strbl.bl_cod == QStringLiteral("000001"))->value(strbl.bl_l1), QStringLiteral("QUAI D'OR"));
+    EXPECT_EQ(notes.blent.find(strbl, strbl.bl_cod == QStringLiteral("000001"))->value(strbl.bl_l1),
+              QStringLiteral("QUAI D'OR"));
 }
 
 TEST_F(Sales, DoNotInvoiceAClientWithoutAuthorisation) {
     SalesBook notes = book("LIV"), invoices = book("FAC"), credits = book("AVO");
-    notes.molven.update(strclient, {{strclient.clt_fac, QStringLiteral("N")}}, strclient.clt_cod == QStringLiteral("000001"));
+    notes.molven.update(strclient, {{strclient.clt_fac, QStringLiteral("N")}},
+                        strclient.clt_cod == QStringLiteral("000001"));
     const QString refused = QStringLiteral("Ce client n'a pas d'autorisation de facturation");
     EXPECT_EQ(refusalOf([&] { documents::blank(notes, QStringLiteral("1")); }), QStringLiteral("(accepté)"));
     EXPECT_EQ(refusalOf([&] { documents::blank(invoices, QStringLiteral("1")); }), refused);
@@ -154,7 +167,8 @@ TEST_F(Sales, ShareOneSeriesBetweenInvoicesAndCreditNotesAcrossYears) {
     EXPECT_EQ(documents::before(invoices, QStringLiteral("2"))->value(strface.fac_no), QStringLiteral("000001"));
     EXPECT_EQ(documents::last(invoices)->value(strface.fac_no), QStringLiteral("000002"));
     EXPECT_FALSE(documents::after(invoices, QStringLiteral("000002")).has_value());
-    invoices.vente.update(strface, {{strface.fac_no, QStringLiteral("999999")}}, strface.fac_no == QStringLiteral("000002"));
+    invoices.vente.update(strface, {{strface.fac_no, QStringLiteral("999999")}},
+                          strface.fac_no == QStringLiteral("000002"));
     EXPECT_EQ(refusalOf([&] { newDocument(invoices); }), QStringLiteral("Numérotation impossible"));
 }
 
@@ -164,23 +178,33 @@ TEST_F(Sales, NumberLinesUpTo996BesideTheHiddenRecord) {
     document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))});
     EXPECT_EQ(notes.vente.count(strlivl), 2);
     EXPECT_EQ(documents::lines(notes, header).count(), 1);
-    EXPECT_EQ(refusalOf([&] { document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))}, 997); }),
+    EXPECT_EQ(refusalOf([&] {
+                  document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))}, 997);
+              }),
               QStringLiteral("Document plein - ligne non crée"));
     document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))}, 996);
-    EXPECT_EQ(refusalOf([&] { document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))}); }),
-              QStringLiteral("Document plein - ligne non crée"));
+    EXPECT_EQ(
+        refusalOf([&] { document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE"))}); }),
+        QStringLiteral("Document plein - ligne non crée"));
     EXPECT_EQ(documents::lines(notes, header).count(), 2);
 }
 
 TEST_F(Sales, InsertALineBeforeAnotherButNoText) {
     SalesBook notes = book("LIV");
     const Record header = newDocument(notes);
-    document_lines::add(notes, header, {lineOfArticle(notes, header, QStringLiteral("FEE")), lineOfArticle(notes, header, QStringLiteral("NOTE"))});
-    EXPECT_EQ(refusalOf([&] { document_lines::insert(notes, header, lineOfArticle(notes, header, QStringLiteral("NOTE")), QStringLiteral("001")); }),
+    document_lines::add(
+        notes, header,
+        {lineOfArticle(notes, header, QStringLiteral("FEE")), lineOfArticle(notes, header, QStringLiteral("NOTE"))});
+    EXPECT_EQ(refusalOf([&] {
+                  document_lines::insert(notes, header, lineOfArticle(notes, header, QStringLiteral("NOTE")),
+                                         QStringLiteral("001"));
+              }),
               QStringLiteral("impossible d'insérer du texte, il faut l'ajouter"));
-    document_lines::insert(notes, header, lineOfArticle(notes, header, QStringLiteral("SCREW"), 3), QStringLiteral("002"));
+    document_lines::insert(notes, header, lineOfArticle(notes, header, QStringLiteral("SCREW"), 3),
+                           QStringLiteral("002"));
     QStringList order;
-    for (const Record& line : documents::lines(notes, header)) order.append(line[strlivl.fac_lg] + line[strlivl.fac_ref]);
+    for (const Record& line : documents::lines(notes, header))
+        order.append(line[strlivl.fac_lg] + line[strlivl.fac_ref]);
     EXPECT_EQ(order.join(u' '), QStringLiteral("001FEE 002SCREW 003NOTE"));
 }
 
@@ -220,8 +244,8 @@ TEST_F(Sales, TotalALineOnEitherBasisAndADocumentWithItsFooter) {
     document_lines::add(invoices, header, {lineOfArticle(invoices, header, QStringLiteral("FEE"), 1), twenty});
     const auto stored = [&] { return documents::find(invoices, header[strface.fac_no]).value(); };
     const auto totalsOf = [&](const Record& h) {
-        return QStringList{h[strface.fac_ht].toString(), h[strface.fac_tv1].toString(), h[strface.fac_tv2].toString(), h[strface.fac_tvp].toString(),
-                           h[strface.fac_ttc].toString(), h[strface.fac_ffa].toString()}
+        return QStringList{h[strface.fac_ht].toString(),  h[strface.fac_tv1].toString(), h[strface.fac_tv2].toString(),
+                           h[strface.fac_tvp].toString(), h[strface.fac_ttc].toString(), h[strface.fac_ffa].toString()}
             .join(u' ');
     };
     EXPECT_EQ(totalsOf(stored()), QStringLiteral("300 5.5 40 0 345.5 345.5"));
@@ -243,7 +267,8 @@ TEST_F(Sales, MoveTheQuantityOfAnUntrackedArticleAndGiveItBack) {
     const Record header = newDocument(notes);
     articles::moveStock(notes.molven, QStringLiteral("SCREW"), Decimal(5));
     const document_lines::Draft seven = lineOfArticle(notes, header, QStringLiteral("SCREW"), 7);
-    EXPECT_EQ(document_lines::stockWarning(notes, seven), QStringLiteral("ATTENTION ... Stock insuffisant ... stock dispo : 5"));
+    EXPECT_EQ(document_lines::stockWarning(notes, seven),
+              QStringLiteral("ATTENTION ... Stock insuffisant ... stock dispo : 5"));
     document_lines::add(notes, header, {seven});
     EXPECT_EQ(dossier.stock(QStringLiteral("SCREW")), Decimal(-2));
     Record line = documents::lines(notes, header).record();
@@ -266,7 +291,8 @@ TEST_F(Sales, UndoALineAndADeliveryNoteButNoInvoice) {
     const Record note = documents::find(notes, QStringLiteral("1")).value();
     document_lines::remove(notes, note, QStringLiteral("001"));
     EXPECT_EQ(stateOf(units[0]), QStringLiteral("N/001//000000"));
-    EXPECT_EQ(dossier.unit(units[0]).value(strproduit.reg_pat) + dossier.unit(units[0]).value(strproduit.clt_vte), QString());
+    EXPECT_EQ(dossier.unit(units[0]).value(strproduit.reg_pat) + dossier.unit(units[0]).value(strproduit.clt_vte),
+              QString());
     documents::remove(notes, note);
     EXPECT_EQ(stateOf(units[1]), QStringLiteral("N/001//000000"));
     EXPECT_EQ(notes.vente.count(strlive) + notes.vente.count(strlivl), 0);
@@ -307,7 +333,8 @@ TEST_F(Sales, IntegrateADeliveryNoteOnceAndWhole) {
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
     const Record note = documents::find(notes, QStringLiteral("1")).value();
     EXPECT_EQ(note[strlive.fac_cpt] + note[strlive.fac_blv], QStringLiteral("T000001"));
-    EXPECT_EQ(refusalOf([&] { documents::remove(notes, note); }), QStringLiteral("Bon Livraison facturé !!! impossible"));
+    EXPECT_EQ(refusalOf([&] { documents::remove(notes, note); }),
+              QStringLiteral("Bon Livraison facturé !!! impossible"));
     EXPECT_EQ(refusalOf([&] { documents::change(notes, note); }), QStringLiteral("Document transféré non modifiable"));
     const Criterion hidden = strfacl.fac_lg == QStringLiteral("000");
     EXPECT_EQ(invoices.vente.count(strfacl, hidden && strfacl.fac_nbl == QStringLiteral("000001")), 1);
@@ -335,7 +362,8 @@ TEST_F(Sales, OfferARangeOfTheUnitsThatMayLeave) {
         return unit_rules::candidates(notes, header, QStringLiteral("HIP"), first, last).count();
     };
     EXPECT_EQ(count(units[1], units[4]), 3);
-    EXPECT_EQ(refusalOf([&] { count(units[2], units[2]); }), QStringLiteral("Aucune immatriculation disponible dans le dépôt"));
+    EXPECT_EQ(refusalOf([&] { count(units[2], units[2]); }),
+              QStringLiteral("Aucune immatriculation disponible dans le dépôt"));
 }
 
 TEST_F(Sales, TransferUnitsOnlyFromTheDepotTheyLieIn) {
@@ -345,11 +373,19 @@ TEST_F(Sales, TransferUnitsOnlyFromTheDepotTheyLieIn) {
     Database molven = workspace.open(dossier.session.molven());
     Database vente = workspace.open(dossier.session.vente());
     const auto transfer = [&](const QStringList& moved, const char* from = "001", const char* to = "101") {
-        const TransferNote note{QStringLiteral("1"), QString::fromLatin1(from), QString::fromLatin1(to), QStringLiteral("09/03/2026"), {}, {}, {}, moved};
+        const TransferNote note{QStringLiteral("1"),
+                                QString::fromLatin1(from),
+                                QString::fromLatin1(to),
+                                QStringLiteral("09/03/2026"),
+                                {},
+                                {},
+                                {},
+                                moved};
         return refusalOf([&] { transfer_notes::write(molven, vente, dossier.session.rules(), note); });
     };
     EXPECT_EQ(transfer({units[0]}, "001", "001"), QStringLiteral("dépôt initial = dépôt du client"));
-    EXPECT_EQ(transfer({units[0], units[1]}), QStringLiteral("Non transferable -- Immat : %1 a été livré , BL N° : 000001").arg(units[1]));
+    EXPECT_EQ(transfer({units[0], units[1]}),
+              QStringLiteral("Non transferable -- Immat : %1 a été livré , BL N° : 000001").arg(units[1]));
     EXPECT_EQ(vente.count(strbtre), 0) << "one unit refused, nothing written";
     EXPECT_EQ(transfer({units[0]}), QStringLiteral("(accepté)"));
     EXPECT_EQ(transfer({units[0]}), QStringLiteral("Non transferable -- Immat : %1 est au dépot : 101").arg(units[0]));

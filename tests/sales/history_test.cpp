@@ -30,7 +30,8 @@ TEST(UnitHistories, TellEveryDocumentOfAUnitCurrentAndArchived) {
     history = unit_history::find(dossier.session, unit);
     EXPECT_TRUE(history.current.unit.isEmpty());
     EXPECT_EQ(history.archived.unit.size(), 1);
-    EXPECT_EQ(refusalOf([&] { unit_history::find(dossier.session, QStringLiteral("26039999")); }), QStringLiteral("Immatriculation inconnue"));
+    EXPECT_EQ(refusalOf([&] { unit_history::find(dossier.session, QStringLiteral("26039999")); }),
+              QStringLiteral("Immatriculation inconnue"));
 }
 
 TEST(Renumberings, RewriteADocumentEverywhereItIsNamed) {
@@ -45,11 +46,14 @@ TEST(Renumberings, RewriteADocumentEverywhereItIsNamed) {
     const Renumbering& ofNotes = *renumbering::ofMenu(QStringLiteral("mnu_util_num_liv"));
 
     for (const char* wrong : {"0", "abc", "1", "1234567", ""})
-        EXPECT_EQ(refusalOf([&] { renumbering::check(dossier.session, ofInvoices, QStringLiteral("1"), QString::fromLatin1(wrong)); }),
+        EXPECT_EQ(refusalOf([&] {
+                      renumbering::check(dossier.session, ofInvoices, QStringLiteral("1"), QString::fromLatin1(wrong));
+                  }),
                   QStringLiteral("Numérotation impossible"))
             << wrong;
-    EXPECT_EQ(refusalOf([&] { renumbering::check(dossier.session, ofInvoices, QStringLiteral("5"), QStringLiteral("77")); }),
-              QStringLiteral("Numérotation impossible"));
+    EXPECT_EQ(
+        refusalOf([&] { renumbering::check(dossier.session, ofInvoices, QStringLiteral("5"), QStringLiteral("77")); }),
+        QStringLiteral("Numérotation impossible"));
 
     renumbering::renumber(dossier.session, ofInvoices, QStringLiteral("1"), QStringLiteral("77"));
     renumbering::renumber(dossier.session, ofNotes, QStringLiteral("1"), QStringLiteral("500"));
@@ -57,9 +61,12 @@ TEST(Renumberings, RewriteADocumentEverywhereItIsNamed) {
     Database vente = workspace.open(dossier.session.vente());
     const Record note = vente.find(strlive, strlive.fac_no == QStringLiteral("000500")).value();
     EXPECT_EQ(note[strlive.fac_blv], QStringLiteral("000077"));
-    EXPECT_EQ(vente.count(strfacl, strfacl.fac_no == QStringLiteral("000077") && strfacl.fac_nbl == QStringLiteral("000500")), 2);
+    EXPECT_EQ(
+        vente.count(strfacl, strfacl.fac_no == QStringLiteral("000077") && strfacl.fac_nbl == QStringLiteral("000500")),
+        2);
     const Record sold = dossier.unit(units[0]);
-    EXPECT_EQ(sold[strproduit.num_vte] + sold[strproduit.nbl_dep] + sold[strproduit.ref_vte], QStringLiteral("000077000077BL/000500"));
+    EXPECT_EQ(sold[strproduit.num_vte] + sold[strproduit.nbl_dep] + sold[strproduit.ref_vte],
+              QStringLiteral("000077000077BL/000500"));
     EXPECT_EQ(dossier.unit(units[1])[strproduit.num_vte], QStringLiteral("000001"));
     EXPECT_EQ(dossier.unit(units[2])[strproduit.num_vte], QStringLiteral("000002"));
 }

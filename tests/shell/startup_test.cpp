@@ -21,7 +21,8 @@ class Installation : public testing::Test {
 protected:
     void create(const char* company, bool listed = false) {
         session = {};
-        creation::create({folder.path(), QString::fromLatin1(company), QStringLiteral("SOCIETE %1").arg(QString::fromLatin1(company)), listed});
+        creation::create({folder.path(), QString::fromLatin1(company),
+                          QStringLiteral("SOCIETE %1").arg(QString::fromLatin1(company)), listed});
         session.dossier_app = folder.path();
     }
     void write(const char* name, const QByteArray& content) {
@@ -40,7 +41,8 @@ protected:
     }
     void setCompany(const char* code) {
         Workspace workspace;
-        workspace.open(session.chemin_base + QStringLiteral("molven.mdb")).update(strspecif, {{strspecif.spe_cod, QString::fromLatin1(code)}}, {});
+        workspace.open(session.chemin_base + QStringLiteral("molven.mdb"))
+            .update(strspecif, {{strspecif.spe_cod, QString::fromLatin1(code)}}, {});
     }
 
     QTemporaryDir folder;
@@ -63,14 +65,17 @@ TEST_P(FolderPaths, AreReadAsWrittenByHandOrByWindows) {
 
 INSTANTIATE_TEST_SUITE_P(FolderFiles, FolderPaths,
                          testing::Values(PathCase{"data\\", "/prog/data/"}, PathCase{"  data  ", "/prog/data/"},
-                                         PathCase{"/srv/molven/", "/srv/molven/"}, PathCase{"/srv/molven", "/srv/molven/"},
-                                         PathCase{"..\\commun\\données\\", "/commun/données/"}, PathCase{"d'essai/x", "/prog/d'essai/x/"}));
+                                         PathCase{"/srv/molven/", "/srv/molven/"},
+                                         PathCase{"/srv/molven", "/srv/molven/"},
+                                         PathCase{"..\\commun\\données\\", "/commun/données/"},
+                                         PathCase{"d'essai/x", "/prog/d'essai/x/"}));
 
 TEST_F(Installation, WithoutItsFoldersSaysWhichFileIsMissing) {
     create("CE");
     QFile::remove(folder.filePath(QStringLiteral("CHEMIN.HC")));
-    EXPECT_EQ(refusalOf([&] { startup::readCompany(session); }),
-              QStringLiteral(" Le fichier > ") + folder.filePath(QStringLiteral("CHEMIN.HC")) + QStringLiteral(" n'existe pas "));
+    EXPECT_EQ(refusalOf([&] { startup::readCompany(session); }), QStringLiteral(" Le fichier > ") +
+                                                                     folder.filePath(QStringLiteral("CHEMIN.HC")) +
+                                                                     QStringLiteral(" n'existe pas "));
     write("CHEMIN.HC", "ailleurs\\\r\nseconde ligne");
     EXPECT_EQ(test::dataErrorOf([&] { startup::readCompany(session); }), DataError::CannotOpen);
 }
@@ -110,17 +115,21 @@ TEST_F(Installation, WithSeveralDossiersAsksTheWordAndFindsTheUsersOwnFolder) {
     {
         Workspace workspace;
         Database societe = workspace.open(folder.filePath(QStringLiteral("societe.mdb")));
-        societe.update(strsociete, {{strsociete.soc_mot, QStringLiteral("IM ")}, {strsociete.soc_utilisateur, QStringLiteral("P1")}}, {});
+        societe.update(
+            strsociete,
+            {{strsociete.soc_mot, QStringLiteral("IM ")}, {strsociete.soc_utilisateur, QStringLiteral("P1")}}, {});
     }
     startup::readCompany(session);
     ASSERT_FALSE(startup::readFolders(session));
     const Record dossier = startup::dossiers(session).first();
-    EXPECT_EQ(refusalOf([&] { startup::chooseDossier(session, dossier, QStringLiteral("AUTRE")); }), QStringLiteral(" Mot de Passe Incorrect"));
+    EXPECT_EQ(refusalOf([&] { startup::chooseDossier(session, dossier, QStringLiteral("AUTRE")); }),
+              QStringLiteral(" Mot de Passe Incorrect"));
     startup::chooseDossier(session, dossier, QStringLiteral(" im"));
     EXPECT_EQ(session.chemin_util, session.chemin_base + QStringLiteral("P1/"));
     EXPECT_EQ(session.path(DataFile::Proforma), session.chemin_base + QStringLiteral("P1/proforma.mdb"));
     startup::openDossier(session);
-    EXPECT_EQ(startup::mainTitle(session), QStringLiteral("MOLVEN - LOGICIEL DE TRACABILITE : SOCIETE CE - Dossier : P1"));
+    EXPECT_EQ(startup::mainTitle(session),
+              QStringLiteral("MOLVEN - LOGICIEL DE TRACABILITE : SOCIETE CE - Dossier : P1"));
 
     Record whole = dossier;
     whole[strsociete.soc_utilisateur] = QStringLiteral("**");
@@ -128,7 +137,8 @@ TEST_F(Installation, WithSeveralDossiersAsksTheWordAndFindsTheUsersOwnFolder) {
     EXPECT_EQ(session.chemin_util, session.chemin_base);
     EXPECT_EQ(session.util_dossier, QString());
     whole[strsociete.soc_mot] = QStringLiteral("minuscule");
-    EXPECT_EQ(refusalOf([&] { startup::chooseDossier(session, whole, QStringLiteral("minuscule")); }), QStringLiteral(" Mot de Passe Incorrect"));
+    EXPECT_EQ(refusalOf([&] { startup::chooseDossier(session, whole, QStringLiteral("minuscule")); }),
+              QStringLiteral(" Mot de Passe Incorrect"));
 }
 
 namespace {
@@ -156,7 +166,8 @@ TEST_F(Installation, GivesAnOldDossierFileItsUserField) {
     }
     startup::readCompany(session);
     ASSERT_FALSE(startup::readFolders(session));
-    for (int start = 0; start < 2; ++start) EXPECT_EQ(startup::dossiers(session).first()[strsociete.soc_utilisateur], QStringLiteral("**"));
+    for (int start = 0; start < 2; ++start)
+        EXPECT_EQ(startup::dossiers(session).first()[strsociete.soc_utilisateur], QStringLiteral("**"));
 }
 
 namespace {
@@ -178,14 +189,18 @@ TEST_P(Logins, AreAcceptedByCompany) {
     startup::readCompany(session);
     write("CODGES.SVI", c.stored);
     QString outcome = QStringLiteral("R");
-    const QString refused = refusalOf([&] { outcome = access::login(session, QString::fromUtf8(c.typed)) == access::Login::Accepted ? QStringLiteral("A") : QStringLiteral("P"); });
+    const QString refused = refusalOf([&] {
+        outcome = access::login(session, QString::fromUtf8(c.typed)) == access::Login::Accepted ? QStringLiteral("A")
+                                                                                                : QStringLiteral("P");
+    });
     EXPECT_EQ(outcome, QString::fromLatin1(c.outcome));
     EXPECT_EQ(refused, outcome == u"R" ? QStringLiteral("Mot de passe incorrect") : QStringLiteral("(accepté)"));
     EXPECT_EQ(read("CODGES.SVI"), QByteArray(c.stored));
 }
 
 INSTANTIATE_TEST_SUITE_P(ByCompany, Logins,
-                         testing::Values(LoginCase{"CE", " secret \r\n", "secret", "A"}, LoginCase{"CE", "secret", " secret ", "A"},
+                         testing::Values(LoginCase{"CE", " secret \r\n", "secret", "A"},
+                                         LoginCase{"CE", "secret", " secret ", "A"},
                                          LoginCase{"CE", "secret", "Secret", "R"}, LoginCase{"CE", "secret", "", "R"},
                                          LoginCase{"CE", "secret", "RZ", "P"}, LoginCase{"MD", "secret", "RZ", "R"},
                                          LoginCase{"IM", "secret", "RZ", "R"}, LoginCase{"IM", "secret", "secret", "A"},
@@ -198,9 +213,13 @@ TEST_F(Installation, StoresTheFirstWordAndLetsItBeChanged) {
     EXPECT_EQ(access::login(session, QStringLiteral(" premier ")), access::Login::Stored);
     EXPECT_EQ(read("CODGES.SVI"), QByteArray("premier\r\n"));
     EXPECT_EQ(access::login(session, QStringLiteral("premier")), access::Login::Accepted);
-    EXPECT_EQ(refusalOf([&] { access::checkCurrent(session, access::Secret::Password, QStringLiteral("VELO")); }), QStringLiteral("Mot de passe incorrect"));
-    EXPECT_EQ(refusalOf([&] { access::change(session, access::Secret::Password, QStringLiteral("a"), QStringLiteral("b")); }), QStringLiteral("Mot de passe incorrect"));
-    EXPECT_EQ(refusalOf([&] { access::change(session, access::Secret::ManagerCode, QString(), QString()); }), QStringLiteral("Code gestionnaire incorrect"));
+    EXPECT_EQ(refusalOf([&] { access::checkCurrent(session, access::Secret::Password, QStringLiteral("VELO")); }),
+              QStringLiteral("Mot de passe incorrect"));
+    EXPECT_EQ(
+        refusalOf([&] { access::change(session, access::Secret::Password, QStringLiteral("a"), QStringLiteral("b")); }),
+        QStringLiteral("Mot de passe incorrect"));
+    EXPECT_EQ(refusalOf([&] { access::change(session, access::Secret::ManagerCode, QString(), QString()); }),
+              QStringLiteral("Code gestionnaire incorrect"));
     EXPECT_EQ(read("CODGES.SVI"), QByteArray("premier\r\n"));
     access::change(session, access::Secret::Password, QStringLiteral(" second "), QStringLiteral("second"));
     EXPECT_EQ(read("CODGES.SVI"), QByteArray("second\r\n"));

@@ -16,11 +16,14 @@ namespace {
 class LabelFiles : public testing::Test {
 protected:
     explicit LabelFiles(const QString& company = QStringLiteral("CE"))
-        : dossier(company), molven(workspace.open(dossier.session.molven())), tri(workspace.open(dossier.session.tri())) {}
+        : dossier(company),
+          molven(workspace.open(dossier.session.molven())),
+          tri(workspace.open(dossier.session.tri())) {}
 
     QString select(const char* first, const char* last, const QString& state = state::InStock) {
         return refusalOf([&] {
-            const labels::NumberRange range(QString::fromLatin1(first), QString::fromLatin1(last), QStringLiteral("txtnumdeb"));
+            const labels::NumberRange range(QString::fromLatin1(first), QString::fromLatin1(last),
+                                            QStringLiteral("txtnumdeb"));
             found = labels::select(molven, range, state).count();
         });
     }
@@ -79,7 +82,8 @@ TEST_F(LabelFiles, TakeSeveralLppCodesFromTheirTable) {
     several[strartlpp.lpp_1] = QStringLiteral("3100001");
     several[strartlpp.lpp_2] = QStringLiteral("3199999");
     molven.insert(several);
-    molven.update(strarticle, {{strarticle.art_res, QStringLiteral("123.4")}}, strarticle.art_ref == QStringLiteral("GRAFT"));
+    molven.update(strarticle, {{strarticle.art_res, QStringLiteral("123.4")}},
+                  strarticle.art_ref == QStringLiteral("GRAFT"));
     const Record label = labelOf(unit);
     EXPECT_EQ(label[etiq.e_lpp], QStringLiteral("3100001"));
     EXPECT_EQ(label[etiq.e_ori], QStringLiteral("ORIGINE HUMAINE"));
@@ -89,7 +93,9 @@ TEST_F(LabelFiles, TakeSeveralLppCodesFromTheirTable) {
 
 TEST_F(LabelFilesOfMd, ShowTheSuppliersOwnNumbersWhenThereAreSome) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
-    molven.update(strproduit, {{strproduit.fou_imm, QStringLiteral("SN-7")}, {strproduit.fou_ref, QStringLiteral("REF-F")}}, strproduit.imm_art == units[0]);
+    molven.update(strproduit,
+                  {{strproduit.fou_imm, QStringLiteral("SN-7")}, {strproduit.fou_ref, QStringLiteral("REF-F")}},
+                  strproduit.imm_art == units[0]);
     EXPECT_EQ(labelOf(units[0])[etiq.e_imm], QStringLiteral("SN-7"));
     EXPECT_EQ(labelOf(units[0])[etiq.e_ref], QStringLiteral("REF-F"));
     EXPECT_EQ(labelOf(units[1])[etiq.e_imm], units[1]);
@@ -105,8 +111,14 @@ PrintedText pieceOf(const PrintJob& job, const QString& text, int skip = 0) {
 }
 
 ProductLabel sample() {
-    return {QStringLiteral("26030001"), QStringLiteral("HIP"), {}, QStringLiteral("3100001"), QStringLiteral("HANCHE"),
-            QStringLiteral("ORIGINE HUMAINE"), QStringLiteral("123,45 EUR"), Decimal::parse(QStringLiteral("105.50"))};
+    return {QStringLiteral("26030001"),
+            QStringLiteral("HIP"),
+            {},
+            QStringLiteral("3100001"),
+            QStringLiteral("HANCHE"),
+            QStringLiteral("ORIGINE HUMAINE"),
+            QStringLiteral("123,45 EUR"),
+            Decimal::parse(QStringLiteral("105.50"))};
 }
 
 } // namespace
@@ -145,7 +157,8 @@ TEST(LabelPages, ShowATipsCodeInPlaceOfBarsAndWordsOnALineOfTheirOwn) {
     EXPECT_EQ(pieceOf(job, QStringLiteral("Code T.I.P.S. : 303B04")).y, 0);
     EXPECT_FALSE(job.contains(QStringLiteral("3100001")));
     EXPECT_EQ(pieceOf(job, QStringLiteral("Référence : HIP")).y, 200);
-    EXPECT_EQ(pieceOf(job, QStringLiteral("EGAL AU PRIX DE VENTE TTC")).y, pieceOf(job, QStringLiteral("Tarif de Responsabilité :   ")).y + 200);
+    EXPECT_EQ(pieceOf(job, QStringLiteral("EGAL AU PRIX DE VENTE TTC")).y,
+              pieceOf(job, QStringLiteral("Tarif de Responsabilité :   ")).y + 200);
 }
 
 TEST(LabelPages, BreakALongCaptionAtABlankAndStartAPageWhenFull) {

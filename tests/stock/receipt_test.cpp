@@ -48,22 +48,38 @@ INSTANTIATE_TEST_SUITE_P(
         FaultCase{"ABSENT", [](Receipt&) {}, "Cet article n'existe pas", "ref_art"},
         FaultCase{"", [](Receipt&) {}, "Ces zones sont obligatoires en saisie", "ref_art"},
         FaultCase{"SCREW", [](Receipt&) {}, "référence non tenue en stock", "ref_art"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::depot, "999"); }, "Ce dépôt n'existe pas", "num_dep"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::supplier, "77"); }, "Ce fournisseur n'existe pas", "fou_cde"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::depot, "999"); }, "Ce dépôt n'existe pas",
+                  "num_dep"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::supplier, "77"); }, "Ce fournisseur n'existe pas",
+                  "fou_cde"},
         FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::quantity, "0"); }, "Quantité incorrecte", "txtqte"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::quantity, "1,5"); }, "Quantité incorrecte", "txtqte"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::deliveryDate, "31/02/2026"); }, "date livraison invalide", "dat_liv"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::plannedDate, "1/1/1"); }, "date prevue livraison invalide", "dat_dlv"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::orderDate, "99/99/9999"); }, "date commande invalide", "dat_cde"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::purchasePrice, ""); }, "Prix Achat obligatoire", "pro_pac"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::lot, " "); }, "Le N° LOT est obligatoire en saisie", "lot_art"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::sterilisationDate, "13/2026"); }, "date stérilisation incorrecte", "dat_ste"},
-        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::expiryDate, "00/2030"); }, "date péremption incorrecte", "dat_per"},
-        FaultCase{"CUP", [](Receipt& r) { r << std::pair(&Receipt::certificate2, ""); }, "Les zones FABRIQUE sont obligatoires en saisie", "ino_cer"},
-        FaultCase{"CUP", [](Receipt& r) { r << std::pair(&Receipt::pieces, "3"); }, "incohérence avec la quantité à entrer", "pie_art"},
-        FaultCase{"CUP", [](Receipt& r) { r << std::pair(&Receipt::conformity, "X") << std::pair(&Receipt::cause, "77"); }, "Cette cause n'existe pas", "fab_cau"},
-        FaultCase{"GRAFT", [](Receipt& r) { r << std::pair(&Receipt::registerEntry, ""); }, "Les zones GREFFON sont obligatoires en saisie", "ino_cer"},
-        FaultCase{"GRAFT", [](Receipt& r) { r << std::pair(&Receipt::registerEntry, "32/01/2026"); }, "date prélèvement incorrecte", "reg_art"}));
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::quantity, "1,5"); }, "Quantité incorrecte",
+                  "txtqte"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::deliveryDate, "31/02/2026"); },
+                  "date livraison invalide", "dat_liv"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::plannedDate, "1/1/1"); },
+                  "date prevue livraison invalide", "dat_dlv"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::orderDate, "99/99/9999"); },
+                  "date commande invalide", "dat_cde"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::purchasePrice, ""); }, "Prix Achat obligatoire",
+                  "pro_pac"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::lot, " "); }, "Le N° LOT est obligatoire en saisie",
+                  "lot_art"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::sterilisationDate, "13/2026"); },
+                  "date stérilisation incorrecte", "dat_ste"},
+        FaultCase{"HIP", [](Receipt& r) { r << std::pair(&Receipt::expiryDate, "00/2030"); },
+                  "date péremption incorrecte", "dat_per"},
+        FaultCase{"CUP", [](Receipt& r) { r << std::pair(&Receipt::certificate2, ""); },
+                  "Les zones FABRIQUE sont obligatoires en saisie", "ino_cer"},
+        FaultCase{"CUP", [](Receipt& r) { r << std::pair(&Receipt::pieces, "3"); },
+                  "incohérence avec la quantité à entrer", "pie_art"},
+        FaultCase{"CUP",
+                  [](Receipt& r) { r << std::pair(&Receipt::conformity, "X") << std::pair(&Receipt::cause, "77"); },
+                  "Cette cause n'existe pas", "fab_cau"},
+        FaultCase{"GRAFT", [](Receipt& r) { r << std::pair(&Receipt::registerEntry, ""); },
+                  "Les zones GREFFON sont obligatoires en saisie", "ino_cer"},
+        FaultCase{"GRAFT", [](Receipt& r) { r << std::pair(&Receipt::registerEntry, "32/01/2026"); },
+                  "date prélèvement incorrecte", "reg_art"}));
 
 TEST(Receipts, NumberUnitsByMonthWhateverTheArticle) {
     Dossier dossier;
@@ -71,7 +87,8 @@ TEST(Receipts, NumberUnitsByMonthWhateverTheArticle) {
     EXPECT_EQ(dossier.receive(QStringLiteral("CUP"), 1), QStringList{"26030003"});
     EXPECT_EQ(dossier.receive(QStringLiteral("HIP"), 1, QStringLiteral("01/04/2026")), QStringList{"26040001"});
     const Record unit = dossier.unit(QStringLiteral("26030003"));
-    EXPECT_EQ(unit[strproduit.pro_ann] + unit[strproduit.tes_vte] + unit[strproduit.num_dep] + unit[strproduit.tri_liv], QStringLiteral("20N00120260305"));
+    EXPECT_EQ(unit[strproduit.pro_ann] + unit[strproduit.tes_vte] + unit[strproduit.num_dep] + unit[strproduit.tri_liv],
+              QStringLiteral("20N00120260305"));
     EXPECT_EQ(unit[strproduit.fab_con], QStringLiteral("O"));
 }
 
@@ -95,7 +112,9 @@ TEST(Receipts, StopAtTheLastNumberOfTheMonthInsteadOfEnteringTheNext) {
     Workspace workspace;
     Database molven = workspace.open(dossier.session.molven());
     molven.update(strproduit, {{strproduit.imm_art, QStringLiteral("26039998")}}, {});
-    EXPECT_NE(refusalOf([&] { receipts::receive(molven, dossier.session.rules(), Dossier::receipt(QStringLiteral("HIP"), 2)); }),
+    EXPECT_NE(refusalOf([&] {
+                  receipts::receive(molven, dossier.session.rules(), Dossier::receipt(QStringLiteral("HIP"), 2));
+              }),
               QStringLiteral("(accepté)"));
     EXPECT_EQ(molven.count(strproduit), 1);
     EXPECT_EQ(dossier.receive(QStringLiteral("HIP"), 1), QStringList{"26039999"});
@@ -108,7 +127,9 @@ TEST(Receipts, OfOneInstallationRaiseTheYearByOne) {
     ASSERT_TRUE(QFile::copy(dossier.session.molven(), offset + QStringLiteral("molven.mdb")));
     Workspace workspace;
     Database molven = workspace.open(offset + QStringLiteral("molven.mdb"));
-    const auto receive = [&] { return receipts::receive(molven, dossier.session.rules(), Dossier::receipt(QStringLiteral("HIP"), 1)).first; };
+    const auto receive = [&] {
+        return receipts::receive(molven, dossier.session.rules(), Dossier::receipt(QStringLiteral("HIP"), 1)).first;
+    };
     EXPECT_EQ(receive(), QStringLiteral("36031001"));
     EXPECT_EQ(receive(), QStringLiteral("36031002"));
 }
@@ -120,7 +141,8 @@ TEST(Receipts, KeepSiteFieldsOnlyWhereTheSiteHasThem) {
         Receipt receipt = Dossier::receipt(QStringLiteral("HIP"), 1);
         receipt.sterilisationIndex = QStringLiteral("B2");
         receipt.scannedEan = QStringLiteral("3760000000001XYZ");
-        const auto created = receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(), receipt);
+        const auto created =
+            receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(), receipt);
         const Record unit = dossier.unit(created.first);
         EXPECT_EQ(unit[strproduit.ind_ste], kept ? QStringLiteral("B2") : QString()) << company;
         EXPECT_EQ(unit[strproduit.pro_ean], kept ? QStringLiteral("3760000000001") : QString()) << company;
@@ -136,10 +158,14 @@ TEST(Units, ByTheirStateMayBeDeletedOrImplanted) {
     Database molven = workspace.open(dossier.session.molven());
     const auto key = [&](int i) { return Immatriculation::fromText(numbers[i]); };
     const auto implant = [&](int i) {
-        return refusalOf([&] { units::implant(molven, key(i), QStringLiteral("L'HERMITE"), QStringLiteral("1"), QStringLiteral("12/03/2026")); });
+        return refusalOf([&] {
+            units::implant(molven, key(i), QStringLiteral("L'HERMITE"), QStringLiteral("1"),
+                           QStringLiteral("12/03/2026"));
+        });
     };
     for (const int i : {0, 1})
-        EXPECT_EQ(refusalOf([&] { units::remove(molven, key(i)); }), QStringLiteral("impossible de supprimer cette immatriculation"));
+        EXPECT_EQ(refusalOf([&] { units::remove(molven, key(i)); }),
+                  QStringLiteral("impossible de supprimer cette immatriculation"));
     EXPECT_EQ(implant(0), QStringLiteral("Impossible..cette immatriculation n'est pas vendue"));
     EXPECT_EQ(implant(2), QStringLiteral("Impossible..cette immatriculation n'est pas vendue"));
     EXPECT_EQ(implant(1), QStringLiteral("(accepté)"));
@@ -180,16 +206,21 @@ TEST_P(Situations, AreToldInWords) {
 
 INSTANTIATE_TEST_SUITE_P(
     ByState, Situations,
-    testing::Values(
-        SituationCase{"N", "001", "", "", "Produit stocké au dépôt : 001", ""},
-        SituationCase{"N", "XXX", "000003", "", "Produit retourné au fournisseur 000003 Dépôt : XXX", "Bon de retour N° 000012 du 05/03/2026"},
-        SituationCase{"N", "001", "000003", "AVOIR", "Produit stocké au dépôt : 001", "Reprise au client, Avoir N° 000012 du 05/03/2026"},
-        SituationCase{"N", "101", "000003", "000012", "Produit transféré au client 000003 Dépôt : 101", "Bon de Transfert N° 000012 du 05/03/2026"},
-        SituationCase{"L", "101", "000003", "", "Produit livré au client 000003 Dépôt : 101", "Bon de Livraison N° 000012 du 05/03/2026"},
-        SituationCase{"O", "101", "000003", "", "Produit vendu au client 000003 Dépôt : 101", "Facture N° 000012 du 05/03/2026"},
-        SituationCase{"O", "XXX", "000003", "", "Produit retourné au fournisseur 000003 Dépôt : XXX", "Bon de retour N° 000012 du 05/03/2026"},
-        SituationCase{"A", "A01", "", "", "Ancillaire : ANC1 stocké au dépôt : A01", ""},
-        SituationCase{"A", "101", "000003", "", "Ancillaire : ANC1 en dépôt chez le client 000003", ""}));
+    testing::Values(SituationCase{"N", "001", "", "", "Produit stocké au dépôt : 001", ""},
+                    SituationCase{"N", "XXX", "000003", "", "Produit retourné au fournisseur 000003 Dépôt : XXX",
+                                  "Bon de retour N° 000012 du 05/03/2026"},
+                    SituationCase{"N", "001", "000003", "AVOIR", "Produit stocké au dépôt : 001",
+                                  "Reprise au client, Avoir N° 000012 du 05/03/2026"},
+                    SituationCase{"N", "101", "000003", "000012", "Produit transféré au client 000003 Dépôt : 101",
+                                  "Bon de Transfert N° 000012 du 05/03/2026"},
+                    SituationCase{"L", "101", "000003", "", "Produit livré au client 000003 Dépôt : 101",
+                                  "Bon de Livraison N° 000012 du 05/03/2026"},
+                    SituationCase{"O", "101", "000003", "", "Produit vendu au client 000003 Dépôt : 101",
+                                  "Facture N° 000012 du 05/03/2026"},
+                    SituationCase{"O", "XXX", "000003", "", "Produit retourné au fournisseur 000003 Dépôt : XXX",
+                                  "Bon de retour N° 000012 du 05/03/2026"},
+                    SituationCase{"A", "A01", "", "", "Ancillaire : ANC1 stocké au dépôt : A01", ""},
+                    SituationCase{"A", "101", "000003", "", "Ancillaire : ANC1 en dépôt chez le client 000003", ""}));
 
 TEST(Immatriculations, BelongToTheirCentury) {
     EXPECT_EQ(Immatriculation::fromText(QStringLiteral("99120001")).century(), QStringLiteral("19"));

@@ -19,7 +19,8 @@ namespace {
 
 QList<Record> vatCodes() {
     QList<Record> rows;
-    for (const auto& [code, label, rate] : {std::tuple("1", "réduit; \"5,5\"", "5.5"), std::tuple("2", "Normal", "20"), std::tuple("3", "été", "10")}) {
+    for (const auto& [code, label, rate] :
+         {std::tuple("1", "réduit; \"5,5\"", "5.5"), std::tuple("2", "Normal", "20"), std::tuple("3", "été", "10")}) {
         Record row(strparfac);
         row[strparfac.par1_cde] = QString::fromUtf8(code);
         row[strparfac.par1_lib] = QString::fromUtf8(label);
@@ -33,7 +34,9 @@ class VatGrid : public testing::Test {
 protected:
     VatGrid()
         : grid(QStringLiteral("DBGrid1"),
-               {{&strparfac.par1_cde, QStringLiteral("Code")}, {&strparfac.par1_lib, QStringLiteral("Libellé")}, {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")}},
+               {{&strparfac.par1_cde, QStringLiteral("Code")},
+                {&strparfac.par1_lib, QStringLiteral("Libellé")},
+                {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")}},
                nullptr) {
         grid.rows().setRecords(vatCodes());
     }
@@ -67,17 +70,21 @@ TEST_F(VatGrid, FiltersWithoutRegardToAccentsAndCopiesTheChosenRow) {
 }
 
 TEST_F(VatGrid, ExportsWhatItShowsForASpreadsheet) {
-    EXPECT_EQ(grid.csv(), QStringLiteral("Code;Libellé;Taux\r\n1;\"réduit; \"\"5,5\"\"\";5,50\r\n2;Normal;20,00\r\n3;été;10,00\r\n"));
+    EXPECT_EQ(
+        grid.csv(),
+        QStringLiteral("Code;Libellé;Taux\r\n1;\"réduit; \"\"5,5\"\"\";5,50\r\n2;Normal;20,00\r\n3;été;10,00\r\n"));
 }
 
 TEST(DataErrors, AreShownWithTheEnginesOwnListOnlyWhenItHasOne) {
     play::ScriptedPrompt prompt;
     showDataError(prompt, DataError(3197, QStringLiteral("Modifié ailleurs.")));
-    EXPECT_EQ(prompt.unchecked.dequeue(), QStringLiteral("L'erreur suivante s'est produite:\r\n\r\nModifié ailleurs.\r\nNuméro d'erreur: 3197"));
+    EXPECT_EQ(prompt.unchecked.dequeue(),
+              QStringLiteral("L'erreur suivante s'est produite:\r\n\r\nModifié ailleurs.\r\nNuméro d'erreur: 3197"));
     prompt.answers.append({true, false});
     const DataError listed(11, QStringLiteral("Endommagé."), {{11, QStringLiteral("malformed")}});
     showDataError(prompt, listed);
-    EXPECT_TRUE(prompt.unchecked.dequeue().endsWith(QStringLiteral("Numéro d'erreur: 11\r\n\r\nAfficher la liste des erreurs d'accès aux données?")));
+    EXPECT_TRUE(prompt.unchecked.dequeue().endsWith(
+        QStringLiteral("Numéro d'erreur: 11\r\n\r\nAfficher la liste des erreurs d'accès aux données?")));
     EXPECT_EQ(prompt.unchecked.dequeue(), QStringLiteral("11 : malformed"));
     showDataError(prompt, listed);
     EXPECT_EQ(prompt.unchecked.size(), 1);

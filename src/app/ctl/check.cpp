@@ -11,8 +11,12 @@
 namespace molven::ctl {
 
 Command checkCommand() {
-    return {QStringLiteral("check"), QStringLiteral("contrôle un dossier, sans rien y changer"), QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) { parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")}); },
+    return {QStringLiteral("check"),
+            QStringLiteral("contrôle un dossier, sans rien y changer"),
+            QStringLiteral("DIR"),
+            [](QCommandLineParser& parser) {
+                parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+            },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const QList<check::Fault> faults = check::run(creation::open(arguments[0]));
                 QJsonArray array;
@@ -26,7 +30,8 @@ Command checkCommand() {
                 if (parser.isSet(QStringLiteral("json")))
                     say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
                 else
-                    say(faults.isEmpty() ? QStringLiteral("dossier sain") : QStringLiteral("défauts : %1").arg(faults.size()));
+                    say(faults.isEmpty() ? QStringLiteral("dossier sain")
+                                         : QStringLiteral("défauts : %1").arg(faults.size()));
                 return faults.isEmpty() ? 0 : 1;
             },
             1};

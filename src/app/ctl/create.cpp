@@ -8,15 +8,19 @@
 namespace molven::ctl {
 
 Command createCommand() {
-    return {QStringLiteral("create"), QStringLiteral("crée une installation neuve dans DIR"), QStringLiteral("DIR"),
+    return {QStringLiteral("create"),
+            QStringLiteral("crée une installation neuve dans DIR"),
+            QStringLiteral("DIR"),
             [](QCommandLineParser& parser) {
-                parser.addOptions({{QStringLiteral("code"), QStringLiteral("code société, deux lettres"), QStringLiteral("CE")},
-                                   {QStringLiteral("nom"), QStringLiteral("nom de la société"), QStringLiteral("nom")},
-                                   {QStringLiteral("societe"), QStringLiteral("ajoute le dossier à societe.mdb")}});
+                parser.addOptions(
+                    {{QStringLiteral("code"), QStringLiteral("code société, deux lettres"), QStringLiteral("CE")},
+                     {QStringLiteral("nom"), QStringLiteral("nom de la société"), QStringLiteral("nom")},
+                     {QStringLiteral("societe"), QStringLiteral("ajoute le dossier à societe.mdb")}});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
-                const Session session = creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                                          parser.value(QStringLiteral("nom")), parser.isSet(QStringLiteral("societe"))});
+                const Session session =
+                    creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
+                                      parser.value(QStringLiteral("nom")), parser.isSet(QStringLiteral("societe"))});
                 say(QStringLiteral("installation créée : ") + session.dossier_app);
                 say(QStringLiteral("données : ") + session.chemin_base);
                 return 0;

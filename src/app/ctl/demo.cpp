@@ -35,17 +35,23 @@ void report(const Session& session) {
 } // namespace
 
 Command demoCommand() {
-    return {QStringLiteral("demo"), QStringLiteral("crée une installation remplie d'un distributeur plausible"), QStringLiteral("DIR"),
+    return {QStringLiteral("demo"),
+            QStringLiteral("crée une installation remplie d'un distributeur plausible"),
+            QStringLiteral("DIR"),
             [](QCommandLineParser& parser) {
-                parser.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"), QStringLiteral("CE")},
-                                   {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"), QStringLiteral("N"), QStringLiteral("5000")},
-                                   {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"), QStringLiteral("1")}});
+                parser.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"),
+                                    QStringLiteral("CE")},
+                                   {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"),
+                                    QStringLiteral("N"), QStringLiteral("5000")},
+                                   {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
+                                    QStringLiteral("1")}});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const demo::Options options{number(parser, QStringLiteral("unites")),
                                             static_cast<unsigned>(number(parser, QStringLiteral("graine")))};
-                const Session session = creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                                          QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
+                const Session session =
+                    creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
+                                      QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
                 demo::fill(session, options);
                 say(QStringLiteral("installation créée : ") + session.dossier_app);
                 report(session);

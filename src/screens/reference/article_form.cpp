@@ -17,7 +17,8 @@ namespace {
 
 QList<FieldBox> boxes(const CompanyRules& rules) {
     const auto& a = strarticle;
-    const QString price = rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
+    const QString price =
+        rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
     return {{&a.art_ref, QStringLiteral("Référence :"), QStringLiteral("txtref")},
             {&a.art_rfou, QStringLiteral("Réf. fournisseur :"), QStringLiteral("txtrfou")},
             {&a.art_li1, QStringLiteral("Libellé :"), QStringLiteral("txtli1"), 32},
@@ -57,24 +58,29 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
 } // namespace
 
 ArticleForm::ArticleForm(Desk& desk)
-    : RecordForm(desk, QStringLiteral("T_artges")), molven_(workspace_.open(session().molven())),
-      compta_(workspace_.open(session().path(DataFile::Compta))), gencode_(workspace_.open(session().path(DataFile::Gencode))) {
+    : RecordForm(desk, QStringLiteral("T_artges")),
+      molven_(workspace_.open(session().molven())),
+      compta_(workspace_.open(session().path(DataFile::Compta))),
+      gencode_(workspace_.open(session().path(DataFile::Gencode))) {
     buildFollowUp();
     const PickList articles = pick_lists::articles(molven_, {});
     build({QStringLiteral("Gestion des articles"), articles.columns, articles.query, boxes(session().rules()), 2,
            strarticle.art_ref, QStringLiteral("Référence Inconnue"), QStringLiteral("Aucun article sélectionné")});
     auto* row = new QHBoxLayout;
-    const std::pair<QString, Edit*> entries[] = {
-        {session().rules().hasAncillarySets() ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :") : QStringLiteral("(A)rticle (T)exte :"), kind_},
-        {QStringLiteral("Tenu en stock O/N :"), stocked_},
-        {QStringLiteral("Suivi O/N :"), followed_}};
+    const std::pair<QString, Edit*> entries[] = {{session().rules().hasAncillarySets()
+                                                      ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
+                                                      : QStringLiteral("(A)rticle (T)exte :"),
+                                                  kind_},
+                                                 {QStringLiteral("Tenu en stock O/N :"), stocked_},
+                                                 {QStringLiteral("Suivi O/N :"), followed_}};
     for (const auto& [caption, edit] : entries) {
         row->addWidget(new QLabel(caption, this));
         row->addWidget(edit);
     }
     row->addWidget(followUp_, 1);
     extraRows()->addLayout(row);
-    extraButtons()->addWidget(button(QStringLiteral("Cmdvisstk"), QStringLiteral("Produits en s&tock"), [this] { showUnitsInStock(); }));
+    extraButtons()->addWidget(
+        button(QStringLiteral("Cmdvisstk"), QStringLiteral("Produits en s&tock"), [this] { showUnitsInStock(); }));
     setPickers();
 }
 
@@ -110,18 +116,23 @@ void ArticleForm::setPickers() {
     onPick(panel().edit(strarticle.art_ref), [this] {
         if (state() == State::Viewing) pick(pick_lists::articles(molven_, [this](const Record& row) { show(row); }));
     });
-    picker(strarticle.art_fou, [=, this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
+    picker(strarticle.art_fou,
+           [=, this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
     picker(strarticle.art_fam, [=, this] {
         const bool set = kind_->text() == u"X";
-        return pick_lists::parameters(molven_, set ? list::AncillaryFamily : list::ArticleFamily, QStringLiteral("LES FAMILLES"),
-                                      put(strarticle.art_fam, strparam.num_par));
+        return pick_lists::parameters(molven_, set ? list::AncillaryFamily : list::ArticleFamily,
+                                      QStringLiteral("LES FAMILLES"), put(strarticle.art_fam, strparam.num_par));
     });
     picker(strarticle.art_sfam, [=, this] {
-        return pick_lists::subFamilies(molven_, panel().edit(strarticle.art_fam)->value(), put(strarticle.art_sfam, strparam.num_par));
+        return pick_lists::subFamilies(molven_, panel().edit(strarticle.art_fam)->value(),
+                                       put(strarticle.art_sfam, strparam.num_par));
     });
-    picker(strarticle.art_tip, [=, this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
-    picker(strarticle.art_lpp, [=, this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
-    picker(strarticle.art_tva, [=, this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
+    picker(strarticle.art_tip,
+           [=, this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
+    picker(strarticle.art_lpp,
+           [=, this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
+    picker(strarticle.art_tva,
+           [=, this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
     const std::pair<const Text*, QString> accounts[] = {{&strarticle.art_cpt, QStringLiteral("7")},
                                                         {&strarticle.art_cpte, QStringLiteral("7")},
                                                         {&strarticle.art_cpta, QStringLiteral("607")},
@@ -153,9 +164,10 @@ void ArticleForm::erase(const Record& record) { articles::remove(molven_, record
 void ArticleForm::stateChanged() {
     for (Edit* edit : {kind_, stocked_, followed_}) edit->setEditable(state() != State::Viewing);
     if (state() == State::Changing) return;
-    const articles::Entry entry = record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
-                                      ? articles::entryOf(*record())
-                                      : articles::Entry();
+    const articles::Entry entry =
+        record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
+            ? articles::entryOf(*record())
+            : articles::Entry();
     kind_->put(entry.kind);
     stocked_->put(entry.stocked);
     followed_->put(entry.followed);
@@ -163,9 +175,12 @@ void ArticleForm::stateChanged() {
 
 void ArticleForm::shown() {
     const auto code = [this](const Text& field) { return panel().edit(field)->value().trimmed(); };
-    const auto hint = [&](const Text& field, const QString& text) { panel().setHint(field, code(field).isEmpty() ? QString() : text); };
+    const auto hint = [&](const Text& field, const QString& text) {
+        panel().setHint(field, code(field).isEmpty() ? QString() : text);
+    };
     const auto supplier = parties::findSupplier(molven_, code(strarticle.art_fou));
-    hint(strarticle.art_fou, supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
+    hint(strarticle.art_fou,
+         supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
     const QString familyList = kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily;
     hint(strarticle.art_fam, parameters::label(molven_, familyList, code(strarticle.art_fam)));
     const auto lpp = molven_.find(strlpp, strlpp.lpp_code == code(strarticle.art_lpp));
@@ -189,7 +204,8 @@ void ArticleForm::adaptToKind() {
     for (const Text* field : {&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste})
         panel().edit(*field)->setVisible(!isText);
     const bool byMovements = stocked_->text() == u"O" && followed_->text() == u"N";
-    panel().setCaption(strarticle.art_nho, byMovements ? QStringLiteral("CODE CE :") : QStringLiteral("N° HOMOLOGATION :"));
+    panel().setCaption(strarticle.art_nho,
+                       byMovements ? QStringLiteral("CODE CE :") : QStringLiteral("N° HOMOLOGATION :"));
     const QString followUp = isText || stocked_->text().isEmpty() ? QString()
                              : stocked_->text() != u"O"           ? follow_up::None
                              : followed_->text() == u"O"          ? follow_up::ByUnit
@@ -203,7 +219,8 @@ void ArticleForm::showUnitsInStock() {
         throw Refusal(QStringLiteral("Cette référence n'est pas suivie"), strarticle.art_ref.name);
     const QString reference = article[strarticle.art_ref];
     const qint64 count = units::countInStock(molven_, reference);
-    if (count == 0) throw Refusal(QStringLiteral("aucun produit en stock pour cette référence"), strarticle.art_ref.name);
+    if (count == 0)
+        throw Refusal(QStringLiteral("aucun produit en stock pour cette référence"), strarticle.art_ref.name);
     pick(pick_lists::units(molven_, QStringLiteral("Nbre sélection : %1").arg(count),
                            strproduit.ref_art == reference && strproduit.tes_vte != state::Sold, [](const Record&) {}));
 }

@@ -64,16 +64,19 @@ struct ListCode {
 
 const QList<ListCode>& listCodes() {
     static const QList<ListCode> codes{
-        {strclient.clt_fam, list::ClientFamily, QStringLiteral("LES FAMILLES CLIENT"), QStringLiteral("Famille inconnue")},
+        {strclient.clt_fam, list::ClientFamily, QStringLiteral("LES FAMILLES CLIENT"),
+         QStringLiteral("Famille inconnue")},
         {strclient.clt_dep, list::Depot, QStringLiteral("LES DEPOTS"), QStringLiteral("Dépôt inconnu")},
-        {strclient.clt_rep, list::Representative, QStringLiteral("LES REPRESENTANTS"), QStringLiteral("Représentant inconnu")},
+        {strclient.clt_rep, list::Representative, QStringLiteral("LES REPRESENTANTS"),
+         QStringLiteral("Représentant inconnu")},
         {strclient.clt_exp, list::Dispatch, QStringLiteral("LES MODES D'EXPEDITION"), QStringLiteral("Mode inconnu")}};
     return codes;
 }
 
 } // namespace
 
-ClientForm::ClientForm(Desk& desk) : RecordForm(desk, QStringLiteral("t_cltges")), molven_(workspace_.open(session().molven())) {
+ClientForm::ClientForm(Desk& desk)
+    : RecordForm(desk, QStringLiteral("t_cltges")), molven_(workspace_.open(session().molven())) {
     PickList clients = pick_lists::clients(molven_, {});
     clients.columns.removeLast();
     build({QStringLiteral("Gestion des clients"), clients.columns, clients.query, boxes(), 2, strclient.clt_cod,
@@ -98,7 +101,8 @@ void ClientForm::setPickers() {
         picker(code.field, [this, &code, put] {
             return pick_lists::parameters(molven_, code.letter, code.title, put(code.field, strparam.num_par));
         });
-    picker(strclient.clt_rgt, [this, put] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
+    picker(strclient.clt_rgt,
+           [this, put] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
     onPick(panel().edit(strclient.clt_cod), [this] {
         if (state() == State::Viewing) pick(pick_lists::clients(molven_, [this](const Record& row) { show(row); }));
     });
@@ -119,7 +123,9 @@ void ClientForm::shown() {
     for (const ListCode& code : listCodes()) {
         const QString value = typedCode(code.field);
         const auto entry = parameters::find(molven_, code.letter, value);
-        panel().setHint(code.field, value.isEmpty() ? QString() : entry ? QString((*entry)[strparam.lib_par]) : code.unknown);
+        panel().setHint(code.field, value.isEmpty() ? QString()
+                                    : entry         ? QString((*entry)[strparam.lib_par])
+                                                    : code.unknown);
     }
     const QString mode = typedCode(strclient.clt_rgt);
     const auto payment = parameters::paymentMode(molven_, mode);

@@ -26,18 +26,22 @@ QList<FieldBox> boxes(const QString& letter) {
         made.append({&strparam.cpt_par, QStringLiteral("&Famille :"), QStringLiteral("txtcf"), 6});
     else
         made.append({&strparam.cpt_par, QStringLiteral("C&ompte :"), QStringLiteral("Txtcpt"), 9});
-    if (letter == list::Depot) made.append({&strparam.fam_dep, QStringLiteral("&Famille dépôt :"), QStringLiteral("txtfamd"), 6});
+    if (letter == list::Depot)
+        made.append({&strparam.fam_dep, QStringLiteral("&Famille dépôt :"), QStringLiteral("txtfamd"), 6});
     return made;
 }
 
 } // namespace
 
 ParameterForm::ParameterForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_param")), molven_(workspace_.open(session().molven())), list_(listOf(mode())),
+    : Form(desk, QStringLiteral("T_param")),
+      molven_(workspace_.open(session().molven())),
+      list_(listOf(mode())),
       grid_(new Grid(QStringLiteral("DBGrid1"),
                      {{&strparam.num_par, QStringLiteral("Code"), 80},
                       {&strparam.lib_par, QStringLiteral("Libellé"), 340},
-                      {&strparam.cpt_par, list_.letter == list::SubFamily ? QStringLiteral("Famille") : QStringLiteral("Compte"), 90}},
+                      {&strparam.cpt_par,
+                       list_.letter == list::SubFamily ? QStringLiteral("Famille") : QStringLiteral("Compte"), 90}},
                      this)),
       panel_(new RecordPanel(boxes(list_.letter), 1, this)) {
     auto* caption = new QLabel(list_.caption, this);
@@ -47,7 +51,8 @@ ParameterForm::ParameterForm(Desk& desk)
     caption->setFont(bold);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
-        return molven_.select(strparam, parameters::ofList(list_.letter) && filter, order.terms.isEmpty() ? Order(strparam.num_par) : order);
+        return molven_.select(strparam, parameters::ofList(list_.letter) && filter,
+                              order.terms.isEmpty() ? Order(strparam.num_par) : order);
     });
     grid_->clickedRow = grid_->chosen = [this](const Record& entry) {
         if (!adding_) show(entry);

@@ -27,8 +27,10 @@ namespace {
 QList<FieldBox> headerBoxes(const DocumentKind& kind) {
     const auto& h = kind.headers;
     const bool credit = kind.isCredit;
-    const auto list = [](const Field& field, const char* caption, const char* control, const char* button, int characters = 0) {
-        return FieldBox{&field, QString::fromUtf8(caption), QString::fromLatin1(control), characters, {}, false, false, QString::fromLatin1(button)};
+    const auto list = [](const Field& field, const char* caption, const char* control, const char* button,
+                         int characters = 0) {
+        return FieldBox{&field, QString::fromUtf8(caption), QString::fromLatin1(control), characters, {}, false,
+                        false,  QString::fromLatin1(button)};
     };
     return {{&h.fac_no, QStringLiteral("N° :"), QStringLiteral("txtno")},
             list(h.fac_clt, "Client :", "txtclt", "cmdclt"),
@@ -42,13 +44,17 @@ QList<FieldBox> headerBoxes(const DocumentKind& kind) {
             list(h.fac_trs, "Transport :", "txttrs", "Cmdtrs"),
             list(h.fac_mon, "Monnaie :", "Txtmon", "Cmdmon"),
             {&h.fac_eur, QStringLiteral("Euro :"), QStringLiteral("Txteur"), 8, {}, false, true},
-            list(h.fac_dep, credit ? "Dépôt retour :" : "Dépôt :", credit ? "txtavodep" : "txtdep", credit ? "Cmdavodep" : "Cmddep"),
+            list(h.fac_dep, credit ? "Dépôt retour :" : "Dépôt :", credit ? "txtavodep" : "txtdep",
+                 credit ? "Cmdavodep" : "Cmddep"),
             {&h.fac_rep, QStringLiteral("Représentant :"), QStringLiteral("txtrep"), 4, {}, false, true}};
 }
 
 QList<FieldBox> addressBoxes() {
-    return {{&strbl.bl_l1, QStringLiteral("Livraison :"), {}, 24}, {&strbl.bl_l2, {}, {}, 24}, {&strbl.bl_l3, {}, {}, 24},
-            {&strbl.bl_l4, {}, {}, 24}, {&strbl.bl_l5, {}, {}, 24}};
+    return {{&strbl.bl_l1, QStringLiteral("Livraison :"), {}, 24},
+            {&strbl.bl_l2, {}, {}, 24},
+            {&strbl.bl_l3, {}, {}, 24},
+            {&strbl.bl_l4, {}, {}, 24},
+            {&strbl.bl_l5, {}, {}, 24}};
 }
 
 QList<FieldBox> footerBoxes(const DocumentHeaders& h) {
@@ -58,7 +64,14 @@ QList<FieldBox> footerBoxes(const DocumentHeaders& h) {
             {&h.fac_port, QStringLiteral("Port HT :"), QStringLiteral("Txtport"), 10, money},
             {&h.fac_exo, QStringLiteral("Exonéré :"), QStringLiteral("Txtexo"), 10, money},
             {&h.fac_acpt, QStringLiteral("Acompte :"), QStringLiteral("txtacpt"), 10, money},
-            {&h.fac_rglt, QStringLiteral("Règlement :"), QStringLiteral("txtrglt"), 0, {}, false, false, QStringLiteral("Cmdrgt")},
+            {&h.fac_rglt,
+             QStringLiteral("Règlement :"),
+             QStringLiteral("txtrglt"),
+             0,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmdrgt")},
             {&h.fac_ech, QStringLiteral("Echéance :"), QStringLiteral("txtech"), 10, {}, false, true},
             {&h.fac_mes, QStringLiteral("Message :"), QStringLiteral("txtmes"), 26},
             {&h.fac_ht, QStringLiteral("Total HT :"), QStringLiteral("txtht"), 12, money, false, true},
@@ -72,11 +85,16 @@ QList<FieldBox> footerBoxes(const DocumentHeaders& h) {
 
 QList<GridColumn> lineColumns(const DocumentLines& l) {
     const QString money = QStringLiteral("#####0.00");
-    return {{&l.fac_lg, QStringLiteral("Ligne"), 50},          {&l.fac_imm, QStringLiteral("Immatriculation"), 115},
-            {&l.fac_ref, QStringLiteral("Référence"), 120},    {&l.fac_li1, QStringLiteral("Désignation"), 290},
-            {&l.fac_id1, QStringLiteral("Identification"), 170}, {&l.fac_qte, QStringLiteral("Qté"), 50},
-            {&l.fac_px, QStringLiteral("Prix"), 80, money},    {&l.fac_remx, QStringLiteral("Rem. %"), 60, QStringLiteral("#0.00")},
-            {&l.fac_pv, QStringLiteral("Prix net"), 80, money}, {&l.fac_ht, QStringLiteral("Total HT"), 90, money},
+    return {{&l.fac_lg, QStringLiteral("Ligne"), 50},
+            {&l.fac_imm, QStringLiteral("Immatriculation"), 115},
+            {&l.fac_ref, QStringLiteral("Référence"), 120},
+            {&l.fac_li1, QStringLiteral("Désignation"), 290},
+            {&l.fac_id1, QStringLiteral("Identification"), 170},
+            {&l.fac_qte, QStringLiteral("Qté"), 50},
+            {&l.fac_px, QStringLiteral("Prix"), 80, money},
+            {&l.fac_remx, QStringLiteral("Rem. %"), 60, QStringLiteral("#0.00")},
+            {&l.fac_pv, QStringLiteral("Prix net"), 80, money},
+            {&l.fac_ht, QStringLiteral("Total HT"), 90, money},
             {&l.fac_nbl, QStringLiteral("BL"), 70}};
 }
 
@@ -113,8 +131,10 @@ QLayout* DocumentForm::buildDocumentButtons() {
     auto* after = button(QStringLiteral("CmdSuivant"), QStringLiteral("S&uivant"), [this] {
         if (const auto found = documents::after(book_, requireDocument()[table_.fac_no])) display(found);
     });
-    auto* last = button(QStringLiteral("cmdLast"), QStringLiteral("Der&nier"), [this] { display(documents::last(book_)); });
-    auto* ofClient = button(QStringLiteral("Cmddoc"), QStringLiteral("&Documents du client"), [this] { pickDocument(); });
+    auto* last =
+        button(QStringLiteral("cmdLast"), QStringLiteral("Der&nier"), [this] { display(documents::last(book_)); });
+    auto* ofClient =
+        button(QStringLiteral("Cmddoc"), QStringLiteral("&Documents du client"), [this] { pickDocument(); });
     auto* printButton = button(QStringLiteral("cmdedt"), QStringLiteral("&Edition"), [this] { print(); });
     auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     whenShown_ += {change, remove, before, after, printButton};
@@ -153,7 +173,8 @@ QLayout* DocumentForm::buildHeader() {
 QLayout* DocumentForm::buildLineButtons() {
     addLine_ = button(QStringLiteral("Cmdajoutlig"), QStringLiteral("Ajouter une &ligne"), [this] { addLine(); });
     auto* insert = button(QStringLiteral("Cmdinsertlig"), QStringLiteral("&Insérer"), [this] { insertLine(); });
-    auto* change = button(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
+    auto* change =
+        button(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
     auto* remove = button(QStringLiteral("Cmdsuplig"), QStringLiteral("Supprimer la lign&e"), [this] { removeLine(); });
     auto* notes = button(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
     auto* footer = button(QStringLiteral("Cmdvisupied"), QStringLiteral("&Pied"), [this] { openFooter(); });
@@ -172,7 +193,8 @@ QWidget* DocumentForm::buildFooter() {
     auto* part = new QWidget(this);
     footer_ = new RecordPanel(footerBoxes(table_), 3, part);
     for (const FieldBox& box : footer_->boxes()) bind(box.field->name, footer_->edit(*box.field));
-    auto* validate = button(QStringLiteral("Cmdvalpied"), QStringLiteral("&Valider le pied"), [this] { validateFooter(); });
+    auto* validate =
+        button(QStringLiteral("Cmdvalpied"), QStringLiteral("&Valider le pied"), [this] { validateFooter(); });
     auto* leave = button(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { leaveTray(); });
     auto* row = new QHBoxLayout;
     row->addStretch();
@@ -201,7 +223,8 @@ void DocumentForm::buildTray() {
     noteChoice_->integrated = [this] { refresh(); };
     noteChoice_->left = [this] { leaveTray(); };
     tray_ = new QStackedWidget(this);
-    for (QWidget* part : {static_cast<QWidget*>(lineEntry_), static_cast<QWidget*>(unitRange_), static_cast<QWidget*>(noteChoice_), footerPart_})
+    for (QWidget* part : {static_cast<QWidget*>(lineEntry_), static_cast<QWidget*>(unitRange_),
+                          static_cast<QWidget*>(noteChoice_), footerPart_})
         tray_->addWidget(part);
     tray_->setFixedHeight(220);
 }
@@ -227,14 +250,16 @@ void DocumentForm::setPickers() {
             guarded([this] { takeClient(); });
         });
     });
-    const std::tuple<const Text*, QString, QString> lists[] = {{&table_.fac_chr, list::Surgeon, QStringLiteral("LES CHIRURGIENS")},
-                                                               {&table_.fac_trs, list::Dispatch, QStringLiteral("LES TRANSPORTEURS")},
-                                                               {&table_.fac_dep, list::Depot, QStringLiteral("LES DEPOTS")}};
+    const std::tuple<const Text*, QString, QString> lists[] = {
+        {&table_.fac_chr, list::Surgeon, QStringLiteral("LES CHIRURGIENS")},
+        {&table_.fac_trs, list::Dispatch, QStringLiteral("LES TRANSPORTEURS")},
+        {&table_.fac_dep, list::Depot, QStringLiteral("LES DEPOTS")}};
     for (const auto& [field, letter, title] : lists)
         picker(header_, *field, [this, put, field = field, letter = letter, title = title] {
             return pick_lists::parameters(book_.molven, letter, title, put(*field, strparam.num_par));
         });
-    picker(header_, table_.fac_mon, [this, put] { return pick_lists::currencies(book_.molven, put(table_.fac_mon, strmonnaie.mon_cle)); });
+    picker(header_, table_.fac_mon,
+           [this, put] { return pick_lists::currencies(book_.molven, put(table_.fac_mon, strmonnaie.mon_cle)); });
     picker(footer_, table_.fac_rglt, [this] {
         return pick_lists::paymentModes(book_.molven, [this](const Record& mode) {
             footer_->edit(table_.fac_rglt)->put(mode[strparrgt.cde_rglt]);
@@ -246,7 +271,8 @@ void DocumentForm::setPickers() {
     const auto checked = [this](const Text& field, const QString& letter, const QString& unknown) {
         onLeft(header_->edit(field), [this, &field, letter, unknown] {
             showWords();
-            if (!typed(field).isEmpty() && !parameters::find(book_.molven, letter, typed(field))) throw Refusal(unknown, field.name);
+            if (!typed(field).isEmpty() && !parameters::find(book_.molven, letter, typed(field)))
+                throw Refusal(unknown, field.name);
         });
     };
     checked(table_.fac_chr, list::Surgeon, QStringLiteral("Ce code n'existe pas"));

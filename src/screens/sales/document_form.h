@@ -81,7 +81,7 @@ private:
     QLabel* kindLabel_ = nullptr;
     QLabel* memo_ = nullptr;
     QLabel* total_ = nullptr;
-    QList<QPushButton*> whenShown_;   ///< usable while a document is displayed
+    QList<QPushButton*> whenShown_;    ///< usable while a document is displayed
     QList<QPushButton*> whenEntering_; ///< usable while a header is typed
     QPushButton* add_ = nullptr;
     QPushButton* addLine_ = nullptr;

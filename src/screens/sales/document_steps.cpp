@@ -41,11 +41,11 @@ void DocumentForm::setStage(Stage stage) {
     stage_ = stage;
     const auto& h = table_;
     const QList<const Field*> kept{&h.fac_chr, &h.fac_trs, &h.fac_btr, &h.fac_pat};
-    const QList<const Field*> whole = kept + QList<const Field*>{&h.fac_clt, &h.fac_nom, &h.fac_datf, &h.fac_refc,
+    const QList<const Field*> whole = kept + QList<const Field*>{&h.fac_clt,  &h.fac_nom, &h.fac_datf, &h.fac_refc,
                                                                  &h.fac_datc, &h.fac_mon, &h.fac_dep};
-    header_->setEditableOnly(stage == Stage::Entering  ? whole
-                         : stage == Stage::Changing ? kept
-                                                    : QList<const Field*>{&h.fac_no});
+    header_->setEditableOnly(stage == Stage::Entering   ? whole
+                             : stage == Stage::Changing ? kept
+                                                        : QList<const Field*>{&h.fac_no});
     address_->setEditable(stage == Stage::Entering);
     const bool typing = stage == Stage::Entering || stage == Stage::Changing;
     for (QPushButton* made : whenEntering_) made->setEnabled(typing);
@@ -220,11 +220,13 @@ void DocumentForm::refresh() {
     document_ = documents::find(book_, requireDocument()[table_.fac_no]);
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *document_) && filter,
-                                  order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg} : order);
+                                  order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
+                                                        : order);
     });
     const int count = lines_->rows().rowCount();
     if (count > 0) lines_->selectRow(count - 1);
-    total_->setText(QStringLiteral("Total HT : ") + format(requireDocument()[table_.fac_ht], QStringLiteral("#####0.00")));
+    total_->setText(QStringLiteral("Total HT : ") +
+                    format(requireDocument()[table_.fac_ht], QStringLiteral("#####0.00")));
     footer_->load(*document_);
 }
 

@@ -22,8 +22,22 @@ namespace {
 QList<FieldBox> boxes(const DocumentLines& l) {
     const QString price = QStringLiteral("#####0.00"), small = QStringLiteral("####0.00");
     return {{&l.fac_lg, QStringLiteral("Ligne :"), QStringLiteral("txtlg")},
-            {&l.fac_ref, QStringLiteral("Référence :"), QStringLiteral("txtref"), 0, {}, false, false, QStringLiteral("Cmdref")},
-            {&l.fac_imm, QStringLiteral("Immatriculation :"), QStringLiteral("txtimm"), 0, {}, false, false, QStringLiteral("Cmdimm")},
+            {&l.fac_ref,
+             QStringLiteral("Référence :"),
+             QStringLiteral("txtref"),
+             0,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmdref")},
+            {&l.fac_imm,
+             QStringLiteral("Immatriculation :"),
+             QStringLiteral("txtimm"),
+             0,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmdimm")},
             {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1"), 26},
             {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 26, {}, false, true},
             {&l.fac_qte, QStringLiteral("Quantité :"), QStringLiteral("txtqte"), 8, small},
@@ -58,8 +72,10 @@ void LineEntry::build() {
     };
     clientDiscount_ = category(QStringLiteral("txtremc"));
     articleDiscount_ = category(QStringLiteral("Txtrema"));
-    validate_ = form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("&Valider la ligne"), [this] { validate(); });
-    validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("&Valider la modification"), [this] { changeLine(); });
+    validate_ =
+        form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("&Valider la ligne"), [this] { validate(); });
+    validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("&Valider la modification"),
+                                   [this] { changeLine(); });
     range_ = form_.button(QStringLiteral("cmdtranche"), QStringLiteral("&Tranche d'immat."), [this] { askRange(); });
     auto* leave = form_.button(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { finished(); });
     auto* buttons = new QHBoxLayout;
@@ -97,10 +113,11 @@ void LineEntry::setPickers() {
             const Criterion free = unit_rules::available(book_, *header_, reference);
             if (book_.molven.count(strproduit, free) == 0)
                 throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), table_.fac_imm.name);
-            form_.pick(pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free, [this](const Record& unit) {
-                box(table_.fac_imm)->put(unit[strproduit.imm_art]);
-                form_.guarded([this] { takeUnit(); });
-            }));
+            form_.pick(pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free,
+                                         [this](const Record& unit) {
+                                             box(table_.fac_imm)->put(unit[strproduit.imm_art]);
+                                             form_.guarded([this] { takeUnit(); });
+                                         }));
         },
         panel_->listButton(table_.fac_imm));
 }
@@ -124,7 +141,8 @@ void LineEntry::start(Purpose purpose, const Record& header) {
 void LineEntry::startAdding(const Record& header) {
     const DocumentHeaders& headers = book_.kind().headers;
     start(Purpose::Add, header);
-    preset_ = numbering::lineKey(numbering::nextLine(book_.vente, table_, header[headers.fac_aa], header[headers.fac_no]));
+    preset_ =
+        numbering::lineKey(numbering::nextLine(book_.vente, table_, header[headers.fac_aa], header[headers.fac_no]));
     draft_.line[table_.fac_lg] = preset_;
     show();
     box(table_.fac_ref)->setFocus();
@@ -173,7 +191,9 @@ void LineEntry::takeArticle() {
     show();
     takeAmounts();
     if (!draft_.priceMessage.isEmpty()) form_.prompt().tell(draft_.priceMessage);
-    box(draft_.tracked ? static_cast<const Field&>(table_.fac_imm) : draft_.isText ? static_cast<const Field&>(table_.fac_li1) : table_.fac_qte)
+    box(draft_.tracked  ? static_cast<const Field&>(table_.fac_imm)
+        : draft_.isText ? static_cast<const Field&>(table_.fac_li1)
+                        : table_.fac_qte)
         ->setFocus();
 }
 
@@ -216,9 +236,11 @@ void LineEntry::takeAmounts() {
 void LineEntry::validate() {
     if (typed(table_.fac_lg).isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table_.fac_lg.name);
     const Record& line = draft_.line;
-    if (line[table_.fac_ref].compare(typed(table_.fac_ref), Qt::CaseInsensitive) != 0 || typed(table_.fac_ref).isEmpty())
+    if (line[table_.fac_ref].compare(typed(table_.fac_ref), Qt::CaseInsensitive) != 0 ||
+        typed(table_.fac_ref).isEmpty())
         draft_ = document_lines::preset(book_, *header_, typed(table_.fac_ref));
-    if (draft_.tracked) document_lines::setUnit(book_, draft_, unit_rules::check(book_, *header_, typed(table_.fac_imm)));
+    if (draft_.tracked)
+        document_lines::setUnit(book_, draft_, unit_rules::check(book_, *header_, typed(table_.fac_imm)));
     takeAmounts();
     draft_.line[table_.fac_li1] = typed(table_.fac_li1);
     if (const QString warning = document_lines::stockWarning(book_, draft_); !warning.isEmpty())

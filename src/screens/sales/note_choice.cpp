@@ -2,9 +2,9 @@
 
 #include "data/format.h"
 #include "sales/integration.h"
+#include "ui/edit.h"
 #include "ui/form.h"
 #include "ui/grid.h"
-#include "ui/edit.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,7 +14,10 @@
 namespace molven {
 
 NoteChoice::NoteChoice(Form& form, SalesBook& book)
-    : QWidget(&form), form_(form), book_(book), number_(new Edit(this)),
+    : QWidget(&form),
+      form_(form),
+      book_(book),
+      number_(new Edit(this)),
       grid_(new Grid(QStringLiteral("DBGrid4"),
                      {{&strlive.fac_no, QStringLiteral("N° BL"), 80},
                       {&strlive.fac_datf, QStringLiteral("Date"), 90},
@@ -32,7 +35,8 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
         form_.guarded([this] { integrate(); });
     };
     auto* ok = form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("&Intégrer ce bon"), [this] { integrate(); });
-    auto* leave = form.button(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });
+    auto* leave =
+        form.button(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("N° du bon de livraison :"), this));
     row->addWidget(number_);

@@ -16,7 +16,11 @@
 namespace molven {
 
 UnitRange::UnitRange(Form& form, SalesBook& book)
-    : QWidget(&form), form_(form), book_(book), first_(new Edit(this)), last_(new Edit(this)),
+    : QWidget(&form),
+      form_(form),
+      book_(book),
+      first_(new Edit(this)),
+      last_(new Edit(this)),
       grid_(new Grid(QStringLiteral("DBGrid3"), pick_lists::unitColumns(), this)) {
     first_->setObjectName(QStringLiteral("txtimmdeb"));
     last_->setObjectName(QStringLiteral("txtimmfin"));
@@ -26,7 +30,8 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
         form_.onLeft(edit, [this] { list(); });
     }
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    auto* ok = form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("&Valider la sélection"), [this] { choose(); });
+    auto* ok =
+        form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("&Valider la sélection"), [this] { choose(); });
     auto* leave = form.button(QStringLiteral("Cmdquittranche"), QStringLiteral("Annule&r"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("De l'immat. :"), this));
@@ -58,7 +63,8 @@ void UnitRange::list() {
     if (bounded) last_->put(Immatriculation::fromText(last_->text()).number());
     const QString end = bounded ? last_->text() : QStringLiteral("99999999");
     QList<Record> rows;
-    for (const Record& unit : unit_rules::candidates(book_, *header_, reference_, first_->text(), end)) rows.append(unit);
+    for (const Record& unit : unit_rules::candidates(book_, *header_, reference_, first_->text(), end))
+        rows.append(unit);
     grid_->rows().setRecords(rows);
     if (bounded)
         grid_->selectAll();
@@ -72,7 +78,8 @@ void UnitRange::choose() {
         units.append((*grid_->rows().record(index.row()))[strproduit.imm_art]);
     if (units.isEmpty()) throw Refusal(QStringLiteral("Aucune immat selectionnee"), QStringLiteral("txtimmdeb"));
     units.sort();
-    if (!form_.prompt().ask(QStringLiteral("Confirmation des %1 immatriculations sélectionnées ? ").arg(units.size()))) return;
+    if (!form_.prompt().ask(QStringLiteral("Confirmation des %1 immatriculations sélectionnées ? ").arg(units.size())))
+        return;
     chosen(units);
 }
 

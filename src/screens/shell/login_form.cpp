@@ -12,7 +12,9 @@
 namespace molven {
 
 LoginForm::LoginForm(Desk& desk)
-    : Form(desk, QStringLiteral("Tcsecret")), word_(new Edit(this)), caption_(new QLabel(QStringLiteral("&Mot de passe :"), this)),
+    : Form(desk, QStringLiteral("Tcsecret")),
+      word_(new Edit(this)),
+      caption_(new QLabel(QStringLiteral("&Mot de passe :"), this)),
       company_(new QLabel(this)) {
     word_->setObjectName(QStringLiteral("Text1"));
     word_->setEchoMode(QLineEdit::Password);
@@ -61,9 +63,12 @@ void LoginForm::login() {
     if (session().code_soc.isEmpty()) return readCompany();
     try {
         switch (access::login(session(), word_->text())) {
-        case access::Login::Stored: return;
-        case access::Login::Accepted: return enter();
-        case access::Login::Personalise: break;
+        case access::Login::Stored:
+            return;
+        case access::Login::Accepted:
+            return enter();
+        case access::Login::Personalise:
+            break;
         }
     } catch (const Refusal& refusal) {
         if (word_->text().trimmed().isEmpty())

@@ -92,8 +92,8 @@ void MenuForm::buildPanels() {
     bookPanel_ = panel(QStringLiteral("Frame3"), QString(), bookCaption_);
     salesBook_ = button(QStringLiteral("Cmdok"), QStringLiteral("&Valider"), [this] {
         bookPanel_->hide();
-        this->desk().open(ostraneBook_->isChecked() ? QStringLiteral("T_ostrane") : QStringLiteral("T_gestion"), bookMode_,
-                          bookCaption_->text());
+        this->desk().open(ostraneBook_->isChecked() ? QStringLiteral("T_ostrane") : QStringLiteral("T_gestion"),
+                          bookMode_, bookCaption_->text());
     });
     ostraneBook_ = button(QStringLiteral("Optostrane"), QStringLiteral("Livre &OSTRANE"), [] {});
     ostraneBook_->setCheckable(true);
@@ -175,7 +175,8 @@ void MenuForm::openDossier() {
     startup::openDossier(session());
     showLogo(session().spe_cod);
     applyCompanySwitches();
-    const QString currency = session().spe_mon.isEmpty() ? QString() : QStringLiteral("\nPrix en : ") + session().spe_mon;
+    const QString currency =
+        session().spe_mon.isEmpty() ? QString() : QStringLiteral("\nPrix en : ") + session().spe_mon;
     welcome_->setText(session().spe_nom + currency);
     applyTitle(startup::mainTitle(session()));
 }
@@ -205,23 +206,38 @@ void MenuForm::act(const MenuEntry& entry) {
     }
     if (!entry.notice.isEmpty()) prompt().tell(entry.notice);
     switch (entry.action) {
-    case MenuAction::Screen: desk().open(entry.target, entry.mode, entry.caption); break;
+    case MenuAction::Screen:
+        desk().open(entry.target, entry.mode, entry.caption);
+        break;
     case MenuAction::InvoiceChoice:
         if (rules.hasInvoiceBookChoice())
             askBook(entry);
         else
             desk().open(entry.target, entry.mode, entry.caption);
         break;
-    case MenuAction::Reprint: openReprint(entry); break;
-    case MenuAction::Program: startProgram(entry.target); break;
-    case MenuAction::DepotFamilies: updateDepotFamilies(); break;
-    case MenuAction::Renumber: startRenumbering(entry); break;
+    case MenuAction::Reprint:
+        openReprint(entry);
+        break;
+    case MenuAction::Program:
+        startProgram(entry.target);
+        break;
+    case MenuAction::DepotFamilies:
+        updateDepotFamilies();
+        break;
+    case MenuAction::Renumber:
+        startRenumbering(entry);
+        break;
     case MenuAction::Compaction:
-    case MenuAction::Backup: desk().open(entry.name, {}, entry.caption); break;
-    case MenuAction::Quit: close(); break;
+    case MenuAction::Backup:
+        desk().open(entry.name, {}, entry.caption);
+        break;
+    case MenuAction::Quit:
+        close();
+        break;
     case MenuAction::Submenu:
     case MenuAction::Separator:
-    case MenuAction::Nothing: break;
+    case MenuAction::Nothing:
+        break;
     }
 }
 
@@ -232,7 +248,8 @@ void MenuForm::openReprint(const MenuEntry& entry) {
 
 void MenuForm::startProgram(const QString& program) {
     const QString path = session().programFile(program);
-    if (!QFile::exists(path)) throw Refusal(QStringLiteral("Le programme %1 est absent du dossier du programme").arg(program));
+    if (!QFile::exists(path))
+        throw Refusal(QStringLiteral("Le programme %1 est absent du dossier du programme").arg(program));
     if (!QProcess::startDetached(path, {}, session().dossier_app))
         throw Refusal(QStringLiteral("Impossible de lancer le programme %1").arg(program));
 }
@@ -262,7 +279,8 @@ void MenuForm::startRenumbering(const MenuEntry& entry) {
         return;
     }
     Workspace workspace;
-    oldNumber_->put(workspace.open(session().path(renumbering_->file)).greatest(renumbering_->headers, renumbering_->headers.fac_no));
+    oldNumber_->put(workspace.open(session().path(renumbering_->file))
+                        .greatest(renumbering_->headers, renumbering_->headers.fac_no));
     newNumber_->put({});
     numberCaption_->setText(QString(renumbering_->question).chopped(2));
     numberPanel_->show();

@@ -45,7 +45,8 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
             access::checkCurrent(session(), secret, word_->text());
         } catch (const Refusal& refusal) {
             const bool empty = word_->text().trimmed().isEmpty();
-            prompt().tell(refusal.text, empty ? QString() : QStringLiteral("Erreur"), empty ? Icon::Information : Icon::Stop);
+            prompt().tell(refusal.text, empty ? QString() : QStringLiteral("Erreur"),
+                          empty ? Icon::Information : Icon::Stop);
             focusField(refusal.field);
             return;
         }
@@ -53,7 +54,10 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
         close();
     });
     auto* cancel = button(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
-    layOut(this, {{secret == access::Secret::Password ? QStringLiteral("&Mot de passe actuel :") : QStringLiteral("&Code gestionnaire actuel :"), word_}},
+    layOut(this,
+           {{secret == access::Secret::Password ? QStringLiteral("&Mot de passe actuel :")
+                                                : QStringLiteral("&Code gestionnaire actuel :"),
+             word_}},
            ok, cancel);
     setDefaultButton(ok);
     setCancelButton(cancel);
@@ -62,7 +66,9 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
 }
 
 NewSecretForm::NewSecretForm(Desk& desk, const QString& name, access::Secret secret, const QString& caption)
-    : Form(desk, name), word_(secretBox(QStringLiteral("Text1"), this)), again_(secretBox(QStringLiteral("Text2"), this)) {
+    : Form(desk, name),
+      word_(secretBox(QStringLiteral("Text1"), this)),
+      again_(secretBox(QStringLiteral("Text2"), this)) {
     auto* ok = button(QStringLiteral("Btok"), QStringLiteral("&OK"), [this, secret] {
         try {
             access::change(session(), secret, word_->text(), again_->text());
@@ -73,7 +79,8 @@ NewSecretForm::NewSecretForm(Desk& desk, const QString& name, access::Secret sec
         }
     });
     auto* cancel = button(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
-    layOut(this, {{QStringLiteral("&Nouvelle valeur :"), word_}, {QStringLiteral("&Encore une fois :"), again_}}, ok, cancel);
+    layOut(this, {{QStringLiteral("&Nouvelle valeur :"), word_}, {QStringLiteral("&Encore une fois :"), again_}}, ok,
+           cancel);
     setDefaultButton(ok);
     setCancelButton(cancel);
     applyTitle(caption);

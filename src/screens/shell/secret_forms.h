@@ -8,7 +8,8 @@ namespace molven {
 /// Asks the current password or manager code, then opens the window for the new one.
 class CurrentSecretForm : public Form {
 protected:
-    CurrentSecretForm(Desk& desk, const QString& name, access::Secret secret, const QString& caption, const QString& next);
+    CurrentSecretForm(Desk& desk, const QString& name, access::Secret secret, const QString& caption,
+                      const QString& next);
 
 private:
     Edit* word_;
@@ -42,7 +43,8 @@ class CurrentManagerCodeForm : public CurrentSecretForm {
 public:
     explicit CurrentManagerCodeForm(Desk& desk)
         : CurrentSecretForm(desk, QStringLiteral("Tcodspe1"), access::Secret::ManagerCode,
-                            QStringLiteral("Accès à la modification du code gestionnaire"), QStringLiteral("Tcodspe2")) {}
+                            QStringLiteral("Accès à la modification du code gestionnaire"),
+                            QStringLiteral("Tcodspe2")) {}
 };
 
 class NewManagerCodeForm : public NewSecretForm {

@@ -13,11 +13,16 @@
 namespace molven {
 
 LabelSelectionForm::LabelSelectionForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_etiedt")), molven_(workspace_.open(session().molven())), tri_(workspace_.open(session().tri())),
-      count_(new QLabel(this)), grid_(new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this)) {
+    : Form(desk, QStringLiteral("T_etiedt")),
+      molven_(workspace_.open(session().molven())),
+      tri_(workspace_.open(session().tri())),
+      count_(new QLabel(this)),
+      grid_(new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this)) {
     count_->setObjectName(QStringLiteral("Label1"));
-    const Range stocked = range(QStringLiteral("txtnumdeb"), QStringLiteral("txtnumfin"), QStringLiteral("Cmdok2"), state::InStock);
-    const Range sold = range(QStringLiteral("txtfacdeb"), QStringLiteral("txtfacfin"), QStringLiteral("Cmdok3"), state::Sold);
+    const Range stocked =
+        range(QStringLiteral("txtnumdeb"), QStringLiteral("txtnumfin"), QStringLiteral("Cmdok2"), state::InStock);
+    const Range sold =
+        range(QStringLiteral("txtfacdeb"), QStringLiteral("txtfacfin"), QStringLiteral("Cmdok3"), state::Sold);
     auto* labels = button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); });
     auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* layout = new QGridLayout(this);
@@ -54,7 +59,8 @@ LabelSelectionForm::Range LabelSelectionForm::range(const QString& first, const 
         return edit;
     };
     Range made{box(first), box(last), nullptr};
-    made.select = button(select, QStringLiteral("&Rechercher"), [this, made, unitState] { this->select(made, unitState); });
+    made.select =
+        button(select, QStringLiteral("&Rechercher"), [this, made, unitState] { this->select(made, unitState); });
     return made;
 }
 
@@ -77,7 +83,8 @@ void LabelSelectionForm::makeLabels() {
 }
 
 LabelPrintForm::LabelPrintForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_etibarre")), tri_(workspace_.open(session().tri())),
+    : Form(desk, QStringLiteral("T_etibarre")),
+      tri_(workspace_.open(session().tri())),
       grid_(new Grid(QStringLiteral("DBGrid1"),
                      {{&etiq.e_imm, QStringLiteral("Immatriculation"), 120},
                       {&etiq.e_ref, QStringLiteral("Référence"), 120},
@@ -86,8 +93,10 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
                       {&etiq.e_lpp, QStringLiteral("LPP"), 90},
                       {&etiq.e_euro, QStringLiteral("Prix TTC"), 90}},
                      this)) {
-    grid_->rows().setQuery([this](const Criterion& filter, const Order& order) { return tri_.select(etiq, filter, order); });
-    auto* printButton = button(QStringLiteral("Cmdetiq"), QStringLiteral("&Imprimer les étiquettes"), [this] { print(); });
+    grid_->rows().setQuery(
+        [this](const Criterion& filter, const Order& order) { return tri_.select(etiq, filter, order); });
+    auto* printButton =
+        button(QStringLiteral("Cmdetiq"), QStringLiteral("&Imprimer les étiquettes"), [this] { print(); });
     auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* layout = new QGridLayout(this);
     layout->addWidget(grid_, 0, 0, 1, 3);
@@ -105,8 +114,8 @@ void LabelPrintForm::print() {
     if (rows.isEmpty()) throw Refusal(QStringLiteral("Aucune étiquette à imprimer"));
     QList<ProductLabel> labels;
     for (const Record& row : rows)
-        labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp], row[etiq.e_ori],
-                       row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
+        labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp],
+                       row[etiq.e_ori], row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
     PrintJob job(QStringLiteral("Etiquettes"));
     label_page::print(job, labels, desk().barcodeFamily());
     desk().print(job);

@@ -30,7 +30,14 @@ QList<FieldBox> boxes() {
             {&u.num_liv, QStringLiteral("N° BL fournisseur :"), {}, 14},
             {&u.dat_liv, QStringLiteral("Date réception :"), QStringLiteral("Mskdlivstk"), 0, {}, true},
             {&u.dat_dlv, QStringLiteral("Livraison prévue :"), {}, 0, {}, true},
-            {&u.num_dep, QStringLiteral("Dépôt :"), QStringLiteral("Txtdepstk"), 4, {}, false, false, QStringLiteral("Cmddepstk")},
+            {&u.num_dep,
+             QStringLiteral("Dépôt :"),
+             QStringLiteral("Txtdepstk"),
+             4,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmddepstk")},
             {&u.pro_pac, QStringLiteral("Prix d'achat :"), {}, 10},
             {&u.lot_art, QStringLiteral("N° lot :"), {}, 14},
             {&u.num_ste, QStringLiteral("Lot stérilisation :"), {}, 14},
@@ -58,7 +65,9 @@ QLabel* namedLabel(const QString& name, QWidget* parent) {
 } // namespace
 
 ReceiptForm::ReceiptForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_proges")), molven_(workspace_.open(session().molven())), tri_(workspace_.open(session().tri())) {
+    : Form(desk, QStringLiteral("T_proges")),
+      molven_(workspace_.open(session().molven())),
+      tri_(workspace_.open(session().tri())) {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(buildReceipt(), 3);
     layout->addWidget(buildUnits(), 2);
@@ -154,7 +163,8 @@ QWidget* ReceiptForm::buildUnits() {
 }
 
 void ReceiptForm::setPickers() {
-    const auto picker = [this](const Text& field, const Text& from, const std::function<PickList(const pick_lists::Chosen&)>& makeList) {
+    const auto picker = [this](const Text& field, const Text& from,
+                               const std::function<PickList(const pick_lists::Chosen&)>& makeList) {
         onPick(
             panel_->edit(field),
             [this, &field, &from, makeList] {
@@ -186,8 +196,10 @@ void ReceiptForm::showArticle() {
         const Record article = receipts::followedArticle(molven_, reference);
         panel_->edit(strproduit.ref_art)->put(article[strarticle.art_ref]);
         panel_->setHint(strproduit.ref_art, article[strarticle.art_li1]);
-        if (panel_->edit(strproduit.fou_cde)->value().isEmpty()) panel_->edit(strproduit.fou_cde)->put(article[strarticle.art_fou]);
-        if (panel_->edit(strproduit.fou_ref)->value().isEmpty()) panel_->edit(strproduit.fou_ref)->put(article[strarticle.art_rfou]);
+        if (panel_->edit(strproduit.fou_cde)->value().isEmpty())
+            panel_->edit(strproduit.fou_cde)->put(article[strarticle.art_fou]);
+        if (panel_->edit(strproduit.fou_ref)->value().isEmpty())
+            panel_->edit(strproduit.fou_ref)->put(article[strarticle.art_rfou]);
         showByType(article);
     }
     const auto supplier = parties::findSupplier(molven_, panel_->edit(strproduit.fou_cde)->value());
@@ -245,7 +257,8 @@ void ReceiptForm::receive() {
     const receipts::Created created = receipts::receive(molven_, session().rules(), receipt);
     created_->setText(created.first);
     createdLast_->setText(created.last);
-    listUnits(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first && strproduit.imm_art <= created.last);
+    listUnits(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
+              strproduit.imm_art <= created.last);
     prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);
     clearUnit();
     panel_->edit(strproduit.ref_art)->setFocus();
@@ -254,9 +267,10 @@ void ReceiptForm::receive() {
 /// Makes ready for the next article of the same delivery.
 void ReceiptForm::clearUnit() {
     for (const FieldBox& box : panel_->boxes()) {
-        const bool ofDelivery = QList<const Field*>{&strproduit.fou_cde, &strproduit.num_cde, &strproduit.dat_cde, &strproduit.num_liv,
-                                                    &strproduit.dat_liv, &strproduit.dat_dlv, &strproduit.num_dep}
-                                    .contains(box.field);
+        const bool ofDelivery =
+            QList<const Field*>{&strproduit.fou_cde, &strproduit.num_cde, &strproduit.dat_cde, &strproduit.num_liv,
+                                &strproduit.dat_liv, &strproduit.dat_dlv, &strproduit.num_dep}
+                .contains(box.field);
         if (!ofDelivery) panel_->edit(*box.field)->put({});
     }
     panel_->edit(strproduit.fab_con)->put(QStringLiteral("O"));
@@ -323,7 +337,8 @@ void ReceiptForm::removeUnit() {
 
 void ReceiptForm::printLabels() {
     requireUnit();
-    labels::fill(molven_, tri_, session().rules(), molven_.select(strproduit, listed_, {strproduit.pro_ann, strproduit.imm_art}));
+    labels::fill(molven_, tri_, session().rules(),
+                 molven_.select(strproduit, listed_, {strproduit.pro_ann, strproduit.imm_art}));
     desk().open(QStringLiteral("T_etibarre"));
 }
 

@@ -29,10 +29,14 @@ const QList<Row>& rows() {
 }
 
 QList<GridColumn> lineColumns(const DocumentLines& lines) {
-    return {{&lines.fac_no, QStringLiteral("N°"), 65},      {&lines.fac_aa, QStringLiteral("Année"), 55},
-            {&lines.fac_lg, QStringLiteral("Ligne"), 50},   {&lines.fac_clt, QStringLiteral("Client"), 65},
-            {&lines.fac_li1, QStringLiteral("Désignation"), 190}, {&lines.fac_dep, QStringLiteral("Dépôt"), 50},
-            {&lines.fac_nbl, QStringLiteral("BL"), 65},     {&lines.fac_pv, QStringLiteral("Prix net"), 70, QStringLiteral("#####0.00")}};
+    return {{&lines.fac_no, QStringLiteral("N°"), 65},
+            {&lines.fac_aa, QStringLiteral("Année"), 55},
+            {&lines.fac_lg, QStringLiteral("Ligne"), 50},
+            {&lines.fac_clt, QStringLiteral("Client"), 65},
+            {&lines.fac_li1, QStringLiteral("Désignation"), 190},
+            {&lines.fac_dep, QStringLiteral("Dépôt"), 50},
+            {&lines.fac_nbl, QStringLiteral("BL"), 65},
+            {&lines.fac_pv, QStringLiteral("Prix net"), 70, QStringLiteral("#####0.00")}};
 }
 
 /// Numbers of the grids: 1 to 4 and 5 to 8 as the enquiry has always had them, the consignment notes behind.
@@ -46,7 +50,10 @@ const DocumentLines& linesOf(int row) {
 } // namespace
 
 UnitHistoryForm::UnitHistoryForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_traimm")), number_(new Edit(this)), heading_(new QLabel(this)), situation_(new QLabel(this)) {
+    : Form(desk, QStringLiteral("T_traimm")),
+      number_(new Edit(this)),
+      heading_(new QLabel(this)),
+      situation_(new QLabel(this)) {
     number_->setObjectName(QStringLiteral("txtimm"));
     number_->setMaxLength(8);
     number_->setFixedWidth(110);
@@ -74,7 +81,8 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk)
     for (int row = 0; row < rows().size(); ++row)
         for (int column = 0; column < 2; ++column)
             addShelf(layout, row, column, gridNumber(row, column),
-                     rows()[row].caption + (column == 0 ? QStringLiteral(" - en cours") : QStringLiteral(" - archive")));
+                     rows()[row].caption +
+                         (column == 0 ? QStringLiteral(" - en cours") : QStringLiteral(" - archive")));
     resize(1260, 740);
     applyTitle(QStringLiteral("Tracabilité d'une immatriculation"));
     number_->setFocus();
@@ -82,7 +90,8 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk)
 
 void UnitHistoryForm::addShelf(QGridLayout* layout, int row, int column, int number, const QString& caption) {
     const bool isUnit = rows()[row].isUnit;
-    auto* grid = new Grid(QStringLiteral("DBGrid%1").arg(number), isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
+    auto* grid = new Grid(QStringLiteral("DBGrid%1").arg(number),
+                          isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
     auto* title = new QLabel(caption, this);
     auto* count = new QLabel(QStringLiteral("0"), this);
     count->setObjectName(QStringLiteral("Lblnb%1").arg(number));
@@ -110,7 +119,8 @@ void UnitHistoryForm::find() {
 
 void UnitHistoryForm::show(const UnitHistory& history) {
     number_->put(history.immatriculation);
-    heading_->setText(QStringLiteral("Suivi immatriculation : ") + history.immatriculation + QStringLiteral("  ") + history.label);
+    heading_->setText(QStringLiteral("Suivi immatriculation : ") + history.immatriculation + QStringLiteral("  ") +
+                      history.label);
     const UnitTrail& kept = history.current.unit.isEmpty() ? history.archived : history.current;
     const units::Situation now = units::situation(kept.unit.first(), session().rules());
     situation_->setText(now.document.isEmpty() ? now.place : now.place + QStringLiteral(" - ") + now.document);
