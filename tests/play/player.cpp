@@ -13,13 +13,22 @@
 #include <QSaveFile>
 #include <QTest>
 
+#include <cstdio>
+
 namespace molven::play {
 
 namespace {
 constexpr int PatienceMs = 5000;
+
+/// Leaves out what the offscreen platform says about itself.
+void quietMessages(QtMsgType, const QMessageLogContext&, const QString& message) {
+    if (!message.contains(QStringLiteral("propagateSizeHints")) && !message.contains(QStringLiteral("XDG_RUNTIME_DIR")))
+        std::fprintf(stderr, "%s\n", qPrintable(message));
 }
+} // namespace
 
 void useScreen() {
+    qInstallMessageHandler(quietMessages);
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
         if (!qEnvironmentVariableIsEmpty(name)) return;
     const QString path = QDir::temp().filePath(QStringLiteral("molven-play-screen.json"));
