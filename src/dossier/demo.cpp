@@ -36,12 +36,11 @@ private:
 
 /// One event of the distributor's life, written on its day.
 struct Event {
-    enum class Kind { Delivery, NoteInvoiced, Invoice, Credit, Transfer, Consignment, Set };
+    enum class Kind { Delivery, NoteInvoiced, Invoice, Credit, Transfer, Consignment, ConsignmentCredit, Set };
     QDate day;
     Kind kind;
     int client; ///< 1 to 40
     QStringList units;
-    int source = -1; ///< event whose document this one follows
 };
 
 /// Writes many documents to one commit: a demonstration need not outlive a crash half-way.
@@ -59,6 +58,7 @@ public:
           consignments_(session, documentKind(QStringLiteral("CSG"))),
           invoices_(session, documentKind(QStringLiteral("FAC"))),
           credits_(session, documentKind(QStringLiteral("AVO"))),
+          consignmentCredits_(session, documentKind(QStringLiteral("AVG"))),
           ancillaire_(invoices_.workspace.open(session.path(DataFile::Ancillaire))) {}
 
     void receive();
@@ -77,21 +77,21 @@ private:
         if (event.day <= today_) events_.append(event);
     }
     void planGroup(const QStringList& units, const QDate& lastReceipt);
-    QString write(const Event& event);
-    QString writeSale(SalesBook& book, const Event& event);
-    QString invoiceNote(const Event& event);
-    QString transfer(const Event& event);
-    QString fillSet(const Event& event);
+    SalesBook& bookOf(const Event& event);
+    void write(const Event& event);
+    void writeSale(SalesBook& book, const Event& event);
+    void invoiceNote(const Event& event);
+    void transfer(const Event& event);
+    void fillSet(const Event& event);
 
     const Session& session_;
     Dice& dice_;
     const QDate today_;
     const int units_;
-    SalesBook deliveries_, consignments_, invoices_, credits_;
+    SalesBook deliveries_, consignments_, invoices_, credits_, consignmentCredits_;
     Database ancillaire_;
     std::vector<Received> received_;
     QList<Event> events_;
-    QStringList numbers_; ///< of the document written by each event
 };
 
 Receipt Life::receiptOf(const Record& article, const QDate& day, int quantity) {
@@ -175,6 +175,7 @@ void Life::planGroup(const QStringList& units, const QDate& lastReceipt) {
         if (dice_.chance(20)) add({later(day, 5, 40), Event::Kind::Credit, client, units.mid(0, 1)});
     } else if (kind < 80) {
         add({day, Event::Kind::Consignment, client, units});
+        if (dice_.chance(20)) add({later(day, 5, 40), Event::Kind::ConsignmentCredit, client, units.mid(0, 1)});
     } else if (kind < 98) {
         add({day, Event::Kind::Transfer, client, units});
         if (dice_.chance(50)) add({later(day, 5, 60), Event::Kind::Invoice, client, units.mid(0, 1)});
@@ -183,18 +184,29 @@ void Life::planGroup(const QStringList& units, const QDate& lastReceipt) {
     }
 }
 
+SalesBook& Life::bookOf(const Event& event) {
+    switch (event.kind) {
+    case Event::Kind::Delivery:
+        return deliveries_;
+    case Event::Kind::Consignment:
+        return consignments_;
+    case Event::Kind::ConsignmentCredit:
+        return consignmentCredits_;
+    case Event::Kind::Credit:
+        return credits_;
+    default:
+        return invoices_;
+    }
+}
+
 void Life::write() {
-    numbers_.resize(events_.size());
     for (qsizetype i = 0; i < events_.size();) {
         // Each book is a connection of its own: one after the other takes the write lock for its run of events.
         Workspace* workspace = nullptr;
         std::optional<Transaction> transaction;
         for (int count = 0; i < events_.size() && count < DocumentsPerCommit; ++i, ++count) {
             const Event& event = events_[i];
-            SalesBook& book = event.kind == Event::Kind::Delivery      ? deliveries_
-                              : event.kind == Event::Kind::Consignment ? consignments_
-                              : event.kind == Event::Kind::Credit      ? credits_
-                                                                       : invoices_;
+            SalesBook& book = bookOf(event);
             if (&book.workspace != workspace) {
                 if (transaction) transaction->commit();
                 transaction.reset();
@@ -202,30 +214,23 @@ void Life::write() {
                 workspace = &book.workspace;
             }
             Clock::set(event.day);
-            numbers_[i] = write(event);
+            write(event);
         }
         if (transaction) transaction->commit();
     }
 }
 
-QString Life::write(const Event& event) {
+void Life::write(const Event& event) {
     switch (event.kind) {
-    case Event::Kind::Delivery:
-        return writeSale(deliveries_, event);
-    case Event::Kind::Consignment:
-        return writeSale(consignments_, event);
-    case Event::Kind::Invoice:
-        return writeSale(invoices_, event);
-    case Event::Kind::Credit:
-        return writeSale(credits_, event);
     case Event::Kind::NoteInvoiced:
         return invoiceNote(event);
     case Event::Kind::Transfer:
         return transfer(event);
     case Event::Kind::Set:
         return fillSet(event);
+    default:
+        return writeSale(bookOf(event), event);
     }
-    return {};
 }
 
 Record headerOf(SalesBook& book, const Event& event, Dice& dice) {
@@ -237,7 +242,7 @@ Record headerOf(SalesBook& book, const Event& event, Dice& dice) {
     return documents::create(book, header);
 }
 
-QString Life::writeSale(SalesBook& book, const Event& event) {
+void Life::writeSale(SalesBook& book, const Event& event) {
     const Record header = headerOf(book, event, dice_);
     QList<document_lines::Draft> drafts;
     for (const QString& number : event.units) {
@@ -253,17 +258,15 @@ QString Life::writeSale(SalesBook& book, const Event& event) {
         drafts.append(draft);
     }
     document_lines::add(book, header, drafts);
-    return header[book.kind().headers.fac_no];
 }
 
-QString Life::invoiceNote(const Event& event) {
+void Life::invoiceNote(const Event& event) {
     const auto unit = units::find(invoices_.molven, Immatriculation::fromText(event.units.first()));
     const Record header = headerOf(invoices_, event, dice_);
     integration::integrate(invoices_, header, std::as_const(*unit)[strproduit.num_vte]);
-    return header[strface.fac_no];
 }
 
-QString Life::transfer(const Event& event) {
+void Life::transfer(const Event& event) {
     const auto client = parties::findClient(invoices_.molven, QString::number(event.client));
     TransferNote note;
     note.client = QString::number(event.client);
@@ -271,13 +274,12 @@ QString Life::transfer(const Event& event) {
     note.to = documents::depotOf(*client);
     note.date = dateText(event.day);
     note.units = event.units;
-    return transfer_notes::write(invoices_.molven, invoices_.vente, session_.rules(), note);
+    transfer_notes::write(invoices_.molven, invoices_.vente, session_.rules(), note);
 }
 
-QString Life::fillSet(const Event& event) {
+void Life::fillSet(const Event& event) {
     const QString serial = ancillary_sets::create(ancillaire_, QStringLiteral("ANCHAN"));
     for (const QString& unit : event.units) ancillary_sets::place(invoices_.molven, ancillaire_, serial, unit);
-    return serial;
 }
 
 } // namespace

@@ -136,19 +136,27 @@ void fillClients(Database molven, Dice& dice) {
     }
 }
 
+QString lppCode(int number) { return QString::number(3100000 + number * 1237); }
+
+/// What the reimbursement list tells apart; the codes take the subjects in turn.
+const QStringList& subjects() {
+    static const QStringList all{QStringLiteral("HANCHE, TIGE FEMORALE"),
+                                 QStringLiteral("HANCHE, COTYLE"),
+                                 QStringLiteral("HANCHE, TETE"),
+                                 QStringLiteral("GENOU, COMPOSANT FEMORAL"),
+                                 QStringLiteral("GENOU, EMBASE TIBIALE"),
+                                 QStringLiteral("EPAULE, TIGE HUMERALE"),
+                                 QStringLiteral("SUBSTITUT OSSEUX SYNTHETIQUE"),
+                                 QStringLiteral("GREFFON OSSEUX"),
+                                 QStringLiteral("OSTEOSYNTHESE, VIS ET CIMENT")};
+    return all;
+}
+
 void fillReimbursement(Database molven, Dice& dice) {
-    const QStringList subjects{QStringLiteral("HANCHE, TIGE FEMORALE"),
-                               QStringLiteral("HANCHE, COTYLE"),
-                               QStringLiteral("HANCHE, TETE"),
-                               QStringLiteral("GENOU, COMPOSANT FEMORAL"),
-                               QStringLiteral("GENOU, EMBASE TIBIALE"),
-                               QStringLiteral("EPAULE, TIGE HUMERALE"),
-                               QStringLiteral("SUBSTITUT OSSEUX SYNTHETIQUE"),
-                               QStringLiteral("GREFFON OSSEUX")};
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 45; ++i) {
         Record lpp(strlpp);
-        lpp[strlpp.lpp_code] = QString::number(3100000 + i * 1237);
-        lpp[strlpp.lpp_lib] = subjects[i % subjects.size()] + QStringLiteral(", MODELE %1").arg(i + 1);
+        lpp[strlpp.lpp_code] = lppCode(i);
+        lpp[strlpp.lpp_lib] = subjects()[i % subjects().size()] + QStringLiteral(", MODELE %1").arg(i + 1);
         lpp[strlpp.lpp_ttc] = Decimal(dice.between(60, 1800));
         lpp[strlpp.lpp_tips] = QStringLiteral("%1B%2").arg(300 + i / 4).arg(numbered(i % 4 + 1, 2));
         molven.insert(lpp);
@@ -166,38 +174,39 @@ struct Range {
     QString prefix, label, unit, family, type;
     int first, step, count;
     QString followUp; ///< follow_up code
+    int subject = 8;  ///< of reimbursement
 };
 
 const QList<Range>& ranges() {
     static const QList<Range> all{
         {QStringLiteral("TFC"), QStringLiteral("TIGE FEMORALE CIMENTEE TAILLE"), QString(), QStringLiteral("HAN"),
-         QStringLiteral("N"), 1, 1, 16, QStringLiteral("O")},
+         QStringLiteral("N"), 1, 1, 16, QStringLiteral("O"), 0},
         {QStringLiteral("TFS"), QStringLiteral("TIGE FEMORALE SANS CIMENT TAILLE"), QString(), QStringLiteral("HAN"),
-         QStringLiteral("F"), 1, 1, 20, QStringLiteral("O")},
+         QStringLiteral("F"), 1, 1, 20, QStringLiteral("O"), 0},
         {QStringLiteral("COT"), QStringLiteral("CUPULE ACETABULAIRE DIAM."), QStringLiteral("MM"),
-         QStringLiteral("HAN"), QStringLiteral("N"), 40, 2, 16, QStringLiteral("O")},
+         QStringLiteral("HAN"), QStringLiteral("N"), 40, 2, 16, QStringLiteral("O"), 1},
         {QStringLiteral("TET"), QStringLiteral("TETE FEMORALE CERAMIQUE DIAM."), QStringLiteral("MM"),
-         QStringLiteral("HAN"), QStringLiteral("N"), 22, 2, 12, QStringLiteral("O")},
+         QStringLiteral("HAN"), QStringLiteral("N"), 22, 2, 12, QStringLiteral("O"), 2},
         {QStringLiteral("INS"), QStringLiteral("INSERT POLYETHYLENE DIAM."), QStringLiteral("MM"),
-         QStringLiteral("HAN"), QStringLiteral("F"), 22, 2, 20, QStringLiteral("O")},
+         QStringLiteral("HAN"), QStringLiteral("F"), 22, 2, 20, QStringLiteral("O"), 1},
         {QStringLiteral("CFG"), QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE"), QString(), QStringLiteral("GEN"),
-         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
+         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O"), 3},
         {QStringLiteral("EMB"), QStringLiteral("EMBASE TIBIALE TAILLE"), QString(), QStringLiteral("GEN"),
-         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O")},
+         QStringLiteral("N"), 1, 1, 24, QStringLiteral("O"), 4},
         {QStringLiteral("PLA"), QStringLiteral("PLATEAU TIBIAL EPAISSEUR"), QStringLiteral("MM"), QStringLiteral("GEN"),
-         QStringLiteral("N"), 8, 1, 24, QStringLiteral("O")},
+         QStringLiteral("N"), 8, 1, 24, QStringLiteral("O"), 4},
         {QStringLiteral("ROT"), QStringLiteral("IMPLANT ROTULIEN DIAM."), QStringLiteral("MM"), QStringLiteral("GEN"),
-         QStringLiteral("N"), 24, 1, 16, QStringLiteral("O")},
+         QStringLiteral("N"), 24, 1, 16, QStringLiteral("O"), 4},
         {QStringLiteral("THU"), QStringLiteral("TIGE HUMERALE TAILLE"), QString(), QStringLiteral("EPA"),
-         QStringLiteral("N"), 6, 1, 16, QStringLiteral("O")},
+         QStringLiteral("N"), 6, 1, 16, QStringLiteral("O"), 5},
         {QStringLiteral("GLE"), QStringLiteral("GLENOSPHERE DIAM."), QStringLiteral("MM"), QStringLiteral("EPA"),
-         QStringLiteral("F"), 32, 2, 10, QStringLiteral("O")},
+         QStringLiteral("F"), 32, 2, 10, QStringLiteral("O"), 5},
         {QStringLiteral("SGR"), QStringLiteral("SUBSTITUT OSSEUX GRANULES"), QStringLiteral("CC"),
-         QStringLiteral("SUB"), QStringLiteral("N"), 1, 1, 20, QStringLiteral("O")},
+         QStringLiteral("SUB"), QStringLiteral("N"), 1, 1, 20, QStringLiteral("O"), 6},
         {QStringLiteral("SBL"), QStringLiteral("SUBSTITUT OSSEUX BLOC"), QStringLiteral("MM"), QStringLiteral("SUB"),
-         QStringLiteral("N"), 10, 5, 12, QStringLiteral("O")},
+         QStringLiteral("N"), 10, 5, 12, QStringLiteral("O"), 6},
         {QStringLiteral("ALL"), QStringLiteral("TETE FEMORALE ALLOGREFFE LOT"), QString(), QStringLiteral("SUB"),
-         QStringLiteral("G"), 1, 1, 14, QStringLiteral("O")},
+         QStringLiteral("G"), 1, 1, 14, QStringLiteral("O"), 7},
         {QStringLiteral("VSP"), QStringLiteral("VIS SPONGIEUSE 6,5 X"), QStringLiteral("MM"), QStringLiteral("VIS"),
          QStringLiteral("N"), 15, 5, 24, QStringLiteral("K")},
         {QStringLiteral("CIM"), QStringLiteral("CIMENT ORTHOPEDIQUE"), QStringLiteral("G"), QStringLiteral("VIS"),
@@ -234,9 +243,10 @@ articles::Entry entryOf(const Range& range, int size, int number, Dice& dice) {
     article[strarticle.art_cat] = tips ? QStringLiteral("T") : QStringLiteral("L");
     article[strarticle.art_tip] =
         tips ? QStringLiteral("%1B%2").arg(300 + number % 4).arg(numbered(number % 4 + 1, 2)) : QString();
-    article[strarticle.art_lpp] = tips               ? QString()
-                                  : number % 13 == 0 ? SeveralLpp
-                                                     : QString::number(3100000 + (number % 40) * 1237);
+    article[strarticle.art_lpp] = tips ? QString()
+                                  : number % 13 == 0
+                                      ? SeveralLpp
+                                      : lppCode(range.subject + number % 5 * static_cast<int>(subjects().size()));
     article[strarticle.art_tva] = range.followUp == follow_up::None ? QStringLiteral("2") : QStringLiteral("1");
     const Decimal price = range.followUp == follow_up::ByUnit ? dice.between(80, 1500) : dice.between(5, 120);
     const Decimal rate = range.followUp == follow_up::None ? Decimal(20) : Decimal(11) / Decimal(2);
@@ -269,8 +279,8 @@ void fillArticles(Database molven, Database compta, Database gencode, const Comp
             if (article[strarticle.art_lpp] != SeveralLpp) continue;
             Record several(strartlpp);
             several[strartlpp.lpp_ref] = article[strarticle.art_ref];
-            several[strartlpp.lpp_1] = QString::number(3100000 + (number % 38) * 1237);
-            several[strartlpp.lpp_2] = QString::number(3100000 + (number % 38 + 1) * 1237);
+            several[strartlpp.lpp_1] = lppCode(range.subject);
+            several[strartlpp.lpp_2] = lppCode(range.subject + static_cast<int>(subjects().size()));
             molven.insert(several);
         }
     }

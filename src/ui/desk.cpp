@@ -7,6 +7,8 @@
 
 #include <QApplication>
 
+#include <algorithm>
+
 namespace molven {
 
 Desk::Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer)
@@ -59,11 +61,15 @@ Form* Desk::window(const QString& name) const {
     return nullptr;
 }
 
-void Desk::quit() {
-    if (quitting_) return;
+bool Desk::quit() {
+    if (quitting_) return true;
     quitting_ = true;
-    for (Form* form : windows()) form->close();
+    QList<Form*> open = windows();
+    std::reverse(open.begin(), open.end());
+    for (Form* form : open)
+        if (form->isVisible() && !form->close()) return quitting_ = false;
     QApplication::quit();
+    return true;
 }
 
 QString Desk::barcodeFamily() {

@@ -45,9 +45,8 @@ public:
     /// The open window of that name, or null.
     Form* window(const QString& name) const;
     QList<Form*> windows() const;
-    /// Closes every window and ends the program.
-    void quit();
-    bool isQuitting() const { return quitting_; }
+    /// Closes every window and ends the program; false when the user keeps a window open.
+    bool quit();
 
     /// Family of the barcode font; tells the user, once a run, when it is not installed.
     QString barcodeFamily();

@@ -1,5 +1,7 @@
 #include "ui/grid.h"
 
+#include "ui/form.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
@@ -37,11 +39,21 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(24);
     applyWidths();
+    model_->guard = [this](const std::function<void()>& work) { guarded(work); };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
     connect(this, &QTableView::clicked, this, [this] {
-        const auto row = current();
-        if (row && clickedRow) clickedRow(*row);
+        guarded([this] {
+            const auto row = current();
+            if (row && clickedRow) clickedRow(*row);
+        });
     });
+}
+
+void Grid::guarded(const std::function<void()>& work) {
+    if (auto* form = dynamic_cast<Form*>(window()))
+        form->guarded(work);
+    else
+        work();
 }
 
 void Grid::setColumns(const QList<GridColumn>& columns) {
@@ -62,14 +74,18 @@ void Grid::selectRow(int row) {
 }
 
 void Grid::choose() {
-    const auto row = current();
-    if (row && chosen) chosen(*row);
+    guarded([this] {
+        const auto row = current();
+        if (row && chosen) chosen(*row);
+    });
 }
 
 void Grid::setFilter(const QString& text) {
-    model_->setFilter(text);
-    if (model_->rowCount() > 0) selectRow(0);
-    if (filtered) filtered(text);
+    guarded([&] {
+        model_->setFilter(text);
+        if (model_->rowCount() > 0) selectRow(0);
+        if (filtered) filtered(text);
+    });
 }
 
 QString Grid::csv() const {
@@ -99,11 +115,12 @@ void Grid::exportCsv() {
     const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Exporter la liste"), QString(),
                                                       QStringLiteral("Fichiers CSV (*.csv)"));
     if (path.isEmpty()) return;
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(QByteArrayLiteral("\xEF\xBB\xBF") + csv().toUtf8());
-        file.commit();
-    }
+    guarded([&] {
+        QSaveFile file(path);
+        const QByteArray bytes = QByteArrayLiteral("\xEF\xBB\xBF") + csv().toUtf8();
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+            throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
+    });
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {

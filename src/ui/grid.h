@@ -28,6 +28,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    /// Runs what the user asked of the list, in the care of the form it lies in.
+    void guarded(const std::function<void()>& work);
     void choose();
     void applyWidths();
     void copySelection() const;

@@ -160,6 +160,6 @@ bool RecordForm::mayLeave() {
     return now == *record_ || prompt().ask(QStringLiteral("Abandonner les modifications en cours ?"));
 }
 
-void RecordForm::closeEvent(QCloseEvent* event) { event->setAccepted(desk().isQuitting() || mayLeave()); }
+void RecordForm::closeEvent(QCloseEvent* event) { event->setAccepted(mayLeave()); }
 
 } // namespace molven

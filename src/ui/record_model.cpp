@@ -144,7 +144,7 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
 void RecordModel::sort(int column, Qt::SortOrder order) {
     sortColumn_ = column;
     sortOrder_ = order;
-    refresh();
+    guard([this] { refresh(); });
 }
 
 } // namespace molven

@@ -25,6 +25,9 @@ public:
 
     explicit RecordModel(const QList<GridColumn>& columns, QObject* parent = nullptr);
 
+    /// Runs what a click on a header asks for, where a fault of the engine can be shown.
+    std::function<void(const std::function<void()>&)> guard = [](const std::function<void()>& work) { work(); };
+
     void setQuery(Query query);
     void setRecords(const QList<Record>& records);
     void setColumns(const QList<GridColumn>& columns);

@@ -311,6 +311,10 @@ void DocumentForm::validateFooter() {
     leaveTray();
 }
 
-void DocumentForm::closeEvent(QCloseEvent* event) { event->setAccepted(closeDocument()); }
+void DocumentForm::closeEvent(QCloseEvent* event) {
+    bool leave = true;
+    guarded([&] { leave = closeDocument(); });
+    event->setAccepted(leave);
+}
 
 } // namespace molven

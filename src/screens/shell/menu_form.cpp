@@ -295,9 +295,6 @@ void MenuForm::renumber() {
     prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));
 }
 
-void MenuForm::closeEvent(QCloseEvent* event) {
-    Form::closeEvent(event);
-    desk().quit();
-}
+void MenuForm::closeEvent(QCloseEvent* event) { event->setAccepted(desk().quit()); }
 
 } // namespace molven

@@ -61,6 +61,15 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
            ok, cancel);
     setDefaultButton(ok);
     setCancelButton(cancel);
+    if (secret == access::Secret::Password) {
+        // The manager code has no menu entry of its own.
+        auto* other = button(QStringLiteral("Cmdspe"), QStringLiteral("Code &gestionnaire..."), [this] {
+            this->desk().open(QStringLiteral("Tcodspe1"));
+            close();
+        });
+        auto* grid = static_cast<QGridLayout*>(layout());
+        grid->addWidget(other, grid->rowCount(), 1, 1, 2);
+    }
     if (!QFile::exists(session().programFile(QStringLiteral("CODGES.SVI")))) word_->put(access::InitialWord);
     applyTitle(caption);
 }
