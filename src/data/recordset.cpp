@@ -76,7 +76,7 @@ const Recordset::Page& Recordset::page(qint64 number) const {
     while (rows.next())
         read[static_cast<std::size_t>(places.value(rows.integer(0)))] = RowReader::read(rows, *table_, 1);
     if (pages_.size() >= PagesKept) pages_.clear();
-    return *pages_.insert(number, std::move(read));
+    return *pages_.emplace(number, std::move(read));
 }
 
 std::optional<Record> Recordset::fetch(Key key) const {

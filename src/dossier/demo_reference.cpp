@@ -111,7 +111,7 @@ void fillSuppliers(Database molven, Dice& dice) {
 
 void fillClients(Database molven, Dice& dice) {
     for (int i = 0; i < 40; ++i) {
-        const QString town = Towns[i % Towns.size()];
+        const QString& town = Towns[i % Towns.size()];
         const QString name = (Houses[i % Houses.size()] + u' ' + town.section(u' ', 1)).left(40);
         const QString depot = numbered(101 + i, 3);
         addParameter(molven, list::Depot, depot, name, {}, i % 2 ? QStringLiteral("EST") : QStringLiteral("OUE"));

@@ -3,6 +3,7 @@
 #include "data/database.h"
 #include "reference/parameter_tables.h"
 
+#include <QDate>
 #include <QList>
 
 namespace molven {

@@ -38,7 +38,7 @@ public:
     Prompt& prompt() { return *prompt_; }
     void print(const PrintJob& job) { printer_->print(job); }
 
-    void addScreen(const QString& name, Factory factory) { factories_.insert(name, std::move(factory)); }
+    void addScreen(const QString& name, const Factory& factory) { factories_.insert(name, factory); }
     /// Opens a screen under a mode word, or shows it again when it is open in that mode. `title` names the menu
     /// entry, for a screen not built yet.
     Form* open(const QString& name, const QString& mode = {}, const QString& title = {});
