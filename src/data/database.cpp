@@ -127,6 +127,13 @@ qint64 Database::remove(const Table& table, const Criterion& criterion) {
         .changed();
 }
 
+qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
+    return workspace_
+        ->run(QStringLiteral("update %1 set %2=%3").arg(qualified(table), to.name, from.name) + where(criterion),
+              criterion.values)
+        .changed();
+}
+
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }
 
 QStringList Database::columns(const Table& table) {

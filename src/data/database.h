@@ -37,6 +37,8 @@ public:
     /// Number of records changed.
     qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
     qint64 remove(const Table& table, const Criterion& criterion = {});
+    /// Gives one field the value of another in many records at once; number of records changed.
+    qint64 copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
 
     bool hasTable(const Table& table);
     QStringList columns(const Table& table);

@@ -2,6 +2,7 @@
 
 #include "data/format.h"
 #include "reference/articles.h"
+#include "reference/code_tables.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
@@ -60,7 +61,7 @@ void addParameter(Database molven, const QString& letter, const QString& code, c
     entry[strparam.lib_par] = label;
     entry[strparam.cpt_par] = account;
     entry[strparam.fam_dep] = family;
-    parameters::add(molven, entry);
+    code_tables::add(molven, code_tables::parameters(), entry);
 }
 
 struct Named {

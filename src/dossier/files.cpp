@@ -22,7 +22,7 @@ const QList<const Table*>& tablesOf(DataFile file) {
         {DataFile::Societe, {&strsociete}},
         {DataFile::Molven,
          {&strspecif, &strarticle, &strartlpp, &strconform, &strclient, &strfournis, &strparam, &strpan, &strparrgt,
-          &strparfac, &strmonnaie, &strlpp, &strpartips, &strtarifclt, &strparrem, &strtauxrep, &strproduit,
+          &strparfac, &strpartxt, &strmonnaie, &strlpp, &strpartips, &strtarifclt, &strparrem, &strtauxrep, &strproduit,
           &strmvtstk}},
         {DataFile::Vente, documents},
         {DataFile::Blent, {&strbl}},

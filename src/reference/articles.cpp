@@ -27,6 +27,10 @@ Record blank() {
     return article;
 }
 
+Record severalLpp(Database molven, const QString& reference) {
+    return molven.find(strartlpp, strartlpp.lpp_ref == reference.trimmed()).value_or(Record(strartlpp));
+}
+
 QString followUpText(const QString& followUp) {
     if (followUp == follow_up::ByUnit) return QStringLiteral("Article tenu en stock et suivi");
     if (followUp == follow_up::ByMovements) return QStringLiteral("Article tenu en stock et non suivi");
@@ -127,6 +131,18 @@ QString allocateEan(Database gencode, const QString& reference) {
     return free[strgencode.ean_code];
 }
 
+/// The side table holds codes of articles whose code says so, and of no other.
+void keepSeveralLpp(Database molven, const Entry& entry, const QString& reference) {
+    const bool several = entry.article[strarticle.art_lpp] == SeveralLpp;
+    const bool given = several && filled(entry.severalLpp[strartlpp.lpp_1]);
+    if (several && !given) return; // the codes already there stay
+    molven.remove(strartlpp, strartlpp.lpp_ref == reference);
+    if (!several) return;
+    Record codes = entry.severalLpp;
+    codes[strartlpp.lpp_ref] = reference;
+    molven.insert(codes);
+}
+
 } // namespace
 
 void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
@@ -159,6 +175,7 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
         existing.addNew();
     existing.draft() = article;
     existing.update();
+    keepSeveralLpp(molven, entry, reference);
     transaction.commit();
 }
 

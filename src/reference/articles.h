@@ -31,10 +31,13 @@ QString originText(const QString& origin);
 /// An article as entered: kind A/T/X, stocked O/N and followed O/N give the follow-up code.
 struct Entry {
     Record article = blank();
-    QString kind;     ///< Txtop1
-    QString stocked;  ///< Txtop2
-    QString followed; ///< Txtop3
+    QString kind;                          ///< Txtop1
+    QString stocked;                       ///< Txtop2
+    QString followed;                      ///< Txtop3
+    Record severalLpp = Record(strartlpp); ///< the codes of an article whose LPP code is "MULTI"
 };
+/// The LPP codes of an article that has several; empty codes for another.
+Record severalLpp(Database molven, const QString& reference);
 /// The three entries that a stored article comes from.
 Entry entryOf(const Record& article);
 

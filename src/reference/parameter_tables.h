@@ -51,6 +51,15 @@ struct VatCodes : Table {
 };
 inline const VatCodes strparfac{"strparfac"};
 
+/// Texts printed on invoices.
+struct InvoiceTexts : Table {
+    using Table::Table;
+    Text txt_cde{this, "txt_cde", 3};    ///< code
+    Label txt_lib{this, "txt_lib", 255}; ///< text
+    Index by_code{this, {txt_cde}, Uniqueness::Unique};
+};
+inline const InvoiceTexts strpartxt{"strpartxt"};
+
 /// Currencies.
 struct Currencies : Table {
     using Table::Table;

@@ -1,7 +1,6 @@
 #include "reference/parameters.h"
 
 #include "data/dates.h"
-#include "data/errors.h"
 
 #include <algorithm>
 
@@ -72,45 +71,6 @@ QString dueDate(const Record& mode, const QDate& documentDate) {
         due.setDate(due.year(), due.month(), std::min(day, due.daysInMonth()));
     }
     return dateText(due);
-}
-
-namespace {
-
-void check(const Record& entry) {
-    if (entry[strparam.num_par].trimmed().isEmpty())
-        throw Refusal(QStringLiteral(" Code obligatoire"), strparam.num_par.name);
-    if (entry[strparam.lib_par].trimmed().isEmpty())
-        throw Refusal(QStringLiteral(" Libellé obligatoire"), strparam.lib_par.name);
-}
-
-Criterion sameKey(const Record& entry) {
-    return ofList(entry[strparam.cod_par]) && strparam.num_par == entry[strparam.num_par];
-}
-
-} // namespace
-
-void add(Database molven, const Record& entry) {
-    check(entry);
-    Transaction transaction(molven.workspace());
-    if (molven.count(strparam, sameKey(entry)) > 0)
-        throw Refusal(QStringLiteral("Ce code existe déjà"), strparam.num_par.name);
-    molven.insert(entry);
-    transaction.commit();
-}
-
-void change(Database molven, const Record& entry, const Record& before) {
-    check(entry);
-    Transaction transaction(molven.workspace());
-    Recordset existing = molven.select(strparam, sameKey(entry));
-    if (existing.isEmpty()) throw Refusal(QStringLiteral("Ce code n'existe pas"), strparam.num_par.name);
-    existing.edit(before);
-    existing.draft() = entry;
-    existing.update();
-    transaction.commit();
-}
-
-void remove(Database molven, const QString& letter, const QString& code) {
-    molven.remove(strparam, ofList(letter) && strparam.num_par == code);
 }
 
 } // namespace molven::parameters

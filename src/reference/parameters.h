@@ -59,12 +59,5 @@ std::optional<Record> paymentMode(Database molven, const QString& code);
 /// Due date "dd/mm/yyyy": document date, plus the mode's days, then the end of that month, then its day.
 QString dueDate(const Record& paymentMode, const QDate& documentDate);
 
-/// Writes a new entry. Throws Refusal when a code or label is missing or the code exists.
-void add(Database molven, const Record& entry);
-/// Rewrites the entry of that list and code; `before` is the entry as the user read it. Throws Refusal when it does
-/// not exist, DataError RecordChanged when another workstation wrote it meanwhile.
-void change(Database molven, const Record& entry, const Record& before);
-void remove(Database molven, const QString& letter, const QString& code);
-
 } // namespace parameters
 } // namespace molven

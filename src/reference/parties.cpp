@@ -31,12 +31,15 @@ void checkClient(Database molven, const Record& client) {
             QStringLiteral("Code remise incorrect"), strclient.clt_rem);
 }
 
+QString codeAfterLast(Database molven, const Table& table, const Text& key) {
+    return format(Decimal::fromText(molven.greatest(table, key)) + 1, QStringLiteral("000000"));
+}
+
 } // namespace
 
 Record blankClient(Database molven) {
     Record client(strclient);
-    const Decimal last = Decimal::fromText(molven.greatest(strclient, strclient.clt_cod));
-    client[strclient.clt_cod] = format(last + 1, QStringLiteral("000000"));
+    client[strclient.clt_cod] = codeAfterLast(molven, strclient, strclient.clt_cod);
     client[strclient.clt_rgt] = QStringLiteral("01");
     client[strclient.clt_fam] = QStringLiteral("000");
     client[strclient.clt_fac] = QStringLiteral("O");
@@ -53,26 +56,62 @@ std::optional<Record> findSupplier(Database molven, const QString& code) {
     return molven.find(strfournis, strfournis.fou_cod == padded(code, 6));
 }
 
-void saveClient(Database molven, Record client, const std::optional<Record>& before) {
-    const Record& read = client;
-    client[strclient.clt_cod] = padded(read[strclient.clt_cod], 6);
-    checkClient(molven, client);
+namespace {
+
+/// Writes a party under its code.
+void save(Database molven, const Text& key, const Record& party, const std::optional<Record>& before) {
     Transaction transaction(molven.workspace());
-    Recordset existing = molven.select(strclient, strclient.clt_cod == read[strclient.clt_cod]);
+    Recordset existing = molven.select(party.table(), key == party[key]);
     if (before) {
-        require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), strclient.clt_cod);
+        require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), key);
         existing.edit(*before);
     } else {
-        require(existing.isEmpty(), QStringLiteral("Ce code existe déjà"), strclient.clt_cod);
+        require(existing.isEmpty(), QStringLiteral("Ce code existe déjà"), key);
         existing.addNew();
     }
-    existing.draft() = client;
+    existing.draft() = party;
     existing.update();
     transaction.commit();
 }
 
+} // namespace
+
+void saveClient(Database molven, Record client, const std::optional<Record>& before) {
+    client[strclient.clt_cod] = padded(std::as_const(client)[strclient.clt_cod], 6);
+    checkClient(molven, client);
+    save(molven, strclient.clt_cod, client, before);
+}
+
+void saveSupplier(Database molven, Record supplier, const std::optional<Record>& before) {
+    const Record& read = supplier;
+    supplier[strfournis.fou_cod] = padded(read[strfournis.fou_cod], 6);
+    require(!read[strfournis.fou_cod].isEmpty(), QStringLiteral(" N° Fournisseur obligatoire"), strfournis.fou_cod);
+    require(read[strfournis.fou_cod].size() == 6 && Decimal::parse(read[strfournis.fou_cod]).has_value(),
+            QStringLiteral("code invalide"), strfournis.fou_cod);
+    require(!read[strfournis.fou_nom].trimmed().isEmpty(), QStringLiteral(" Nom obligatoire"), strfournis.fou_nom);
+    require(!read[strfournis.fou_rglt].isEmpty(), QStringLiteral("Mode règlement obligatoire"), strfournis.fou_rglt);
+    require(parameters::paymentMode(molven, read[strfournis.fou_rglt]).has_value(),
+            QStringLiteral("Mode de règlement inconnu"), strfournis.fou_rglt);
+    supplier[strfournis.fou_clt] = padded(read[strfournis.fou_clt], 6);
+    require(read[strfournis.fou_clt].isEmpty() || findClient(molven, read[strfournis.fou_clt]),
+            QStringLiteral("Client inconnu"), strfournis.fou_clt);
+    save(molven, strfournis.fou_cod, supplier, before);
+}
+
 void removeClient(Database molven, const QString& code) {
     molven.remove(strclient, strclient.clt_cod == padded(code, 6));
+}
+
+Record blankSupplier(Database molven) {
+    Record supplier(strfournis);
+    supplier[strfournis.fou_cod] = codeAfterLast(molven, strfournis, strfournis.fou_cod);
+    supplier[strfournis.fou_rglt] = QStringLiteral("01");
+    supplier[strfournis.fou_fam] = QStringLiteral("000");
+    return supplier;
+}
+
+void removeSupplier(Database molven, const QString& code) {
+    molven.remove(strfournis, strfournis.fou_cod == padded(code, 6));
 }
 
 } // namespace molven::parties

@@ -15,4 +15,10 @@ std::optional<Record> findSupplier(Database molven, const QString& code);
 void saveClient(Database molven, Record client, const std::optional<Record>& before);
 void removeClient(Database molven, const QString& code);
 
+/// A new supplier: the code after the last.
+Record blankSupplier(Database molven);
+/// As saveClient().
+void saveSupplier(Database molven, Record supplier, const std::optional<Record>& before);
+void removeSupplier(Database molven, const QString& code);
+
 } // namespace molven::parties

@@ -2,7 +2,10 @@
 
 #include "screens/reference/article_form.h"
 #include "screens/reference/client_form.h"
-#include "screens/reference/parameter_form.h"
+#include "screens/reference/code_table_forms.h"
+#include "screens/reference/ean_pool_form.h"
+#include "screens/reference/listing_forms.h"
+#include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
 #include "screens/shell/login_form.h"
 #include "screens/shell/menu_form.h"
@@ -21,6 +24,9 @@ void add(Desk& desk, const char* name) {
     desk.addScreen(QString::fromLatin1(name), [](Desk& owner) -> Form* { return new Screen(owner); });
 }
 
+/// The maintenance screen: one of its modes is built.
+Form* maintenance(Desk& desk) { return desk.session.mode_ecran == u"ANG" ? new EnglishLabelForm(desk) : nullptr; }
+
 } // namespace
 
 void addScreens(Desk& desk) {
@@ -32,7 +38,24 @@ void addScreens(Desk& desk) {
     add<NewManagerCodeForm>(desk, "Tcodspe2");
     add<ArticleForm>(desk, "T_artges");
     add<ClientForm>(desk, "t_cltges");
+    add<ArticleListing>(desk, "T_artedt");
+    add<EanPoolForm>(desk, "T_gencode");
+    add<ClientListing>(desk, "t_cltedt");
+    add<SupplierForm>(desk, "T_fouges");
+    add<SupplierListing>(desk, "T_fouedt");
     add<ParameterForm>(desk, "T_param");
+    add<PaymentModeForm>(desk, "T_parrgt");
+    add<InvoicingForm>(desk, "T_parfac");
+    add<InvoiceTextForm>(desk, "T_partxt");
+    add<CurrencyForm>(desk, "T_monnaie");
+    add<AccountForm>(desk, "T_plan");
+    add<LppForm>(desk, "T_parlpp");
+    add<LppCodificationForm>(desk, "T_tipslpp");
+    add<TipsForm>(desk, "T_partips");
+    add<TariffForm>(desk, "T_partarif");
+    add<DiscountForm>(desk, "T_parrem");
+    add<CommissionRateForm>(desk, "T_partxrep");
+    desk.addScreen(QStringLiteral("T_utilit"), maintenance);
     add<ReceiptForm>(desk, "T_proges");
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");

@@ -41,6 +41,8 @@ public:
     }
 
     // Articles and units
+    bool linksAncillaryFamilies() const { return company_ == u"CE"; }
+    bool hasDocumentsRoot() const { return company_ == u"CE"; }
     bool hasEnglishLabels() const { return company_ == u"CE"; }
     bool allocatesEan() const { return company_ == u"CE"; }
     bool keepsSterilisationIndex() const { return hasDepotFamilies(); }

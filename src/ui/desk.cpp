@@ -32,7 +32,8 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     Form* form = nullptr;
     try {
         const auto factory = factories_.constFind(name);
-        form = factory == factories_.constEnd() ? new UnbuiltForm(*this, name, title) : (*factory)(*this);
+        if (factory != factories_.constEnd()) form = (*factory)(*this);
+        if (!form) form = new UnbuiltForm(*this, name, title);
     } catch (const Refusal& refusal) {
         prompt().tell(refusal.text);
         return nullptr;

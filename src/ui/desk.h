@@ -25,7 +25,7 @@ public:
 /// One run of the program: its session, its open windows, what it says and prints. Every screen is handed it.
 class Desk {
 public:
-    /// Makes a screen; the mode word stands in the session.
+    /// Makes a screen, or null for a mode not built yet; the mode word stands in the session.
     using Factory = std::function<Form*(Desk&)>;
 
     Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer);

@@ -1,5 +1,6 @@
 #include "ui/grid.h"
 
+#include "data/csv.h"
 #include "ui/form.h"
 
 #include <QApplication>
@@ -10,15 +11,6 @@
 #include <QSaveFile>
 
 namespace molven {
-
-namespace {
-
-QString quoted(const QString& value) {
-    if (!value.contains(u';') && !value.contains(u'"') && !value.contains(u'\n')) return value;
-    return u'"' + QString(value).replace(u'"', QStringLiteral("\"\"")) + u'"';
-}
-
-} // namespace
 
 Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent)
     : QTableView(parent), model_(new RecordModel(columns, this)) {
@@ -89,16 +81,15 @@ void Grid::setFilter(const QString& text) {
 }
 
 QString Grid::csv() const {
-    QStringList lines;
     QStringList titles;
-    for (const GridColumn& column : model_->columns()) titles.append(quoted(column.title));
-    lines.append(titles.join(u';'));
+    for (const GridColumn& column : model_->columns()) titles.append(column.title);
+    QString lines = molven::csv::line(titles);
     for (int row = 0; row < model_->rowCount(); ++row) {
         QStringList cells;
-        for (int column = 0; column < model_->columnCount(); ++column) cells.append(quoted(model_->text(row, column)));
-        lines.append(cells.join(u';'));
+        for (int column = 0; column < model_->columnCount(); ++column) cells.append(model_->text(row, column));
+        lines += molven::csv::line(cells);
     }
-    return lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n");
+    return lines;
 }
 
 void Grid::copySelection() const {
@@ -117,7 +108,7 @@ void Grid::exportCsv() {
     if (path.isEmpty()) return;
     guarded([&] {
         QSaveFile file(path);
-        const QByteArray bytes = QByteArrayLiteral("\xEF\xBB\xBF") + csv().toUtf8();
+        const QByteArray bytes = molven::csv::file(csv());
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
             throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
     });

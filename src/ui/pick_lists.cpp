@@ -4,6 +4,7 @@
 #include "reference/parameters.h"
 #include "reference/party_tables.h"
 #include "reference/tariff_tables.h"
+#include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
 
 namespace molven::pick_lists {
@@ -102,6 +103,16 @@ PickList accounts(Database compta, const QString& start, const Chosen& chosen) {
         compta, strplan, QStringLiteral("LE PLAN COMPTABLE"),
         {{&strplan.cpt_aff, QStringLiteral("Compte"), 120}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 400}},
         startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
+}
+
+PickList movements(Database molven, const QString& reference) {
+    return overTable(molven, strmvtstk, QStringLiteral("MOUVEMENTS : ") + reference,
+                     {{&strmvtstk.dat_stk, QStringLiteral("Date"), 100},
+                      {&strmvtstk.eta_stk, QStringLiteral("Etat"), 50},
+                      {&strmvtstk.qte_stk, QStringLiteral("Quantité"), 90, QStringLiteral("###0.00")},
+                      {&strmvtstk.pri_stk, QStringLiteral("Prix"), 90, QStringLiteral("#####0.000")},
+                      {&strmvtstk.com_stk, QStringLiteral("Commentaire"), 300}},
+                     strmvtstk.ref_stk == reference, strmvtstk.tri_stk, [](const Record&) {});
 }
 
 QList<GridColumn> unitColumns() {

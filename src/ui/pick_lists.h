@@ -24,6 +24,9 @@ PickList accounts(Database compta, const QString& start, const Chosen& chosen);
 /// Units that meet a condition, by immatriculation.
 PickList units(Database molven, const QString& title, const Criterion& criterion, const Chosen& chosen);
 
+/// Movements of an article kept by quantity, by date; to look at only.
+PickList movements(Database molven, const QString& reference);
+
 /// Columns of a grid of units, as every list of units shows them.
 QList<GridColumn> unitColumns();
 

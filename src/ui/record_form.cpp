@@ -92,6 +92,26 @@ void RecordForm::setState(State state) {
     shown();
 }
 
+void RecordForm::picker(const Field& field, const std::function<PickList()>& list) {
+    onLeft(panel_->edit(field), [this] { shown(); });
+    onPick(panel_->edit(field), [this, list] {
+        if (state_ != State::Viewing) pick(list());
+    });
+}
+
+void RecordForm::keyPicker(const std::function<PickList(const std::function<void(const Record&)>&)>& list) {
+    onPick(panel_->edit(description_->key), [this, list] {
+        if (state_ == State::Viewing) pick(list([this](const Record& row) { show(row); }));
+    });
+}
+
+std::function<void(const Record&)> RecordForm::put(const Field& field, const Field& from) {
+    return [this, &field, &from](const Record& row) {
+        panel_->edit(field)->put(row.value(from));
+        shown();
+    };
+}
+
 void RecordForm::lookUp() {
     if (state_ != State::Viewing) return shown();
     const QString key = panel_->edit(description_->key)->value().trimmed();
@@ -150,14 +170,8 @@ void RecordForm::removeRecord() {
 }
 
 bool RecordForm::mayLeave() {
-    if (state_ == State::Viewing) return true;
-    Record now = *record_;
-    try {
-        panel_->store(now);
-    } catch (const Refusal&) {
-        now = Record(now.table()); // an unreadable number is a change too
-    }
-    return now == *record_ || prompt().ask(QStringLiteral("Abandonner les modifications en cours ?"));
+    if (state_ == State::Viewing || !panel_->differsFrom(*record_)) return true;
+    return prompt().ask(QStringLiteral("Abandonner les modifications en cours ?"));
 }
 
 void RecordForm::closeEvent(QCloseEvent* event) { event->setAccepted(mayLeave()); }

@@ -2,6 +2,7 @@
 
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/pick_panel.h"
 #include "ui/record_panel.h"
 
 class QHBoxLayout;
@@ -50,6 +51,13 @@ protected:
     Record typed() const;
     const std::optional<Record>& record() const { return record_; }
     void show(const Record& record);
+    QString typedCode(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
+    /// The list behind a code box, while the record is changed; leaving the box shows the words of its code.
+    void picker(const Field& field, const std::function<PickList()>& list);
+    /// The list behind the key box, while records are looked at.
+    void keyPicker(const std::function<PickList(const std::function<void(const Record&)>&)>& list);
+    /// Puts what a list gave into a box.
+    std::function<void(const Record&)> put(const Field& field, const Field& from);
     /// The record brought up; throws Refusal when there is none.
     const Record& requireRecord() const;
     /// Where a subclass puts its own buttons and boxes.

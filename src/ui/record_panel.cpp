@@ -86,16 +86,20 @@ void RecordPanel::setCaption(const Field& field, const QString& caption) {
     if (QLabel* label = captions_.value(&field)) label->setText(caption);
 }
 
+namespace {
+
+/// What a box shows of a record.
+QString textOf(const FieldBox& box, const Record& record) {
+    const QString value = record.value(*box.field);
+    if (box.field->kind != Field::Kind::Number || value.isEmpty()) return value;
+    const Decimal number = Decimal::fromText(value);
+    return box.pattern.isEmpty() ? shown(number) : format(number, box.pattern);
+}
+
+} // namespace
+
 void RecordPanel::load(const Record& record) {
-    for (const FieldBox& box : boxes_) {
-        const QString value = record.value(*box.field);
-        if (box.field->kind != Field::Kind::Number || value.isEmpty()) {
-            edits_[box.field]->put(value);
-            continue;
-        }
-        const Decimal number = Decimal::fromText(value);
-        edits_[box.field]->put(box.pattern.isEmpty() ? shown(number) : format(number, box.pattern));
-    }
+    for (const FieldBox& box : boxes_) edits_[box.field]->put(textOf(box, record));
 }
 
 void RecordPanel::store(Record& record) const {
@@ -109,6 +113,12 @@ void RecordPanel::store(Record& record) const {
         if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed, box.field->name);
         record.set(*box.field, number->toString());
     }
+}
+
+bool RecordPanel::differsFrom(const Record& record) const {
+    for (const FieldBox& box : boxes_)
+        if (edits_[box.field]->value().trimmed() != textOf(box, record).trimmed()) return true;
+    return false;
 }
 
 void RecordPanel::open(const FieldBox& box, bool editable) {

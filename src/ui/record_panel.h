@@ -37,6 +37,8 @@ public:
     void load(const Record& record);
     /// Puts what is typed into the record. Throws Refusal for a number that is not one.
     void store(Record& record) const;
+    /// True when what is typed is not what this record shows; an unreadable number is a change too.
+    bool differsFrom(const Record& record) const;
     /// Boxes that are not read-only by nature.
     void setEditable(bool editable);
     /// These boxes only.

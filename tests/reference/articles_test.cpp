@@ -1,6 +1,7 @@
 #include "support/dossier.h"
 
 #include "reference/articles.h"
+#include "reference/code_tables.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 
@@ -208,17 +209,22 @@ TEST_F(ArticleFiles, OfListsKeepOneCodeTwiceInTwoLists) {
     Record entry(strparam);
     entry[strparam.cod_par] = list::Surgeon;
     entry[strparam.num_par] = QStringLiteral("101");
-    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral(" Libellé obligatoire"));
+    EXPECT_EQ(refusalOf([&] { code_tables::add(molven, code_tables::parameters(), entry); }),
+              QStringLiteral(" Libellé obligatoire"));
     entry[strparam.lib_par] = QStringLiteral("DR D'ESSAI");
-    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral("(accepté)"));
-    EXPECT_EQ(refusalOf([&] { parameters::add(molven, entry); }), QStringLiteral("Ce code existe déjà"));
+    EXPECT_EQ(refusalOf([&] { code_tables::add(molven, code_tables::parameters(), entry); }),
+              QStringLiteral("(accepté)"));
+    EXPECT_EQ(refusalOf([&] { code_tables::add(molven, code_tables::parameters(), entry); }),
+              QStringLiteral("Ce code existe déjà"));
     const Record read = parameters::find(molven, list::Surgeon, QStringLiteral("101")).value();
     entry[strparam.lib_par] = QStringLiteral("PR D'ESSAI");
-    parameters::change(molven, entry, read);
-    EXPECT_EQ(test::dataErrorOf([&] { parameters::change(molven, entry, read); }), DataError::RecordChanged);
-    parameters::remove(molven, list::Surgeon, QStringLiteral("101"));
+    code_tables::change(molven, code_tables::parameters(), entry, read);
+    EXPECT_EQ(test::dataErrorOf([&] { code_tables::change(molven, code_tables::parameters(), entry, read); }),
+              DataError::RecordChanged);
+    code_tables::remove(molven, code_tables::parameters(), entry);
     EXPECT_EQ(parameters::label(molven, list::Depot, QStringLiteral("101")), QStringLiteral("DEPOT 101"));
-    EXPECT_EQ(refusalOf([&] { parameters::change(molven, entry, read); }), QStringLiteral("Ce code n'existe pas"));
+    EXPECT_EQ(refusalOf([&] { code_tables::change(molven, code_tables::parameters(), entry, read); }),
+              QStringLiteral("Ce code n'existe pas"));
 }
 
 } // namespace molven

@@ -3,6 +3,7 @@
 #include "data/format.h"
 #include "dossier/creation.h"
 #include "reference/articles.h"
+#include "reference/code_tables.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
@@ -20,7 +21,7 @@ void addDepot(Database molven, const QString& code, const QString& family) {
     depot[strparam.num_par] = code;
     depot[strparam.lib_par] = QStringLiteral("DEPOT ") + code;
     depot[strparam.fam_dep] = family;
-    parameters::add(molven, depot);
+    code_tables::add(molven, code_tables::parameters(), depot);
 }
 
 void addClient(Database molven, const QString& name, const QString& depot, const QString& discount) {

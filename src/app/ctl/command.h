@@ -22,6 +22,8 @@ Command createCommand();
 Command demoCommand();
 Command checkCommand();
 Command traceCommand();
+Command importCommand();
+Command exportCommand();
 
 /// One line on standard output.
 void say(const QString& line);

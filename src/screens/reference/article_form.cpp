@@ -4,6 +4,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
+#include "stock/stock_tables.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 
@@ -63,6 +64,11 @@ ArticleForm::ArticleForm(Desk& desk)
       compta_(workspace_.open(session().path(DataFile::Compta))),
       gencode_(workspace_.open(session().path(DataFile::Gencode))) {
     buildFollowUp();
+    severalLpp_ = new RecordPanel({{&strartlpp.lpp_1, QStringLiteral("Plusieurs LPP, 1 :")},
+                                   {&strartlpp.lpp_2, QStringLiteral("2 :")},
+                                   {&strartlpp.lpp_3, QStringLiteral("3 :")}},
+                                  3, this);
+    for (const FieldBox& box : severalLpp_->boxes()) bind(box.field->name, severalLpp_->edit(*box.field));
     const PickList articles = pick_lists::articles(molven_, {});
     build({QStringLiteral("Gestion des articles"), articles.columns, articles.query, boxes(session().rules()), 2,
            strarticle.art_ref, QStringLiteral("Référence Inconnue"), QStringLiteral("Aucun article sélectionné")});
@@ -79,6 +85,9 @@ ArticleForm::ArticleForm(Desk& desk)
     }
     row->addWidget(followUp_, 1);
     extraRows()->addLayout(row);
+    extraRows()->addWidget(severalLpp_);
+    extraButtons()->addWidget(
+        button(QStringLiteral("Cmdvismvt"), QStringLiteral("M&ouvements"), [this] { showMovements(); }));
     extraButtons()->addWidget(
         button(QStringLiteral("Cmdvisstk"), QStringLiteral("Produits en s&tock"), [this] { showUnitsInStock(); }));
     setPickers();
@@ -102,49 +111,37 @@ void ArticleForm::buildFollowUp() {
 }
 
 void ArticleForm::setPickers() {
-    const auto put = [this](const Field& field, const Field& from) {
-        return [this, &field, &from](const Record& row) {
-            panel().edit(field)->put(row.value(from));
-            shown();
-        };
-    };
-    const auto picker = [this](const Field& field, const std::function<PickList()>& makeList) {
-        onPick(panel().edit(field), [this, makeList] {
-            if (state() != State::Viewing) pick(makeList());
-        });
-    };
-    onPick(panel().edit(strarticle.art_ref), [this] {
-        if (state() == State::Viewing) pick(pick_lists::articles(molven_, [this](const Record& row) { show(row); }));
-    });
+    keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); });
     picker(strarticle.art_fou,
-           [=, this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
-    picker(strarticle.art_fam, [=, this] {
-        const bool set = kind_->text() == u"X";
-        return pick_lists::parameters(molven_, set ? list::AncillaryFamily : list::ArticleFamily,
-                                      QStringLiteral("LES FAMILLES"), put(strarticle.art_fam, strparam.num_par));
+           [this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
+    picker(strarticle.art_fam, [this] {
+        return pick_lists::parameters(molven_, familyList(), QStringLiteral("LES FAMILLES"),
+                                      put(strarticle.art_fam, strparam.num_par));
     });
-    picker(strarticle.art_sfam, [=, this] {
-        return pick_lists::subFamilies(molven_, panel().edit(strarticle.art_fam)->value(),
-                                       put(strarticle.art_sfam, strparam.num_par));
+    picker(strarticle.art_sfam, [this] {
+        const QString family = typedCode(strarticle.art_fam);
+        if (molven_.count(strparam, parameters::ofList(list::SubFamily) && strparam.cpt_par == family) == 0)
+            throw Refusal(QStringLiteral("Aucune s/famille pour cette famille"), strarticle.art_sfam.name);
+        return pick_lists::subFamilies(molven_, family, put(strarticle.art_sfam, strparam.num_par));
     });
     picker(strarticle.art_tip,
-           [=, this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
+           [this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
     picker(strarticle.art_lpp,
-           [=, this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
+           [this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
     picker(strarticle.art_tva,
-           [=, this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
+           [this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
     const std::pair<const Text*, QString> accounts[] = {{&strarticle.art_cpt, QStringLiteral("7")},
                                                         {&strarticle.art_cpte, QStringLiteral("7")},
                                                         {&strarticle.art_cpta, QStringLiteral("607")},
                                                         {&strarticle.art_cpts, QStringLiteral("3")}};
     for (const auto& [field, start] : accounts)
-        picker(*field, [=, this, field = field, start = start] {
+        picker(*field, [this, field = field, start = start] {
             return pick_lists::accounts(compta_, start, put(*field, strplan.cpt_aff));
         });
-    for (const Text* code : {&strarticle.art_fou, &strarticle.art_fam, &strarticle.art_sfam, &strarticle.art_tip,
-                             &strarticle.art_lpp, &strarticle.art_tva, &strarticle.art_ori})
-        onLeft(panel().edit(*code), [this] { shown(); });
+    onLeft(panel().edit(strarticle.art_ori), [this] { shown(); });
 }
+
+QString ArticleForm::familyList() const { return kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily; }
 
 Record ArticleForm::blank() { return articles::blank(); }
 
@@ -156,6 +153,7 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
     entry.kind = kind_->text().trimmed();
     entry.stocked = stocked_->text().trimmed();
     entry.followed = followed_->text().trimmed();
+    severalLpp_->store(entry.severalLpp);
     articles::save(molven_, compta_, gencode_, session().rules(), entry, before);
 }
 
@@ -171,18 +169,18 @@ void ArticleForm::stateChanged() {
     kind_->put(entry.kind);
     stocked_->put(entry.stocked);
     followed_->put(entry.followed);
+    severalLpp_->load(articles::severalLpp(molven_, typedCode(strarticle.art_ref)));
 }
 
 void ArticleForm::shown() {
-    const auto code = [this](const Text& field) { return panel().edit(field)->value().trimmed(); };
+    const auto code = [this](const Text& field) { return typedCode(field); };
     const auto hint = [&](const Text& field, const QString& text) {
         panel().setHint(field, code(field).isEmpty() ? QString() : text);
     };
     const auto supplier = parties::findSupplier(molven_, code(strarticle.art_fou));
     hint(strarticle.art_fou,
          supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
-    const QString familyList = kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily;
-    hint(strarticle.art_fam, parameters::label(molven_, familyList, code(strarticle.art_fam)));
+    hint(strarticle.art_fam, parameters::label(molven_, familyList(), code(strarticle.art_fam)));
     const auto lpp = molven_.find(strlpp, strlpp.lpp_code == code(strarticle.art_lpp));
     hint(strarticle.art_lpp, code(strarticle.art_lpp) == SeveralLpp ? QStringLiteral("Plusieurs LPP")
                              : lpp                                  ? QString(std::as_const(*lpp)[strlpp.lpp_lib])
@@ -192,6 +190,8 @@ void ArticleForm::shown() {
     const Decimal rate = parameters::vatRate(molven_, code(strarticle.art_tva));
     hint(strarticle.art_tva, format(rate, QStringLiteral("#0.00")) + QStringLiteral(" %"));
     hint(strarticle.art_ori, articles::originText(code(strarticle.art_ori)));
+    severalLpp_->setVisible(code(strarticle.art_lpp) == SeveralLpp);
+    severalLpp_->setEditable(state() != State::Viewing);
     adaptToKind();
 }
 
@@ -223,6 +223,16 @@ void ArticleForm::showUnitsInStock() {
         throw Refusal(QStringLiteral("aucun produit en stock pour cette référence"), strarticle.art_ref.name);
     pick(pick_lists::units(molven_, QStringLiteral("Nbre sélection : %1").arg(count),
                            strproduit.ref_art == reference && strproduit.tes_vte != state::Sold, [](const Record&) {}));
+}
+
+void ArticleForm::showMovements() {
+    const Record& article = requireRecord();
+    if (article[strarticle.art_aig] == follow_up::ByUnit)
+        throw Refusal(QStringLiteral("Ce choix est réservé aux références non suivies"), strarticle.art_ref.name);
+    const QString reference = article[strarticle.art_ref];
+    if (molven_.count(strmvtstk, strmvtstk.ref_stk == reference) == 0)
+        throw Refusal(QStringLiteral("aucun mouvement sur cette référence"), strarticle.art_ref.name);
+    pick(pick_lists::movements(molven_, reference));
 }
 
 } // namespace molven

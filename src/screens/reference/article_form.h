@@ -25,6 +25,8 @@ private:
     void setPickers();
     void adaptToKind();
     void showUnitsInStock();
+    void showMovements();
+    QString familyList() const;
 
     Workspace workspace_;
     Database molven_, compta_, gencode_;
@@ -32,6 +34,7 @@ private:
     Edit* stocked_ = nullptr;
     Edit* followed_ = nullptr;
     QLabel* followUp_ = nullptr;
+    RecordPanel* severalLpp_ = nullptr;
 };
 
 } // namespace molven

@@ -2,7 +2,11 @@
 
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "screens/reference/document_shelf.h"
 #include "ui/pick_lists.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
 
 namespace molven {
 
@@ -77,35 +81,29 @@ const QList<ListCode>& listCodes() {
 
 ClientForm::ClientForm(Desk& desk)
     : RecordForm(desk, QStringLiteral("t_cltges")), molven_(workspace_.open(session().molven())) {
+    documents_ = new DocumentShelf(*this);
     PickList clients = pick_lists::clients(molven_, {});
     clients.columns.removeLast();
     build({QStringLiteral("Gestion des clients"), clients.columns, clients.query, boxes(), 2, strclient.clt_cod,
            QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Client obligatoire")});
+    country_ = new QLabel(session().rules().country(), this);
+    country_->setObjectName(QStringLiteral("lblpays"));
+    extraRows()->addWidget(country_);
+    extraRows()->addWidget(documents_);
+    documents_->folderChosen = [this](const QString& folder) {
+        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->setText(folder);
+    };
     setPickers();
 }
 
 void ClientForm::setPickers() {
-    const auto put = [this](const Text& field, const Text& from) {
-        return [this, &field, &from](const Record& row) {
-            panel().edit(field)->put(row[from]);
-            shown();
-        };
-    };
-    const auto picker = [this](const Text& field, const std::function<PickList()>& makeList) {
-        onLeft(panel().edit(field), [this] { shown(); });
-        onPick(panel().edit(field), [this, makeList] {
-            if (state() != State::Viewing) pick(makeList());
-        });
-    };
     for (const ListCode& code : listCodes())
-        picker(code.field, [this, &code, put] {
+        picker(code.field, [this, &code] {
             return pick_lists::parameters(molven_, code.letter, code.title, put(code.field, strparam.num_par));
         });
     picker(strclient.clt_rgt,
-           [this, put] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
-    onPick(panel().edit(strclient.clt_cod), [this] {
-        if (state() == State::Viewing) pick(pick_lists::clients(molven_, [this](const Record& row) { show(row); }));
-    });
+           [this] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
+    keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::clients(molven_, chosen); });
 }
 
 Record ClientForm::blank() { return parties::blankClient(molven_); }
@@ -118,8 +116,9 @@ void ClientForm::write(const Record& record, const std::optional<Record>& before
 
 void ClientForm::erase(const Record& record) { parties::removeClient(molven_, record[strclient.clt_cod]); }
 
+void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }
+
 void ClientForm::shown() {
-    const auto typedCode = [this](const Text& field) { return panel().edit(field)->value().trimmed(); };
     for (const ListCode& code : listCodes()) {
         const QString value = typedCode(code.field);
         const auto entry = parameters::find(molven_, code.letter, value);

@@ -3,7 +3,11 @@
 #include "data/database.h"
 #include "ui/record_form.h"
 
+class QLabel;
+
 namespace molven {
+
+class DocumentShelf;
 
 /// Clients: hospitals and clinics.
 class ClientForm : public RecordForm {
@@ -15,6 +19,7 @@ protected:
     std::optional<Record> find(const QString& key) override;
     void write(const Record& record, const std::optional<Record>& before) override;
     void erase(const Record& record) override;
+    void stateChanged() override;
     void shown() override;
 
 private:
@@ -22,6 +27,8 @@ private:
 
     Workspace workspace_;
     Database molven_;
+    DocumentShelf* documents_ = nullptr;
+    QLabel* country_ = nullptr;
 };
 
 } // namespace molven

@@ -1,0 +1,217 @@
+#include "reference/code_tables.h"
+
+#include "data/errors.h"
+#include "data/format.h"
+#include "reference/articles.h"
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "reference/tariff_tables.h"
+
+namespace molven {
+
+Criterion CodeTable::sameKey(const Record& record) const {
+    Criterion same;
+    for (const Text* field : key) same = same && *field == record.value(*field).trimmed();
+    return same;
+}
+
+namespace code_tables {
+
+namespace {
+
+const QString NoCode = QStringLiteral(" Code obligatoire");
+const QString NoLabel = QStringLiteral(" Libellé obligatoire");
+const QString Exists = QStringLiteral("Ce code existe déjà");
+const QString Missing = QStringLiteral("Ce code n'existe pas");
+
+void require(bool held, const QString& message, const Field& field) {
+    if (!held) throw Refusal(message, field.name);
+}
+
+void completePaymentMode(Database, Record& mode) {
+    const Record& read = mode;
+    mode[strparrgt.cde_rglt] = padded(read[strparrgt.cde_rglt], 2);
+    require(!(read[strparrgt.nbj_rglt] < Decimal(0)) && read[strparrgt.nbj_rglt] <= Decimal(365),
+            QStringLiteral("Nombre de jours incorrect"), strparrgt.nbj_rglt);
+    if (read[strparrgt.fdm_rglt].isEmpty()) mode[strparrgt.fdm_rglt] = QStringLiteral("N");
+    mode[strparrgt.fdm_rglt] = read[strparrgt.fdm_rglt].toUpper();
+    const QString endOfMonth = read[strparrgt.fdm_rglt];
+    require(endOfMonth == u"O" || endOfMonth == u"N", QStringLiteral("Taper O ou N !!"), strparrgt.fdm_rglt);
+    require(!(read[strparrgt.jou_rglt] < Decimal(0)) && read[strparrgt.jou_rglt] <= Decimal(31),
+            QStringLiteral("Jour du mois incorrect"), strparrgt.jou_rglt);
+}
+
+void completeVatCode(Database, Record& code) {
+    const Decimal rate = std::as_const(code)[strparfac.par1_tx];
+    require(!(rate < Decimal(0)) && rate < Decimal(100), QStringLiteral("Taux incorrect"), strparfac.par1_tx);
+}
+
+void completeAccount(Database, Record& account) {
+    require(std::as_const(account)[strplan.cpt_aff].trimmed().size() == 9,
+            QStringLiteral("Imputation comptable incorrecte"), strplan.cpt_aff);
+}
+
+void completeTariff(Database molven, Record& tariff) {
+    const Record& read = tariff;
+    const auto client = parties::findClient(molven, read[strtarifclt.tar_clt]);
+    require(client.has_value(), Missing, strtarifclt.tar_clt);
+    const auto article = articles::find(molven, read[strtarifclt.tar_ref]);
+    require(article.has_value(), QStringLiteral("Cet article n'existe pas"), strtarifclt.tar_ref);
+    tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
+    tariff[strtarifclt.tar_ref] = std::as_const(*article)[strarticle.art_ref];
+    tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
+    tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
+    require(!(read[strtarifclt.tar_pvt] < Decimal(0)), QStringLiteral("Prix incorrect"), strtarifclt.tar_pvt);
+}
+
+void requirePercent(const Record& record, const Number& field) {
+    require(!(record[field] < Decimal(0)) && record[field] <= Decimal(100), QStringLiteral("Taux incorrect"), field);
+}
+
+void completeCommission(Database molven, Record& rate) {
+    const Record& read = rate;
+    const auto representative = molven::parameters::find(molven, list::Representative, read[strtauxrep.c_rep]);
+    require(representative.has_value(), Missing, strtauxrep.c_rep);
+    rate[strtauxrep.c_nom] = std::as_const(*representative)[strparam.lib_par];
+    requirePercent(rate, strtauxrep.c_tau);
+}
+
+} // namespace
+
+const CodeTable& parameters() {
+    static const CodeTable kind{strparam,
+                                {&strparam.cod_par, &strparam.num_par},
+                                {{strparam.num_par, NoCode}, {strparam.lib_par, NoLabel}},
+                                Exists,
+                                Missing};
+    return kind;
+}
+
+const CodeTable& panPrices() {
+    static const CodeTable kind{strpan,
+                                {&strpan.pan_ref},
+                                {{strpan.pan_ref, QStringLiteral(" Référence obligatoire")}, {strpan.pan_lib, NoLabel}},
+                                Exists,
+                                Missing};
+    return kind;
+}
+
+const CodeTable& paymentModes() {
+    static const CodeTable kind{
+        strparrgt, {&strparrgt.cde_rglt}, {{strparrgt.cde_rglt, NoCode}, {strparrgt.lib_rglt, NoLabel}}, Exists,
+        Missing,   completePaymentMode};
+    return kind;
+}
+
+const CodeTable& vatCodes() {
+    static const CodeTable kind{
+        strparfac, {&strparfac.par1_cde}, {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}}, Exists,
+        Missing,   completeVatCode};
+    return kind;
+}
+
+const CodeTable& invoiceTexts() {
+    static const CodeTable kind{
+        strpartxt, {&strpartxt.txt_cde}, {{strpartxt.txt_cde, NoCode}, {strpartxt.txt_lib, NoLabel}}, Exists, Missing};
+    return kind;
+}
+
+const CodeTable& currencies() {
+    static const CodeTable kind{strmonnaie,
+                                {&strmonnaie.mon_cle},
+                                {{strmonnaie.mon_cle, NoCode}, {strmonnaie.mon_lib, NoLabel}},
+                                Exists,
+                                Missing};
+    return kind;
+}
+
+const CodeTable& accounts() {
+    static const CodeTable kind{
+        strplan, {&strplan.cpt_aff}, {{strplan.cpt_aff, NoCode}, {strplan.cpt_lib, NoLabel}}, Exists,
+        Missing, completeAccount};
+    return kind;
+}
+
+const CodeTable& lppCodes() {
+    static const CodeTable kind{
+        strlpp, {&strlpp.lpp_code}, {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}}, Exists, Missing};
+    return kind;
+}
+
+const CodeTable& tipsCodes() {
+    static const CodeTable kind{strpartips,
+                                {&strpartips.cod_tips},
+                                {{strpartips.cod_tips, NoCode}, {strpartips.lib_tips, NoLabel}},
+                                Exists,
+                                Missing};
+    return kind;
+}
+
+const CodeTable& clientTariffs() {
+    static const CodeTable kind{strtarifclt,
+                                {&strtarifclt.tar_clt, &strtarifclt.tar_ref},
+                                {{strtarifclt.tar_clt, QStringLiteral(" Code Client obligatoire")},
+                                 {strtarifclt.tar_ref, QStringLiteral(" Référence obligatoire")}},
+                                QStringLiteral("Ce tarif existe déjà"),
+                                QStringLiteral("Ce tarif n'existe pas"),
+                                completeTariff};
+    return kind;
+}
+
+const CodeTable& discounts() {
+    static const CodeTable kind{strparrem,
+                                {&strparrem.rem_clt, &strparrem.rem_art},
+                                {{strparrem.rem_clt, NoCode},
+                                 {strparrem.rem_art, NoCode},
+                                 {strparrem.rem_rem, QStringLiteral(" Remise obligatoire")},
+                                 {strparrem.rem_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& discount) { requirePercent(discount, strparrem.rem_rem); }};
+    return kind;
+}
+
+const CodeTable& commissionRates() {
+    static const CodeTable kind{
+        strtauxrep,
+        {&strtauxrep.c_rep, &strtauxrep.c_ref},
+        {{strtauxrep.c_rep, NoCode}, {strtauxrep.c_ref, QStringLiteral(" Référence obligatoire")}},
+        Exists,
+        Missing,
+        completeCommission};
+    return kind;
+}
+
+void check(Database database, const CodeTable& kind, Record& record) {
+    for (const CodeTable::Required& required : kind.required)
+        require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
+    kind.complete(database, record);
+}
+
+void add(Database database, const CodeTable& kind, Record record) {
+    Transaction transaction(database.workspace());
+    check(database, kind, record);
+    require(database.count(kind.table, kind.sameKey(record)) == 0, kind.exists, *kind.key.last());
+    database.insert(record);
+    transaction.commit();
+}
+
+void change(Database database, const CodeTable& kind, Record record, const Record& before) {
+    Transaction transaction(database.workspace());
+    check(database, kind, record);
+    Recordset stored = database.select(kind.table, kind.sameKey(record));
+    require(!stored.isEmpty(), kind.missing, *kind.key.last());
+    stored.edit(before);
+    stored.draft() = record;
+    stored.update();
+    transaction.commit();
+}
+
+void remove(Database database, const CodeTable& kind, const Record& record) {
+    for (const Text* field : kind.key)
+        require(!record[*field].trimmed().isEmpty(), kind.required.first().message, *field);
+    require(database.remove(kind.table, kind.sameKey(record)) > 0, kind.missing, *kind.key.last());
+}
+
+} // namespace code_tables
+} // namespace molven

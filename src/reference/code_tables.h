@@ -1,0 +1,55 @@
+#pragma once
+
+#include "data/database.h"
+
+#include <functional>
+
+namespace molven {
+
+/// What a small code table asks of its records.
+struct CodeTable {
+    /// A field that may not be empty, and what is said when it is.
+    struct Required {
+        const Field& field;
+        QString message;
+    };
+
+    const Table& table;
+    QList<const Text*> key;   ///< fields that tell a record apart
+    QList<Required> required; ///< in the order of the screen
+    QString exists;           ///< said of a new record whose key is taken
+    QString missing;          ///< said of a change or a deletion without its record
+    /// Further checks and computed fields; throws Refusal.
+    std::function<void(Database, Record&)> complete = [](Database, Record&) {};
+
+    /// The condition that finds the record with the same key.
+    Criterion sameKey(const Record& record) const;
+};
+
+namespace code_tables {
+
+const CodeTable& parameters();
+const CodeTable& panPrices();
+const CodeTable& paymentModes();
+const CodeTable& vatCodes();
+const CodeTable& invoiceTexts();
+const CodeTable& currencies();
+const CodeTable& accounts();
+const CodeTable& lppCodes();
+const CodeTable& tipsCodes();
+const CodeTable& clientTariffs();
+const CodeTable& discounts();
+const CodeTable& commissionRates();
+
+/// Throws Refusal with the first fault of a record.
+void check(Database database, const CodeTable& kind, Record& record);
+/// Writes a new record; throws Refusal when it is not complete or its key is taken.
+void add(Database database, const CodeTable& kind, Record record);
+/// Rewrites a record; `before` is the record as the user read it. Throws Refusal when it does not exist, DataError
+/// RecordChanged when another workstation wrote it meanwhile.
+void change(Database database, const CodeTable& kind, Record record, const Record& before);
+/// Deletes the record of that key; throws Refusal when it does not exist.
+void remove(Database database, const CodeTable& kind, const Record& record);
+
+} // namespace code_tables
+} // namespace molven

@@ -1,0 +1,68 @@
+#include "reference/ean.h"
+
+#include "data/errors.h"
+#include "reference/article_tables.h"
+
+#include <algorithm>
+
+namespace molven::ean {
+
+namespace {
+
+bool areDigits(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+[[noreturn]] void refuse(const QString& message) { throw Refusal(message, strgencode.ean_code.name); }
+
+} // namespace
+
+QChar checkDigit(const QString& twelveDigits) {
+    int sum = 0;
+    for (int i = 0; i < 12; ++i) sum += twelveDigits[i].digitValue() * (i % 2 == 0 ? 1 : 3);
+    return QChar(u'0' + (10 - sum % 10) % 10);
+}
+
+bool isValid(const QString& code) {
+    return code.size() == 13 && areDigits(code) && checkDigit(code.left(12)) == code[12];
+}
+
+int add(Database gencode, const QString& typed, const QString& quantity) {
+    const QString first = typed.trimmed();
+    if (first.isEmpty()) refuse(QStringLiteral(" Code obligatoire"));
+    const bool complete = first.size() == 13;
+    if (!areDigits(first) || (first.size() != 12 && !complete) || (complete && !isValid(first)))
+        refuse(QStringLiteral("Code EAN incorrect : ") + first);
+    bool isNumber = false;
+    const int count = quantity.trimmed().isEmpty() ? 1 : quantity.trimmed().toInt(&isNumber);
+    if (count < 1 || count > 100'000 || (!isNumber && !quantity.trimmed().isEmpty()))
+        throw Refusal(QStringLiteral("Quantité incorrecte"), QStringLiteral("txtnb"));
+    const qint64 start = first.left(12).toLongLong();
+    if (start + count > 1'000'000'000'000LL)
+        throw Refusal(QStringLiteral("Quantité incorrecte"), QStringLiteral("txtnb"));
+
+    Transaction transaction(gencode.workspace());
+    Record code(strgencode);
+    for (int i = 0; i < count; ++i) {
+        const QString twelve = QString::number(start + i).rightJustified(12, u'0');
+        const QString made = twelve + checkDigit(twelve);
+        if (gencode.count(strgencode, strgencode.ean_code == made) > 0)
+            refuse(QStringLiteral("Ce code existe déjà : ") + made);
+        code[strgencode.ean_code] = made;
+        gencode.insert(code);
+    }
+    transaction.commit();
+    return count;
+}
+
+void remove(Database gencode, const QString& code) {
+    Transaction transaction(gencode.workspace());
+    const auto found = gencode.find(strgencode, strgencode.ean_code == code.trimmed());
+    if (!found) refuse(QStringLiteral("Ce code n'existe pas"));
+    if (const QString article = (*found)[strgencode.ean_art]; !article.trimmed().isEmpty())
+        refuse(QStringLiteral("Ce code est pris par l'article ") + article);
+    gencode.remove(strgencode, strgencode.ean_code == code.trimmed());
+    transaction.commit();
+}
+
+} // namespace molven::ean

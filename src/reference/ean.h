@@ -1,0 +1,19 @@
+#pragma once
+
+#include "data/database.h"
+
+namespace molven::ean {
+
+/// EAN-13 check digit of 12 digits: weights 1 and 3 in turn from the left, complement to the next ten (GS1).
+QChar checkDigit(const QString& twelveDigits);
+/// True for 13 digits whose last one is right.
+bool isValid(const QString& code);
+
+/// Adds codes to the pool, one transaction: `first` is 13 digits, or 12 to which the check digit is computed; the
+/// following ones count up from its 12 digits. Throws Refusal for a faulty code, or one that the pool holds.
+/// Answers how many.
+int add(Database gencode, const QString& first, const QString& quantity);
+/// Takes a free code out of the pool. Throws Refusal when an article has it.
+void remove(Database gencode, const QString& code);
+
+} // namespace molven::ean

@@ -1,0 +1,357 @@
+#include "screens/reference/code_table_forms.h"
+
+#include "data/errors.h"
+#include "reference/article_updates.h"
+#include "reference/articles.h"
+#include "reference/parties.h"
+#include "reference/tariff_tables.h"
+#include "ui/pick_lists.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+const QString Money = QStringLiteral("#####0.00");
+
+const ParameterList* listOf(const QString& mode) {
+    if (mode == u"PAN1" || mode == u"PAN2") return nullptr;
+    const ParameterList* found = parameters::listOfMode(mode);
+    if (!found) throw Refusal(QStringLiteral("Cette liste n'existe pas : ") + mode);
+    return found;
+}
+
+} // namespace
+
+ParameterForm::ParameterForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_param")), list_(listOf(mode())) {
+    if (list_)
+        buildList(*list_);
+    else
+        buildPan();
+}
+
+void ParameterForm::buildList(const ParameterList& list) {
+    const bool ofSubFamily = list.letter == list::SubFamily, ofDepot = list.letter == list::Depot;
+    const bool ofArticleFamily = list.letter == list::ArticleFamily;
+    const QString accountTitle = ofSubFamily ? QStringLiteral("Famille") : QStringLiteral("Compte");
+    QList<GridColumn> columns{{&strparam.num_par, QStringLiteral("Code"), 80},
+                              {&strparam.lib_par, QStringLiteral("Libellé"), 420},
+                              {&strparam.cpt_par, accountTitle, 110}};
+    QList<FieldBox> boxes{{&strparam.num_par, QStringLiteral("&Code :"), QStringLiteral("Txtnum"), 6},
+                          {&strparam.lib_par, QStringLiteral("Li&bellé :"), {}, 34}};
+    if (ofSubFamily)
+        boxes.append({&strparam.cpt_par,
+                      QStringLiteral("Famille :"),
+                      QStringLiteral("txtcf"),
+                      6,
+                      {},
+                      false,
+                      false,
+                      QStringLiteral("cmdregf")});
+    else
+        boxes.append({&strparam.cpt_par, QStringLiteral("C&ompte :"), QStringLiteral("Txtcpt"), 10});
+    if (ofDepot) {
+        columns.append({&strparam.fam_dep, QStringLiteral("Famille"), 80});
+        boxes.append({&strparam.fam_dep,
+                      QStringLiteral("Famille dépôt :"),
+                      QStringLiteral("txtfamd"),
+                      6,
+                      {},
+                      false,
+                      false,
+                      QStringLiteral("cmdfamd")});
+    }
+    const bool hasAncillaryFamily = ofArticleFamily && session().rules().linksAncillaryFamilies();
+    if (hasAncillaryFamily)
+        boxes.append({&strparam.fam_dep,
+                      QStringLiteral("Famille ancillaire :"),
+                      QStringLiteral("txtregf"),
+                      6,
+                      {},
+                      false,
+                      false,
+                      QStringLiteral("cmdanc")});
+    build({QStringLiteral("Paramètres : ") + list.caption,
+           list.caption,
+           code_tables::parameters(),
+           molven_,
+           columns,
+           boxes,
+           strparam.num_par,
+           parameters::ofList(list.letter),
+           {{strparam.cod_par, list.letter}}});
+    if (ofSubFamily) pickFamily(strparam.cpt_par, list::ArticleFamily, QStringLiteral("LES FAMILLES ARTICLES"));
+    if (ofDepot) pickFamily(strparam.fam_dep, list::DepotFamily, QStringLiteral("LES FAMILLES DE DEPOT"));
+    if (hasAncillaryFamily)
+        pickFamily(strparam.fam_dep, list::AncillaryFamily, QStringLiteral("LES FAMILLES ANCILLAIRES"));
+    if (ofArticleFamily)
+        extraButtons()->addWidget(
+            button(QStringLiteral("cmdarticle"), QStringLiteral("Im&puter les articles"), [this] { pushAccount(); }));
+}
+
+void ParameterForm::pickFamily(const Field& field, const QString& letter, const QString& title) {
+    picker(field, [this, &field, letter, title] {
+        if (molven_.count(strparam, parameters::ofList(letter)) == 0)
+            throw Refusal(QStringLiteral("Aucune famille n'est paramétrée"), field.name);
+        return pick_lists::parameters(molven_, letter, title, put(field, strparam.num_par));
+    });
+}
+
+void ParameterForm::shown() {
+    if (!list_) return;
+    const auto hint = [this](const Text& field, const QString& letter) {
+        panel().setHint(field, parameters::label(molven_, letter, typed(field)));
+    };
+    if (list_->letter == list::SubFamily) hint(strparam.cpt_par, list::ArticleFamily);
+    if (list_->letter == list::Depot) hint(strparam.fam_dep, list::DepotFamily);
+}
+
+std::optional<Order> ParameterForm::printOrder() {
+    if (!list_) return std::nullopt;
+    return prompt().ask(QStringLiteral("Edition triée par code ? ")) ? Order(strparam.num_par)
+                                                                     : Order(strparam.lib_par);
+}
+
+void ParameterForm::pushAccount() {
+    const qint64 count = article_updates::setFamilyAccount(molven_, typed(strparam.num_par), typed(strparam.cpt_par));
+    prompt().tell(QStringLiteral("Il y a eu %1 articles mis à jour ").arg(count));
+}
+
+void ParameterForm::buildPan() {
+    build({QStringLiteral("Paramètres : les codes PAN"),
+           QStringLiteral("les codes PAN"),
+           code_tables::panPrices(),
+           molven_,
+           {{&strpan.pan_ref, QStringLiteral("Référence"), 130},
+            {&strpan.pan_lib, QStringLiteral("Libellé"), 380},
+            {&strpan.pan_pa, QStringLiteral("Prix d'achat"), 110, Money},
+            {&strpan.pan_pan, QStringLiteral("PAN"), 110, Money}},
+           {{&strpan.pan_ref, QStringLiteral("&Référence :"), QStringLiteral("Txtnum")},
+            {&strpan.pan_lib, QStringLiteral("Li&bellé :"), {}, 34},
+            {&strpan.pan_pa, QStringLiteral("Prix d'ac&hat :"), {}, 12, Money},
+            {&strpan.pan_pan, QStringLiteral("&PAN :"), {}, 12, Money}},
+           strpan.pan_ref});
+    extraButtons()->addWidget(
+        button(QStringLiteral("cmdpan"), QStringLiteral("&Générer les PAN"), [this] { generatePan(); }));
+}
+
+void ParameterForm::generatePan() {
+    if (!prompt().ask(QStringLiteral("Voulez-vous mettre à jour la table des P.A.N.  ? "))) return;
+    article_updates::fillPanTable(molven_);
+    if (prompt().ask(QStringLiteral("Voulez vous recopier le PA dans le PAN (si PA<>0) ? ")))
+        article_updates::copyPurchaseToPan(molven_);
+    refresh();
+}
+
+PaymentModeForm::PaymentModeForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parrgt")) {
+    build({QStringLiteral("Modes de règlement"),
+           QStringLiteral("LISTE DES MODES DE REGLEMENT"),
+           code_tables::paymentModes(),
+           molven_,
+           {{&strparrgt.cde_rglt, QStringLiteral("Code"), 70},
+            {&strparrgt.lib_rglt, QStringLiteral("Libellé"), 380},
+            {&strparrgt.nbj_rglt, QStringLiteral("Jours"), 70},
+            {&strparrgt.fdm_rglt, QStringLiteral("Fin de mois"), 90},
+            {&strparrgt.jou_rglt, QStringLiteral("Le"), 60}},
+           {{&strparrgt.cde_rglt, QStringLiteral("&Code :")},
+            {&strparrgt.lib_rglt, QStringLiteral("Li&bellé :"), {}, 34},
+            {&strparrgt.nbj_rglt, QStringLiteral("Nombre de &jours :"), {}, 4},
+            {&strparrgt.fdm_rglt, QStringLiteral("&Fin de mois O/N :")},
+            {&strparrgt.jou_rglt, QStringLiteral("&Le (jour du mois, 0 : aucun) :"), {}, 3}},
+           strparrgt.cde_rglt});
+}
+
+InvoicingForm::InvoicingForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parfac")) {
+    build({QStringLiteral("Divers facturation"),
+           QStringLiteral("LISTE DES CODES TVA"),
+           code_tables::vatCodes(),
+           molven_,
+           {{&strparfac.par1_cde, QStringLiteral("Code"), 70},
+            {&strparfac.par1_lib, QStringLiteral("Libellé"), 400},
+            {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")},
+            {&strparfac.par1_cpt, QStringLiteral("Compte"), 110}},
+           {{&strparfac.par1_cde, QStringLiteral("&Code :")},
+            {&strparfac.par1_lib, QStringLiteral("Li&bellé :"), {}, 34},
+            {&strparfac.par1_tx, QStringLiteral("&Taux % :"), {}, 8, QStringLiteral("#0.00")},
+            {&strparfac.par1_cpt, QStringLiteral("C&ompte :")}},
+           strparfac.par1_cde});
+    extraButtons()->addWidget(button(QStringLiteral("Cmdtexte"), QStringLiteral("Te&xtes de facture"),
+                                     [this] { this->desk().open(QStringLiteral("T_partxt")); }));
+    extraButtons()->addWidget(button(QStringLiteral("Cmdmonnaie"), QStringLiteral("Monnai&es"),
+                                     [this] { this->desk().open(QStringLiteral("T_monnaie")); }));
+}
+
+InvoiceTextForm::InvoiceTextForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partxt")) {
+    build({QStringLiteral("Textes de facture"),
+           QStringLiteral("LISTE DES TEXTES DE FACTURE"),
+           code_tables::invoiceTexts(),
+           molven_,
+           {{&strpartxt.txt_cde, QStringLiteral("Code"), 80}, {&strpartxt.txt_lib, QStringLiteral("Texte"), 600}},
+           {{&strpartxt.txt_cde, QStringLiteral("&Code :")}, {&strpartxt.txt_lib, QStringLiteral("&Texte :"), {}, 34}},
+           strpartxt.txt_cde});
+}
+
+CurrencyForm::CurrencyForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_monnaie")) {
+    build({QStringLiteral("Monnaies"),
+           QStringLiteral("LISTE DES MONNAIES"),
+           code_tables::currencies(),
+           molven_,
+           {{&strmonnaie.mon_cle, QStringLiteral("Code"), 80},
+            {&strmonnaie.mon_lib, QStringLiteral("Libellé"), 400},
+            {&strmonnaie.mon_euro, QStringLiteral("Euro"), 120}},
+           {{&strmonnaie.mon_cle, QStringLiteral("&Code :")},
+            {&strmonnaie.mon_lib, QStringLiteral("Li&bellé :"), {}, 34},
+            {&strmonnaie.mon_euro, QStringLiteral("&Euro :"), {}, 12}},
+           strmonnaie.mon_cle});
+}
+
+AccountForm::AccountForm(Desk& desk) : CodeTableForm(desk, QStringLiteral("T_plan")) {
+    build({QStringLiteral("Plan comptable"),
+           QStringLiteral("LE PLAN COMPTABLE"),
+           code_tables::accounts(),
+           workspace_.open(session().path(DataFile::Compta)),
+           {{&strplan.cpt_aff, QStringLiteral("Compte"), 130}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 500}},
+           {{&strplan.cpt_aff, QStringLiteral("&Compte :")}, {&strplan.cpt_lib, QStringLiteral("Li&bellé :"), {}, 34}},
+           strplan.cpt_aff});
+}
+
+LppForm::LppForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parlpp")) {
+    build({QStringLiteral("Codes LPP"),
+           QStringLiteral("LISTE DES LPP"),
+           code_tables::lppCodes(),
+           molven_,
+           {{&strlpp.lpp_code, QStringLiteral("Code"), 110},
+            {&strlpp.lpp_lib, QStringLiteral("Libellé"), 430},
+            {&strlpp.lpp_ttc, QStringLiteral("Prix TTC"), 100, QStringLiteral("### ##0.00")},
+            {&strlpp.lpp_tips, QStringLiteral("Code TIPS"), 110}},
+           {{&strlpp.lpp_code, QStringLiteral("&Code :")},
+            {&strlpp.lpp_lib, QStringLiteral("Li&bellé :"), {}, 36},
+            {&strlpp.lpp_ttc, QStringLiteral("Prix &TTC :"), {}, 12, QStringLiteral("### ##0.00")},
+            {&strlpp.lpp_tips, QStringLiteral("Code TI&PS :")}},
+           strlpp.lpp_code});
+    extraButtons()->addWidget(button(QStringLiteral("Cmdtipslpp"), QStringLiteral("TIPS vers &LPP"),
+                                     [this] { this->desk().open(QStringLiteral("T_tipslpp")); }));
+}
+
+void LppForm::written(const Record& record) {
+    if (!prompt().ask(QStringLiteral("Voulez vous mettre à jour les ARTICLES PV/RESP ? "))) return;
+    article_updates::pushLppPrice(molven_, record[strlpp.lpp_code], record[strlpp.lpp_ttc]);
+    prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));
+}
+
+TipsForm::TipsForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partips")) {
+    build({QStringLiteral("Codes TIPS"),
+           QStringLiteral("LISTE DES TIPS"),
+           code_tables::tipsCodes(),
+           molven_,
+           {{&strpartips.cod_tips, QStringLiteral("Code"), 130},
+            {&strpartips.lib_tips, QStringLiteral("Libellé"), 480},
+            {&strpartips.ttc_tips, QStringLiteral("Prix TTC"), 110, QStringLiteral("### ##0.00")}},
+           {{&strpartips.cod_tips, QStringLiteral("&Code :")},
+            {&strpartips.lib_tips, QStringLiteral("Li&bellé :"), {}, 36},
+            {&strpartips.ttc_tips, QStringLiteral("Prix &TTC :"), {}, 12, QStringLiteral("### ##0.00")}},
+           strpartips.cod_tips});
+}
+
+void TipsForm::written(const Record& record) {
+    if (!prompt().ask(QStringLiteral("Voulez vous mettre à jour les fiches? "))) return;
+    article_updates::pushTipsPrice(molven_, record[strpartips.cod_tips], record[strpartips.ttc_tips]);
+    prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));
+}
+
+TariffForm::TariffForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partarif")) {
+    build({QStringLiteral("Tarifs spéciaux"),
+           QStringLiteral("LISTE DES TARIFS SPECIAUX"),
+           code_tables::clientTariffs(),
+           molven_,
+           {{&strtarifclt.tar_clt, QStringLiteral("Client"), 70},
+            {&strtarifclt.tar_nom, QStringLiteral("Nom"), 260},
+            {&strtarifclt.tar_ref, QStringLiteral("Référence"), 120},
+            {&strtarifclt.tar_lib, QStringLiteral("Désignation"), 260},
+            {&strtarifclt.tar_pvt, QStringLiteral("Prix"), 100, Money}},
+           {{&strtarifclt.tar_clt, QStringLiteral("C&lient :"), {}, 0, {}, false, false, QStringLiteral("cmdclt")},
+            {&strtarifclt.tar_ref, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
+            {&strtarifclt.tar_pvt, QStringLiteral("&Prix :"), {}, 12, Money}},
+           {strtarifclt.tar_clt, strtarifclt.tar_ref}});
+    picker(strtarifclt.tar_clt,
+           [this] { return pick_lists::clients(molven_, put(strtarifclt.tar_clt, strclient.clt_cod)); });
+    picker(strtarifclt.tar_ref,
+           [this] { return pick_lists::articles(molven_, put(strtarifclt.tar_ref, strarticle.art_ref)); });
+}
+
+void TariffForm::shown() {
+    const auto client = parties::findClient(molven_, typed(strtarifclt.tar_clt));
+    if (client) panel().edit(strtarifclt.tar_clt)->put((*client)[strclient.clt_cod]);
+    panel().setHint(strtarifclt.tar_clt, client ? QString((*client)[strclient.clt_nom]) : QString());
+    const auto article = articles::find(molven_, typed(strtarifclt.tar_ref));
+    panel().setHint(strtarifclt.tar_ref, article ? QString((*article)[strarticle.art_li1]) : QString());
+    const bool withoutVat = article && std::as_const(*article)[strarticle.art_tar].startsWith(u'H');
+    panel().setHint(strtarifclt.tar_pvt, !article     ? QString()
+                                         : withoutVat ? QStringLiteral("  HT")
+                                                      : QStringLiteral("  TTC"));
+}
+
+DiscountForm::DiscountForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parrem")) {
+    build({QStringLiteral("Remises clients"),
+           QStringLiteral("LISTE DES REMISES "),
+           code_tables::discounts(),
+           molven_,
+           {{&strparrem.rem_clt, QStringLiteral("Client"), 80},
+            {&strparrem.rem_art, QStringLiteral("Article"), 80},
+            {&strparrem.rem_rem, QStringLiteral("Remise %"), 100, QStringLiteral("00.00")},
+            {&strparrem.rem_lib, QStringLiteral("Libellé"), 420}},
+           {{&strparrem.rem_clt, QStringLiteral("Catégorie &client :")},
+            {&strparrem.rem_art, QStringLiteral("Catégorie a&rticle :")},
+            {&strparrem.rem_rem, QStringLiteral("Remise &% :"), {}, 8, QStringLiteral("00.00")},
+            {&strparrem.rem_lib, QStringLiteral("Li&bellé :"), {}, 34}},
+           {strparrem.rem_clt, strparrem.rem_art}});
+}
+
+CommissionRateForm::CommissionRateForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partxrep")) {
+    build({QStringLiteral("Commissions représentant"),
+           QStringLiteral("LISTE DES COMMISSIONS"),
+           code_tables::commissionRates(),
+           molven_,
+           {{&strtauxrep.c_rep, QStringLiteral("Représentant"), 110},
+            {&strtauxrep.c_nom, QStringLiteral("Nom"), 360},
+            {&strtauxrep.c_ref, QStringLiteral("Référence"), 130},
+            {&strtauxrep.c_tau, QStringLiteral("Taux %"), 90, QStringLiteral("#0.00")}},
+           {{&strtauxrep.c_rep, QStringLiteral("&Représentant :"), {}, 0, {}, false, false, QStringLiteral("Cmdrep")},
+            {&strtauxrep.c_ref, QStringLiteral("Ré&férence :")},
+            {&strtauxrep.c_tau, QStringLiteral("&Taux % :"), {}, 8, QStringLiteral("#0.00")}},
+           {strtauxrep.c_rep, strtauxrep.c_ref}});
+    picker(strtauxrep.c_rep, [this] {
+        return pick_lists::parameters(molven_, list::Representative, QStringLiteral("LES REPRESENTANTS"),
+                                      put(strtauxrep.c_rep, strparam.num_par));
+    });
+}
+
+void CommissionRateForm::shown() {
+    panel().setHint(strtauxrep.c_rep, parameters::label(molven_, list::Representative, typed(strtauxrep.c_rep)));
+}
+
+EnglishLabelForm::EnglishLabelForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_utilit")) {
+    static const CodeTable labels{strarticle,
+                                  {&strarticle.art_ref},
+                                  {{strarticle.art_ref, QStringLiteral("Référence obligatoire")}},
+                                  {},
+                                  QStringLiteral("Référence Inconnue")};
+    CodeTableView view{
+        QStringLiteral("Libellé en anglais"),
+        QStringLiteral("LES LIBELLES EN ANGLAIS"),
+        labels,
+        molven_,
+        {{&strarticle.art_ref, QStringLiteral("Référence"), 130},
+         {&strarticle.art_li1, QStringLiteral("Libellé"), 320},
+         {&strarticle.art_ang, QStringLiteral("Libellé anglais"), 320}},
+        {{&strarticle.art_ref, QStringLiteral("&Référence :"), QStringLiteral("txtref")},
+         {&strarticle.art_li1, QStringLiteral("Libellé :"), QStringLiteral("txtli1"), 34, {}, false, true},
+         {&strarticle.art_ang, QStringLiteral("Libellé an&glais :"), QStringLiteral("txtang"), 34}},
+        strarticle.art_ref};
+    view.hasFixedRows = true;
+    build(view);
+}
+
+} // namespace molven

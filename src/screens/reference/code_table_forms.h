@@ -1,0 +1,112 @@
+#pragma once
+
+#include "data/database.h"
+#include "reference/parameters.h"
+#include "ui/code_table_form.h"
+
+namespace molven {
+
+/// A code table of molven.mdb.
+class MolvenTableForm : public CodeTableForm {
+protected:
+    MolvenTableForm(Desk& desk, const QString& name)
+        : CodeTableForm(desk, name), molven_(workspace_.open(session().molven())) {}
+
+    Workspace workspace_;
+    Database molven_;
+};
+
+/// The short code lists and the PAN table; the mode word chooses.
+class ParameterForm : public MolvenTableForm {
+public:
+    explicit ParameterForm(Desk& desk);
+
+protected:
+    void shown() override;
+    std::optional<Order> printOrder() override;
+
+private:
+    void buildList(const ParameterList& list);
+    void buildPan();
+    void pickFamily(const Field& field, const QString& letter, const QString& title);
+    void pushAccount();
+    void generatePan();
+
+    const ParameterList* list_;
+};
+
+class PaymentModeForm : public MolvenTableForm {
+public:
+    explicit PaymentModeForm(Desk& desk);
+};
+
+/// VAT codes; opens the invoice texts and the currencies.
+class InvoicingForm : public MolvenTableForm {
+public:
+    explicit InvoicingForm(Desk& desk);
+};
+
+class InvoiceTextForm : public MolvenTableForm {
+public:
+    explicit InvoiceTextForm(Desk& desk);
+};
+
+class CurrencyForm : public MolvenTableForm {
+public:
+    explicit CurrencyForm(Desk& desk);
+};
+
+/// Chart of accounts.
+class AccountForm : public CodeTableForm {
+public:
+    explicit AccountForm(Desk& desk);
+
+private:
+    Workspace workspace_;
+};
+
+/// LPP list; a price goes on into the articles, and the articles' codes come from their TIPS codes.
+class LppForm : public MolvenTableForm {
+public:
+    explicit LppForm(Desk& desk);
+
+protected:
+    void written(const Record& record) override;
+};
+
+class TipsForm : public MolvenTableForm {
+public:
+    explicit TipsForm(Desk& desk);
+
+protected:
+    void written(const Record& record) override;
+};
+
+class TariffForm : public MolvenTableForm {
+public:
+    explicit TariffForm(Desk& desk);
+
+protected:
+    void shown() override;
+};
+
+class DiscountForm : public MolvenTableForm {
+public:
+    explicit DiscountForm(Desk& desk);
+};
+
+class CommissionRateForm : public MolvenTableForm {
+public:
+    explicit CommissionRateForm(Desk& desk);
+
+protected:
+    void shown() override;
+};
+
+/// English labels of the articles.
+class EnglishLabelForm : public MolvenTableForm {
+public:
+    explicit EnglishLabelForm(Desk& desk);
+};
+
+} // namespace molven

@@ -1,0 +1,94 @@
+#include "screens/reference/document_shelf.h"
+
+#include "reference/party_tables.h"
+#include "shell/attached_documents.h"
+#include "ui/form.h"
+#include "ui/grid.h"
+
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace molven {
+
+DocumentShelf::DocumentShelf(Form& form)
+    : QFrame(&form),
+      form_(form),
+      documents_(workspace_.open(form.session().path(DataFile::Documents))),
+      grid_(
+          new Grid(QStringLiteral("DBGrid5"), {{&strdocs.doc_fic, QStringLiteral("Documents attachés"), 400}}, this)) {
+    setAcceptDrops(true);
+    grid_->setAcceptDrops(false); // the shelf takes what is dropped on its list
+    grid_->chosen = [this](const Record& document) { openDocument(document[strdocs.doc_fic]); };
+    grid_->setFixedHeight(120);
+    auto* choose = form.button(QStringLiteral("Cmddossier"), QStringLiteral("D&ossier des documents..."),
+                               [this] { chooseFolder(); });
+    auto* row = new QHBoxLayout;
+    row->addWidget(new QLabel(QStringLiteral("Double clic : ouvrir. Glissez un fichier ici pour l'attacher."), this),
+                   1);
+    row->addWidget(choose);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 0, 4, 0);
+    layout->addWidget(grid_);
+    layout->addLayout(row);
+}
+
+void DocumentShelf::show(const QString& folder) {
+    folder_ = folder.trimmed();
+    Transaction transaction(workspace_);
+    documents_.remove(strdocs);
+    for (const QString& name : attached_documents::list(folder_)) {
+        Record document(strdocs);
+        document[strdocs.doc_fic] = name;
+        documents_.insert(document);
+    }
+    transaction.commit();
+    QList<Record> rows; // the table is this workstation's, but its other windows use it too
+    for (const Record& document : documents_.select(strdocs, {}, strdocs.doc_fic)) rows.append(document);
+    grid_->rows().setRecords(rows);
+}
+
+void DocumentShelf::chooseFolder() {
+    const QString start = folder_.isEmpty() ? attached_documents::root(form_.session()) : folder_;
+    const QString chosen = QFileDialog::getExistingDirectory(this, QStringLiteral("Dossier des documents"), start);
+    if (chosen.isEmpty()) return;
+    form_.prompt().tell(QStringLiteral("Enregistrés sous :  ") + QDir::toNativeSeparators(chosen));
+    show(chosen);
+    folderChosen(chosen);
+}
+
+void DocumentShelf::openDocument(const QString& name) {
+    const QString path = QDir(folder_).filePath(name);
+    if (attached_documents::isProgram(path) &&
+        !form_.prompt().ask(QStringLiteral("ATTENTION, êtes-vous sûr de vouloir lancer ce programme exécutable ?"), {},
+                            Icon::Warning))
+        return;
+    const QString message = attached_documents::message(attached_documents::open(path));
+    if (!message.isEmpty()) form_.prompt().tell(message, {}, Icon::Warning);
+}
+
+void DocumentShelf::add(const QStringList& files) {
+    form_.guarded([&] {
+        for (const QString& file : files) attached_documents::copyInto(folder_, file);
+    });
+    form_.guarded([this] { show(folder_); });
+}
+
+void DocumentShelf::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls() && !folder_.isEmpty()) event->acceptProposedAction();
+}
+
+void DocumentShelf::dropEvent(QDropEvent* event) {
+    QStringList files;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) files.append(url.toLocalFile());
+    add(files);
+    event->acceptProposedAction();
+}
+
+} // namespace molven

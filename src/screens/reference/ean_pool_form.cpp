@@ -1,0 +1,128 @@
+#include "screens/reference/ean_pool_form.h"
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "printing/report.h"
+#include "reference/article_tables.h"
+#include "reference/ean.h"
+#include "sales/lpp_codification.h"
+#include "ui/edit.h"
+#include "ui/grid.h"
+#include "ui/printed_list.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace molven {
+
+EanPoolForm::EanPoolForm(Desk& desk)
+    : Form(desk, QStringLiteral("T_gencode")),
+      gencode_(workspace_.open(session().path(DataFile::Gencode))),
+      grid_(new Grid(QStringLiteral("DBGrid1"),
+                     {{&strgencode.ean_code, QStringLiteral("Code EAN"), 200},
+                      {&strgencode.ean_art, QStringLiteral("Article"), 200}},
+                     this)),
+      code_(new Edit(this)),
+      quantity_(new Edit(this)),
+      count_(new QLabel(this)) {
+    code_->setObjectName(QStringLiteral("txtean_code"));
+    code_->setMaxLength(13);
+    quantity_->setObjectName(QStringLiteral("txtnb"));
+    quantity_->setMaxLength(6);
+    quantity_->setFixedWidth(80);
+    count_->setObjectName(QStringLiteral("Label1"));
+    bind(strgencode.ean_code.name, code_);
+    grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
+        return gencode_.select(strgencode, filter, order.terms.isEmpty() ? Order(strgencode.ean_code) : order);
+    });
+    grid_->clickedRow = grid_->chosen = [this](const Record& row) { code_->put(row[strgencode.ean_code]); };
+    auto* addButton = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { add(); });
+    auto* removeButton = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { remove(); });
+    auto* printButton = button(QStringLiteral("Cmdvisu"), QStringLiteral("&Imprimer"),
+                               [this] { this->desk().print(printedList(QStringLiteral("Gencode"), grid_->rows())); });
+    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* entry = new QHBoxLayout;
+    entry->addWidget(new QLabel(QStringLiteral("Code (12 chiffres, la clé est calculée) :"), this));
+    entry->addWidget(code_);
+    entry->addWidget(new QLabel(QStringLiteral("Nombre de codes :"), this));
+    entry->addWidget(quantity_);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(addButton);
+    buttons->addWidget(removeButton);
+    buttons->addStretch();
+    buttons->addWidget(printButton);
+    buttons->addWidget(quit);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(grid_, 1);
+    layout->addWidget(count_);
+    layout->addLayout(entry);
+    layout->addLayout(buttons);
+    resize(760, 560);
+    applyTitle(QStringLiteral("Gencode"));
+    refresh();
+    code_->setFocus();
+}
+
+void EanPoolForm::refresh() {
+    grid_->rows().refresh();
+    const qint64 free = gencode_.count(strgencode, trimmed(strgencode.ean_art) == QString());
+    count_->setText(QStringLiteral("%1 codes, dont %2 libres").arg(grid_->rows().rowCount()).arg(free));
+}
+
+void EanPoolForm::add() {
+    ean::add(gencode_, code_->text(), quantity_->text());
+    code_->put({});
+    quantity_->put({});
+    refresh();
+    code_->setFocus();
+}
+
+void EanPoolForm::remove() {
+    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    ean::remove(gencode_, code_->text());
+    code_->put({});
+    refresh();
+}
+
+LppCodificationForm::LppCodificationForm(Desk& desk)
+    : Form(desk, QStringLiteral("T_tipslpp")), step_(new QLabel(this)) {
+    step_->setObjectName(QStringLiteral("Label1"));
+    step_->setText(
+        QStringLiteral("Mise à Jour des fiches Articles, des fiches Produits et des lignes des Bons Livraison"));
+    auto* start = button(QStringLiteral("cmdvalide"), QStringLiteral("&Lancer le traitement"), [this] { run(); });
+    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(start);
+    row->addWidget(quit);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(step_);
+    layout->addLayout(row);
+    resize(620, 140);
+    applyTitle(QStringLiteral("Codification des LPP à partir des codes TIPS"));
+    start->setFocus();
+}
+
+void LppCodificationForm::run() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    QList<lpp_codification::Fault> faults;
+    const bool done = guarded([&] { faults = lpp_codification::run(session()); });
+    QApplication::restoreOverrideCursor();
+    if (!done) return;
+    prompt().tell(QStringLiteral("Traitement termine"));
+    if (faults.isEmpty()) return;
+    Report report(QStringLiteral("Liste des erreurs - Codification des LPP à partir des codes TIPS"),
+                  dateText(Clock::today()),
+                  {{QStringLiteral("Référence"), 2200},
+                   {QStringLiteral("Désignation "), 5100},
+                   {QStringLiteral("Code T.I.P.S."), 2000},
+                   {QStringLiteral("Code LPP"), 2000}});
+    for (const lpp_codification::Fault& fault : faults)
+        report.row({fault.reference, fault.label, fault.tips, fault.lpp});
+    desk().print(report.finish({}));
+}
+
+} // namespace molven

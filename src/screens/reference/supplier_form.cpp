@@ -1,0 +1,98 @@
+#include "screens/reference/supplier_form.h"
+
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "screens/reference/document_shelf.h"
+#include "ui/pick_lists.h"
+
+#include <QVBoxLayout>
+
+namespace molven {
+
+namespace {
+
+QList<FieldBox> boxes() {
+    const auto& f = strfournis;
+    return {{&f.fou_cod, QStringLiteral("N° Fournisseur :")},
+            {&f.fou_nom, QStringLiteral("Nom :"), {}, 30},
+            {&f.fou_abr, QStringLiteral("Nom abrégé :")},
+            {&f.fou_resp, QStringLiteral("Responsable :"), {}, 30},
+            {&f.fou_l1, QStringLiteral("Adresse :"), {}, 30},
+            {&f.fou_l2, {}, {}, 30},
+            {&f.fou_l3, {}, {}, 30},
+            {&f.fou_l4, {}, {}, 30},
+            {&f.fou_l5, QStringLiteral("CP Ville :"), {}, 30},
+            {&f.fou_chemin, QStringLiteral("Documents :"), {}, 30},
+            {&f.fou_tel1, QStringLiteral("Téléphone :"), {}, 15},
+            {&f.fou_tel2, QStringLiteral("Téléphone 2 :"), {}, 15},
+            {&f.fou_fax1, QStringLiteral("Télécopie :"), {}, 15},
+            {&f.fou_fax2, QStringLiteral("Télécopie 2 :"), {}, 15},
+            {&f.fou_mail, QStringLiteral("Courriel :"), {}, 30},
+            {&f.fou_fam, QStringLiteral("Famille :")},
+            {&f.fou_exp, QStringLiteral("Expédition :")},
+            {&f.fou_rglt, QStringLiteral("Règlement :")},
+            {&f.fou_clt, QStringLiteral("N° client :")},
+            {&f.fou_cpt, QStringLiteral("Compte comptable :")}};
+}
+
+} // namespace
+
+SupplierForm::SupplierForm(Desk& desk)
+    : RecordForm(desk, QStringLiteral("T_fouges")), molven_(workspace_.open(session().molven())) {
+    documents_ = new DocumentShelf(*this);
+    const PickList suppliers = pick_lists::suppliers(molven_, {});
+    build({QStringLiteral("Gestion des fournisseurs"), suppliers.columns, suppliers.query, boxes(), 2,
+           strfournis.fou_cod, QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Fournisseur obligatoire")});
+    extraRows()->addWidget(documents_);
+    documents_->folderChosen = [this](const QString& folder) {
+        if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->setText(folder);
+    };
+    setPickers();
+}
+
+void SupplierForm::setPickers() {
+    picker(strfournis.fou_fam, [this] {
+        return pick_lists::parameters(molven_, list::SupplierFamily, QStringLiteral("LES FAMILLES FOURNISSEUR"),
+                                      put(strfournis.fou_fam, strparam.num_par));
+    });
+    picker(strfournis.fou_exp, [this] {
+        return pick_lists::parameters(molven_, list::Dispatch, QStringLiteral("LES MODES D'EXPEDITION"),
+                                      put(strfournis.fou_exp, strparam.num_par));
+    });
+    picker(strfournis.fou_rglt,
+           [this] { return pick_lists::paymentModes(molven_, put(strfournis.fou_rglt, strparrgt.cde_rglt)); });
+    picker(strfournis.fou_clt,
+           [this] { return pick_lists::clients(molven_, put(strfournis.fou_clt, strclient.clt_cod)); });
+    keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
+}
+
+Record SupplierForm::blank() { return parties::blankSupplier(molven_); }
+
+std::optional<Record> SupplierForm::find(const QString& key) { return parties::findSupplier(molven_, key); }
+
+void SupplierForm::write(const Record& record, const std::optional<Record>& before) {
+    parties::saveSupplier(molven_, record, before);
+}
+
+void SupplierForm::erase(const Record& record) { parties::removeSupplier(molven_, record[strfournis.fou_cod]); }
+
+void SupplierForm::stateChanged() {
+    documents_->show(record() ? QString((*record())[strfournis.fou_chemin]) : QString());
+}
+
+void SupplierForm::shown() {
+    const auto hint = [this](const Text& field, const QString& label, const char* unknown) {
+        panel().setHint(field, typedCode(field).isEmpty() ? QString()
+                               : label.isEmpty()          ? QString::fromUtf8(unknown)
+                                                          : label);
+    };
+    hint(strfournis.fou_fam, parameters::label(molven_, list::SupplierFamily, typedCode(strfournis.fou_fam)),
+         "code famille inconnu");
+    hint(strfournis.fou_exp, parameters::label(molven_, list::Dispatch, typedCode(strfournis.fou_exp)), "Mode inconnu");
+    const auto mode = parameters::paymentMode(molven_, typedCode(strfournis.fou_rglt));
+    hint(strfournis.fou_rglt, mode ? QString((*mode)[strparrgt.lib_rglt]) : QString(), "Mode inconnu");
+    const auto client = parties::findClient(molven_, typedCode(strfournis.fou_clt));
+    hint(strfournis.fou_clt, client ? QString((*client)[strclient.clt_nom]) : QString(), "Client inconnu");
+}
+
+} // namespace molven

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "data/database.h"
+#include "ui/record_form.h"
+
+namespace molven {
+
+class DocumentShelf;
+
+/// Suppliers.
+class SupplierForm : public RecordForm {
+public:
+    explicit SupplierForm(Desk& desk);
+
+protected:
+    Record blank() override;
+    std::optional<Record> find(const QString& key) override;
+    void write(const Record& record, const std::optional<Record>& before) override;
+    void erase(const Record& record) override;
+    void stateChanged() override;
+    void shown() override;
+
+private:
+    void setPickers();
+
+    Workspace workspace_;
+    Database molven_;
+    DocumentShelf* documents_ = nullptr;
+};
+
+} // namespace molven

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "reference/code_tables.h"
+#include "ui/form.h"
+#include "ui/grid.h"
+#include "ui/record_panel.h"
+
+class QHBoxLayout;
+
+namespace molven {
+
+/// What one small code table shows.
+struct CodeTableView {
+    QString title;   ///< of the window
+    QString caption; ///< over the list
+    const CodeTable& kind;
+    Database database;
+    QList<GridColumn> columns;
+    QList<FieldBox> boxes;
+    Order order;
+    Criterion criterion = {};      ///< the records of the table that this screen keeps
+    QList<Assignment> preset = {}; ///< what a new record holds from the start
+    bool hasFixedRows = false;     ///< records are changed only, never added nor deleted
+};
+
+/// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
+/// up; it is changed, deleted, or a new one is added; the list is printed.
+class CodeTableForm : public Form {
+protected:
+    CodeTableForm(Desk& desk, const QString& name) : Form(desk, name) {}
+    /// Builds the screen; called once by the subclass.
+    void build(const CodeTableView& view);
+
+    /// The codes on the screen changed: words beside them.
+    virtual void shown() {}
+    /// A record was added or changed.
+    virtual void written(const Record&) {}
+    /// Order of the printed list; the list's own when nothing is answered.
+    virtual std::optional<Order> printOrder() { return std::nullopt; }
+
+    RecordPanel& panel() { return *panel_; }
+    QString typed(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
+    /// Puts what a list gave into a box.
+    std::function<void(const Record&)> put(const Field& field, const Field& from);
+    /// The list behind a code box.
+    void picker(const Field& field, const std::function<PickList()>& list);
+    QHBoxLayout* extraButtons() { return extraButtons_; }
+    void refresh();
+
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QLayout* buttonRow();
+    Criterion typedKey() const;
+    bool isKeyTyped() const;
+    void lookUp();
+    void show(const Record& record);
+    void startAdding();
+    void write();
+    void remove();
+    void abandon();
+    void print();
+    void setAdding(bool adding);
+    Record blank() const;
+
+    std::optional<CodeTableView> view_;
+    Grid* grid_ = nullptr;
+    RecordPanel* panel_ = nullptr;
+    QHBoxLayout* extraButtons_ = nullptr;
+    QPushButton* add_ = nullptr;
+    QPushButton* change_ = nullptr;
+    QPushButton* remove_ = nullptr;
+    QPushButton* validate_ = nullptr;
+    QPushButton* abandon_ = nullptr;
+    std::optional<Record> shown_; ///< as read
+    bool adding_ = false;
+};
+
+} // namespace molven
