@@ -158,7 +158,10 @@ void CodeTableForm::refresh() {
 std::function<void(const Record&)> CodeTableForm::put(const Field& field, const Field& from) {
     return [this, &field, &from](const Record& row) {
         panel_->edit(field)->put(row.value(from));
-        lookUp();
+        if (view_->kind.key.contains(static_cast<const Text*>(&field)))
+            lookUp();
+        else
+            shown();
     };
 }
 

@@ -86,6 +86,7 @@ void Dossier::addReference(const Session& session) {
     Record supplier(strfournis);
     supplier[strfournis.fou_cod] = QStringLiteral("000001");
     supplier[strfournis.fou_nom] = QStringLiteral("FABRICANT");
+    supplier[strfournis.fou_rglt] = QStringLiteral("01");
     molven.insert(supplier);
     Record lpp(strlpp);
     lpp[strlpp.lpp_code] = QStringLiteral("3100001");

@@ -2,6 +2,7 @@
 
 #include "reference/party_tables.h"
 #include "shell/attached_documents.h"
+#include "shell/folder_files.h"
 #include "ui/form.h"
 #include "ui/grid.h"
 
@@ -22,6 +23,7 @@ DocumentShelf::DocumentShelf(Form& form)
       documents_(workspace_.open(form.session().path(DataFile::Documents))),
       grid_(
           new Grid(QStringLiteral("DBGrid5"), {{&strdocs.doc_fic, QStringLiteral("Documents attachés"), 400}}, this)) {
+    setObjectName(QStringLiteral("Framedoc"));
     setAcceptDrops(true);
     grid_->setAcceptDrops(false); // the shelf takes what is dropped on its list
     grid_->chosen = [this](const Record& document) { openDocument(document[strdocs.doc_fic]); };
@@ -39,7 +41,7 @@ DocumentShelf::DocumentShelf(Form& form)
 }
 
 void DocumentShelf::show(const QString& folder) {
-    folder_ = folder.trimmed();
+    folder_ = folder.trimmed().isEmpty() ? QString() : usableFolder(form_.session().dossier_app, folder);
     Transaction transaction(workspace_);
     documents_.remove(strdocs);
     for (const QString& name : attached_documents::list(folder_)) {
