@@ -12,5 +12,6 @@ QString tracedUnit();
 
 void registerRules();
 void registerGrid();
+void registerReference();
 
 } // namespace molven::bench

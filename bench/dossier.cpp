@@ -56,10 +56,22 @@ void fillUnits(Database molven, Database vente, int count) {
     articles::moveStock(molven, Article, Decimal(count));
 }
 
+void fillArticles(Database molven) {
+    Record article(strarticle);
+    article[strarticle.art_aig] = follow_up::ByMovements;
+    article[strarticle.art_tva] = QStringLiteral("1");
+    for (int i = 0; i < 50'000; ++i) {
+        article[strarticle.art_ref] = QStringLiteral("A%1").arg(i, 5, 10, QLatin1Char('0'));
+        article[strarticle.art_li1] = QStringLiteral("IMPLANT %1 TAILLE %2").arg(i % 997).arg(i % 31);
+        article[strarticle.art_lpp] = i < 20'000 ? PushedLpp : QStringLiteral("3100000");
+        molven.insert(article);
+    }
+}
+
 } // namespace
 
 Session generate(const QString& folder, int units) {
-    const QString complete = folder + QStringLiteral("/complet");
+    const QString complete = folder + QStringLiteral("/complet-2");
     if (QFile::exists(complete)) return creation::open(folder);
     QDir(folder).removeRecursively();
     const Session session = creation::create({folder, QStringLiteral("CE"), QStringLiteral("BANC D'ESSAI"), false});
@@ -69,6 +81,7 @@ Session generate(const QString& folder, int units) {
     Database molven = workspace.open(session.molven());
     Database vente = workspace.open(session.vente());
     Transaction transaction(workspace);
+    fillArticles(molven);
     fillUnits(molven, vente, units);
     transaction.commit();
     QFile mark(complete);

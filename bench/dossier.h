@@ -11,5 +11,7 @@ Session generate(const QString& folder, int units);
 /// Client of every document, and the article of every unit received by the benches.
 inline const QString Client = QStringLiteral("000001");
 inline const QString Article = QStringLiteral("CFG001");
+/// 50,000 further articles "A00000" on; the first 20,000 bear this LPP code.
+inline const QString PushedLpp = QStringLiteral("3999000");
 
 } // namespace molven::bench

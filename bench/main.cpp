@@ -93,6 +93,7 @@ int main(int argc, char* argv[]) {
     molven::bench::current = molven::creation::open(copy.path());
     molven::bench::registerRules();
     molven::bench::registerGrid();
+    molven::bench::registerReference();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

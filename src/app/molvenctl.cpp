@@ -19,7 +19,7 @@ void complain(const QString& line) { QTextStream(stderr) << line << Qt::endl; }
 int usage(const QList<Command>& commands) {
     complain(QStringLiteral("usage : molvenctl MOT DIR [options]"));
     for (const Command& command : commands)
-        complain(QStringLiteral("  %1 %2  %3").arg(command.word, -8).arg(command.arguments, -12).arg(command.help));
+        complain(QStringLiteral("  %1 %2  %3").arg(command.word, -7).arg(command.arguments, -24).arg(command.help));
     return 2;
 }
 

@@ -58,24 +58,40 @@ Entry entryOf(const Record& article) {
 
 namespace {
 
-bool isYesOrNo(const QString& value) { return value == u"O" || value == u"N"; }
-
 void require(bool held, const char* message, const QString& field) {
     if (!held) throw Refusal(QString::fromUtf8(message), field);
 }
 
 bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
 
+} // namespace
+
+void checkValue(const CompanyRules& rules, const QString& field, const QString& value) {
+    static const QStringList yesOrNo{QStringLiteral("Txtop2"), QStringLiteral("Txtop3"), strarticle.art_hom.name,
+                                     strarticle.art_ste.name};
+    static const QStringList labels{strarticle.art_li1.name, strarticle.art_li2.name, strarticle.art_lib3.name};
+    if (!filled(value)) return;
+    const auto isOneOf = [&value](const QString& letters) { return value.size() == 1 && letters.contains(value); };
+    if (field == u"Txtop1")
+        require(isOneOf(rules.hasAncillarySets() ? QStringLiteral("ATX") : QStringLiteral("AT")),
+                rules.hasAncillarySets() ? "Taper T ou A ou X!!" : "Taper T ou A  !!", field);
+    if (yesOrNo.contains(field)) require(isOneOf(QStringLiteral("ON")), "Taper O ou N !!", field);
+    if (field == strarticle.art_typ.name) require(isOneOf(QStringLiteral("FNG")), "Taper F / N ou G !!", field);
+    if (field == strarticle.art_ori.name) require(isOneOf(QStringLiteral("HAN")), "Origine incorrecte", field);
+    if (labels.contains(field)) require(!value.contains(u'\''), "le symbole  ' est interdit", field);
+}
+
+namespace {
+
 void checkKind(const Entry& entry, const CompanyRules& rules) {
     require(filled(entry.kind), " Type A/T/X obligatoire", QStringLiteral("Txtop1"));
-    const bool known = entry.kind == u"A" || entry.kind == u"T" || (entry.kind == u"X" && rules.hasAncillarySets());
-    require(known, rules.hasAncillarySets() ? "Taper T ou A ou X!!" : "Taper T ou A  !!", QStringLiteral("Txtop1"));
+    checkValue(rules, QStringLiteral("Txtop1"), entry.kind);
     if (entry.kind == u"T") return;
     require(filled(entry.stocked), " Tenu stock obligatoire", QStringLiteral("Txtop2"));
-    require(isYesOrNo(entry.stocked), "Taper O ou N !!", QStringLiteral("Txtop2"));
+    checkValue(rules, QStringLiteral("Txtop2"), entry.stocked);
     if (entry.stocked == u"N") return;
     require(filled(entry.followed), " Suivi obligatoire", QStringLiteral("Txtop3"));
-    require(isYesOrNo(entry.followed), "Taper O ou N !!", QStringLiteral("Txtop3"));
+    checkValue(rules, QStringLiteral("Txtop3"), entry.followed);
 }
 
 QString followUpOf(const Entry& entry) {
@@ -84,14 +100,14 @@ QString followUpOf(const Entry& entry) {
     return entry.followed == u"O" ? follow_up::ByUnit : follow_up::ByMovements;
 }
 
-void checkStocked(const Record& article) {
+void checkStocked(const Record& article, const CompanyRules& rules) {
     const QString type = article[strarticle.art_typ];
     require(filled(type), " Type F/N/G obligatoire", strarticle.art_typ.name);
-    require(QStringLiteral("FNG").contains(type), "Taper F / N ou G !!", strarticle.art_typ.name);
+    checkValue(rules, strarticle.art_typ.name, type);
     require(filled(article[strarticle.art_hom]), " Homologation O/N obligatoire", strarticle.art_hom.name);
-    require(isYesOrNo(article[strarticle.art_hom]), "Taper O ou N !!", strarticle.art_hom.name);
+    checkValue(rules, strarticle.art_hom.name, article[strarticle.art_hom]);
     require(filled(article[strarticle.art_ste]), " Stérilisation O/N obligatoire", strarticle.art_ste.name);
-    require(isYesOrNo(article[strarticle.art_ste]), "Taper O ou N !!", strarticle.art_ste.name);
+    checkValue(rules, strarticle.art_ste.name, article[strarticle.art_ste]);
     if (article[strarticle.art_cat] == u"T")
         require(filled(article[strarticle.art_tip]), " TIPS obligatoire", strarticle.art_tip.name);
     else
@@ -100,25 +116,28 @@ void checkStocked(const Record& article) {
     require(filled(article[strarticle.art_fam]), " Famille obligatoire", strarticle.art_fam.name);
     const QString origin = article[strarticle.art_ori];
     require(type != u"G" || filled(origin), " Origine obligatoire", strarticle.art_ori.name);
-    require(!filled(origin) || QStringLiteral("HAN").contains(origin), "Origine incorrecte", strarticle.art_ori.name);
+    checkValue(rules, strarticle.art_ori.name, origin);
     require(article[strarticle.art_hom] != u"O" || filled(article[strarticle.art_nho]),
             "N° Homologation/CE obligatoire", strarticle.art_nho.name);
 }
 
-void checkLabels(const Record& article) {
+void checkLabels(const Record& article, const CompanyRules& rules) {
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
-        require(!article[*label].contains(u'\''), "le symbole  ' est interdit", label->name);
+        checkValue(rules, label->name, article[*label]);
 }
 
-void checkAccounts(Database compta, const Record& article) {
-    const std::pair<const Text*, const char*> accounts[] = {
-        {&strarticle.art_cpt, "Cette imputation comptable VENTE n'existe pas"},
-        {&strarticle.art_cpte, "Cette imputation comptable VENTE EXPORT n'existe pas"},
-        {&strarticle.art_cpta, "Cette imputation comptable ACHAT n'existe pas"},
-        {&strarticle.art_cpts, "Cette imputation comptable STOCK n'existe pas"},
-    };
-    for (const auto& [field, message] : accounts)
-        require(compta.count(strplan, strplan.cpt_aff == article[*field]) > 0, message, field->name);
+struct AccountCheck {
+    const Text& field;
+    const char* message;
+};
+
+const QList<AccountCheck>& accountChecks() {
+    static const QList<AccountCheck> checks{
+        {strarticle.art_cpt, "Cette imputation comptable VENTE n'existe pas"},
+        {strarticle.art_cpte, "Cette imputation comptable VENTE EXPORT n'existe pas"},
+        {strarticle.art_cpta, "Cette imputation comptable ACHAT n'existe pas"},
+        {strarticle.art_cpts, "Cette imputation comptable STOCK n'existe pas"}};
+    return checks;
 }
 
 /// Takes the first free code of the pool.
@@ -145,6 +164,12 @@ void keepSeveralLpp(Database molven, const Entry& entry, const QString& referenc
 
 } // namespace
 
+void checkAccount(Database compta, const Field& field, const QString& account) {
+    for (const AccountCheck& check : accountChecks())
+        if (&check.field == &field)
+            require(compta.count(strplan, strplan.cpt_aff == account.trimmed()) > 0, check.message, field.name);
+}
+
 void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
           const std::optional<Record>& before) {
     Record& article = entry.article;
@@ -152,12 +177,12 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     const QString reference = read[strarticle.art_ref].trimmed();
     require(filled(reference), "Référence obligatoire", strarticle.art_ref.name);
     require(filled(read[strarticle.art_li1]), " Libellé obligatoire", strarticle.art_li1.name);
-    checkLabels(article);
+    checkLabels(article, rules);
     checkKind(entry, rules);
     article[strarticle.art_aig] = followUpOf(entry);
     article[strarticle.art_anc] = entry.kind;
-    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article);
-    checkAccounts(compta, article);
+    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article, rules);
+    for (const AccountCheck& account : accountChecks()) checkAccount(compta, account.field, article[account.field]);
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();
 

@@ -41,6 +41,11 @@ Record severalLpp(Database molven, const QString& reference);
 /// The three entries that a stored article comes from.
 Entry entryOf(const Record& article);
 
+/// Throws Refusal when a value may not stand in that field (a table field, or "Txtop1" to "Txtop3"); an empty one may.
+void checkValue(const CompanyRules& rules, const QString& field, const QString& value);
+/// Throws Refusal unless the account of that field of an article is in the chart.
+void checkAccount(Database compta, const Field& field, const QString& account);
+
 /// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
 /// company does. `before` is the article as the user read it, nothing for a new one. Throws Refusal with the field of
 /// the faulty entry, DataError RecordChanged when another workstation wrote the article meanwhile. `compta` and

@@ -1,12 +1,33 @@
 #include "ui/printer.h"
 
+#include "data/errors.h"
+#include "ui/prompt.h"
+
 #include <QApplication>
+#include <QFileDialog>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QToolBar>
 
 namespace molven {
+
+namespace {
+
+void savePdf(const PrintJob& job, QWidget* parent) {
+    const QString path =
+        QFileDialog::getSaveFileName(parent, QStringLiteral("Enregistrer en PDF"), job.title() + QStringLiteral(".pdf"),
+                                     QStringLiteral("Fichiers PDF (*.pdf)"));
+    if (path.isEmpty()) return;
+    try {
+        job.savePdf(path);
+    } catch (const Refusal& refusal) {
+        MessageBoxPrompt().tell(refusal.text, {}, Icon::Warning);
+    }
+}
+
+} // namespace
 
 void PreviewPrinter::print(const PrintJob& job) {
     QPrinter printer(QPrinter::HighResolution);
@@ -24,6 +45,8 @@ void PreviewPrinter::print(const PrintJob& job) {
             job.paint(painter, page);
         }
     });
+    if (auto* bar = preview.findChild<QToolBar*>())
+        bar->addAction(QStringLiteral("Enregistrer en PDF..."), &preview, [&job, &preview] { savePdf(job, &preview); });
     preview.exec();
 }
 

@@ -26,6 +26,9 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
         if (field.size > 0) made->setMaxLength(field.size);
     }
     if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
+    if (field.size == 1) // a flag: O/N, a kind, a state
+        QObject::connect(made, &QLineEdit::textEdited, made,
+                         [made](const QString& typed) { made->setText(typed.toUpper()); });
     made->setEditable(!box.readOnly);
     return made;
 }

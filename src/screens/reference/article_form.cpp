@@ -102,7 +102,10 @@ void ArticleForm::buildFollowUp() {
         edit->setMaxLength(1);
         edit->setFixedWidth(34);
         connect(edit, &QLineEdit::textEdited, edit, [edit](const QString& typed) { edit->setText(typed.toUpper()); });
-        onLeft(edit, [this] { adaptToKind(); });
+        onLeft(edit, [this, edit] {
+            adaptToKind();
+            articles::checkValue(session().rules(), edit->objectName(), edit->text());
+        });
         return edit;
     };
     kind_ = entry(QStringLiteral("Txtop1"));
@@ -138,7 +141,18 @@ void ArticleForm::setPickers() {
         picker(*field, [this, field = field, start = start] {
             return pick_lists::accounts(compta_, start, put(*field, strplan.cpt_aff));
         });
-    onLeft(panel().edit(strarticle.art_ori), [this] { shown(); });
+    for (const auto& [field, start] : accounts)
+        onLeft(panel().edit(*field),
+               [this, field = field] { articles::checkAccount(compta_, *field, typedCode(*field)); });
+    const auto checked = [this](const Field& field) {
+        onLeft(panel().edit(field), [this, &field] {
+            shown();
+            articles::checkValue(session().rules(), field.name, typedCode(field));
+        });
+    };
+    for (const Text* field : {&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_ori})
+        checked(*field);
+    for (const Label* field : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3}) checked(*field);
 }
 
 QString ArticleForm::familyList() const { return kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily; }
