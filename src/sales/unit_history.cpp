@@ -23,15 +23,16 @@ UnitTrail trail(Database unitFile, Database documents, const Immatriculation& un
 
 } // namespace
 
-UnitHistory find(const Session& session, const QString& typed) {
-    const Immatriculation unit = Immatriculation::fromText(typed);
+UnitHistory find(const Session& session, const QString& typed, Source source) {
+    const Immatriculation unit =
+        source == Source::Virtual ? Immatriculation::ofThisCentury(typed) : Immatriculation::fromText(typed);
     Workspace workspace;
-    Database molven = workspace.open(session.molven());
+    Database unitFile = workspace.open(source == Source::Virtual ? session.path(DataFile::Virtuel) : session.molven());
     Database vente = workspace.open(session.vente());
     Database historic = workspace.open(session.historic());
     UnitHistory history;
     history.immatriculation = unit.number();
-    history.current = trail(molven, vente, unit);
+    history.current = trail(unitFile, vente, unit);
     history.archived = trail(historic, historic, unit);
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));

@@ -25,8 +25,11 @@ struct UnitHistory {
 
 namespace unit_history {
 
-/// Throws Refusal "Immatriculation inconnue" when neither file knows the unit.
-UnitHistory find(const Session& session, const QString& typed);
+/// Which file the unit itself is read from; its documents are the same.
+enum class Source { Real, Virtual };
+/// Throws Refusal "Immatriculation inconnue" when neither file knows the unit. A virtual unit is always of this
+/// century.
+UnitHistory find(const Session& session, const QString& typed, Source source = Source::Real);
 
 /// The history as lines of text, for an administrator or a printed page.
 QStringList lines(const UnitHistory& history);

@@ -7,10 +7,12 @@
 #include "screens/reference/listing_forms.h"
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/recall_form.h"
 #include "screens/shell/login_form.h"
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
 #include "screens/stock/label_forms.h"
+#include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
 #include "screens/stock/unit_history_form.h"
 #include "ui/desk.h"
@@ -60,6 +62,10 @@ void addScreens(Desk& desk) {
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");
     add<UnitHistoryForm>(desk, "T_traimm");
+    add<VirtualUnitHistoryForm>(desk, "T_traimmv");
+    add<PatientForm>(desk, "T_tracab");
+    add<VirtualPatientForm>(desk, "T_tracabv");
+    add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
 }
 

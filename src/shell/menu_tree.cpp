@@ -142,6 +142,7 @@ const QList<MenuEntry>& menuTree() {
         {1, u"mnu_div_vir"_s, u"tracabilité des produits(posés) &Virtuels"_s, MenuAction::Submenu, {}, {}, nullptr, {}, &CompanyRules::hasVirtualTraceability},
         {2, u"mnu_div_tra_vir"_s, u"&Tracabilité des produits(posés) virtuels"_s, MenuAction::Screen, u"T_tracabv"_s},
         {2, u"mnu_div_imm_vir"_s, u"&Tracabilité d'une immatriculation virtuelle"_s, MenuAction::Screen, u"T_traimmv"_s},
+        {1, u"mnu_div_rap"_s, u"&Rappel de lot"_s, MenuAction::Screen, u"T_rappel"_s},
         {1, u"mnu_div_com"_s, u"&Commissions représentants"_s, MenuAction::Screen, u"T_comrep"_s},
         {1, u"mnu_div_eti"_s, u"&Génération étiquettes"_s, MenuAction::Screen, u"T_etiedt"_s},
         {1, u"mnu_div_edteti"_s, u"&Edition etiquettes"_s, MenuAction::Screen, u"T_etibarre"_s, {}, &CompanyRules::printsLabelsFromMenu},

@@ -14,6 +14,10 @@ public:
 
     /// Pads a typed number to 8 digits; its century is "20" below "90", "19" from there on.
     static Immatriculation fromText(const QString& typed);
+    /// As fromText(), of this century whatever its first digits.
+    static Immatriculation ofThisCentury(const QString& typed) {
+        return {fromText(typed).number_, QStringLiteral("20")};
+    }
     /// Numbers the next `quantity` units received that day; drawn inside the caller's write transaction. One
     /// installation, whose data folder ends with "quilde/", numbers with the first year digit raised by one.
     /// Throws Refusal when the month would pass 9999.

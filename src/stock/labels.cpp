@@ -126,9 +126,9 @@ void fillFromArticle(Database molven, Record& label, const QString& reference) {
 
 } // namespace
 
-qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units) {
+qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units, Waiting waiting) {
     Transaction transaction(molven.workspace());
-    tri.remove(etiq);
+    if (waiting == Waiting::Replaced) tri.remove(etiq);
     for (const Record& unit : units) {
         Record label(etiq);
         fillIdentity(label, unit, rules);

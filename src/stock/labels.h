@@ -17,7 +17,11 @@ struct NumberRange {
 /// immatriculation. Throws Refusal when there is none.
 Recordset select(Database molven, const NumberRange& range, const QString& unitState);
 
-/// Replaces the waiting labels by one label a unit, in the given order; answers how many.
-qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units);
+/// What becomes of the labels that wait already.
+enum class Waiting { Replaced, Kept };
+/// Adds one label a unit, in the given order; answers how many. `molven` holds the reference tables, the units may come
+/// from another file.
+qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units,
+            Waiting waiting = Waiting::Replaced);
 
 } // namespace molven::labels

@@ -22,6 +22,7 @@ Command createCommand();
 Command demoCommand();
 Command checkCommand();
 Command traceCommand();
+Command recallCommand();
 Command importCommand();
 Command exportCommand();
 

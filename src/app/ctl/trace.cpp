@@ -4,20 +4,58 @@
 #include "sales/unit_history.h"
 
 #include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace molven::ctl {
+
+namespace {
+
+QJsonObject object(const Record& record) {
+    QJsonObject values;
+    for (const Field* field : record.table().fields())
+        if (const QString value = record.value(*field); !value.isEmpty()) values.insert(field->name, value);
+    return values;
+}
+
+QJsonObject object(const UnitTrail& trail) {
+    const auto array = [](const QList<Record>& records) {
+        QJsonArray values;
+        for (const Record& record : records) values.append(object(record));
+        return values;
+    };
+    return {{QStringLiteral("produit"), array(trail.unit)},
+            {QStringLiteral("transferts"), array(trail.transfers)},
+            {QStringLiteral("livraisons"), array(trail.deliveries)},
+            {QStringLiteral("factures"), array(trail.invoices)},
+            {QStringLiteral("consignations"), array(trail.consignments)}};
+}
+
+int trace(const QCommandLineParser& parser, const QStringList& arguments) {
+    const UnitHistory history = unit_history::find(creation::open(arguments[0]), arguments[1]);
+    if (!parser.isSet(QStringLiteral("json"))) {
+        for (const QString& line : unit_history::lines(history)) say(line);
+        return 0;
+    }
+    const QJsonObject result{{QStringLiteral("immatriculation"), history.immatriculation},
+                             {QStringLiteral("libelle"), history.label},
+                             {QStringLiteral("en_cours"), object(history.current)},
+                             {QStringLiteral("archive"), object(history.archived)}};
+    say(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact)));
+    return 0;
+}
+
+} // namespace
 
 Command traceCommand() {
     return {QStringLiteral("trace"),
             QStringLiteral("raconte l'histoire d'une unité"),
             QStringLiteral("DIR IMMAT"),
-            [](QCommandLineParser&) {},
-            [](const QCommandLineParser&, const QStringList& arguments) {
-                for (const QString& line :
-                     unit_history::lines(unit_history::find(creation::open(arguments[0]), arguments[1])))
-                    say(line);
-                return 0;
+            [](QCommandLineParser& parser) {
+                parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
             },
+            trace,
             2};
 }
 

@@ -49,8 +49,9 @@ const DocumentLines& linesOf(int row) {
 
 } // namespace
 
-UnitHistoryForm::UnitHistoryForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_traimm")),
+UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::Source source)
+    : Form(desk, name),
+      source_(source),
       number_(new Edit(this)),
       heading_(new QLabel(this)),
       situation_(new QLabel(this)) {
@@ -84,7 +85,8 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk)
                      rows()[row].caption +
                          (column == 0 ? QStringLiteral(" - en cours") : QStringLiteral(" - archive")));
     resize(1260, 740);
-    applyTitle(QStringLiteral("Tracabilité d'une immatriculation"));
+    applyTitle(source == unit_history::Source::Virtual ? QStringLiteral("Tracabilité d'une immatriculation virtuelle")
+                                                       : QStringLiteral("Tracabilité d'une immatriculation"));
     number_->setFocus();
 }
 
@@ -114,7 +116,7 @@ void UnitHistoryForm::find() {
         shelf.grid->rows().setRecords({});
         shelf.count->setText(QStringLiteral("0"));
     }
-    show(unit_history::find(session(), number_->text()));
+    show(unit_history::find(session(), number_->text(), source_));
 }
 
 void UnitHistoryForm::show(const UnitHistory& history) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sales/unit_history.h"
 #include "ui/form.h"
 
 class QGridLayout;
@@ -8,12 +9,15 @@ class QLabel;
 namespace molven {
 
 class Grid;
-struct UnitHistory;
 
 /// Where one unit went: itself and its lines on documents, current and archived.
 class UnitHistoryForm : public Form {
 public:
-    explicit UnitHistoryForm(Desk& desk);
+    explicit UnitHistoryForm(Desk& desk)
+        : UnitHistoryForm(desk, QStringLiteral("T_traimm"), unit_history::Source::Real) {}
+
+protected:
+    UnitHistoryForm(Desk& desk, const QString& name, unit_history::Source source);
 
 private:
     struct Shelf {
@@ -24,10 +28,18 @@ private:
     void find();
     void show(const UnitHistory& history);
 
+    unit_history::Source source_;
     Edit* number_;
     QLabel* heading_;
     QLabel* situation_;
     QList<Shelf> shelves_;
+};
+
+/// The same for the virtual stock.
+class VirtualUnitHistoryForm : public UnitHistoryForm {
+public:
+    explicit VirtualUnitHistoryForm(Desk& desk)
+        : UnitHistoryForm(desk, QStringLiteral("T_traimmv"), unit_history::Source::Virtual) {}
 };
 
 } // namespace molven

@@ -1,0 +1,115 @@
+#include "sales/recall.h"
+
+#include "data/database.h"
+#include "data/dates.h"
+#include "data/errors.h"
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "sales/document_tables.h"
+#include "stock/units.h"
+
+#include <algorithm>
+
+namespace molven::recall {
+
+namespace {
+
+QString keyOf(const QString& date, const QString& field) {
+    if (isEmptyDate(date)) return {};
+    if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), field);
+    return sortKey(date);
+}
+
+Criterion criterion(const RecallQuery& query) {
+    const QString start = keyOf(query.firstDate, QStringLiteral("Mskdeb"));
+    const QString end = keyOf(query.lastDate, QStringLiteral("Mskfin"));
+    if (!start.isEmpty() && !end.isEmpty() && end < start)
+        throw Refusal(QStringLiteral("date fin < date début"), QStringLiteral("Mskfin"));
+    if (query.lot.trimmed().isEmpty() && query.supplierReference.trimmed().isEmpty() &&
+        query.reference.trimmed().isEmpty())
+        throw Refusal(QStringLiteral("Indiquez un lot, une référence fournisseur ou un article"),
+                      strproduit.lot_art.name);
+    Criterion all;
+    if (!query.lot.trimmed().isEmpty()) all = all && strproduit.lot_art == query.lot.trimmed();
+    if (!query.supplierReference.trimmed().isEmpty())
+        all = all && strproduit.fou_ref == query.supplierReference.trimmed();
+    if (!query.reference.trimmed().isEmpty()) all = all && strproduit.ref_art == query.reference.trimmed();
+    if (!start.isEmpty()) all = all && strproduit.tri_liv >= start;
+    if (!end.isEmpty()) all = all && strproduit.tri_liv <= end;
+    return all;
+}
+
+/// The files that the story of a unit is told from.
+struct Files {
+    explicit Files(const Session& session)
+        : molven(workspace.open(session.molven())),
+          vente(workspace.open(session.vente())),
+          historic(workspace.open(session.historic())) {}
+
+    Workspace workspace;
+    Database molven, vente, historic;
+};
+
+/// Surgeon of the document that delivered or sold the unit, looked for where its number says.
+QString surgeonOf(Files& files, const Record& unit) {
+    const std::pair<const DocumentHeaders*, const DocumentLines*> families[] = {
+        {&strface, &strfacl}, {&strcsge, &strcsgl}, {&strlive, &strlivl}};
+    for (Database documents : {files.vente, files.historic})
+        for (const auto& [headers, lines] : families) {
+            const auto line = documents.find(*lines, lines->fac_imm == unit[strproduit.imm_art] &&
+                                                         lines->fac_no == unit[strproduit.num_vte]);
+            if (!line) continue;
+            const auto header = documents.find(*headers, headers->fac_no == (*line).value(lines->fac_no) &&
+                                                             headers->fac_aa == (*line).value(lines->fac_aa));
+            const QString code = header ? header->value(headers->fac_chr) : QString();
+            if (!code.isEmpty()) return parameters::label(files.molven, list::Surgeon, code);
+        }
+    return {};
+}
+
+Record told(Files& files, const CompanyRules& rules, const Record& unit, bool archived) {
+    const units::Situation now = units::situation(unit, rules);
+    const QString patient = unit[strproduit.reg_pat], laidAt = unit[strproduit.reg_clt];
+    const bool laid = !patient.isEmpty();
+    const bool atHome = unit[strproduit.num_dep] == MainDepot;
+    const QString hospital = laid && !laidAt.isEmpty() ? laidAt
+                             : atHome                  ? QString()
+                                                       : QString(unit[strproduit.clt_vte]);
+    const auto client = parties::findClient(files.molven, hospital);
+    Record row(strrappel);
+    row[strrappel.rap_imm] = unit[strproduit.imm_art];
+    row[strrappel.rap_ref] = unit[strproduit.ref_art];
+    row[strrappel.rap_lot] = unit[strproduit.lot_art];
+    row[strrappel.rap_per] = unit[strproduit.dat_per];
+    row[strrappel.rap_etat] = unit[strproduit.tes_vte];
+    row[strrappel.rap_dep] = unit[strproduit.num_dep];
+    row[strrappel.rap_clt] = hospital;
+    row[strrappel.rap_nom] = client ? QString(std::as_const(*client)[strclient.clt_nom]) : QString();
+    row[strrappel.rap_pat] = patient;
+    row[strrappel.rap_dat] = laid ? unit[strproduit.reg_dat] : unit[strproduit.dat_vte];
+    row[strrappel.rap_doc] = unit[strproduit.num_vte];
+    row[strrappel.rap_lieu] = now.document.isEmpty() ? now.place : now.place + QStringLiteral(" - ") + now.document;
+    row[strrappel.rap_arc] = archived ? QStringLiteral("O") : QStringLiteral("N");
+    if (unit[strproduit.tes_vte] != state::InStock) row[strrappel.rap_chr] = surgeonOf(files, unit);
+    return row;
+}
+
+} // namespace
+
+QList<Record> find(const Session& session, const RecallQuery& query) {
+    const Criterion wanted = criterion(query);
+    Files files(session);
+    QList<Record> found;
+    for (const auto& [file, archived] : {std::pair(files.molven, false), std::pair(files.historic, true)}) {
+        Database units = file;
+        for (const Record& unit : units.select(strproduit, wanted, {strproduit.pro_ann, strproduit.imm_art}))
+            found.append(told(files, session.rules(), unit, archived));
+    }
+    if (found.isEmpty())
+        throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), strproduit.lot_art.name);
+    std::stable_sort(found.begin(), found.end(),
+                     [](const Record& a, const Record& b) { return a[strrappel.rap_clt] < b[strrappel.rap_clt]; });
+    return found;
+}
+
+} // namespace molven::recall

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "data/record.h"
+#include "data/schema.h"
+#include "shell/session.h"
+
+#include <QList>
+
+namespace molven {
+
+/// What is recalled: a lot, a supplier's reference, or an article received between two dates ("dd/mm/yyyy"). The parts
+/// given narrow each other.
+struct RecallQuery {
+    QString lot;
+    QString supplierReference;
+    QString reference;
+    QString firstDate, lastDate;
+};
+
+/// The units of a recall: where each is now and, when it was laid, in whom, by whom, where and on which paper. Never in
+/// a file: a list made for each enquiry.
+struct RecalledUnits : Table {
+    using Table::Table;
+    Text rap_imm{this, "rap_imm", 8};   ///< immatriculation
+    Text rap_ref{this, "rap_ref", 13};  ///< article
+    Text rap_lot{this, "rap_lot", 20};  ///< lot
+    Text rap_per{this, "rap_per", 7};   ///< expiry
+    Text rap_etat{this, "rap_etat", 1}; ///< state of the unit
+    Text rap_dep{this, "rap_dep", 6};   ///< depot
+    Text rap_clt{this, "rap_clt", 6};   ///< hospital that laid or holds it, empty at the main depot
+    Label rap_nom{this, "rap_nom"};     ///< its name
+    Label rap_pat{this, "rap_pat"};     ///< patient
+    Label rap_chr{this, "rap_chr"};     ///< surgeon
+    Text rap_dat{this, "rap_dat", 10};  ///< date of the implantation, or of the last document
+    Text rap_doc{this, "rap_doc", 6};   ///< its number
+    Label rap_lieu{this, "rap_lieu"};   ///< situation in words
+    Text rap_arc{this, "rap_arc", 1};   ///< archived, O/N
+};
+inline const RecalledUnits strrappel{"strrappel"};
+
+namespace recall {
+
+/// Every unit concerned, current and archived together, by hospital then immatriculation. Throws Refusal when nothing
+/// is asked, a date is none, or no unit is found.
+QList<Record> find(const Session& session, const RecallQuery& query);
+
+} // namespace recall
+} // namespace molven

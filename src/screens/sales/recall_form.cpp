@@ -1,0 +1,169 @@
+#include "screens/sales/recall_form.h"
+
+#include "data/clock.h"
+#include "data/database.h"
+#include "data/dates.h"
+#include "data/errors.h"
+#include "printing/letter.h"
+#include "reference/parties.h"
+#include "stock/unit_tables.h"
+#include "ui/edit.h"
+#include "ui/grid.h"
+#include "ui/printed_list.h"
+
+#include <QDir>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMap>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace molven {
+
+namespace {
+
+QList<GridColumn> columns() {
+    const auto& r = strrappel;
+    return {{&r.rap_imm, QStringLiteral("Immatriculation"), 110},
+            {&r.rap_ref, QStringLiteral("Référence"), 95},
+            {&r.rap_lot, QStringLiteral("Lot"), 85},
+            {&r.rap_etat, QStringLiteral("Etat"), 40},
+            {&r.rap_dep, QStringLiteral("Dépôt"), 50},
+            {&r.rap_clt, QStringLiteral("Client"), 60},
+            {&r.rap_nom, QStringLiteral("Nom"), 190},
+            {&r.rap_pat, QStringLiteral("Patient"), 150},
+            {&r.rap_chr, QStringLiteral("Chirurgien"), 140},
+            {&r.rap_dat, QStringLiteral("Date"), 85},
+            {&r.rap_doc, QStringLiteral("Document"), 75},
+            {&r.rap_lieu, QStringLiteral("Situation"), 300}};
+}
+
+Letter letterTo(const Session& session, const Record& client, const RecallQuery& query, const QList<Record>& units) {
+    Letter letter;
+    letter.sender = session.spe_nom;
+    letter.footer = session.spe_pied;
+    letter.address.append(client[strclient.clt_nom]);
+    for (const Label* line :
+         {&strclient.clt_l1, &strclient.clt_l2, &strclient.clt_l3, &strclient.clt_l4, &strclient.clt_l5})
+        if (const QString text = client[*line]; !text.isEmpty()) letter.address.append(text);
+    letter.placeAndDate = QStringLiteral("Le ") + dateText(Clock::today());
+    letter.subject =
+        QStringLiteral("RAPPEL") + (query.lot.isEmpty() ? QString() : QStringLiteral(" DU LOT ") + query.lot);
+    letter.paragraphs = {
+        QStringLiteral("Madame, Monsieur,"),
+        QStringLiteral(
+            "Les dispositifs médicaux ci-dessous, livrés ou déposés dans votre établissement, font l'objet d'un "
+            "rappel. "
+            "Nous vous prions de mettre à part sans délai ceux qui n'ont pas été posés, et d'informer les praticiens "
+            "des patients concernés.")};
+    letter.columns = {QStringLiteral("Immatriculation"), QStringLiteral("Référence"), QStringLiteral("Lot"),
+                      QStringLiteral("Patient"),         QStringLiteral("Date"),      QStringLiteral("Document")};
+    letter.widths = {1600, 1800, 1700, 2700, 1200, 1000};
+    for (const Record& unit : units)
+        letter.rows.append({unit[strrappel.rap_imm], unit[strrappel.rap_ref], unit[strrappel.rap_lot],
+                            unit[strrappel.rap_pat].left(26), unit[strrappel.rap_dat], unit[strrappel.rap_doc]});
+    letter.closing = {
+        QStringLiteral("Nous vous remercions d'accuser réception de ce courrier et vous prions d'agréer, Madame, "
+                       "Monsieur, nos salutations distinguées.")};
+    return letter;
+}
+
+} // namespace
+
+RecallForm::RecallForm(Desk& desk)
+    : Form(desk, QStringLiteral("T_rappel")),
+      grid_(new Grid(QStringLiteral("DBGrid1"), columns(), this)),
+      count_(new QLabel(this)) {
+    count_->setObjectName(QStringLiteral("Label1"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(criteria());
+    layout->addWidget(grid_, 1);
+    layout->addLayout(buttons());
+    resize(1240, 700);
+    applyTitle(QStringLiteral("Rappel de lot"));
+    boxes_[strproduit.lot_art.name]->setFocus();
+}
+
+QLayout* RecallForm::criteria() {
+    auto* row = new QHBoxLayout;
+    const auto add = [&](const QString& key, const QString& name, const QString& caption, Edit* edit) {
+        edit->setObjectName(name);
+        boxes_.insert(key, edit);
+        bind(key, edit);
+        row->addWidget(new QLabel(caption, this));
+        row->addWidget(edit);
+    };
+    const auto text = [this](int characters) {
+        auto* edit = new Edit(this);
+        edit->setMaxLength(characters);
+        edit->setFixedWidth(std::min(characters, 16) * 9 + 14);
+        return edit;
+    };
+    add(strproduit.lot_art.name, QStringLiteral("txtlot_art"), QStringLiteral("Lot :"), text(20));
+    add(strproduit.fou_ref.name, QStringLiteral("txtfou_ref"), QStringLiteral("Réf. fournisseur :"), text(20));
+    add(strproduit.ref_art.name, QStringLiteral("txtref_art"), QStringLiteral("Article :"), text(13));
+    add(QStringLiteral("Mskdeb"), QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), new DateBox(this));
+    add(QStringLiteral("Mskfin"), QStringLiteral("Mskfin"), QStringLiteral("au :"), new DateBox(this));
+    row->addStretch();
+    return row;
+}
+
+QLayout* RecallForm::buttons() {
+    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
+    auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
+    auto* letters =
+        button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
+    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    setDefaultButton(search);
+    auto* row = new QHBoxLayout;
+    row->addWidget(search);
+    row->addWidget(count_, 1);
+    for (QPushButton* made : {printButton, letters, quit}) row->addWidget(made);
+    return row;
+}
+
+void RecallForm::find() {
+    units_.clear();
+    grid_->rows().setRecords({});
+    count_->clear();
+    const auto value = [this](const QString& key) { return boxes_[key]->value().trimmed(); };
+    query_ = {value(strproduit.lot_art.name), value(strproduit.fou_ref.name), value(strproduit.ref_art.name),
+              value(QStringLiteral("Mskdeb")), value(QStringLiteral("Mskfin"))};
+    units_ = recall::find(session(), query_);
+    grid_->rows().setRecords(units_);
+    const auto laid = std::count_if(units_.begin(), units_.end(),
+                                    [](const Record& unit) { return !unit[strrappel.rap_pat].isEmpty(); });
+    count_->setText(QStringLiteral("Nbre sélection : %1, dont posés : %2").arg(units_.size()).arg(laid));
+}
+
+void RecallForm::requireUnits() const {
+    if (units_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), strproduit.lot_art.name);
+}
+
+void RecallForm::print() {
+    requireUnits();
+    desk().print(
+        printedList(QStringLiteral("RAPPEL DE LOT"), grid_->rows(), grid_->rows().columnOf(strrappel.rap_nom.name)));
+}
+
+/// One PDF a hospital, in the work folder.
+void RecallForm::writeLetters() {
+    requireUnits();
+    QMap<QString, QList<Record>> byHospital;
+    for (const Record& unit : units_)
+        if (const QString hospital = unit[strrappel.rap_clt]; !hospital.isEmpty()) byHospital[hospital].append(unit);
+    if (byHospital.isEmpty()) throw Refusal(QStringLiteral("Aucun établissement concerné"), strproduit.lot_art.name);
+    const QString folder = session().chemin_tri + QStringLiteral("rappel");
+    if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
+    Workspace workspace;
+    Database molven = workspace.open(session().molven());
+    for (auto hospital = byHospital.begin(); hospital != byHospital.end(); ++hospital) {
+        const Record client = parties::findClient(molven, hospital.key()).value_or(Record(strclient));
+        printed(letterTo(session(), client, query_, hospital.value()))
+            .savePdf(folder + QStringLiteral("/RAPPEL-%1.pdf").arg(hospital.key()));
+    }
+    prompt().tell(
+        QStringLiteral("%1 lettres enregistrées dans %2").arg(byHospital.size()).arg(QDir::toNativeSeparators(folder)));
+}
+
+} // namespace molven

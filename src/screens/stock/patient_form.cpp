@@ -1,0 +1,169 @@
+#include "screens/stock/patient_form.h"
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "printing/report.h"
+#include "reference/article_tables.h"
+#include "reference/party_tables.h"
+#include "stock/labels.h"
+#include "ui/edit.h"
+#include "ui/grid.h"
+#include "ui/pick_lists.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace molven {
+
+PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
+    : Form(desk, name),
+      molven_(workspace_.open(session().molven())),
+      units_(workspace_.open(session().path(units))),
+      tri_(workspace_.open(session().tri())) {
+    grid_ = new Grid(QStringLiteral("DBGrid1"),
+                     {{&strproduit.imm_art, QStringLiteral("N° Immatriculation"), 130},
+                      {&strproduit.ref_art, QStringLiteral("Référence"), 120},
+                      {&strproduit.pro_li1, QStringLiteral("Désignation"), 280},
+                      {&strproduit.reg_pat, QStringLiteral("Patient"), 220},
+                      {&strproduit.reg_dat, QStringLiteral("Date Pose"), 90},
+                      {&strproduit.clt_vte, QStringLiteral("Client"), 70},
+                      {&strproduit.num_vte, QStringLiteral("Document"), 80},
+                      {&strproduit.lot_art, QStringLiteral("Lot"), 100}},
+                     this);
+    words_ = new QLabel(this);
+    words_->setObjectName(QStringLiteral("Label1"));
+    words_->setTextFormat(Qt::PlainText);
+    count_ = new QLabel(this);
+    count_->setObjectName(QStringLiteral("Label2"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(criteria());
+    layout->addWidget(words_);
+    layout->addWidget(grid_, 1);
+    layout->addLayout(buttons());
+    resize(1180, 700);
+    applyTitle(units == DataFile::Virtuel ? QStringLiteral("Tracabilité des produits(posés) virtuels")
+                                          : QStringLiteral("Tracabilité des produits(posés)"));
+    boxes_[QStringLiteral("DEBIMM")]->setFocus();
+}
+
+QLayout* PatientForm::criteria() {
+    struct Box {
+        const char* name;
+        const char* caption;
+        int characters; ///< 0 for a date
+    };
+    static const Box all[] = {
+        {"DEBIMM", "Immat. du :", 8},   {"FINIMM", "au :", 8},          {"REF1", "Référence :", 13},
+        {"txtclt_vte", "Client :", 6},  {"REFD", "Référence de :", 13}, {"REFF", "à :", 13},
+        {"Mskdeb", "Document du :", 0}, {"Mskfin", "au :", 0},          {"txtreg_pat", "Patient :", 30}};
+    auto* layout = new QGridLayout;
+    int place = 0;
+    for (const Box& box : all) {
+        Edit* edit = box.characters == 0 ? new DateBox(this) : new Edit(this);
+        edit->setObjectName(QString::fromLatin1(box.name));
+        if (box.characters > 0) {
+            edit->setMaxLength(box.characters);
+            edit->setFixedWidth(box.characters * 9 + 14);
+        }
+        boxes_.insert(edit->objectName(), edit);
+        layout->addWidget(new QLabel(QString::fromUtf8(box.caption), this), place / 4, place % 4 * 2, Qt::AlignRight);
+        layout->addWidget(edit, place / 4, place % 4 * 2 + 1);
+        ++place;
+    }
+    sort_ = new QComboBox(this);
+    sort_->setObjectName(QStringLiteral("Cmbtri"));
+    sort_->addItems({QStringLiteral("Référence"), QStringLiteral("Immatriculation"), QStringLiteral("Patient")});
+    layout->addWidget(new QLabel(QStringLiteral("Tri par :"), this), place / 4, place % 4 * 2, Qt::AlignRight);
+    layout->addWidget(sort_, place / 4, place % 4 * 2 + 1);
+    layout->setColumnStretch(8, 1);
+    const auto picker = [this](const char* name, const std::function<PickList(const pick_lists::Chosen&)>& list,
+                               const Field& field) {
+        Edit* edit = boxes_[QString::fromLatin1(name)];
+        onPick(edit, [this, edit, list, &field] {
+            pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
+        });
+    };
+    const auto articles = [this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); };
+    for (const char* name : {"REF1", "REFD", "REFF"}) picker(name, articles, strarticle.art_ref);
+    picker(
+        "txtclt_vte", [this](const pick_lists::Chosen& chosen) { return pick_lists::clients(molven_, chosen); },
+        strclient.clt_cod);
+    return layout;
+}
+
+QLayout* PatientForm::buttons() {
+    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); });
+    auto* keepButton = button(QStringLiteral("Cmdok"), QStringLiteral("&Garder la sélection"), [this] { keep(); });
+    auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
+    auto* labelButton = button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); });
+    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    setDefaultButton(search);
+    auto* row = new QHBoxLayout;
+    row->addWidget(search);
+    row->addWidget(count_, 1);
+    for (QPushButton* made : {keepButton, printButton, labelButton, quit}) row->addWidget(made);
+    return row;
+}
+
+PatientEnquiry PatientForm::typed() const {
+    const auto value = [this](const char* name) { return boxes_[QString::fromLatin1(name)]->value().trimmed(); };
+    PatientEnquiry enquiry;
+    enquiry.firstUnit = value("DEBIMM");
+    enquiry.lastUnit = value("FINIMM");
+    enquiry.reference = value("REF1");
+    enquiry.firstReference = value("REFD");
+    enquiry.lastReference = value("REFF");
+    enquiry.client = value("txtclt_vte");
+    enquiry.patient = value("txtreg_pat");
+    enquiry.firstDate = value("Mskdeb");
+    enquiry.lastDate = value("Mskfin");
+    enquiry.sort = static_cast<PatientEnquiry::Sort>(sort_->currentIndex());
+    return enquiry;
+}
+
+void PatientForm::select() {
+    selection_.reset();
+    grid_->rows().setRecords({});
+    count_->clear();
+    const PatientEnquiry enquiry = typed();
+    words_->setText(patient_enquiry::words(enquiry));
+    patient_enquiry::select(units_, enquiry); // refuses what is not one
+    selection_ = enquiry;
+    grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
+        return patient_enquiry::rows(units_, *selection_, filter, order);
+    });
+    count_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
+}
+
+const PatientEnquiry& PatientForm::requireSelection() const {
+    if (!selection_) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("DEBIMM"));
+    return *selection_;
+}
+
+void PatientForm::keep() { working_copy::keep(tri_, patient_enquiry::select(units_, requireSelection())); }
+
+void PatientForm::print() {
+    const Recordset units = patient_enquiry::select(units_, requireSelection());
+    Report report(QStringLiteral("TRACABILITE"), dateText(Clock::today()),
+                  {{QStringLiteral("N° Immatriculation"), 1800},
+                   {QStringLiteral("Référence"), 1700},
+                   {QStringLiteral("Désignation"), 3900},
+                   {QStringLiteral("Patient"), 2700},
+                   {QStringLiteral("Date Pose"), 1200}});
+    for (const Record& unit : units)
+        report.row({unit[strproduit.imm_art], unit[strproduit.ref_art], unit[strproduit.pro_li1],
+                    unit[strproduit.reg_pat], unit[strproduit.reg_dat]});
+    desk().print(report.finish(
+        QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(units.count()).arg(report.pages())));
+}
+
+void PatientForm::makeLabels() {
+    const Recordset units = patient_enquiry::select(units_, requireSelection());
+    const bool replace = prompt().ask(QStringLiteral("Voulez-vous effacer le fichier actuel ?"));
+    labels::fill(molven_, tri_, session().rules(), units, replace ? labels::Waiting::Replaced : labels::Waiting::Kept);
+    desk().open(QStringLiteral("T_etibarre"));
+}
+
+} // namespace molven

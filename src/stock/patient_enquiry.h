@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/database.h"
+#include "stock/unit_tables.h"
+
+namespace molven {
+
+/// Which implanted units are asked for. Every part may be empty; dates are "dd/mm/yyyy", of the last document.
+struct PatientEnquiry {
+    enum class Sort { Reference, Immatriculation, Patient };
+
+    QString firstUnit, lastUnit;
+    QString reference;                     ///< one reference, or
+    QString firstReference, lastReference; ///< a range
+    QString client;
+    QString patient; ///< beginning of the name
+    QString firstDate, lastDate;
+    Sort sort = Sort::Reference;
+};
+
+namespace patient_enquiry {
+
+/// The implanted units that meet every part given. Throws Refusal "date fin < date début", or "Aucun produit
+/// correspondant à ce critère" when there is none.
+Recordset select(Database units, const PatientEnquiry& enquiry);
+/// The same units as a grid asks for them: narrowed by its filter, sorted its way when it has one; none is no fault.
+Recordset rows(Database units, const PatientEnquiry& enquiry, const Criterion& filter, const Order& order);
+/// The parts in words.
+QString words(const PatientEnquiry& enquiry);
+
+} // namespace patient_enquiry
+
+/// The working copy of a selection of units.
+namespace working_copy {
+
+/// Replaces it by these units; answers how many.
+qint64 keep(Database tri, const Recordset& units);
+
+} // namespace working_copy
+} // namespace molven
