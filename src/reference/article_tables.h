@@ -50,6 +50,7 @@ struct Articles : Table {
     Index by_reference{this, {art_ref}, Uniqueness::Unique};
     Index by_label{this, {art_li1}};
     Index by_supplier_reference{this, {art_rfou}};
+    Index by_ean{this, {art_ean}};
     Index by_family{this, {art_fam}};
     Index by_lpp{this, {art_lpp}};
     Index by_tips{this, {art_tip}};

@@ -10,6 +10,14 @@ std::optional<Record> find(Database molven, const QString& reference) {
     return molven.find(strarticle, strarticle.art_ref == reference.trimmed());
 }
 
+std::optional<Record> findScanned(Database molven, const QString& ean, const QString& supplierReference) {
+    std::optional<Record> found;
+    if (!ean.isEmpty()) found = molven.find(strarticle, strarticle.art_ean == ean);
+    if (!found && !supplierReference.isEmpty())
+        found = molven.find(strarticle, strarticle.art_rfou == supplierReference);
+    return found;
+}
+
 Record blank() {
     Record article(strarticle);
     article[strarticle.art_cpt] = QStringLiteral("700000000");

@@ -20,6 +20,8 @@ inline const QString SeveralLpp = QStringLiteral("MULTI");
 namespace articles {
 
 std::optional<Record> find(Database molven, const QString& reference);
+/// The article of a supplier's barcode: by its EAN, else by the supplier's reference.
+std::optional<Record> findScanned(Database molven, const QString& ean, const QString& supplierReference);
 /// Fallbacks of a new article: accounts, VAT code, sub-family, pieces counted.
 Record blank();
 

@@ -143,22 +143,6 @@ Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt
     return unit;
 }
 
-Record conformityOf(Database molven, const Record& unit) {
-    const QString code = unit[strproduit.fab_con];
-    const QString cause = unit[strproduit.fab_cau];
-    Record change(strconform);
-    change[strconform.conf_imm] = unit[strproduit.imm_art];
-    change[strconform.conf_ann] = unit[strproduit.pro_ann];
-    change[strconform.conf_li1] = unit[strproduit.pro_li1];
-    change[strconform.conf_typ] = code;
-    change[strconform.conf_cau] = cause;
-    change[strconform.conf_lca] = parameters::label(molven, code, cause);
-    change[strconform.conf_date] = dateText(Clock::today());
-    change[strconform.conf_dat] = sortKey(Clock::today());
-    change[strconform.conf_lib] = units::conformityName(code);
-    return change;
-}
-
 /// Average price weighted by quantity: (old stock x old average + new quantity x new price) / new stock.
 void updateArticle(Database molven, const CompanyRules& rules, const Record& article, const Decimal& quantity,
                    const Decimal& price) {
@@ -184,6 +168,8 @@ void check(Database molven, const Receipt& receipt) {
     require(quantityOf(receipt) > 0, "Quantité incorrecte", "txtqte");
     const auto price = Decimal::parse(receipt.purchasePrice);
     require(price && !(*price < Decimal(0)), "Prix Achat obligatoire", "pro_pac");
+    require(receipt.lot.trimmed().size() <= strproduit.lot_art.size, "N° Lot trop long", "lot_art");
+    require(receipt.supplierSerial.trimmed().size() <= strproduit.fou_imm.size, "N° série fournisseur trop long", "fou_imm");
     const QString type = article[strarticle.art_typ];
     if (type == u"F") checkManufactured(molven, receipt, article);
     if (type == u"G") checkGraft(receipt);
@@ -191,7 +177,7 @@ void check(Database molven, const Receipt& receipt) {
     if (article[strarticle.art_ste] == u"O") checkSterilisation(receipt);
 }
 
-Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt) {
+Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
     Transaction transaction(molven.workspace());
     check(molven, receipt);
     const Record article = *articles::find(molven, receipt.reference);
@@ -199,11 +185,12 @@ Created receive(Database molven, const CompanyRules& rules, const Receipt& recei
     Record unit = unitOf(molven, rules, receipt, article);
     const Immatriculation first = Immatriculation::next(molven, dateFromText(receipt.deliveryDate), quantity);
     for (int i = 0; i < quantity; ++i) {
+        if (progress && !progress(i, quantity)) throw Refusal(QStringLiteral("Opération abandonnée"));
         const Immatriculation immatriculation = first.plus(i);
         unit[strproduit.imm_art] = immatriculation.number();
         unit[strproduit.pro_ann] = immatriculation.century();
         molven.insert(unit);
-        if (std::as_const(unit)[strproduit.pro_typ] == u"F") molven.insert(conformityOf(molven, unit));
+        if (std::as_const(unit)[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
     }
     updateArticle(molven, rules, article, quantity, std::as_const(unit)[strproduit.pro_pac]);
     transaction.commit();

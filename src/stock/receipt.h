@@ -3,6 +3,8 @@
 #include "shell/company_rules.h"
 #include "stock/immatriculation.h"
 
+#include <functional>
+
 namespace molven {
 
 /// A receipt of units of one article, as entered. Dates are "dd/mm/yyyy", sterilisation and expiry "mm/yyyy".
@@ -37,8 +39,10 @@ struct Created {
 Record followedArticle(Database molven, const QString& reference);
 /// Throws Refusal with the first fault of the receipt, in the order of the screen. Writes nothing.
 void check(Database molven, const Receipt& receipt);
+/// Told how many units are done; false abandons the receipt, which then writes nothing.
+using Progress = std::function<bool(int done, int total)>;
 /// Creates the units and updates the article's quantity, average and last purchase price, in one transaction.
-Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt);
+Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});
 
 } // namespace receipts
 } // namespace molven

@@ -1,5 +1,6 @@
 #include "stock/units.h"
 
+#include "data/clock.h"
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
@@ -72,11 +73,19 @@ QString conformityText(Database molven, const Record& unit) {
     return text + QStringLiteral("  CAUSE : ") + cause + QStringLiteral(" / ") + parameters::label(molven, code, cause);
 }
 
-void remove(Database molven, const Immatriculation& immatriculation) {
-    Transaction transaction(molven.workspace());
+namespace {
+
+Record required(Database molven, const Immatriculation& immatriculation) {
     const auto unit = find(molven, immatriculation);
     if (!unit) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
-    const Record& read = *unit;
+    return *unit;
+}
+
+} // namespace
+
+void remove(Database molven, const Immatriculation& immatriculation) {
+    Transaction transaction(molven.workspace());
+    const Record read = required(molven, immatriculation);
     if (read[strproduit.tes_vte] != state::InStock)
         throw Refusal(QStringLiteral("impossible de supprimer cette immatriculation"), QStringLiteral("txtrecimm"));
     molven.remove(strproduit, immatriculation.criterion());
@@ -88,15 +97,67 @@ void implant(Database molven, const Immatriculation& immatriculation, const QStr
              const QString& date) {
     if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
     Transaction transaction(molven.workspace());
-    const auto unit = find(molven, immatriculation);
-    if (!unit) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
-    if (std::as_const(*unit)[strproduit.tes_vte] != state::Sold)
+    if (required(molven, immatriculation).value(strproduit.tes_vte) != state::Sold)
         throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
                       QStringLiteral("txtrecimm"));
     molven.update(
         strproduit,
         {{strproduit.reg_pat, patient.trimmed()}, {strproduit.reg_clt, padded(client, 6)}, {strproduit.reg_dat, date}},
         immatriculation.criterion());
+    transaction.commit();
+}
+
+Record conformityChange(Database molven, const Record& unit) {
+    const QString code = unit[strproduit.fab_con], cause = unit[strproduit.fab_cau];
+    Record change(strconform);
+    change[strconform.conf_imm] = unit[strproduit.imm_art];
+    change[strconform.conf_ann] = unit[strproduit.pro_ann];
+    change[strconform.conf_li1] = unit[strproduit.pro_li1];
+    change[strconform.conf_typ] = code;
+    change[strconform.conf_cau] = cause;
+    change[strconform.conf_lca] = parameters::label(molven, code, cause);
+    change[strconform.conf_date] = dateText(Clock::today());
+    change[strconform.conf_dat] = sortKey(Clock::today());
+    change[strconform.conf_lib] = conformityName(code);
+    return change;
+}
+
+void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
+                      const QString& cause) {
+    if (code.size() != 1 || !QStringLiteral("OXYZ").contains(code))
+        throw Refusal(QStringLiteral("Taper O, X, Y ou Z !!"), QStringLiteral("txtconf"));
+    Transaction transaction(molven.workspace());
+    Record unit = required(molven, immatriculation);
+    const bool needsCause = code != u"O";
+    if (needsCause && !parameters::find(molven, code, cause))
+        throw Refusal(QStringLiteral("Cette cause n'existe pas"), QStringLiteral("txtconfcau"));
+    unit[strproduit.fab_con] = code;
+    unit[strproduit.fab_cau] = needsCause ? cause.trimmed() : QString();
+    const Criterion history =
+        strconform.conf_imm == immatriculation.number() && strconform.conf_ann == immatriculation.century();
+    molven.insert(conformityChange(molven, unit));
+    molven.update(strproduit,
+                  {{strproduit.fab_con, unit.value(strproduit.fab_con)},
+                   {strproduit.fab_cau, unit.value(strproduit.fab_cau)},
+                   {strproduit.num_conf, QString::number(molven.count(strconform, history))}},
+                  immatriculation.criterion());
+    transaction.commit();
+}
+
+void requireChangeable(const Record& unit) {
+    if (unit[strproduit.tes_vte] != state::InStock)
+        throw Refusal(QStringLiteral("cette immatriculation n'est pas modifiable"), QStringLiteral("txtrecimm"));
+}
+
+void change(Database molven, const Record& unit, const Record& before) {
+    Transaction transaction(molven.workspace());
+    requireChangeable(before);
+    Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
+    if (stored.isEmpty())
+        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    stored.edit(before);
+    stored.draft() = unit;
+    stored.update();
     transaction.commit();
 }
 

@@ -41,6 +41,18 @@ void remove(Database molven, const Immatriculation& immatriculation);
 void implant(Database molven, const Immatriculation& immatriculation, const QString& patient, const QString& client,
              const QString& date);
 
+/// Changes the conformity of a unit ("O" conform, "X" reworked, "Y" derogated, "Z" scrapped) and keeps the change in
+/// its history. Throws Refusal for an unknown unit, code or cause.
+void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
+                      const QString& cause);
+/// The history record of a unit's present conformity, dated today.
+Record conformityChange(Database molven, const Record& unit);
+/// Rewrites the receipt data of a unit still in stock; `before` is the unit as the user read it. Throws Refusal when it
+/// has left, DataError RecordChanged when another workstation wrote it meanwhile.
+void change(Database molven, const Record& unit, const Record& before);
+/// Throws Refusal "cette immatriculation n'est pas modifiable" unless the unit is in stock.
+void requireChangeable(const Record& unit);
+
 /// Units of an article that are not invoiced, as the article's quantity counts them.
 qint64 countInStock(Database molven, const QString& reference);
 

@@ -3,6 +3,7 @@
 #include "data/dates.h"
 
 #include <QFocusEvent>
+#include <QKeyEvent>
 
 namespace molven {
 
@@ -29,6 +30,13 @@ void Edit::setEditable(bool editable) {
 QString Edit::value() const {
     if (inputMask().isEmpty()) return text();
     return isEmptyDate(text()) ? QString() : text();
+}
+
+void Edit::keyPressEvent(QKeyEvent* event) {
+    if (takesScans && event->text() == QChar(0x1D))
+        insert(QString(QChar(0x241D)));
+    else
+        QLineEdit::keyPressEvent(event);
 }
 
 void Edit::focusInEvent(QFocusEvent* event) {

@@ -12,6 +12,8 @@ class Edit : public QLineEdit {
 public:
     explicit Edit(QWidget* parent = nullptr) : QLineEdit(parent) {}
 
+    /// A scanner types here: the separator it sends between fields is kept, shown as a sign.
+    bool takesScans = false;
     std::function<bool()> left;
     /// False when what was typed is refused.
     bool leaveIfChanged();
@@ -23,6 +25,7 @@ public:
     QString value() const;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 

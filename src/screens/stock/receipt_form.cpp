@@ -6,7 +6,8 @@
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
-#include "stock/labels.h"
+#include "screens/stock/unit_card.h"
+#include "stock/gs1.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -14,6 +15,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -65,12 +67,12 @@ QLabel* namedLabel(const QString& name, QWidget* parent) {
 } // namespace
 
 ReceiptForm::ReceiptForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_proges")),
-      molven_(workspace_.open(session().molven())),
-      tri_(workspace_.open(session().tri())) {
+    : Form(desk, QStringLiteral("T_proges")), molven_(workspace_.open(session().molven())) {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(buildReceipt(), 3);
-    layout->addWidget(buildUnits(), 2);
+    units_ = new UnitCard(*this);
+    units_->changeWanted = [this](const Record& unit) { startChanging(unit); };
+    layout->addWidget(units_, 2);
     setPickers();
     clearReceipt();
     resize(1260, 740);
@@ -93,10 +95,15 @@ QWidget* ReceiptForm::buildReceipt() {
         clearReceipt();
         panel_->edit(strproduit.ref_art)->setFocus();
     });
-    auto* validate = button(QStringLiteral("Cmdvalstk"), QStringLiteral("&Valider l'entrée"), [this] { receive(); });
+    auto* validate = button(QStringLiteral("Cmdvalstk"), QStringLiteral("&Valider l'entrée"), [this] {
+        if (changed_)
+            writeChange();
+        else
+            receive();
+    });
     auto* finish = button(QStringLiteral("Cmdfinstk"), QStringLiteral("&Fin de l'entrée"), [this] {
         clearReceipt();
-        number_->setFocus();
+        units_->focusSearch();
     });
     auto* quantityRow = new QHBoxLayout;
     auto* caption = new QLabel(QStringLiteral("&Quantité :"), box);
@@ -122,46 +129,6 @@ QWidget* ReceiptForm::buildReceipt() {
     return box;
 }
 
-QWidget* ReceiptForm::buildUnits() {
-    auto* box = new QGroupBox(QStringLiteral("Produits"), this);
-    const auto searchBox = [this, box](const QString& name, int characters) {
-        auto* edit = new Edit(box);
-        edit->setObjectName(name);
-        edit->setMaxLength(characters);
-        edit->setFixedWidth(characters * 9 + 14);
-        return edit;
-    };
-    number_ = searchBox(QStringLiteral("txtrecimm"), 8);
-    reference_ = searchBox(QStringLiteral("txtrecref"), 13);
-    onLeft(number_, [this] { findByNumber(); });
-    onLeft(reference_, [this] { findByReference(); });
-    units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), box);
-    units_->clickedRow = units_->chosen = [this](const Record& unit) { showUnit(unit); };
-    place_ = namedLabel(QStringLiteral("Lbltrac1"), box);
-    document_ = namedLabel(QStringLiteral("Lbltrac2"), box);
-    conformity_ = namedLabel(QStringLiteral("Lblconform"), box);
-    auto* remove = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeUnit(); });
-    auto* labels = button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { printLabels(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
-
-    auto* search = new QHBoxLayout;
-    search->addWidget(new QLabel(QStringLiteral("Immatriculation :"), box));
-    search->addWidget(number_);
-    search->addWidget(new QLabel(QStringLiteral("Référence :"), box));
-    search->addWidget(reference_);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(remove);
-    buttons->addWidget(labels);
-    buttons->addStretch();
-    buttons->addWidget(quit);
-    auto* layout = new QVBoxLayout(box);
-    layout->addLayout(search);
-    layout->addWidget(units_, 1);
-    for (QLabel* label : {place_, document_, conformity_}) layout->addWidget(label);
-    layout->addLayout(buttons);
-    return box;
-}
-
 void ReceiptForm::setPickers() {
     const auto picker = [this](const Text& field, const Text& from,
                                const std::function<PickList(const pick_lists::Chosen&)>& makeList) {
@@ -176,6 +143,15 @@ void ReceiptForm::setPickers() {
             panel_->listButton(field));
         onLeft(panel_->edit(field), [this] { showArticle(); });
     };
+    for (const Text* field : {&strproduit.ref_art, &strproduit.lot_art, &strproduit.fou_imm}) {
+        Edit* edit = panel_->edit(*field);
+        edit->setMaxLength(120); // room for a scan
+        edit->takesScans = true;
+    }
+    for (const Text* field : {&strproduit.lot_art, &strproduit.fou_imm})
+        onLeft(panel_->edit(*field), [this, edit = panel_->edit(*field)] {
+            if (takeScan(edit)) showArticle();
+        });
     picker(strproduit.ref_art, strarticle.art_ref, [this](const pick_lists::Chosen& chosen) {
         return pick_lists::articles(molven_, chosen, strarticle.art_aig == follow_up::ByUnit);
     });
@@ -188,6 +164,7 @@ void ReceiptForm::setPickers() {
 
 /// The words beside the codes, and what the article presets.
 void ReceiptForm::showArticle() {
+    takeScan(panel_->edit(strproduit.ref_art));
     const QString reference = panel_->edit(strproduit.ref_art)->value().trimmed();
     const QString depot = panel_->edit(strproduit.num_dep)->value().trimmed();
     panel_->setHint(strproduit.num_dep, depot.isEmpty() ? QString() : parameters::label(molven_, list::Depot, depot));
@@ -250,15 +227,30 @@ Receipt ReceiptForm::typed() const {
     return receipt;
 }
 
+/// A long receipt shows how far it is and can be abandoned.
+receipts::Progress ReceiptForm::progress() {
+    auto dialog = std::make_shared<QProgressDialog>(QStringLiteral("Création des produits"), QStringLiteral("&Annuler"),
+                                                    0, 0, this);
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setMinimumDuration(500);
+    return [dialog](int done, int total) {
+        if (done % 50 > 0) return true;
+        dialog->setMaximum(total);
+        dialog->setValue(done);
+        return !dialog->wasCanceled();
+    };
+}
+
 void ReceiptForm::receive() {
     Receipt receipt = typed();
     receipt.operatorWord = session().code_util;
+    receipt.scannedEan = scannedEan_;
     receipt.currency = parameters::companyCurrency(molven_, session().spe_mon);
-    const receipts::Created created = receipts::receive(molven_, session().rules(), receipt);
+    const receipts::Created created = receipts::receive(molven_, session().rules(), receipt, progress());
     created_->setText(created.first);
     createdLast_->setText(created.last);
-    listUnits(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
-              strproduit.imm_art <= created.last);
+    units_->list(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
+                 strproduit.imm_art <= created.last);
     prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);
     clearUnit();
     panel_->edit(strproduit.ref_art)->setFocus();
@@ -275,71 +267,68 @@ void ReceiptForm::clearUnit() {
     }
     panel_->edit(strproduit.fab_con)->put(QStringLiteral("O"));
     quantity_->put(QStringLiteral("1"));
+    scannedEan_.clear();
     showArticle();
 }
 
 void ReceiptForm::clearReceipt() {
+    changed_.reset();
+    quantity_->setEditable(true);
+    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv}) panel_->edit(*field)->setEditable(true);
     for (const FieldBox& box : panel_->boxes()) panel_->edit(*box.field)->put({});
     panel_->edit(strproduit.dat_liv)->put(dateText(Clock::today()));
     panel_->edit(strproduit.num_dep)->put(MainDepot);
     clearUnit();
 }
 
-void ReceiptForm::listUnits(const Criterion& criterion) {
-    listed_ = criterion;
-    units_->rows().setQuery([this](const Criterion& filter, const Order& order) {
-        return molven_.select(strproduit, listed_ && filter,
-                              order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
-    });
-    if (units_->rows().rowCount() == 0) return;
-    units_->selectRow(0);
-    showUnit(*units_->current());
+/// A supplier's barcode in one of the boxes fills all that it says. False for a text that a person typed.
+bool ReceiptForm::takeScan(Edit* edit) {
+    const QString text = edit->text();
+    if (!gs1::isScan(text)) return false;
+    const Gs1Code code = gs1::parse(text, Clock::today(), edit->objectName());
+    const auto article = articles::findScanned(molven_, code.ean(), code.supplierReference);
+    if (!article && (!code.gtin.isEmpty() || !code.supplierReference.isEmpty()))
+        throw Refusal(QStringLiteral("Référence inconnue : ") +
+                          (code.gtin.isEmpty() ? code.supplierReference : code.gtin),
+                      edit->objectName());
+    edit->put({});
+    scannedEan_ = code.ean();
+    const auto put = [this](const Text& field, const QString& value) {
+        if (!value.isEmpty()) panel_->edit(field)->put(value);
+    };
+    if (article) put(strproduit.ref_art, std::as_const(*article)[strarticle.art_ref]);
+    put(strproduit.lot_art, code.lot);
+    put(strproduit.dat_per, code.expiry.toString(QStringLiteral("MM/yyyy")));
+    put(strproduit.fou_imm, code.serial);
+    put(strproduit.fou_ref, code.supplierReference);
+    return true;
 }
 
-void ReceiptForm::findByNumber() {
-    if (number_->text().trimmed().isEmpty()) return;
-    const Immatriculation typedNumber = Immatriculation::fromText(number_->text());
-    number_->put(typedNumber.number());
-    if (!units::find(molven_, typedNumber))
-        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
-    listUnits(typedNumber.criterion());
+/// Brings a unit's receipt back into the boxes.
+void ReceiptForm::startChanging(const Record& unit) {
+    changed_ = unit;
+    panel_->load(unit);
+    quantity_->put(QStringLiteral("1"));
+    quantity_->setEditable(false);
+    panel_->edit(strproduit.ref_art)->setEditable(false);
+    panel_->edit(strproduit.dat_liv)->setEditable(false);
+    showArticle();
+    panel_->edit(strproduit.fou_cde)->setFocus();
 }
 
-void ReceiptForm::findByReference() {
-    const QString reference = reference_->text().trimmed();
-    if (reference.isEmpty()) return;
-    if (molven_.count(strproduit, strproduit.ref_art == reference) == 0)
-        throw Refusal(QStringLiteral("Aucun produit pour la Référence : ") + reference, QStringLiteral("txtrecref"));
-    listUnits(strproduit.ref_art == reference);
-}
-
-void ReceiptForm::showUnit(const Record& unit) {
-    unit_ = unit;
-    const units::Situation situation = units::situation(unit, session().rules());
-    place_->setText(situation.place);
-    document_->setText(situation.document);
-    conformity_->setText(units::conformityText(molven_, unit));
-}
-
-const Record& ReceiptForm::requireUnit() const {
-    if (!unit_) throw Refusal(QStringLiteral("Aucune immatriculation sélectionnée"), QStringLiteral("txtrecimm"));
-    return *unit_;
-}
-
-void ReceiptForm::removeUnit() {
-    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
-    units::remove(molven_, unit);
-    unit_.reset();
-    for (QLabel* label : {place_, document_, conformity_}) label->clear();
-    units_->rows().refresh();
-}
-
-void ReceiptForm::printLabels() {
-    requireUnit();
-    labels::fill(molven_, tri_, session().rules(),
-                 molven_.select(strproduit, listed_, {strproduit.pro_ann, strproduit.imm_art}));
-    desk().open(QStringLiteral("T_etibarre"));
+void ReceiptForm::writeChange() {
+    Receipt receipt = typed();
+    receipt.pieces = QStringLiteral("1"); // the pieces were counted at the receipt
+    receipts::check(molven_, receipt);
+    Record unit = *changed_;
+    panel_->store(unit);
+    unit[strproduit.fou_cde] = padded(receipt.supplier, 6);
+    unit[strproduit.tri_cde] = sortKey(receipt.orderDate);
+    unit[strproduit.tri_dlv] = sortKey(receipt.plannedDate);
+    units::change(molven_, unit, *changed_);
+    units_->refresh();
+    clearReceipt();
+    units_->focusSearch();
 }
 
 } // namespace molven

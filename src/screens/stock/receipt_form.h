@@ -8,47 +8,38 @@ class QLabel;
 
 namespace molven {
 
-class Grid;
 class RecordPanel;
+class UnitCard;
 
-/// Units: receipt of N units of an article, and the look-up of units by number or by reference.
+/// Units: receipt of N units of an article, typed or scanned, and beside it the units themselves.
 class ReceiptForm : public Form {
 public:
     explicit ReceiptForm(Desk& desk);
 
 private:
     QWidget* buildReceipt();
-    QWidget* buildUnits();
     void setPickers();
     void showArticle();
     void showByType(const Record& article);
     Receipt typed() const;
+    receipts::Progress progress();
     void receive();
     void clearUnit();
     void clearReceipt();
 
-    void listUnits(const Criterion& criterion);
-    void findByNumber();
-    void findByReference();
-    void showUnit(const Record& unit);
-    void removeUnit();
-    void printLabels();
-    const Record& requireUnit() const;
+    bool takeScan(Edit* edit);
+    void startChanging(const Record& unit);
+    void writeChange();
 
     Workspace workspace_;
-    Database molven_, tri_;
+    Database molven_;
     RecordPanel* panel_ = nullptr;
     Edit* quantity_ = nullptr;
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;
-    Edit* number_ = nullptr;
-    Edit* reference_ = nullptr;
-    Grid* units_ = nullptr;
-    QLabel* place_ = nullptr;
-    QLabel* document_ = nullptr;
-    QLabel* conformity_ = nullptr;
-    Criterion listed_;
-    std::optional<Record> unit_;
+    UnitCard* units_ = nullptr;
+    QString scannedEan_;
+    std::optional<Record> changed_; ///< the unit being modified, as read
 };
 
 } // namespace molven

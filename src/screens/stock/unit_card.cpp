@@ -1,0 +1,303 @@
+#include "screens/stock/unit_card.h"
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "data/errors.h"
+#include "reference/parameters.h"
+#include "reference/party_tables.h"
+#include "stock/labels.h"
+#include "stock/units.h"
+#include "ui/edit.h"
+#include "ui/form.h"
+#include "ui/grid.h"
+#include "ui/pick_lists.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+
+namespace molven {
+
+UnitCard::UnitCard(Form& form)
+    : QGroupBox(QStringLiteral("Produits"), &form),
+      form_(form),
+      molven_(workspace_.open(form.session().molven())),
+      tri_(workspace_.open(form.session().tri())) {
+    units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this);
+    units_->clickedRow = units_->chosen = [this](const Record& unit) { show(unit); };
+    const auto label = [this](const QString& name) {
+        auto* made = new QLabel(this);
+        made->setObjectName(name);
+        made->setTextFormat(Qt::PlainText);
+        return made;
+    };
+    place_ = label(QStringLiteral("Lbltrac1"));
+    document_ = label(QStringLiteral("Lbltrac2"));
+    conformity_ = label(QStringLiteral("Lblconform"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(buildSearch());
+    layout->addWidget(units_, 1);
+    for (QLabel* text : {place_, document_, conformity_}) layout->addWidget(text);
+    buildTray();
+    layout->addWidget(tray_);
+    layout->addLayout(buildButtons());
+    setPickers();
+}
+
+Edit* UnitCard::searchBox(const QString& name, int characters, const std::function<void()>& find) {
+    auto* edit = new Edit(this);
+    edit->setObjectName(name);
+    edit->setMaxLength(characters);
+    edit->setFixedWidth(std::min(characters, 14) * 9 + 14);
+    form_.onLeft(edit, find);
+    return edit;
+}
+
+QLayout* UnitCard::buildSearch() {
+    number_ = searchBox(QStringLiteral("txtrecimm"), 8, [this] { findByNumber(); });
+    reference_ = searchBox(QStringLiteral("txtrecref"), 13, [this] { findByReference(); });
+    supplierSerial_ = searchBox(QStringLiteral("txtrecfimm"), 30, [this] { findBySupplierSerial(); });
+    supplierReference_ = searchBox(QStringLiteral("txtrecfref"), 20, [this] { findBySupplierReference(); });
+    const std::pair<const char*, Edit*> boxes[] = {{"Immatriculation :", number_},
+                                                   {"Référence :", reference_},
+                                                   {"N° série fourn. :", supplierSerial_},
+                                                   {"Réf. fourn. :", supplierReference_}};
+    auto* layout = new QGridLayout;
+    int place = 0;
+    for (const auto& [caption, edit] : boxes) {
+        layout->addWidget(new QLabel(QString::fromUtf8(caption), this), place / 2, place % 2 * 2, Qt::AlignRight);
+        layout->addWidget(edit, place / 2, place % 2 * 2 + 1);
+        ++place;
+    }
+    layout->setColumnStretch(4, 1);
+    return layout;
+}
+
+QLayout* UnitCard::buildButtons() {
+    const auto made = [this](const char* name, const char* caption, const std::function<void()>& handler) {
+        return form_.button(QString::fromLatin1(name), QString::fromUtf8(caption), handler);
+    };
+    QPushButton* buttons[] = {made("CmdModifier", "&Modifier",
+                                   [this] {
+                                       units::requireChangeable(requireUnit());
+                                       changeWanted(requireUnit());
+                                   }),
+                              made("cmdpose", "&Pose", [this] { openImplantation(); }),
+                              made("Cmdchgconf", "&Conformité", [this] { openConformity(); }),
+                              made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
+                              made("CmdSupprime", "&Supprimer", [this] { remove(); }),
+                              made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
+                              made("Cmdquit", "&Quitter", [this] { form_.close(); })};
+    auto* layout = new QGridLayout;
+    int place = 0;
+    for (QPushButton* button : buttons) {
+        layout->addWidget(button, place / 4, place % 4);
+        ++place;
+    }
+    return layout;
+}
+
+void UnitCard::buildTray() {
+    tray_ = new QStackedWidget(this);
+    const auto box = [this](const QString& name, int characters, QWidget* parent) {
+        auto* edit = new Edit(parent);
+        edit->setObjectName(name);
+        edit->setMaxLength(characters);
+        return edit;
+    };
+    auto* conformity = new QWidget(this);
+    conformityCode_ = box(QStringLiteral("txtconf"), 1, conformity);
+    cause_ = box(QStringLiteral("txtconfcau"), 3, conformity);
+    for (Edit* edit : {conformityCode_, cause_}) edit->setFixedWidth(44);
+    auto* conformityRow = new QHBoxLayout(conformity);
+    conformityRow->setContentsMargins(0, 0, 0, 0);
+    conformityRow->addWidget(new QLabel(QStringLiteral("Conformité O/X/Y/Z :"), conformity));
+    conformityRow->addWidget(conformityCode_);
+    conformityRow->addWidget(new QLabel(QStringLiteral("Cause :"), conformity));
+    conformityRow->addWidget(cause_);
+    conformityRow->addStretch();
+    conformityRow->addWidget(
+        form_.button(QStringLiteral("Cmdokconf"), QStringLiteral("&Valider"), [this] { changeConformity(); }));
+
+    auto* implantation = new QWidget(this);
+    patient_ = box(QStringLiteral("txtreg_pat"), strproduit.reg_pat.size, implantation);
+    hospital_ = box(QStringLiteral("txtreg_clt"), 6, implantation);
+    hospital_->setFixedWidth(68);
+    date_ = new DateBox(implantation);
+    date_->setObjectName(QStringLiteral("txtreg_dat"));
+    form_.bind(strproduit.reg_dat.name, date_);
+    auto* implantationRow = new QHBoxLayout(implantation);
+    implantationRow->setContentsMargins(0, 0, 0, 0);
+    implantationRow->addWidget(new QLabel(QStringLiteral("Patient :"), implantation));
+    implantationRow->addWidget(patient_, 1);
+    implantationRow->addWidget(new QLabel(QStringLiteral("Client :"), implantation));
+    implantationRow->addWidget(hospital_);
+    implantationRow->addWidget(date_);
+    implantationRow->addWidget(
+        form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&Valider"), [this] { implant(); }));
+    tray_->addWidget(conformity);
+    tray_->addWidget(implantation);
+    tray_->setFixedHeight(34);
+    tray_->hide();
+}
+
+void UnitCard::setPickers() {
+    const auto ofSupplier = [this](Edit* edit, const Text& field, const QString& title, const Order& order) {
+        form_.onPick(edit, [this, edit, &field, title, order] {
+            PickList list =
+                pick_lists::units(molven_, title, field != QString(), [this, edit, &field](const Record& unit) {
+                    edit->put(unit[field]);
+                    this->list(Immatriculation::fromText(unit[strproduit.imm_art]).criterion());
+                });
+            list.columns.prepend({&field, title, 140});
+            list.query = [this, &field, order](const Criterion& filter, const Order& asked) {
+                return molven_.select(strproduit, field != QString() && filter, asked.terms.isEmpty() ? order : asked);
+            };
+            form_.pick(list);
+        });
+    };
+    ofSupplier(supplierSerial_, strproduit.fou_imm, QStringLiteral("N° série fournisseur"), strproduit.fou_imm);
+    ofSupplier(supplierReference_, strproduit.fou_ref, QStringLiteral("Réf. fournisseur"),
+               {strproduit.fou_ref, strproduit.fou_imm});
+    form_.onPick(cause_, [this] {
+        form_.pick(pick_lists::parameters(molven_, conformityCode_->text().trimmed(), QStringLiteral("LES CAUSES"),
+                                          [this](const Record& cause) { cause_->put(cause[strparam.num_par]); }));
+    });
+    form_.onPick(hospital_, [this] {
+        form_.pick(
+            pick_lists::clients(molven_, [this](const Record& client) { hospital_->put(client[strclient.clt_cod]); }));
+    });
+}
+
+void UnitCard::focusSearch() { number_->setFocus(); }
+
+void UnitCard::list(const Criterion& criterion) {
+    listed_ = criterion;
+    units_->rows().setQuery([this](const Criterion& filter, const Order& order) {
+        return molven_.select(strproduit, listed_ && filter,
+                              order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+    });
+    if (units_->rows().rowCount() == 0) return;
+    units_->selectRow(0);
+    show(*units_->current());
+}
+
+void UnitCard::refresh() {
+    const int row = units_->currentIndex().row();
+    units_->rows().refresh();
+    if (row >= 0 && row < units_->rows().rowCount()) units_->selectRow(row);
+    if (const auto unit = units_->current()) show(*unit);
+}
+
+void UnitCard::findByNumber() {
+    if (number_->text().trimmed().isEmpty()) return;
+    const Immatriculation typed = Immatriculation::fromText(number_->text());
+    number_->put(typed.number());
+    if (!units::find(molven_, typed))
+        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    list(typed.criterion());
+}
+
+void UnitCard::findByReference() {
+    const QString reference = reference_->text().trimmed();
+    if (reference.isEmpty()) return;
+    if (molven_.count(strproduit, strproduit.ref_art == reference) == 0)
+        throw Refusal(QStringLiteral("Aucun produit pour la Référence : ") + reference, QStringLiteral("txtrecref"));
+    list(strproduit.ref_art == reference);
+}
+
+void UnitCard::findBySupplierSerial() {
+    const QString serial = supplierSerial_->text().trimmed();
+    if (serial.isEmpty()) return;
+    if (molven_.count(strproduit, strproduit.fou_imm == serial) == 0)
+        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecfimm"));
+    list(strproduit.fou_imm == serial);
+}
+
+void UnitCard::findBySupplierReference() {
+    const QString reference = supplierReference_->text().trimmed();
+    if (reference.isEmpty()) return;
+    if (molven_.count(strproduit, strproduit.fou_ref == reference) == 0)
+        throw Refusal(QStringLiteral("Aucun produit pour la Référence : ") + reference, QStringLiteral("txtrecfref"));
+    list(strproduit.fou_ref == reference);
+}
+
+void UnitCard::show(const Record& unit) {
+    unit_ = unit;
+    const units::Situation situation = units::situation(unit, form_.session().rules());
+    place_->setText(situation.place);
+    document_->setText(situation.document);
+    conformity_->setText(units::conformityText(molven_, unit));
+    tray_->hide();
+}
+
+const Record& UnitCard::requireUnit() const {
+    if (!unit_) throw Refusal(QStringLiteral("Aucune immatriculation sélectionnée"), QStringLiteral("txtrecimm"));
+    return *unit_;
+}
+
+void UnitCard::remove() {
+    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
+    if (!form_.prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    units::remove(molven_, unit);
+    unit_.reset();
+    for (QLabel* label : {place_, document_, conformity_}) label->clear();
+    units_->rows().refresh();
+}
+
+void UnitCard::makeLabels() {
+    requireUnit();
+    labels::fill(molven_, tri_, form_.session().rules(),
+                 molven_.select(strproduit, listed_, {strproduit.pro_ann, strproduit.imm_art}));
+    form_.desk().open(QStringLiteral("T_etibarre"));
+}
+
+void UnitCard::openConformity() {
+    conformityCode_->put(requireUnit()[strproduit.fab_con]);
+    cause_->put(requireUnit()[strproduit.fab_cau]);
+    tray_->setCurrentIndex(0);
+    tray_->show();
+    conformityCode_->setFocus();
+}
+
+void UnitCard::changeConformity() {
+    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
+    units::changeConformity(molven_, unit, conformityCode_->text().trimmed().toUpper(), cause_->text().trimmed());
+    refresh();
+}
+
+void UnitCard::showConformityHistory() {
+    const QString number = requireUnit()[strproduit.imm_art], century = requireUnit()[strproduit.pro_ann];
+    const Criterion history = strconform.conf_ann == century && strconform.conf_imm == number;
+    form_.pick({QStringLiteral("HISTORIQUE DE CONFORMITE : ") + number,
+                {{&strconform.conf_date, QStringLiteral("Date"), 100},
+                 {&strconform.conf_lib, QStringLiteral("Conformité"), 120},
+                 {&strconform.conf_cau, QStringLiteral("Cause"), 60},
+                 {&strconform.conf_lca, QStringLiteral("Libellé"), 340}},
+                [this, history](const Criterion& filter, const Order& order) {
+                    return molven_.select(strconform, history && filter,
+                                          order.terms.isEmpty() ? Order(strconform.conf_dat) : order);
+                },
+                [](const Record&) {}});
+}
+
+void UnitCard::openImplantation() {
+    if (requireUnit()[strproduit.tes_vte] != state::Sold)
+        throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
+                      QStringLiteral("txtrecimm"));
+    patient_->put(requireUnit()[strproduit.reg_pat]);
+    hospital_->put(requireUnit()[strproduit.reg_clt]);
+    date_->put(requireUnit()[strproduit.reg_dat]);
+    tray_->setCurrentIndex(1);
+    tray_->show();
+    patient_->setFocus();
+}
+
+void UnitCard::implant() {
+    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
+    units::implant(molven_, unit, patient_->text(), hospital_->text(), date_->value());
+    refresh();
+}
+
+} // namespace molven
