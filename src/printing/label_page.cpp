@@ -1,6 +1,8 @@
 #include "printing/label_page.h"
 
 #include "data/format.h"
+#include "printing/barcode_bars.h"
+#include "printing/barcode_font.h"
 #include "printing/code128.h"
 
 namespace molven::label_page {
@@ -12,8 +14,8 @@ const QString Narrow = QStringLiteral("Arial Narrow");
 /// Prints a label line by line; places are twips, as measured on the label stock in use.
 class LabelWriter {
 public:
-    LabelWriter(PrintJob& job, int top, const QString& barcodeFamily)
-        : job_(job), y_(top), barcodeFamily_(barcodeFamily) {}
+    LabelWriter(PrintJob& job, int left, int top, const QString& barcodeFamily)
+        : job_(job), left_(left), y_(top), barcodeFamily_(barcodeFamily) {}
 
     void write(const ProductLabel& label) {
         if (label.tips.isEmpty() && !label.lpp.isEmpty()) barcode(label.lpp, label.lppLabel);
@@ -39,16 +41,35 @@ public:
 
 private:
     void centred(const QString& text, int offset) {
-        job_.setPosition((4350 - job_.textWidth(text)) / 3 + offset, y_);
+        job_.setPosition(left_ + (4350 - job_.textWidth(text)) / 3 + offset, y_);
         job_.print(text);
+    }
+
+    void drawBars(const QString& code) {
+        QString data = code;
+        int x = left_ + 2100;
+        bool isBar = true;
+        for (const int width : barcode_bars::widths(EncodeCode128(data, Code128Encoder::Bars))) {
+            job_.setPosition(x, y_);
+            if (isBar) job_.bar(width * Module, BarHeight);
+            x += width * Module;
+            isBar = !isBar;
+        }
+    }
+
+    void printCode(const QString& code) {
+        job_.setFont(barcodeFamily_, 12);
+        job_.setPosition(left_ + 2100, y_);
+        QString data = code;
+        job_.print(EncodeCode128(data, Code128Encoder::HumanReadable));
     }
 
     /// The line printed in the barcode font is the readable form of the code: the font draws the bars itself.
     void barcode(const QString& code, const QString& caption) {
-        job_.setFont(barcodeFamily_, 12);
-        job_.setPosition(2100, y_);
-        QString data = code;
-        job_.print(EncodeCode128(data, Code128Encoder::HumanReadable));
+        if (barcodeFamily_ == BarcodeFont::Drawn)
+            drawBars(code);
+        else
+            printCode(code);
         job_.setFont(Narrow, 7);
         y_ += 500;
         const QStringList lines = captionLines(caption);
@@ -69,7 +90,10 @@ private:
         centred(tariff, 1000);
     }
 
+    static constexpr int Module = 20, BarHeight = 440; // twips
+
     PrintJob& job_;
+    const int left_;
     int y_;
     QString barcodeFamily_;
 };
@@ -89,11 +113,13 @@ QStringList captionLines(const QString& caption) {
     return lines;
 }
 
-void print(PrintJob& job, const QList<ProductLabel>& labels, const QString& barcodeFamily) {
-    for (qsizetype i = 0; i < labels.size(); ++i) {
-        if (i > 0 && i % LabelsPerPage == 0) job.newPage();
-        const int top = static_cast<int>(i % LabelsPerPage) * LabelStep;
-        LabelWriter(job, top, barcodeFamily).write(labels[i]);
+void print(PrintJob& job, const QList<ProductLabel>& labels, const QString& barcodeFamily, Paper paper) {
+    const int columns = paper == Paper::Sheet ? 2 : 1;
+    const int perPage = LabelsPerPage * columns;
+    for (int i = 0; i < labels.size(); ++i) {
+        if (i > 0 && i % perPage == 0) job.newPage();
+        const int column = i % perPage / LabelsPerPage, row = i % LabelsPerPage;
+        LabelWriter(job, column * ColumnStep, row * LabelStep, barcodeFamily).write(labels[i]);
     }
 }
 

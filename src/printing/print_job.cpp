@@ -47,6 +47,8 @@ void PrintJob::paint(QPainter& painter, int page) const {
     painter.save();
     const double dotsPerTwip = static_cast<double>(painter.device()->logicalDpiX()) / TwipsPerInch;
     painter.scale(dotsPerTwip, dotsPerTwip);
+    for (const PrintedBar& bar : bars_)
+        if (bar.page == page) painter.fillRect(bar.x, bar.y, bar.width, bar.height, Qt::black);
     for (const PrintedText& piece : pieces_) {
         if (piece.page != page) continue;
         const QFont font = inTwips(piece.font);

@@ -20,6 +20,12 @@ struct PrintedText {
     QString text;
 };
 
+/// One filled rectangle of one page; twips.
+struct PrintedBar {
+    int page = 0;
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
 /// A print job being written: font, position, text, page, end. It is then painted on a printer, saved as a PDF,
 /// shown in a preview, or read as text.
 class PrintJob {
@@ -31,6 +37,8 @@ public:
     void setPosition(int x, int y) { x_ = x, y_ = y; }
     /// Prints at the current position, which stays.
     void print(const QString& text);
+    /// Fills a rectangle at the current position.
+    void bar(int width, int height) { bars_.append({page_, x_, y_, width, height}); }
     void newPage() { ++page_; }
     /// Width of a text in the current font, twips.
     int textWidth(const QString& text) const;
@@ -38,6 +46,7 @@ public:
     const QString& title() const { return title_; }
     int pages() const { return pieces_.isEmpty() ? 0 : page_ + 1; }
     const QList<PrintedText>& pieces() const { return pieces_; }
+    const QList<PrintedBar>& bars() const { return bars_; }
     /// True when a printed piece is exactly this text.
     bool contains(const QString& text) const;
 
@@ -53,6 +62,7 @@ private:
     QFont font_;
     int x_ = 0, y_ = 0, page_ = 0;
     QList<PrintedText> pieces_;
+    QList<PrintedBar> bars_;
 };
 
 } // namespace molven

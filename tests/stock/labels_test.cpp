@@ -1,10 +1,15 @@
 #include "support/dossier.h"
 
+#include "printing/barcode_font.h"
 #include "printing/label_page.h"
 #include "reference/articles.h"
 #include "reference/tariff_tables.h"
 #include "stock/labels.h"
 #include "stock/units.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QProcess>
 
 namespace molven {
 
@@ -173,5 +178,43 @@ TEST(LabelPages, BreakALongCaptionAtABlankAndStartAPageWhenFull) {
     label_page::print(job, QList<ProductLabel>(9, sample()), QStringLiteral("Courier New"));
     EXPECT_EQ(job.pages(), 3);
 }
+
+TEST(LabelPages, FillAnA4SheetColumnByColumn) {
+    PrintJob job(QStringLiteral("Etiquettes"));
+    label_page::print(job, QList<ProductLabel>(9, sample()), QStringLiteral("Courier New"), label_page::Paper::Sheet);
+    EXPECT_EQ(job.pages(), 2);
+    const PrintedText first = pieceOf(job, QStringLiteral("3100001")),
+                      fifth = pieceOf(job, QStringLiteral("3100001"), 4);
+    EXPECT_EQ(fifth.y, first.y);
+    EXPECT_EQ(fifth.x, first.x + label_page::ColumnStep);
+}
+
+class DrawnBars : public testing::TestWithParam<const char*> {};
+
+TEST_P(DrawnBars, AreReadBackByAScanner) {
+    const QTemporaryDir folder;
+    ProductLabel label = sample();
+    label.lpp = QString::fromLatin1(GetParam());
+    PrintJob job(QStringLiteral("Etiquettes"));
+    label_page::print(job, {label}, BarcodeFont::Drawn);
+    EXPECT_FALSE(job.bars().isEmpty());
+    QImage paper(2480, 3508, QImage::Format_RGB32); // A4 at 300 dots an inch
+    paper.setDotsPerMeterX(11811);
+    paper.setDotsPerMeterY(11811);
+    paper.fill(Qt::white);
+    QPainter painter(&paper);
+    job.paint(painter, 0);
+    painter.end();
+    const QString path = folder.filePath(QStringLiteral("etiquette.png"));
+    ASSERT_TRUE(paper.save(path));
+    QProcess scanner;
+    scanner.start(QStringLiteral("zbarimg"), {QStringLiteral("-q"), QStringLiteral("--raw"),
+                                              QStringLiteral("-Sdisable"), QStringLiteral("-Scode128.enable"), path});
+    ASSERT_TRUE(scanner.waitForFinished(30'000));
+    EXPECT_EQ(QString::fromUtf8(scanner.readAllStandardOutput()).trimmed(), QString::fromLatin1(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Code128, DrawnBars,
+                         testing::Values("3100001", "1234", "12345", "ABC-12", "A1B2C3", "99999999", "Lot 7/b"));
 
 } // namespace molven

@@ -6,6 +6,7 @@
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
 
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -100,7 +101,11 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
     auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* layout = new QGridLayout(this);
     layout->addWidget(grid_, 0, 0, 1, 3);
+    paper_ = new QComboBox(this);
+    paper_->setObjectName(QStringLiteral("Cmbpapier"));
+    paper_->addItems({QStringLiteral("Une colonne"), QStringLiteral("Planche A4, 2 colonnes")});
     layout->addWidget(printButton, 1, 0);
+    layout->addWidget(paper_, 1, 1, Qt::AlignLeft);
     layout->addWidget(quit, 1, 2);
     layout->setColumnStretch(1, 1);
     setDefaultButton(printButton);
@@ -117,7 +122,8 @@ void LabelPrintForm::print() {
         labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp],
                        row[etiq.e_ori], row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
     PrintJob job(QStringLiteral("Etiquettes"));
-    label_page::print(job, labels, desk().barcodeFamily());
+    label_page::print(job, labels, desk().barcodeFamily(),
+                      paper_->currentIndex() == 1 ? label_page::Paper::Sheet : label_page::Paper::Column);
     desk().print(job);
 }
 

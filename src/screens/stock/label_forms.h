@@ -4,6 +4,7 @@
 #include "stock/labels.h"
 #include "ui/form.h"
 
+class QComboBox;
 class QLabel;
 
 namespace molven {
@@ -44,6 +45,7 @@ private:
     Workspace workspace_;
     Database tri_;
     Grid* grid_;
+    QComboBox* paper_;
 };
 
 } // namespace molven
