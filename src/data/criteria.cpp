@@ -27,6 +27,10 @@ Expression left(const Field& field, int count) {
     return {QStringLiteral("substr(%1,1,%2)").arg(field.name).arg(count) + collation(field.kind), field.kind};
 }
 
+Expression monthKey(const Field& field) {
+    return {QStringLiteral("(substr(%1,4,4)||substr(%1,1,2))").arg(field.name) + CollateCode, Field::Kind::Code};
+}
+
 Expression trimmed(const Field& field) {
     return {QStringLiteral("trim(%1)").arg(field.name) + collation(field.kind), field.kind};
 }

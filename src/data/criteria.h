@@ -20,6 +20,8 @@ public:
 Expression left(const Field& field, int count);
 /// Without surrounding blanks.
 Expression trimmed(const Field& field);
+/// "yyyymm" of a "mm/yyyy" text, which sorts by time.
+Expression monthKey(const Field& field);
 /// Two codes written one after the other.
 Expression operator+(const Expression& a, const Expression& b);
 

@@ -12,6 +12,7 @@
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
 #include "screens/stock/label_forms.h"
+#include "screens/stock/listing_forms.h"
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
 #include "screens/stock/unit_history_form.h"
@@ -63,6 +64,8 @@ void addScreens(Desk& desk) {
     add<LabelPrintForm>(desk, "T_etibarre");
     add<UnitHistoryForm>(desk, "T_traimm");
     add<VirtualUnitHistoryForm>(desk, "T_traimmv");
+    add<UnitListForm>(desk, "T_proedt");
+    add<StockListForm>(desk, "T_stkedt");
     add<PatientForm>(desk, "T_tracab");
     add<VirtualPatientForm>(desk, "T_tracabv");
     add<RecallForm>(desk, "T_rappel");

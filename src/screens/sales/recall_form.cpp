@@ -7,6 +7,7 @@
 #include "printing/letter.h"
 #include "reference/parties.h"
 #include "stock/unit_tables.h"
+#include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/printed_list.h"
@@ -75,37 +76,22 @@ RecallForm::RecallForm(Desk& desk)
       grid_(new Grid(QStringLiteral("DBGrid1"), columns(), this)),
       count_(new QLabel(this)) {
     count_->setObjectName(QStringLiteral("Label1"));
+    using Kind = CriterionBox::Kind;
+    criteria_ = new CriteriaPanel(*this,
+                                  {{QStringLiteral("txtlot_art"), QStringLiteral("Lot :"), 20},
+                                   {QStringLiteral("txtfou_ref"), QStringLiteral("Réf. fournisseur :"), 20},
+                                   {QStringLiteral("txtref_art"), QStringLiteral("Article :"), 13},
+                                   {QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), 10, Kind::Day},
+                                   {QStringLiteral("Mskfin"), QStringLiteral("au :"), 10, Kind::Day}},
+                                  5);
+    bind(strproduit.lot_art.name, criteria_->edit(QStringLiteral("txtlot_art")));
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(criteria());
+    layout->addWidget(criteria_);
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons());
     resize(1240, 700);
     applyTitle(QStringLiteral("Rappel de lot"));
-    boxes_[strproduit.lot_art.name]->setFocus();
-}
-
-QLayout* RecallForm::criteria() {
-    auto* row = new QHBoxLayout;
-    const auto add = [&](const QString& key, const QString& name, const QString& caption, Edit* edit) {
-        edit->setObjectName(name);
-        boxes_.insert(key, edit);
-        bind(key, edit);
-        row->addWidget(new QLabel(caption, this));
-        row->addWidget(edit);
-    };
-    const auto text = [this](int characters) {
-        auto* edit = new Edit(this);
-        edit->setMaxLength(characters);
-        edit->setFixedWidth(std::min(characters, 16) * 9 + 14);
-        return edit;
-    };
-    add(strproduit.lot_art.name, QStringLiteral("txtlot_art"), QStringLiteral("Lot :"), text(20));
-    add(strproduit.fou_ref.name, QStringLiteral("txtfou_ref"), QStringLiteral("Réf. fournisseur :"), text(20));
-    add(strproduit.ref_art.name, QStringLiteral("txtref_art"), QStringLiteral("Article :"), text(13));
-    add(QStringLiteral("Mskdeb"), QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), new DateBox(this));
-    add(QStringLiteral("Mskfin"), QStringLiteral("Mskfin"), QStringLiteral("au :"), new DateBox(this));
-    row->addStretch();
-    return row;
+    criteria_->edit(QStringLiteral("txtlot_art"))->setFocus();
 }
 
 QLayout* RecallForm::buttons() {
@@ -126,9 +112,8 @@ void RecallForm::find() {
     units_.clear();
     grid_->rows().setRecords({});
     count_->clear();
-    const auto value = [this](const QString& key) { return boxes_[key]->value().trimmed(); };
-    query_ = {value(strproduit.lot_art.name), value(strproduit.fou_ref.name), value(strproduit.ref_art.name),
-              value(QStringLiteral("Mskdeb")), value(QStringLiteral("Mskfin"))};
+    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
+    query_ = {value("txtlot_art"), value("txtfou_ref"), value("txtref_art"), value("Mskdeb"), value("Mskfin")};
     units_ = recall::find(session(), query_);
     grid_->rows().setRecords(units_);
     const auto laid = std::count_if(units_.begin(), units_.end(),

@@ -7,6 +7,7 @@ class QLabel;
 
 namespace molven {
 
+class CriteriaPanel;
 class Grid;
 
 /// Recall of a lot: every unit concerned, where it is and in whom, on screen, on paper, and one letter a hospital.
@@ -15,14 +16,13 @@ public:
     explicit RecallForm(Desk& desk);
 
 private:
-    QLayout* criteria();
     QLayout* buttons();
     void find();
     void requireUnits() const;
     void print();
     void writeLetters();
 
-    QHash<QString, Edit*> boxes_;
+    CriteriaPanel* criteria_ = nullptr;
     Grid* grid_ = nullptr;
     QLabel* count_ = nullptr;
     RecallQuery query_;

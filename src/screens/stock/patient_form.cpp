@@ -6,16 +6,38 @@
 #include "reference/article_tables.h"
 #include "reference/party_tables.h"
 #include "stock/labels.h"
+#include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/pick_lists.h"
 
-#include <QComboBox>
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
 namespace molven {
+
+namespace {
+
+QList<CriterionBox> criteria() {
+    using Kind = CriterionBox::Kind;
+    return {{QStringLiteral("DEBIMM"), QStringLiteral("Immat. du :"), 8},
+            {QStringLiteral("FINIMM"), QStringLiteral("au :"), 8},
+            {QStringLiteral("REF1"), QStringLiteral("Référence :")},
+            {QStringLiteral("txtclt_vte"), QStringLiteral("Client :"), 6},
+            {QStringLiteral("REFD"), QStringLiteral("Référence de :")},
+            {QStringLiteral("REFF"), QStringLiteral("à :")},
+            {QStringLiteral("Mskdeb"), QStringLiteral("Document du :"), 10, Kind::Day},
+            {QStringLiteral("Mskfin"), QStringLiteral("au :"), 10, Kind::Day},
+            {QStringLiteral("txtreg_pat"), QStringLiteral("Patient :"), 30},
+            {QStringLiteral("Cmbtri"),
+             QStringLiteral("Tri par :"),
+             0,
+             Kind::Text,
+             {QStringLiteral("Référence"), QStringLiteral("Immatriculation"), QStringLiteral("Patient")}}};
+}
+
+} // namespace
 
 PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
     : Form(desk, name),
@@ -32,55 +54,28 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
                       {&strproduit.num_vte, QStringLiteral("Document"), 80},
                       {&strproduit.lot_art, QStringLiteral("Lot"), 100}},
                      this);
+    criteria_ = new CriteriaPanel(*this, criteria(), 4);
     words_ = new QLabel(this);
     words_->setObjectName(QStringLiteral("Label1"));
     words_->setTextFormat(Qt::PlainText);
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("Label2"));
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(criteria());
+    layout->addWidget(criteria_);
     layout->addWidget(words_);
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons());
     resize(1180, 700);
     applyTitle(units == DataFile::Virtuel ? QStringLiteral("Tracabilité des produits(posés) virtuels")
                                           : QStringLiteral("Tracabilité des produits(posés)"));
-    boxes_[QStringLiteral("DEBIMM")]->setFocus();
+    setPickers();
+    criteria_->edit(QStringLiteral("DEBIMM"))->setFocus();
 }
 
-QLayout* PatientForm::criteria() {
-    struct Box {
-        const char* name;
-        const char* caption;
-        int characters; ///< 0 for a date
-    };
-    static const Box all[] = {
-        {"DEBIMM", "Immat. du :", 8},   {"FINIMM", "au :", 8},          {"REF1", "Référence :", 13},
-        {"txtclt_vte", "Client :", 6},  {"REFD", "Référence de :", 13}, {"REFF", "à :", 13},
-        {"Mskdeb", "Document du :", 0}, {"Mskfin", "au :", 0},          {"txtreg_pat", "Patient :", 30}};
-    auto* layout = new QGridLayout;
-    int place = 0;
-    for (const Box& box : all) {
-        Edit* edit = box.characters == 0 ? new DateBox(this) : new Edit(this);
-        edit->setObjectName(QString::fromLatin1(box.name));
-        if (box.characters > 0) {
-            edit->setMaxLength(box.characters);
-            edit->setFixedWidth(box.characters * 9 + 14);
-        }
-        boxes_.insert(edit->objectName(), edit);
-        layout->addWidget(new QLabel(QString::fromUtf8(box.caption), this), place / 4, place % 4 * 2, Qt::AlignRight);
-        layout->addWidget(edit, place / 4, place % 4 * 2 + 1);
-        ++place;
-    }
-    sort_ = new QComboBox(this);
-    sort_->setObjectName(QStringLiteral("Cmbtri"));
-    sort_->addItems({QStringLiteral("Référence"), QStringLiteral("Immatriculation"), QStringLiteral("Patient")});
-    layout->addWidget(new QLabel(QStringLiteral("Tri par :"), this), place / 4, place % 4 * 2, Qt::AlignRight);
-    layout->addWidget(sort_, place / 4, place % 4 * 2 + 1);
-    layout->setColumnStretch(8, 1);
+void PatientForm::setPickers() {
     const auto picker = [this](const char* name, const std::function<PickList(const pick_lists::Chosen&)>& list,
                                const Field& field) {
-        Edit* edit = boxes_[QString::fromLatin1(name)];
+        Edit* edit = criteria_->edit(QString::fromLatin1(name));
         onPick(edit, [this, edit, list, &field] {
             pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
         });
@@ -90,7 +85,6 @@ QLayout* PatientForm::criteria() {
     picker(
         "txtclt_vte", [this](const pick_lists::Chosen& chosen) { return pick_lists::clients(molven_, chosen); },
         strclient.clt_cod);
-    return layout;
 }
 
 QLayout* PatientForm::buttons() {
@@ -108,7 +102,7 @@ QLayout* PatientForm::buttons() {
 }
 
 PatientEnquiry PatientForm::typed() const {
-    const auto value = [this](const char* name) { return boxes_[QString::fromLatin1(name)]->value().trimmed(); };
+    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
     PatientEnquiry enquiry;
     enquiry.firstUnit = value("DEBIMM");
     enquiry.lastUnit = value("FINIMM");
@@ -119,7 +113,7 @@ PatientEnquiry PatientForm::typed() const {
     enquiry.patient = value("txtreg_pat");
     enquiry.firstDate = value("Mskdeb");
     enquiry.lastDate = value("Mskfin");
-    enquiry.sort = static_cast<PatientEnquiry::Sort>(sort_->currentIndex());
+    enquiry.sort = static_cast<PatientEnquiry::Sort>(criteria_->choice(QStringLiteral("Cmbtri")));
     return enquiry;
 }
 

@@ -4,11 +4,11 @@
 #include "stock/patient_enquiry.h"
 #include "ui/form.h"
 
-class QComboBox;
 class QLabel;
 
 namespace molven {
 
+class CriteriaPanel;
 class Grid;
 
 /// Which patient received which unit. Its twin reads the virtual stock.
@@ -20,7 +20,7 @@ protected:
     PatientForm(Desk& desk, const QString& name, DataFile units);
 
 private:
-    QLayout* criteria();
+    void setPickers();
     QLayout* buttons();
     PatientEnquiry typed() const;
     const PatientEnquiry& requireSelection() const;
@@ -31,8 +31,7 @@ private:
 
     Workspace workspace_;
     Database molven_, units_, tri_;
-    QHash<QString, Edit*> boxes_;
-    QComboBox* sort_ = nullptr;
+    CriteriaPanel* criteria_ = nullptr;
     Grid* grid_ = nullptr;
     QLabel* words_ = nullptr;
     QLabel* count_ = nullptr;

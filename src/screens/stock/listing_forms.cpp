@@ -1,0 +1,383 @@
+#include "screens/stock/listing_forms.h"
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "data/errors.h"
+#include "data/format.h"
+#include "printing/report.h"
+#include "reference/articles.h"
+#include "reference/parameters.h"
+#include "reference/party_tables.h"
+#include "stock/labels.h"
+#include "stock/patient_enquiry.h"
+#include "stock/units.h"
+#include "ui/criteria_panel.h"
+#include "ui/edit.h"
+#include "ui/grid.h"
+#include "ui/pick_lists.h"
+#include "ui/printed_list.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+QList<CriterionBox> unitCriteria() {
+    QList<CriterionBox> boxes;
+    for (const UnitCriterion& one : unit_listing::criteria()) {
+        const bool isMonth = one.match == UnitCriterion::Match::ExpiresBy,
+                   isDay = one.match == UnitCriterion::Match::Date;
+        const int characters = one.match == UnitCriterion::Match::Year ? 4 : std::min(one.field.size, 16);
+        boxes.append({one.control, one.caption, characters,
+                      isMonth ? CriterionBox::Kind::Month
+                      : isDay ? CriterionBox::Kind::Day
+                              : CriterionBox::Kind::Text});
+    }
+    for (const UnitChoice& choice : unit_listing::choices()) {
+        QStringList options;
+        for (const UnitOption& option : choice.options) options.append(option.caption);
+        boxes.append({choice.control, choice.caption, 0, CriterionBox::Kind::Text, options});
+    }
+    boxes.append(
+        {QStringLiteral("Cmbtri"), QStringLiteral("Tri par :"), 0, CriterionBox::Kind::Text, unit_listing::orders()});
+    boxes.append({QStringLiteral("Cmbrelance"),
+                  QStringLiteral("Relance :"),
+                  0,
+                  CriterionBox::Kind::Text,
+                  {QStringLiteral("Non"), QStringLiteral("Oui")}});
+    return boxes;
+}
+
+} // namespace
+
+UnitListForm::UnitListForm(Desk& desk)
+    : Form(desk, QStringLiteral("T_proedt")),
+      molven_(workspace_.open(session().molven())),
+      tri_(workspace_.open(session().tri())) {
+    criteria_ = new CriteriaPanel(*this, unitCriteria(), 4);
+    words_ = new QLabel(this);
+    words_->setObjectName(QStringLiteral("Label1"));
+    words_->setTextFormat(Qt::PlainText);
+    count_ = new QLabel(this);
+    count_->setObjectName(QStringLiteral("Label2"));
+    QList<GridColumn> columns = pick_lists::unitColumns();
+    columns.append({&strproduit.fou_cde, QStringLiteral("Fournis"), 70});
+    columns.append({&strproduit.fou_imm, QStringLiteral("Imm Frs"), 110});
+    columns.append({&strproduit.reg_pat, QStringLiteral("Patient"), 160});
+    grid_ = new Grid(QStringLiteral("DBGrid1"), columns, this);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(criteria_);
+    layout->addWidget(words_);
+    layout->addWidget(grid_, 1);
+    layout->addLayout(buttons());
+    setPickers();
+    resize(1260, 760);
+    applyTitle(QStringLiteral("Edition des produits"));
+    criteria_->edit(QStringLiteral("DEBIMM"))->setFocus();
+}
+
+QLayout* UnitListForm::buttons() {
+    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); });
+    QPushButton* others[] = {
+        button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }),
+        button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); }),
+        button(QStringLiteral("Cmdretour"), QStringLiteral("Retour au &dépôt 001"), [this] { returnUnits(); }),
+        button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeUnit(); }),
+        button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
+    setDefaultButton(search);
+    auto* row = new QHBoxLayout;
+    row->addWidget(search);
+    row->addWidget(count_, 1);
+    for (QPushButton* other : others) row->addWidget(other);
+    return row;
+}
+
+void UnitListForm::setPickers() {
+    const auto picker = [this](const char* name, const Field& field,
+                               const std::function<PickList(const pick_lists::Chosen&)>& list) {
+        Edit* edit = criteria_->edit(QString::fromLatin1(name));
+        onPick(edit, [this, edit, list, &field] {
+            pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
+        });
+    };
+    const auto articles = [this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); };
+    for (const char* name : {"REF1", "REFD", "REFF"}) picker(name, strarticle.art_ref, articles);
+    picker("txtfou_cde", strfournis.fou_cod,
+           [this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
+    picker("txtnum_dep", strparam.num_par, [this](const pick_lists::Chosen& chosen) {
+        return pick_lists::parameters(molven_, list::Depot, QStringLiteral("LES DEPOTS"), chosen);
+    });
+    picker("txtfam_dep", strparam.num_par, [this](const pick_lists::Chosen& chosen) {
+        return pick_lists::parameters(molven_, list::DepotFamily, QStringLiteral("LES FAMILLES DE DEPOT"), chosen);
+    });
+}
+
+void UnitListForm::select() {
+    selected_.reset();
+    grid_->rows().setRecords({});
+    count_->clear();
+    UnitSelection selection;
+    selection.values = criteria_->values();
+    for (const UnitChoice& choice : unit_listing::choices())
+        selection.choices.insert(choice.control, criteria_->choice(choice.control));
+    selection.order = criteria_->choice(QStringLiteral("Cmbtri"));
+    unit_listing::criterion(molven_, selection); // a faulty box is told before any question
+    isReminder_ = criteria_->choice(QStringLiteral("Cmbrelance")) == 1;
+    selection.withoutReminded =
+        isReminder_ &&
+        !prompt().ask(QStringLiteral("Voulez-vous que l'on sélectionne ceux qui ont été déjà relancés ? "));
+    words_->setText(QStringLiteral("Sélection : ") + unit_listing::words(selection));
+    const Criterion criterion = unit_listing::criterion(molven_, selection);
+    if (molven_.count(strproduit, criterion) == 0)
+        throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), QStringLiteral("DEBIMM"));
+    selection_ = selection;
+    selected_ = criterion;
+    grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
+        return molven_.select(strproduit, *selected_ && filter,
+                              order.terms.isEmpty() ? unit_listing::order(selection_) : order);
+    });
+    count_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
+    grid_->selectRow(0);
+}
+
+void UnitListForm::requireSelection() const {
+    if (!selected_) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("DEBIMM"));
+}
+
+Recordset UnitListForm::selected() { return molven_.select(strproduit, *selected_, unit_listing::order(selection_)); }
+
+void UnitListForm::print() {
+    requireSelection();
+    working_copy::keep(tri_, selected());
+    Report report(QStringLiteral("LISTE DES PRODUITS"), dateText(Clock::today()),
+                  {{QStringLiteral("N° Immatriculation"), 1300},
+                   {QStringLiteral("Référence"), 1400},
+                   {QStringLiteral("Désignation"), 2900},
+                   {QStringLiteral("Fournis"), 800},
+                   {QStringLiteral("Imm Frs"), 1300},
+                   {QStringLiteral("N° Lot"), 1200},
+                   {QStringLiteral("Dép"), 600},
+                   {QStringLiteral("N° Pièce"), 800},
+                   {QStringLiteral("Péremption"), 1000}});
+    const bool byClient = selection_.order == 2;
+    std::optional<QString> client;
+    for (const Record& unit : tri_.select(tripro)) {
+        const QString holder = unit[tripro.clt_vte];
+        if (byClient && client != holder) report.group(QStringLiteral("Client : ") + holder);
+        client = holder;
+        report.row({unit[tripro.imm_art], unit[tripro.ref_art], unit[tripro.pro_li1], unit[tripro.fou_cde],
+                    unit[tripro.fou_imm], unit[tripro.lot_art], unit[tripro.num_dep], unit[tripro.pie_art],
+                    unit[tripro.dat_per]});
+    }
+    desk().print(report.finish(
+        QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(grid_->rows().rowCount()).arg(report.pages())));
+    unit_listing::markSelected(molven_, *selected_, isReminder_);
+}
+
+void UnitListForm::makeLabels() {
+    requireSelection();
+    labels::fill(molven_, tri_, session().rules(), selected());
+    desk().open(QStringLiteral("T_etibarre"));
+}
+
+void UnitListForm::returnUnits() {
+    requireSelection();
+    if (!prompt().ask(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"))) return;
+    unit_listing::returnToMainDepot(molven_, *selected_);
+    grid_->rows().refresh();
+}
+
+void UnitListForm::removeUnit() {
+    requireSelection();
+    const auto unit = grid_->current();
+    if (!unit) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("DEBIMM"));
+    const QString number = unit->value(strproduit.imm_art);
+    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer : ") + number)) return;
+    units::remove(molven_, Immatriculation::fromText(number));
+    grid_->rows().refresh();
+    count_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
+}
+
+namespace {
+
+const QList<GridColumn>& articleColumns() {
+    static const QList<GridColumn> columns{
+        {&strarticle.art_ref, QStringLiteral("Référence"), 140},
+        {&strarticle.art_li1, QStringLiteral("Désignation"), 380},
+        {&strarticle.art_fam, QStringLiteral("Famille"), 70},
+        {&strarticle.art_stk, QStringLiteral("Quantité"), 90, QStringLiteral("# ##0")},
+        {&strarticle.art_pam, QStringLiteral("P.A.Moyen"), 110, QStringLiteral("# ##0.00")}};
+    return columns;
+}
+
+QList<CriterionBox> stockCriteria() {
+    const auto text = [](const char* name, const char* caption, int characters) {
+        return CriterionBox{QString::fromLatin1(name), QString::fromUtf8(caption), characters};
+    };
+    return {text("REF1", "Référence :", 13),
+            text("REFD", "de :", 13),
+            text("REFF", "à :", 13),
+            {QStringLiteral("Cmbsuivi"),
+             QStringLiteral("Suivi :"),
+             0,
+             CriterionBox::Kind::Text,
+             {QStringLiteral("Tous"), QStringLiteral("Suivis"), QStringLiteral("Non suivis")}},
+            text("Txtcpt", "Compte vente :", 9),
+            text("Txtcpte", "Compte export :", 9),
+            text("Txtcpta", "Compte achat :", 9),
+            text("Txtcpts", "Compte stock :", 9),
+            text("txtfam", "Famille :", 3),
+            text("txtfou", "Fournisseur :", 6),
+            {QStringLiteral("Mskdate"), QStringLiteral("Stock à la date :"), 10, CriterionBox::Kind::Day},
+            {QStringLiteral("Cmbtri"),
+             QStringLiteral("Tri des produits :"),
+             0,
+             CriterionBox::Kind::Text,
+             {QStringLiteral("Immatriculation"), QStringLiteral("Référence"), QStringLiteral("Dépôt")}},
+            text("DEBIMM", "Immat. du :", 8),
+            text("FINIMM", "au :", 8),
+            text("txtnum_dep", "Dépôt :", 6),
+            text("txtfam_dep", "Famille dépôt :", 3)};
+}
+
+} // namespace
+
+StockListForm::StockListForm(Desk& desk)
+    : Form(desk, QStringLiteral("T_stkedt")), molven_(workspace_.open(session().molven())) {
+    criteria_ = new CriteriaPanel(*this, stockCriteria(), 4);
+    grid_ = new Grid(QStringLiteral("DBGrid1"), articleColumns(), this);
+    total_ = new QLabel(this);
+    total_->setObjectName(QStringLiteral("Label2"));
+    step_ = new QLabel(this);
+    step_->setObjectName(QStringLiteral("Label1"));
+    QPushButton* buttons[] = {
+        button(QStringLiteral("Cmdok"), QStringLiteral("Stock des &articles"), [this] { listArticles(); }),
+        button(QStringLiteral("Cmdokdate"), QStringLiteral("Stock à la &date"), [this] { listArticlesAt(); }),
+        button(QStringLiteral("Cmdokpro"), QStringLiteral("Stock des &produits"), [this] { listUnits(); }),
+        button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }),
+        button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
+    auto* row = new QHBoxLayout;
+    row->addWidget(step_);
+    row->addWidget(total_, 1);
+    for (QPushButton* made : buttons) row->addWidget(made);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(criteria_);
+    layout->addWidget(grid_, 1);
+    layout->addLayout(row);
+    resize(1200, 720);
+    applyTitle(QStringLiteral("Inventaire"));
+    criteria_->edit(QStringLiteral("REF1"))->setFocus();
+}
+
+stock_listing::ArticleSelection StockListForm::articles() const {
+    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
+    stock_listing::ArticleSelection selection;
+    selection.reference = value("REF1");
+    selection.firstReference = value("REFD");
+    selection.lastReference = value("REFF");
+    selection.salesAccount = value("Txtcpt");
+    selection.exportAccount = value("Txtcpte");
+    selection.purchaseAccount = value("Txtcpta");
+    selection.stockAccount = value("Txtcpts");
+    selection.family = value("txtfam");
+    selection.supplier = value("txtfou");
+    selection.followUp = QStringList{QString(), follow_up::ByUnit,
+                                     follow_up::ByMovements}[criteria_->choice(QStringLiteral("Cmbsuivi"))];
+    return selection;
+}
+
+stock_listing::UnitStockSelection StockListForm::units() const {
+    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
+    return {value("DEBIMM"),     value("FINIMM"),     value("REF1"),
+            value("txtnum_dep"), value("txtfam_dep"), criteria_->choice(QStringLiteral("Cmbtri"))};
+}
+
+void StockListForm::listArticles() {
+    title_.clear();
+    QList<Record> found;
+    for (const Record& article : stock_listing::articles(molven_, articles())) found.append(article);
+    showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + dateText(Clock::today()));
+    step_->clear();
+}
+
+void StockListForm::listArticlesAt() {
+    title_.clear();
+    const QString date = criteria_->value(QStringLiteral("Mskdate"));
+    if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), QStringLiteral("Mskdate"));
+    step_->setText(QStringLiteral("TRAITEMENT EN COURS"));
+    const QList<Record> found = stock_listing::articlesAt(molven_, articles(), sortKey(date));
+    showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
+    step_->setText(QStringLiteral("TRAITEMENT TERMINE"));
+}
+
+void StockListForm::showArticles(const QList<Record>& found, const QString& title) {
+    articles_ = found;
+    title_ = title;
+    ofUnits_ = false;
+    grid_->setColumns(articleColumns());
+    grid_->rows().setRecords(found);
+    Decimal quantity, value;
+    for (const Record& article : found) {
+        quantity += article[strarticle.art_stk];
+        value += article[strarticle.art_stk] * article[strarticle.art_pam];
+    }
+    total_->setText(QStringLiteral("Nbre sélection : %1   QUANTITE : %2   VALEUR : %3")
+                        .arg(found.size())
+                        .arg(format(quantity, QStringLiteral("# ##0")), format(value, QStringLiteral("### ##0.00"))));
+}
+
+void StockListForm::listUnits() {
+    title_.clear();
+    const QString depot = criteria_->value(QStringLiteral("txtnum_dep"));
+    if (!depot.isEmpty() && !parameters::find(molven_, list::Depot, depot))
+        throw Refusal(QStringLiteral("Ce dépôt %1 n'existe pas").arg(depot), QStringLiteral("txtnum_dep"));
+    const stock_listing::UnitStockSelection selection = units();
+    const Criterion criterion = stock_listing::criterion(selection);
+    if (molven_.count(strproduit, criterion) == 0)
+        throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"));
+    title_ = QStringLiteral("INVENTAIRE PRODUITS");
+    ofUnits_ = true;
+    grid_->setColumns({{&strproduit.num_dep, QStringLiteral("Dépôt"), 70},
+                       {&strproduit.ref_art, QStringLiteral("Référence"), 140},
+                       {&strproduit.imm_art, QStringLiteral("Immatriculation"), 130},
+                       {&strproduit.pro_li1, QStringLiteral("Désignation"), 380},
+                       {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, QStringLiteral("# ##0.00")}});
+    grid_->rows().setQuery([this, criterion, selection](const Criterion& filter, const Order& order) {
+        return molven_.select(strproduit, criterion && filter,
+                              order.terms.isEmpty() ? stock_listing::order(selection) : order);
+    });
+    total_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
+}
+
+void StockListForm::print() {
+    if (title_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("REF1"));
+    if (!ofUnits_) return printArticles();
+    const int group = criteria_->choice(QStringLiteral("Cmbtri")) == 2 ? 0 : -1;
+    desk().print(printedList(title_, grid_->rows(), group));
+}
+
+void StockListForm::printArticles() {
+    const QString amount =
+        session().rules().purchasePriceDecimals() == 3 ? QStringLiteral("# ##0.000") : QStringLiteral("# ##0.00");
+    Report report(title_, dateText(Clock::today()),
+                  {{QStringLiteral("Référence"), 1900},
+                   {QStringLiteral("Désignation"), 4600},
+                   {QStringLiteral("Quantité"), 1300, true},
+                   {QStringLiteral("P.A.Moyen"), 1600, true},
+                   {QStringLiteral("Valeur du Stock"), 1900, true}});
+    Decimal quantity, total;
+    for (const Record& article : articles_) {
+        const Decimal value = article[strarticle.art_stk] * article[strarticle.art_pam];
+        quantity += article[strarticle.art_stk];
+        total += value;
+        report.row({article[strarticle.art_ref], article[strarticle.art_li1], shown(article[strarticle.art_stk]),
+                    format(article[strarticle.art_pam], amount), format(value, amount)});
+    }
+    report.total(QStringLiteral("TOTAUX DE L'INVENTAIRE : QUANTITE ") + shown(quantity));
+    desk().print(report.finish(QStringLiteral("TOTAUX DE L'INVENTAIRE ") + format(total, amount)));
+}
+
+} // namespace molven
