@@ -1,46 +1,66 @@
 #include "stock/stock_listing.h"
 
 #include "data/errors.h"
-#include "data/format.h"
 #include "reference/articles.h"
+#include "reference/parameters.h"
 #include "stock/units.h"
 
 namespace molven::stock_listing {
 
 namespace {
 
-void narrow(Criterion& all, const Criterion& one, const QString& value) {
-    if (!value.trimmed().isEmpty()) all = all && one;
+using Match = ListingCriterion::Match;
+
+ListingCriterion box(const char* control, const char* caption, const Field& field, Match match, const char* words,
+                     int digits = 0) {
+    return {QString::fromLatin1(control), QString::fromUtf8(caption), field, match, QString::fromUtf8(words), digits};
 }
 
 } // namespace
 
-namespace {
-
-/// The condition without the quantity.
-Criterion ofArticles(const ArticleSelection& s) {
-    Criterion all;
-    narrow(all, strarticle.art_ref == s.reference.trimmed(), s.reference);
-    narrow(all, strarticle.art_ref >= s.firstReference.trimmed(), s.firstReference);
-    narrow(all, strarticle.art_ref <= s.lastReference.trimmed(), s.lastReference);
-    narrow(all, strarticle.art_cpt == s.salesAccount.trimmed(), s.salesAccount);
-    narrow(all, strarticle.art_cpte == s.exportAccount.trimmed(), s.exportAccount);
-    narrow(all, strarticle.art_cpta == s.purchaseAccount.trimmed(), s.purchaseAccount);
-    narrow(all, strarticle.art_cpts == s.stockAccount.trimmed(), s.stockAccount);
-    narrow(all, strarticle.art_fam == s.family.trimmed(), s.family);
-    narrow(all, strarticle.art_fou == padded(s.supplier, 6), s.supplier);
-    narrow(all, strarticle.art_aig == s.followUp, s.followUp);
+const ListingCriteria& articleCriteria() {
+    const auto& a = strarticle;
+    static const ListingCriteria all{
+        {box("REF1", "Référence :", a.art_ref, Match::Equal, "référence = '"),
+         box("REFD", "de :", a.art_ref, Match::AtLeast, "référence >= '"),
+         box("REFF", "à :", a.art_ref, Match::AtMost, "référence <= '"),
+         box("Txtcpt", "Compte vente :", a.art_cpt, Match::Equal, "vente = '"),
+         box("Txtcpte", "Compte export :", a.art_cpte, Match::Equal, "export = '"),
+         box("Txtcpta", "Compte achat :", a.art_cpta, Match::Equal, "achat = '"),
+         box("Txtcpts", "Compte stock :", a.art_cpts, Match::Equal, "stock = '"),
+         box("txtfam", "Famille :", a.art_fam, Match::Equal, "fam = '"),
+         box("txtfou", "Fournisseur :", a.art_fou, Match::Equal, "fourn = '", 6)},
+        {{QStringLiteral("Cmbsuivi"),
+          QStringLiteral("Suivi :"),
+          {{QStringLiteral("Tous"), {}, {}},
+           {QStringLiteral("Suivis"), a.art_aig == follow_up::ByUnit, QStringLiteral("art.suivi")},
+           {QStringLiteral("Non suivis"), a.art_aig == follow_up::ByMovements, QStringLiteral("art. non suivi")}}}}};
     return all;
 }
 
-} // namespace
-
-Criterion criterion(const ArticleSelection& selection) {
-    return strarticle.art_stk != Decimal(0) && ofArticles(selection);
+const ListingCriteria& unitCriteria() {
+    const auto& u = strproduit;
+    static const ListingCriteria all = [&u] {
+        ListingCriterion depot = box("txtnum_dep", "Dépôt :", u.num_dep, Match::Equal, "dépôt = '");
+        depot.lists = {list::Depot};
+        depot.unknown = QStringLiteral("Ce dépôt |n'existe pas");
+        return ListingCriteria{{box("DEBIMM", "Immat. du :", u.imm_art, Match::AtLeast, "immat >= '", 8),
+                                box("FINIMM", "au :", u.imm_art, Match::AtMost, "immat <= '", 8),
+                                box("REF1", "Référence :", u.ref_art, Match::Equal, "référence = '"), depot,
+                                box("txtfam_dep", "Famille dépôt :", u.fam_dep, Match::Equal, "Fam Depot '")},
+                               {}};
+    }();
+    return all;
 }
 
-Recordset articles(Database molven, const ArticleSelection& selection) {
-    Recordset found = molven.select(strarticle, criterion(selection), strarticle.art_ref);
+QStringList unitOrders() {
+    return {QStringLiteral("Immatriculation"), QStringLiteral("Référence"), QStringLiteral("Dépôt")};
+}
+
+Recordset articles(Database molven, const ListingSelection& selection) {
+    Recordset found = molven.select(
+        strarticle, strarticle.art_stk != Decimal(0) && listing::criterion(molven, articleCriteria(), selection),
+        strarticle.art_ref);
     if (found.isEmpty()) throw Refusal(QStringLiteral("Aucun article correspondant à ce critère"));
     return found;
 }
@@ -53,15 +73,12 @@ Criterion heldAt(const QString& day) {
 
 } // namespace
 
-qint64 quantityAt(Database molven, const QString& reference, const QString& day) {
-    return molven.count(strproduit, strproduit.ref_art == reference && heldAt(day));
-}
-
-QList<Record> articlesAt(Database molven, const ArticleSelection& selection, const QString& day) {
+QList<Record> articlesAt(Database molven, const ListingSelection& selection, const QString& day) {
     const QHash<QString, qint64> counts = molven.countBy(strproduit, strproduit.ref_art, heldAt(day));
+    const Criterion followed =
+        listing::criterion(molven, articleCriteria(), selection) && strarticle.art_aig == follow_up::ByUnit;
     QList<Record> found;
-    for (const Record& article : molven.select(
-             strarticle, ofArticles(selection) && strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref)) {
+    for (const Record& article : molven.select(strarticle, followed, strarticle.art_ref)) {
         const qint64 quantity = counts.value(article[strarticle.art_ref]);
         if (quantity == 0) continue;
         Record then = article;
@@ -72,17 +89,11 @@ QList<Record> articlesAt(Database molven, const ArticleSelection& selection, con
     return found;
 }
 
-Criterion criterion(const UnitStockSelection& s) {
-    Criterion all = strproduit.tes_vte != state::Sold;
-    narrow(all, strproduit.imm_art >= padded(s.firstUnit, 8), s.firstUnit);
-    narrow(all, strproduit.imm_art <= padded(s.lastUnit, 8), s.lastUnit);
-    narrow(all, strproduit.ref_art == s.reference.trimmed(), s.reference);
-    narrow(all, strproduit.num_dep == s.depot.trimmed(), s.depot);
-    narrow(all, strproduit.fam_dep == s.depotFamily.trimmed(), s.depotFamily);
-    return all;
+Criterion units(Database molven, const ListingSelection& selection) {
+    return strproduit.tes_vte != state::Sold && listing::criterion(molven, unitCriteria(), selection);
 }
 
-Order order(const UnitStockSelection& selection) {
+Order unitOrder(const ListingSelection& selection) {
     if (selection.order == 1) return {strproduit.ref_art, strproduit.pro_ann, strproduit.imm_art};
     if (selection.order == 2) return {strproduit.num_dep, strproduit.ref_art, strproduit.pro_ann, strproduit.imm_art};
     return {strproduit.pro_ann, strproduit.imm_art};

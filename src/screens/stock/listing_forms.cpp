@@ -20,34 +20,53 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 
 namespace molven {
 
 namespace {
 
-QList<CriterionBox> unitCriteria() {
-    QList<CriterionBox> boxes;
-    for (const UnitCriterion& one : unit_listing::criteria()) {
-        const bool isMonth = one.match == UnitCriterion::Match::ExpiresBy,
-                   isDay = one.match == UnitCriterion::Match::Date;
-        const int characters = one.match == UnitCriterion::Match::Year ? 4 : std::min(one.field.size, 16);
-        boxes.append({one.control, one.caption, characters,
-                      isMonth ? CriterionBox::Kind::Month
-                      : isDay ? CriterionBox::Kind::Day
-                              : CriterionBox::Kind::Text});
-    }
-    for (const UnitChoice& choice : unit_listing::choices()) {
+CriterionBox listBox(const char* name, const char* caption, const QStringList& options) {
+    return {QString::fromLatin1(name), QString::fromUtf8(caption), 0, CriterionBox::Kind::Text, options};
+}
+
+CriterionBox boxOf(const ListingCriterion& one) {
+    using Match = ListingCriterion::Match;
+    const int characters = one.match == Match::Year ? 4 : std::min(one.field.size, 16);
+    return {one.control, one.caption, characters,
+            one.match == Match::ExpiresBy ? CriterionBox::Kind::Month
+            : one.match == Match::Date    ? CriterionBox::Kind::Day
+                                          : CriterionBox::Kind::Text};
+}
+
+/// The criteria not in `known` yet: two listings of one screen share their boxes.
+void append(QList<CriterionBox>& known, const ListingCriteria& criteria) {
+    const auto isNew = [&known](const QString& name) {
+        return std::none_of(known.begin(), known.end(), [&](const CriterionBox& box) { return box.name == name; });
+    };
+    for (const ListingCriterion& one : criteria.boxes)
+        if (isNew(one.control)) known.append(boxOf(one));
+    for (const ListingChoice& choice : criteria.choices) {
         QStringList options;
-        for (const UnitOption& option : choice.options) options.append(option.caption);
-        boxes.append({choice.control, choice.caption, 0, CriterionBox::Kind::Text, options});
+        for (const ListingOption& option : choice.options) options.append(option.caption);
+        known.append({choice.control, choice.caption, 0, CriterionBox::Kind::Text, options});
     }
-    boxes.append(
-        {QStringLiteral("Cmbtri"), QStringLiteral("Tri par :"), 0, CriterionBox::Kind::Text, unit_listing::orders()});
-    boxes.append({QStringLiteral("Cmbrelance"),
-                  QStringLiteral("Relance :"),
-                  0,
-                  CriterionBox::Kind::Text,
-                  {QStringLiteral("Non"), QStringLiteral("Oui")}});
+}
+
+ListingSelection selectionOf(const CriteriaPanel& panel, const ListingCriteria& criteria) {
+    ListingSelection selection;
+    selection.values = panel.values();
+    for (const ListingChoice& choice : criteria.choices)
+        selection.choices.insert(choice.control, panel.choice(choice.control));
+    selection.order = panel.choice(QStringLiteral("Cmbtri"));
+    return selection;
+}
+
+QList<CriterionBox> unitBoxes() {
+    QList<CriterionBox> boxes;
+    append(boxes, unit_listing::criteria());
+    boxes.append(listBox("Cmbtri", "Tri par :", unit_listing::orders()));
+    boxes.append(listBox("Cmbrelance", "Relance :", {QStringLiteral("Non"), QStringLiteral("Oui")}));
     return boxes;
 }
 
@@ -57,7 +76,7 @@ UnitListForm::UnitListForm(Desk& desk)
     : Form(desk, QStringLiteral("T_proedt")),
       molven_(workspace_.open(session().molven())),
       tri_(workspace_.open(session().tri())) {
-    criteria_ = new CriteriaPanel(*this, unitCriteria(), 4);
+    criteria_ = new CriteriaPanel(*this, unitBoxes(), 4);
     words_ = new QLabel(this);
     words_->setObjectName(QStringLiteral("Label1"));
     words_->setTextFormat(Qt::PlainText);
@@ -119,18 +138,14 @@ void UnitListForm::select() {
     selected_.reset();
     grid_->rows().setRecords({});
     count_->clear();
-    UnitSelection selection;
-    selection.values = criteria_->values();
-    for (const UnitChoice& choice : unit_listing::choices())
-        selection.choices.insert(choice.control, criteria_->choice(choice.control));
-    selection.order = criteria_->choice(QStringLiteral("Cmbtri"));
+    const ListingSelection selection = selectionOf(*criteria_, unit_listing::criteria());
     unit_listing::criterion(molven_, selection); // a faulty box is told before any question
     isReminder_ = criteria_->choice(QStringLiteral("Cmbrelance")) == 1;
-    selection.withoutReminded =
+    const bool withoutReminded =
         isReminder_ &&
         !prompt().ask(QStringLiteral("Voulez-vous que l'on sélectionne ceux qui ont été déjà relancés ? "));
-    words_->setText(QStringLiteral("Sélection : ") + unit_listing::words(selection));
-    const Criterion criterion = unit_listing::criterion(molven_, selection);
+    words_->setText(QStringLiteral("Sélection : ") + listing::words(unit_listing::criteria(), selection));
+    const Criterion criterion = unit_listing::criterion(molven_, selection, withoutReminded);
     if (molven_.count(strproduit, criterion) == 0)
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), QStringLiteral("DEBIMM"));
     selection_ = selection;
@@ -155,13 +170,14 @@ void UnitListForm::print() {
     Report report(QStringLiteral("LISTE DES PRODUITS"), dateText(Clock::today()),
                   {{QStringLiteral("N° Immatriculation"), 1300},
                    {QStringLiteral("Référence"), 1400},
-                   {QStringLiteral("Désignation"), 2900},
+                   {QStringLiteral("Désignation"), 2300},
                    {QStringLiteral("Fournis"), 800},
                    {QStringLiteral("Imm Frs"), 1300},
                    {QStringLiteral("N° Lot"), 1200},
                    {QStringLiteral("Dép"), 600},
                    {QStringLiteral("N° Pièce"), 800},
-                   {QStringLiteral("Péremption"), 1000}});
+                   {QStringLiteral("Péremption"), 900},
+                   {QStringLiteral("Dépôt Initial"), 700}});
     const bool byClient = selection_.order == 2;
     std::optional<QString> client;
     for (const Record& unit : tri_.select(tripro)) {
@@ -170,7 +186,7 @@ void UnitListForm::print() {
         client = holder;
         report.row({unit[tripro.imm_art], unit[tripro.ref_art], unit[tripro.pro_li1], unit[tripro.fou_cde],
                     unit[tripro.fou_imm], unit[tripro.lot_art], unit[tripro.num_dep], unit[tripro.pie_art],
-                    unit[tripro.dat_per]});
+                    unit[tripro.dat_per], unit[tripro.nom_dep]});
     }
     desk().print(report.finish(
         QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(grid_->rows().rowCount()).arg(report.pages())));
@@ -213,44 +229,26 @@ const QList<GridColumn>& articleColumns() {
     return columns;
 }
 
-QList<CriterionBox> stockCriteria() {
-    const auto text = [](const char* name, const char* caption, int characters) {
-        return CriterionBox{QString::fromLatin1(name), QString::fromUtf8(caption), characters};
-    };
-    return {text("REF1", "Référence :", 13),
-            text("REFD", "de :", 13),
-            text("REFF", "à :", 13),
-            {QStringLiteral("Cmbsuivi"),
-             QStringLiteral("Suivi :"),
-             0,
-             CriterionBox::Kind::Text,
-             {QStringLiteral("Tous"), QStringLiteral("Suivis"), QStringLiteral("Non suivis")}},
-            text("Txtcpt", "Compte vente :", 9),
-            text("Txtcpte", "Compte export :", 9),
-            text("Txtcpta", "Compte achat :", 9),
-            text("Txtcpts", "Compte stock :", 9),
-            text("txtfam", "Famille :", 3),
-            text("txtfou", "Fournisseur :", 6),
-            {QStringLiteral("Mskdate"), QStringLiteral("Stock à la date :"), 10, CriterionBox::Kind::Day},
-            {QStringLiteral("Cmbtri"),
-             QStringLiteral("Tri des produits :"),
-             0,
-             CriterionBox::Kind::Text,
-             {QStringLiteral("Immatriculation"), QStringLiteral("Référence"), QStringLiteral("Dépôt")}},
-            text("DEBIMM", "Immat. du :", 8),
-            text("FINIMM", "au :", 8),
-            text("txtnum_dep", "Dépôt :", 6),
-            text("txtfam_dep", "Famille dépôt :", 3)};
+QList<CriterionBox> stockBoxes() {
+    QList<CriterionBox> boxes;
+    append(boxes, stock_listing::articleCriteria());
+    boxes.append({QStringLiteral("Mskdate"), QStringLiteral("Stock à la date :"), 10, CriterionBox::Kind::Day});
+    append(boxes, stock_listing::unitCriteria());
+    boxes.append(listBox("Cmbtri", "Tri des produits :", stock_listing::unitOrders()));
+    return boxes;
 }
 
 } // namespace
 
 StockListForm::StockListForm(Desk& desk)
     : Form(desk, QStringLiteral("T_stkedt")), molven_(workspace_.open(session().molven())) {
-    criteria_ = new CriteriaPanel(*this, stockCriteria(), 4);
+    criteria_ = new CriteriaPanel(*this, stockBoxes(), 4);
     grid_ = new Grid(QStringLiteral("DBGrid1"), articleColumns(), this);
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("Label2"));
+    words_ = new QLabel(this);
+    words_->setObjectName(QStringLiteral("Lblselect"));
+    words_->setTextFormat(Qt::PlainText);
     step_ = new QLabel(this);
     step_->setObjectName(QStringLiteral("Label1"));
     QPushButton* buttons[] = {
@@ -265,6 +263,7 @@ StockListForm::StockListForm(Desk& desk)
     for (QPushButton* made : buttons) row->addWidget(made);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(criteria_);
+    layout->addWidget(words_);
     layout->addWidget(grid_, 1);
     layout->addLayout(row);
     resize(1200, 720);
@@ -272,45 +271,32 @@ StockListForm::StockListForm(Desk& desk)
     criteria_->edit(QStringLiteral("REF1"))->setFocus();
 }
 
-stock_listing::ArticleSelection StockListForm::articles() const {
-    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
-    stock_listing::ArticleSelection selection;
-    selection.reference = value("REF1");
-    selection.firstReference = value("REFD");
-    selection.lastReference = value("REFF");
-    selection.salesAccount = value("Txtcpt");
-    selection.exportAccount = value("Txtcpte");
-    selection.purchaseAccount = value("Txtcpta");
-    selection.stockAccount = value("Txtcpts");
-    selection.family = value("txtfam");
-    selection.supplier = value("txtfou");
-    selection.followUp = QStringList{QString(), follow_up::ByUnit,
-                                     follow_up::ByMovements}[criteria_->choice(QStringLiteral("Cmbsuivi"))];
+ListingSelection StockListForm::selection(const ListingCriteria& criteria) {
+    title_.clear();
+    words_->clear();
+    step_->clear();
+    const ListingSelection selection = selectionOf(*criteria_, criteria);
+    const QString words = listing::words(criteria, selection);
+    if (!words.isEmpty()) words_->setText(QStringLiteral("Sélection : ") + words);
     return selection;
 }
 
-stock_listing::UnitStockSelection StockListForm::units() const {
-    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
-    return {value("DEBIMM"),     value("FINIMM"),     value("REF1"),
-            value("txtnum_dep"), value("txtfam_dep"), criteria_->choice(QStringLiteral("Cmbtri"))};
-}
-
 void StockListForm::listArticles() {
-    title_.clear();
     QList<Record> found;
-    for (const Record& article : stock_listing::articles(molven_, articles())) found.append(article);
+    for (const Record& article : stock_listing::articles(molven_, selection(stock_listing::articleCriteria())))
+        found.append(article);
     showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + dateText(Clock::today()));
-    step_->clear();
 }
 
 void StockListForm::listArticlesAt() {
-    title_.clear();
+    const ListingSelection asked = selection(stock_listing::articleCriteria());
     const QString date = criteria_->value(QStringLiteral("Mskdate"));
     if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), QStringLiteral("Mskdate"));
     step_->setText(QStringLiteral("TRAITEMENT EN COURS"));
-    const QList<Record> found = stock_listing::articlesAt(molven_, articles(), sortKey(date));
-    showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
-    step_->setText(QStringLiteral("TRAITEMENT TERMINE"));
+    step_->repaint();
+    const auto finished = qScopeGuard([this] { step_->setText(QStringLiteral("TRAITEMENT TERMINE")); });
+    showArticles(stock_listing::articlesAt(molven_, asked, sortKey(date)),
+                 QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
 }
 
 void StockListForm::showArticles(const QList<Record>& found, const QString& title) {
@@ -330,12 +316,8 @@ void StockListForm::showArticles(const QList<Record>& found, const QString& titl
 }
 
 void StockListForm::listUnits() {
-    title_.clear();
-    const QString depot = criteria_->value(QStringLiteral("txtnum_dep"));
-    if (!depot.isEmpty() && !parameters::find(molven_, list::Depot, depot))
-        throw Refusal(QStringLiteral("Ce dépôt %1 n'existe pas").arg(depot), QStringLiteral("txtnum_dep"));
-    const stock_listing::UnitStockSelection selection = units();
-    const Criterion criterion = stock_listing::criterion(selection);
+    const ListingSelection asked = selection(stock_listing::unitCriteria());
+    const Criterion criterion = stock_listing::units(molven_, asked);
     if (molven_.count(strproduit, criterion) == 0)
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"));
     title_ = QStringLiteral("INVENTAIRE PRODUITS");
@@ -345,9 +327,9 @@ void StockListForm::listUnits() {
                        {&strproduit.imm_art, QStringLiteral("Immatriculation"), 130},
                        {&strproduit.pro_li1, QStringLiteral("Désignation"), 380},
                        {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, QStringLiteral("# ##0.00")}});
-    grid_->rows().setQuery([this, criterion, selection](const Criterion& filter, const Order& order) {
+    grid_->rows().setQuery([this, criterion, asked](const Criterion& filter, const Order& order) {
         return molven_.select(strproduit, criterion && filter,
-                              order.terms.isEmpty() ? stock_listing::order(selection) : order);
+                              order.terms.isEmpty() ? stock_listing::unitOrder(asked) : order);
     });
     total_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
 }
@@ -355,8 +337,9 @@ void StockListForm::listUnits() {
 void StockListForm::print() {
     if (title_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("REF1"));
     if (!ofUnits_) return printArticles();
-    const int group = criteria_->choice(QStringLiteral("Cmbtri")) == 2 ? 0 : -1;
-    desk().print(printedList(title_, grid_->rows(), group));
+    const int order = criteria_->choice(QStringLiteral("Cmbtri"));
+    const int group = order == 2 ? 0 : order == 1 ? 1 : -1; // by depot or by article
+    desk().print(printedList(title_, grid_->rows(), group, QStringLiteral("Quantité : ")));
 }
 
 void StockListForm::printArticles() {

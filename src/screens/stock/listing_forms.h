@@ -33,7 +33,7 @@ private:
     Grid* grid_ = nullptr;
     QLabel* words_ = nullptr;
     QLabel* count_ = nullptr;
-    UnitSelection selection_;
+    ListingSelection selection_;
     std::optional<Criterion> selected_;
     bool isReminder_ = false;
 };
@@ -44,8 +44,7 @@ public:
     explicit StockListForm(Desk& desk);
 
 private:
-    stock_listing::ArticleSelection articles() const;
-    stock_listing::UnitStockSelection units() const;
+    ListingSelection selection(const ListingCriteria& criteria);
     void listArticles();
     void listArticlesAt();
     void listUnits();
@@ -58,6 +57,7 @@ private:
     CriteriaPanel* criteria_ = nullptr;
     Grid* grid_ = nullptr;
     QLabel* total_ = nullptr;
+    QLabel* words_ = nullptr;
     QLabel* step_ = nullptr;
     QString title_; ///< of what is listed; empty before
     bool ofUnits_ = false;

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "data/database.h"
+
+#include <QHash>
+
+namespace molven {
+
+/// One criterion of a listing: a box, what it selects, and its words.
+struct ListingCriterion {
+    enum class Match { Equal, AtLeast, AtMost, Beginning, Year, ExpiresBy, Date };
+
+    QString control; ///< object name of the box
+    QString caption;
+    const Field& field;
+    Match match;
+    QString words;                ///< before the value and its closing quote
+    int digits = 0;               ///< of a numeric code padded with zeros
+    QStringList lists = {};       ///< letters of the parameter lists of which one knows the code; or SupplierFile
+    QString unknown = {};         ///< before and behind the code: "Ce dépôt |n'existe pas"
+    QString choice = {};          ///< the list whose chosen option changes the words
+    QStringList choiceWords = {}; ///< by option; an empty one keeps `words`
+
+    static inline const QString SupplierFile = QStringLiteral("fournisseur");
+};
+
+/// One choice of a criterion with few values.
+struct ListingOption {
+    QString caption;
+    Criterion criterion;
+    QString words; ///< ready to be joined
+};
+
+/// A criterion chosen from a list; the first option selects everything.
+struct ListingChoice {
+    QString control;
+    QString caption;
+    QList<ListingOption> options;
+};
+
+/// The boxes and lists of a listing, in the order of the screen.
+struct ListingCriteria {
+    QList<ListingCriterion> boxes;
+    QList<ListingChoice> choices;
+};
+
+/// What the user asked: texts by box, option numbers by list.
+struct ListingSelection {
+    QHash<QString, QString> values;
+    QHash<QString, int> choices;
+    int order = 0; ///< number of the sort order
+};
+
+namespace listing {
+
+/// Everything asked, joined by "and". Throws Refusal for an unknown code or a faulty date.
+Criterion criterion(Database molven, const ListingCriteria& criteria, const ListingSelection& selection);
+/// The criteria in words, joined by "et"; "Sélection : " left out.
+QString words(const ListingCriteria& criteria, const ListingSelection& selection);
+
+} // namespace listing
+} // namespace molven
