@@ -168,16 +168,16 @@ void UnitListForm::print() {
     requireSelection();
     working_copy::keep(tri_, selected());
     Report report(QStringLiteral("LISTE DES PRODUITS"), dateText(Clock::today()),
-                  {{QStringLiteral("N° Immatriculation"), 1300},
-                   {QStringLiteral("Référence"), 1400},
-                   {QStringLiteral("Désignation"), 2300},
-                   {QStringLiteral("Fournis"), 800},
-                   {QStringLiteral("Imm Frs"), 1300},
-                   {QStringLiteral("N° Lot"), 1200},
-                   {QStringLiteral("Dép"), 600},
-                   {QStringLiteral("N° Pièce"), 800},
-                   {QStringLiteral("Péremption"), 900},
-                   {QStringLiteral("Dépôt Initial"), 700}});
+                  {{QStringLiteral("N° Immatriculation"), 1450},
+                   {QStringLiteral("Référence"), 1250},
+                   {QStringLiteral("Désignation"), 2150},
+                   {QStringLiteral("Fournis"), 750},
+                   {QStringLiteral("Imm Frs"), 1150},
+                   {QStringLiteral("N° Lot"), 1050},
+                   {QStringLiteral("Dép"), 550},
+                   {QStringLiteral("N° Pièce"), 850},
+                   {QStringLiteral("Péremption"), 1050},
+                   {QStringLiteral("Dépôt Initial"), 1050}});
     const bool byClient = selection_.order == 2;
     std::optional<QString> client;
     for (const Record& unit : tri_.select(tripro)) {
@@ -222,7 +222,7 @@ namespace {
 const QList<GridColumn>& articleColumns() {
     static const QList<GridColumn> columns{
         {&strarticle.art_ref, QStringLiteral("Référence"), 140},
-        {&strarticle.art_li1, QStringLiteral("Désignation"), 380},
+        {&strarticle.art_li1, QStringLiteral("Désignation"), 640},
         {&strarticle.art_fam, QStringLiteral("Famille"), 70},
         {&strarticle.art_stk, QStringLiteral("Quantité"), 90, QStringLiteral("# ##0")},
         {&strarticle.art_pam, QStringLiteral("P.A.Moyen"), 110, QStringLiteral("# ##0.00")}};
@@ -325,7 +325,7 @@ void StockListForm::listUnits() {
     grid_->setColumns({{&strproduit.num_dep, QStringLiteral("Dépôt"), 70},
                        {&strproduit.ref_art, QStringLiteral("Référence"), 140},
                        {&strproduit.imm_art, QStringLiteral("Immatriculation"), 130},
-                       {&strproduit.pro_li1, QStringLiteral("Désignation"), 380},
+                       {&strproduit.pro_li1, QStringLiteral("Désignation"), 640},
                        {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, QStringLiteral("# ##0.00")}});
     grid_->rows().setQuery([this, criterion, asked](const Criterion& filter, const Order& order) {
         return molven_.select(strproduit, criterion && filter,
