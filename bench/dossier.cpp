@@ -16,6 +16,7 @@ namespace molven::bench {
 namespace {
 
 constexpr int UnitsPerMonth = 9000;
+constexpr int UnitsPerLot = 500;
 
 void fillUnits(Database molven, Database vente, int count) {
     Record unit(strproduit), header(strlive), line(strlivl), hidden(strlivl);
@@ -23,7 +24,6 @@ void fillUnits(Database molven, Database vente, int count) {
     unit[strproduit.pro_li1] = QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE 1");
     unit[strproduit.pro_typ] = QStringLiteral("N");
     unit[strproduit.pro_ann] = QStringLiteral("20");
-    unit[strproduit.dat_per] = QStringLiteral("12/2031");
     header[strlive.fac_clt] = line[strlivl.fac_clt] = Client;
     header[strlive.fac_lg] = QStringLiteral("ENT");
     header[strlive.fac_cpt] = QStringLiteral("N");
@@ -40,7 +40,9 @@ void fillUnits(Database molven, Database vente, int count) {
         const bool delivered = i % 10 < 3 && documents < 300'000;
         const QString document = delivered ? QString::number(++documents).rightJustified(6, u'0') : QString();
         unit[strproduit.imm_art] = number;
-        unit[strproduit.lot_art] = QStringLiteral("LOT%1").arg(i / 500);
+        unit[strproduit.dat_per] =
+            QDate(2027, 1, 1).addMonths(i / UnitsPerLot % 60).toString(QStringLiteral("MM/yyyy"));
+        unit[strproduit.lot_art] = QStringLiteral("LOT%1").arg(i / UnitsPerLot);
         unit[strproduit.tes_vte] = delivered ? state::Delivered : state::InStock;
         unit[strproduit.num_dep] = delivered ? QStringLiteral("101") : QStringLiteral("001");
         unit[strproduit.num_vte] = document;
@@ -71,7 +73,7 @@ void fillArticles(Database molven) {
 } // namespace
 
 Session generate(const QString& folder, int units) {
-    const QString complete = folder + QStringLiteral("/complet-2");
+    const QString complete = folder + QStringLiteral("/complet-4");
     if (QFile::exists(complete)) return creation::open(folder);
     QDir(folder).removeRecursively();
     const Session session = creation::create({folder, QStringLiteral("CE"), QStringLiteral("BANC D'ESSAI"), false});

@@ -5,7 +5,8 @@
 namespace molven::bench {
 
 /// A dossier of that many units, made once and kept in `folder`: three units in ten were delivered, one delivery note
-/// takes one unit. The benches write into a copy of it.
+/// takes one unit, for "PATIENT " and the unit's rank. Five hundred units bear the same lot, "LOT0" on, and expire in
+/// the same month, from "01/2027" on for five years. The benches write into a copy of it.
 Session generate(const QString& folder, int units);
 
 /// Client of every document, and the article of every unit received by the benches.

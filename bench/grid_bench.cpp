@@ -6,8 +6,6 @@
 #include "ui/grid.h"
 #include "ui/pick_lists.h"
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
 #include <QFile>
 
@@ -66,14 +64,8 @@ void openBare(benchmark::State& state) {
 } // namespace
 
 void registerGrid() {
-    for (const auto& [name, function] :
-         {std::pair("unit_grid_to_its_end/molven", &openGrid), std::pair("unit_grid_to_its_end/bare", &openBare)})
-        benchmark::RegisterBenchmark(name, function)
-            ->Unit(benchmark::kMillisecond)
-            ->UseRealTime()
-            ->Iterations(3)
-            ->Repetitions(5)
-            ->ReportAggregatesOnly();
+    add("unit_grid_to_its_end/molven", openGrid, 3);
+    add("unit_grid_to_its_end/bare", openBare, 3);
 }
 
 } // namespace molven::bench

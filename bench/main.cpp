@@ -5,8 +5,6 @@
 #include "dossier/creation.h"
 #include "stock/units.h"
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -70,6 +68,15 @@ QString tracedUnit() {
     return delivered.at(delivered.count() / 2)[strproduit.imm_art];
 }
 
+void add(const char* name, const std::function<void(benchmark::State&)>& function, int iterations) {
+    benchmark::RegisterBenchmark(name, function)
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime()
+        ->Iterations(iterations)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly();
+}
+
 } // namespace molven::bench
 
 int main(int argc, char* argv[]) {
@@ -94,6 +101,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerRules();
     molven::bench::registerGrid();
     molven::bench::registerReference();
+    molven::bench::registerEnquiries();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

@@ -6,8 +6,6 @@
 #include "reference/article_updates.h"
 #include "reference/articles.h"
 
-#include <benchmark/benchmark.h>
-
 #include <sqlite3.h>
 
 namespace molven::bench {
@@ -73,15 +71,6 @@ void pushBare(benchmark::State& state) {
         sqlite3_reset(select.get());
         engine.execute("commit");
     }
-}
-
-void add(const char* name, void (*function)(benchmark::State&), int iterations) {
-    benchmark::RegisterBenchmark(name, function)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(iterations)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly();
 }
 
 } // namespace

@@ -10,23 +10,20 @@
 #include "stock/receipt.h"
 #include "stock/units.h"
 
-#include <benchmark/benchmark.h>
-
 namespace molven::bench {
 
 namespace {
 
-constexpr int UnitsReceived = 1000;
 constexpr int UnitsDelivered = 50;
 const QString Month = QStringLiteral("4001"); // no other unit is received in January 2040
 
-Receipt receipt() {
+Receipt receipt(int units) {
     Receipt made;
     made.reference = Article;
     made.supplier = QStringLiteral("000002");
     made.deliveryNumber = QStringLiteral("BL");
     made.deliveryDate = QStringLiteral("15/01/2040");
-    made.quantity = QString::number(UnitsReceived);
+    made.quantity = QString::number(units);
     made.purchasePrice = QStringLiteral("200");
     made.lot = QStringLiteral("LOT");
     return made;
@@ -37,11 +34,11 @@ void forgetReceipt() {
     workspace.open(session().molven()).remove(strproduit, startsWith(strproduit.imm_art, Month));
 }
 
-void receiveByRule(benchmark::State& state) {
+void receiveByRule(benchmark::State& state, int units) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     for (auto _ : state) {
-        receipts::receive(molven, session().rules(), receipt());
+        receipts::receive(molven, session().rules(), receipt(units));
         state.PauseTiming();
         forgetReceipt();
         state.ResumeTiming();
@@ -67,7 +64,7 @@ std::vector<QByteArray> unitValues(int number) {
     return values;
 }
 
-void receiveBare(benchmark::State& state) {
+void receiveBare(benchmark::State& state, int units) {
     BareEngine engine({session().molven()});
     const auto article = engine.prepare(QStringLiteral("select * from strarticle where art_ref = ?"));
     const auto supplier = engine.prepare(QStringLiteral("select * from strfournis where fou_cod = ?"));
@@ -83,7 +80,7 @@ void receiveBare(benchmark::State& state) {
         BareEngine::run(supplier, {"000002"});
         BareEngine::run(depot, {"001"});
         BareEngine::run(last, {Month.toUtf8(), "4002"});
-        for (int i = 1; i <= UnitsReceived; ++i) BareEngine::run(insert, unitValues(i));
+        for (int i = 1; i <= units; ++i) BareEngine::run(insert, unitValues(i));
         BareEngine::run(update, {Article.toUtf8()});
         engine.execute("commit");
         state.PauseTiming();
@@ -231,21 +228,15 @@ void traceBare(benchmark::State& state) {
     }
 }
 
-void add(const char* name, void (*function)(benchmark::State&), int iterations) {
-    benchmark::RegisterBenchmark(name, function)
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime()
-        ->Iterations(iterations)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly();
-}
-
 } // namespace
 
 void registerRules() {
     Clock::set(QDate(2040, 1, 15));
-    add("receive_1000_units/molven", receiveByRule, 3);
-    add("receive_1000_units/bare", receiveBare, 3);
+    for (const int units : {1000, 5000}) {
+        const std::string deed = "receive_" + std::to_string(units) + "_units";
+        add((deed + "/molven").c_str(), [units](benchmark::State& state) { receiveByRule(state, units); }, 3);
+        add((deed + "/bare").c_str(), [units](benchmark::State& state) { receiveBare(state, units); }, 3);
+    }
     add("delivery_note_of_50/molven", deliverByRule, 3);
     add("delivery_note_of_50/bare", deliverBare, 3);
     add("trace_one_unit/molven", traceByRule, 50);
