@@ -34,6 +34,17 @@ TEST(UnitHistories, TellEveryDocumentOfAUnitCurrentAndArchived) {
               QStringLiteral("Immatriculation inconnue"));
 }
 
+TEST(UnitHistories, OfTheVirtualStockReadItsOwnFile) {
+    Dossier dossier;
+    const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
+    const auto found = [&] { unit_history::find(dossier.session, unit, unit_history::Source::Virtual); };
+    EXPECT_EQ(refusalOf(found), QStringLiteral("Immatriculation inconnue"));
+    Workspace workspace;
+    Database virtualStock = workspace.open(dossier.session.path(DataFile::Virtuel));
+    virtualStock.insert(dossier.unit(unit));
+    EXPECT_EQ(refusalOf(found), QStringLiteral("(accepté)"));
+}
+
 TEST(Renumberings, RewriteADocumentEverywhereItIsNamed) {
     Dossier dossier;
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
