@@ -2,12 +2,12 @@
 
 #include "data/errors.h"
 
-#include <QFile>
 #include <QFontMetricsF>
 #include <QMarginsF>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -59,7 +59,7 @@ void PrintJob::paint(QPainter& painter, int page) const {
 }
 
 void PrintJob::savePdf(const QString& path) const {
-    QFile file(path);
+    QSaveFile file(path); // a full disk leaves the file of before
     if (!file.open(QIODevice::WriteOnly))
         throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
     QPdfWriter writer(&file);
@@ -74,7 +74,7 @@ void PrintJob::savePdf(const QString& path) const {
         paint(painter, page);
     }
     painter.end();
-    if (!file.flush())
+    if (!file.commit())
         throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
 }
 

@@ -19,6 +19,8 @@ public:
     void selectRow(int row);
     /// The rows as semicolon-separated text with a header line.
     QString csv() const;
+    /// Asks for a file and writes them there.
+    void exportCsv();
 
     std::function<void(const Record&)> chosen;     ///< Return or double click
     std::function<void(const Record&)> clickedRow; ///< the current row changed by a click
@@ -33,7 +35,6 @@ private:
     void choose();
     void applyWidths();
     void copySelection() const;
-    void exportCsv();
     void setFilter(const QString& text);
 
     RecordModel* model_;

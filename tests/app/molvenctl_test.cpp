@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 
 namespace molven {
@@ -41,12 +42,34 @@ TEST(Molvenctl, CreatesChecksAndTracesAnInstallation) {
     EXPECT_FALSE(again.err.isEmpty());
     EXPECT_EQ(molvenctl({"check", home}).out, QStringLiteral("dossier sain\n"));
     EXPECT_EQ(molvenctl({"trace", home, "26030001"}).err, QStringLiteral("Immatriculation inconnue\n"));
+    EXPECT_EQ(molvenctl({"rappel", home}).code, 1);
     QFile::remove(home + QStringLiteral("/data/mail.mdb"));
     const Outcome broken = molvenctl({"check", home, "--json"});
     EXPECT_EQ(broken.code, 1);
     EXPECT_EQ(QJsonDocument::fromJson(broken.out.toUtf8()).array().size(), 1);
     EXPECT_EQ(molvenctl({"check", folder.path()}).code, 1);
     EXPECT_EQ(molvenctl({"demo", folder.filePath(QStringLiteral("d")), "--unites", "-3"}).code, 1);
+}
+
+TEST(Molvenctl, ListsARecallAsATableAndAsData) {
+    test::Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
+    dossier.document(QStringLiteral("FAC"), {units[0]});
+    const QString home = dossier.folder();
+    const Outcome table = molvenctl({"rappel", home, "--lot", "lot-1", "--csv"});
+    EXPECT_EQ(table.code, 0);
+    const QStringList lines = table.out.trimmed().split(u'\n');
+    ASSERT_EQ(lines.size(), 3);
+    for (const QString& line : lines) EXPECT_EQ(line.count(u';'), lines[0].count(u';')) << line.toStdString();
+    const QJsonArray data =
+        QJsonDocument::fromJson(molvenctl({"rappel", home, "--article", "HIP", "--json"}).out.toUtf8()).array();
+    ASSERT_EQ(data.size(), 2);
+    EXPECT_EQ(data[1][QStringLiteral("rap_pat")].toString(), QStringLiteral("D'ALMEIDA Hélène"));
+    EXPECT_EQ(data[0][QStringLiteral("rap_pat")].toString(), QString());
+    const QJsonObject history =
+        QJsonDocument::fromJson(molvenctl({"trace", home, units[0], "--json"}).out.toUtf8()).object();
+    EXPECT_EQ(history.value(QStringLiteral("immatriculation")).toString(), units[0]);
+    EXPECT_EQ(molvenctl({"rappel", home, "--lot", "RIEN", "--json"}).code, 1);
 }
 
 } // namespace molven

@@ -97,6 +97,10 @@ RecallForm::RecallForm(Desk& desk)
 QLayout* RecallForm::buttons() {
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
+    auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] {
+        requireUnits();
+        grid_->exportCsv();
+    });
     auto* letters =
         button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
     auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
@@ -104,7 +108,7 @@ QLayout* RecallForm::buttons() {
     auto* row = new QHBoxLayout;
     row->addWidget(search);
     row->addWidget(count_, 1);
-    for (QPushButton* made : {printButton, letters, quit}) row->addWidget(made);
+    for (QPushButton* made : {printButton, exportButton, letters, quit}) row->addWidget(made);
     return row;
 }
 
@@ -147,8 +151,9 @@ void RecallForm::writeLetters() {
         printed(letterTo(session(), client, query_, hospital.value()))
             .savePdf(folder + QStringLiteral("/RAPPEL-%1.pdf").arg(hospital.key()));
     }
-    prompt().tell(
-        QStringLiteral("%1 lettres enregistrées dans %2").arg(byHospital.size()).arg(QDir::toNativeSeparators(folder)));
+    prompt().tell(QStringLiteral("Lettres enregistrées dans %1 : %2")
+                      .arg(QDir::toNativeSeparators(folder))
+                      .arg(byHospital.size()));
 }
 
 } // namespace molven
