@@ -24,6 +24,18 @@ Immatriculation Immatriculation::next(Database molven, const QDate& receipt, int
     return {prefix + QString::number(first).rightJustified(4, u'0'), QStringLiteral("20")};
 }
 
+Immatriculation Immatriculation::imposed(Database molven, const QString& typed, int quantity) {
+    const Immatriculation first = fromText(typed);
+    const int month = first.number_.mid(2, 2).toInt(), sequence = first.number_.mid(4).toInt();
+    if (!first.isValid() || first.century_ != u"20" || month < 1 || month > 12 || sequence < 1 ||
+        sequence + quantity - 1 > LastOfMonth)
+        throw Refusal(QStringLiteral("Immatriculation incorrecte"), strproduit.imm_art.name);
+    if (molven.count(strproduit, strproduit.pro_ann == first.century_ && strproduit.imm_art >= first.number_ &&
+                                     strproduit.imm_art <= first.plus(quantity - 1).number_) > 0)
+        throw Refusal(QStringLiteral("Cette immatriculation existe déjà"), strproduit.imm_art.name);
+    return first;
+}
+
 bool Immatriculation::isValid() const {
     return number_.size() == 8 &&
            std::all_of(number_.begin(), number_.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });

@@ -23,6 +23,9 @@ public:
     /// Throws Refusal when the month would pass 9999.
     static Immatriculation next(Database molven, const QDate& receipt, int quantity = 1);
 
+    /// The number that a user imposes on the first of `quantity` units, none of which may exist. Throws Refusal.
+    static Immatriculation imposed(Database molven, const QString& typed, int quantity = 1);
+
     QString number() const { return number_; }
     QString century() const { return century_; }
     bool isValid() const;

@@ -169,7 +169,8 @@ void check(Database molven, const Receipt& receipt) {
     const auto price = Decimal::parse(receipt.purchasePrice);
     require(price && !(*price < Decimal(0)), "Prix Achat obligatoire", "pro_pac");
     require(receipt.lot.trimmed().size() <= strproduit.lot_art.size, "N° Lot trop long", "lot_art");
-    require(receipt.supplierSerial.trimmed().size() <= strproduit.fou_imm.size, "N° série fournisseur trop long", "fou_imm");
+    require(receipt.supplierSerial.trimmed().size() <= strproduit.fou_imm.size, "N° série fournisseur trop long",
+            "fou_imm");
     const QString type = article[strarticle.art_typ];
     if (type == u"F") checkManufactured(molven, receipt, article);
     if (type == u"G") checkGraft(receipt);
@@ -183,7 +184,9 @@ Created receive(Database molven, const CompanyRules& rules, const Receipt& recei
     const Record article = *articles::find(molven, receipt.reference);
     const int quantity = quantityOf(receipt);
     Record unit = unitOf(molven, rules, receipt, article);
-    const Immatriculation first = Immatriculation::next(molven, dateFromText(receipt.deliveryDate), quantity);
+    const Immatriculation first = receipt.firstNumber.isEmpty()
+                                      ? Immatriculation::next(molven, dateFromText(receipt.deliveryDate), quantity)
+                                      : Immatriculation::imposed(molven, receipt.firstNumber, quantity);
     for (int i = 0; i < quantity; ++i) {
         if (progress && !progress(i, quantity)) throw Refusal(QStringLiteral("Opération abandonnée"));
         const Immatriculation immatriculation = first.plus(i);

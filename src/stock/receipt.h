@@ -10,7 +10,8 @@ namespace molven {
 /// A receipt of units of one article, as entered. Dates are "dd/mm/yyyy", sterilisation and expiry "mm/yyyy".
 struct Receipt {
     QString reference;
-    QString supplier; ///< code, "000000"
+    QString supplier;    ///< code, "000000"
+    QString firstNumber; ///< immatriculation of the first unit; empty for the next of the month
     QString orderNumber, orderDate;
     QString deliveryNumber, deliveryDate;
     QString plannedDate;

@@ -253,7 +253,8 @@ StockListForm::StockListForm(Desk& desk)
     step_->setObjectName(QStringLiteral("Label1"));
     QPushButton* buttons[] = {
         button(QStringLiteral("Cmdok"), QStringLiteral("Stock des &articles"), [this] { listArticles(); }),
-        button(QStringLiteral("Cmdokdate"), QStringLiteral("Stock à la &date"), [this] { listArticlesAt(); }),
+        button(QStringLiteral("Cmdokdate"), QStringLiteral("Calcul du stock à la &date sélectionnée"),
+               [this] { listArticlesAt(); }),
         button(QStringLiteral("Cmdokpro"), QStringLiteral("Stock des &produits"), [this] { listUnits(); }),
         button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }),
         button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};

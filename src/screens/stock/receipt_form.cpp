@@ -2,6 +2,7 @@
 
 #include "data/clock.h"
 #include "data/dates.h"
+#include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
@@ -54,7 +55,8 @@ QList<FieldBox> boxes() {
             {&u.fab_con, QStringLiteral("Conformité O/X/Y/Z :")},
             {&u.fab_cau, QStringLiteral("Cause :")},
             {&u.fou_imm, QStringLiteral("N° série fournisseur :"), {}, 16},
-            {&u.fou_ref, QStringLiteral("Réf. fournisseur :"), {}, 16}};
+            {&u.fou_ref, QStringLiteral("Réf. fournisseur :"), {}, 16},
+            {&u.imm_art, QStringLiteral("Immat. imposée :")}};
 }
 
 QLabel* namedLabel(const QString& name, QWidget* parent) {
@@ -150,7 +152,9 @@ void ReceiptForm::setPickers() {
     }
     for (const Text* field : {&strproduit.lot_art, &strproduit.fou_imm})
         onLeft(panel_->edit(*field), [this, edit = panel_->edit(*field)] {
-            if (takeScan(edit)) showArticle();
+            if (takeScan(edit)) return showArticle();
+            if (edit == panel_->edit(strproduit.lot_art) && isTradeGoods_ && edit->value().trimmed().isEmpty())
+                throw Refusal(QStringLiteral("N° Lot obligatoire"), strproduit.lot_art.name);
         });
     picker(strproduit.ref_art, strarticle.art_ref, [this](const pick_lists::Chosen& chosen) {
         return pick_lists::articles(molven_, chosen, strarticle.art_aig == follow_up::ByUnit);
@@ -186,6 +190,7 @@ void ReceiptForm::showArticle() {
 /// Opens the boxes that the article's type needs.
 void ReceiptForm::showByType(const Record& article) {
     const QString type = article[strarticle.art_typ];
+    isTradeGoods_ = type == u"N";
     const bool manufactured = type == u"F", certified = manufactured || type == u"G";
     const bool sterile = article[strarticle.art_ste] == u"O";
     for (const Text* field : {&strproduit.ino_cer, &strproduit.pee_cer, &strproduit.reg_art, &strproduit.pie_art})
@@ -201,6 +206,7 @@ Receipt ReceiptForm::typed() const {
     const auto value = [this](const Field& field) { return panel_->edit(field)->value().trimmed(); };
     Receipt receipt;
     receipt.reference = value(strproduit.ref_art);
+    receipt.firstNumber = value(strproduit.imm_art);
     receipt.supplier = value(strproduit.fou_cde);
     receipt.orderNumber = value(strproduit.num_cde);
     receipt.orderDate = value(strproduit.dat_cde);
@@ -268,13 +274,15 @@ void ReceiptForm::clearUnit() {
     panel_->edit(strproduit.fab_con)->put(QStringLiteral("O"));
     quantity_->put(QStringLiteral("1"));
     scannedEan_.clear();
+    isTradeGoods_ = false;
     showArticle();
 }
 
 void ReceiptForm::clearReceipt() {
     changed_.reset();
     quantity_->setEditable(true);
-    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv}) panel_->edit(*field)->setEditable(true);
+    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv, &strproduit.imm_art})
+        panel_->edit(*field)->setEditable(true);
     for (const FieldBox& box : panel_->boxes()) panel_->edit(*box.field)->put({});
     panel_->edit(strproduit.dat_liv)->put(dateText(Clock::today()));
     panel_->edit(strproduit.num_dep)->put(MainDepot);
@@ -310,8 +318,8 @@ void ReceiptForm::startChanging(const Record& unit) {
     panel_->load(unit);
     quantity_->put(QStringLiteral("1"));
     quantity_->setEditable(false);
-    panel_->edit(strproduit.ref_art)->setEditable(false);
-    panel_->edit(strproduit.dat_liv)->setEditable(false);
+    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv, &strproduit.imm_art})
+        panel_->edit(*field)->setEditable(false);
     showArticle();
     panel_->edit(strproduit.fou_cde)->setFocus();
 }

@@ -38,6 +38,7 @@ private:
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;
     UnitCard* units_ = nullptr;
+    bool isTradeGoods_ = false; ///< the article of the receipt, whose lot must be known
     QString scannedEan_;
     std::optional<Record> changed_; ///< the unit being modified, as read
 };
