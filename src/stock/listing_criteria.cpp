@@ -59,6 +59,17 @@ Criterion matched(const ListingCriterion& criterion, const QString& value) {
 
 } // namespace
 
+ListingCriterion box(const char* control, const char* caption, const Field& field, Match match, const char* words,
+                     int digits) {
+    return {QString::fromLatin1(control), QString::fromUtf8(caption), field, match, QString::fromUtf8(words), digits};
+}
+
+ListingCriterion known(ListingCriterion made, const QStringList& lists, const char* unknown) {
+    made.lists = lists;
+    made.unknown = QString::fromUtf8(unknown);
+    return made;
+}
+
 Criterion criterion(Database molven, const ListingCriteria& criteria, const ListingSelection& selection) {
     Criterion all;
     for (const ListingCriterion& one : criteria.boxes) {

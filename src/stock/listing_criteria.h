@@ -53,6 +53,12 @@ struct ListingSelection {
 
 namespace listing {
 
+/// A row of the table of criteria.
+ListingCriterion box(const char* control, const char* caption, const Field& field, ListingCriterion::Match match,
+                     const char* words, int digits = 0);
+/// The same for a code that one of these lists must know; `unknown` is told otherwise.
+ListingCriterion known(ListingCriterion made, const QStringList& lists, const char* unknown);
+
 /// Everything asked, joined by "and". Throws Refusal for an unknown code or a faulty date.
 Criterion criterion(Database molven, const ListingCriteria& criteria, const ListingSelection& selection);
 /// The criteria in words, joined by "et"; "Sélection : " left out.

@@ -7,16 +7,8 @@
 
 namespace molven::stock_listing {
 
-namespace {
-
+using listing::box, listing::known;
 using Match = ListingCriterion::Match;
-
-ListingCriterion box(const char* control, const char* caption, const Field& field, Match match, const char* words,
-                     int digits = 0) {
-    return {QString::fromLatin1(control), QString::fromUtf8(caption), field, match, QString::fromUtf8(words), digits};
-}
-
-} // namespace
 
 const ListingCriteria& articleCriteria() {
     const auto& a = strarticle;
@@ -28,8 +20,10 @@ const ListingCriteria& articleCriteria() {
          box("Txtcpte", "Compte export :", a.art_cpte, Match::Equal, "export = '"),
          box("Txtcpta", "Compte achat :", a.art_cpta, Match::Equal, "achat = '"),
          box("Txtcpts", "Compte stock :", a.art_cpts, Match::Equal, "stock = '"),
-         box("txtfam", "Famille :", a.art_fam, Match::Equal, "fam = '"),
-         box("txtfou", "Fournisseur :", a.art_fou, Match::Equal, "fourn = '", 6)},
+         known(box("txtfam", "Famille :", a.art_fam, Match::Equal, "fam = '"), {list::ArticleFamily},
+               "Cette famille |n'existe pas"),
+         known(box("txtfou", "Fournisseur :", a.art_fou, Match::Equal, "fourn = '", 6),
+               {ListingCriterion::SupplierFile}, "Ce fournisseur |n'existe pas")},
         {{QStringLiteral("Cmbsuivi"),
           QStringLiteral("Suivi :"),
           {{QStringLiteral("Tous"), {}, {}},
@@ -40,16 +34,15 @@ const ListingCriteria& articleCriteria() {
 
 const ListingCriteria& unitCriteria() {
     const auto& u = strproduit;
-    static const ListingCriteria all = [&u] {
-        ListingCriterion depot = box("txtnum_dep", "Dépôt :", u.num_dep, Match::Equal, "dépôt = '");
-        depot.lists = {list::Depot};
-        depot.unknown = QStringLiteral("Ce dépôt |n'existe pas");
-        return ListingCriteria{{box("DEBIMM", "Immat. du :", u.imm_art, Match::AtLeast, "immat >= '", 8),
-                                box("FINIMM", "au :", u.imm_art, Match::AtMost, "immat <= '", 8),
-                                box("REF1", "Référence :", u.ref_art, Match::Equal, "référence = '"), depot,
-                                box("txtfam_dep", "Famille dépôt :", u.fam_dep, Match::Equal, "Fam Depot '")},
-                               {}};
-    }();
+    static const ListingCriteria all{
+        {box("DEBIMM", "Immat. du :", u.imm_art, Match::AtLeast, "immat >= '", 8),
+         box("FINIMM", "au :", u.imm_art, Match::AtMost, "immat <= '", 8),
+         box("REF1", "Référence :", u.ref_art, Match::Equal, "référence = '"),
+         known(box("txtnum_dep", "Dépôt :", u.num_dep, Match::Equal, "dépôt = '"), {list::Depot},
+               "Ce dépôt |n'existe pas"),
+         known(box("txtfam_dep", "Famille dépôt :", u.fam_dep, Match::Equal, "Fam Depot '"), {list::DepotFamily},
+               "Cette famille |n'existe pas")},
+        {}};
     return all;
 }
 

@@ -9,19 +9,8 @@ namespace molven::unit_listing {
 
 namespace {
 
+using listing::box, listing::known;
 using Match = ListingCriterion::Match;
-
-ListingCriterion box(const char* control, const char* caption, const Field& field, Match match, const char* words,
-                     int digits = 0) {
-    return {QString::fromLatin1(control), QString::fromUtf8(caption), field, match, QString::fromUtf8(words), digits};
-}
-
-/// A box whose code must be known.
-ListingCriterion known(ListingCriterion made, const QStringList& lists, const char* unknown) {
-    made.lists = lists;
-    made.unknown = QString::fromUtf8(unknown);
-    return made;
-}
 
 /// A box whose words follow a choice.
 ListingCriterion worded(ListingCriterion made, const char* choice, const QStringList& words) {

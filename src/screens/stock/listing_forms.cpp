@@ -6,6 +6,7 @@
 #include "data/format.h"
 #include "printing/report.h"
 #include "reference/articles.h"
+#include "reference/parameter_tables.h"
 #include "reference/parameters.h"
 #include "reference/party_tables.h"
 #include "stock/labels.h"
@@ -14,7 +15,6 @@
 #include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
-#include "ui/pick_lists.h"
 #include "ui/printed_list.h"
 
 #include <QHBoxLayout>
@@ -72,11 +72,34 @@ QList<CriterionBox> unitBoxes() {
 
 } // namespace
 
+CriteriaForm::CriteriaForm(Desk& desk, const QString& screen, const QList<CriterionBox>& boxes)
+    : Form(desk, screen), molven_(workspace_.open(session().molven())), criteria_(new CriteriaPanel(*this, boxes, 4)) {
+    using pick_lists::Chosen;
+    const auto parameters = [this](const QString& letter, const char* title) {
+        return [this, letter, title = QString::fromUtf8(title)](const Chosen& chosen) {
+            return pick_lists::parameters(molven_, letter, title, chosen);
+        };
+    };
+    const auto articles = [this](const Chosen& chosen) { return pick_lists::articles(molven_, chosen); };
+    const auto suppliers = [this](const Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); };
+    for (const char* name : {"REF1", "REFD", "REFF"}) setPicker(name, strarticle.art_ref, articles);
+    for (const char* name : {"txtfou_cde", "txtfou"}) setPicker(name, strfournis.fou_cod, suppliers);
+    setPicker("txtnum_dep", strparam.num_par, parameters(list::Depot, "LES DEPOTS"));
+    setPicker("txtfam_dep", strparam.num_par, parameters(list::DepotFamily, "LES FAMILLES DE DEPOT"));
+    setPicker("txtfam", strparam.num_par, parameters(list::ArticleFamily, "LES FAMILLES D'ARTICLES"));
+}
+
+void CriteriaForm::setPicker(const char* box, const Field& field,
+                             const std::function<PickList(const pick_lists::Chosen&)>& list) {
+    Edit* edit = criteria_->edit(QString::fromLatin1(box));
+    if (!edit) return;
+    onPick(edit, [this, edit, list, &field] {
+        pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
+    });
+}
+
 UnitListForm::UnitListForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_proedt")),
-      molven_(workspace_.open(session().molven())),
-      tri_(workspace_.open(session().tri())) {
-    criteria_ = new CriteriaPanel(*this, unitBoxes(), 4);
+    : CriteriaForm(desk, QStringLiteral("T_proedt"), unitBoxes()), tri_(workspace_.open(session().tri())) {
     words_ = new QLabel(this);
     words_->setObjectName(QStringLiteral("Label1"));
     words_->setTextFormat(Qt::PlainText);
@@ -92,7 +115,6 @@ UnitListForm::UnitListForm(Desk& desk)
     layout->addWidget(words_);
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons());
-    setPickers();
     resize(1260, 760);
     applyTitle(QStringLiteral("Edition des produits"));
     criteria_->edit(QStringLiteral("DEBIMM"))->setFocus();
@@ -112,26 +134,6 @@ QLayout* UnitListForm::buttons() {
     row->addWidget(count_, 1);
     for (QPushButton* other : others) row->addWidget(other);
     return row;
-}
-
-void UnitListForm::setPickers() {
-    const auto picker = [this](const char* name, const Field& field,
-                               const std::function<PickList(const pick_lists::Chosen&)>& list) {
-        Edit* edit = criteria_->edit(QString::fromLatin1(name));
-        onPick(edit, [this, edit, list, &field] {
-            pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
-        });
-    };
-    const auto articles = [this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); };
-    for (const char* name : {"REF1", "REFD", "REFF"}) picker(name, strarticle.art_ref, articles);
-    picker("txtfou_cde", strfournis.fou_cod,
-           [this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
-    picker("txtnum_dep", strparam.num_par, [this](const pick_lists::Chosen& chosen) {
-        return pick_lists::parameters(molven_, list::Depot, QStringLiteral("LES DEPOTS"), chosen);
-    });
-    picker("txtfam_dep", strparam.num_par, [this](const pick_lists::Chosen& chosen) {
-        return pick_lists::parameters(molven_, list::DepotFamily, QStringLiteral("LES FAMILLES DE DEPOT"), chosen);
-    });
 }
 
 void UnitListForm::select() {
@@ -229,6 +231,21 @@ const QList<GridColumn>& articleColumns() {
     return columns;
 }
 
+/// An account of the articles, and the beginning of those that the list offers.
+struct AccountBox {
+    QString control;
+    const Field& field;
+    QString start;
+};
+
+const QList<AccountBox>& accountBoxes() {
+    static const QList<AccountBox> boxes{{QStringLiteral("Txtcpt"), strarticle.art_cpt, QStringLiteral("7")},
+                                         {QStringLiteral("Txtcpte"), strarticle.art_cpte, QStringLiteral("7")},
+                                         {QStringLiteral("Txtcpta"), strarticle.art_cpta, QStringLiteral("607")},
+                                         {QStringLiteral("Txtcpts"), strarticle.art_cpts, QStringLiteral("3")}};
+    return boxes;
+}
+
 QList<CriterionBox> stockBoxes() {
     QList<CriterionBox> boxes;
     append(boxes, stock_listing::articleCriteria());
@@ -241,8 +258,15 @@ QList<CriterionBox> stockBoxes() {
 } // namespace
 
 StockListForm::StockListForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_stkedt")), molven_(workspace_.open(session().molven())) {
-    criteria_ = new CriteriaPanel(*this, stockBoxes(), 4);
+    : CriteriaForm(desk, QStringLiteral("T_stkedt"), stockBoxes()),
+      compta_(workspace_.open(session().path(DataFile::Compta))) {
+    for (const AccountBox& box : accountBoxes()) {
+        bind(box.field.name, criteria_->edit(box.control));
+        setPicker(box.control.toLatin1().constData(), strplan.cpt_aff,
+                  [this, start = box.start](const pick_lists::Chosen& chosen) {
+                      return pick_lists::accounts(compta_, start, chosen);
+                  });
+    }
     grid_ = new Grid(QStringLiteral("DBGrid1"), articleColumns(), this);
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("Label2"));
@@ -277,6 +301,10 @@ ListingSelection StockListForm::selection(const ListingCriteria& criteria) {
     words_->clear();
     step_->clear();
     const ListingSelection selection = selectionOf(*criteria_, criteria);
+    if (&criteria == &stock_listing::articleCriteria())
+        for (const AccountBox& box : accountBoxes())
+            if (const QString account = criteria_->value(box.control); !account.isEmpty())
+                articles::checkAccount(compta_, box.field, account);
     const QString words = listing::words(criteria, selection);
     if (!words.isEmpty()) words_->setText(QStringLiteral("Sélection : ") + words);
     return selection;

@@ -3,22 +3,35 @@
 #include "stock/stock_listing.h"
 #include "stock/unit_listing.h"
 #include "ui/form.h"
+#include "ui/pick_lists.h"
 
 class QLabel;
 
 namespace molven {
 
 class CriteriaPanel;
+struct CriterionBox;
 class Grid;
 
+/// What the listings share: their criteria, and the lists that F2 opens in them.
+class CriteriaForm : public Form {
+protected:
+    CriteriaForm(Desk& desk, const QString& screen, const QList<CriterionBox>& boxes);
+    /// F2 in a box; none when the screen has no such box.
+    void setPicker(const char* box, const Field& field, const std::function<PickList(const pick_lists::Chosen&)>& list);
+
+    Workspace workspace_;
+    Database molven_;
+    CriteriaPanel* criteria_;
+};
+
 /// Lists units by any of their criteria: shown, printed, labelled, reminded of, returned, deleted.
-class UnitListForm : public Form {
+class UnitListForm : public CriteriaForm {
 public:
     explicit UnitListForm(Desk& desk);
 
 private:
     QLayout* buttons();
-    void setPickers();
     void select();
     void requireSelection() const;
     Recordset selected();
@@ -27,9 +40,7 @@ private:
     void returnUnits();
     void removeUnit();
 
-    Workspace workspace_;
-    Database molven_, tri_;
-    CriteriaPanel* criteria_ = nullptr;
+    Database tri_;
     Grid* grid_ = nullptr;
     QLabel* words_ = nullptr;
     QLabel* count_ = nullptr;
@@ -39,7 +50,7 @@ private:
 };
 
 /// Stock of articles with its value, now or at a past date, and stock of units.
-class StockListForm : public Form {
+class StockListForm : public CriteriaForm {
 public:
     explicit StockListForm(Desk& desk);
 
@@ -52,9 +63,7 @@ private:
     void print();
     void printArticles();
 
-    Workspace workspace_;
-    Database molven_;
-    CriteriaPanel* criteria_ = nullptr;
+    Database compta_;
     Grid* grid_ = nullptr;
     QLabel* total_ = nullptr;
     QLabel* words_ = nullptr;
