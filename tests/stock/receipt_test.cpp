@@ -120,6 +120,39 @@ TEST(Receipts, StopAtTheLastNumberOfTheMonthInsteadOfEnteringTheNext) {
     EXPECT_EQ(dossier.receive(QStringLiteral("HIP"), 1), QStringList{"26039999"});
 }
 
+TEST(Receipts, AbandonedHalfWayWriteNothing) {
+    Dossier dossier;
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    EXPECT_EQ(refusalOf([&] {
+                  receipts::receive(molven, dossier.session.rules(), Dossier::receipt(QStringLiteral("CUP"), 10),
+                                    [](int done, int) { return done < 6; });
+              }),
+              QStringLiteral("Opération abandonnée"));
+    EXPECT_EQ(molven.count(strproduit) + molven.count(strconform), 0);
+    EXPECT_EQ(dossier.stock(QStringLiteral("CUP")), Decimal(0));
+    EXPECT_EQ(dossier.receive(QStringLiteral("HIP"), 1), QStringList{"26030001"});
+}
+
+TEST(Receipts, TakeAnImposedNumberOnlyWhenAllOfTheRunAreFree) {
+    Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), 3);
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    const auto impose = [&](const char* number, int quantity) {
+        Receipt receipt = Dossier::receipt(QStringLiteral("HIP"), quantity);
+        receipt.firstNumber = QString::fromLatin1(number);
+        return refusalOf([&] { receipts::receive(molven, dossier.session.rules(), receipt); });
+    };
+    EXPECT_EQ(impose("26030003", 1), QStringLiteral("Cette immatriculation existe déjà"));
+    for (const char* wrong : {"26139999", "26030000", "26039999", "95030001", "2603000A", "123456789"})
+        EXPECT_EQ(impose(wrong, 2), QStringLiteral("Immatriculation incorrecte")) << wrong;
+    EXPECT_EQ(impose("26029999", 1), QStringLiteral("(accepté)"));
+    EXPECT_EQ(impose("5020001", 2), QStringLiteral("(accepté)"));
+    EXPECT_EQ(dossier.unit(QStringLiteral("05020002"))[strproduit.pro_ann], QStringLiteral("20"));
+    EXPECT_EQ(molven.count(strproduit), 6);
+}
+
 TEST(Receipts, OfOneInstallationRaiseTheYearByOne) {
     Dossier dossier;
     const QString offset = dossier.folder() + QStringLiteral("/quilde/");
