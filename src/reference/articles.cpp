@@ -134,20 +134,6 @@ void checkLabels(const Record& article, const CompanyRules& rules) {
         checkValue(rules, label->name, article[*label]);
 }
 
-struct AccountCheck {
-    const Text& field;
-    const char* message;
-};
-
-const QList<AccountCheck>& accountChecks() {
-    static const QList<AccountCheck> checks{
-        {strarticle.art_cpt, "Cette imputation comptable VENTE n'existe pas"},
-        {strarticle.art_cpte, "Cette imputation comptable VENTE EXPORT n'existe pas"},
-        {strarticle.art_cpta, "Cette imputation comptable ACHAT n'existe pas"},
-        {strarticle.art_cpts, "Cette imputation comptable STOCK n'existe pas"}};
-    return checks;
-}
-
 /// Takes the first free code of the pool.
 QString allocateEan(Database gencode, const QString& reference) {
     Recordset free = gencode.select(strgencode, trimmed(strgencode.ean_art) == QString(), strgencode.ean_code);
@@ -172,10 +158,17 @@ void keepSeveralLpp(Database molven, const Entry& entry, const QString& referenc
 
 } // namespace
 
-void checkAccount(Database compta, const Field& field, const QString& account) {
-    for (const AccountCheck& check : accountChecks())
-        if (&check.field == &field)
-            require(compta.count(strplan, strplan.cpt_aff == account.trimmed()) > 0, check.message, field.name);
+const QList<Account>& accounts() {
+    static const QList<Account> all{
+        {strarticle.art_cpt, QStringLiteral("7"), "Cette imputation comptable VENTE n'existe pas"},
+        {strarticle.art_cpte, QStringLiteral("7"), "Cette imputation comptable VENTE EXPORT n'existe pas"},
+        {strarticle.art_cpta, QStringLiteral("607"), "Cette imputation comptable ACHAT n'existe pas"},
+        {strarticle.art_cpts, QStringLiteral("3"), "Cette imputation comptable STOCK n'existe pas"}};
+    return all;
+}
+
+void checkAccount(Database compta, const Account& account, const QString& number) {
+    require(compta.count(strplan, strplan.cpt_aff == number.trimmed()) > 0, account.unknown, account.field.name);
 }
 
 void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
@@ -190,7 +183,7 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     article[strarticle.art_aig] = followUpOf(entry);
     article[strarticle.art_anc] = entry.kind;
     if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article, rules);
-    for (const AccountCheck& account : accountChecks()) checkAccount(compta, account.field, article[account.field]);
+    for (const Account& account : accounts()) checkAccount(compta, account, article[account.field]);
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();
 

@@ -45,8 +45,16 @@ Entry entryOf(const Record& article);
 
 /// Throws Refusal when a value may not stand in that field (a table field, or "Txtop1" to "Txtop3"); an empty one may.
 void checkValue(const CompanyRules& rules, const QString& field, const QString& value);
-/// Throws Refusal unless the account of that field of an article is in the chart.
-void checkAccount(Database compta, const Field& field, const QString& account);
+/// An account that an article is booked on.
+struct Account {
+    const Text& field;
+    QString start;       ///< of the numbers offered
+    const char* unknown; ///< refusal of a number out of the chart
+};
+/// Sales, export sales, purchases, stock.
+const QList<Account>& accounts();
+/// Throws Refusal unless the number is in the chart.
+void checkAccount(Database compta, const Account& account, const QString& number);
 
 /// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
 /// company does. `before` is the article as the user read it, nothing for a new one. Throws Refusal with the field of

@@ -123,18 +123,31 @@ Order order(const ListingSelection& selection) {
     }
 }
 
-qint64 markSelected(Database molven, const Criterion& units, bool isReminder) {
+qint64 markSelected(Database molven, Database tri, bool isReminder) {
     const QString today = sortKey(Clock::today());
     QList<Assignment> marks{{strproduit.dat_sel, today}};
     if (isReminder) marks.append({strproduit.dat_rel, today});
-    return molven.update(strproduit, marks, units);
+    Transaction transaction(molven.workspace());
+    qint64 marked = 0;
+    for (const Record& unit : tri.select(tripro))
+        marked +=
+            molven.update(strproduit, marks,
+                          strproduit.pro_ann == unit[tripro.pro_ann] && strproduit.imm_art == unit[tripro.imm_art]);
+    transaction.commit();
+    return marked;
 }
 
 qint64 returnToMainDepot(Database molven, const Criterion& units) {
-    return molven.update(
-        strproduit,
-        {{strproduit.num_dep, MainDepot}, {strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}, {strproduit.nbl_dep, {}}},
-        units && strproduit.tes_vte == state::InStock);
+    const Criterion away = units && strproduit.tes_vte == state::InStock && strproduit.num_dep != MainDepot &&
+                           strproduit.num_dep != ReturnedDepot;
+    const QList<Assignment> home{{strproduit.num_dep, MainDepot}, {strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}};
+    const QList<Assignment> stayOver{{strproduit.nbl_dep, {}}, {strproduit.num_vte, {}}, {strproduit.dat_vte, {}},
+                                     {strproduit.tri_vte, {}}, {strproduit.clt_vte, {}}, {strproduit.ref_vte, {}}};
+    Transaction transaction(molven.workspace());
+    const qint64 transferred = molven.update(strproduit, home + stayOver, away && strproduit.nbl_dep != TakenBack);
+    const qint64 takenBack = molven.update(strproduit, home, away && strproduit.nbl_dep == TakenBack);
+    transaction.commit();
+    return transferred + takenBack;
 }
 
 } // namespace molven::unit_listing

@@ -13,9 +13,12 @@ QStringList orders();
 Criterion criterion(Database molven, const ListingSelection& selection, bool withoutReminded = false);
 Order order(const ListingSelection& selection);
 
-/// Writes today's date as the units' last selection, and as their last reminder when it is one. Answers how many.
-qint64 markSelected(Database molven, const Criterion& units, bool isReminder);
-/// Puts the units in stock of a selection back into the main depot. Answers how many.
+/// Writes today's date as the last selection of the units in the working copy, and as their last reminder when it is
+/// one: of those that were printed, not of those that meet the criteria by now. Answers how many.
+qint64 markSelected(Database molven, Database tri, bool isReminder);
+/// Puts the units in stock of a selection back into the main depot, and ends their stay with a client; one taken
+/// back keeps its credit note. Units at home already and units returned to their supplier stay as they are. Answers how
+/// many.
 qint64 returnToMainDepot(Database molven, const Criterion& units);
 
 } // namespace molven::unit_listing

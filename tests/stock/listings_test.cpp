@@ -60,8 +60,13 @@ TEST_F(Listings, RemindEachUnitOnceUnlessAskedAgain) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
     const ListingSelection all = asking({{QStringLiteral("REF1"), QStringLiteral("HIP")}});
     EXPECT_EQ(found(all, true), units);
-    EXPECT_EQ(unit_listing::markSelected(molven, strproduit.imm_art == units[0], true), 1);
-    EXPECT_EQ(unit_listing::markSelected(molven, strproduit.imm_art == units[1], false), 1);
+    Database tri = workspace.open(dossier.session.tri());
+    const auto printed = [&](const QString& unit, bool isReminder) {
+        working_copy::keep(tri, molven.select(strproduit, strproduit.imm_art == unit));
+        return unit_listing::markSelected(molven, tri, isReminder);
+    };
+    EXPECT_EQ(printed(units[0], true), 1);
+    EXPECT_EQ(printed(units[1], false), 1);
     EXPECT_EQ(dossier.unit(units[0])[strproduit.dat_rel], QStringLiteral("20260320"));
     EXPECT_EQ(found(all, true), units.mid(1));
     EXPECT_EQ(found(asking({{QStringLiteral("txtdat_sel"), QStringLiteral("20/03/2026")}})), units);
@@ -84,7 +89,10 @@ TEST_F(Listings, TellStatesApartAndReturnOnlyWhatIsInStock) {
     EXPECT_EQ(inState(2), units.mid(1));
     EXPECT_EQ(inState(3), units.mid(0, 1));
     EXPECT_EQ(inState(4), units.mid(1, 1));
-    EXPECT_EQ(unit_listing::returnToMainDepot(molven, unit_listing::criterion(molven, {})), 2);
+    molven.update(strproduit, {{strproduit.num_dep, ReturnedDepot}}, strproduit.imm_art == units[2]);
+    EXPECT_EQ(unit_listing::returnToMainDepot(molven, unit_listing::criterion(molven, {})), 1);
+    EXPECT_EQ(dossier.unit(units[2])[strproduit.num_dep], ReturnedDepot);
+    EXPECT_EQ(inState(4), QStringList());
     EXPECT_EQ(dossier.unit(units[0])[strproduit.num_dep], QStringLiteral("101"));
     EXPECT_EQ(dossier.unit(units[1])[strproduit.num_dep], QStringLiteral("001"));
 }

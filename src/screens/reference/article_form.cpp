@@ -133,17 +133,13 @@ void ArticleForm::setPickers() {
            [this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
     picker(strarticle.art_tva,
            [this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
-    const std::pair<const Text*, QString> accounts[] = {{&strarticle.art_cpt, QStringLiteral("7")},
-                                                        {&strarticle.art_cpte, QStringLiteral("7")},
-                                                        {&strarticle.art_cpta, QStringLiteral("607")},
-                                                        {&strarticle.art_cpts, QStringLiteral("3")}};
-    for (const auto& [field, start] : accounts)
-        picker(*field, [this, field = field, start = start] {
-            return pick_lists::accounts(compta_, start, put(*field, strplan.cpt_aff));
+    for (const articles::Account& account : articles::accounts()) {
+        picker(account.field, [this, &account] {
+            return pick_lists::accounts(compta_, account.start, put(account.field, strplan.cpt_aff));
         });
-    for (const auto& [field, start] : accounts)
-        onLeft(panel().edit(*field),
-               [this, field = field] { articles::checkAccount(compta_, *field, typedCode(*field)); });
+        onLeft(panel().edit(account.field),
+               [this, &account] { articles::checkAccount(compta_, account, typedCode(account.field)); });
+    }
     const auto checked = [this](const Field& field) {
         onLeft(panel().edit(field), [this, &field] {
             shown();

@@ -192,7 +192,7 @@ void UnitListForm::print() {
     }
     desk().print(report.finish(
         QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(grid_->rows().rowCount()).arg(report.pages())));
-    unit_listing::markSelected(molven_, *selected_, isReminder_);
+    unit_listing::markSelected(molven_, tri_, isReminder_);
 }
 
 void UnitListForm::makeLabels() {
@@ -231,19 +231,11 @@ const QList<GridColumn>& articleColumns() {
     return columns;
 }
 
-/// An account of the articles, and the beginning of those that the list offers.
-struct AccountBox {
-    QString control;
-    const Field& field;
-    QString start;
-};
-
-const QList<AccountBox>& accountBoxes() {
-    static const QList<AccountBox> boxes{{QStringLiteral("Txtcpt"), strarticle.art_cpt, QStringLiteral("7")},
-                                         {QStringLiteral("Txtcpte"), strarticle.art_cpte, QStringLiteral("7")},
-                                         {QStringLiteral("Txtcpta"), strarticle.art_cpta, QStringLiteral("607")},
-                                         {QStringLiteral("Txtcpts"), strarticle.art_cpts, QStringLiteral("3")}};
-    return boxes;
+/// The box of the listing that selects by this field.
+QString boxName(const Field& field) {
+    for (const ListingCriterion& one : stock_listing::articleCriteria().boxes)
+        if (&one.field == &field) return one.control;
+    return {};
 }
 
 QList<CriterionBox> stockBoxes() {
@@ -260,12 +252,12 @@ QList<CriterionBox> stockBoxes() {
 StockListForm::StockListForm(Desk& desk)
     : CriteriaForm(desk, QStringLiteral("T_stkedt"), stockBoxes()),
       compta_(workspace_.open(session().path(DataFile::Compta))) {
-    for (const AccountBox& box : accountBoxes()) {
-        bind(box.field.name, criteria_->edit(box.control));
-        setPicker(box.control.toLatin1().constData(), strplan.cpt_aff,
-                  [this, start = box.start](const pick_lists::Chosen& chosen) {
-                      return pick_lists::accounts(compta_, start, chosen);
-                  });
+    for (const articles::Account& account : articles::accounts()) {
+        const QString box = boxName(account.field);
+        bind(account.field.name, criteria_->edit(box));
+        setPicker(box.toLatin1().constData(), strplan.cpt_aff, [this, &account](const pick_lists::Chosen& chosen) {
+            return pick_lists::accounts(compta_, account.start, chosen);
+        });
     }
     grid_ = new Grid(QStringLiteral("DBGrid1"), articleColumns(), this);
     total_ = new QLabel(this);
@@ -302,9 +294,9 @@ ListingSelection StockListForm::selection(const ListingCriteria& criteria) {
     step_->clear();
     const ListingSelection selection = selectionOf(*criteria_, criteria);
     if (&criteria == &stock_listing::articleCriteria())
-        for (const AccountBox& box : accountBoxes())
-            if (const QString account = criteria_->value(box.control); !account.isEmpty())
-                articles::checkAccount(compta_, box.field, account);
+        for (const articles::Account& account : articles::accounts())
+            if (const QString number = criteria_->value(boxName(account.field)); !number.isEmpty())
+                articles::checkAccount(compta_, account, number);
     const QString words = listing::words(criteria, selection);
     if (!words.isEmpty()) words_->setText(QStringLiteral("Sélection : ") + words);
     return selection;
