@@ -32,6 +32,17 @@ void prepare(QMessageBox& box, const QString& text, const QString& title, Icon i
     box.setIcon(boxIcon(icon));
 }
 
+enum class Default { Yes, No };
+
+bool isAnsweredYes(QMessageBox& box, Default proposed) {
+    QPushButton* yes = box.addButton(QStringLiteral("&Oui"), QMessageBox::YesRole);
+    QPushButton* no = box.addButton(QStringLiteral("&Non"), QMessageBox::NoRole);
+    box.setDefaultButton(proposed == Default::Yes ? yes : no);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
 } // namespace
 
 void MessageBoxPrompt::tell(const QString& text, const QString& title, Icon icon) {
@@ -44,12 +55,14 @@ void MessageBoxPrompt::tell(const QString& text, const QString& title, Icon icon
 bool MessageBoxPrompt::ask(const QString& text, const QString& title, Icon icon) {
     QMessageBox box(QApplication::activeWindow());
     prepare(box, text, title, icon);
-    QPushButton* yes = box.addButton(QStringLiteral("&Oui"), QMessageBox::YesRole);
-    QPushButton* no = box.addButton(QStringLiteral("&Non"), QMessageBox::NoRole);
-    box.setDefaultButton(yes);
-    box.setEscapeButton(no);
-    box.exec();
-    return box.clickedButton() == yes;
+    return isAnsweredYes(box, Default::Yes);
+}
+
+bool MessageBoxPrompt::confirm(const QString& text, const QString& about) {
+    QMessageBox box(QApplication::activeWindow());
+    prepare(box, text, {}, Icon::Warning);
+    box.setInformativeText(about);
+    return isAnsweredYes(box, Default::No);
 }
 
 } // namespace molven

@@ -15,8 +15,11 @@ public:
     virtual ~Prompt() = default;
     /// A message with one button.
     virtual void tell(const QString& text, const QString& title = {}, Icon icon = Icon::Information) = 0;
-    /// A question; true for yes.
+    /// A question; true for yes, which is the default.
     virtual bool ask(const QString& text, const QString& title = {}, Icon icon = Icon::Question) = 0;
+    /// A question whose yes destroys something. `about` names it on a line of its own ("Client 000007, CLINIQUE DU
+    /// PARC"); no is the default, so that a hasty Return or a scanner's keeps everything.
+    virtual bool confirm(const QString& text, const QString& about) = 0;
 };
 
 /// The real one: modal boxes over the active window, all by keyboard.
@@ -24,6 +27,7 @@ class MessageBoxPrompt : public Prompt {
 public:
     void tell(const QString& text, const QString& title, Icon icon) override;
     bool ask(const QString& text, const QString& title, Icon icon) override;
+    bool confirm(const QString& text, const QString& about) override;
 };
 
 } // namespace molven

@@ -11,6 +11,8 @@ bool ScriptedPrompt::ask(const QString& text, const QString&, Icon) {
     return false;
 }
 
+bool ScriptedPrompt::confirm(const QString& text, const QString&) { return ask(text, {}, Icon::Warning); }
+
 void KeepingPrinter::print(const PrintJob& job) {
     jobs.append(job);
     if (!folder_.isEmpty()) job.savePdf(folder_ + QStringLiteral("/print-%1.pdf").arg(jobs.size()));

@@ -11,6 +11,7 @@ class ScriptedPrompt : public Prompt {
 public:
     void tell(const QString& text, const QString& title, Icon icon) override;
     bool ask(const QString& text, const QString& title, Icon icon) override;
+    bool confirm(const QString& text, const QString& about) override;
 
     QQueue<QString> unchecked; ///< messages and questions the scenario has not looked at
     QQueue<bool> answers;      ///< standing ready
