@@ -2,8 +2,9 @@
 
 #include <QString>
 
-#include <boost/multiprecision/cpp_dec_float.hpp>
-
+#include <array>
+#include <compare>
+#include <cstddef>
 #include <optional>
 
 namespace molven {
@@ -11,9 +12,11 @@ namespace molven {
 /// An exact decimal number: money, quantities, rates. 34 significant digits.
 class Decimal {
 public:
-    Decimal() = default;
-    Decimal(int value) : value_(value) {}
-    Decimal(long long value) : value_(value) {}
+    Decimal();
+    Decimal(int value);
+    Decimal(long long value);
+    Decimal(const Decimal& other);
+    Decimal& operator=(const Decimal& other);
 
     /// Reads a typed number: blanks around and between digits are ignored, the decimal mark is a point or a comma.
     /// Nothing when the text is not a number; the empty text is not one.
@@ -25,35 +28,33 @@ public:
     QString toString() const;
     /// Exactly `places` decimals, with a point, rounded half away from zero.
     QString toFixed(int places) const;
-    long long toInteger() const { return static_cast<long long>(value_); }
+    long long toInteger() const;
 
     /// Half away from zero, as the trade rounds money.
     Decimal rounded(int places) const;
     /// Rounded down (towards minus infinity), as commissions are cut to the cent.
     Decimal floored(int places) const;
 
-    bool isZero() const { return value_ == 0; }
-    Decimal operator-() const { return Decimal(Value(-value_)); }
-    Decimal& operator+=(const Decimal& other) { return value_ += other.value_, *this; }
-    Decimal& operator-=(const Decimal& other) { return value_ -= other.value_, *this; }
-    friend Decimal operator+(const Decimal& a, const Decimal& b) { return Decimal(Value(a.value_ + b.value_)); }
-    friend Decimal operator-(const Decimal& a, const Decimal& b) { return Decimal(Value(a.value_ - b.value_)); }
-    friend Decimal operator*(const Decimal& a, const Decimal& b) { return Decimal(Value(a.value_ * b.value_)); }
+    bool isZero() const;
+    Decimal operator-() const;
+    Decimal& operator+=(const Decimal& other);
+    Decimal& operator-=(const Decimal& other);
+    friend Decimal operator+(const Decimal& a, const Decimal& b);
+    friend Decimal operator-(const Decimal& a, const Decimal& b);
+    friend Decimal operator*(const Decimal& a, const Decimal& b);
     /// The divisor must not be zero.
-    friend Decimal operator/(const Decimal& a, const Decimal& b) { return Decimal(Value(a.value_ / b.value_)); }
-    friend bool operator==(const Decimal& a, const Decimal& b) { return a.value_ == b.value_; }
-    friend auto operator<=>(const Decimal& a, const Decimal& b) {
-        const int order = a.value_.compare(b.value_);
-        return order <=> 0;
-    }
+    friend Decimal operator/(const Decimal& a, const Decimal& b);
+    friend bool operator==(const Decimal& a, const Decimal& b);
+    friend std::strong_ordering operator<=>(const Decimal& a, const Decimal& b);
 
 private:
-    using Value =
-        boost::multiprecision::number<boost::multiprecision::cpp_dec_float<34>, boost::multiprecision::et_off>;
-    explicit Decimal(const Value& value) : value_(value) {}
+    struct Value;
+    explicit Decimal(const Value& value);
     static std::optional<Decimal> read(const QString& text);
+    const Value& value() const;
 
-    Value value_ = 0;
+    /// The library's number, in place: only decimal.cpp knows it, since its header takes seconds to compile.
+    alignas(8) std::array<std::byte, 56> room_;
 };
 
 } // namespace molven
