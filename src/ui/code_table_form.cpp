@@ -3,10 +3,10 @@
 #include "ui/pick_panel.h"
 #include "ui/printed_list.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace molven {
@@ -30,9 +30,7 @@ void CodeTableForm::build(const CodeTableView& view) {
         return view_->database.select(view_->kind.table, view_->criterion && filter,
                                       order.terms.isEmpty() ? view_->order : order);
     });
-    grid_->clickedRow = grid_->chosen = [this](const Record& record) {
-        if (!adding_) show(record);
-    };
+    grid_->becameCurrent = grid_->chosen = [this](const Record& row) { bringUp(row); };
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(caption);
     layout->addWidget(grid_, 1);
@@ -41,9 +39,8 @@ void CodeTableForm::build(const CodeTableView& view) {
     resize(860, 620);
     applyTitle(view.title);
     shown_ = blank();
-    panel_->load(*shown_);
     setAdding(false);
-    if (grid_->rows().rowCount() > 0) grid_->selectRow(0);
+    showRow(0);
     grid_->setFocus();
 }
 
@@ -52,9 +49,9 @@ QLayout* CodeTableForm::buttonRow() {
     change_ = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { write(); });
     remove_ = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { remove(); });
     validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { write(); });
-    abandon_ = button(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
+    abandon_ = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { refresh(); });
     auto* printButton = button(QStringLiteral("Cmdvisu"), QStringLiteral("&Imprimer"), [this] { print(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     extraButtons_ = new QHBoxLayout;
     auto* row = new QHBoxLayout;
     for (QPushButton* made : {add_, change_, remove_}) row->addWidget(made);
@@ -77,6 +74,7 @@ void CodeTableForm::setAdding(bool adding) {
     grid_->setEnabled(!adding);
     for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!adding);
     validate_->setEnabled(adding);
+    setDefaultButton(adding ? validate_ : nullptr); // beside it, Return walks from box to box
     setCancelButton(adding ? abandon_ : nullptr);
 }
 
@@ -86,17 +84,51 @@ bool CodeTableForm::isKeyTyped() const {
     return true;
 }
 
-Criterion CodeTableForm::typedKey() const {
+Record CodeTableForm::typedKeyRecord() const {
     Record record = blank();
     for (const Text* key : view_->kind.key)
         if (panel_->edit(*key)) record.set(*key, typed(*key));
-    return view_->kind.sameKey(record);
+    return record;
 }
 
+Criterion CodeTableForm::typedKey() const { return view_->kind.sameKey(typedKeyRecord()); }
+
+QList<const Field*> CodeTableForm::keyFields() const { return {view_->kind.key.begin(), view_->kind.key.end()}; }
+
+/// The record in words: its codes, then its label.
+QString CodeTableForm::nameOf(const Record& record) const {
+    QStringList codes;
+    for (const Text* key : view_->kind.key)
+        if (panel_->edit(*key)) codes.append(record.value(*key));
+    QString name = view_->caption + QStringLiteral(" : ") + codes.join(QStringLiteral(" / "));
+    for (const GridColumn& column : view_->columns)
+        if (column.field->kind == Field::Kind::Label) return name + QStringLiteral(", ") + record.value(*column.field);
+    return name;
+}
+
+bool CodeTableForm::hasUnsavedWork() const { return panel_->differsFrom(*shown_); }
+
 void CodeTableForm::lookUp() {
-    if (!adding_ && isKeyTyped())
-        if (const auto found = view_->database.find(view_->kind.table, typedKey())) show(*found);
+    const auto found = !adding_ && isKeyTyped() ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
+    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(*shown_).values) return shown();
+    Record underTypedKey = *shown_; // another key is no work that would be lost, the other boxes are
+    for (const Text* key : view_->kind.key)
+        if (panel_->edit(*key)) underTypedKey.set(*key, typed(*key));
+    if (!panel_->differsFrom(underTypedKey) || mayLoseWork()) return show(*found);
+    for (const Text* key : view_->kind.key)
+        if (Edit* edit = panel_->edit(*key)) edit->put(shown_->value(*key));
     shown();
+}
+
+/// Another row became current: its record comes up, unless the user keeps what is typed over the one shown.
+void CodeTableForm::bringUp(const Record& row) {
+    if (adding_) return;
+    if (view_->kind.sameKey(row).values != view_->kind.sameKey(*shown_).values && !mayLoseWork()) {
+        const auto back = [this] { grid_->followRecord(*shown_, keyFields()); };
+        QTimer::singleShot(0, this, back); // once the click is over
+        return;
+    }
+    show(row);
 }
 
 void CodeTableForm::show(const Record& record) {
@@ -104,9 +136,17 @@ void CodeTableForm::show(const Record& record) {
     shown_ = fresh ? *fresh : blank();
     panel_->load(*shown_);
     shown();
+    grid_->followRecord(*shown_, keyFields());
+}
+
+/// Shows the record of a row, the last one when there are fewer; empty boxes for an empty table.
+void CodeTableForm::showRow(int row) {
+    const auto record = grid_->rows().record(std::min(row, grid_->rows().rowCount() - 1));
+    show(record ? *record : blank());
 }
 
 void CodeTableForm::startAdding() {
+    if (!mayLoseWork()) return;
     shown_ = blank();
     panel_->load(*shown_);
     setAdding(true);
@@ -116,42 +156,51 @@ void CodeTableForm::startAdding() {
     first->selectAll();
 }
 
+void CodeTableForm::save(const Record& record, const std::optional<Record>& before) {
+    if (before)
+        code_tables::change(view_->database, view_->kind, record, *before);
+    else
+        code_tables::add(view_->database, view_->kind, record);
+}
+
 void CodeTableForm::write() {
     Record record = *shown_;
     panel_->store(record);
-    if (adding_) {
-        code_tables::add(view_->database, view_->kind, record);
-    } else {
-        // A code typed over the one brought up names another record, or none.
-        const bool same = view_->database.count(view_->kind.table, typedKey()) > 0;
-        if (isKeyTyped() && !same) throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
-        code_tables::change(view_->database, view_->kind, record, *shown_);
-    }
-    shown_ = blank();
-    panel_->load(*shown_);
-    refresh();
+    // A code typed over the one brought up names another record, or none.
+    if (!adding_ && isKeyTyped() && view_->database.count(view_->kind.table, typedKey()) == 0)
+        throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
+    save(record, adding_ ? std::nullopt : shown_);
+    endEntry();
+    show(record);
     written(record);
 }
 
 void CodeTableForm::remove() {
-    Record record = *shown_;
-    panel_->store(record);
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    const Record record = typedKeyRecord();
+    if (isKeyTyped()) {
+        const auto stored = view_->database.find(view_->kind.table, typedKey());
+        if (!stored) throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
+        const QString question = QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? ");
+        if (!prompt().confirm(question, nameOf(*stored))) return;
+    }
+    const int row = grid_->currentIndex().row();
     code_tables::remove(view_->database, view_->kind, record);
-    abandon();
-}
-
-void CodeTableForm::abandon() {
-    shown_ = blank();
-    panel_->load(*shown_);
-    refresh();
+    endEntry();
+    showRow(row);
 }
 
 void CodeTableForm::refresh() {
+    const Record before = *shown_;
+    endEntry();
+    if (view_->database.count(view_->kind.table, view_->kind.sameKey(before)) > 0)
+        show(before);
+    else
+        showRow(0);
+}
+
+void CodeTableForm::endEntry() {
     setAdding(false);
-    shown();
     grid_->rows().refresh();
-    if (grid_->rows().rowCount() > 0) grid_->selectRow(0);
     grid_->setFocus();
 }
 
@@ -177,11 +226,6 @@ void CodeTableForm::print() {
         return view_->database.select(view_->kind.table, view_->criterion, order);
     });
     desk().print(printedList(view_->caption, rows));
-}
-
-void CodeTableForm::closeEvent(QCloseEvent* event) {
-    event->setAccepted(!panel_->differsFrom(*shown_) ||
-                       prompt().ask(QStringLiteral("Abandonner les modifications en cours ?")));
 }
 
 } // namespace molven

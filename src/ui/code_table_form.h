@@ -33,6 +33,8 @@ protected:
 
     /// The codes on the screen changed: words beside them.
     virtual void shown() {}
+    /// Writes a record, a new one when there is nothing before; a subclass may write more with it, in one transaction.
+    virtual void save(const Record& record, const std::optional<Record>& before);
     /// A record was added or changed.
     virtual void written(const Record&) {}
     /// Order of the printed list; the list's own when nothing is answered.
@@ -45,20 +47,26 @@ protected:
     /// The list behind a code box.
     void picker(const Field& field, const std::function<PickList()>& list);
     QHBoxLayout* extraButtons() { return extraButtons_; }
+    /// Gives up what is typed, reads the list again and shows the record again.
     void refresh();
 
-    void closeEvent(QCloseEvent* event) override;
+    bool hasUnsavedWork() const override;
 
 private:
     QLayout* buttonRow();
+    Record typedKeyRecord() const;
     Criterion typedKey() const;
     bool isKeyTyped() const;
+    QString nameOf(const Record& record) const;
+    QList<const Field*> keyFields() const;
     void lookUp();
+    void bringUp(const Record& row);
     void show(const Record& record);
+    void showRow(int row);
     void startAdding();
     void write();
     void remove();
-    void abandon();
+    void endEntry();
     void print();
     void setAdding(bool adding);
     Record blank() const;

@@ -2,28 +2,56 @@
 
 #include "data/dates.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
 
 namespace molven {
 
-bool Edit::leaveIfChanged() {
-    if (text() == entered_) return true;
-    entered_ = text();
-    return !left || left();
+bool Edit::leave() {
+    if (leaving_) return true; // the handler moves on to another box
+    if (text() == settled_) {
+        setRefused(false);
+        return true;
+    }
+    const QString accepted = settled_;
+    leaving_ = true;
+    const bool taken = !left || left();
+    leaving_ = false;
+    // What a handler that refuses put into shape is not accepted by that.
+    settled_ = taken ? text() : accepted;
+    setRefused(!taken);
+    return taken;
 }
 
 void Edit::put(const QString& newText) {
     setText(newText);
-    entered_ = text();
+    settled_ = text();
     setCursorPosition(0);
+    if (!leaving_) setRefused(false);
 }
 
 void Edit::setEditable(bool editable) {
     setReadOnly(!editable);
     setFocusPolicy(editable ? Qt::StrongFocus : Qt::ClickFocus);
+    showState();
+}
+
+void Edit::setRefused(bool refused) {
+    refusedText_ = refused ? text() : QString();
+    if (refused == refused_) return;
+    refused_ = refused;
+    showState();
+}
+
+void Edit::showState() {
+    const QColor refusedBase(0xff, 0xe3, 0xe0);
     QPalette colours = parentWidget() ? parentWidget()->palette() : QPalette();
-    if (!editable) colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    if (isReadOnly())
+        colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    else if (refused_)
+        colours.setColor(QPalette::Base, refusedBase);
     setPalette(colours);
 }
 
@@ -41,7 +69,6 @@ void Edit::keyPressEvent(QKeyEvent* event) {
 
 void Edit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
-    entered_ = text();
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
         event->reason() == Qt::OtherFocusReason)
         selectAll();
@@ -50,14 +77,26 @@ void Edit::focusInEvent(QFocusEvent* event) {
 
 void Edit::focusOutEvent(QFocusEvent* event) {
     QLineEdit::focusOutEvent(event);
-    const auto reason = event->reason();
-    if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason && reason != Qt::MenuBarFocusReason)
-        leaveIfChanged();
+    switch (event->reason()) {
+    case Qt::PopupFocusReason:
+    case Qt::ActiveWindowFocusReason:
+    case Qt::MenuBarFocusReason:
+        return; // the user comes back
+    case Qt::MouseFocusReason:
+        // A pressed button leaves the boxes itself, once.
+        if (qobject_cast<QAbstractButton*>(QApplication::focusWidget())) return;
+        break;
+    default:
+        break;
+    }
+    const bool alreadyTold = refused_ && text() == refusedText_;
+    if (!isReadOnly() && !alreadyTold) leave();
 }
 
 DateBox::DateBox(QWidget* parent, Precision precision) : Edit(parent) {
     setInputMask(precision == Precision::Day ? QStringLiteral("99/99/9999;_") : QStringLiteral("99/9999;_"));
     setFixedWidth(precision == Precision::Day ? 100 : 80);
+    put({});
 }
 
 } // namespace molven

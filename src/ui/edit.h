@@ -6,18 +6,22 @@
 
 namespace molven {
 
-/// An entry box. `left` runs when the user leaves it after a change, and answers false when it refused what was
-/// typed; the text is selected on entering.
+/// An entry box. What stands in it is settled once the program took it: put there by the program, or typed and left
+/// without being refused. The text is selected on entering.
 class Edit : public QLineEdit {
 public:
     explicit Edit(QWidget* parent = nullptr) : QLineEdit(parent) {}
 
     /// A scanner types here: the separator it sends between fields is kept, shown as a sign.
     bool takesScans = false;
+    /// Runs when the user leaves the box after a change; answers false when it refused what was typed.
     std::function<bool()> left;
-    /// False when what was typed is refused.
-    bool leaveIfChanged();
-    /// Sets a text as the program does: leaving afterwards runs nothing.
+    /// Leaves the box as the user does; false while what is typed is refused. A refused text stays so until it is
+    /// mended or put back.
+    bool leave();
+    /// What is typed was not left yet, or was refused.
+    bool isUnsettled() const { return !isReadOnly() && (refused_ || text() != settled_); }
+    /// Sets a text as the program does: it is settled.
     void put(const QString& text);
     /// A box that cannot be typed into looks so, and is left out of the keyboard's way.
     void setEditable(bool editable);
@@ -30,7 +34,13 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    QString entered_;
+    void setRefused(bool refused);
+    void showState();
+
+    QString settled_;
+    QString refusedText_;
+    bool refused_ = false;
+    bool leaving_ = false;
 };
 
 /// A masked box "__/__/____" for a date, or "__/____" for a month.

@@ -4,9 +4,13 @@
 #include "ui/pick_panel.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
+
+#include <algorithm>
 
 namespace molven {
 
@@ -33,11 +37,26 @@ Form::~Form() = default;
 
 void Form::applyTitle(const QString& caption, Qt::WindowStates state) {
     setWindowTitle(caption);
-    const QRect screen = QApplication::primaryScreen()->availableGeometry();
-    const QSize size = sizeHint().expandedTo(this->size()).boundedTo(screen.size());
-    resize(size);
-    move(screen.left() + (screen.width() - size.width()) / 2, screen.top() + (screen.height() - size.height()) / 2);
+    resize(sizeHint().expandedTo(this->size()));
+    settleOnScreen();
     setWindowState(state);
+}
+
+/// Keeps the window, its frame included, on the screen, and in the middle of it.
+void Form::settleOnScreen() {
+    const QRect screen = QApplication::primaryScreen()->availableGeometry();
+    QSize frame = frameGeometry().size() - size();
+    if (!isVisible() || frame.isEmpty()) // not known before the window is shown
+        frame = {2 * style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth),
+                 style()->pixelMetric(QStyle::PM_TitleBarHeight) + 8};
+    resize(size().boundedTo(screen.size() - frame));
+    const QSize whole = size() + frame;
+    move(screen.left() + (screen.width() - whole.width()) / 2, screen.top() + (screen.height() - whole.height()) / 2);
+}
+
+void Form::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) settleOnScreen();
 }
 
 bool Form::guarded(const std::function<void()>& handler) {
@@ -49,6 +68,10 @@ bool Form::guarded(const std::function<void()>& handler) {
         focusField(refusal.field);
     } catch (const DataError& error) {
         showDataError(prompt(), error);
+    } catch (const std::exception& fault) {
+        prompt().tell(QStringLiteral("Erreur inattendue, l'opération est abandonnée : ") +
+                          QString::fromUtf8(fault.what()),
+                      {}, Icon::Stop);
     }
     return false;
 }
@@ -62,11 +85,28 @@ void Form::focusField(const QString& field) {
 }
 
 QPushButton* Form::button(const QString& name, const QString& caption, const std::function<void()>& handler) {
+    return leaveButton(name, caption, [this, handler] {
+        if (settle()) handler();
+    });
+}
+
+QPushButton* Form::leaveButton(const QString& name, const QString& caption, const std::function<void()>& handler) {
     auto* made = new QPushButton(caption, this);
     made->setObjectName(name);
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this, [this, handler] { guarded(handler); });
     return made;
+}
+
+bool Form::settle(const QWidget* except) {
+    QList<Edit*> boxes;
+    for (QLineEdit* child : findChildren<QLineEdit*>()) {
+        auto* edit = dynamic_cast<Edit*>(child);
+        if (edit && edit != except && edit->isUnsettled() && edit->isVisible() && edit->isEnabled()) boxes.append(edit);
+    }
+    // The box with the cursor was typed into last.
+    std::stable_partition(boxes.begin(), boxes.end(), [](const Edit* edit) { return edit->hasFocus(); });
+    return std::all_of(boxes.begin(), boxes.end(), [](Edit* edit) { return edit->leave(); });
 }
 
 void Form::setDefaultButton(QPushButton* button) { defaultButton_ = button; }
@@ -80,12 +120,17 @@ void Form::onLeft(Edit* edit, const std::function<void()>& handler) {
 void Form::onPick(QWidget* control, const std::function<void()>& handler, QAbstractButton* listButton) {
     pickers_.insert(control, handler);
     control->setToolTip(QStringLiteral("F2 : liste"));
-    if (listButton) connect(listButton, &QAbstractButton::clicked, this, [this, handler] { guarded(handler); });
+    if (!listButton) return;
+    connect(listButton, &QAbstractButton::clicked, this, [this, control, handler] {
+        if (settle(control)) guarded(handler);
+    });
 }
 
 bool Form::openPicker(QWidget* control) {
     const auto picker = pickers_.constFind(control);
     if (picker == pickers_.constEnd()) return false;
+    if (const auto* edit = qobject_cast<QLineEdit*>(control); edit && (edit->isReadOnly() || !edit->isEnabled()))
+        return true; // a closed box has no list
     guarded(*picker);
     return true;
 }
@@ -100,7 +145,7 @@ void Form::pressReturn() {
         focused->click();
         return;
     }
-    if (auto* edit = dynamic_cast<Edit*>(focusWidget()); edit && !edit->leaveIfChanged()) return;
+    if (auto* edit = dynamic_cast<Edit*>(focusWidget()); edit && !edit->leave()) return;
     if (defaultButton_ && defaultButton_->isVisible() && defaultButton_->isEnabled())
         defaultButton_->click();
     else
@@ -114,7 +159,9 @@ void Form::keyPressEvent(QKeyEvent* event) {
         pressReturn();
         return;
     case Qt::Key_Escape:
-        if (cancelButton_ && cancelButton_->isVisible() && cancelButton_->isEnabled())
+        if (pickPanel_ && pickPanel_->isVisible())
+            pickPanel_->leave();
+        else if (cancelButton_ && cancelButton_->isVisible() && cancelButton_->isEnabled())
             cancelButton_->click();
         else
             close();
@@ -127,6 +174,13 @@ void Form::keyPressEvent(QKeyEvent* event) {
     }
     QWidget::keyPressEvent(event);
 }
+
+bool Form::mayLoseWork() {
+    return !hasUnsavedWork() ||
+           prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), windowTitle());
+}
+
+void Form::closeEvent(QCloseEvent* event) { event->setAccepted(mayLoseWork()); }
 
 void Form::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);

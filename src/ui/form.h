@@ -20,6 +20,8 @@ void showDataError(Prompt& prompt, const DataError& error);
 
 /// A window of the program. Every handler of its controls runs guarded: a refusal is shown and the focus put on
 /// the control bound to its field, a data error goes to the data-error display, and the window stays open.
+/// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
+/// and does nothing when one of them refuses.
 /// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field.
 class Form : public QWidget {
 public:
@@ -41,8 +43,12 @@ public:
     void bind(const QString& field, QWidget* control) { bound_.insert(field, control); }
     void focusField(const QString& field);
 
-    /// A push button with its handler, guarded.
+    /// Leaves every box that was typed into, but that one; false when one refuses what stands in it.
+    bool settle(const QWidget* except = nullptr);
+    /// A push button with its handler, guarded, once the boxes are left.
     QPushButton* button(const QString& name, const QString& caption, const std::function<void()>& handler);
+    /// A push button that gives up what is typed, or closes the window: refused boxes do not hold it back.
+    QPushButton* leaveButton(const QString& name, const QString& caption, const std::function<void()>& handler);
     /// Runs when the user leaves a box after changing it, guarded.
     void onLeft(Edit* edit, const std::function<void()>& handler);
     /// The list behind a code field, on F2 and on its button when it has one.
@@ -55,14 +61,21 @@ protected:
     void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
     /// Pressed by Return outside a button.
     void setDefaultButton(QPushButton* button);
+    /// Typed work that closing the window would lose: the user is asked first.
+    virtual bool hasUnsavedWork() const { return false; }
+    /// True when nothing would be lost, or the user gives it up.
+    bool mayLoseWork();
     /// Pressed by Escape; without one, Escape closes the window.
     void setCancelButton(QPushButton* button);
 
+    void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void pressReturn();
+    void settleOnScreen();
 
     Desk& desk_;
     QString mode_;

@@ -6,9 +6,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QSaveFile>
+#include <QToolButton>
 
 namespace molven {
 
@@ -33,12 +36,82 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     applyWidths();
     model_->guard = [this](const std::function<void()>& work) { guarded(work); };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
-    connect(this, &QTableView::clicked, this, [this] {
-        guarded([this] {
-            const auto row = current();
-            if (row && clickedRow) clickedRow(*row);
-        });
+    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
+        if (index.row() == pressedOver_) tellCurrent(); // the others were told when they became current
     });
+    connect(model_, &RecordModel::modelReset, this, [this] {
+        showFilter();
+        if (rowsChanged) guarded(rowsChanged);
+    });
+    buildFilterStrip();
+}
+
+void Grid::buildFilterStrip() {
+    filterStrip_ = new QFrame(this);
+    filterStrip_->setAutoFillBackground(true);
+    filterText_ = new QLabel(filterStrip_);
+    filterText_->setObjectName(QStringLiteral("Lblfiltre"));
+    filterText_->setTextFormat(Qt::PlainText);
+    auto* clear = new QToolButton(filterStrip_);
+    clear->setText(QStringLiteral("Effacer le filtre"));
+    clear->setFocusPolicy(Qt::NoFocus);
+    connect(clear, &QToolButton::clicked, this, [this] { setFilter({}); });
+    auto* line = new QHBoxLayout(filterStrip_);
+    line->setContentsMargins(6, 1, 6, 1);
+    line->addWidget(filterText_, 1);
+    line->addWidget(clear);
+    filterStrip_->hide();
+}
+
+/// What is typed to filter by stands below the rows, with what it leaves of them.
+void Grid::showFilter() {
+    const bool filtered = !model_->filter().isEmpty();
+    if (filtered)
+        filterText_->setText(QStringLiteral("Filtre : %1     %2 sur %3     Echap : effacer")
+                                 .arg(model_->filter())
+                                 .arg(model_->rowCount())
+                                 .arg(model_->unfilteredCount()));
+    filterStrip_->setVisible(filtered);
+    updateGeometries();
+}
+
+void Grid::updateGeometries() {
+    if (settingMargins_) return;
+    QTableView::updateGeometries();
+    if (!filterStrip_ || filterStrip_->isHidden()) return;
+    settingMargins_ = true;
+    const int height = filterStrip_->sizeHint().height();
+    setViewportMargins(0, horizontalHeader()->height(), 0, height);
+    settingMargins_ = false;
+    const QRect rows = viewport()->geometry();
+    filterStrip_->setGeometry(rows.left(), rows.bottom() + 1, rows.width(), height);
+}
+
+void Grid::tellCurrent() {
+    guarded([this] {
+        const auto row = current();
+        if (row && becameCurrent) becameCurrent(*row);
+    });
+}
+
+void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (!following_ && current.isValid() && current.row() != previous.row()) tellCurrent();
+}
+
+void Grid::mousePressEvent(QMouseEvent* event) {
+    pressedOver_ = currentIndex().row();
+    QTableView::mousePressEvent(event);
+}
+
+void Grid::followRecord(const Record& record, const QList<const Field*>& key) {
+    const int row = model_->rowOf(record, key);
+    following_ = true;
+    if (row >= 0)
+        selectRow(row);
+    else
+        setCurrentIndex({});
+    following_ = false;
 }
 
 void Grid::guarded(const std::function<void()>& work) {
@@ -76,7 +149,6 @@ void Grid::setFilter(const QString& text) {
     guarded([&] {
         model_->setFilter(text);
         if (model_->rowCount() > 0) selectRow(0);
-        if (filtered) filtered(text);
     });
 }
 

@@ -4,10 +4,14 @@
 
 #include <QTableView>
 
+class QFrame;
+class QLabel;
+
 namespace molven {
 
-/// A list of records. A clicked header sorts, typing filters (Backspace takes back), Ctrl+C copies the chosen
-/// rows, Ctrl+E exports what is shown as CSV; Return or a double click chooses.
+/// A list of records. A clicked header sorts; typing filters (Backspace takes back, Escape clears) and shows the filter
+/// below the rows; Ctrl+C copies the chosen rows, Ctrl+E exports what is shown as CSV; Return or a double click
+/// chooses. The current row is the record that the screen shows and acts upon, however it became current.
 class Grid : public QTableView {
 public:
     Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent);
@@ -17,27 +21,41 @@ public:
 
     std::optional<Record> current() const;
     void selectRow(int row);
+    /// Makes the row of that record current without telling becameCurrent: the screen shows it already. No row is
+    /// current when none has these key values.
+    void followRecord(const Record& record, const QList<const Field*>& key);
     /// The rows as semicolon-separated text with a header line.
     QString csv() const;
     /// Asks for a file and writes them there.
     void exportCsv();
 
-    std::function<void(const Record&)> chosen;     ///< Return or double click
-    std::function<void(const Record&)> clickedRow; ///< the current row changed by a click
-    std::function<void(const QString&)> filtered;  ///< the filter text changed
+    std::function<void(const Record&)> chosen;        ///< Return or double click
+    std::function<void(const Record&)> becameCurrent; ///< by a click (again, too), a key, a filter or the program
+    std::function<void()> rowsChanged;                ///< read anew, sorted or filtered
 
 protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     /// Runs what the user asked of the list, in the care of the form it lies in.
     void guarded(const std::function<void()>& work);
     void choose();
+    void tellCurrent();
+    void buildFilterStrip();
+    void showFilter();
     void applyWidths();
     void copySelection() const;
     void setFilter(const QString& text);
 
     RecordModel* model_;
+    QFrame* filterStrip_ = nullptr;
+    QLabel* filterText_ = nullptr;
+    int pressedOver_ = -1; ///< row that was current when the mouse went down
+    bool following_ = false;
+    bool settingMargins_ = false;
 };
 
 } // namespace molven

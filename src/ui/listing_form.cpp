@@ -32,7 +32,7 @@ void ListingForm::build(const Listing& listing) {
     count_->setObjectName(QStringLiteral("Label1"));
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* criteria = new QHBoxLayout;
     criteria->addWidget(new QLabel(listing.rangeCaption + QStringLiteral(" du :"), this));
     criteria->addWidget(first_);

@@ -24,7 +24,7 @@ PickPanel::PickPanel(QWidget* form)
     layout->addWidget(title_);
     layout->addWidget(grid_);
     layout->addWidget(hint_);
-    grid_->filtered = [this](const QString&) { showCount(); };
+    grid_->rowsChanged = [this] { showCount(); };
     hide();
 }
 
@@ -42,16 +42,14 @@ void PickPanel::open(const PickList& list) {
     show();
     raise();
     if (grid_->rows().rowCount() > 0) grid_->selectRow(0);
-    showCount();
     grid_->setFocus();
 }
 
 void PickPanel::showCount() {
-    const QString& filter = grid_->rows().filter();
-    hint_->setText(filter.isEmpty()
-                       ? QStringLiteral("%1 lignes - tapez pour filtrer, Entrée choisit, Echap ferme")
-                             .arg(grid_->rows().rowCount())
-                       : QStringLiteral("Filtre : %1 (%2 lignes)").arg(filter).arg(grid_->rows().rowCount()));
+    const int count = grid_->rows().rowCount();
+    hint_->setText(QStringLiteral("%1 %2 - tapez pour filtrer, Entrée choisit, Echap ferme")
+                       .arg(count)
+                       .arg(count > 1 ? QStringLiteral("lignes") : QStringLiteral("ligne")));
 }
 
 void PickPanel::settle() {

@@ -23,6 +23,8 @@ public:
     explicit PickPanel(QWidget* form);
 
     void open(const PickList& list);
+    /// Closes it without a choice.
+    void leave();
     /// Keeps its place in the middle of the form.
     void settle();
 
@@ -30,7 +32,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void leave();
     void showCount();
 
     QLabel* title_;

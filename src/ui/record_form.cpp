@@ -1,6 +1,5 @@
 #include "ui/record_form.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
@@ -15,11 +14,7 @@ void RecordForm::build(const Description& description) {
     list_->rows().setQuery(description.query);
     panel_ = new RecordPanel(description.boxes, description.columns, this);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
-    const auto bringUp = [this](const Record& row) {
-        if (state_ == State::Viewing) show(row);
-    };
-    list_->clickedRow = bringUp;
-    list_->chosen = bringUp;
+    list_->becameCurrent = list_->chosen = [this](const Record& row) { bringUp(row); };
     onLeft(panel_->edit(description.key), [this] { lookUp(); });
 
     auto* right = new QWidget(this);
@@ -48,8 +43,9 @@ QLayout* RecordForm::buttonRow() {
     change_ = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
     remove_ = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeRecord(); });
     validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validate(); });
-    abandon_ = button(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    abandon_ = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    setDefaultButton(validate_);
     setCancelButton(abandon_);
     extraButtons_ = new QHBoxLayout;
     auto* row = new QHBoxLayout;
@@ -71,10 +67,23 @@ const Record& RecordForm::requireRecord() const {
     return *record_;
 }
 
+void RecordForm::bringUp(const Record& row) {
+    if (state_ != State::Viewing) return;
+    const auto fresh = find(row.value(description_->key));
+    if (!fresh) throw Refusal(description_->unknown, description_->key.name);
+    show(*fresh);
+}
+
 void RecordForm::show(const Record& record) {
     record_ = record;
     panel_->load(record);
     setState(State::Viewing);
+    list_->followRecord(record, {&description_->key});
+}
+
+void RecordForm::clearScreen() {
+    show(Record(blank().table()));
+    record_.reset();
 }
 
 void RecordForm::setState(State state) {
@@ -115,7 +124,7 @@ std::function<void(const Record&)> RecordForm::put(const Field& field, const Fie
 void RecordForm::lookUp() {
     if (state_ != State::Viewing) return shown();
     const QString key = panel_->edit(description_->key)->value().trimmed();
-    if (key.isEmpty()) return;
+    if (key.isEmpty()) return clearScreen();
     const auto found = find(key);
     if (!found) throw Refusal(description_->unknown, description_->key.name);
     show(*found);
@@ -151,29 +160,25 @@ void RecordForm::validate() {
 }
 
 void RecordForm::abandon() {
-    if (!mayLeave()) return;
+    if (!mayLoseWork()) return;
     const auto before = record_ && state_ == State::Changing ? find(record_->value(description_->key)) : std::nullopt;
-    show(before ? *before : blankScreen());
-    if (!before) record_.reset();
+    if (before)
+        show(*before);
+    else
+        clearScreen();
     panel_->edit(description_->key)->setFocus();
 }
 
-Record RecordForm::blankScreen() { return Record(blank().table()); }
-
 void RecordForm::removeRecord() {
     const Record record = requireRecord();
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "), nameOf(record))) return;
     erase(record);
     list_->rows().refresh();
-    show(blankScreen());
-    record_.reset();
+    clearScreen();
 }
 
-bool RecordForm::mayLeave() {
-    if (state_ == State::Viewing || !panel_->differsFrom(*record_)) return true;
-    return prompt().ask(QStringLiteral("Abandonner les modifications en cours ?"));
+bool RecordForm::hasUnsavedWork() const {
+    return state_ != State::Viewing && (panel_->differsFrom(*record_) || hasFurtherChanges());
 }
-
-void RecordForm::closeEvent(QCloseEvent* event) { event->setAccepted(mayLeave()); }
 
 } // namespace molven

@@ -44,6 +44,10 @@ protected:
     virtual void stateChanged() {}
     /// A code changed: the words beside the codes.
     virtual void shown() {}
+    /// Boxes of the subclass's own hold something that the record does not.
+    virtual bool hasFurtherChanges() const { return false; }
+    /// What a deletion is about, for its question: "Client 000007, CLINIQUE DU PARC".
+    virtual QString nameOf(const Record& record) const = 0;
 
     State state() const { return state_; }
     RecordPanel& panel() { return *panel_; }
@@ -64,10 +68,11 @@ protected:
     QHBoxLayout* extraButtons() { return extraButtons_; }
     QVBoxLayout* extraRows() { return extraRows_; }
 
-    void closeEvent(QCloseEvent* event) override;
+    bool hasUnsavedWork() const override;
 
 private:
     QLayout* buttonRow();
+    void bringUp(const Record& row);
     void setState(State state);
     void lookUp();
     void startAdding();
@@ -75,8 +80,7 @@ private:
     void validate();
     void abandon();
     void removeRecord();
-    bool mayLeave();
-    Record blankScreen();
+    void clearScreen();
 
     std::optional<Description> description_;
     State state_ = State::Viewing;

@@ -35,6 +35,7 @@ void RecordModel::setRecords(const QList<Record>& records) {
 void RecordModel::refresh() {
     beginResetModel();
     rearrange();
+    if (filter_.isEmpty()) unfilteredCount_ = rowCount();
     endResetModel();
 }
 
@@ -92,6 +93,21 @@ std::optional<Record> RecordModel::record(int row) const {
     if (row < 0 || row >= rowCount()) return std::nullopt;
     if (const auto* list = std::get_if<QList<Record>>(&rows_)) return list->at(row);
     return std::get<Recordset>(rows_).at(row);
+}
+
+int RecordModel::rowOf(const Record& wanted, const QList<const Field*>& key) {
+    if (auto* selected = std::get_if<Recordset>(&rows_)) {
+        Criterion same;
+        for (const Field* field : key) same = same && *field == wanted.value(*field);
+        return selected->findFirst(same) ? static_cast<int>(selected->position()) : -1;
+    }
+    const auto& list = std::get<QList<Record>>(rows_);
+    const auto found = std::find_if(list.begin(), list.end(), [&](const Record& record) {
+        return std::all_of(key.begin(), key.end(), [&](const Field* field) {
+            return record.value(*field).compare(wanted.value(*field), Qt::CaseInsensitive) == 0;
+        });
+    });
+    return found == list.end() ? -1 : static_cast<int>(found - list.begin());
 }
 
 QString RecordModel::text(int row, int column) const {

@@ -36,6 +36,10 @@ public:
     /// Keeps the rows that hold this text in a column.
     void setFilter(const QString& text);
     const QString& filter() const { return filter_; }
+    /// How many rows there are without the filter, as last read.
+    int unfilteredCount() const { return unfilteredCount_; }
+    /// The row of the record that has the same values in these fields, -1 when none does.
+    int rowOf(const Record& record, const QList<const Field*>& key);
 
     const QList<GridColumn>& columns() const { return columns_; }
     std::optional<Record> record(int row) const;
@@ -58,6 +62,7 @@ private:
     QList<Record> all_;
     std::variant<QList<Record>, Recordset> rows_;
     QString filter_;
+    int unfilteredCount_ = 0;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };

@@ -82,7 +82,10 @@ QAbstractButton* RecordPanel::listButton(const Field& field) const { return list
 Edit* RecordPanel::edit(const Field& field) const { return edits_.value(&field); }
 
 void RecordPanel::setHint(const Field& field, const QString& text) {
-    if (QLabel* hint = hints_.value(&field)) hint->setText(text);
+    QLabel* hint = hints_.value(&field);
+    if (!hint) return;
+    hint->setText(text);
+    hint->setToolTip(text); // whole, where the window is too narrow for it
 }
 
 void RecordPanel::setCaption(const Field& field, const QString& caption) {
@@ -105,8 +108,13 @@ void RecordPanel::load(const Record& record) {
     for (const FieldBox& box : boxes_) edits_[box.field]->put(textOf(box, record));
 }
 
+bool RecordPanel::isChanged(const FieldBox& box, const Record& record) const {
+    return !box.readOnly && edits_[box.field]->value().trimmed() != textOf(box, record).trimmed();
+}
+
 void RecordPanel::store(Record& record) const {
     for (const FieldBox& box : boxes_) {
+        if (!isChanged(box, record)) continue;
         const QString typed = edits_[box.field]->value().trimmed();
         if (box.field->kind != Field::Kind::Number || typed.isEmpty()) {
             record.set(*box.field, typed);
@@ -119,9 +127,7 @@ void RecordPanel::store(Record& record) const {
 }
 
 bool RecordPanel::differsFrom(const Record& record) const {
-    for (const FieldBox& box : boxes_)
-        if (edits_[box.field]->value().trimmed() != textOf(box, record).trimmed()) return true;
-    return false;
+    return std::any_of(boxes_.begin(), boxes_.end(), [&](const FieldBox& box) { return isChanged(box, record); });
 }
 
 void RecordPanel::open(const FieldBox& box, bool editable) {

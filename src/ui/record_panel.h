@@ -35,7 +35,8 @@ public:
     void setHint(const Field& field, const QString& text);
     void setCaption(const Field& field, const QString& caption);
     void load(const Record& record);
-    /// Puts what is typed into the record. Throws Refusal for a number that is not one.
+    /// Puts into the record what the boxes show otherwise than it does: a figure shown rounded and not touched keeps
+    /// every digit. Throws Refusal for a number that is not one.
     void store(Record& record) const;
     /// True when what is typed is not what this record shows; an unreadable number is a change too.
     bool differsFrom(const Record& record) const;
@@ -48,6 +49,7 @@ public:
 private:
     QLayout* lineOf(const FieldBox& box, Edit* edit);
     void open(const FieldBox& box, bool editable);
+    bool isChanged(const FieldBox& box, const Record& record) const;
 
     QList<FieldBox> boxes_;
     QHash<const Field*, Edit*> edits_;

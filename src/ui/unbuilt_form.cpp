@@ -12,7 +12,7 @@ UnbuiltForm::UnbuiltForm(Desk& desk, const QString& name, const QString& title) 
     text->setObjectName(QStringLiteral("Label1"));
     text->setMargin(24);
     layout->addWidget(text);
-    layout->addWidget(button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }), 0,
+    layout->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }), 0,
                       Qt::AlignRight);
     resize(460, 160);
     applyTitle(QString(title).remove(u'&').simplified());

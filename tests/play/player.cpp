@@ -18,8 +18,6 @@
 namespace molven::play {
 
 namespace {
-constexpr int PatienceMs = 5000;
-
 /// Leaves out what the offscreen platform says about itself.
 void quietMessages(QtMsgType, const QMessageLogContext&, const QString& message) {
     if (!message.contains(QStringLiteral("propagateSizeHints")) && !message.contains(QStringLiteral("XDG_RUNTIME_DIR")))

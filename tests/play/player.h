@@ -16,6 +16,9 @@ namespace molven::play {
 /// Before the application is made: without a display, a screen of 1280 x 800 in memory.
 void useScreen();
 
+/// How long a window or a click may take to come.
+constexpr int PatienceMs = 5000;
+
 /// Plays scenarios on one program folder: real windows, keys, clicks and data files.
 class Player {
 public:
@@ -82,6 +85,7 @@ private:
     Grid* grid(const QString& name);
     QModelIndex cellOf(const QString& gridName, const QString& which);
     QAction* menuEntry(const QString& name);
+    void waitForPressedButton();
     QString nextMessage();
     QString programFile(const QString& name) const;
 

@@ -17,6 +17,8 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include <algorithm>
+
 namespace molven::play {
 
 namespace {
@@ -99,6 +101,19 @@ void Player::key(const QStringList& arguments) {
         throw Failure(QStringLiteral("touche connue attendue, trouvé %1").arg(arguments[1]));
     if (!widget->hasFocus()) widget->setFocus(Qt::TabFocusReason);
     QTest::keyClick(widget, sequence[0].key(), sequence[0].keyboardModifiers());
+    waitForPressedButton();
+}
+
+/// A shortcut presses its button at once and clicks it a moment later.
+void Player::waitForPressedButton() {
+    const auto isPressed = [] {
+        const QWidgetList all = QApplication::allWidgets();
+        return std::any_of(all.begin(), all.end(), [](const QWidget* widget) {
+            const auto* button = qobject_cast<const QAbstractButton*>(widget);
+            return button && button->isVisible() && button->isDown();
+        });
+    };
+    (void)QTest::qWaitFor([&] { return !isPressed(); }, PatienceMs);
 }
 
 void Player::press(const QStringList& arguments) {

@@ -2,15 +2,18 @@
 #include "ui/grid.h"
 
 #include "play/stand_ins.h"
+#include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
 #include "screens/screens.h"
 #include "support/dossier.h"
 #include "ui/edit.h"
 #include "ui/printer.h"
+#include "ui/record_panel.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QLabel>
 #include <QTest>
 
 namespace molven {
@@ -73,6 +76,49 @@ TEST_F(VatGrid, ExportsWhatItShowsForASpreadsheet) {
     EXPECT_EQ(
         grid.csv(),
         QStringLiteral("Code;Libellé;Taux\r\n1;\"réduit; \"\"5,5\"\"\";5,50\r\n2;Normal;20,00\r\n3;été;10,00\r\n"));
+}
+
+TEST_F(VatGrid, ShowsWhatItIsFilteredByAndTellsEveryChangeOfItsCurrentRow) {
+    QStringList told;
+    grid.becameCurrent = [&told](const Record& row) { told.append(row[strparfac.par1_cde]); };
+    grid.show();
+    grid.selectRow(0);
+    QTest::keyClick(&grid, Qt::Key_Down);
+    QTest::keyClicks(&grid, QStringLiteral("ete"));
+    const auto* strip = grid.findChild<QLabel*>(QStringLiteral("Lblfiltre"));
+    ASSERT_NE(strip, nullptr);
+    EXPECT_TRUE(strip->isVisible());
+    EXPECT_TRUE(strip->text().startsWith(QStringLiteral("Filtre : ete     1 sur 3")));
+    EXPECT_EQ(told.last(), QStringLiteral("3"));
+    QTest::keyClick(&grid, Qt::Key_Escape);
+    EXPECT_FALSE(strip->isVisible());
+    grid.followRecord(vatCodes()[1], {&strparfac.par1_cde});
+    EXPECT_EQ(grid.currentIndex().row(), 1);
+    EXPECT_EQ(told.last(), QStringLiteral("1")) << "the screen shows the record already";
+    EXPECT_EQ(told.mid(0, 2), QStringList({QStringLiteral("1"), QStringLiteral("2")}));
+}
+
+TEST(RecordPanels, StoreOnlyWhatTheUserChanged) {
+    Record article(strarticle);
+    article.set(strarticle.art_pam, QStringLiteral("514.5555"));
+    article.set(strarticle.art_pv1, QStringLiteral("12.345"));
+    const QString money = QStringLiteral("#####0.00");
+    RecordPanel panel({{.field = &strarticle.art_pam, .caption = {}, .pattern = money, .readOnly = true},
+                       {.field = &strarticle.art_pv1, .caption = {}, .pattern = money},
+                       {.field = &strarticle.art_memo, .caption = {}}},
+                      1, nullptr);
+    panel.load(article);
+    EXPECT_FALSE(panel.differsFrom(article));
+    panel.edit(strarticle.art_memo)->setText(QStringLiteral("à commander"));
+    panel.edit(strarticle.art_pam)->setText(QStringLiteral("1"));
+    EXPECT_TRUE(panel.differsFrom(article));
+    panel.store(article);
+    EXPECT_EQ(article.value(strarticle.art_pam), QStringLiteral("514.5555"));
+    EXPECT_EQ(article.value(strarticle.art_pv1), QStringLiteral("12.345"));
+    EXPECT_EQ(article.value(strarticle.art_memo), QStringLiteral("à commander"));
+    panel.edit(strarticle.art_pv1)->setText(QStringLiteral("12,4"));
+    panel.store(article);
+    EXPECT_EQ(article.value(strarticle.art_pv1), QStringLiteral("12.4"));
 }
 
 TEST(DataErrors, AreShownWithTheEnginesOwnListOnlyWhenItHasOne) {

@@ -169,6 +169,10 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
 
 void ArticleForm::erase(const Record& record) { articles::remove(molven_, record[strarticle.art_ref]); }
 
+QString ArticleForm::nameOf(const Record& record) const {
+    return QStringLiteral("Article %1, %2").arg(record[strarticle.art_ref], record[strarticle.art_li1]);
+}
+
 void ArticleForm::stateChanged() {
     for (Edit* edit : {kind_, stocked_, followed_}) edit->setEditable(state() != State::Viewing);
     if (state() == State::Changing) return;

@@ -91,7 +91,7 @@ ClientForm::ClientForm(Desk& desk)
     extraRows()->addWidget(country_);
     extraRows()->addWidget(documents_);
     documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->setText(folder);
+        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->put(folder);
     };
     setPickers();
 }
@@ -115,6 +115,10 @@ void ClientForm::write(const Record& record, const std::optional<Record>& before
 }
 
 void ClientForm::erase(const Record& record) { parties::removeClient(molven_, record[strclient.clt_cod]); }
+
+QString ClientForm::nameOf(const Record& record) const {
+    return QStringLiteral("Client %1, %2").arg(record[strclient.clt_cod], record[strclient.clt_nom]);
+}
 
 void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }
 

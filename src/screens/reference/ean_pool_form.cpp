@@ -38,12 +38,12 @@ EanPoolForm::EanPoolForm(Desk& desk)
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return gencode_.select(strgencode, filter, order.terms.isEmpty() ? Order(strgencode.ean_code) : order);
     });
-    grid_->clickedRow = grid_->chosen = [this](const Record& row) { code_->put(row[strgencode.ean_code]); };
+    grid_->becameCurrent = grid_->chosen = [this](const Record& row) { code_->put(row[strgencode.ean_code]); };
     auto* addButton = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { add(); });
     auto* removeButton = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { remove(); });
     auto* printButton = button(QStringLiteral("Cmdvisu"), QStringLiteral("&Imprimer"),
                                [this] { this->desk().print(printedList(QStringLiteral("Gencode"), grid_->rows())); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* entry = new QHBoxLayout;
     entry->addWidget(new QLabel(QStringLiteral("Code (12 chiffres, la clé est calculée) :"), this));
     entry->addWidget(code_);
@@ -93,7 +93,7 @@ LppCodificationForm::LppCodificationForm(Desk& desk)
     step_->setText(
         QStringLiteral("Mise à Jour des fiches Articles, des fiches Produits et des lignes des Bons Livraison"));
     auto* start = button(QStringLiteral("cmdvalide"), QStringLiteral("&Lancer le traitement"), [this] { run(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(start);

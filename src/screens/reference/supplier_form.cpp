@@ -45,7 +45,7 @@ SupplierForm::SupplierForm(Desk& desk)
            strfournis.fou_cod, QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Fournisseur obligatoire")});
     extraRows()->addWidget(documents_);
     documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->setText(folder);
+        if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->put(folder);
     };
     setPickers();
 }
@@ -75,6 +75,10 @@ void SupplierForm::write(const Record& record, const std::optional<Record>& befo
 }
 
 void SupplierForm::erase(const Record& record) { parties::removeSupplier(molven_, record[strfournis.fou_cod]); }
+
+QString SupplierForm::nameOf(const Record& record) const {
+    return QStringLiteral("Fournisseur %1, %2").arg(record[strfournis.fou_cod], record[strfournis.fou_nom]);
+}
 
 void SupplierForm::stateChanged() {
     documents_->show(record() ? QString((*record())[strfournis.fou_chemin]) : QString());

@@ -17,6 +17,7 @@ protected:
     std::optional<Record> find(const QString& key) override;
     void write(const Record& record, const std::optional<Record>& before) override;
     void erase(const Record& record) override;
+    QString nameOf(const Record& record) const override;
     void stateChanged() override;
     void shown() override;
 

@@ -123,7 +123,7 @@ QLayout* DocumentForm::buildDocumentButtons() {
     add_ = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startNew(); });
     auto* change = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
     auto* validate = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validateHeader(); });
-    abandon_ = button(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
+    abandon_ = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
     auto* remove = button(QStringLiteral("Cmdsup"), QStringLiteral("&Supprimer"), [this] { removeDocument(); });
     auto* before = button(QStringLiteral("CmdPrecede"), QStringLiteral("Précéden&t"), [this] {
         if (const auto found = documents::before(book_, requireDocument()[table_.fac_no])) display(found);
@@ -136,7 +136,7 @@ QLayout* DocumentForm::buildDocumentButtons() {
     auto* ofClient =
         button(QStringLiteral("Cmddoc"), QStringLiteral("&Documents du client"), [this] { pickDocument(); });
     auto* printButton = button(QStringLiteral("cmdedt"), QStringLiteral("&Edition"), [this] { print(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     whenShown_ += {change, remove, before, after, printButton};
     whenEntering_ = {validate, abandon_};
     kindLabel_ = new QLabel(book_.kind().label, this);
@@ -195,7 +195,8 @@ QWidget* DocumentForm::buildFooter() {
     for (const FieldBox& box : footer_->boxes()) bind(box.field->name, footer_->edit(*box.field));
     auto* validate =
         button(QStringLiteral("Cmdvalpied"), QStringLiteral("&Valider le pied"), [this] { validateFooter(); });
-    auto* leave = button(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { leaveTray(); });
+    auto* leave =
+        leaveButton(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { leaveTray(); });
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(validate);

@@ -77,7 +77,8 @@ void LineEntry::build() {
     validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("&Valider la modification"),
                                    [this] { changeLine(); });
     range_ = form_.button(QStringLiteral("cmdtranche"), QStringLiteral("&Tranche d'immat."), [this] { askRange(); });
-    auto* leave = form_.button(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { finished(); });
+    auto* leave =
+        form_.leaveButton(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { finished(); });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(new QLabel(QStringLiteral("Catégories de remise, client :"), this));
     buttons->addWidget(clientDiscount_);

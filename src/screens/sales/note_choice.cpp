@@ -29,14 +29,14 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
     number_->setMaxLength(6);
     number_->setFixedWidth(80);
     form_.onLeft(number_, [this] { number_->put(padded(number_->text(), 6)); });
-    grid_->clickedRow = [this](const Record& note) { number_->put(note[strlive.fac_no]); };
+    grid_->becameCurrent = [this](const Record& note) { number_->put(note[strlive.fac_no]); };
     grid_->chosen = [this](const Record& note) {
         number_->put(note[strlive.fac_no]);
         form_.guarded([this] { integrate(); });
     };
     auto* ok = form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("&Intégrer ce bon"), [this] { integrate(); });
     auto* leave =
-        form.button(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });
+        form.leaveButton(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("N° du bon de livraison :"), this));
     row->addWidget(number_);

@@ -103,7 +103,7 @@ QLayout* RecallForm::buttons() {
     });
     auto* letters =
         button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     setDefaultButton(search);
     auto* row = new QHBoxLayout;
     row->addWidget(search);

@@ -32,7 +32,7 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     auto* ok =
         form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("&Valider la sélection"), [this] { choose(); });
-    auto* leave = form.button(QStringLiteral("Cmdquittranche"), QStringLiteral("Annule&r"), [this] { left(); });
+    auto* leave = form.leaveButton(QStringLiteral("Cmdquittranche"), QStringLiteral("Annule&r"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("De l'immat. :"), this));
     row->addWidget(first_);

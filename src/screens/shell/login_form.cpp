@@ -24,7 +24,7 @@ LoginForm::LoginForm(Desk& desk)
     company_->setObjectName(QStringLiteral("Label2"));
     company_->setText(QStringLiteral("Accès à MOLVEN"));
     ok_ = button(QStringLiteral("Btok"), QStringLiteral("&OK"), [this] { login(); });
-    cancel_ = button(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
+    cancel_ = leaveButton(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
     personalised_ = button(QStringLiteral("Cmdok"), QStringLiteral("&Continuer"), [this] { enter(); });
     personalised_->hide();
 

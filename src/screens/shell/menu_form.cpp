@@ -7,13 +7,13 @@
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
+#include "ui/menu_bar.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QFrame>
 #include <QGridLayout>
 #include <QLabel>
-#include <QMenuBar>
 #include <QPixmap>
 #include <QProcess>
 #include <QPushButton>
@@ -22,7 +22,7 @@
 
 namespace molven {
 
-MenuForm::MenuForm(Desk& desk) : Form(desk, QStringLiteral("Tmenu")), bar_(new QMenuBar(this)) {
+MenuForm::MenuForm(Desk& desk) : Form(desk, QStringLiteral("Tmenu")), bar_(new MenuBar(this)) {
     buildMenu();
     buildPanels();
     resize(QApplication::primaryScreen()->availableSize().boundedTo(QSize(1280, 800)));
@@ -97,7 +97,8 @@ void MenuForm::buildPanels() {
     });
     ostraneBook_ = button(QStringLiteral("Optostrane"), QStringLiteral("Livre &OSTRANE"), [] {});
     ostraneBook_->setCheckable(true);
-    auto* leaveBook = button(QStringLiteral("cmdnonok"), QStringLiteral("&Annuler"), [this] { bookPanel_->hide(); });
+    auto* leaveBook =
+        leaveButton(QStringLiteral("cmdnonok"), QStringLiteral("&Annuler"), [this] { bookPanel_->hide(); });
     auto* bookLayout = static_cast<QGridLayout*>(bookPanel_->layout());
     bookLayout->addWidget(ostraneBook_, 1, 0);
     bookLayout->addWidget(salesBook_, 1, 1);
@@ -113,7 +114,7 @@ void MenuForm::buildPanels() {
         onLeft(box, [box] { box->put(padded(box->text(), 6)); });
     }
     auto* apply = button(QStringLiteral("Cmdoknum"), QStringLiteral("&Valider"), [this] { renumber(); });
-    auto* leaveNumber = button(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
+    auto* leaveNumber = leaveButton(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
         numberPanel_->hide();
         prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
     });

@@ -53,7 +53,7 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
         this->desk().open(next);
         close();
     });
-    auto* cancel = button(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
+    auto* cancel = leaveButton(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
     layOut(this,
            {{secret == access::Secret::Password ? QStringLiteral("&Mot de passe actuel :")
                                                 : QStringLiteral("&Code gestionnaire actuel :"),
@@ -87,7 +87,7 @@ NewSecretForm::NewSecretForm(Desk& desk, const QString& name, access::Secret sec
             focusField(refusal.field);
         }
     });
-    auto* cancel = button(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
+    auto* cancel = leaveButton(QStringLiteral("Btannuler"), QStringLiteral("&Annuler"), [this] { close(); });
     layOut(this, {{QStringLiteral("&Nouvelle valeur :"), word_}, {QStringLiteral("&Encore une fois :"), again_}}, ok,
            cancel);
     setDefaultButton(ok);

@@ -25,7 +25,7 @@ LabelSelectionForm::LabelSelectionForm(Desk& desk)
     const Range sold =
         range(QStringLiteral("txtfacdeb"), QStringLiteral("txtfacfin"), QStringLiteral("Cmdok3"), state::Sold);
     auto* labels = button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* layout = new QGridLayout(this);
     const std::pair<QString, Range> rows[] = {{QStringLiteral("Produits en stock, &documents du N° :"), stocked},
                                               {QStringLiteral("Produits vendus, &factures du N° :"), sold}};
@@ -98,7 +98,7 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
         [this](const Criterion& filter, const Order& order) { return tri_.select(etiq, filter, order); });
     auto* printButton =
         button(QStringLiteral("Cmdetiq"), QStringLiteral("&Imprimer les étiquettes"), [this] { print(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* layout = new QGridLayout(this);
     layout->addWidget(grid_, 0, 0, 1, 3);
     paper_ = new QComboBox(this);

@@ -127,7 +127,7 @@ QLayout* UnitListForm::buttons() {
         button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); }),
         button(QStringLiteral("Cmdretour"), QStringLiteral("Retour au &dépôt 001"), [this] { returnUnits(); }),
         button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeUnit(); }),
-        button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
+        leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
     setDefaultButton(search);
     auto* row = new QHBoxLayout;
     row->addWidget(search);
@@ -273,7 +273,7 @@ StockListForm::StockListForm(Desk& desk)
                [this] { listArticlesAt(); }),
         button(QStringLiteral("Cmdokpro"), QStringLiteral("Stock des &produits"), [this] { listUnits(); }),
         button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }),
-        button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
+        leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); })};
     auto* row = new QHBoxLayout;
     row->addWidget(step_);
     row->addWidget(total_, 1);

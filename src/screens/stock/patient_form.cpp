@@ -92,7 +92,7 @@ QLayout* PatientForm::buttons() {
     auto* keepButton = button(QStringLiteral("Cmdok"), QStringLiteral("&Garder la sélection"), [this] { keep(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
     auto* labelButton = button(QStringLiteral("Cmdetiq"), QStringLiteral("É&tiquettes"), [this] { makeLabels(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     setDefaultButton(search);
     auto* row = new QHBoxLayout;
     row->addWidget(search);

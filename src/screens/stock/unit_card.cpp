@@ -25,7 +25,7 @@ UnitCard::UnitCard(Form& form)
       molven_(workspace_.open(form.session().molven())),
       tri_(workspace_.open(form.session().tri())) {
     units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this);
-    units_->clickedRow = units_->chosen = [this](const Record& unit) { show(unit); };
+    units_->becameCurrent = units_->chosen = [this](const Record& unit) { show(unit); };
     const auto label = [this](const QString& name) {
         auto* made = new QLabel(this);
         made->setObjectName(name);

@@ -65,7 +65,7 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
     bold.setBold(true);
     heading_->setFont(bold);
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
-    auto* quit = button(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     setDefaultButton(search);
     auto* top = new QHBoxLayout;
     auto* caption = new QLabel(QStringLiteral("&Immatriculation :"), this);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QMenuBar>
+
+namespace molven {
+
+/// A menu bar some of whose captions share an access key: there the key walks through them in the order of the bar and
+/// Return opens; it opens nothing by itself. A key of one caption alone opens it, as everywhere.
+class MenuBar : public QMenuBar {
+public:
+    using QMenuBar::QMenuBar;
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// True when several captions have that key, and the next of them is highlighted now.
+    bool walk(const QString& key);
+};
+
+} // namespace molven

@@ -1,0 +1,119 @@
+// What holds for every screen: found by walking the menu.
+
+#include "play/stand_ins.h"
+#include "screens/screens.h"
+#include "shell/menu_tree.h"
+#include "support/dossier.h"
+#include "ui/form.h"
+#include "ui/menu_bar.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+namespace molven {
+
+namespace {
+
+struct Screen {
+    QString name, mode;
+};
+
+QList<Screen> screens() {
+    QList<Screen> all;
+    for (const MenuEntry& entry : menuTree())
+        if (entry.action == MenuAction::Screen || entry.action == MenuAction::InvoiceChoice)
+            all.append({entry.target, entry.mode});
+    for (const char* name : {"T_partxt", "T_monnaie", "T_tipslpp", "T_rappel", "T_etibarre", "Tcodspe1", "Tcodspe2",
+                             "Tcmodcs2", "Tcsecret"})
+        all.append({QString::fromLatin1(name), {}});
+    return all;
+}
+
+QString accessKey(const QString& caption) { return QKeySequence::mnemonic(caption).toString(); }
+
+/// Access keys that two usable controls share, with their captions.
+QStringList clashes(const QWidget& window) {
+    QMap<QString, QStringList> captions;
+    for (const auto* button : window.findChildren<QAbstractButton*>())
+        if (button->isVisible() && button->isEnabled()) captions[accessKey(button->text())].append(button->text());
+    for (const auto* label : window.findChildren<QLabel*>())
+        if (label->isVisible() && label->buddy() && label->buddy()->isEnabled())
+            captions[accessKey(label->text())].append(label->text());
+    captions.remove(QString());
+    QStringList found;
+    for (auto key = captions.begin(); key != captions.end(); ++key)
+        if (key->size() > 1) found.append(key.key() + QStringLiteral(" : ") + key->join(QStringLiteral(", ")));
+    return found;
+}
+
+/// A program on a new dossier, whose screens are opened one by one.
+class EveryScreen : public testing::Test {
+protected:
+    EveryScreen() : dossier(QStringLiteral("CE")) {
+        auto prompt = std::make_unique<play::ScriptedPrompt>();
+        said = prompt.get();
+        desk = std::make_unique<Desk>(dossier.folder(), std::move(prompt),
+                                      std::make_unique<play::KeepingPrinter>(QString()));
+        desk->session = dossier.session;
+        addScreens(*desk);
+    }
+    template <class Check>
+    void walk(const Check& check) {
+        for (const Screen& screen : screens()) {
+            Form* form = desk->open(screen.name, screen.mode);
+            if (!form) continue;
+            SCOPED_TRACE((screen.name + u' ' + screen.mode).toStdString());
+            check(*form);
+            if (auto* add = form->findChild<QAbstractButton*>(QStringLiteral("CmdAjout")); add && add->isEnabled()) {
+                add->click();
+                check(*form);
+            }
+            delete form;
+        }
+    }
+
+    const test::Dossier dossier;
+    play::ScriptedPrompt* said = nullptr;
+    std::unique_ptr<Desk> desk;
+};
+
+} // namespace
+
+TEST_F(EveryScreen, HasAnAccessKeyForOneControlOnly) {
+    walk([](const Form& form) { EXPECT_EQ(clashes(form).join(u'\n'), QString()); });
+}
+
+TEST_F(EveryScreen, FitsASmallScreenWithItsFrame) {
+    walk([](const Form& form) {
+        EXPECT_LE(form.minimumSizeHint().width(), 1280 - 8);
+        EXPECT_LE(form.minimumSizeHint().height(), 720 - 40);
+        EXPECT_TRUE(QApplication::primaryScreen()->availableGeometry().contains(form.frameGeometry()));
+    });
+}
+
+TEST(MenuBars, WalkThroughCaptionsThatShareAnAccessKeyAndOpenNothing) {
+    QWidget window;
+    MenuBar bar(&window);
+    int opened = 0;
+    QList<QAction*> entries;
+    for (const char* caption : {"&Fichiers", "&Stocks", "&Ventes", "&Statistiques", "&Sauvegarde"}) {
+        entries.append(bar.addAction(QString::fromLatin1(caption)));
+        QObject::connect(entries.last(), &QAction::triggered, &window, [&opened] { ++opened; });
+    }
+    bar.resize(600, 30);
+    window.resize(600, 200);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    for (const int expected : {1, 3, 4, 1}) {
+        QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+        EXPECT_EQ(bar.activeAction(), entries[expected]);
+    }
+    EXPECT_EQ(opened, 0);
+    QTest::keyClick(&bar, Qt::Key_Return);
+    EXPECT_EQ(opened, 1);
+}
+
+} // namespace molven
