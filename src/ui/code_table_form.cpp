@@ -172,6 +172,7 @@ void CodeTableForm::write() {
     save(record, adding_ ? std::nullopt : shown_);
     endEntry();
     show(record);
+    grid_->setFocus(); // only now: an empty current row would become the first one
     written(record);
 }
 
@@ -187,6 +188,7 @@ void CodeTableForm::remove() {
     code_tables::remove(view_->database, view_->kind, record);
     endEntry();
     showRow(row);
+    grid_->setFocus();
 }
 
 void CodeTableForm::refresh() {
@@ -196,12 +198,12 @@ void CodeTableForm::refresh() {
         show(before);
     else
         showRow(0);
+    grid_->setFocus();
 }
 
 void CodeTableForm::endEntry() {
     setAdding(false);
     grid_->rows().refresh();
-    grid_->setFocus();
 }
 
 std::function<void(const Record&)> CodeTableForm::put(const Field& field, const Field& from) {

@@ -89,8 +89,7 @@ void Edit::focusOutEvent(QFocusEvent* event) {
     default:
         break;
     }
-    const bool alreadyTold = refused_ && text() == refusedText_;
-    if (!isReadOnly() && !alreadyTold) leave();
+    if (!isReadOnly() && !isRefused()) leave();
 }
 
 DateBox::DateBox(QWidget* parent, Precision precision) : Edit(parent) {

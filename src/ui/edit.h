@@ -12,6 +12,8 @@ class Edit : public QLineEdit {
 public:
     explicit Edit(QWidget* parent = nullptr) : QLineEdit(parent) {}
 
+    /// Names the record that the buttons act upon: while it is refused, none of them does.
+    bool isKey = false;
     /// A scanner types here: the separator it sends between fields is kept, shown as a sign.
     bool takesScans = false;
     /// Runs when the user leaves the box after a change; answers false when it refused what was typed.
@@ -21,6 +23,8 @@ public:
     bool leave();
     /// What is typed was not left yet, or was refused.
     bool isUnsettled() const { return !isReadOnly() && (refused_ || text() != settled_); }
+    /// What is typed was refused, and the user was told.
+    bool isRefused() const { return refused_ && text() == refusedText_; }
     /// Sets a text as the program does: it is settled.
     void put(const QString& text);
     /// A box that cannot be typed into looks so, and is left out of the keyboard's way.

@@ -102,7 +102,9 @@ bool Form::settle(const QWidget* except) {
     QList<Edit*> boxes;
     for (QLineEdit* child : findChildren<QLineEdit*>()) {
         auto* edit = dynamic_cast<Edit*>(child);
-        if (edit && edit != except && edit->isUnsettled() && edit->isVisible() && edit->isEnabled()) boxes.append(edit);
+        if (!edit || edit == except || !edit->isUnsettled() || !edit->isVisible() || !edit->isEnabled()) continue;
+        // Told once, a refused value is left to the checks of the deed; a refused key never is.
+        if (edit->isKey || !edit->isRefused()) boxes.append(edit);
     }
     // The box with the cursor was typed into last.
     std::stable_partition(boxes.begin(), boxes.end(), [](const Edit* edit) { return edit->hasFocus(); });

@@ -21,7 +21,7 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// A window of the program. Every handler of its controls runs guarded: a refusal is shown and the focus put on
 /// the control bound to its field, a data error goes to the data-error display, and the window stays open.
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
-/// and does nothing when one of them refuses.
+/// and does nothing when one of them refuses, or while a key stands refused.
 /// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field.
 class Form : public QWidget {
 public:

@@ -15,6 +15,7 @@ void RecordForm::build(const Description& description) {
     panel_ = new RecordPanel(description.boxes, description.columns, this);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
     list_->becameCurrent = list_->chosen = [this](const Record& row) { bringUp(row); };
+    panel_->edit(description.key)->isKey = true;
     onLeft(panel_->edit(description.key), [this] { lookUp(); });
 
     auto* right = new QWidget(this);

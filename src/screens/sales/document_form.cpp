@@ -266,6 +266,7 @@ void DocumentForm::setPickers() {
             footer_->edit(table_.fac_rglt)->put(mode[strparrgt.cde_rglt]);
         });
     });
+    header_->edit(table_.fac_no)->isKey = true;
     onLeft(header_->edit(table_.fac_no), [this] { displayTyped(); });
     onLeft(header_->edit(table_.fac_clt), [this] { takeClient(); });
     onLeft(header_->edit(table_.fac_nom), [this] { searchClient(); });

@@ -50,6 +50,7 @@ Edit* UnitCard::searchBox(const QString& name, int characters, const std::functi
     edit->setObjectName(name);
     edit->setMaxLength(characters);
     edit->setFixedWidth(std::min(characters, 14) * 9 + 14);
+    edit->isKey = true;
     form_.onLeft(edit, find);
     return edit;
 }
@@ -88,7 +89,8 @@ QLayout* UnitCard::buildButtons() {
                               made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
                               made("CmdSupprime", "&Supprimer", [this] { remove(); }),
                               made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
-                              made("Cmdquit", "&Quitter", [this] { form_.close(); })};
+                              form_.leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"),
+                                                [this] { form_.close(); })};
     auto* layout = new QGridLayout;
     int place = 0;
     for (QPushButton* button : buttons) {
