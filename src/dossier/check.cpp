@@ -2,7 +2,8 @@
 
 #include "data/database.h"
 #include "data/errors.h"
-#include "dossier/files.h"
+#include "data/journal.h"
+#include "data/journal_tables.h"
 #include "reference/articles.h"
 #include "sales/document_kind.h"
 #include "shell/tables.h"
@@ -35,6 +36,8 @@ void checkFile(const CatalogueEntry& entry, const QString& path, Faults& faults)
                 if (!columns.contains(field->name, Qt::CaseInsensitive))
                     fault(table->name, QStringLiteral("champ %1 absent").arg(field->name));
         }
+        if (tablesOf(entry.file).contains(&strjournal))
+            for (const QString& broken : Journal::faults(file)) fault(strjournal.name, broken);
     } catch (const DataError& error) {
         fault(entry.name, error.description);
     }

@@ -2,7 +2,6 @@
 
 #include "data/database.h"
 #include "data/errors.h"
-#include "dossier/files.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
@@ -80,7 +79,7 @@ void createFiles(const Session& session, const QList<Folder>& folders, const Opt
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database compta = workspace.open(session.path(DataFile::Compta));
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Création du dossier"));
     fillMolven(molven, options);
     fillCompta(compta);
     transaction.commit();
