@@ -44,7 +44,7 @@ QString tableTitle(const QString& table) {
     return titles.value(table, table);
 }
 
-QString fieldTitle(const QString& field) {
+QString fieldTitle(const QString& table, const QString& field) {
     static const QHash<QString, QString> titles{
         {QStringLiteral("imm_art"), QStringLiteral("Immatriculation")},
         {QStringLiteral("ref_art"), QStringLiteral("Référence")},
@@ -185,7 +185,7 @@ QString fieldTitle(const QString& field) {
         {QStringLiteral("clt_rgt"), QStringLiteral("Règlement")},
         {QStringLiteral("clt_exp"), QStringLiteral("Expédition")},
         {QStringLiteral("clt_fam"), QStringLiteral("Famille")},
-        {QStringLiteral("clt_dep"), QStringLiteral("Dépôt")},
+        {QStringLiteral("strclient.clt_dep"), QStringLiteral("Dépôt")},
         {QStringLiteral("clt_rep"), QStringLiteral("Représentant")},
         {QStringLiteral("clt_rem"), QStringLiteral("Code remise")},
         {QStringLiteral("clt_edtr"), QStringLiteral("Relevé")},
@@ -349,7 +349,7 @@ QString fieldTitle(const QString& field) {
         {QStringLiteral("soc_chemin"), QStringLiteral("Chemin")},
         {QStringLiteral("soc_utilisateur"), QStringLiteral("Utilisateur")},
     };
-    return titles.value(field, field);
+    return titles.value(table + u'.' + field, titles.value(field, field));
 }
 
 } // namespace molven::record_trail

@@ -85,11 +85,14 @@ QString spoken(const Field& field, const QString& value) {
     return isAmount ? number.toFixed(2).replace(u'.', u',') : shown(number);
 }
 
-QString changeText(const Field& field, const QJsonValue& value) {
-    const QString title = fieldTitle(field.name) + QStringLiteral(" : ");
+QString changeText(const Table& table, const Field& field, const QJsonValue& value) {
+    const QString title = fieldTitle(table.name, field.name) + QStringLiteral(" : ");
     if (!value.isArray()) return title + spoken(field, value.toString());
     return title + spoken(field, value[0].toString()) + QStringLiteral(" -> ") + spoken(field, value[1].toString());
 }
+
+/// A date's twin to sort by, which says nothing more to a reader.
+bool isSortTwin(const Field& field) { return field.name.startsWith(u"tri_"); }
 
 /// What an entry tells, a line a field in the order of the table.
 QStringList texts(const Record& entry, const Table& table) {
@@ -98,7 +101,8 @@ QStringList texts(const Record& entry, const Table& table) {
     if (entry[strjournal.jou_gen] == u"S") lines.append(QStringLiteral("Suppression"));
     const QJsonObject values = QJsonDocument::fromJson(entry[strjournal.jou_val].toUtf8()).object();
     for (const Field* field : table.fields())
-        if (values.contains(field->name)) lines.append(changeText(*field, values[field->name]));
+        if (values.contains(field->name) && !isSortTwin(*field))
+            lines.append(changeText(table, *field, values[field->name]));
     return lines;
 }
 

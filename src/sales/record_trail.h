@@ -42,8 +42,8 @@ QList<Record> find(const Session& session, const TrailSubject& subject, const QS
 
 /// A table in French: "Article".
 QString tableTitle(const QString& table);
-/// A field in French, its name when it has no other: "Prix de vente HT".
-QString fieldTitle(const QString& field);
+/// A field of a table in French, its name when it has no other: "Prix de vente HT".
+QString fieldTitle(const QString& table, const QString& field);
 
 } // namespace record_trail
 } // namespace molven
