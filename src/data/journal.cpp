@@ -66,6 +66,13 @@ QString object(const QStringList& pieces) {
     return QStringLiteral("'{'||substr(%1,2)||'}'").arg(pieces.join(QStringLiteral("||")));
 }
 
+/// A null text would be bound as the engine's null, which no column of the journal takes.
+QStringList notNull(QStringList values) {
+    for (QString& value : values)
+        if (value.isNull()) value = QStringLiteral("");
+    return values;
+}
+
 QString entry(const QString& file) {
     return QStringLiteral("insert into %1.%2 (%3) ").arg(file, strjournal.name, strjournal.columns());
 }
@@ -109,14 +116,8 @@ QStringList Journal::head() {
         workspace_.moment_ = now.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODateWithMs);
     }
     const QString day = workspace_.moment_.left(10).remove(u'-');
-    return {day,
-            workspace_.moment_.mid(11),
-            author::workstation(),
-            author::systemUser(),
-            author::operatorCode().isNull() ? QStringLiteral("") : author::operatorCode(),
-            author::programVersion(),
-            workspace_.deed_.isNull() ? QStringLiteral("") : workspace_.deed_,
-            table_.name};
+    return notNull({day, workspace_.moment_.mid(11), author::workstation(), author::systemUser(),
+                    author::operatorCode(), author::programVersion(), workspace_.deed_, table_.name});
 }
 
 void Journal::added(const Record& record) {
@@ -124,7 +125,7 @@ void Journal::added(const Record& record) {
     QStringList parts;
     for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
     workspace_.run(entry(file_) + QStringLiteral("values (?,?,?,?,?,?,?,?,?,'C','')"),
-                   head() + QStringList(parts.join(u'/')));
+                   head() + notNull({parts.join(u'/')}));
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {

@@ -69,6 +69,7 @@ TEST_F(ClientFile, FindsTextsWhateverTheirCaseAndTakesAnApostropheForALetter) {
     EXPECT_EQ(names(startsWith(strclient.clt_nom, QStringLiteral("l'"))), QStringList(QStringLiteral("L'ORME")));
     EXPECT_EQ(names(strclient.clt_nom == QStringLiteral("x' or '1'='1")), QStringList());
     EXPECT_EQ(names(contains(strclient.clt_nom, QStringLiteral("eta"))).join(u' '), QStringLiteral("etang Étable"));
+    EXPECT_EQ(names(isOneOf(strclient.clt_mail, {QString(), QStringLiteral("x")})).size(), 6) << "empty is a value";
     EXPECT_EQ(names(startsWith(strclient.clt_nom, QStringLiteral("%"))), QStringList());
     EXPECT_EQ(
         names(!startsWith(strclient.clt_nom, QStringLiteral("e")) && strclient.clt_cod <= QStringLiteral("000004"))
