@@ -1,5 +1,7 @@
 #include "data/catalogue.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace molven {
@@ -31,6 +33,13 @@ const QList<CatalogueEntry>& catalogue() {
 const CatalogueEntry& catalogueEntry(DataFile file) {
     return *std::find_if(catalogue().begin(), catalogue().end(),
                          [file](const CatalogueEntry& entry) { return entry.file == file; });
+}
+
+std::optional<DataFile> dataFileAt(const QString& path) {
+    const QString name = QFileInfo(path).fileName();
+    for (const CatalogueEntry& entry : catalogue())
+        if (entry.name.compare(name, Qt::CaseInsensitive) == 0) return entry.file;
+    return std::nullopt;
 }
 
 } // namespace molven

@@ -3,7 +3,11 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace molven {
+
+class Table;
 
 /// The database files of an installation.
 enum class DataFile {
@@ -45,5 +49,9 @@ struct CatalogueEntry {
 /// Every file with its name and folder rule.
 const QList<CatalogueEntry>& catalogue();
 const CatalogueEntry& catalogueEntry(DataFile file);
+/// Which file bears this path's name; none for any other name.
+std::optional<DataFile> dataFileAt(const QString& path);
+/// The tables that a file holds. Defined in dossier/files.cpp, where every table is known.
+const QList<const Table*>& tablesOf(DataFile file);
 
 } // namespace molven

@@ -14,9 +14,11 @@ const QString& collation(Field::Kind kind) {
     return kind == Field::Kind::Label ? CollateFrench : kind == Field::Kind::Code ? CollateCode : none;
 }
 
+/// A null text would be bound as the engine's null, which equals nothing.
+QString notNull(const QString& value) { return value.isNull() ? QStringLiteral("") : value; }
+
 Criterion compared(const Expression& expression, const char* comparison, const QString& value) {
-    // A null text would be bound as the engine's null, which equals nothing.
-    return {expression.sql + QLatin1String(comparison) + u'?', {value.isNull() ? QStringLiteral("") : value}};
+    return {expression.sql + QLatin1String(comparison) + u'?', {notNull(value)}};
 }
 
 } // namespace
@@ -63,7 +65,9 @@ Criterion contains(const Expression& expression, const QString& text) {
 
 Criterion isOneOf(const Expression& expression, const QStringList& values) {
     QStringList marks(values.size(), QStringLiteral("?"));
-    return {QStringLiteral("%1 in (%2)").arg(expression.sql, marks.join(u',')), values};
+    QStringList bound;
+    for (const QString& value : values) bound.append(notNull(value));
+    return {QStringLiteral("%1 in (%2)").arg(expression.sql, marks.join(u',')), bound};
 }
 
 Criterion operator&&(const Criterion& a, const Criterion& b) {

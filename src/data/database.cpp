@@ -1,40 +1,15 @@
 #include "data/database.h"
 
 #include "data/errors.h"
+#include "data/journal.h"
+#include "data/layout.h"
 #include "data/row_reader.h"
-#include "data/sqlite_engine.h"
 
 #include <QFile>
+
 namespace molven {
 
 namespace {
-
-QString definition(const Field& field) {
-    switch (field.kind) {
-    case Field::Kind::Number:
-        return field.name + QStringLiteral(" numeric");
-    case Field::Kind::Label:
-        return field.name + QStringLiteral(" text not null default '' collate french");
-    case Field::Kind::Code:
-        break;
-    }
-    return field.name + QStringLiteral(" text not null default '' collate nocase");
-}
-
-QStringList creation(const Table& table) {
-    QStringList columns;
-    for (const Field* field : table.fields()) columns.append(definition(*field));
-    QStringList statements{QStringLiteral("create table %1 (%2)").arg(table.name, columns.join(u','))};
-    int number = 0;
-    for (const Index* index : table.indexes()) {
-        QStringList names;
-        for (const Field* field : index->fields) names.append(field->name);
-        statements.append(QStringLiteral("create %1index %2_%3 on %2 (%4)")
-                              .arg(index->uniqueness == Uniqueness::Unique ? QStringLiteral("unique ") : QString(),
-                                   table.name, QString::number(++number), names.join(u',')));
-    }
-    return statements;
-}
 
 QString where(const Criterion& criterion) {
     return criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
@@ -45,14 +20,7 @@ QString where(const Criterion& criterion) {
 void Database::create(const QString& path, const QList<const Table*>& tables) {
     if (QFile::exists(path))
         throw DataError(DataError::CannotOpen, QStringLiteral("Le fichier '%1' existe déjà.").arg(path));
-    Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::New);
-    workspace.run(QStringLiteral("pragma application_id=%1").arg(sqlite::ApplicationId));
-    workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
-    Transaction transaction(workspace);
-    for (const Table* table : tables)
-        for (const QString& statement : creation(*table)) workspace.run(statement);
-    transaction.commit();
+    Layout::create(path, tables);
 }
 
 Recordset Database::select(const Table& table, const Criterion& criterion, const Order& order) {
@@ -104,34 +72,36 @@ QHash<QString, qint64> Database::countBy(const Table& table, const Field& field,
 }
 
 void Database::insert(const Record& record) {
-    const Table& table = record.table();
-    workspace_->run(RowReader::insertion(qualified(table), table), RowReader::values(record));
+    write(record.table(), RowReader::insertion(qualified(record.table()), record.table()), RowReader::values(record),
+          [&](Journal& journal) { journal.added(record); });
 }
 
 qint64 Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
     QStringList sets;
     QStringList values;
     for (const Assignment& assignment : assignments) {
-        Record::requireRoom(assignment.field, assignment.value);
-        sets.append(assignment.field.get().name + QStringLiteral("=?"));
-        values.append(RowReader::bound(assignment.field, assignment.value));
+        const Field& field = assignment.field;
+        sets.append(field.name + QStringLiteral("=?"));
+        values.append(RowReader::bound(field, Record::fitted(field, assignment.value)));
     }
-    return workspace_
-        ->run(QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion),
-              values + criterion.values)
-        .changed();
+    return write(table, QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion),
+                 values + criterion.values, [&](Journal& journal) { journal.changing(assignments, criterion); });
 }
 
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
-    return workspace_->run(QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values)
-        .changed();
+    return write(table, QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values,
+                 [&](Journal& journal) { journal.removing(criterion); });
 }
 
 qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
-    return workspace_
-        ->run(QStringLiteral("update %1 set %2=%3").arg(qualified(table), to.name, from.name) + where(criterion),
-              criterion.values)
-        .changed();
+    return write(table,
+                 QStringLiteral("update %1 set %2=%3").arg(qualified(table), to.name, from.name) + where(criterion),
+                 criterion.values, [&](Journal& journal) { journal.copying(to, from, criterion); });
+}
+
+qint64 Database::write(const Table& table, const QString& sql, const QStringList& values,
+                       const std::function<void(Journal&)>& tell) {
+    return Journal::write(*workspace_, qualified(table), table, sql, values, tell).changed;
 }
 
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }
@@ -145,7 +115,7 @@ QStringList Database::columns(const Table& table) {
 
 void Database::addColumn(const Table& table, const Field& field, const QString& value) {
     Transaction transaction(*workspace_);
-    workspace_->run(QStringLiteral("alter table %1 add column %2").arg(qualified(table), definition(field)));
+    workspace_->run(QStringLiteral("alter table %1 add column %2").arg(qualified(table), Layout::definition(field)));
     update(table, {{field, value}}, {});
     transaction.commit();
 }

@@ -9,6 +9,8 @@
 
 namespace molven {
 
+class Journal;
+
 /// A value given to one field of many records at once.
 struct Assignment {
     std::reference_wrapper<const Field> field;
@@ -54,10 +56,13 @@ public:
     Workspace& workspace() { return *workspace_; }
 
 private:
+    friend class Journal;
     friend class Workspace;
     Database(Workspace& workspace, const QString& schema, const QString& path)
         : workspace_(&workspace), schema_(schema), path_(path) {}
 
+    qint64 write(const Table& table, const QString& sql, const QStringList& values,
+                 const std::function<void(Journal&)>& tell);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
 

@@ -21,7 +21,9 @@ public:
     /// Reads a typed number: blanks around and between digits are ignored, the decimal mark is a point or a comma.
     /// Nothing when the text is not a number; the empty text is not one.
     static std::optional<Decimal> parse(const QString& text);
-    /// Reads a stored number, which the engine may have written with an exponent; 0 for a text that is not one.
+    /// Reads a stored number, which the engine may have written with an exponent.
+    static std::optional<Decimal> read(const QString& text);
+    /// The same, 0 for a text that is not one.
     static Decimal fromText(const QString& text);
 
     /// Shortest text with a point, as stored: "12.5", "-3", "0".
@@ -50,7 +52,6 @@ public:
 private:
     struct Value;
     explicit Decimal(const Value& value);
-    static std::optional<Decimal> read(const QString& text);
     const Value& value() const;
 
     /// The library's number, in place: only decimal.cpp knows it, since its header takes seconds to compile.

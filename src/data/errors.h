@@ -38,6 +38,8 @@ public:
     static constexpr int RecordDeleted = 3167;
     static constexpr int NoCurrentRecord = 3021;
     static constexpr int FieldTooSmall = 3163;
+    static constexpr int NotANumber = 3421;
+    static constexpr int Undone = 3034;
     static constexpr int NotADatabase = 26;
     static constexpr int CannotOpen = 14;
 

@@ -42,14 +42,15 @@ public:
 
     /// Stored form of any field: a text, or a number with a point (empty when null).
     QString value(const Field& field) const { return values_[field.position]; }
-    /// Throws DataError FieldTooSmall when the text is longer than the field.
+    /// Gives a field its value as fitted() makes it.
     void set(const Field& field, const QString& value);
-    static void requireRoom(const Field& field, const QString& value);
     void set(const Number& field, const Decimal& value);
+    /// A value as the field keeps it: a number rounded to its scale, blank being null. Throws DataError FieldTooSmall
+    /// for a text longer than the field or a number of too many digits, NotANumber for a text in a number's place.
+    static QString fitted(const Field& field, const QString& value);
 
-    /// Copies every field that has the same name in both tables.
+    /// Copies every field that has the same name in both tables, as it is.
     void copyFrom(const Record& other);
-    /// A line of text with every value, for telling two records apart.
     bool operator==(const Record& other) const { return table_ == other.table_ && values_ == other.values_; }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "data/errors.h"
+#include "data/journal.h"
 #include "data/row_reader.h"
 
 #include <algorithm>
@@ -113,44 +114,63 @@ Record& Recordset::draft() {
 }
 
 void Recordset::update() {
-    Record& written = draft();
-    if (!before_) {
-        keys_.push_back(
-            workspace_->run(RowReader::insertion(qualified_, *table_), RowReader::values(written)).insertedKey());
+    if (before_) {
+        writeChanges(*before_, draft());
+        forget(position_);
+    } else {
+        const Record& written = draft();
+        keys_.push_back(Journal::write(*workspace_, qualified_, *table_, RowReader::insertion(qualified_, *table_),
+                                       RowReader::values(written), [&](Journal& journal) { journal.added(written); })
+                            .key);
         forget(count() - 1);
-        draft_.reset();
         position_ = count() - 1;
-        return;
     }
-    QStringList sets;
-    QStringList same;
+    draft_.reset();
+}
+
+void Recordset::writeChanges(const Record& before, const Record& written) {
+    QList<Assignment> changes;
+    QStringList sets, given, same, found;
     for (const Field* field : table_->fields()) {
-        sets.append(field->name + QStringLiteral("=?"));
-        same.append(field->name + QStringLiteral(" is ?"));
+        const bool changed = before.value(*field) != written.value(*field);
+        if (changed) {
+            changes.append({*field, written.value(*field)});
+            sets.append(field->name + QStringLiteral("=?"));
+            given.append(RowReader::bound(*field, written.value(*field)));
+        }
+        if (!changed && table_->keeps(*field)) continue;
+        same.append(RowReader::sameAs(*field));
+        found.append(RowReader::bound(*field, before.value(*field)));
+        if (field->kind == Field::Kind::Number) found.append(found.last());
     }
-    const QString sql = QStringLiteral("update %1 set %2 where rowid=? and %3")
-                            .arg(qualified_, sets.join(u','), same.join(QStringLiteral(" and ")));
-    const QString key = QString::number(keys_[static_cast<std::size_t>(position_)]);
-    const bool changed =
-        workspace_->run(sql, RowReader::values(written) + QStringList(key) + RowReader::values(*before_)).changed() ==
-        1;
-    if (!changed) {
+    if (changes.isEmpty()) return;
+    const Criterion here = current();
+    const QString sql = QStringLiteral("update %1 set %2 where %3 and %4")
+                            .arg(qualified_, sets.join(u','), here.sql, same.join(QStringLiteral(" and ")));
+    Transaction transaction(*workspace_);
+    const auto done = Journal::write(*workspace_, qualified_, *table_, sql, given + here.values + found,
+                                     [&](Journal& journal) { journal.changing(changes, here); });
+    if (done.changed != 1)
         throw DataError(
             DataError::RecordChanged,
             QStringLiteral(
                 "Un autre poste a modifié cet enregistrement pendant votre saisie. Relisez-le puis recommencez."));
-    }
-    forget(position_);
-    draft_.reset();
+    transaction.commit();
 }
 
 void Recordset::remove() {
     record();
-    workspace_->run(QStringLiteral("delete from %1 where rowid=?").arg(qualified_),
-                    {QString::number(keys_[static_cast<std::size_t>(position_)])});
+    const Criterion here = current();
+    Journal::write(*workspace_, qualified_, *table_,
+                   QStringLiteral("delete from %1 where %2").arg(qualified_, here.sql), here.values,
+                   [&](Journal& journal) { journal.removing(here); });
     keys_.erase(keys_.begin() + position_);
     pages_.clear();
     draft_.reset();
+}
+
+Criterion Recordset::current() const {
+    return {QStringLiteral("rowid=?"), {QString::number(keys_[static_cast<std::size_t>(position_)])}};
 }
 
 } // namespace molven

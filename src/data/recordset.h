@@ -77,7 +77,9 @@ public:
     DraftCell<Text> operator[](const Text& field) { return {*this, field}; }
     DraftCell<Label> operator[](const Label& field) { return {*this, field}; }
     DraftCell<Number> operator[](const Number& field) { return {*this, field}; }
-    /// Writes it. Throws DataError RecordChanged when another workstation changed the record since edit().
+    /// Writes it: of a changed record, the fields that differ from what edit() began with. Throws DataError
+    /// RecordChanged when another workstation changed the record since; a field that rules keep counts only when it is
+    /// written here.
     void update();
     void cancelUpdate() { draft_.reset(); }
     /// Deletes the current record; the next one becomes current.
@@ -101,6 +103,9 @@ private:
     QString keysSql(const Criterion& criterion) const;
     const Page& page(qint64 number) const;
     std::optional<Record> fetch(Key key) const;
+    void writeChanges(const Record& before, const Record& written);
+    /// The condition that selects the current record.
+    Criterion current() const;
     void forget(qint64 position) { pages_.remove(position / PageSize); }
 
     Workspace* workspace_;

@@ -20,6 +20,11 @@ QString RowReader::bound(const Field& field, const QString& value) {
     return field.kind == Field::Kind::Number ? QString() : QStringLiteral("");
 }
 
+QString RowReader::sameAs(const Field& field) {
+    return field.kind == Field::Kind::Number ? QStringLiteral("(%1 is ? or cast(%1 as text) is ?)").arg(field.name)
+                                             : QStringLiteral("%1 is ? collate binary").arg(field.name);
+}
+
 QStringList RowReader::values(const Record& record) {
     QStringList result;
     result.reserve(record.table().fields().size());

@@ -17,6 +17,9 @@ public:
     /// Values to bind: a null number becomes null, an empty text stays a text.
     static QStringList values(const Record& record);
     static QString bound(const Field& field, const QString& value);
+    /// The condition that a field still holds exactly a value that was read, case included; a number takes it twice,
+    /// since a text of 15 digits cannot stand for every number of the engine.
+    static QString sameAs(const Field& field);
 };
 
 } // namespace molven

@@ -2,11 +2,24 @@
 
 namespace molven {
 
-Field::Field(Table* table, const char* name, Kind kind, int size)
-    : name(QString::fromLatin1(name)), kind(kind), size(size), position(static_cast<int>(table->fields_.size())) {
+Field::Field(Table* table, const char* name, Kind kind, int size, int scale)
+    : name(QString::fromLatin1(name)),
+      kind(kind),
+      size(size),
+      scale(scale),
+      position(static_cast<int>(table->fields_.size())) {
     if (!table->fields_.isEmpty()) table->columns_ += u',';
     table->columns_ += this->name;
     table->fields_.append(this);
+}
+
+KeptFields::KeptFields(Table* table, std::initializer_list<std::reference_wrapper<const Field>> fields) {
+    for (const Field& field : fields) table->kept_.append(&field);
+}
+
+Trail::Trail(Table* table, std::initializer_list<std::reference_wrapper<const Field>> fields) {
+    for (const Field& field : fields) key.append(&field);
+    table->trail_ = this;
 }
 
 Index::Index(Table* table, std::initializer_list<std::reference_wrapper<const Field>> indexed, Uniqueness uniqueness)

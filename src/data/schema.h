@@ -27,10 +27,11 @@ public:
     const QString name;
     const Kind kind;
     const int size;     ///< characters at most, 0 without limit
+    const int scale;    ///< decimals of a number, to which it is rounded when it is given to a record
     const int position; ///< place among the table's fields
 
 protected:
-    Field(Table* table, const char* name, Kind kind, int size);
+    Field(Table* table, const char* name, Kind kind, int size, int scale = 0);
 };
 
 /// A short text: code, key, flag, date.
@@ -47,11 +48,37 @@ public:
     Label(Table* table, const char* name, int size = 0) : Field(table, name, Kind::Label, size) {}
 };
 
-/// An amount, a quantity or a rate.
+/// An amount, a quantity or a rate: 15 digits at most, which the engine keeps exactly.
 class Number : public Field {
 public:
     using Value = Decimal;
-    Number(Table* table, const char* name) : Field(table, name, Kind::Number, 0) {}
+    static constexpr int Digits = 15;
+    /// Usual scales.
+    static constexpr int Whole = 0;
+    static constexpr int Quantity = 3;
+    static constexpr int Money = 4; ///< an amount is rounded by its rule; prices and averages have up to four decimals
+    static constexpr int Percent = 6;
+    static constexpr int Coefficient = 12;
+
+    Number(Table* table, const char* name, int scale) : Field(table, name, Kind::Number, 0, scale) {}
+};
+
+/// The fields of a table that rules keep up by themselves, such as a stock, even while a user edits the record: a
+/// change that leaves them alone neither writes them nor minds that they moved meanwhile.
+class KeptFields {
+public:
+    KeptFields(Table* table, std::initializer_list<std::reference_wrapper<const Field>> fields);
+};
+
+/// Every change of a record of the table is written down in its file's journal, under the fields that name the record
+/// to its users.
+class Trail {
+public:
+    Trail(Table* table, std::initializer_list<std::reference_wrapper<const Field>> key);
+    Trail(const Trail&) = delete;
+    Trail& operator=(const Trail&) = delete;
+
+    QList<const Field*> key;
 };
 
 enum class Uniqueness { Repeated, Unique };
@@ -84,11 +111,19 @@ public:
     const QString& columns() const { return columns_; }
     /// The field of that name, or null.
     const Field* field(const QString& fieldName) const;
+    /// Null for a table whose changes are not written down.
+    const Trail* trail() const { return trail_; }
+    /// Whether rules keep that field; see KeptFields.
+    bool keeps(const Field& field) const { return kept_.contains(&field); }
 
 private:
     friend class Field;
+    friend class KeptFields;
+    friend class Trail;
     friend class Index;
     QList<const Field*> fields_;
+    QList<const Field*> kept_;
+    const Trail* trail_ = nullptr;
     QList<const Index*> indexes_;
     QString columns_;
 };

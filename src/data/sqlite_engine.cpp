@@ -1,8 +1,8 @@
 #include "data/sqlite_engine.h"
 
+#include "data/collation.h"
 #include "data/format.h"
 
-#include <QCollator>
 #include <QFileInfo>
 
 #include <sqlite3.h>
@@ -11,20 +11,9 @@ namespace molven::sqlite {
 
 namespace {
 
-QCollator& frenchCollator() {
-    static QCollator collator = [] {
-        QCollator made{QLocale(QLocale::French, QLocale::France)};
-        made.setCaseSensitivity(Qt::CaseInsensitive);
-        return made;
-    }();
-    return collator;
-}
-
 int compareFrench(void*, int lengthA, const void* a, int lengthB, const void* b) {
-    const QStringView first(static_cast<const char16_t*>(a), lengthA / 2);
-    const QStringView second(static_cast<const char16_t*>(b), lengthB / 2);
-    if (first == second) return 0;
-    return frenchCollator().compare(first, second);
+    return collation::french(QStringView(static_cast<const char16_t*>(a), lengthA / 2),
+                             QStringView(static_cast<const char16_t*>(b), lengthB / 2));
 }
 
 QString textOf(sqlite3_value* value) {

@@ -1,6 +1,7 @@
 #include "data/workspace.h"
 
 #include "data/database.h"
+#include "data/layout.h"
 #include "data/sqlite_engine.h"
 
 #include <QFileInfo>
@@ -39,22 +40,28 @@ QString Workspace::attach(const QString& path) {
     return schema;
 }
 
+qint64 Workspace::mark(const QString& schema, const char* name) {
+    Statement& row = run(QStringLiteral("pragma %1.%2").arg(schema, QLatin1String(name)));
+    const qint64 value = row.next() ? row.integer(0) : 0;
+    row.finish();
+    return value;
+}
+
 void Workspace::requireOurs(const QString& schema, const QString& path) {
-    const auto mark = [&](const char* name) {
-        Statement& row = run(QStringLiteral("pragma %1.%2").arg(schema, QLatin1String(name)));
-        const qint64 value = row.next() ? row.integer(0) : 0;
-        row.finish();
-        return value;
-    };
-    if (mark("application_id") != sqlite::ApplicationId)
+    if (mark(schema, "application_id") != sqlite::ApplicationId)
         throw DataError(DataError::NotADatabase,
                         QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
-    if (mark("user_version") > sqlite::SchemaVersion)
+    const qint64 version = mark(schema, "user_version");
+    if (version > sqlite::SchemaVersion)
         throw DataError(DataError::NotADatabase,
                         QStringLiteral("Le fichier '%1' vient d'une version plus récente du programme.").arg(path));
+    if (version < sqlite::SchemaVersion) Layout::upgrade(path);
 }
 
 Statement& Workspace::run(const QString& sql, const QStringList& values) {
+    // The engine undoes a whole transaction by itself on a full disk: what comes after must not be written alone.
+    if (depth_ > 0 && sqlite3_get_autocommit(connection_))
+        throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
     std::unique_ptr<Statement>& statement = prepared_[sql];
     if (!statement) {
         try {
@@ -68,28 +75,40 @@ Statement& Workspace::run(const QString& sql, const QStringList& values) {
     return *statement;
 }
 
-Transaction::Transaction(Workspace& workspace) : workspace_(workspace), outermost_(!workspace.inTransaction_) {
-    if (!outermost_) return;
-    workspace_.run(QStringLiteral("begin immediate"));
-    workspace_.inTransaction_ = true;
+Transaction::Transaction(Workspace& workspace, const QString& deed)
+    : workspace_(workspace), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
+    workspace_.run(depth_ == 0 ? QStringLiteral("begin immediate") : QStringLiteral("savepoint ") + savepoint());
+    ++workspace_.depth_;
+    if (outerDeed_.isEmpty()) workspace_.deed_ = deed;
 }
 
 Transaction::~Transaction() {
-    if (!outermost_ || !open_) return;
-    workspace_.inTransaction_ = false;
+    if (!open_) return;
+    close();
     try {
-        workspace_.run(QStringLiteral("rollback"));
+        if (depth_ == 0) {
+            workspace_.run(QStringLiteral("rollback"));
+        } else {
+            workspace_.run(QStringLiteral("rollback to ") + savepoint());
+            workspace_.run(QStringLiteral("release ") + savepoint());
+        }
     } catch (const DataError&) {
         // The engine has already rolled back by itself, as it does on a full disk.
     }
 }
 
 void Transaction::commit() {
-    if (outermost_) {
-        workspace_.run(QStringLiteral("commit"));
-        workspace_.inTransaction_ = false;
-    }
+    workspace_.run(depth_ == 0 ? QStringLiteral("commit") : QStringLiteral("release ") + savepoint());
     open_ = false;
+    close();
+}
+
+void Transaction::close() {
+    workspace_.depth_ = depth_;
+    workspace_.deed_ = outerDeed_;
+    if (depth_ > 0) return;
+    workspace_.moment_.clear();
+    workspace_.journals_.clear();
 }
 
 } // namespace molven

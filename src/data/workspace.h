@@ -23,35 +23,44 @@ public:
     Workspace& operator=(const Workspace&) = delete;
 
     /// Opens a database file by full path; opening it again gives the same. No further file can be opened once a
-    /// transaction has begun. Throws DataError for a file that is missing, damaged, foreign or of a later version.
+    /// transaction has begun. A file of an earlier version is brought up to date first. Throws DataError for a file
+    /// that is missing, damaged, foreign or of a later version.
     Database open(const QString& path);
 
-    bool inTransaction() const { return inTransaction_; }
+    bool inTransaction() const { return depth_ > 0; }
 
 private:
     friend class Transaction;
     friend class Database;
     friend class Recordset;
+    friend class Journal;
+    friend class Layout;
 
     /// Runs one statement with bound values; throws DataError. A statement is prepared once per workspace.
     Statement& run(const QString& sql, const QStringList& values = {});
 
     QString attach(const QString& path);
-    /// Refuses a file that is not ours or that a later version wrote.
+    /// Refuses a file that is not ours or that a later version wrote, brings an older one up to date.
     void requireOurs(const QString& schema, const QString& path);
+    /// A number that the engine keeps in the head of a file.
+    qint64 mark(const QString& schema, const char* name);
 
     sqlite3* connection_ = nullptr;
     QHash<QString, QString> schemas_; ///< canonical path -> schema name
     std::unordered_map<QString, std::unique_ptr<Statement>> prepared_;
-    bool inTransaction_ = false;
+    int depth_ = 0;                 ///< transactions begun one inside another
+    QString deed_;                  ///< what they do, for the journal
+    QString moment_;                ///< when the outermost first wrote to a journal; empty before
+    QHash<QString, bool> journals_; ///< file -> whether it keeps a journal, as known in this transaction
 };
 
-/// A scope that writes all or nothing: rolls back unless commit() was called. A transaction opened inside
-/// another joins it and leaves the commit to the outer one.
+/// A scope that writes all or nothing: rolls back unless commit() was called. A transaction inside another leaves the
+/// last word to the outer one; given up, it takes back what was written in it and nothing else.
 class Transaction {
 public:
-    /// Takes the write lock of every open file; waits for other workstations 10 s at most, then throws.
-    explicit Transaction(Workspace& workspace);
+    /// Takes the write lock of every open file; waits for other workstations 10 s at most, then throws. `deed` tells
+    /// the journal what is done ("Réception"); the outermost transaction that tells has the word.
+    explicit Transaction(Workspace& workspace, const QString& deed = {});
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -59,8 +68,13 @@ public:
     void commit();
 
 private:
+    void close();
+    /// The engine's name of a transaction inside another.
+    QString savepoint() const { return QStringLiteral("inner%1").arg(depth_); }
+
     Workspace& workspace_;
-    const bool outermost_;
+    const int depth_; ///< transactions around this one
+    const QString outerDeed_;
     bool open_ = true;
 };
 

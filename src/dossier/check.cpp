@@ -2,7 +2,8 @@
 
 #include "data/database.h"
 #include "data/errors.h"
-#include "dossier/files.h"
+#include "data/journal.h"
+#include "data/journal_tables.h"
 #include "reference/articles.h"
 #include "sales/document_kind.h"
 #include "shell/tables.h"
@@ -10,6 +11,7 @@
 #include "stock/units.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 namespace molven::check {
@@ -35,6 +37,8 @@ void checkFile(const CatalogueEntry& entry, const QString& path, Faults& faults)
                 if (!columns.contains(field->name, Qt::CaseInsensitive))
                     fault(table->name, QStringLiteral("champ %1 absent").arg(field->name));
         }
+        if (tablesOf(entry.file).contains(&strjournal))
+            for (const QString& broken : Journal::faults(file)) fault(strjournal.name, broken);
     } catch (const DataError& error) {
         fault(entry.name, error.description);
     }
@@ -139,6 +143,16 @@ void checkInvoicedNotes(Database vente, Database historic, Faults& faults) {
     }
 }
 
+/// Patients are named in the files: nobody but their owner and its group may read them.
+void checkAccess(const Session& session, Faults& faults) {
+#ifndef Q_OS_WIN // where the folder's own rights are not told by a file's
+    for (const CatalogueEntry& entry : catalogue())
+        if (QFileInfo(session.path(entry.file)).permission(QFile::ReadOther) &&
+            QFileInfo(QFileInfo(session.path(entry.file)).path()).permission(QFile::ExeOther))
+            faults.append({entry.name, entry.name, QStringLiteral("lisible par tous les utilisateurs du poste")});
+#endif
+}
+
 } // namespace
 
 QList<Fault> run(const Session& session) {
@@ -163,6 +177,7 @@ QList<Fault> run(const Session& session) {
     }
     checkUnits(molven, vente, historic, ancillaire, faults);
     checkInvoicedNotes(vente, historic, faults);
+    checkAccess(session, faults);
     return faults;
 }
 

@@ -2,7 +2,6 @@
 
 #include "data/database.h"
 #include "data/errors.h"
-#include "dossier/files.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
@@ -80,7 +79,7 @@ void createFiles(const Session& session, const QList<Folder>& folders, const Opt
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database compta = workspace.open(session.path(DataFile::Compta));
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Création du dossier"));
     fillMolven(molven, options);
     fillCompta(compta);
     transaction.commit();
@@ -96,6 +95,15 @@ void makeFolder(const QString& folder) {
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
 }
 
+/// A folder for data, which name patients: closed to all but the owner and its group.
+void makeDataFolder(const QString& folder) {
+    makeFolder(folder);
+    const auto own = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    const auto shared = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup;
+    if (!QFile::setPermissions(folder, own | shared))
+        throw Refusal(QStringLiteral("Impossible de protéger le dossier %1").arg(folder));
+}
+
 /// Fills the folder of a new installation.
 void build(const QString& folder, const Options& options) {
     Session session;
@@ -103,13 +111,13 @@ void build(const QString& folder, const Options& options) {
     session.chemin_base = folder + QStringLiteral("/data/");
     session.chemin_tri = folder + QStringLiteral("/tri/");
     session.chemin_gv = folder + QStringLiteral("/gv/");
-    makeFolder(session.chemin_base);
-    makeFolder(session.chemin_tri);
+    makeDataFolder(session.chemin_base);
+    makeDataFolder(session.chemin_tri);
     createFiles(session, {Folder::Base, Folder::User, Folder::Sales, Folder::Work}, options);
     writeLine(session.programFile(QStringLiteral("CHEMIN.HC")), QStringLiteral("data\\"));
     writeLine(session.programFile(QStringLiteral("TRI.HC")), QStringLiteral("tri\\"));
     if (!CompanyRules(options.code, {}).readsSecondSiteFolder()) return;
-    makeFolder(session.chemin_gv);
+    makeDataFolder(session.chemin_gv);
     for (const DataFile file : {DataFile::Vente, DataFile::Historic})
         Database::create(session.chemin_gv + catalogueEntry(file).name, tablesOf(file));
     writeLine(session.programFile(QStringLiteral("CHEMIN_GV.HC")), QStringLiteral("gv\\"));
@@ -145,7 +153,7 @@ Session addDossier(const Options& options) {
     buildWhole(options.folder, [&](const QString& folder) {
         Session session;
         session.chemin_base = folder + u'/' + name + u'/';
-        makeFolder(session.chemin_base);
+        makeDataFolder(session.chemin_base);
         createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options);
     });
     if (!QFile::exists(first.path(DataFile::Societe)))

@@ -131,7 +131,7 @@ void Life::receive() {
     const qint64 days = first.daysTo(today_);
     Workspace workspace;
     Database molven = workspace.open(session_.molven());
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Démonstration"));
     Recordset articles = molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref);
     int left = units_;
     while (left > 0) {

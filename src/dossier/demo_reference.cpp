@@ -364,7 +364,7 @@ void fillReference(const Session& session, Dice& dice) {
     Database compta = workspace.open(session.path(DataFile::Compta));
     Database gencode = workspace.open(session.path(DataFile::Gencode));
     Database ancillaire = workspace.open(session.path(DataFile::Ancillaire));
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Démonstration"));
     fillLists(molven);
     fillSuppliers(molven, dice);
     fillReimbursement(molven, dice);

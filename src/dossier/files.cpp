@@ -1,6 +1,6 @@
-#include "dossier/files.h"
-
 #include "accounting/tables.h"
+#include "data/catalogue.h"
+#include "data/journal_tables.h"
 #include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
 #include "reference/party_tables.h"
@@ -15,26 +15,28 @@
 namespace molven {
 
 const QList<const Table*>& tablesOf(DataFile file) {
-    static const QList<const Table*> invoices{&strface, &strfacl};
-    static const QList<const Table*> documents{&strface, &strfacl, &strlive, &strlivl,
-                                               &strcsge, &strcsgl, &strbtre, &strbtrl};
-    static const std::map<DataFile, QList<const Table*>> tables{
-        {DataFile::Societe, {&strsociete}},
+    using Tables = QList<const Table*>;
+    static const Tables journal{&strjournal, &strsceau};
+    static const Tables invoices{&strface, &strfacl};
+    static const Tables documents{&strface, &strfacl, &strlive, &strlivl, &strcsge, &strcsgl, &strbtre, &strbtrl};
+    // Work files keep no journal: what is in them can be made again.
+    static const std::map<DataFile, Tables> tables{
+        {DataFile::Societe, journal + Tables{&strsociete}},
         {DataFile::Molven,
-         {&strspecif, &strarticle, &strartlpp, &strconform, &strclient, &strfournis, &strparam, &strpan, &strparrgt,
-          &strparfac, &strpartxt, &strmonnaie, &strlpp, &strpartips, &strtarifclt, &strparrem, &strtauxrep, &strproduit,
-          &strmvtstk}},
-        {DataFile::Vente, documents},
-        {DataFile::Blent, {&strbl}},
-        {DataFile::Proforma, invoices},
-        {DataFile::Historic, documents + QList<const Table*>{&strproduit}},
-        {DataFile::Ostrane, invoices},
-        {DataFile::Ancillaire, {&strancillaire, &strnomenclature, &strstock}},
-        {DataFile::Virtuel, {&strproduit, &strlivl, &strfacl, &strbtrl}},
-        {DataFile::Compta, {&strplan}},
-        {DataFile::Gencode, {&strgencode}},
+         journal + Tables{&strspecif, &strarticle, &strartlpp, &strconform, &strclient, &strfournis, &strparam, &strpan,
+                          &strparrgt, &strparfac, &strpartxt, &strmonnaie, &strlpp, &strpartips, &strtarifclt,
+                          &strparrem, &strtauxrep, &strproduit, &strmvtstk}},
+        {DataFile::Vente, journal + documents},
+        {DataFile::Blent, journal + Tables{&strbl}},
+        {DataFile::Proforma, journal + invoices},
+        {DataFile::Historic, journal + documents + Tables{&strproduit}},
+        {DataFile::Ostrane, journal + invoices},
+        {DataFile::Ancillaire, journal + Tables{&strancillaire, &strnomenclature, &strstock}},
+        {DataFile::Virtuel, journal + Tables{&strproduit, &strlivl, &strfacl, &strbtrl}},
+        {DataFile::Compta, journal + Tables{&strplan}},
+        {DataFile::Gencode, journal + Tables{&strgencode}},
         {DataFile::Mail, {}},
-        {DataFile::Stocks, {&strmvtstk}},
+        {DataFile::Stocks, journal + Tables{&strmvtstk}},
         {DataFile::Tristk, {&strtristk}},
         {DataFile::Tri, {&etiq, &statd, &tripro}},
         {DataFile::Tripro, {&tripro}},

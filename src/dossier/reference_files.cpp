@@ -153,7 +153,7 @@ Outcome bringIn(const Session& session, const QString& word, const QByteArray& f
     const QList<const Field*> fields = fieldsOf(kind, rows.first(), outcome.faults);
     if (!outcome.faults.isEmpty()) return outcome;
     Files files(session);
-    Transaction transaction(files.workspace);
+    Transaction transaction(files.workspace, QStringLiteral("Importation"));
     QHash<QString, int> seen;
     for (const csv::Row& row : rows.mid(1)) {
         try {

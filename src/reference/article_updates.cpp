@@ -10,7 +10,7 @@ namespace {
 
 /// One update a VAT code: the articles of a code share few of them.
 qint64 pushPrice(Database molven, const Criterion& ofCode, const Decimal& price) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Mise à jour des prix"));
     qint64 changed = 0;
     const QStringList vatCodes = molven.countBy(strarticle, strarticle.art_tva, ofCode).keys();
     for (const QString& vatCode : vatCodes) {
@@ -45,7 +45,7 @@ qint64 setFamilyAccount(Database molven, const QString& family, const QString& a
 }
 
 qint64 fillPanTable(Database molven) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Table PAN"));
     QHash<QString, QString> panPrices;
     for (const Record& row : molven.select(strpan)) panPrices.insert(row[strpan.pan_ref], row.value(strpan.pan_pan));
     molven.remove(strpan);

@@ -187,7 +187,7 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();
 
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Fiche article"));
     Recordset existing = molven.select(strarticle, strarticle.art_ref == reference);
     if (before)
         require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
@@ -206,7 +206,7 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
 }
 
 void remove(Database molven, const QString& reference) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Suppression de l'article"));
     const auto article = find(molven, reference);
     if (!article) throw Refusal(QStringLiteral("Aucun article sélectionné"), strarticle.art_ref.name);
     const Record& read = *article;

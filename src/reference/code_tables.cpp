@@ -189,7 +189,7 @@ void check(Database database, const CodeTable& kind, Record& record) {
 }
 
 void add(Database database, const CodeTable& kind, Record record) {
-    Transaction transaction(database.workspace());
+    Transaction transaction(database.workspace(), QStringLiteral("Tables"));
     check(database, kind, record);
     require(database.count(kind.table, kind.sameKey(record)) == 0, kind.exists, *kind.key.last());
     database.insert(record);
@@ -197,7 +197,7 @@ void add(Database database, const CodeTable& kind, Record record) {
 }
 
 void change(Database database, const CodeTable& kind, Record record, const Record& before) {
-    Transaction transaction(database.workspace());
+    Transaction transaction(database.workspace(), QStringLiteral("Tables"));
     check(database, kind, record);
     Recordset stored = database.select(kind.table, kind.sameKey(record));
     require(!stored.isEmpty(), kind.missing, *kind.key.last());

@@ -41,7 +41,7 @@ int add(Database gencode, const QString& typed, const QString& quantity) {
     if (start + count > 1'000'000'000'000LL)
         throw Refusal(QStringLiteral("Quantité incorrecte"), QStringLiteral("txtnb"));
 
-    Transaction transaction(gencode.workspace());
+    Transaction transaction(gencode.workspace(), QStringLiteral("Codes EAN"));
     Record code(strgencode);
     for (int i = 0; i < count; ++i) {
         const QString twelve = QString::number(start + i).rightJustified(12, u'0');
@@ -56,7 +56,7 @@ int add(Database gencode, const QString& typed, const QString& quantity) {
 }
 
 void remove(Database gencode, const QString& code) {
-    Transaction transaction(gencode.workspace());
+    Transaction transaction(gencode.workspace(), QStringLiteral("Codes EAN"));
     const auto found = gencode.find(strgencode, strgencode.ean_code == code.trimmed());
     if (!found) refuse(QStringLiteral("Ce code n'existe pas"));
     if (const QString article = (*found)[strgencode.ean_art]; !article.trimmed().isEmpty())

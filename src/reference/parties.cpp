@@ -60,7 +60,7 @@ namespace {
 
 /// Writes a party under its code.
 void save(Database molven, const Text& key, const Record& party, const std::optional<Record>& before) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Fiche client ou fournisseur"));
     Recordset existing = molven.select(party.table(), key == party[key]);
     if (before) {
         require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), key);

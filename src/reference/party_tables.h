@@ -50,6 +50,7 @@ struct Clients : Table {
     Label clt_memo{this, "clt_memo"};          ///< free memo
     Label clt_chemin{this, "clt_chemin", 255}; ///< folder of attached documents
 
+    Trail trail{this, {clt_cod}};
     Index by_code{this, {clt_cod}, Uniqueness::Unique};
     Index by_name{this, {clt_nom}};
 };
@@ -79,6 +80,7 @@ struct Suppliers : Table {
     Text fou_cpt{this, "fou_cpt", 9};          ///< accounting account
     Label fou_chemin{this, "fou_chemin", 255}; ///< folder of attached documents
 
+    Trail trail{this, {fou_cod}};
     Index by_code{this, {fou_cod}, Uniqueness::Unique};
     Index by_name{this, {fou_nom}};
 };

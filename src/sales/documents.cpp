@@ -122,7 +122,7 @@ void setDueDate(SalesBook& book, Record& header) {
 Record create(SalesBook& book, Record header, const QStringList& deliveryAddress) {
     const DocumentHeaders& table = book.kind().headers;
     const Record& read = header;
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Création du document"));
     check(book, header);
     header[table.fac_aa] = read[table.fac_datf].right(4);
     header[table.fac_no] = numbering::next(book.vente, table);
@@ -150,7 +150,7 @@ namespace {
 /// Copies these fields of `header` into the stored one, with its totals computed anew.
 Record rewrite(SalesBook& book, const Record& header, const QList<const Field*>& fields) {
     const DocumentHeaders& table = book.kind().headers;
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Modification de l'en-tête"));
     requireOpen(book, header);
     Recordset stored = book.vente.select(table, sameDocument(table, header));
     stored.edit();
@@ -201,7 +201,7 @@ void requireDeletable(SalesBook& book, const Record& header) {
 }
 
 void remove(SalesBook& book, const Record& header) {
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Suppression du document"));
     requireDeletable(book, header);
     abandon(book, header);
     transaction.commit();
@@ -210,7 +210,7 @@ void remove(SalesBook& book, const Record& header) {
 void abandon(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
     const DocumentLines& lineTable = book.kind().lines;
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Abandon du document"));
     requireOpen(book, header);
     for (const Record& line : lines(book, header)) document_lines::undo(book, header, line);
     book.vente.remove(lineTable, lineTable.fac_no == header[table.fac_no] && lineTable.fac_aa == header[table.fac_aa]);

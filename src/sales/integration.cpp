@@ -56,7 +56,7 @@ void integrate(SalesBook& invoices, const Record& invoice, const QString& delive
     const QString number = padded(deliveryNote, 6);
     const QString year = invoice[strface.fac_aa];
     const QString invoiceNumber = invoice[strface.fac_no];
-    Transaction transaction(invoices.workspace);
+    Transaction transaction(invoices.workspace, QStringLiteral("Intégration d'un bon de livraison"));
     documents::requireOpen(invoices, invoice);
     const Record note = integrable(invoices, invoice, number);
     Recordset lines = invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),

@@ -141,7 +141,7 @@ void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int 
     const DocumentHeaders& headers = book.kind().headers;
     const QString year = header[headers.fac_aa];
     const QString number = header[headers.fac_no];
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Ajout de lignes"));
     documents::requireOpen(book, header);
     if (from > numbering::LastLine) throw Refusal(QStringLiteral("Document plein - ligne non crée"), table.fac_lg.name);
     int next = numbering::nextLine(book.vente, table, year, number);
@@ -160,7 +160,7 @@ void insert(SalesBook& book, const Record& header, const Draft& draft, const QSt
     const DocumentHeaders& headers = book.kind().headers;
     if (draft.isText)
         throw Refusal(QStringLiteral("impossible d'insérer du texte, il faut l'ajouter"), table.fac_ref.name);
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Insertion d'une ligne"));
     documents::requireOpen(book, header);
     numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
     Recordset lines = documents::lines(book, header);
@@ -194,7 +194,7 @@ Recordset storedLine(SalesBook& book, const Record& header, const QString& numbe
 
 void change(SalesBook& book, const Record& header, const Record& line) {
     const DocumentLines& table = book.kind().lines;
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Modification d'une ligne"));
     documents::requireOpen(book, header);
     if (!line[table.fac_tva].isEmpty()) requireQuantity(book, line);
     Recordset stored = storedLine(book, header, line[table.fac_lg]);
@@ -228,7 +228,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
 }
 
 void remove(SalesBook& book, const Record& header, const QString& lineNumber) {
-    Transaction transaction(book.workspace);
+    Transaction transaction(book.workspace, QStringLiteral("Suppression d'une ligne"));
     documents::requireOpen(book, header);
     Recordset line = storedLine(book, header, lineNumber);
     undo(book, header, line.record());

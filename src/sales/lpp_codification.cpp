@@ -48,7 +48,7 @@ QList<Fault> run(const Session& session) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database vente = workspace.open(session.vente());
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Codification LPP"));
     QList<Fault> faults;
     for (const Record& article : molven.select(strarticle, strarticle.art_tip != QString(), strarticle.art_ref))
         if (const auto fault = codify(molven, article)) faults.append(*fault);

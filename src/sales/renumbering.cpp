@@ -105,7 +105,7 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database documents = workspace.open(session.path(family.file));
-    Transaction transaction(workspace);
+    Transaction transaction(workspace, QStringLiteral("Renumérotation"));
     const QString from = padded(oldNumber, 6);
     const QString to = usable(documents, family, oldNumber, newNumber);
     documents.update(family.headers, {{family.headers.fac_no, to}}, family.headers.fac_no == from);

@@ -104,7 +104,7 @@ void move(Database molven, const CompanyRules& rules, const Record& header, cons
 } // namespace
 
 QString write(Database molven, Database vente, const CompanyRules& rules, const TransferNote& note) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Transfert"));
     check(molven, note);
     const Record header = headerOf(molven, vente, note);
     vente.insert(header);

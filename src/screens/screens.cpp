@@ -11,6 +11,7 @@
 #include "screens/shell/login_form.h"
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
+#include "screens/shell/trail_form.h"
 #include "screens/stock/label_forms.h"
 #include "screens/stock/listing_forms.h"
 #include "screens/stock/patient_form.h"
@@ -70,6 +71,7 @@ void addScreens(Desk& desk) {
     add<VirtualPatientForm>(desk, "T_tracabv");
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
+    add<TrailForm>(desk, "T_histo");
 }
 
 void startProgram(Desk& desk) {

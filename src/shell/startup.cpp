@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "data/errors.h"
+#include "data/journal.h"
 #include "shell/folder_files.h"
 #include "shell/tables.h"
 
@@ -71,9 +72,11 @@ void chooseDossier(Session& session, const Record& dossier, const QString& typed
     session.chemin_base = usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]);
     session.util_dossier.clear();
     session.chemin_util.clear();
+    author::setOperatorCode({});
     if (!session.rules().hasUserFolders()) return;
     session.util_dossier = dossier[strsociete.soc_utilisateur].trimmed();
     if (session.util_dossier == u"**") session.util_dossier.clear();
+    author::setOperatorCode(session.util_dossier);
     session.chemin_util = session.util_dossier.isEmpty()
                               ? session.chemin_base
                               : usableFolder(session.dossier_app, session.chemin_base + session.util_dossier);

@@ -12,6 +12,7 @@ struct Dossiers : Table {
     Label soc_chemin{this, "soc_chemin", 255};        ///< data folder, with trailing separator
     Text soc_mot{this, "soc_mot", 20};                ///< word typed to enter; also the site sub-code
     Text soc_utilisateur{this, "soc_utilisateur", 2}; ///< user sub-folder, "**" for none
+    Trail trail{this, {soc_nom}};
 };
 inline const Dossiers strsociete{"strsociete"};
 
@@ -27,6 +28,7 @@ struct CompanyRecord : Table {
     Text spe_csg{this, "spe_csg", 20};     ///< option of the consignment documents
     Text spe_cns{this, "spe_cns", 20};     ///< used by document printing for invoices, credit and consignment notes
     Text spe_cpt{this, "spe_cpt", 20};     ///< setting of the transfer to accounting
+    Trail trail{this, {spe_cod}};
 };
 inline const CompanyRecord strspecif{"strspecif"};
 

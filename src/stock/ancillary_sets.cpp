@@ -27,7 +27,7 @@ Record lineOf(const QString& serial, const QString& type, const QString& label, 
 } // namespace
 
 QString create(Database ancillaire, const QString& type) {
-    Transaction transaction(ancillaire.workspace());
+    Transaction transaction(ancillaire.workspace(), QStringLiteral("Création d'un ancillaire"));
     const auto known = ancillaire.find(strancillaire, strancillaire.anc_code == type);
     const qint64 components =
         ancillaire.count(strnomenclature, strnomenclature.anc_code == type && strnomenclature.anc_lg != HeaderLine);
@@ -40,7 +40,7 @@ QString create(Database ancillaire, const QString& type) {
 }
 
 void place(Database molven, Database ancillaire, const QString& serial, const QString& immatriculation) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Composition d'un ancillaire"));
     const Immatriculation key = Immatriculation::fromText(immatriculation);
     const auto found = units::find(molven, key);
     if (!found) throw Refusal(QStringLiteral("Immatriculation inconnue"));

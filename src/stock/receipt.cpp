@@ -179,7 +179,7 @@ void check(Database molven, const Receipt& receipt) {
 }
 
 Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Réception"));
     check(molven, receipt);
     const Record article = *articles::find(molven, receipt.reference);
     const int quantity = quantityOf(receipt);

@@ -7,20 +7,22 @@ namespace molven {
 /// Types of ancillary sets, in ancillaire.mdb.
 struct AncillaryTypes : Table {
     using Table::Table;
-    Text anc_code{this, "anc_code", 13}; ///< code, an article reference
-    Label anc_lib{this, "anc_lib", 40};  ///< label
-    Number anc_stk{this, "anc_stk"};     ///< number of sets
+    Text anc_code{this, "anc_code", 13};               ///< code, an article reference
+    Label anc_lib{this, "anc_lib", 40};                ///< label
+    Number anc_stk{this, "anc_stk", Number::Quantity}; ///< number of sets
     Text anc_depot{this, "anc_depot", 3};
     Text anc_util{this, "anc_util", 10};
-    Text anc_tva{this, "anc_tva", 1}; ///< VAT code
-    Number anc_ht{this, "anc_ht"};    ///< price without VAT
-    Number anc_ttc{this, "anc_ttc"};  ///< price with VAT
-    Number anc_pa{this, "anc_pa"};    ///< purchase price
-    Text anc_cpt{this, "anc_cpt", 9}; ///< accounts: sales, export, purchases, stock
+    Text anc_tva{this, "anc_tva", 1};               ///< VAT code
+    Number anc_ht{this, "anc_ht", Number::Money};   ///< price without VAT
+    Number anc_ttc{this, "anc_ttc", Number::Money}; ///< price with VAT
+    Number anc_pa{this, "anc_pa", Number::Money};   ///< purchase price
+    Text anc_cpt{this, "anc_cpt", 9};               ///< accounts: sales, export, purchases, stock
     Text anc_cpte{this, "anc_cpte", 9};
     Text anc_cpta{this, "anc_cpta", 9};
     Text anc_cpts{this, "anc_cpts", 9};
     Text anc_tar{this, "anc_tar", 1}; ///< price basis
+    Trail trail{this, {anc_code}};
+    KeptFields kept{this, {anc_stk}};
     Index by_code{this, {anc_code}, Uniqueness::Unique};
 };
 inline const AncillaryTypes strancillaire{"strancillaire"};
@@ -28,11 +30,12 @@ inline const AncillaryTypes strancillaire{"strancillaire"};
 /// Composition of the types of sets.
 struct AncillaryComponents : Table {
     using Table::Table;
-    Text anc_code{this, "anc_code", 13};       ///< type of set
-    Text anc_lg{this, "anc_lg", 3};            ///< line; "000" heads the type
-    Text anc_article{this, "anc_article", 13}; ///< component reference
-    Label anc_libart{this, "anc_libart", 40};  ///< its label
-    Number anc_qte{this, "anc_qte"};           ///< quantity; on line "000" the units of the whole set
+    Text anc_code{this, "anc_code", 13};               ///< type of set
+    Text anc_lg{this, "anc_lg", 3};                    ///< line; "000" heads the type
+    Text anc_article{this, "anc_article", 13};         ///< component reference
+    Label anc_libart{this, "anc_libart", 40};          ///< its label
+    Number anc_qte{this, "anc_qte", Number::Quantity}; ///< quantity; on line "000" the units of the whole set
+    Trail trail{this, {anc_code, anc_lg}};
     Index by_line{this, {anc_code, anc_lg}, Uniqueness::Unique};
 };
 inline const AncillaryComponents strnomenclature{"strnomenclature"};
@@ -54,6 +57,7 @@ struct AncillarySets : Table {
     Text stk_dat_vte{this, "stk_dat_vte", 10};  ///< its date
     Text stk_tri_vte{this, "stk_tri_vte", 8};
     Text stk_clt_vte{this, "stk_clt_vte", 6}; ///< its client
+    Trail trail{this, {stk_anc_imm, stk_anc_imm_lg}};
     Index by_line{this, {stk_anc_imm, stk_anc_imm_lg}};
     Index by_unit{this, {stk_imm_art}};
 };
@@ -62,15 +66,16 @@ inline const AncillarySets strstock{"strstock"};
 /// Movements of the articles kept by quantity.
 struct StockMovements : Table {
     using Table::Table;
-    Text ref_stk{this, "ref_stk", 13};  ///< article reference
-    Text dat_stk{this, "dat_stk", 10};  ///< date "dd/mm/yyyy"
-    Text tri_stk{this, "tri_stk", 8};   ///< its sort key
-    Text eta_stk{this, "eta_stk", 1};   ///< E entry, S exit, I inventory
-    Number qte_stk{this, "qte_stk"};    ///< quantity, positive
-    Number pri_stk{this, "pri_stk"};    ///< unit purchase price
-    Label com_stk{this, "com_stk", 60}; ///< comment
-    Label memo_stk{this, "memo_stk"};   ///< memo
-    Text col_stk{this, "col_stk", 10};  ///< packing, in stocks.mdb only
+    Text ref_stk{this, "ref_stk", 13};                 ///< article reference
+    Text dat_stk{this, "dat_stk", 10};                 ///< date "dd/mm/yyyy"
+    Text tri_stk{this, "tri_stk", 8};                  ///< its sort key
+    Text eta_stk{this, "eta_stk", 1};                  ///< E entry, S exit, I inventory
+    Number qte_stk{this, "qte_stk", Number::Quantity}; ///< quantity, positive
+    Number pri_stk{this, "pri_stk", Number::Money};    ///< unit purchase price
+    Label com_stk{this, "com_stk", 60};                ///< comment
+    Label memo_stk{this, "memo_stk"};                  ///< memo
+    Text col_stk{this, "col_stk", 10};                 ///< packing, in stocks.mdb only
+    Trail trail{this, {ref_stk, tri_stk}};
     Index by_article{this, {ref_stk, tri_stk}};
     Index by_date{this, {tri_stk, ref_stk, eta_stk}};
 };
@@ -79,12 +84,12 @@ inline const StockMovements strmvtstk{"strmvtstk"};
 /// Quantities sold in a period, work table of the stock rebuild, in tristk.mdb.
 struct SoldQuantities : Table {
     using Table::Table;
-    Text fac_ref{this, "fac_ref", 13};   ///< article reference
-    Number fac_qte{this, "fac_qte"};     ///< quantity
-    Text fac_clt{this, "fac_clt", 6};    ///< client
-    Text fac_datf{this, "fac_datf", 10}; ///< invoice date
-    Text fac_date{this, "fac_date", 10}; ///< delivery note date
-    Text tri_datf{this, "tri_datf", 8};  ///< their sort keys
+    Text fac_ref{this, "fac_ref", 13};                 ///< article reference
+    Number fac_qte{this, "fac_qte", Number::Quantity}; ///< quantity
+    Text fac_clt{this, "fac_clt", 6};                  ///< client
+    Text fac_datf{this, "fac_datf", 10};               ///< invoice date
+    Text fac_date{this, "fac_date", 10};               ///< delivery note date
+    Text tri_datf{this, "tri_datf", 8};                ///< their sort keys
     Text fac_tri{this, "fac_tri", 8};
     Index by_article{this, {fac_ref}};
 };

@@ -127,7 +127,7 @@ qint64 markSelected(Database molven, Database tri, bool isReminder) {
     const QString today = sortKey(Clock::today());
     QList<Assignment> marks{{strproduit.dat_sel, today}};
     if (isReminder) marks.append({strproduit.dat_rel, today});
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Liste des produits"));
     qint64 marked = 0;
     for (const Record& unit : tri.select(tripro))
         marked +=
@@ -143,7 +143,7 @@ qint64 returnToMainDepot(Database molven, const Criterion& units) {
     const QList<Assignment> home{{strproduit.num_dep, MainDepot}, {strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}};
     const QList<Assignment> stayOver{{strproduit.nbl_dep, {}}, {strproduit.num_vte, {}}, {strproduit.dat_vte, {}},
                                      {strproduit.tri_vte, {}}, {strproduit.clt_vte, {}}, {strproduit.ref_vte, {}}};
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Retour au dépôt principal"));
     const qint64 transferred = molven.update(strproduit, home + stayOver, away && strproduit.nbl_dep != TakenBack);
     const qint64 takenBack = molven.update(strproduit, home, away && strproduit.nbl_dep == TakenBack);
     transaction.commit();

@@ -84,7 +84,7 @@ Record required(Database molven, const Immatriculation& immatriculation) {
 } // namespace
 
 void remove(Database molven, const Immatriculation& immatriculation) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Suppression d'une unité"));
     const Record read = required(molven, immatriculation);
     if (read[strproduit.tes_vte] != state::InStock)
         throw Refusal(QStringLiteral("impossible de supprimer cette immatriculation"), QStringLiteral("txtrecimm"));
@@ -96,7 +96,7 @@ void remove(Database molven, const Immatriculation& immatriculation) {
 void implant(Database molven, const Immatriculation& immatriculation, const QString& patient, const QString& client,
              const QString& date) {
     if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Implantation"));
     if (required(molven, immatriculation).value(strproduit.tes_vte) != state::Sold)
         throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
                       QStringLiteral("txtrecimm"));
@@ -126,7 +126,7 @@ void changeConformity(Database molven, const Immatriculation& immatriculation, c
                       const QString& cause) {
     if (code.size() != 1 || !QStringLiteral("OXYZ").contains(code))
         throw Refusal(QStringLiteral("Taper O, X, Y ou Z !!"), QStringLiteral("txtconf"));
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Conformité"));
     Record unit = required(molven, immatriculation);
     const bool needsCause = code != u"O";
     if (needsCause && !parameters::find(molven, code, cause))
@@ -150,7 +150,7 @@ void requireChangeable(const Record& unit) {
 }
 
 void change(Database molven, const Record& unit, const Record& before) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Modification d'une unité"));
     requireChangeable(before);
     Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
     if (stored.isEmpty())
@@ -166,7 +166,7 @@ qint64 countInStock(Database molven, const QString& reference) {
 }
 
 qint64 updateDepotFamilies(Database molven, Database holder) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), QStringLiteral("Familles des dépôts"));
     qint64 changed = 0;
     for (const Record& depot : molven.select(strparam, parameters::ofList(list::Depot))) {
         const QString family = depot[strparam.fam_dep];

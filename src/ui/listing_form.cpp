@@ -1,5 +1,6 @@
 #include "ui/listing_form.h"
 
+#include "data/collation.h"
 #include "data/format.h"
 #include "ui/edit.h"
 #include "ui/printed_list.h"
@@ -60,7 +61,7 @@ const ListingOrder& ListingForm::order() const { return listing_->orders[std::ma
 
 void ListingForm::select() {
     const QString first = first_->text().trimmed(), last = last_->text().trimmed();
-    if (!first.isEmpty() && !last.isEmpty() && last < first)
+    if (!first.isEmpty() && !last.isEmpty() && collation::compare(listing_->range, last, first) < 0)
         throw Refusal(QStringLiteral("N° Fin < N° Début ???"), last_->objectName());
     Criterion range;
     if (!first.isEmpty()) range = range && listing_->range >= first;

@@ -1,5 +1,6 @@
 #include "ui/record_model.h"
 
+#include "data/collation.h"
 #include "data/errors.h"
 #include "data/format.h"
 
@@ -78,11 +79,7 @@ void RecordModel::rearrange() {
         const Field& field = *columns_[sortColumn_].field;
         const bool ascending = sortOrder_ == Qt::AscendingOrder;
         std::stable_sort(shown.begin(), shown.end(), [&](const Record& a, const Record& b) {
-            const int order = field.kind == Field::Kind::Number
-                                  ? Decimal::fromText(a.value(field)) < Decimal::fromText(b.value(field))   ? -1
-                                    : Decimal::fromText(b.value(field)) < Decimal::fromText(a.value(field)) ? 1
-                                                                                                            : 0
-                                  : QString::localeAwareCompare(a.value(field), b.value(field));
+            const int order = collation::compare(field, a.value(field), b.value(field));
             return ascending ? order < 0 : order > 0;
         });
     }

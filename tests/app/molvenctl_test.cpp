@@ -72,4 +72,26 @@ TEST(Molvenctl, ListsARecallAsATableAndAsData) {
     EXPECT_EQ(molvenctl({"rappel", home, "--lot", "RIEN", "--json"}).code, 1);
 }
 
+TEST(Molvenctl, TellsWhoChangedWhatAndFindsAnAlteredJournal) {
+    test::Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
+    const QString home = dossier.folder();
+    const QStringList lines = molvenctl({"journal", home, "--immat", units[0], "--csv"}).out.trimmed().split(u'\n');
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("Réception"))) << lines[1].toStdString();
+    const QJsonArray data =
+        QJsonDocument::fromJson(molvenctl({"journal", home, "--article", "HIP", "--json"}).out.toUtf8()).array();
+    EXPECT_EQ(data[0][QStringLiteral("his_txt")].toString(), QStringLiteral("Création"));
+    EXPECT_EQ(molvenctl({"journal", home, "--au", "01/01/2001"}).out, QStringLiteral("changements : 0\n"));
+    EXPECT_EQ(molvenctl({"journal", home, "--immat", "1", "--client", "1"}).code, 1);
+    {
+        Workspace workspace;
+        Database molven = workspace.open(dossier.session.molven());
+        molven.firstValue(QStringLiteral("update strjournal set jou_dat='20010101'"));
+        dossier.receive(QStringLiteral("HIP"), 1);
+        molven.firstValue(QStringLiteral("update strjournal set jou_uti='AUTRE' where rowid=1"));
+    }
+    EXPECT_TRUE(molvenctl({"check", home}).out.contains(QStringLiteral("scellés le 01/01/2001")));
+}
+
 } // namespace molven

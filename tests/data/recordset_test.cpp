@@ -1,5 +1,7 @@
 #include "support/dossier.h"
 
+#include "data/collation.h"
+#include "reference/article_tables.h"
 #include "reference/party_tables.h"
 
 #include <QTemporaryDir>
@@ -43,11 +45,31 @@ TEST_F(ClientFile, SortsAsFrenchPeopleDo) {
     EXPECT_EQ(names({}, strclient.clt_nom).join(u' '), QStringLiteral("Étable etang ÉTOILE L'ORME ORME ZOLA"));
 }
 
+TEST_F(ClientFile, SortsInMemoryAsTheEngineDoes) {
+    add(QStringLiteral("D'ARC"));
+    add(QStringLiteral("darc"));
+    for (const Field* field :
+         {static_cast<const Field*>(&strclient.clt_nom), static_cast<const Field*>(&strclient.clt_mail)}) {
+        Workspace workspace;
+        Database file = workspace.open(path);
+        file.copyField(strclient, strclient.clt_mail, strclient.clt_nom, {});
+        QStringList sorted = names({}, *field), again = names({});
+        std::stable_sort(again.begin(), again.end(),
+                         [&](const QString& a, const QString& b) { return collation::compare(*field, a, b) < 0; });
+        EXPECT_EQ(again.join(u' '), sorted.join(u' '));
+    }
+    EXPECT_EQ(collation::compare(strclient.clt_cod, QStringLiteral("ab"), QStringLiteral("AB")), 0);
+    EXPECT_LT(collation::compare(strclient.clt_cod, QStringLiteral("a"), QStringLiteral("AB")), 0);
+    EXPECT_LT(collation::compare(strarticle.art_pv1, QString(), QStringLiteral("-1")), 0);
+    EXPECT_LT(collation::compare(strarticle.art_pv1, QStringLiteral("9"), QStringLiteral("10")), 0);
+}
+
 TEST_F(ClientFile, FindsTextsWhateverTheirCaseAndTakesAnApostropheForALetter) {
     EXPECT_EQ(names(strclient.clt_nom == QStringLiteral("étoile")), QStringList(QStringLiteral("ÉTOILE")));
     EXPECT_EQ(names(startsWith(strclient.clt_nom, QStringLiteral("l'"))), QStringList(QStringLiteral("L'ORME")));
     EXPECT_EQ(names(strclient.clt_nom == QStringLiteral("x' or '1'='1")), QStringList());
     EXPECT_EQ(names(contains(strclient.clt_nom, QStringLiteral("eta"))).join(u' '), QStringLiteral("etang Étable"));
+    EXPECT_EQ(names(isOneOf(strclient.clt_mail, {QString(), QStringLiteral("x")})).size(), 6) << "empty is a value";
     EXPECT_EQ(names(startsWith(strclient.clt_nom, QStringLiteral("%"))), QStringList());
     EXPECT_EQ(
         names(!startsWith(strclient.clt_nom, QStringLiteral("e")) && strclient.clt_cod <= QStringLiteral("000004"))
@@ -89,6 +111,15 @@ TEST_F(ClientFile, NeverOverwritesWhatAnotherWorkstationWrote) {
     EXPECT_EQ(QString(theirs[strclient.clt_l1]) + theirs[strclient.clt_l2], QStringLiteral("MA RUELEUR QUARTIER"));
 }
 
+TEST_F(ClientFile, TakesAChangeOfCaseForAChange) {
+    Workspace here, there;
+    Recordset mine = here.open(path).select(strclient, strclient.clt_cod == QStringLiteral("000001"));
+    mine.edit();
+    mine[strclient.clt_l1] = QStringLiteral("MA RUE");
+    there.open(path).update(strclient, {{strclient.clt_nom, QStringLiteral("Étoile")}}, {});
+    EXPECT_EQ(test::dataErrorOf([&] { mine.update(); }), DataError::RecordChanged);
+}
+
 TEST_F(ClientFile, TellsARecordDeletedElsewhereAndATextThatDoesNotFit) {
     Workspace here, there;
     Recordset mine = here.open(path).select(strclient, strclient.clt_cod == QStringLiteral("000002"));
@@ -116,6 +147,86 @@ TEST_F(ClientFile, ReadsALongSelectionByPagesInItsOrder) {
     EXPECT_EQ(clients.at(1005)[strclient.clt_cod], QStringLiteral("900000"));
     EXPECT_EQ(clients.at(6)[strclient.clt_cod], QStringLiteral("899001"));
     EXPECT_EQ(clients.at(500)[strclient.clt_cod], QStringLiteral("899495"));
+}
+
+namespace {
+
+/// A file of articles and lines, with an article as a user reads it.
+class ArticleFile : public testing::Test {
+protected:
+    ArticleFile() : path(folder.filePath(QStringLiteral("articles.mdb"))), asRead(strarticle) {
+        Database::create(path, {&strarticle, &strlivl});
+        asRead[strarticle.art_ref] = QStringLiteral("HIP");
+        asRead[strarticle.art_pam] = *Decimal::parse(QStringLiteral("514.5555"));
+        asRead[strarticle.art_stk] = Decimal(4);
+        Workspace workspace;
+        workspace.open(path).insert(asRead);
+    }
+
+    QString stored(const Field& field) { return Workspace().open(path).find(strarticle, {})->value(field); }
+
+    QTemporaryDir folder;
+    QString path;
+    Record asRead;
+};
+
+} // namespace
+
+TEST_F(ArticleFile, AStockMovedMeanwhileNeitherStopsAChangeNorIsWrittenBack) {
+    Workspace workspace;
+    Database file = workspace.open(path);
+    const auto change = [&](const Record& changed) {
+        Recordset stored = file.select(strarticle);
+        stored.edit(asRead);
+        stored.draft() = changed;
+        stored.update();
+    };
+    Record changed = asRead;
+    changed[strarticle.art_li1] = QStringLiteral("TIGE");
+    file.update(strarticle, {{strarticle.art_stk, QStringLiteral("5")}, {strarticle.art_pam, QStringLiteral("7")}}, {});
+    change(changed);
+    EXPECT_EQ(stored(strarticle.art_li1), QStringLiteral("TIGE"));
+    EXPECT_EQ(stored(strarticle.art_stk), QStringLiteral("5"));
+    EXPECT_EQ(stored(strarticle.art_pam), QStringLiteral("7"));
+
+    asRead = changed;
+    changed[strarticle.art_pam] = Decimal(9);
+    EXPECT_EQ(test::dataErrorOf([&] { change(changed); }), DataError::RecordChanged)
+        << "an average that the user changed himself is not his alone";
+}
+
+TEST_F(ArticleFile, ANumberIsRoundedToItsScaleAndRefusedBeyondFifteenDigits) {
+    Record article(strarticle);
+    article.set(strarticle.art_pv1, QStringLiteral("0.1234567890123456789"));
+    EXPECT_EQ(article.value(strarticle.art_pv1), QStringLiteral("0.1235"));
+    article.set(strarticle.art_pv1, QStringLiteral("-12.345"));
+    EXPECT_EQ(article.value(strarticle.art_pv1), QStringLiteral("-12.345"));
+    article[strarticle.art_pv1] = Decimal(1) / Decimal(3);
+    EXPECT_EQ(article.value(strarticle.art_pv1), QStringLiteral("0.3333"));
+    article.set(strarticle.art_pv1, QStringLiteral("  "));
+    EXPECT_TRUE(article.isNull(strarticle.art_pv1));
+    for (const char* tooLong : {"123456789012.3456", "9999999999999999", "1e300"})
+        EXPECT_EQ(test::dataErrorOf([&] { article.set(strarticle.art_pv1, QString::fromLatin1(tooLong)); }),
+                  DataError::FieldTooSmall)
+            << tooLong;
+    EXPECT_EQ(test::dataErrorOf([&] { article.set(strarticle.art_pv1, QStringLiteral("12 F")); }),
+              DataError::NotANumber);
+    Workspace workspace;
+    workspace.open(path).update(strarticle, {{strarticle.art_pv1, QStringLiteral("2.99999")}}, {});
+    EXPECT_EQ(stored(strarticle.art_pv1), QStringLiteral("3"));
+}
+
+TEST_F(ArticleFile, ARecordWithANumberThatNoTextOfFifteenDigitsHoldsCanStillBeChanged) {
+    Workspace workspace;
+    Database file = workspace.open(path);
+    file.firstValue(QStringLiteral("update strarticle set art_ttc=123456789012345678.75"));
+    Recordset articles = file.select(strarticle);
+    articles.edit();
+    articles[strarticle.art_li1] = QStringLiteral("TIGE");
+    articles.update();
+    EXPECT_EQ(stored(strarticle.art_li1), QStringLiteral("TIGE"));
+    EXPECT_EQ(file.firstValue(QStringLiteral("select art_ttc=123456789012345678.75 from strarticle")),
+              QStringLiteral("1"));
 }
 
 TEST_F(ClientFile, KeepsTheExactAmountItWasGiven) {

@@ -78,6 +78,27 @@ TEST_F(TwoFiles, ATransactionWritesAllFilesOrNone) {
     EXPECT_EQ(notes(), 1);
 }
 
+TEST_F(TwoFiles, AnInnerTransactionThatWasGivenUpIsNotCommittedByTheOuterOne) {
+    Workspace workspace;
+    Database a = workspace.open(first);
+    Database b = workspace.open(second);
+    Transaction outer(workspace);
+    a.insert(client());
+    for (int i = 0; i < 2; ++i) {
+        Transaction abandoned(workspace);
+        b.insert(Record(strlive));
+        a.update(strclient, {{strclient.clt_memo, QStringLiteral("changé")}}, {});
+        Transaction innermost(workspace);
+        a.remove(strclient);
+        innermost.commit();
+    }
+    EXPECT_TRUE(workspace.inTransaction());
+    outer.commit();
+    EXPECT_EQ(notes(), 0);
+    EXPECT_EQ(clients(), 1);
+    EXPECT_EQ(a.find(strclient, {})->value(strclient.clt_memo), QString());
+}
+
 TEST_F(TwoFiles, ADuplicateKeyLeavesTheTransactionAsItWas) {
     Workspace workspace;
     Database a = workspace.open(first);
@@ -136,15 +157,18 @@ TEST_F(TwoFiles, AFullDiskLeavesEverythingAsBefore) {
         const auto room = static_cast<rlim_t>(QFile(first).size() + 8192);
         const rlimit limit{room, room};
         setrlimit(RLIMIT_FSIZE, &limit);
+        Workspace workspace;
+        Database a = workspace.open(first);
+        Database b = workspace.open(second);
+        Transaction transaction(workspace);
         const int error = test::dataErrorOf([&] {
-            Workspace workspace;
-            Database a = workspace.open(first);
-            Database b = workspace.open(second);
-            Transaction transaction(workspace);
             b.insert(Record(strlive));
             a.update(strclient, {{strclient.clt_memo, QString(500'000, u'x')}}, {});
             transaction.commit();
         });
+        // A caller that goes on all the same must not write outside of the transaction that is over.
+        const int next = test::dataErrorOf([&] { b.insert(Record(strlive)); });
+        if (next == 0) transaction.commit();
         _exit(error == 0 ? 1 : 0);
     }
     int status = 0;

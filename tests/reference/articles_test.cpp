@@ -131,13 +131,19 @@ TEST_F(ArticleFiles, KeepFollowUpCodesAndLabelsInUpperCase) {
     EXPECT_EQ(articles::find(molven, QStringLiteral("hip"))->value(strarticle.art_li1), QStringLiteral("TÊTE ÉLARGIE"));
 }
 
-TEST_F(ArticleFiles, RefuseToOverwriteAReceiptMadeMeanwhile) {
+TEST_F(ArticleFiles, KeepAReceiptMadeWhileTheyWereChanged) {
     articles::Entry entry = entryOf("HIP");
     const Record before = entry.article;
     dossier.receive(QStringLiteral("HIP"), 2);
     entry.article[strarticle.art_li2] = QStringLiteral("NOUVEAU");
-    EXPECT_EQ(test::dataErrorOf([&] { save(entry, before); }), DataError::RecordChanged);
+    EXPECT_EQ(save(entry, before), QStringLiteral("(accepté)"));
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
+    const Record stored = *articles::find(molven, QStringLiteral("HIP"));
+    EXPECT_EQ(stored[strarticle.art_li2], QStringLiteral("NOUVEAU"));
+    EXPECT_NE(stored[strarticle.art_dpa], before[strarticle.art_dpa]);
+
+    entry.article[strarticle.art_li2] = QStringLiteral("ENCORE");
+    EXPECT_EQ(test::dataErrorOf([&] { save(entry, before); }), DataError::RecordChanged);
 }
 
 TEST_F(ArticleFiles, AreNotDeletedWhileTheyHaveStockOrOrders) {

@@ -23,6 +23,7 @@ Command demoCommand();
 Command checkCommand();
 Command traceCommand();
 Command recallCommand();
+Command journalCommand();
 Command importCommand();
 Command exportCommand();
 

@@ -4,6 +4,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
+#include "screens/shell/trail_form.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
@@ -90,6 +91,9 @@ ArticleForm::ArticleForm(Desk& desk)
         button(QStringLiteral("Cmdvismvt"), QStringLiteral("M&ouvements"), [this] { showMovements(); }));
     extraButtons()->addWidget(
         button(QStringLiteral("Cmdvisstk"), QStringLiteral("Produits en s&tock"), [this] { showUnitsInStock(); }));
+    extraButtons()->addWidget(trailButton(*this, [this] {
+        return TrailSubject{TrailSubject::Kind::Article, requireRecord()[strarticle.art_ref]};
+    }));
     setPickers();
 }
 

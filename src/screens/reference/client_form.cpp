@@ -3,6 +3,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "screens/reference/document_shelf.h"
+#include "screens/shell/trail_form.h"
 #include "ui/pick_lists.h"
 
 #include <QLabel>
@@ -90,6 +91,9 @@ ClientForm::ClientForm(Desk& desk)
     country_->setObjectName(QStringLiteral("lblpays"));
     extraRows()->addWidget(country_);
     extraRows()->addWidget(documents_);
+    extraButtons()->addWidget(trailButton(*this, [this] {
+        return TrailSubject{TrailSubject::Kind::Client, requireRecord()[strclient.clt_cod]};
+    }));
     documents_->folderChosen = [this](const QString& folder) {
         if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->put(folder);
     };

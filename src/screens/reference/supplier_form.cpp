@@ -3,6 +3,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "screens/reference/document_shelf.h"
+#include "screens/shell/trail_form.h"
 #include "ui/pick_lists.h"
 
 #include <QVBoxLayout>
@@ -44,6 +45,9 @@ SupplierForm::SupplierForm(Desk& desk)
     build({QStringLiteral("Gestion des fournisseurs"), suppliers.columns, suppliers.query, boxes(), 2,
            strfournis.fou_cod, QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Fournisseur obligatoire")});
     extraRows()->addWidget(documents_);
+    extraButtons()->addWidget(trailButton(*this, [this] {
+        return TrailSubject{TrailSubject::Kind::Supplier, requireRecord()[strfournis.fou_cod]};
+    }));
     documents_->folderChosen = [this](const QString& folder) {
         if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->put(folder);
     };

@@ -9,6 +9,7 @@
 #include "screens/sales/line_entry.h"
 #include "screens/sales/note_choice.h"
 #include "screens/sales/unit_range.h"
+#include "screens/shell/trail_form.h"
 #include "shell/menu_tree.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -184,6 +185,11 @@ QLayout* DocumentForm::buildLineButtons() {
     total_->setObjectName(QStringLiteral("lbltotal"));
     auto* row = new QHBoxLayout;
     for (QPushButton* made : {addLine_, insert, change, remove, notes, footer}) row->addWidget(made);
+    row->addWidget(trailButton(*this, [this] {
+        const Record& shown = requireDocument();
+        return TrailSubject{TrailSubject::Kind::Document,
+                            QStringList{table_.name, shown[table_.fac_aa], shown[table_.fac_no]}.join(u'/')};
+    }));
     row->addStretch();
     row->addWidget(total_);
     return row;

@@ -5,6 +5,7 @@
 #include "data/errors.h"
 #include "reference/parameters.h"
 #include "reference/party_tables.h"
+#include "screens/shell/trail_form.h"
 #include "stock/labels.h"
 #include "stock/units.h"
 #include "ui/edit.h"
@@ -97,6 +98,11 @@ QLayout* UnitCard::buildButtons() {
         layout->addWidget(button, place / 4, place % 4);
         ++place;
     }
+    layout->addWidget(trailButton(form_,
+                                  [this] {
+                                      return TrailSubject{TrailSubject::Kind::Unit, requireUnit()[strproduit.imm_art]};
+                                  }),
+                      place / 4, place % 4);
     return layout;
 }
 

@@ -1,6 +1,7 @@
 #include "screens/stock/unit_history_form.h"
 
 #include "sales/unit_history.h"
+#include "screens/shell/trail_form.h"
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
@@ -75,6 +76,10 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
     top->addWidget(search);
     top->addSpacing(16);
     top->addWidget(heading_, 1);
+    top->addWidget(trailButton(*this, [this] {
+        find();
+        return TrailSubject{TrailSubject::Kind::Unit, number_->text()};
+    }));
     top->addWidget(quit);
     auto* layout = new QGridLayout(this);
     layout->addLayout(top, 0, 0, 1, 2);

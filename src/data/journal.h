@@ -1,0 +1,69 @@
+#pragma once
+
+#include "data/database.h"
+
+#include <QStringList>
+
+#include <functional>
+
+namespace molven {
+
+/// Whom this process works for, as the journals name him.
+namespace author {
+/// Name of the machine.
+QString workstation();
+QString systemUser();
+QString programVersion();
+/// The code of the operator, where the dossier keeps one; empty until set.
+QString operatorCode();
+void setOperatorCode(const QString& code);
+} // namespace author
+
+/// Writes the changes of one table into the journal of its file, when both keep one; see strjournal. With the first
+/// change of a new day the former records are sealed.
+class Journal {
+public:
+    struct Written {
+        qint64 changed = 0; ///< records
+        qint64 key = 0;     ///< of the record that was added
+    };
+    /// Runs a statement that writes a table, once the journal was told: both or neither. `qualifiedTable` is the
+    /// table's name behind its file's, "main.strproduit".
+    static Written write(Workspace& workspace, const QString& qualifiedTable, const Table& table, const QString& sql,
+                         const QStringList& values, const std::function<void(Journal&)>& tell);
+
+    /// A record is added.
+    void added(const Record& record);
+    /// The records that a condition selects will be given these values; those that have them already do not count.
+    void changing(const QList<Assignment>& assignments, const Criterion& criterion);
+    /// One field of these records will be given another's value.
+    void copying(const Field& to, const Field& from, const Criterion& criterion);
+    /// They will be deleted.
+    void removing(const Criterion& criterion);
+
+    /// What of a file's journal differs from its seals, one French line a fault; empty when nothing was altered,
+    /// inserted or removed in a sealed day.
+    static QStringList faults(Database file);
+
+private:
+    Journal(Workspace& workspace, const QString& qualifiedTable, const Table& table);
+
+    /// A field about to change, and what the engine is told the new value by.
+    struct Change {
+        const Field* field;
+        QString after;
+    };
+    /// Whether the file keeps a journal; its former days are sealed when it is asked first.
+    bool active();
+    QStringList head();
+    void changing(const QList<Change>& changes, const QStringList& given, const Criterion& criterion);
+    void enter(const QString& kind, const QString& values, const QStringList& bound, const Criterion& criterion);
+    void sealFormerDays();
+
+    Workspace& workspace_;
+    const QString qualified_;
+    const QString file_; ///< "main", "f1", ...
+    const Table& table_;
+};
+
+} // namespace molven

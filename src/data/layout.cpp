@@ -1,0 +1,133 @@
+#include "data/layout.h"
+
+#include "data/catalogue.h"
+#include "data/sqlite_engine.h"
+#include "data/workspace.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+
+#include <sqlite3.h>
+
+namespace molven {
+
+namespace {
+
+QString indexName(const Table& table, int number) {
+    return QStringLiteral("%1_%2").arg(table.name, QString::number(number));
+}
+
+/// The statement that makes a table's index; they are numbered from 1 in the order of their declaration.
+QString indexSql(const Table& table, int number, Uniqueness uniqueness) {
+    QStringList names;
+    for (const Field* field : table.indexes()[number - 1]->fields) names.append(field->name);
+    return QStringLiteral("CREATE %1INDEX %2 on %3 (%4)")
+        .arg(uniqueness == Uniqueness::Unique ? QStringLiteral("UNIQUE ") : QString(), indexName(table, number),
+             table.name, names.join(u','));
+}
+
+QString indexSql(const Table& table, int number) {
+    return indexSql(table, number, table.indexes()[number - 1]->uniqueness);
+}
+
+/// An empty file that the owner and its group may read, nobody else: patients are named in it.
+void makePrivate(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ||
+        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::WriteGroup))
+        throw DataError(DataError::CannotOpen, QStringLiteral("Impossible de créer le fichier '%1'.").arg(path));
+}
+
+} // namespace
+
+QString Layout::definition(const Field& field) {
+    switch (field.kind) {
+    case Field::Kind::Number:
+        return field.name + QStringLiteral(" numeric");
+    case Field::Kind::Label:
+        return field.name + QStringLiteral(" text not null default '' collate french");
+    case Field::Kind::Code:
+        break;
+    }
+    return field.name + QStringLiteral(" text not null default '' collate nocase");
+}
+
+void Layout::create(const QString& path, const QList<const Table*>& tables) {
+    makePrivate(path);
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::New);
+    Transaction transaction(workspace);
+    workspace.run(QStringLiteral("pragma application_id=%1").arg(sqlite::ApplicationId));
+    workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
+    Layout layout(workspace);
+    for (const Table* table : tables) layout.create(*table);
+    transaction.commit();
+}
+
+void Layout::upgrade(const QString& path) {
+    const auto file = dataFileAt(path);
+    if (!file) return;
+    try {
+        Workspace workspace;
+        workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+        Transaction transaction(workspace);
+        // Another workstation may have done it while this one waited.
+        if (workspace.mark(QStringLiteral("main"), "user_version") >= sqlite::SchemaVersion) return;
+        Layout layout(workspace);
+        for (const Table* table : tablesOf(*file)) layout.complete(*table);
+        workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
+        transaction.commit();
+    } catch (const DataError& error) {
+        throw DataError(error.number,
+                        QStringLiteral("Le fichier '%1' vient d'une version précédente du programme et n'a pas pu "
+                                       "être mis à jour : %2")
+                            .arg(QDir::toNativeSeparators(path), error.description),
+                        error.records);
+    }
+}
+
+void Layout::create(const Table& table) {
+    QStringList columns;
+    for (const Field* field : table.fields()) columns.append(definition(*field));
+    workspace_.run(QStringLiteral("create table %1 (%2)").arg(table.name, columns.join(u',')));
+    for (int number = 1; number <= table.indexes().size(); ++number) workspace_.run(indexSql(table, number));
+}
+
+void Layout::complete(const Table& table) {
+    QStringList columns;
+    Statement& rows = workspace_.run(QStringLiteral("pragma main.table_info(%1)").arg(table.name));
+    while (rows.next()) columns.append(rows.text(1));
+    if (columns.isEmpty()) return create(table);
+    for (const Field* field : table.fields())
+        if (!columns.contains(field->name, Qt::CaseInsensitive))
+            workspace_.run(QStringLiteral("alter table %1 add column %2").arg(table.name, definition(*field)));
+    completeIndexes(table);
+}
+
+void Layout::completeIndexes(const Table& table) {
+    QHash<QString, QString> wanted;
+    for (int number = 1; number <= table.indexes().size(); ++number)
+        wanted.insert(indexName(table, number), indexSql(table, number));
+    QStringList kept, dropped;
+    Statement& rows = workspace_.run(
+        QStringLiteral("select name,sql from main.sqlite_master where type='index' and tbl_name=?"), {table.name});
+    while (rows.next()) {
+        const bool same = wanted.value(rows.text(0)).compare(rows.text(1), Qt::CaseInsensitive) == 0;
+        (same ? kept : dropped).append(rows.text(0));
+    }
+    for (const QString& name : dropped) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
+    for (int number = 1; number <= table.indexes().size(); ++number)
+        if (!kept.contains(indexName(table, number))) createIndex(table, number);
+}
+
+void Layout::createIndex(const Table& table, int number) {
+    try {
+        workspace_.run(indexSql(table, number));
+    } catch (const DataError& error) {
+        if ((error.number & 0xFF) != SQLITE_CONSTRAINT) throw;
+        workspace_.run(indexSql(table, number, Uniqueness::Repeated));
+    }
+}
+
+} // namespace molven

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "data/schema.h"
+
+namespace molven {
+
+class Workspace;
+
+/// The layout of the database files as the declared tables state it.
+class Layout {
+public:
+    /// Makes a new file of ours with these tables, whole or not at all.
+    static void create(const QString& path, const QList<const Table*>& tables);
+    /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, all or
+    /// nothing; waits for another workstation that is at it. A unique index that the file's own records contradict
+    /// becomes a plain one. A file of another name is left as it is. Throws DataError when the file cannot be written.
+    static void upgrade(const QString& path);
+    /// A column as the engine declares it.
+    static QString definition(const Field& field);
+
+private:
+    explicit Layout(Workspace& workspace) : workspace_(workspace) {}
+    void create(const Table& table);
+    void complete(const Table& table);
+    void completeIndexes(const Table& table);
+    void createIndex(const Table& table, int number);
+
+    Workspace& workspace_;
+};
+
+} // namespace molven

@@ -1,0 +1,160 @@
+#include "sales/record_trail.h"
+
+#include "data/database.h"
+#include "data/dates.h"
+#include "data/errors.h"
+#include "data/format.h"
+#include "data/journal_tables.h"
+#include "reference/article_tables.h"
+#include "reference/parameter_tables.h"
+#include "reference/party_tables.h"
+#include "reference/tariff_tables.h"
+#include "sales/document_kind.h"
+#include "stock/immatriculation.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace molven::record_trail {
+
+namespace {
+
+/// What of the journals a subject selects: entries of some tables, all when there are none, that meet a criterion.
+struct Selection {
+    QList<const Table*> tables;
+    Criterion criterion;
+};
+
+Criterion keyed(const QString& key) { return strjournal.jou_cle == key; }
+
+Selection documents(const QString& key) {
+    const QString number = padded(key.section(u'/', -1), 6);
+    const QString year = key.section(u'/', -2, -2);
+    const QString family = key.section(u'/', -3, -3);
+    QList<const Table*> tables{&strlive, &strlivl, &strcsge, &strcsgl, &strface, &strfacl, &strbtre, &strbtrl};
+    for (qsizetype i = 0; i < tables.size() && !family.isEmpty(); i += 2)
+        if (tables[i]->name == family) tables = {tables[i], tables[i + 1]};
+    return {tables, year.isEmpty() ? contains(strjournal.jou_cle, u'/' + number)
+                                   : startsWith(strjournal.jou_cle, year + u'/' + number)};
+}
+
+Selection selectionOf(const TrailSubject& subject) {
+    const QString key = subject.key.trimmed();
+    switch (subject.kind) {
+    case TrailSubject::Kind::Unit: {
+        const Immatriculation unit = Immatriculation::fromText(key);
+        return {{&strproduit, &strconform}, keyed(unit.century() + u'/' + unit.number())};
+    }
+    case TrailSubject::Kind::Article:
+        return {{&strarticle, &strartlpp, &strpan}, keyed(key)};
+    case TrailSubject::Kind::Client: {
+        const QString code = padded(key, 6);
+        return {{&strclient, &strbl, &strtarifclt}, keyed(code) || startsWith(strjournal.jou_cle, code + u'/')};
+    }
+    case TrailSubject::Kind::Supplier:
+        return {{&strfournis}, keyed(padded(key, 6))};
+    case TrailSubject::Kind::Document:
+        return documents(key);
+    case TrailSubject::Kind::Everything:
+        break;
+    }
+    return {};
+}
+
+Criterion between(const QString& firstDay, const QString& lastDay) {
+    const auto day = [](const QString& text, const char* option) {
+        if (!isEmptyDate(text) && !dateFromText(text).isValid())
+            throw Refusal(QStringLiteral("Date incorrecte : %1").arg(text), QString::fromLatin1(option));
+        return sortKey(text);
+    };
+    Criterion days;
+    if (const QString first = day(firstDay, "du"); !first.isEmpty()) days = days && strjournal.jou_dat >= first;
+    if (const QString last = day(lastDay, "au"); !last.isEmpty()) days = days && strjournal.jou_dat <= last;
+    return days;
+}
+
+/// A stored value as the screens show it: amounts with two decimals at least.
+QString spoken(const Field& field, const QString& value) {
+    if (field.kind != Field::Kind::Number || value.isEmpty()) return value;
+    const Decimal number = Decimal::fromText(value);
+    const bool isAmount = field.scale == Number::Money && number.rounded(2) == number;
+    return isAmount ? number.toFixed(2).replace(u'.', u',') : shown(number);
+}
+
+QString changeText(const Table& table, const Field& field, const QJsonValue& value) {
+    const QString title = fieldTitle(table.name, field.name) + QStringLiteral(" : ");
+    if (!value.isArray()) return title + spoken(field, value.toString());
+    return title + spoken(field, value[0].toString()) + QStringLiteral(" -> ") + spoken(field, value[1].toString());
+}
+
+/// A date's twin to sort by, which says nothing more to a reader.
+bool isSortTwin(const Field& field) { return field.name.startsWith(u"tri_"); }
+
+/// What an entry tells, a line a field in the order of the table.
+QStringList texts(const Record& entry, const Table& table) {
+    QStringList lines;
+    if (entry[strjournal.jou_gen] == u"C") lines.append(QStringLiteral("Création"));
+    if (entry[strjournal.jou_gen] == u"S") lines.append(QStringLiteral("Suppression"));
+    const QJsonObject values = QJsonDocument::fromJson(entry[strjournal.jou_val].toUtf8()).object();
+    for (const Field* field : table.fields())
+        if (values.contains(field->name) && !isSortTwin(*field))
+            lines.append(changeText(table, *field, values[field->name]));
+    return lines;
+}
+
+void append(QList<Record>& rows, const Record& entry, const Table& table) {
+    const QString day = entry[strjournal.jou_dat];
+    QString user = entry[strjournal.jou_uti];
+    if (const QString code = entry[strjournal.jou_ope]; !code.isEmpty()) user += QStringLiteral(" (%1)").arg(code);
+    for (const QString& text : texts(entry, table)) {
+        Record row(strhisto);
+        row[strhisto.his_dat] = QStringLiteral("%1/%2/%3").arg(day.mid(6, 2), day.mid(4, 2), day.left(4));
+        row[strhisto.his_heu] = entry[strjournal.jou_heu].left(8);
+        row[strhisto.his_uti] = user;
+        row[strhisto.his_pos] = entry[strjournal.jou_pos];
+        row[strhisto.his_act] = entry[strjournal.jou_act];
+        row[strhisto.his_obj] = tableTitle(table.name) + u' ' + entry[strjournal.jou_cle];
+        row[strhisto.his_txt] = text;
+        rows.append(row);
+    }
+}
+
+/// The journalled tables of a file that a selection asks for.
+QList<const Table*> asked(DataFile file, const Selection& selection) {
+    QList<const Table*> tables = tablesOf(file);
+    if (!tables.contains(&strjournal)) return {};
+    tables.removeIf([&](const Table* table) {
+        return !table->trail() || (!selection.tables.isEmpty() && !selection.tables.contains(table));
+    });
+    return tables;
+}
+
+} // namespace
+
+QList<Record> find(const Session& session, const TrailSubject& subject, const QString& firstDay,
+                   const QString& lastDay) {
+    const Selection selection = selectionOf(subject);
+    const Criterion criterion = selection.criterion && between(firstDay, lastDay);
+    QList<std::pair<Record, const Table*>> entries;
+    for (const CatalogueEntry& entry : catalogue()) {
+        const QList<const Table*> tables = asked(entry.file, selection);
+        const QString path = session.path(entry.file);
+        if (tables.isEmpty() || !QFile::exists(path)) continue;
+        Workspace workspace;
+        for (const Record& row : workspace.open(path).select(strjournal, criterion))
+            for (const Table* table : tables)
+                if (table->name == row[strjournal.jou_tab]) entries.append({row, table});
+    }
+    const auto moment = [](const Record& entry) { return entry[strjournal.jou_dat] + entry[strjournal.jou_heu]; };
+    std::stable_sort(entries.begin(), entries.end(),
+                     [&](const auto& a, const auto& b) { return moment(a.first) < moment(b.first); });
+    QList<Record> rows;
+    for (const auto& [entry, table] : entries) append(rows, entry, *table);
+    return rows;
+}
+
+} // namespace molven::record_trail

@@ -1,0 +1,166 @@
+#include "support/dossier.h"
+
+#include "data/clock.h"
+#include "data/journal.h"
+#include "data/journal_tables.h"
+#include "reference/article_tables.h"
+
+#include <QTemporaryDir>
+
+namespace molven {
+
+namespace {
+
+/// A file of articles and one of lines, which keep a journal each.
+class JournalledFiles : public testing::Test {
+protected:
+    JournalledFiles()
+        : first(folder.filePath(QStringLiteral("articles.mdb"))),
+          second(folder.filePath(QStringLiteral("lignes.mdb"))) {
+        Database::create(first, {&strarticle, &strjournal, &strsceau});
+        Database::create(second, {&strlivl, &strjournal, &strsceau});
+        articles.emplace(workspace.open(first));
+        lines.emplace(workspace.open(second));
+    }
+    ~JournalledFiles() override { Clock::set({}); }
+
+    void add(const char* reference, int price) {
+        Record article(strarticle);
+        article[strarticle.art_ref] = QString::fromLatin1(reference);
+        article[strarticle.art_li1] = QStringLiteral("L'\"ÉTOILE\"");
+        article[strarticle.art_pv1] = Decimal(price);
+        articles->insert(article);
+    }
+
+    /// "C HIP" or "M HIP {...}" of every entry of a file, in order.
+    static QStringList entries(Database file) {
+        QStringList found;
+        for (const Record& row : file.select(strjournal))
+            found.append(
+                (row[strjournal.jou_gen] + u' ' + row[strjournal.jou_cle] + u' ' + row[strjournal.jou_val]).trimmed());
+        return found;
+    }
+
+    /// Two days of work, the former one sealed.
+    void workTwoDays() {
+        Clock::set(QDate(2026, 3, 5));
+        add("HIP", 1);
+        add("CUP", 2);
+        Clock::set(QDate(2026, 3, 6));
+        add("STEM", 3);
+    }
+
+    QTemporaryDir folder;
+    QString first, second;
+    Workspace workspace;
+    std::optional<Database> articles, lines;
+};
+
+} // namespace
+
+TEST_F(JournalledFiles, TellEveryChangeFieldByField) {
+    articles->insert(Record(strarticle));
+    articles->remove(strarticle);
+    add("HIP", 10);
+    add("CUP", 20);
+    articles->update(strarticle,
+                     {{strarticle.art_pv1, QStringLiteral("20")}, {strarticle.art_li1, QStringLiteral("l'\"étoile\"")}},
+                     strarticle.art_ref != QStringLiteral("STEM"));
+    articles->update(strarticle, {{strarticle.art_pv1, QStringLiteral("20.00")}}, {});
+    articles->copyField(strarticle, strarticle.art_ttc, strarticle.art_pv1,
+                        strarticle.art_ref == QStringLiteral("HIP"));
+    Recordset one = articles->select(strarticle, strarticle.art_ref == QStringLiteral("CUP"));
+    one.edit();
+    one[strarticle.art_memo] = QStringLiteral("a\nb");
+    one[strarticle.art_pv1] = Decimal(5);
+    one.update();
+    one.remove();
+    EXPECT_EQ(
+        entries(*articles),
+        QStringList({QStringLiteral("C"), QStringLiteral("S  {}"), QStringLiteral("C HIP"), QStringLiteral("C CUP"),
+                     QStringLiteral(R"(M HIP {"art_pv1":["10","20"],"art_li1":["L'\"ÉTOILE\"","l'\"étoile\""]})"),
+                     QStringLiteral(R"(M CUP {"art_li1":["L'\"ÉTOILE\"","l'\"étoile\""]})"),
+                     QStringLiteral(R"(M HIP {"art_ttc":[null,"20"]})"),
+                     QStringLiteral(R"(M CUP {"art_pv1":["20","5"],"art_memo":["","a\nb"]})"),
+                     QStringLiteral(R"(S CUP {"art_ref":"CUP","art_li1":"l'\"étoile\"","art_pv1":"5",)"
+                                    R"("art_memo":"a\nb"})")}));
+    EXPECT_EQ(one.count(), 0);
+}
+
+TEST_F(JournalledFiles, SayWhoWhenFromWhereAndWhatWasDone) {
+    Clock::set(QDate(2026, 3, 5));
+    {
+        Transaction outer(workspace, QStringLiteral("Réception"));
+        add("HIP", 10);
+        Transaction inner(workspace, QStringLiteral("Modification"));
+        add("CUP", 10);
+        inner.commit();
+        outer.commit();
+    }
+    add("STEM", 10);
+    const Recordset rows = articles->select(strjournal);
+    ASSERT_EQ(rows.count(), 3);
+    for (const Record& row : rows) {
+        EXPECT_EQ(row[strjournal.jou_dat], QStringLiteral("20260305"));
+        EXPECT_EQ(row[strjournal.jou_pos], author::workstation());
+        EXPECT_EQ(row[strjournal.jou_uti], author::systemUser());
+        EXPECT_FALSE(row[strjournal.jou_uti].isEmpty());
+        EXPECT_FALSE(row[strjournal.jou_ver].isEmpty());
+        EXPECT_EQ(row[strjournal.jou_tab], strarticle.name);
+        EXPECT_TRUE(QTime::fromString(row[strjournal.jou_heu].left(12), QStringLiteral("hh:mm:ss.zzz")).isValid());
+    }
+    EXPECT_EQ(rows.at(1)[strjournal.jou_act], QStringLiteral("Réception"));
+    EXPECT_EQ(rows.at(1)[strjournal.jou_heu], rows.at(0)[strjournal.jou_heu]);
+    EXPECT_EQ(rows.at(2)[strjournal.jou_act], QString());
+}
+
+TEST_F(JournalledFiles, HoldWhatWasWrittenAndNothingElse) {
+    add("HIP", 10);
+    {
+        Transaction abandoned(workspace);
+        add("CUP", 10);
+        lines->insert(Record(strlivl));
+    }
+    Workspace other;
+    Recordset theirs = other.open(first).select(strarticle);
+    theirs.edit();
+    theirs[strarticle.art_li1] = QStringLiteral("A");
+    articles->update(strarticle, {{strarticle.art_li1, QStringLiteral("B")}}, {});
+    EXPECT_EQ(test::dataErrorOf([&] { theirs.update(); }), DataError::RecordChanged);
+    EXPECT_NE(test::dataErrorOf([&] { add("HIP", 10); }), 0) << "the reference is taken";
+    EXPECT_EQ(entries(*articles).size(), 2);
+    EXPECT_TRUE(entries(*lines).isEmpty());
+    lines->insert(Record(strlivl));
+    EXPECT_EQ(entries(*lines).size(), 1) << "the entry belongs to the file of its record";
+    EXPECT_EQ(entries(*articles).size(), 2);
+}
+
+TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
+    workTwoDays();
+    EXPECT_EQ(Journal::faults(*articles), QStringList());
+    for (const char* tampering :
+         {"update strjournal set jou_uti='AUTRE' where rowid=1",
+          "update strjournal set jou_val='x',jou_cle='' where rowid=2", "delete from strjournal where rowid=1",
+          "delete from strjournal where rowid=2", "insert into strjournal (rowid,jou_dat) values (-1,'20260305')",
+          "delete from strsceau", "update strsceau set sce_dat='20260304'",
+          "update strjournal set rowid=0 where rowid=1"}) {
+        Transaction undone(workspace);
+        articles->firstValue(QString::fromLatin1(tampering));
+        EXPECT_EQ(Journal::faults(*articles).size(), 1) << tampering;
+    }
+    EXPECT_EQ(Journal::faults(*articles), QStringList());
+}
+
+TEST_F(JournalledFiles, DaysThatGoBackwardsAreSealedToo) {
+    workTwoDays();
+    Clock::set(QDate(2026, 3, 5));
+    add("NECK", 4);
+    Clock::set(QDate(2026, 3, 7));
+    add("HEAD", 4);
+    EXPECT_EQ(articles->count(strsceau), 3);
+    EXPECT_EQ(Journal::faults(*articles), QStringList());
+    articles->firstValue(QStringLiteral("delete from strsceau where rowid=2"));
+    EXPECT_FALSE(Journal::faults(*articles).isEmpty());
+}
+
+} // namespace molven
