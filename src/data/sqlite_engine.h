@@ -11,6 +11,8 @@ constexpr int ApplicationId = 0x4D4F4C56;
 /// Raised when the layout of the tables changes.
 constexpr int SchemaVersion = 1;
 constexpr int BusyTimeoutMs = 10'000;
+/// Number of the DataError for a file that another workstation is writing.
+constexpr int Busy = 5;
 
 enum class Opening { Existing, New };
 
