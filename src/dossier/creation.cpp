@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "data/errors.h"
+#include "data/file_rights.h"
 #include "dossier/files.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
@@ -93,7 +94,9 @@ bool holdsInstallation(const QString& folder) {
 }
 
 void makeFolder(const QString& folder) {
+    if (QDir(folder).exists()) return;
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
+    keepFromOthers(folder);
 }
 
 /// Fills the folder of a new installation.
@@ -122,6 +125,7 @@ void buildWhole(const QString& folder, const Build& builder) {
     QTemporaryDir built(folder + QStringLiteral("/.creation-XXXXXX"));
     if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
     builder(built.path());
+    keepAllFromOthers(built.path());
     const auto parts = QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     for (const QString& part : parts)
         if (!QDir().rename(built.filePath(part), folder + u'/' + part))
@@ -130,7 +134,10 @@ void buildWhole(const QString& folder, const Build& builder) {
 
 void list(const Session& session, const Options& options, const QString& dataFolder) {
     const QString societe = session.path(DataFile::Societe);
-    if (!QFile::exists(societe)) Database::create(societe, tablesOf(DataFile::Societe));
+    if (!QFile::exists(societe)) {
+        Database::create(societe, tablesOf(DataFile::Societe));
+        keepFromOthers(societe);
+    }
     Workspace workspace;
     insertRows(workspace.open(societe), strsociete,
                {{options.name, dataFolder + u'\\', options.code.toUpper(), QStringLiteral("**")}});
