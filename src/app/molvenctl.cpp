@@ -6,15 +6,16 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+#include <cstdio>
+
 using namespace molven;
 
 namespace molven::ctl {
 
 void say(const QString& line) { QTextStream(stdout) << line << Qt::endl; }
+void complain(const QString& line) { QTextStream(stderr) << line << Qt::endl; }
 
 namespace {
-
-void complain(const QString& line) { QTextStream(stderr) << line << Qt::endl; }
 
 int usage(const QList<Command>& commands) {
     complain(QStringLiteral("usage : molvenctl MOT DIR [options]"));
@@ -42,7 +43,9 @@ int runCommand(const Command& command, const QStringList& call) {
         return 2;
     }
     try {
-        return command.run(parser, arguments);
+        const int code = command.run(parser, arguments);
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+        complain(QStringLiteral("Impossible d'écrire le résultat en entier"));
     } catch (const Refusal& refusal) {
         complain(refusal.text.trimmed());
     } catch (const DataError& error) {
@@ -60,7 +63,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
     const QList<ctl::Command> commands{ctl::createCommand(), ctl::demoCommand(),   ctl::checkCommand(),
                                        ctl::traceCommand(),  ctl::recallCommand(), ctl::journalCommand(),
-                                       ctl::importCommand(), ctl::exportCommand()};
+                                       ctl::importCommand(), ctl::exportCommand(), ctl::restoreCommand()};
     QStringList call = QCoreApplication::arguments();
     const QString word = call.value(1);
     for (const ctl::Command& command : commands) {

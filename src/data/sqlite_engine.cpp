@@ -2,6 +2,7 @@
 
 #include "data/collation.h"
 #include "data/format.h"
+#include "data/sqlite_disk.h"
 
 #include <QFileInfo>
 
@@ -56,7 +57,7 @@ QString described(int code) {
 sqlite3* connect(const QString& path, Opening opening) {
     sqlite3* connection = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (opening == Opening::New ? SQLITE_OPEN_CREATE : 0);
-    if (sqlite3_open_v2(path.toUtf8().constData(), &connection, flags, nullptr) != SQLITE_OK) {
+    if (sqlite3_open_v2(path.toUtf8().constData(), &connection, flags, disk()) != SQLITE_OK) {
         const DataError error = fault(connection);
         sqlite3_close(connection);
         throw error;
@@ -70,7 +71,9 @@ sqlite3* connect(const QString& path, Opening opening) {
 
 DataError fault(sqlite3* connection) {
     const int number = sqlite3_errcode(connection);
-    return DataError(number, described(number), {{number, QString::fromUtf8(sqlite3_errmsg(connection))}});
+    const QString objection = takeObjection();
+    return DataError(number, objection.isEmpty() ? described(number) : objection,
+                     {{number, QString::fromUtf8(sqlite3_errmsg(connection))}});
 }
 
 void requireFile(const QString& path) {

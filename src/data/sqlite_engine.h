@@ -11,6 +11,8 @@ constexpr int ApplicationId = 0x4D4F4C56;
 /// Raised when the layout of the tables changes: older files are brought to it when they are opened.
 constexpr int SchemaVersion = 2;
 constexpr int BusyTimeoutMs = 10'000;
+/// Number of the DataError for a file that another workstation is writing.
+constexpr int Busy = 5;
 
 enum class Opening { Existing, New };
 

@@ -11,7 +11,6 @@
 #include "stock/units.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QSet>
 
 namespace molven::check {
@@ -143,16 +142,6 @@ void checkInvoicedNotes(Database vente, Database historic, Faults& faults) {
     }
 }
 
-/// Patients are named in the files: nobody but their owner and its group may read them.
-void checkAccess(const Session& session, Faults& faults) {
-#ifndef Q_OS_WIN // where the folder's own rights are not told by a file's
-    for (const CatalogueEntry& entry : catalogue())
-        if (QFileInfo(session.path(entry.file)).permission(QFile::ReadOther) &&
-            QFileInfo(QFileInfo(session.path(entry.file)).path()).permission(QFile::ExeOther))
-            faults.append({entry.name, entry.name, QStringLiteral("lisible par tous les utilisateurs du poste")});
-#endif
-}
-
 } // namespace
 
 QList<Fault> run(const Session& session) {
@@ -177,7 +166,6 @@ QList<Fault> run(const Session& session) {
     }
     checkUnits(molven, vente, historic, ancillaire, faults);
     checkInvoicedNotes(vente, historic, faults);
-    checkAccess(session, faults);
     return faults;
 }
 

@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "data/errors.h"
+#include "data/file_rights.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
@@ -92,16 +93,9 @@ bool holdsInstallation(const QString& folder) {
 }
 
 void makeFolder(const QString& folder) {
+    if (QDir(folder).exists()) return;
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
-}
-
-/// A folder for data, which name patients: closed to all but the owner and its group.
-void makeDataFolder(const QString& folder) {
-    makeFolder(folder);
-    const auto own = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    const auto shared = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup;
-    if (!QFile::setPermissions(folder, own | shared))
-        throw Refusal(QStringLiteral("Impossible de protéger le dossier %1").arg(folder));
+    keepFromOthers(folder);
 }
 
 /// Fills the folder of a new installation.
@@ -111,13 +105,13 @@ void build(const QString& folder, const Options& options) {
     session.chemin_base = folder + QStringLiteral("/data/");
     session.chemin_tri = folder + QStringLiteral("/tri/");
     session.chemin_gv = folder + QStringLiteral("/gv/");
-    makeDataFolder(session.chemin_base);
-    makeDataFolder(session.chemin_tri);
+    makeFolder(session.chemin_base);
+    makeFolder(session.chemin_tri);
     createFiles(session, {Folder::Base, Folder::User, Folder::Sales, Folder::Work}, options);
     writeLine(session.programFile(QStringLiteral("CHEMIN.HC")), QStringLiteral("data\\"));
     writeLine(session.programFile(QStringLiteral("TRI.HC")), QStringLiteral("tri\\"));
     if (!CompanyRules(options.code, {}).readsSecondSiteFolder()) return;
-    makeDataFolder(session.chemin_gv);
+    makeFolder(session.chemin_gv);
     for (const DataFile file : {DataFile::Vente, DataFile::Historic})
         Database::create(session.chemin_gv + catalogueEntry(file).name, tablesOf(file));
     writeLine(session.programFile(QStringLiteral("CHEMIN_GV.HC")), QStringLiteral("gv\\"));
@@ -130,6 +124,7 @@ void buildWhole(const QString& folder, const Build& builder) {
     QTemporaryDir built(folder + QStringLiteral("/.creation-XXXXXX"));
     if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
     builder(built.path());
+    keepAllFromOthers(built.path());
     const auto parts = QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     for (const QString& part : parts)
         if (!QDir().rename(built.filePath(part), folder + u'/' + part))
@@ -138,7 +133,10 @@ void buildWhole(const QString& folder, const Build& builder) {
 
 void list(const Session& session, const Options& options, const QString& dataFolder) {
     const QString societe = session.path(DataFile::Societe);
-    if (!QFile::exists(societe)) Database::create(societe, tablesOf(DataFile::Societe));
+    if (!QFile::exists(societe)) {
+        Database::create(societe, tablesOf(DataFile::Societe));
+        keepFromOthers(societe);
+    }
     Workspace workspace;
     insertRows(workspace.open(societe), strsociete,
                {{options.name, dataFolder + u'\\', options.code.toUpper(), QStringLiteral("**")}});
@@ -153,7 +151,7 @@ Session addDossier(const Options& options) {
     buildWhole(options.folder, [&](const QString& folder) {
         Session session;
         session.chemin_base = folder + u'/' + name + u'/';
-        makeDataFolder(session.chemin_base);
+        makeFolder(session.chemin_base);
         createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options);
     });
     if (!QFile::exists(first.path(DataFile::Societe)))

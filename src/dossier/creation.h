@@ -13,7 +13,8 @@ struct Options {
 
 /// Makes a new installation in a folder that holds none: folder files, data and work folders, every database
 /// file with its tables and the entries a dossier cannot do without. With `addToSocieties`, a folder that holds
-/// an installation gets one more dossier instead. Whole or not at all. Throws Refusal. Answers the session of the
+/// an installation gets one more dossier instead. Whole or not at all. What it makes is for
+/// its owner and its group alone, since it will hold patients. Throws Refusal. Answers the session of the
 /// dossier made.
 Session create(const Options& options);
 

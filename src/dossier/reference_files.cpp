@@ -9,6 +9,7 @@
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
 
+#include <algorithm>
 #include <functional>
 
 namespace molven::reference_files {
@@ -34,6 +35,7 @@ struct Kind {
     QString word;
     const Table& table;
     QList<const Text*> key;
+    QList<const Field*> computed; ///< written by receipts and documents, never by a file
     Record (*blank)(Files&);
     Before (*find)(Files&, const Record&);
     void (*write)(Files&, const Record&, const Before&);
@@ -62,6 +64,7 @@ const QList<Kind>& all() {
         {QStringLiteral("articles"),
          strarticle,
          {&strarticle.art_ref},
+         {&strarticle.art_stk, &strarticle.art_pam, &strarticle.art_dpa, &strarticle.art_cdec, &strarticle.art_cdef},
          [](Files&) { return articles::blank(); },
          [](Files& files, const Record& record) { return articles::find(files.molven, record[strarticle.art_ref]); },
          [](Files& files, const Record& record, const Before& before) {
@@ -70,6 +73,7 @@ const QList<Kind>& all() {
         {QStringLiteral("clients"),
          strclient,
          {&strclient.clt_cod},
+         {},
          [](Files& files) { return parties::blankClient(files.molven); },
          [](Files& files, const Record& record) {
              return parties::findClient(files.molven, record[strclient.clt_cod]);
@@ -80,6 +84,7 @@ const QList<Kind>& all() {
         {QStringLiteral("fournisseurs"),
          strfournis,
          {&strfournis.fou_cod},
+         {},
          [](Files& files) { return parties::blankSupplier(files.molven); },
          [](Files& files, const Record& record) {
              return parties::findSupplier(files.molven, record[strfournis.fou_cod]);
@@ -87,10 +92,20 @@ const QList<Kind>& all() {
          [](Files& files, const Record& record, const Before& before) {
              parties::saveSupplier(files.molven, record, before);
          }},
-        {QStringLiteral("lpp"), strlpp, code_tables::lppCodes().key, blankOf<code_tables::lppCodes>,
-         findIn<code_tables::lppCodes>, writeIn<code_tables::lppCodes>},
-        {QStringLiteral("tarifs"), strtarifclt, code_tables::clientTariffs().key, blankOf<code_tables::clientTariffs>,
-         findIn<code_tables::clientTariffs>, writeIn<code_tables::clientTariffs>}};
+        {QStringLiteral("lpp"),
+         strlpp,
+         code_tables::lppCodes().key,
+         {},
+         blankOf<code_tables::lppCodes>,
+         findIn<code_tables::lppCodes>,
+         writeIn<code_tables::lppCodes>},
+        {QStringLiteral("tarifs"),
+         strtarifclt,
+         code_tables::clientTariffs().key,
+         {},
+         blankOf<code_tables::clientTariffs>,
+         findIn<code_tables::clientTariffs>,
+         writeIn<code_tables::clientTariffs>}};
     return kinds;
 }
 
@@ -103,23 +118,33 @@ const Kind& kindOf(const QString& word) {
 /// The fields named by the header, in its order; null where the name is unknown, which is a fault.
 QList<const Field*> fieldsOf(const Kind& kind, const csv::Row& header, QList<Fault>& faults) {
     QList<const Field*> fields;
+    if (!header.fault.isEmpty()) faults.append({header.line, header.fault});
     for (const QString& name : header.cells) {
-        fields.append(kind.table.field(name));
-        if (!fields.last()) faults.append({header.line, QStringLiteral("champ inconnu : ") + name});
+        const Field* field = kind.table.field(name);
+        if (!field) faults.append({header.line, QStringLiteral("champ inconnu : ") + name});
+        if (field && fields.contains(field)) faults.append({header.line, QStringLiteral("champ en double : ") + name});
+        fields.append(field);
     }
     for (const Text* key : kind.key)
         if (!fields.contains(key)) faults.append({header.line, QStringLiteral("champ absent : ") + key->name});
     return fields;
 }
 
+/// What a stored number holds exactly; a price needs no more.
+constexpr int MostDigits = 15;
+
 void put(Record& record, const Field& field, const QString& cell) {
     if (field.kind != Field::Kind::Number || cell.isEmpty()) return record.set(field, cell);
     const auto number = Decimal::parse(cell);
-    if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + cell, field.name);
+    if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + cell.left(40), field.name);
+    if (std::count_if(cell.begin(), cell.end(), [](QChar c) { return c.isDigit(); }) > MostDigits)
+        throw Refusal(QStringLiteral("Nombre de plus de %1 chiffres : %2...").arg(MostDigits).arg(cell.left(20)),
+                      field.name);
     record.set(field, number->toString());
 }
 
 void writeRow(Files& files, const Kind& kind, const QList<const Field*>& fields, const csv::Row& row) {
+    if (!row.fault.isEmpty()) throw Refusal(row.fault);
     if (row.cells.size() != fields.size())
         throw Refusal(QStringLiteral("%1 colonnes au lieu de %2").arg(row.cells.size()).arg(fields.size()));
     Record keyed(kind.table);
@@ -127,7 +152,8 @@ void writeRow(Files& files, const Kind& kind, const QList<const Field*>& fields,
         if (kind.key.contains(static_cast<const Text*>(fields[i]))) put(keyed, *fields[i], row.cells[i]);
     const Before before = kind.find(files, keyed);
     Record record = before ? *before : kind.blank(files);
-    for (qsizetype i = 0; i < fields.size(); ++i) put(record, *fields[i], row.cells[i]);
+    for (qsizetype i = 0; i < fields.size(); ++i)
+        if (!kind.computed.contains(fields[i])) put(record, *fields[i], row.cells[i]);
     kind.write(files, record, before);
 }
 
@@ -152,6 +178,8 @@ Outcome bringIn(const Session& session, const QString& word, const QByteArray& f
     if (rows.isEmpty()) throw Refusal(QStringLiteral("Le fichier est vide"));
     const QList<const Field*> fields = fieldsOf(kind, rows.first(), outcome.faults);
     if (!outcome.faults.isEmpty()) return outcome;
+    for (const Field* field : fields)
+        if (kind.computed.contains(field)) outcome.ignored.append(field->name);
     Files files(session);
     Transaction transaction(files.workspace, QStringLiteral("Importation"));
     QHash<QString, int> seen;

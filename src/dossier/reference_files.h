@@ -20,10 +20,12 @@ struct Fault {
 struct Outcome {
     qint64 written = 0;
     QList<Fault> faults; ///< when there is one, nothing is written
+    QStringList ignored; ///< fields given that the program keeps itself, such as the stock
 };
 
 /// Brings a CSV file in, all or nothing: a header of field names, then a record a row, new or replacing the fields
-/// given of the record with its key. Each row passes the checks of its screen. Throws Refusal for an unknown kind.
+/// given of the record with its key. Each row passes the checks of its screen. Fields that receipts and documents keep
+/// are not taken. Throws Refusal for an unknown kind.
 Outcome bringIn(const Session& session, const QString& kind, const QByteArray& file);
 
 /// The whole table as a CSV file that bringIn() takes. Throws Refusal for an unknown kind.

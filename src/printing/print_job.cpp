@@ -1,13 +1,13 @@
 #include "printing/print_job.h"
 
-#include "data/errors.h"
+#include "data/safe_file.h"
 
+#include <QBuffer>
 #include <QFontMetricsF>
 #include <QMarginsF>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -59,9 +59,9 @@ void PrintJob::paint(QPainter& painter, int page) const {
 }
 
 void PrintJob::savePdf(const QString& path) const {
-    QSaveFile file(path); // a full disk leaves the file of before
-    if (!file.open(QIODevice::WriteOnly))
-        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
+    QByteArray bytes;
+    QBuffer file(&bytes);
+    file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
     writer.setTitle(title_);
     writer.setPageSize(QPageSize(QPageSize::A4));
@@ -74,8 +74,7 @@ void PrintJob::savePdf(const QString& path) const {
         paint(painter, page);
     }
     painter.end();
-    if (!file.commit())
-        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
+    writeWhole(path, bytes);
 }
 
 } // namespace molven

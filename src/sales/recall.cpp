@@ -8,6 +8,8 @@
 #include "sales/document_tables.h"
 #include "stock/units.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace molven::recall {
@@ -110,6 +112,16 @@ QList<Record> find(const Session& session, const RecallQuery& query) {
     std::stable_sort(found.begin(), found.end(),
                      [](const Record& a, const Record& b) { return a[strrappel.rap_clt] < b[strrappel.rap_clt]; });
     return found;
+}
+
+QString letterName(const RecallQuery& query, const QString& hospital, const QDate& day) {
+    static const QRegularExpression unusable(QStringLiteral("[^\\w .-]"),
+                                             QRegularExpression::UseUnicodePropertiesOption);
+    QString subject;
+    for (const QString& part : {query.lot, query.supplierReference, query.reference})
+        if (subject.isEmpty()) subject = part.trimmed();
+    return QStringLiteral("RAPPEL-%1-%2-%3.pdf")
+        .arg(hospital, subject.replace(unusable, QStringLiteral("_")), day.toString(QStringLiteral("yyyyMMdd")));
 }
 
 } // namespace molven::recall

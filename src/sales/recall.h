@@ -4,6 +4,7 @@
 #include "data/schema.h"
 #include "shell/session.h"
 
+#include <QDate>
 #include <QList>
 
 namespace molven {
@@ -43,6 +44,10 @@ namespace recall {
 /// Every unit concerned, current and archived together, by hospital then immatriculation. Throws Refusal when nothing
 /// is asked, a date is none, or no unit is found.
 QList<Record> find(const Session& session, const RecallQuery& query);
+
+/// File name of the letter to a hospital: "RAPPEL-000001-LOT 12-20260315.pdf", with the first of lot, supplier's
+/// reference and article that is given. What no file name can hold becomes "_".
+QString letterName(const RecallQuery& query, const QString& hospital, const QDate& day);
 
 } // namespace recall
 } // namespace molven

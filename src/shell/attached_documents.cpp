@@ -1,6 +1,7 @@
 #include "shell/attached_documents.h"
 
 #include "data/errors.h"
+#include "data/safe_file.h"
 #include "shell/folder_files.h"
 
 #include <QDesktopServices>
@@ -66,8 +67,10 @@ void copyInto(const QString& folder, const QString& file) {
         throw Refusal(QStringLiteral("Le chemin du fichier à ouvrir est incorrect."));
     const QString target = QDir(folder).filePath(QFileInfo(file).fileName());
     if (QFile::exists(target)) throw Refusal(QStringLiteral("Ce document existe déjà : ") + QFileInfo(file).fileName());
-    if (!QFile::copy(file, target))
+    QFile original(file);
+    if (!original.open(QIODevice::ReadOnly))
         throw Refusal(QStringLiteral("Impossible de copier le document ") + QFileInfo(file).fileName());
+    writeWhole(target, original.readAll(), Existing::Refuse);
 }
 
 } // namespace molven::attached_documents

@@ -1,10 +1,10 @@
 #include "shell/folder_files.h"
 
 #include "data/errors.h"
+#include "data/safe_file.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 namespace molven {
@@ -42,12 +42,6 @@ std::optional<QString> folderFrom(const QString& programFolder, const QString& f
     return usableFolder(programFolder, *line);
 }
 
-void writeLine(const QString& path, const QString& line) {
-    QSaveFile file(path);
-    const QByteArray bytes = line.toUtf8() + "\r\n";
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2")
-                          .arg(QDir::toNativeSeparators(path), file.errorString()));
-}
+void writeLine(const QString& path, const QString& line) { writeWhole(path, line.toUtf8() + "\r\n"); }
 
 } // namespace molven

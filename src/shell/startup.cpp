@@ -29,7 +29,16 @@ void readSecondSite(Session& session) {
         session.chemin_gv = requiredFolder(session, QStringLiteral("CHEMIN_GV.HC"));
 }
 
+/// A dossier whose files are half of one backup and half of another day must not be worked in.
+void requireWhole(const Session& session) {
+    if (QFile::exists(session.chemin_base + RestorationMark))
+        throw Refusal(QStringLiteral("La reprise d'une sauvegarde n'est pas terminée dans %1 : recommencez « molvenctl "
+                                     "restaurer ».")
+                          .arg(QDir::toNativeSeparators(session.chemin_base)));
+}
+
 Record companyRecord(const Session& session) {
+    requireWhole(session);
     Workspace workspace;
     const auto record = workspace.open(session.molven()).find(strspecif, {});
     if (!record) throw DataError(DataError::NoCurrentRecord, QStringLiteral("La table strspecif est vide."));

@@ -10,8 +10,11 @@ namespace molven {
 /// The steps from an empty session to an open dossier.
 namespace startup {
 
-/// Login window: data folder and company code. Throws Refusal when CHEMIN.HC is missing, DataError when the
-/// data cannot be read.
+/// Lies in a data folder while the files of a backup are being put there; the dossier does not open meanwhile.
+inline const QString RestorationMark = QStringLiteral("RESTAURATION.HC");
+
+/// Login window: data folder and company code. Throws Refusal when CHEMIN.HC is missing or a restoration is not
+/// finished, DataError when the data cannot be read.
 void readCompany(Session& session);
 
 /// Main window: work folder, second site's folder; false when the user must choose a dossier first, true when
@@ -25,7 +28,7 @@ QList<Record> dossiers(const Session& session);
 /// Returns nothing: the session holds the dossier's folders.
 void chooseDossier(Session& session, const Record& dossier, const QString& typedWord);
 
-/// Reads the company's values into the session. Throws DataError.
+/// Reads the company's values into the session. Throws DataError, and Refusal while a restoration is not finished.
 void openDossier(Session& session);
 
 /// Title of the main window of the open dossier.

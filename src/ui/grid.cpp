@@ -1,6 +1,7 @@
 #include "ui/grid.h"
 
 #include "data/csv.h"
+#include "data/safe_file.h"
 #include "ui/form.h"
 
 #include <QApplication>
@@ -10,7 +11,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QSaveFile>
 #include <QToolButton>
 
 namespace molven {
@@ -178,12 +178,7 @@ void Grid::exportCsv() {
     const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Exporter la liste"), QString(),
                                                       QStringLiteral("Fichiers CSV (*.csv)"));
     if (path.isEmpty()) return;
-    guarded([&] {
-        QSaveFile file(path);
-        const QByteArray bytes = molven::csv::file(csv());
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-            throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(path, file.errorString()));
-    });
+    guarded([&] { writeWhole(path, molven::csv::file(csv())); });
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {

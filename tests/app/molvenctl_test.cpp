@@ -94,4 +94,22 @@ TEST(Molvenctl, TellsWhoChangedWhatAndFindsAnAlteredJournal) {
     EXPECT_TRUE(molvenctl({"check", home}).out.contains(QStringLiteral("scellés le 01/01/2001")));
 }
 
+TEST(Molvenctl, WritesOverNothingUnaskedAndTellsWhatItCouldNotWrite) {
+    test::Dossier dossier;
+    const QString home = dossier.folder(), file = home + QStringLiteral("/lpp.csv");
+    EXPECT_EQ(molvenctl({"export", home, "lpp", file}).code, 0);
+    const Outcome again = molvenctl({"export", home, "lpp", file});
+    EXPECT_EQ(again.code, 1);
+    EXPECT_TRUE(again.err.contains(QStringLiteral("--remplacer"))) << again.err.toStdString();
+    EXPECT_EQ(molvenctl({"export", home, "lpp", file, "--remplacer"}).code, 0);
+    EXPECT_EQ(molvenctl({"export", home, "lpp", QStringLiteral("/dev/null"), "--remplacer"}).code, 1);
+    EXPECT_EQ(molvenctl({"import", home, "articles", file}).code, 1);
+    QProcess onFullDisk;
+    onFullDisk.setStandardOutputFile(QStringLiteral("/dev/full"));
+    onFullDisk.start(QStringLiteral(MOLVEN_PROGRAMS "/molvenctl"), {"check", home});
+    EXPECT_TRUE(onFullDisk.waitForFinished(60'000));
+    EXPECT_EQ(onFullDisk.exitCode(), 1);
+    EXPECT_EQ(molvenctl({"restaurer", home, home + QStringLiteral("/rien")}).code, 1);
+}
+
 } // namespace molven

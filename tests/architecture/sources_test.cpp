@@ -81,6 +81,12 @@ TEST(Sources, CompareCompanyCodesAndAskTheDateInOnePlaceOnly) {
     }
 }
 
+TEST(Sources, ReplaceFilesInOnePlaceOnly) {
+    for (const QString& path : sources())
+        EXPECT_FALSE(relative(path) != u"data/safe_file.cpp" && textOf(path).contains(QStringLiteral("QSaveFile")))
+            << path.toStdString();
+}
+
 TEST(Sources, HaveNoSqlAboveTheDataLayerAndNoWidgetBelowTheWindows) {
     static const QRegularExpression sql(QStringLiteral("\"(select|insert into|update|delete from|pragma) "),
                                         QRegularExpression::CaseInsensitiveOption);

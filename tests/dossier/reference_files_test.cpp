@@ -48,6 +48,10 @@ TEST(ReferenceFiles, ComeInWholeOrNotAtAllWithEachFaultyLine) {
               QStringLiteral("99.9"));
     EXPECT_EQ(bringIn("lpp", "lpp_lib;inconnu\nx;y\n"),
               QStringLiteral("1 champ inconnu : inconnu|1 champ absent : lpp_code"));
+    EXPECT_EQ(bringIn("lpp", "lpp_code;lpp_lib;LPP_LIB\nx;y;z\n"), QStringLiteral("1 champ en double : LPP_LIB"));
+    EXPECT_EQ(bringIn("lpp", "lpp_code;lpp_lib;lpp_ttc\n7;A;" + QByteArray(400, '9') + "\n8;\"B;1\n9;C;1\n"),
+              QStringLiteral("2 Nombre de plus de 15 chiffres : %1...|3 guillemet ouvert et jamais fermé")
+                  .arg(QString(20, u'9')));
     EXPECT_EQ(bringIn("clients", "clt_cod;clt_nom;clt_rgt\n3;CLINIQUE NEUVE;01\n1;;01\n"),
               QStringLiteral("3 Nom obligatoire"));
     EXPECT_EQ(bringIn("clients", "clt_cod;clt_tel1\n1;0400000000\n"), QStringLiteral("1"));
@@ -61,6 +65,47 @@ TEST(ReferenceFiles, ComeInWholeOrNotAtAllWithEachFaultyLine) {
               QStringLiteral("2 Type F/N/G obligatoire"));
     EXPECT_EQ(bringIn("articles", "art_ref;art_li1\n" + QByteArray(60, 'R') + ";X\n").left(1), QStringLiteral("2"));
     EXPECT_EQ(refusalOf([&] { bringIn("autre", "a\n"); }).left(16), QStringLiteral("Fichier inconnu "));
+}
+
+TEST(CsvFiles, TellEachRowThatCannotBeRead) {
+    const auto faults = [](const QByteArray& bytes) {
+        QStringList told;
+        for (const csv::Row& row : csv::read(bytes))
+            if (!row.fault.isEmpty()) told.append(QStringLiteral("%1 %2").arg(row.line).arg(row.fault));
+        return told.join(u'|');
+    };
+    EXPECT_EQ(faults("a;b\n1;\"deux\n3;4\n5;6\n"), QStringLiteral("2 guillemet ouvert et jamais fermé"));
+    EXPECT_EQ(faults("a;b\n1;\"deux\n3;\"4\n5;6\n"), QStringLiteral("2 texte derrière un guillemet fermant"));
+    EXPECT_EQ(faults("\xC3\xA9t\xC3\xA9;b\nH\xD4PITAL;2\nx;y\n"),
+              QStringLiteral("2 caractère illisible : la ligne n'est pas en UTF-8 comme le reste du fichier"));
+    EXPECT_EQ(faults(QByteArray("a;b\n1;x\0y\n", 10)), QStringLiteral("2 caractère interdit, de code 0"));
+    EXPECT_EQ(faults("a;b\n1;\x81\n"), QStringLiteral("2 caractère interdit, de code 129"));
+    EXPECT_EQ(faults("a;b\n1;" + QByteArray(40'000, 'x') + "\n"),
+              QStringLiteral("2 texte trop long : 40000 caractères, 32767 au plus"));
+    EXPECT_EQ(faults("a;b\r\n\"un\r\ndeux\" ;\tx\r\n"), QString());
+}
+
+TEST(CsvFiles, ShowFormulasWithoutRunningThemAndReadThemBack) {
+    const QStringList cells{"=cmd|' /C calc'!A0", "+33 (0)4", "@SUM(A1)", "-", "'=1", "''", "L'ESSAI", "-12,5", "+3",
+                            "-1 234,50"};
+    const QString line = csv::line(cells);
+    EXPECT_EQ(line,
+              QStringLiteral("'=cmd|' /C calc'!A0;'+33 (0)4;'@SUM(A1);'-;''=1;'';L'ESSAI;-12,5;+3;-1 234,50\r\n"));
+    EXPECT_EQ(csv::read(line.toUtf8()).first().cells, cells);
+}
+
+TEST(ReferenceFiles, LeaveStockAndAveragePricesToReceipts) {
+    Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), 3);
+    const QString articles = QStringLiteral("articles");
+    const QByteArray file = reference_files::takeOut(dossier.session, articles);
+    dossier.receive(QStringLiteral("HIP"), 2);
+    const QByteArray later = reference_files::takeOut(dossier.session, articles);
+    EXPECT_NE(later, file);
+    const auto outcome = reference_files::bringIn(dossier.session, articles, file);
+    EXPECT_EQ(outcome.ignored, (QStringList{"art_pam", "art_dpa", "art_stk", "art_cdec", "art_cdef"}));
+    EXPECT_TRUE(outcome.faults.isEmpty());
+    EXPECT_EQ(reference_files::takeOut(dossier.session, articles), later);
 }
 
 TEST(ReferenceFiles, TakenOutOfOneDossierComeIntoAnother) {

@@ -1,4 +1,5 @@
 #include "support/dossier.h"
+#include "support/processes.h"
 
 #include "dossier/check.h"
 #include "sales/documents.h"
@@ -8,39 +9,19 @@
 
 #include <QSet>
 
-#include <csignal>
-#include <sqlite3.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace molven {
 
 using test::Dossier;
+using test::ended;
+using test::Killer;
+using test::station;
 
 namespace {
 
 constexpr int Stations = 2;
 constexpr int DocumentsEach = 25;
-
-/// Runs a workstation in a process of its own; answers how it ended.
-template <class Work>
-pid_t station(const Work& work) {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    try {
-        work();
-        _exit(0);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        _exit(1);
-    }
-}
-
-int ended(pid_t child) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    return status;
-}
 
 /// A delivery note with the first two units in stock: header and lines in one transaction, as one document.
 void deliverTwo(const Session& session) {
@@ -53,50 +34,6 @@ void deliverTwo(const Session& session) {
     document_lines::add(book, header, drafts);
     transaction.commit();
 }
-
-/// Kills this process at the n-th time that the data engine touches the disk, in the midst of a write included.
-class Killer {
-public:
-    static void arm(int n) {
-        left_ = n;
-        sqlite3_vfs* disk = sqlite3_vfs_find(nullptr);
-        for (const char* call : {"pwrite", "pwrite64"}) {
-            const auto original = disk->xGetSystemCall(disk, call);
-            if (!original) continue;
-            (call[6] ? write64_ : write_) = reinterpret_cast<Write>(original);
-            disk->xSetSystemCall(disk, call,
-                                 reinterpret_cast<sqlite3_syscall_ptr>(call[6] ? &killingWrite64 : &killingWrite));
-        }
-        unlink_ = reinterpret_cast<Unlink>(disk->xGetSystemCall(disk, "unlink"));
-        disk->xSetSystemCall(disk, "unlink", reinterpret_cast<sqlite3_syscall_ptr>(&killingUnlink));
-    }
-
-private:
-    using Write = ssize_t (*)(int, const void*, size_t, off_t);
-    using Unlink = int (*)(const char*);
-
-    static bool isLast() { return --left_ == 0; }
-    static ssize_t through(Write write, int file, const void* bytes, size_t size, off_t at) {
-        if (!isLast()) return write(file, bytes, size, at);
-        write(file, bytes, size / 2, at); // torn
-        kill(getpid(), SIGKILL);
-        return -1;
-    }
-    static ssize_t killingWrite(int file, const void* bytes, size_t size, off_t at) {
-        return through(write_, file, bytes, size, at);
-    }
-    static ssize_t killingWrite64(int file, const void* bytes, size_t size, off_t at) {
-        return through(write64_, file, bytes, size, at);
-    }
-    static int killingUnlink(const char* path) {
-        if (isLast()) kill(getpid(), SIGKILL);
-        return unlink_(path);
-    }
-
-    static inline int left_ = 0;
-    static inline Write write_ = nullptr, write64_ = nullptr;
-    static inline Unlink unlink_ = nullptr;
-};
 
 QStringList faultsOf(const Session& session) {
     QStringList lines;

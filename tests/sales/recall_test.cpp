@@ -57,4 +57,13 @@ TEST(Recalls, FindEveryUnitOfALotWhereverItIs) {
     EXPECT_EQ(refused({}), QStringLiteral("Indiquez un lot, une référence fournisseur ou un article"));
 }
 
+TEST(Recalls, NameTheirLettersByHospitalSubjectAndDay) {
+    const QDate day(2026, 3, 15);
+    EXPECT_EQ(recall::letterName({QStringLiteral(" LOT 1/é "), {}, QStringLiteral("HIP"), {}, {}},
+                                 QStringLiteral("000001"), day),
+              QStringLiteral("RAPPEL-000001-LOT 1_é-20260315.pdf"));
+    EXPECT_EQ(recall::letterName({{}, {}, QStringLiteral("HIP"), {}, {}}, QStringLiteral("000002"), day),
+              QStringLiteral("RAPPEL-000002-HIP-20260315.pdf"));
+}
+
 } // namespace molven

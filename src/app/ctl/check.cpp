@@ -2,6 +2,7 @@
 
 #include "dossier/check.h"
 #include "dossier/creation.h"
+#include "dossier/exposure.h"
 
 #include <QCommandLineParser>
 #include <QJsonArray>
@@ -18,7 +19,11 @@ Command checkCommand() {
                 parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
-                const QList<check::Fault> faults = check::run(creation::open(arguments[0]));
+                const Session session = creation::open(arguments[0]);
+                const QList<check::Fault> faults = check::run(session);
+                if (const QStringList exposed = exposure::readableByAll(session); !exposed.isEmpty())
+                    complain(QStringLiteral("avertissement : tout le monde peut lire ") +
+                             exposed.join(QStringLiteral(", ")));
                 QJsonArray array;
                 for (const check::Fault& fault : faults) {
                     array.append(QJsonObject{{QStringLiteral("fichier"), fault.file},

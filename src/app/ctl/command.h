@@ -26,8 +26,11 @@ Command recallCommand();
 Command journalCommand();
 Command importCommand();
 Command exportCommand();
+Command restoreCommand();
 
 /// One line on standard output.
 void say(const QString& line);
+/// One line on standard error.
+void complain(const QString& line);
 
 } // namespace molven::ctl

@@ -1,16 +1,19 @@
 #include "app/ctl/command.h"
 
 #include "data/errors.h"
+#include "data/safe_file.h"
 #include "dossier/creation.h"
 #include "dossier/reference_files.h"
 
 #include <QCommandLineParser>
 #include <QFile>
-#include <QSaveFile>
+#include <QFileInfo>
 
 namespace molven::ctl {
 
 namespace {
+
+const QString Replace = QStringLiteral("remplacer");
 
 QString kindsText() { return reference_files::kinds().join(u'|'); }
 
@@ -19,6 +22,8 @@ int bringIn(const QCommandLineParser&, const QStringList& arguments) {
     if (!file.open(QIODevice::ReadOnly))
         throw Refusal(QStringLiteral("Impossible de lire le fichier %1 : %2").arg(arguments[2], file.errorString()));
     const auto outcome = reference_files::bringIn(creation::open(arguments[0]), arguments[1], file.readAll());
+    if (!outcome.ignored.isEmpty())
+        say(QStringLiteral("champs ignorés, tenus par le programme : ") + outcome.ignored.join(QStringLiteral(", ")));
     for (const reference_files::Fault& fault : outcome.faults)
         say(QStringLiteral("ligne %1 : %2").arg(fault.line).arg(fault.text));
     say(outcome.faults.isEmpty() ? QStringLiteral("enregistrements : %1").arg(outcome.written)
@@ -26,12 +31,14 @@ int bringIn(const QCommandLineParser&, const QStringList& arguments) {
     return outcome.faults.isEmpty() ? 0 : 1;
 }
 
-int takeOut(const QCommandLineParser&, const QStringList& arguments) {
-    const QByteArray bytes = reference_files::takeOut(creation::open(arguments[0]), arguments[1]);
-    QSaveFile file(arguments[2]);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw Refusal(QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(arguments[2], file.errorString()));
-    say(QStringLiteral("fichier écrit : ") + arguments[2]);
+int takeOut(const QCommandLineParser& parser, const QStringList& arguments) {
+    const QString path = arguments[2];
+    const bool replaces = parser.isSet(Replace);
+    if (!replaces && QFileInfo(path).isFile())
+        throw Refusal(QStringLiteral("Le fichier %1 existe déjà : ajoutez --%2 pour le remplacer").arg(path, Replace));
+    writeWhole(path, reference_files::takeOut(creation::open(arguments[0]), arguments[1]),
+               replaces ? Existing::Replace : Existing::Refuse);
+    say(QStringLiteral("fichier écrit : ") + path);
     return 0;
 }
 
@@ -50,7 +57,9 @@ Command exportCommand() {
     return {QStringLiteral("export"),
             QStringLiteral("écrit un fichier CSV : ") + kindsText(),
             QStringLiteral("DIR QUOI FICHIER.csv"),
-            [](QCommandLineParser&) {},
+            [](QCommandLineParser& parser) {
+                parser.addOption({Replace, QStringLiteral("remplace le fichier s'il existe déjà")});
+            },
             takeOut,
             3};
 }

@@ -4,6 +4,7 @@
 #include "data/database.h"
 #include "data/dates.h"
 #include "data/errors.h"
+#include "data/safe_file.h"
 #include "printing/letter.h"
 #include "reference/parties.h"
 #include "stock/unit_tables.h"
@@ -135,7 +136,7 @@ void RecallForm::print() {
         printedList(QStringLiteral("RAPPEL DE LOT"), grid_->rows(), grid_->rows().columnOf(strrappel.rap_nom.name)));
 }
 
-/// One PDF a hospital, in the work folder.
+/// One PDF a hospital, in the work folder; none takes the place of an earlier one.
 void RecallForm::writeLetters() {
     requireUnits();
     QMap<QString, QList<Record>> byHospital;
@@ -149,7 +150,7 @@ void RecallForm::writeLetters() {
     for (auto hospital = byHospital.begin(); hospital != byHospital.end(); ++hospital) {
         const Record client = parties::findClient(molven, hospital.key()).value_or(Record(strclient));
         printed(letterTo(session(), client, query_, hospital.value()))
-            .savePdf(folder + QStringLiteral("/RAPPEL-%1.pdf").arg(hospital.key()));
+            .savePdf(freeName(folder + u'/' + recall::letterName(query_, hospital.key(), Clock::today())));
     }
     prompt().tell(QStringLiteral("Lettres enregistrées dans %1 : %2")
                       .arg(QDir::toNativeSeparators(folder))

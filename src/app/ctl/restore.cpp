@@ -1,0 +1,33 @@
+#include "app/ctl/command.h"
+
+#include "dossier/restoration.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+
+namespace molven::ctl {
+
+namespace {
+
+int restore(const QCommandLineParser& parser, const QStringList& arguments) {
+    const auto outcome = restoration::restore(arguments[0], arguments[1], parser.value(QStringLiteral("dossier")));
+    say(QStringLiteral("fichiers repris : ") + outcome.files.join(QStringLiteral(", ")));
+    say(QStringLiteral("fichiers d'avant : ") + QDir::toNativeSeparators(outcome.setAside));
+    return 0;
+}
+
+} // namespace
+
+Command restoreCommand() {
+    return {QStringLiteral("restaurer"),
+            QStringLiteral("reprend les fichiers d'une sauvegarde, les autres postes étant fermés"),
+            QStringLiteral("DIR SAUVEGARDE"),
+            [](QCommandLineParser& parser) {
+                parser.addOption({QStringLiteral("dossier"), QStringLiteral("mot du dossier, s'il y en a plusieurs"),
+                                  QStringLiteral("MOT")});
+            },
+            restore,
+            2};
+}
+
+} // namespace molven::ctl

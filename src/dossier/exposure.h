@@ -1,0 +1,12 @@
+#pragma once
+
+#include "shell/session.h"
+
+#include <QStringList>
+
+namespace molven::exposure {
+
+/// The database files of a dossier that any user of the machine can read: they hold patients.
+QStringList readableByAll(const Session& session);
+
+} // namespace molven::exposure

@@ -1,0 +1,129 @@
+#include "dossier/restoration.h"
+
+#include "data/clock.h"
+#include "data/database.h"
+#include "data/errors.h"
+#include "data/file_rights.h"
+#include "data/safe_file.h"
+#include "data/sqlite_engine.h"
+#include "shell/folder_files.h"
+#include "shell/startup.h"
+#include "shell/tables.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace molven::restoration {
+
+namespace {
+
+const QString Staging = QStringLiteral(".restauration-"), SetAside = QStringLiteral("avant-restauration-");
+
+/// The data folder of the dossier, found without opening its files: they may be what is damaged.
+QString dataFolder(const QString& installation, const QString& word) {
+    Session session;
+    session.dossier_app = QDir(installation).absolutePath();
+    if (!QFile::exists(session.path(DataFile::Societe))) {
+        const auto folder = folderFrom(session.dossier_app, QStringLiteral("CHEMIN.HC"));
+        if (!folder) throw Refusal(QStringLiteral("Le dossier %1 ne contient pas d'installation").arg(installation));
+        return *folder;
+    }
+    QStringList words, folders;
+    for (const Record& dossier : startup::dossiers(session)) {
+        words.append(dossier[strsociete.soc_mot].trimmed());
+        folders.append(usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]));
+    }
+    const qsizetype chosen = words.size() == 1 && word.isEmpty() ? 0 : words.indexOf(word.trimmed().toUpper());
+    if (chosen < 0)
+        throw Refusal(QStringLiteral("Indiquez le dossier par son mot : ") + words.join(QStringLiteral(", ")));
+    return folders[chosen];
+}
+
+void requireMove(bool isMoved, const QString& path) {
+    if (!isMoved) throw Refusal(QStringLiteral("Impossible de déplacer %1").arg(QDir::toNativeSeparators(path)));
+}
+
+/// The backup's files with their journals, on this disk.
+void stage(const QDir& backup, const QDir& staging) {
+    const QStringList wanted{QStringLiteral("*.mdb"), QStringLiteral("*.mdb-journal"), QStringLiteral("*.mdb-mj*")};
+    for (const QString& name : backup.entryList(wanted, QDir::Files)) {
+        if (name.startsWith(u"tri", Qt::CaseInsensitive)) continue; // work files are in no backup
+        if (!QFile::copy(backup.filePath(name), staging.filePath(name)))
+            throw Refusal(
+                QStringLiteral("Impossible de copier %1").arg(QDir::toNativeSeparators(backup.filePath(name))));
+        keepFromOthers(staging.filePath(name));
+        flushToDisk(staging.filePath(name));
+    }
+}
+
+/// Undoes or finishes what was being written when the backup was made, and reads each file whole.
+QStringList sound(const QDir& staging) {
+    const QStringList names = staging.entryList({QStringLiteral("*.mdb")}, QDir::Files);
+    if (!names.contains(catalogueEntry(DataFile::Molven).name, Qt::CaseInsensitive))
+        throw Refusal(QStringLiteral("La sauvegarde ne contient pas le fichier molven.mdb"));
+    for (const QString& name : names) {
+        Workspace workspace;
+        const QStringList faults = workspace.open(staging.filePath(name)).integrityFaults();
+        if (!faults.isEmpty())
+            throw Refusal(
+                QStringLiteral("Le fichier %1 de la sauvegarde est endommagé : %2").arg(name, faults.first()));
+    }
+    return names;
+}
+
+/// Undoes or finishes what was being written in the dossier, its users' folders included: their journals stand on files
+/// that are about to be replaced. A file too damaged to be opened is left as it is.
+void settle(const QString& folder) {
+    QDirIterator files(folder, {QStringLiteral("*.mdb")}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        if (path.contains(SetAside)) continue;
+        try {
+            Workspace workspace;
+            workspace.open(path);
+            const Transaction alone(workspace);
+        } catch (const DataError& error) {
+            if (error.number == sqlite::Busy) throw;
+        }
+    }
+}
+
+void exchange(const QDir& folder, const QDir& staging, const QDir& setAside, const QStringList& names) {
+    for (const QString& name : names) {
+        const QStringList former =
+            folder.entryList({name, name + QStringLiteral("-journal"), name + QStringLiteral("-mj*")}, QDir::Files);
+        for (const QString& part : former)
+            requireMove(QFile::rename(folder.filePath(part), setAside.filePath(part)), folder.filePath(part));
+        if (const QString before = setAside.filePath(name); QFile::exists(before))
+            QFile::setPermissions(staging.filePath(name), QFile::permissions(before));
+        requireMove(QFile::rename(staging.filePath(name), folder.filePath(name)), folder.filePath(name));
+    }
+}
+
+} // namespace
+
+Outcome restore(const QString& installation, const QString& backup, const QString& word) {
+    const QDir folder(dataFolder(installation, word));
+    if (!QDir(backup).exists()) throw Refusal(QStringLiteral("Le dossier %1 n'existe pas").arg(backup));
+    for (const QString& left : folder.entryList({Staging + u'*'}, QDir::Dirs | QDir::Hidden))
+        QDir(folder.filePath(left)).removeRecursively();
+    const QTemporaryDir staging(folder.filePath(Staging + QStringLiteral("XXXXXX")));
+    if (!staging.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder.path()));
+    stage(QDir(backup), QDir(staging.path()));
+    const QStringList names = sound(QDir(staging.path()));
+    settle(folder.path());
+
+    const QString today = Clock::today().toString(QStringLiteral("yyyyMMdd"));
+    const QString setAside = freeName(folder.filePath(SetAside + today));
+    requireMove(QDir().mkdir(setAside), setAside);
+    keepFromOthers(setAside);
+    const QString mark = folder.filePath(startup::RestorationMark);
+    writeWhole(mark, setAside.toUtf8());
+    exchange(folder, QDir(staging.path()), QDir(setAside), names);
+    requireMove(QFile::remove(mark), mark);
+    return {names, setAside};
+}
+
+} // namespace molven::restoration
