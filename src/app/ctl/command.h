@@ -23,6 +23,7 @@ Command demoCommand();
 Command checkCommand();
 Command traceCommand();
 Command recallCommand();
+Command companyCommand();
 Command importCommand();
 Command exportCommand();
 
