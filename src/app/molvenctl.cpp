@@ -63,7 +63,8 @@ int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
     const QList<ctl::Command> commands{ctl::createCommand(), ctl::demoCommand(),   ctl::checkCommand(),
                                        ctl::traceCommand(),  ctl::recallCommand(), ctl::journalCommand(),
-                                       ctl::importCommand(), ctl::exportCommand(), ctl::restoreCommand()};
+                                       ctl::companyCommand(), ctl::importCommand(), ctl::exportCommand(),
+                                       ctl::restoreCommand()};
     QStringList call = QCoreApplication::arguments();
     const QString word = call.value(1);
     for (const ctl::Command& command : commands) {

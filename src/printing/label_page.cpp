@@ -18,7 +18,10 @@ public:
         : job_(job), left_(left), y_(top), barcodeFamily_(barcodeFamily) {}
 
     void write(const ProductLabel& label) {
-        if (label.tips.isEmpty() && !label.lpp.isEmpty()) barcode(label.lpp, label.lppLabel);
+        if (label.tips.isEmpty() && !label.lpp.isEmpty()) {
+            barcode(label.lpp, label.lppLabel);
+            for (const QString& code : label.furtherLpp) further(code);
+        }
         if (!label.tips.isEmpty()) {
             job_.setFont(Narrow, 7);
             centred(QStringLiteral("Code T.I.P.S. : ") + label.tips, 1000);
@@ -76,6 +79,15 @@ private:
         for (int i = 0; i < lines.size(); ++i) {
             if (i > 0) y_ += 200;
             centred(lines[i], 1000);
+        }
+    }
+
+    /// A code without bars, on two lines at most: the label has room for one set of bars.
+    void further(const QString& code) {
+        const QStringList lines = captionLines(QStringLiteral("LPP : ") + code);
+        for (const QString& line : lines.mid(0, 2)) {
+            y_ += 200;
+            centred(line, 1000);
         }
     }
 

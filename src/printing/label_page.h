@@ -16,6 +16,7 @@ struct ProductLabel {
     QString origin;
     QString liabilityTariff;      ///< "123,45 EUR", or words
     std::optional<Decimal> euros; ///< sale price with VAT
+    QStringList furtherLpp = {};  ///< codes of the article beside `lpp`, each with its label
 };
 
 namespace label_page {

@@ -5,94 +5,108 @@ namespace molven {
 namespace {
 
 const QString Face = QStringLiteral("Arial");
-constexpr int Left = 700, LineStep = 280, Width = 10'000, PageBottom = 15'200, AddressLeft = 6000;
+constexpr int Left = 850, Width = PrintJob::ShortSide - Left - 400, AddressLeft = 6000;
+constexpr int LineStep = 280, SlipStep = 420, PageTop = 600, PageBottom = 15'400, FooterTop = 15'900;
 
 class LetterWriter {
 public:
-    LetterWriter(PrintJob& job, const Letter& letter) : job_(job), letter_(letter) {}
+    explicit LetterWriter(const Letter& letter) : job_(letter.subject), letter_(letter) {}
 
-    void write() {
-        job_.setFont(Face, 12, true);
-        put(Left, letter_.sender);
-        y_ = 1800;
-        job_.setFont(Face, 11);
-        for (const QString& line : letter_.address) put(AddressLeft, line);
-        y_ += LineStep;
-        put(AddressLeft, letter_.placeAndDate);
-        y_ += 2 * LineStep;
+    PrintJob write() {
+        parties();
         job_.setFont(Face, 11, true);
-        put(Left, letter_.subject);
+        put(Left, letter_.subject, Width);
         y_ += LineStep;
-        job_.setFont(Face, 10);
-        for (const QString& text : letter_.paragraphs) paragraph(text);
+        paragraphs(letter_.paragraphs);
         table();
         y_ += LineStep;
-        job_.setFont(Face, 10);
-        for (const QString& text : letter_.closing) paragraph(text);
-        job_.setFont(Face, 8);
-        job_.setPosition(Left, 15'900);
-        job_.print(letter_.footer);
+        paragraphs(letter_.closing);
+        slip();
+        for (int page = 0; page < job_.pages(); ++page) footer(page);
+        return job_;
     }
 
 private:
-    void put(int x, const QString& text) {
-        if (y_ > PageBottom) {
-            job_.newPage();
-            y_ = 600;
-        }
+    void parties() {
+        job_.setFont(Face, 12, true);
+        put(Left, letter_.sender, AddressLeft - Left);
+        job_.setFont(Face, 10);
+        for (const QString& line : letter_.senderAddress) put(Left, line, AddressLeft - Left);
+        y_ = std::max(y_ + LineStep, 2200);
+        job_.setFont(Face, 11);
+        for (const QString& line : letter_.address) put(AddressLeft, line, Width + Left - AddressLeft);
+        y_ += LineStep;
+        put(AddressLeft, letter_.placeAndDate, Width + Left - AddressLeft);
+        y_ += 2 * LineStep;
+    }
+
+    /// Starts a page when this height does not fit.
+    bool need(int height) {
+        if (y_ + height <= PageBottom) return false;
+        job_.newPage();
+        y_ = PageTop;
+        return true;
+    }
+
+    void put(int x, const QString& text, int width) {
+        need(static_cast<int>(job_.lines(text, width).size()) * LineStep);
         job_.setPosition(x, y_);
-        job_.print(text);
-        y_ += LineStep;
+        y_ += job_.print(text, width, LineStep) * LineStep;
     }
 
-    /// Breaks a text at blanks to the width of the page.
-    void paragraph(const QString& text) {
-        QString line;
-        for (const QString& word : text.split(u' ')) {
-            const QString longer = line.isEmpty() ? word : line + u' ' + word;
-            if (job_.textWidth(longer) > Width) {
-                put(Left, line);
-                line = word;
-            } else {
-                line = longer;
-            }
+    void paragraphs(const QStringList& texts) {
+        job_.setFont(Face, 10);
+        for (const QString& text : texts) {
+            put(Left, text, Width);
+            y_ += LineStep / 2;
         }
-        put(Left, line);
-        y_ += LineStep / 2;
-    }
-
-    void row(const QStringList& cells) {
-        if (y_ > PageBottom) {
-            job_.newPage();
-            y_ = 600;
-        }
-        int x = Left;
-        for (qsizetype i = 0; i < cells.size(); ++i) {
-            job_.setPosition(x, y_);
-            job_.print(cells[i]);
-            x += letter_.widths.value(i);
-        }
-        y_ += LineStep;
     }
 
     void table() {
-        job_.setFont(Face, 9, true);
-        row(letter_.columns);
-        job_.setFont(Face, 9);
-        for (const QStringList& cells : letter_.rows) row(cells);
+        PaperTable table(letter_.columns, Face, 9);
+        for (const QStringList& cells : letter_.rows) table.measure(cells);
+        table.fit(Width);
+        need(4 * LineStep);
+        y_ += table.printTitles(job_, Left, y_);
+        for (const QStringList& cells : letter_.rows) {
+            if (need(table.height(cells))) y_ += table.printTitles(job_, Left, y_);
+            y_ += table.print(job_, Left, y_, cells);
+        }
     }
 
-    PrintJob& job_;
+    void slip() {
+        if (letter_.slipTitle.isEmpty()) return;
+        y_ += LineStep;
+        need(2 * LineStep + static_cast<int>(letter_.slip.size()) * SlipStep);
+        job_.setPosition(Left, y_);
+        job_.bar(Width, 10);
+        y_ += LineStep;
+        job_.setFont(Face, 11, true);
+        put(Left, letter_.slipTitle, Width);
+        job_.setFont(Face, 10);
+        for (const QString& line : letter_.slip) {
+            y_ += SlipStep - LineStep;
+            put(Left, line, Width);
+        }
+    }
+
+    void footer(int page) {
+        job_.toPage(page);
+        job_.setFont(Face, 8);
+        job_.setPosition(Left, FooterTop);
+        job_.print(letter_.footer);
+        const QString number = QStringLiteral("Page : %1 / %2").arg(page + 1).arg(job_.pages());
+        job_.setPosition(Left + Width - job_.textWidth(number), FooterTop);
+        job_.print(number);
+    }
+
+    PrintJob job_;
     const Letter& letter_;
-    int y_ = 600;
+    int y_ = PageTop;
 };
 
 } // namespace
 
-PrintJob printed(const Letter& letter) {
-    PrintJob job(letter.subject);
-    LetterWriter(job, letter).write();
-    return job;
-}
+PrintJob printed(const Letter& letter) { return LetterWriter(letter).write(); }
 
 } // namespace molven

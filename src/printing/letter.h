@@ -1,23 +1,25 @@
 #pragma once
 
-#include "printing/print_job.h"
+#include "printing/paper_table.h"
 
 #include <QStringList>
 
 namespace molven {
 
-/// A letter with a table, ready to print.
+/// A letter with a table and a slip to send back, ready to print.
 struct Letter {
     QString sender;
+    QStringList senderAddress;
     QString footer;
     QStringList address; ///< of the receiver
     QString placeAndDate;
     QString subject;
     QStringList paragraphs; ///< before the table
-    QStringList columns;
-    QList<int> widths; ///< twips, of the columns; 10,000 in all
+    QList<PaperColumn> columns;
     QList<QStringList> rows;
     QStringList closing; ///< behind the table
+    QString slipTitle;   ///< empty for a letter without a slip
+    QStringList slip;    ///< its lines, kept together
 };
 
 /// One letter as a job of its own, on as many pages as its table needs.

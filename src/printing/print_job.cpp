@@ -3,7 +3,6 @@
 #include "data/safe_file.h"
 
 #include <QBuffer>
-#include <QFontMetricsF>
 #include <QMarginsF>
 #include <QPageSize>
 #include <QPainter>
@@ -27,15 +26,54 @@ QFont inTwips(const QFont& font) {
 
 void PrintJob::setFont(const QString& family, int points, bool bold) {
     font_ = QFont(family, points);
+    setBold(bold);
+}
+
+void PrintJob::setBold(bool bold) {
     font_.setBold(bold);
+    metrics_.reset();
 }
 
 void PrintJob::print(const QString& text) {
     if (!text.isEmpty()) pieces_.append({page_, x_, y_, font_, text});
 }
 
+int PrintJob::print(const QString& text, int width, int lineStep) {
+    const QStringList broken = lines(text, width);
+    print(text);
+    if (broken.size() > 1) pieces_.last().lines = broken, pieces_.last().lineStep = lineStep;
+    return static_cast<int>(broken.size());
+}
+
+QStringList PrintJob::lines(const QString& text, int width) const {
+    if (textWidth(text) <= width) return {text};
+    QStringList broken;
+    QString line;
+    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts)) {
+        const QString longer = line.isEmpty() ? word : line + u' ' + word;
+        if (textWidth(longer) <= width) {
+            line = longer;
+            continue;
+        }
+        if (!line.isEmpty()) broken.append(line);
+        for (line = word; line.size() > 1 && textWidth(line) > width;) {
+            qsizetype fitting = line.size() - 1;
+            while (fitting > 1 && textWidth(line.left(fitting)) > width) --fitting;
+            broken.append(line.left(fitting));
+            line = line.mid(fitting);
+        }
+    }
+    broken.append(line);
+    return broken;
+}
+
+const QFontMetricsF& PrintJob::metrics() const {
+    if (!metrics_) metrics_.emplace(inTwips(font_));
+    return *metrics_;
+}
+
 int PrintJob::textWidth(const QString& text) const {
-    return static_cast<int>(std::lround(QFontMetricsF(inTwips(font_)).horizontalAdvance(text)));
+    return static_cast<int>(std::lround(metrics().horizontalAdvance(text)));
 }
 
 bool PrintJob::contains(const QString& text) const {
@@ -53,9 +91,20 @@ void PrintJob::paint(QPainter& painter, int page) const {
         if (piece.page != page) continue;
         const QFont font = inTwips(piece.font);
         painter.setFont(font);
-        painter.drawText(QPointF(piece.x, piece.y + QFontMetricsF(font).ascent()), piece.text);
+        double baseline = piece.y + QFontMetricsF(font).ascent();
+        for (const QString& line : piece.lines.isEmpty() ? QStringList{piece.text} : piece.lines) {
+            painter.drawText(QPointF(piece.x, baseline), line);
+            baseline += piece.lineStep;
+        }
     }
     painter.restore();
+}
+
+QPageLayout PrintJob::pageLayout() const {
+    const double margin = MarginTwips * 72.0 / TwipsPerInch;
+    return {QPageSize(QPageSize::A4),
+            orientation_ == Orientation::Lying ? QPageLayout::Landscape : QPageLayout::Portrait,
+            QMarginsF(margin, margin, margin, margin), QPageLayout::Point};
 }
 
 void PrintJob::savePdf(const QString& path) const {
@@ -64,9 +113,7 @@ void PrintJob::savePdf(const QString& path) const {
     file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
     writer.setTitle(title_);
-    writer.setPageSize(QPageSize(QPageSize::A4));
-    const double margin = MarginTwips * 72.0 / TwipsPerInch;
-    writer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Point);
+    writer.setPageLayout(pageLayout());
     writer.setResolution(600);
     QPainter painter(&writer);
     for (int page = 0; page < pages(); ++page) {

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QList>
-#include <QString>
+#include <QPageLayout>
+#include <QStringList>
+
+#include <optional>
 
 class QPainter;
 
@@ -18,6 +22,8 @@ struct PrintedText {
     int y = 0; ///< twips from its top
     QFont font;
     QString text;
+    QStringList lines = {}; ///< the text as broken to its width, when it took more than one line
+    int lineStep = 0;       ///< twips from one line's top to the next one's
 };
 
 /// One filled rectangle of one page; twips.
@@ -26,25 +32,34 @@ struct PrintedBar {
     int x = 0, y = 0, width = 0, height = 0;
 };
 
-/// A print job being written: font, position, text, page, end. It is then painted on a printer, saved as a PDF,
+enum class Orientation { Upright, Lying };
+
+/// A print job on A4 being written: font, position, text, page, end. It is then painted on a printer, saved as a PDF,
 /// shown in a preview, or read as text.
 class PrintJob {
 public:
-    explicit PrintJob(const QString& title) : title_(title) {}
+    explicit PrintJob(const QString& title, Orientation orientation = Orientation::Upright)
+        : title_(title), orientation_(orientation) {}
 
     void setFont(const QString& family, int points, bool bold = false);
-    void setBold(bool bold) { font_.setBold(bold); }
+    void setBold(bool bold);
     void setPosition(int x, int y) { x_ = x, y_ = y; }
     /// Prints at the current position, which stays.
     void print(const QString& text);
+    /// Prints a text broken to a width; it stays one piece. Answers the number of lines.
+    int print(const QString& text, int width, int lineStep);
+    /// A text broken at its blanks to lines of that width in the current font; a longer word is cut.
+    QStringList lines(const QString& text, int width) const;
     /// Fills a rectangle at the current position.
     void bar(int width, int height) { bars_.append({page_, x_, y_, width, height}); }
-    void newPage() { ++page_; }
+    void newPage() { toPage(lastPage_ + 1); }
+    /// Goes on writing on a page, the first is 0.
+    void toPage(int page) { page_ = page, lastPage_ = std::max(lastPage_, page); }
     /// Width of a text in the current font, twips.
     int textWidth(const QString& text) const;
 
     const QString& title() const { return title_; }
-    int pages() const { return pieces_.isEmpty() ? 0 : page_ + 1; }
+    int pages() const { return pieces_.isEmpty() ? 0 : lastPage_ + 1; }
     const QList<PrintedText>& pieces() const { return pieces_; }
     const QList<PrintedBar>& bars() const { return bars_; }
     /// True when a printed piece is exactly this text.
@@ -52,15 +67,25 @@ public:
 
     /// Paints one page; the painter's device tells its own resolution.
     void paint(QPainter& painter, int page) const;
-    /// A4 PDF with the job's margins. Throws Refusal when the file cannot be written.
+    /// The paper of the job and its margins.
+    QPageLayout pageLayout() const;
+    /// PDF on the job's paper. Throws Refusal when the file cannot be written.
     void savePdf(const QString& path) const;
 
     static constexpr int MarginTwips = 284; ///< 5 mm on every side
+    /// Sides of the printable page, twips.
+    static constexpr int ShortSide = 11'906 - 2 * MarginTwips, LongSide = 16'838 - 2 * MarginTwips;
+    int width() const { return orientation_ == Orientation::Lying ? LongSide : ShortSide; }
+    int height() const { return orientation_ == Orientation::Lying ? ShortSide : LongSide; }
 
 private:
+    const QFontMetricsF& metrics() const;
+
     QString title_;
+    Orientation orientation_;
     QFont font_;
-    int x_ = 0, y_ = 0, page_ = 0;
+    mutable std::optional<QFontMetricsF> metrics_; ///< of font_, made when first asked for
+    int x_ = 0, y_ = 0, page_ = 0, lastPage_ = 0;
     QList<PrintedText> pieces_;
     QList<PrintedBar> bars_;
 };

@@ -5,83 +5,145 @@ namespace molven {
 namespace {
 
 const QString Narrow = QStringLiteral("Arial Narrow");
-constexpr int LineStep = 260, PageBottom = 15600, ColumnGap = 120, PageWidth = 11300;
+constexpr int BodyPoints = 9;
+constexpr int FilingMargin = 850; ///< with the margin of the paper, 20 mm for the holes of a folder
+constexpr int TextWidth[] = {PrintJob::ShortSide - FilingMargin, PrintJob::LongSide - FilingMargin};
+constexpr int LineStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
 
 } // namespace
 
-Report::Report(const QString& title, const QString& date, const QList<ReportColumn>& columns)
-    : job_(title), title_(title), date_(date), columns_(columns) {
-    startPage();
-}
+Report::Report(const QString& title, const QList<PaperColumn>& columns)
+    : title_(title), table_(columns, Narrow, BodyPoints) {}
 
-void Report::startPage() {
-    if (page_ > 0) job_.newPage();
-    ++page_;
-    job_.setFont(Narrow, 14, true);
-    job_.setPosition(0, 0);
-    job_.print(title_);
-    job_.setFont(Narrow, 9);
-    const QString heading = QStringLiteral("Edition du %1   Page : %2").arg(date_).arg(page_);
-    job_.setPosition(PageWidth - job_.textWidth(heading), 60);
-    job_.print(heading);
-    y_ = 560;
-    QStringList titles;
-    for (const ReportColumn& column : columns_) titles.append(column.title);
-    line(titles, true);
-    y_ += 60;
-}
-
-QString Report::cut(const QString& text, int width) const {
-    if (job_.textWidth(text) <= width) return text;
-    QString shorter = text;
-    while (!shorter.isEmpty() && job_.textWidth(shorter + QStringLiteral("...")) > width) shorter.chop(1);
-    return shorter + QStringLiteral("...");
-}
-
-void Report::line(const QStringList& cells, bool isBold) {
-    job_.setFont(Narrow, 9, isBold);
-    int x = 0;
-    for (qsizetype i = 0; i < columns_.size(); ++i) {
-        const QString text = cut(cells.value(i), columns_[i].width - ColumnGap);
-        const int indent = columns_[i].isNumber ? columns_[i].width - ColumnGap - job_.textWidth(text) : 0;
-        job_.setPosition(x + indent, y_);
-        job_.print(text);
-        x += columns_[i].width;
-    }
-    y_ += LineStep;
-}
-
-void Report::need(int lines) {
-    if (y_ + lines * LineStep > PageBottom) startPage();
+void Report::say(const QString& words) {
+    if (!words.isEmpty()) words_.append(words);
 }
 
 void Report::row(const QStringList& cells) {
-    need(1);
-    line(cells, false);
+    ++rows_;
+    table_.measure(cells);
+    lines_.append({Line::Kind::Row, cells});
 }
 
-void Report::bold(const QString& text) {
-    job_.setFont(Narrow, 10, true);
-    job_.setPosition(0, y_);
-    job_.print(text);
-    y_ += LineStep;
-}
+void Report::group(const QString& text, const QString& note) { lines_.append({Line::Kind::Group, {text, note}}); }
 
-void Report::group(const QString& text) {
-    need(3);
-    y_ += 100;
-    bold(text);
-}
+void Report::total(const QString& text) { lines_.append({Line::Kind::Total, {text}}); }
 
-void Report::total(const QString& text) {
-    need(2);
-    y_ += 60;
-    bold(text);
-}
+/// Lays the lines of a report out on pages; the headings come last, when the number of pages is known.
+class ReportWriter {
+public:
+    ReportWriter(const Report& report, const QString& company, const QString& date)
+        : report_(report),
+          table_(report.table_),
+          job_(report.title_, isLying() ? Orientation::Lying : Orientation::Upright),
+          width_(TextWidth[isLying()]),
+          company_(company),
+          date_(date) {
+        table_.fit(width_);
+        top_ = headingHeight();
+    }
 
-const PrintJob& Report::finish(const QString& footer) {
-    if (!footer.isEmpty()) total(footer);
-    return job_;
+    PrintJob write() {
+        y_ = top_ + table_.printTitles(job_, FilingMargin, top_);
+        for (qsizetype i = 0; i < report_.lines_.size(); ++i) writeLine(i);
+        writeCount();
+        for (int page = 0; page < job_.pages(); ++page) printHeading(page);
+        return job_;
+    }
+
+private:
+    using Line = Report::Line;
+
+    bool isLying() const { return report_.table_.naturalWidth() > TextWidth[0]; }
+
+    int height(qsizetype i) const {
+        if (i >= report_.lines_.size()) return 0;
+        const Line& line = report_.lines_[i];
+        if (line.kind == Line::Kind::Row) return table_.height(line.cells);
+        return LineStep + GroupGap + (line.kind == Line::Kind::Group ? height(i + 1) : 0);
+    }
+
+    void writeLine(qsizetype i) {
+        const Line& line = report_.lines_[i];
+        if (line.kind == Line::Kind::Group) group_ = line.cells;
+        if (y_ + height(i) > job_.height() - LineStep) startPage(line.kind == Line::Kind::Row);
+        if (line.kind == Line::Kind::Row)
+            y_ += table_.print(job_, FilingMargin, y_, line.cells);
+        else
+            writeBold(line.cells);
+        if (line.kind == Line::Kind::Total) group_.clear();
+    }
+
+    void startPage(bool isInGroup) {
+        job_.newPage();
+        y_ = top_ + table_.printTitles(job_, FilingMargin, top_);
+        if (isInGroup && !group_.isEmpty())
+            writeBold({group_.first(), (group_.last() + QStringLiteral(" (suite)")).trimmed()});
+    }
+
+    void writeBold(const QStringList& textAndNote) {
+        y_ += GroupGap;
+        job_.setFont(Narrow, 10, true);
+        job_.setPosition(FilingMargin, y_);
+        job_.print(textAndNote.first());
+        job_.setPosition(FilingMargin + job_.textWidth(textAndNote.first()) + 200, y_);
+        job_.setBold(false);
+        job_.print(textAndNote.value(1));
+        y_ += LineStep;
+    }
+
+    void writeCount() {
+        if (!report_.isCounted_) return;
+        if (y_ + LineStep + GroupGap > job_.height() - LineStep) startPage(false);
+        writeBold({QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(report_.rows_).arg(job_.pages())});
+    }
+
+    int headingHeight() {
+        job_.setFont(Narrow, 14, true);
+        qsizetype height = LineStep + TitleStep * job_.lines(report_.title_, width_).size();
+        job_.setFont(Narrow, BodyPoints);
+        for (const QString& words : report_.words_) height += WordsStep * job_.lines(words, width_).size();
+        return static_cast<int>(height) + GroupGap;
+    }
+
+    void printHeading(int page) {
+        job_.toPage(page);
+        printPageNumber(page);
+        job_.setFont(Narrow, 10, true);
+        job_.setPosition(FilingMargin, 0);
+        job_.print(company_);
+        job_.setFont(Narrow, 14, true);
+        job_.setPosition(FilingMargin, LineStep);
+        int y = LineStep + TitleStep * job_.print(report_.title_, width_, TitleStep);
+        job_.setFont(Narrow, BodyPoints);
+        for (const QString& words : report_.words_) {
+            job_.setPosition(FilingMargin, y);
+            y += WordsStep * job_.print(words, width_, WordsStep);
+        }
+    }
+
+    void printPageNumber(int page) {
+        job_.setFont(Narrow, BodyPoints);
+        const QString text = QStringLiteral("Edition du %1   Page : %2").arg(date_).arg(page + 1);
+        const QString ofAll = QStringLiteral(" / %1").arg(job_.pages());
+        const int right = FilingMargin + width_ - job_.textWidth(ofAll);
+        job_.setPosition(right - job_.textWidth(text), 20);
+        job_.print(text);
+        job_.setPosition(right, 20);
+        job_.print(ofAll);
+    }
+
+    const Report& report_;
+    PaperTable table_;
+    PrintJob job_;
+    const int width_;
+    const QString company_, date_;
+    QStringList group_; ///< of the rows being written; empty outside a group
+    int top_ = 0, y_ = 0;
+};
+
+PrintJob Report::print(const QString& company, const QString& date) const {
+    return ReportWriter(*this, company, date).write();
 }
 
 } // namespace molven

@@ -1,46 +1,43 @@
 #pragma once
 
-#include "printing/print_job.h"
-
-#include <QStringList>
+#include "printing/paper_table.h"
 
 namespace molven {
 
-/// A column of a printed list.
-struct ReportColumn {
-    QString title;
-    int width;             ///< twips
-    bool isNumber = false; ///< right-aligned
-};
-
-/// A printed list on upright A4: a heading with the date and the page, columns, groups, a footer. The columns share
-/// 11,300 twips; a text wider than its column is cut with "...".
+/// A printed list: on every page whose it is, what it holds, its date and its page; columns, groups, totals. It lies
+/// on its side when its texts need the width, and leaves room at the left to be filed.
 class Report {
 public:
-    Report(const QString& title, const QString& date, const QList<ReportColumn>& columns);
+    Report(const QString& title, const QList<PaperColumn>& columns);
 
+    /// A line in words under the title: what the list was asked to hold.
+    void say(const QString& words);
     void row(const QStringList& cells);
-    /// A line in bold over the rows that follow, kept with the first of them.
-    void group(const QString& text);
+    /// A line in bold over the rows that follow, kept with the first of them and said again on their next page; a note
+    /// stands beside it.
+    void group(const QString& text, const QString& note = {});
     /// A line in bold under the last row.
     void total(const QString& text);
-    /// Footer and end.
-    const PrintJob& finish(const QString& footer);
+    /// The last line counts the rows and the pages.
+    void count() { isCounted_ = true; }
 
-    int pages() const { return page_; }
+    qsizetype rows() const { return rows_; }
+    /// The list of this company on paper, its pages numbered; the date is "dd/mm/yyyy".
+    PrintJob print(const QString& company, const QString& date) const;
 
 private:
-    void startPage();
-    void line(const QStringList& cells, bool bold);
-    void bold(const QString& text);
-    void need(int lines);
-    QString cut(const QString& text, int width) const;
+    friend class ReportWriter;
+    struct Line {
+        enum class Kind { Row, Group, Total } kind;
+        QStringList cells; ///< of a row; text and note otherwise
+    };
 
-    PrintJob job_;
-    QString title_, date_;
-    QList<ReportColumn> columns_;
-    int page_ = 0;
-    int y_ = 0;
+    QString title_;
+    QStringList words_;
+    QList<Line> lines_;
+    PaperTable table_;
+    qsizetype rows_ = 0;
+    bool isCounted_ = false;
 };
 
 } // namespace molven

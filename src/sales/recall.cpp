@@ -73,7 +73,9 @@ Record told(Files& files, const CompanyRules& rules, const Record& unit, bool ar
     const units::Situation now = units::situation(unit, rules);
     const QString patient = unit[strproduit.reg_pat], laidAt = unit[strproduit.reg_clt];
     const bool laid = !patient.isEmpty();
-    const bool atHome = unit[strproduit.num_dep] == MainDepot;
+    const QString unitState = unit[strproduit.tes_vte];
+    const bool hasLeft = unitState == state::Delivered || unitState == state::Sold;
+    const bool atHome = !hasLeft && unit[strproduit.num_dep] == MainDepot;
     const QString hospital = laid && !laidAt.isEmpty() ? laidAt
                              : atHome                  ? QString()
                                                        : QString(unit[strproduit.clt_vte]);
@@ -81,6 +83,7 @@ Record told(Files& files, const CompanyRules& rules, const Record& unit, bool ar
     Record row(strrappel);
     row[strrappel.rap_imm] = unit[strproduit.imm_art];
     row[strrappel.rap_ref] = unit[strproduit.ref_art];
+    row[strrappel.rap_li1] = unit[strproduit.pro_li1];
     row[strrappel.rap_lot] = unit[strproduit.lot_art];
     row[strrappel.rap_per] = unit[strproduit.dat_per];
     row[strrappel.rap_etat] = unit[strproduit.tes_vte];
@@ -94,6 +97,11 @@ Record told(Files& files, const CompanyRules& rules, const Record& unit, bool ar
     row[strrappel.rap_arc] = archived ? QStringLiteral("O") : QStringLiteral("N");
     if (unit[strproduit.tes_vte] != state::InStock) row[strrappel.rap_chr] = surgeonOf(files, unit);
     return row;
+}
+
+QString holderKey(const Record& unit) {
+    const QString client = unit[strrappel.rap_clt];
+    return client.isEmpty() ? u' ' + holder(unit) : client;
 }
 
 } // namespace
@@ -110,7 +118,7 @@ QList<Record> find(const Session& session, const RecallQuery& query) {
     if (found.isEmpty())
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), strproduit.lot_art.name);
     std::stable_sort(found.begin(), found.end(),
-                     [](const Record& a, const Record& b) { return a[strrappel.rap_clt] < b[strrappel.rap_clt]; });
+                     [](const Record& a, const Record& b) { return holderKey(a) < holderKey(b); });
     return found;
 }
 
@@ -122,6 +130,33 @@ QString letterName(const RecallQuery& query, const QString& hospital, const QDat
         if (subject.isEmpty()) subject = part.trimmed();
     return QStringLiteral("RAPPEL-%1-%2-%3.pdf")
         .arg(hospital, subject.replace(unusable, QStringLiteral("_")), day.toString(QStringLiteral("yyyyMMdd")));
+}
+
+QString words(const RecallQuery& query) {
+    QStringList parts;
+    const auto quoted = [&parts](const char* caption, const QString& value) {
+        if (!isEmptyDate(value)) parts.append(QString::fromUtf8(caption) + value.trimmed() + u'\'');
+    };
+    quoted("N° Lot = '", query.lot);
+    quoted("réf. fournisseur = '", query.supplierReference);
+    quoted("référence = '", query.reference);
+    quoted("reçu du '", query.firstDate);
+    quoted("reçu jusqu'au '", query.lastDate);
+    return QStringLiteral("Sélection : ") + parts.join(QStringLiteral(" et "));
+}
+
+QString holder(const Record& unit) {
+    const QString client = unit[strrappel.rap_clt], name = unit[strrappel.rap_nom], depot = unit[strrappel.rap_dep];
+    if (!client.isEmpty()) return QStringLiteral("Etablissement : ") + (name.isEmpty() ? client : name);
+    if (unit[strrappel.rap_etat] == state::InSet) return QStringLiteral("Dans un ancillaire, dépôt ") + depot;
+    if (depot == MainDepot) return QStringLiteral("Au dépôt principal ") + depot;
+    if (depot == ReturnedDepot) return QStringLiteral("Retournés au fournisseur");
+    return QStringLiteral("Dépôt ") + depot;
+}
+
+QString stateWords(const Record& unit) {
+    const QString words = units::stateName(unit[strrappel.rap_etat]);
+    return unit[strrappel.rap_arc] == u"O" ? words + QStringLiteral(", archivé") : words;
 }
 
 } // namespace molven::recall

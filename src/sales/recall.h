@@ -36,18 +36,25 @@ struct RecalledUnits : Table {
     Text rap_doc{this, "rap_doc", 6};   ///< its number
     Label rap_lieu{this, "rap_lieu"};   ///< situation in words
     Text rap_arc{this, "rap_arc", 1};   ///< archived, O/N
+    Label rap_li1{this, "rap_li1"};     ///< designation
 };
 inline const RecalledUnits strrappel{"strrappel"};
 
 namespace recall {
 
-/// Every unit concerned, current and archived together, by hospital then immatriculation. Throws Refusal when nothing
+/// Every unit concerned, current and archived together, by holder then immatriculation. Throws Refusal when nothing
 /// is asked, a date is none, or no unit is found.
 QList<Record> find(const Session& session, const RecallQuery& query);
 
 /// File name of the letter to a hospital: "RAPPEL-000001-LOT 12-20260315.pdf", with the first of lot, supplier's
 /// reference and article that is given. What no file name can hold becomes "_".
 QString letterName(const RecallQuery& query, const QString& hospital, const QDate& day);
+/// What is recalled, in words.
+QString words(const RecallQuery& query);
+/// Who has a unit, in words: its hospital, the main depot, a set, its supplier.
+QString holder(const Record& unit);
+/// Its state in words, with "archivé" behind that of an archived one.
+QString stateWords(const Record& unit);
 
 } // namespace recall
 } // namespace molven

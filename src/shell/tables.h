@@ -28,6 +28,10 @@ struct CompanyRecord : Table {
     Text spe_csg{this, "spe_csg", 20};     ///< option of the consignment documents
     Text spe_cns{this, "spe_cns", 20};     ///< used by document printing for invoices, credit and consignment notes
     Text spe_cpt{this, "spe_cpt", 20};     ///< setting of the transfer to accounting
+    Label spe_l1{this, "spe_l1", 40};      ///< postal address of the company, as its letters show it
+    Label spe_l2{this, "spe_l2", 40};
+    Label spe_l3{this, "spe_l3", 40};
+    Label spe_l4{this, "spe_l4", 40};
     Trail trail{this, {spe_cod}};
 };
 inline const CompanyRecord strspecif{"strspecif"};

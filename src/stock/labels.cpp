@@ -63,12 +63,13 @@ void fillReimbursement(Database molven, Record& label, const Record& unit) {
             for (const Text* field : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
                 if (const QString code = std::as_const(*several)[*field]; !code.isEmpty()) codes.append(code);
     }
-    QStringList captions;
-    for (const QString& code : codes)
-        if (const QString caption = lppLabel(molven, code); !caption.isEmpty()) captions.append(caption);
-    // The label has room for one code to scan; the captions of the others stand beside its own.
-    label[etiq.e_lpp] = codes.value(0);
-    label[etiq.e_llpp] = captions.join(QStringLiteral(" / ")).left(etiq.e_llpp.size);
+    // The first code is the one to scan; each stands with its own label.
+    const std::pair<const Text*, const Label*> places[] = {
+        {&etiq.e_lpp, &etiq.e_llpp}, {&etiq.e_lpp2, &etiq.e_llpp2}, {&etiq.e_lpp3, &etiq.e_llpp3}};
+    for (qsizetype i = 0; i < codes.size(); ++i) {
+        label[*places[i].first] = codes[i];
+        label[*places[i].second] = lppLabel(molven, codes[i]);
+    }
 }
 
 void fillIdentity(Record& label, const Record& unit, const CompanyRules& rules) {

@@ -124,9 +124,13 @@ struct Labels : Table {
     Text g_dpr{this, "g_dpr", 20};
     Label e_li1{this, "e_li1", 40}; ///< designation
     Label e_li2{this, "e_li2", 40};
-    Text e_ht{this, "e_ht", 20};   ///< article price without VAT
-    Text e_res{this, "e_res", 30}; ///< liability tariff
-    Text e_ori{this, "e_ori", 40}; ///< origin in words
+    Text e_ht{this, "e_ht", 20};     ///< article price without VAT
+    Text e_res{this, "e_res", 30};   ///< liability tariff
+    Text e_ori{this, "e_ori", 40};   ///< origin in words
+    Text e_lpp2{this, "e_lpp2", 13}; ///< further LPP codes of an article that has several, with their labels
+    Label e_llpp2{this, "e_llpp2", 80};
+    Text e_lpp3{this, "e_lpp3", 13};
+    Label e_llpp3{this, "e_llpp3", 80};
 };
 inline const Labels etiq{"etiq"};
 

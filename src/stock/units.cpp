@@ -57,6 +57,13 @@ Situation situation(const Record& unit, const CompanyRules& rules) {
     return {set + QStringLiteral(" en dépôt chez le client ") + unit[strproduit.clt_vte], {}};
 }
 
+QString stateName(const QString& unitState) {
+    if (unitState == state::Delivered) return QStringLiteral("Livré");
+    if (unitState == state::Sold) return QStringLiteral("Vendu");
+    if (unitState == state::InSet) return QStringLiteral("En ancillaire");
+    return QStringLiteral("En stock");
+}
+
 QString conformityName(const QString& code) {
     if (code == list::Reworked) return QStringLiteral("Retouché");
     if (code == list::Derogated) return QStringLiteral("Dérogé");

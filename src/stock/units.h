@@ -32,6 +32,8 @@ struct Situation {
 Situation situation(const Record& unit, const CompanyRules& rules);
 /// "Ce produit est conforme" and its kin, with the cause and its label.
 QString conformityText(Database molven, const Record& unit);
+/// "En stock", "Livré", "Vendu" or "En ancillaire".
+QString stateName(const QString& unitState);
 /// "Conforme", "Retouché", "Dérogé" or "Rebuté".
 QString conformityName(const QString& code);
 

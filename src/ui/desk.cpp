@@ -1,5 +1,7 @@
 #include "ui/desk.h"
 
+#include "data/clock.h"
+#include "data/dates.h"
 #include "printing/barcode_font.h"
 #include "shell/folder_files.h"
 #include "ui/form.h"
@@ -72,6 +74,8 @@ bool Desk::quit() {
     QApplication::quit();
     return true;
 }
+
+bool Desk::print(const Report& report) { return print(report.print(session.spe_nom, dateText(Clock::today()))); }
 
 QString Desk::barcodeFamily() {
     const QString named = firstLine(session.programFile(QStringLiteral("POLICE.HC"))).value_or(QString());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "printing/print_job.h"
+#include "printing/report.h"
 #include "shell/session.h"
 #include "ui/prompt.h"
 
@@ -19,7 +19,8 @@ class Form;
 class PrintTarget {
 public:
     virtual ~PrintTarget() = default;
-    virtual void print(const PrintJob& job) = 0;
+    /// True when the job was printed or saved, false when its user only looked at it.
+    virtual bool print(const PrintJob& job) = 0;
 };
 
 /// One run of the program: its session, its open windows, what it says and prints. Every screen is handed it.
@@ -36,7 +37,10 @@ public:
     Session session;
 
     Prompt& prompt() { return *prompt_; }
-    void print(const PrintJob& job) { printer_->print(job); }
+    /// True when the job was printed or saved.
+    bool print(const PrintJob& job) { return printer_->print(job); }
+    /// A list, headed by the company and the day.
+    bool print(const Report& report);
 
     void addScreen(const QString& name, const Factory& factory) { factories_.insert(name, factory); }
     /// Opens a screen under a mode word, or shows it again when it is open in that mode. `title` names the menu

@@ -161,6 +161,7 @@ QString Grid::csv() const {
         for (int column = 0; column < model_->columnCount(); ++column) cells.append(model_->text(row, column));
         lines += molven::csv::line(cells);
     }
+    if (!model_->filter().isEmpty()) lines += molven::csv::line({QStringLiteral("filtre : ") + model_->filter()});
     return lines;
 }
 

@@ -79,7 +79,16 @@ void ListingForm::print() {
     select();
     if (grid_->rows().rowCount() == 0) throw Refusal(QStringLiteral("Edition vide"), first_->objectName());
     const int group = order().group ? grid_->rows().columnOf(order().group->name) : -1;
-    desk().print(printedList(listing_->title, grid_->rows(), group));
+    desk().print(printedList(listing_->title, grid_->rows(), {words(), group}));
+}
+
+QString ListingForm::words() const {
+    const QString first = first_->text().trimmed(), last = last_->text().trimmed();
+    QStringList bounds;
+    if (!first.isEmpty()) bounds.append(QStringLiteral("du : ") + first);
+    if (!last.isEmpty()) bounds.append(QStringLiteral("au : ") + last);
+    const QString range = bounds.isEmpty() ? QStringLiteral("tout") : listing_->rangeCaption + u' ' + bounds.join(u' ');
+    return QStringLiteral("Sélection : %1   Tri par : %2").arg(range, order().caption);
 }
 
 } // namespace molven

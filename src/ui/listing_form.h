@@ -38,6 +38,8 @@ private:
     void select();
     void print();
     const ListingOrder& order() const;
+    /// The bounds and the order in words.
+    QString words() const;
 
     std::optional<Listing> listing_;
     Edit* first_ = nullptr;

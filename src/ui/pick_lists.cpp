@@ -118,7 +118,7 @@ PickList movements(Database molven, const QString& reference) {
 QList<GridColumn> unitColumns() {
     return {{&strproduit.imm_art, QStringLiteral("Immatriculation"), 120},
             {&strproduit.ref_art, QStringLiteral("Référence"), 110},
-            {&strproduit.pro_li1, QStringLiteral("Désignation"), 230},
+            {&strproduit.pro_li1, QStringLiteral("Désignation"), 300},
             {&strproduit.lot_art, QStringLiteral("Lot"), 90},
             {&strproduit.dat_per, QStringLiteral("Péremption"), 90},
             {&strproduit.tes_vte, QStringLiteral("Etat"), 45},

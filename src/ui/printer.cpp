@@ -15,39 +15,50 @@ namespace molven {
 
 namespace {
 
-void savePdf(const PrintJob& job, QWidget* parent) {
+/// True when the file was written.
+bool savePdf(const PrintJob& job, QWidget* parent) {
     const QString path =
         QFileDialog::getSaveFileName(parent, QStringLiteral("Enregistrer en PDF"), job.title() + QStringLiteral(".pdf"),
                                      QStringLiteral("Fichiers PDF (*.pdf)"));
-    if (path.isEmpty()) return;
+    if (path.isEmpty()) return false;
     try {
         job.savePdf(path);
+        return true;
     } catch (const Refusal& refusal) {
         MessageBoxPrompt().tell(refusal.text, {}, Icon::Warning);
+        return false;
     }
+}
+
+void paint(const PrintJob& job, QPrinter& printer) {
+    QPainter painter(&printer);
+    for (int page = 0; page < job.pages(); ++page) {
+        if (page > 0) printer.newPage();
+        job.paint(painter, page);
+    }
+}
+
+bool hasFailed(const QPrinter& printer) {
+    return printer.printerState() == QPrinter::Error || printer.printerState() == QPrinter::Aborted;
 }
 
 } // namespace
 
-void PreviewPrinter::print(const PrintJob& job) {
+bool PreviewPrinter::print(const PrintJob& job) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(job.title());
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    const double margin = PrintJob::MarginTwips * 72.0 / TwipsPerInch;
-    printer.setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Point);
+    printer.setPageLayout(job.pageLayout());
+    bool isSaved = false;
     QPrintPreviewDialog preview(&printer, QApplication::activeWindow());
     preview.setWindowTitle(QStringLiteral("Aperçu : ") + job.title());
     preview.resize(900, 700);
-    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview, [&job](QPrinter* target) {
-        QPainter painter(target);
-        for (int page = 0; page < job.pages(); ++page) {
-            if (page > 0) target->newPage();
-            job.paint(painter, page);
-        }
-    });
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
+                     [&job](QPrinter* target) { paint(job, *target); });
     if (auto* bar = preview.findChild<QToolBar*>())
-        bar->addAction(QStringLiteral("Enregistrer en PDF..."), &preview, [&job, &preview] { savePdf(job, &preview); });
-    preview.exec();
+        bar->addAction(QStringLiteral("Enregistrer en PDF..."), &preview,
+                       [&] { isSaved = savePdf(job, &preview) || isSaved; });
+    const bool isPrinted = preview.exec() == QDialog::Accepted && !hasFailed(printer); // it accepts what it has printed
+    return isPrinted || isSaved;
 }
 
 } // namespace molven

@@ -7,7 +7,7 @@ namespace molven {
 /// Shows a finished job as the paper will be; the user prints it or saves it as a PDF from there.
 class PreviewPrinter : public PrintTarget {
 public:
-    void print(const PrintJob& job) override;
+    bool print(const PrintJob& job) override;
 };
 
 } // namespace molven

@@ -51,6 +51,14 @@ TEST(Molvenctl, CreatesChecksAndTracesAnInstallation) {
     EXPECT_EQ(molvenctl({"demo", folder.filePath(QStringLiteral("d")), "--unites", "-3"}).code, 1);
 }
 
+TEST(Molvenctl, KeepsTheAddressOfTheCompany) {
+    test::Dossier dossier;
+    const QString home = dossier.folder();
+    EXPECT_EQ(molvenctl({"societe", home, "--adresse", "12 RUE DES LILAS", "--adresse", "69003 LYON"}).code, 0);
+    EXPECT_EQ(molvenctl({"societe", home, "--adresse", QString(41, u'x')}).code, 1);
+    EXPECT_EQ(molvenctl({"societe", home}).out.section(u'\n', 1), QStringLiteral("12 RUE DES LILAS\n69003 LYON\n"));
+}
+
 TEST(Molvenctl, ListsARecallAsATableAndAsData) {
     test::Dossier dossier;
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);

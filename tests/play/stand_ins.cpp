@@ -13,9 +13,10 @@ bool ScriptedPrompt::ask(const QString& text, const QString&, Icon) {
 
 bool ScriptedPrompt::confirm(const QString& text, const QString&) { return ask(text, {}, Icon::Warning); }
 
-void KeepingPrinter::print(const PrintJob& job) {
+bool KeepingPrinter::print(const PrintJob& job) {
     jobs.append(job);
     if (!folder_.isEmpty()) job.savePdf(folder_ + QStringLiteral("/print-%1.pdf").arg(jobs.size()));
+    return prints;
 }
 
 } // namespace molven::play

@@ -22,9 +22,10 @@ public:
 class KeepingPrinter : public PrintTarget {
 public:
     explicit KeepingPrinter(const QString& folder) : folder_(folder) {}
-    void print(const PrintJob& job) override;
+    bool print(const PrintJob& job) override;
 
     QList<PrintJob> jobs;
+    bool prints = true; ///< false: the user only looks at it
 
 private:
     QString folder_;

@@ -1,5 +1,7 @@
 #include "support/dossier.h"
 
+#include "reference/parameters.h"
+#include "reference/parties.h"
 #include "sales/document_tables.h"
 #include "sales/recall.h"
 
@@ -7,6 +9,14 @@ namespace molven {
 
 using test::Dossier;
 using test::refusalOf;
+
+namespace {
+
+QString client(Database molven, const char* code) {
+    return parties::findClient(molven, QString::fromLatin1(code))->value(strclient.clt_nom);
+}
+
+} // namespace
 
 TEST(Recalls, FindEveryUnitOfALotWhereverItIs) {
     Dossier dossier;
@@ -46,6 +56,20 @@ TEST(Recalls, FindEveryUnitOfALotWhereverItIs) {
     EXPECT_EQ(found({QStringLiteral("LOT-1"), {}, {}, {}, {}}), whole);
     EXPECT_EQ(found({{}, {}, QStringLiteral("HIP"), QStringLiteral("05/03/2026"), QStringLiteral("05/03/2026")}),
               whole);
+
+    // Sold or delivered, a unit is with its client, whatever the depot of the document.
+    molven.update(strproduit, {{strproduit.num_dep, MainDepot}, {strproduit.reg_pat, {}}},
+                  strproduit.imm_art == units[0]);
+    QStringList holders;
+    for (const Record& unit : recall::find(dossier.session, {QStringLiteral("LOT-1"), {}, {}, {}, {}}))
+        holders.append(unit[strrappel.rap_imm].right(1) + u' ' + recall::holder(unit) + u' ' +
+                       recall::stateWords(unit));
+    const QString first = QStringLiteral("Etablissement : ") + client(molven, "000001");
+    EXPECT_EQ(holders, (QStringList{QStringLiteral("4 Au dépôt principal 001 En stock"),
+                                    QStringLiteral("1 ") + first + QStringLiteral(" Livré"),
+                                    QStringLiteral("3 ") + first + QStringLiteral(" Vendu, archivé"),
+                                    QStringLiteral("2 Etablissement : ") + client(molven, "000002") +
+                                        QStringLiteral(" Vendu")}));
 
     const auto refused = [&dossier](const RecallQuery& query) {
         return refusalOf([&] { recall::find(dossier.session, query); });

@@ -84,13 +84,14 @@ TEST_F(LabelFiles, TakeSeveralLppCodesFromTheirTable) {
     molven.update(strproduit, {{strproduit.pro_lpp, SeveralLpp}}, {});
     Record several(strartlpp);
     several[strartlpp.lpp_ref] = QStringLiteral("GRAFT");
-    several[strartlpp.lpp_1] = QStringLiteral("3100001");
-    several[strartlpp.lpp_2] = QStringLiteral("3199999");
+    several[strartlpp.lpp_1] = QStringLiteral("3199999"); // without a label
+    several[strartlpp.lpp_2] = QStringLiteral("3100001");
     molven.insert(several);
     molven.update(strarticle, {{strarticle.art_res, QStringLiteral("123.4")}},
                   strarticle.art_ref == QStringLiteral("GRAFT"));
     const Record label = labelOf(unit);
-    EXPECT_EQ(label[etiq.e_lpp], QStringLiteral("3100001"));
+    EXPECT_EQ(label[etiq.e_lpp] + u'|' + label[etiq.e_llpp], QStringLiteral("3199999|"));
+    EXPECT_EQ(label[etiq.e_lpp2] + u'|' + label[etiq.e_llpp2], QStringLiteral("3100001|HANCHE, COTYLE"));
     EXPECT_EQ(label[etiq.e_ori], QStringLiteral("ORIGINE HUMAINE"));
     EXPECT_EQ(label[etiq.e_res], QStringLiteral("123,40 EUR"));
     EXPECT_EQ(label[etiq.g_don] + label[etiq.g_tis], QStringLiteral("C2C1"));
@@ -177,6 +178,19 @@ TEST(LabelPages, BreakALongCaptionAtABlankAndStartAPageWhenFull) {
     PrintJob job(QStringLiteral("Etiquettes"));
     label_page::print(job, QList<ProductLabel>(9, sample()), QStringLiteral("Courier New"));
     EXPECT_EQ(job.pages(), 3);
+}
+
+TEST(LabelPages, KeepTheirHeightWithEveryCodeUnderItsOwnCaption) {
+    ProductLabel label = sample();
+    label.lppLabel = QStringLiteral("IMPLANT ARTICULAIRE DE HANCHE, COTYLE A DOUBLE MOBILITE CIMENTE");
+    label.liabilityTariff = QStringLiteral("EGAL AU PRIX DE VENTE TTC");
+    label.furtherLpp = {QStringLiteral("3100002 ") + label.lppLabel, QStringLiteral("3100003 TIGE")};
+    PrintJob job(QStringLiteral("Etiquettes"));
+    label_page::print(job, {label}, QStringLiteral("Courier New"));
+    EXPECT_GT(pieceOf(job, QStringLiteral("LPP : 3100003 TIGE")).y,
+              pieceOf(job, label_page::captionLines(label.lppLabel).last()).y);
+    for (const PrintedText& piece : job.pieces())
+        EXPECT_LE(piece.y + 140, label_page::LabelStep) << "on the next label";
 }
 
 TEST(LabelPages, FillAnA4SheetColumnByColumn) {

@@ -1,6 +1,8 @@
 #include "ui/form.h"
 #include "ui/grid.h"
 
+#include "data/clock.h"
+#include "data/dates.h"
 #include "play/stand_ins.h"
 #include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
@@ -12,8 +14,10 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPushButton>
 #include <QTest>
 
 namespace molven {
@@ -70,6 +74,11 @@ TEST_F(VatGrid, FiltersWithoutRegardToAccentsAndCopiesTheChosenRow) {
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("3\tété\t10,00"));
     QTest::keyClick(&grid, Qt::Key_Escape);
     EXPECT_EQ(codes(), QStringLiteral("123"));
+}
+
+TEST_F(VatGrid, SaysInAnExportWhichFilterNarrowsIt) {
+    QTest::keyClicks(&grid, QStringLiteral("norm"));
+    EXPECT_EQ(grid.csv(), QStringLiteral("Code;Libellé;Taux\r\n2;Normal;20,00\r\nfiltre : norm\r\n"));
 }
 
 TEST_F(VatGrid, ExportsWhatItShowsForASpreadsheet) {
@@ -145,6 +154,31 @@ TEST(DateBoxes, AreEmptyWithoutDigits) {
     EXPECT_EQ(box.value(), QString());
     box.put(QStringLiteral("05/03/2026"));
     EXPECT_EQ(box.value(), QStringLiteral("05/03/2026"));
+}
+
+TEST(Reminders, AreMarkedWhenTheListIsPrintedAndNotWhenItIsOnlyLookedAt) {
+    test::Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), 2);
+    auto prompt = std::make_unique<play::ScriptedPrompt>();
+    prompt->answers.append(true); // the units reminded already, too
+    auto printer = std::make_unique<play::KeepingPrinter>(QString());
+    play::KeepingPrinter& user = *printer;
+    Desk desk(dossier.folder(), std::move(prompt), std::move(printer));
+    addScreens(desk);
+    desk.session = dossier.session;
+    Form* form = desk.open(QStringLiteral("T_proedt"));
+    ASSERT_NE(form, nullptr);
+    form->findChild<QComboBox*>(QStringLiteral("Cmbrelance"))->setCurrentIndex(1);
+    form->findChild<QPushButton*>(QStringLiteral("cmdvalide"))->click();
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    for (const bool prints : {false, true}) {
+        user.prints = prints;
+        form->findChild<QPushButton*>(QStringLiteral("Cmdimp"))->click();
+        const QString today = sortKey(Clock::today());
+        EXPECT_EQ(molven.count(strproduit, strproduit.dat_rel == today && strproduit.dat_sel == today), prints ? 2 : 0);
+    }
+    EXPECT_EQ(user.jobs.size(), 2);
 }
 
 TEST(Desks, RefuseASecondCopyAndShowAFileThatIsMissing) {

@@ -24,6 +24,7 @@ Command checkCommand();
 Command traceCommand();
 Command recallCommand();
 Command journalCommand();
+Command companyCommand();
 Command importCommand();
 Command exportCommand();
 Command restoreCommand();

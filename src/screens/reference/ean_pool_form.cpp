@@ -1,7 +1,5 @@
 #include "screens/reference/ean_pool_form.h"
 
-#include "data/clock.h"
-#include "data/dates.h"
 #include "printing/report.h"
 #include "reference/article_tables.h"
 #include "reference/ean.h"
@@ -115,14 +113,14 @@ void LppCodificationForm::run() {
     prompt().tell(QStringLiteral("Traitement termine"));
     if (faults.isEmpty()) return;
     Report report(QStringLiteral("Liste des erreurs - Codification des LPP à partir des codes TIPS"),
-                  dateText(Clock::today()),
-                  {{QStringLiteral("Référence"), 2200},
-                   {QStringLiteral("Désignation "), 5100},
-                   {QStringLiteral("Code T.I.P.S."), 2000},
-                   {QStringLiteral("Code LPP"), 2000}});
+                  {{QStringLiteral("Référence")},
+                   {QStringLiteral("Désignation ")},
+                   {QStringLiteral("Code T.I.P.S.")},
+                   {QStringLiteral("Code LPP")}});
     for (const lpp_codification::Fault& fault : faults)
         report.row({fault.reference, fault.label, fault.tips, fault.lpp});
-    desk().print(report.finish({}));
+    report.count();
+    desk().print(report);
 }
 
 } // namespace molven

@@ -7,11 +7,11 @@
 #include "data/safe_file.h"
 #include "printing/letter.h"
 #include "reference/parties.h"
+#include "shell/company_address.h"
 #include "stock/unit_tables.h"
 #include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
-#include "ui/printed_list.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -28,6 +28,7 @@ QList<GridColumn> columns() {
     const auto& r = strrappel;
     return {{&r.rap_imm, QStringLiteral("Immatriculation"), 110},
             {&r.rap_ref, QStringLiteral("Référence"), 95},
+            {&r.rap_li1, QStringLiteral("Désignation"), 290},
             {&r.rap_lot, QStringLiteral("Lot"), 85},
             {&r.rap_etat, QStringLiteral("Etat"), 40},
             {&r.rap_dep, QStringLiteral("Dépôt"), 50},
@@ -40,9 +41,30 @@ QList<GridColumn> columns() {
             {&r.rap_lieu, QStringLiteral("Situation"), 300}};
 }
 
-Letter letterTo(const Session& session, const Record& client, const RecallQuery& query, const QList<Record>& units) {
+QString countOf(const QList<Record>& units) {
+    const auto laid = std::count_if(units.begin(), units.end(),
+                                    [](const Record& unit) { return !unit[strrappel.rap_pat].isEmpty(); });
+    return QStringLiteral("Nbre sélection : %1, dont posés : %2").arg(units.size()).arg(laid);
+}
+
+/// What the hospital sends back, to be told apart from the letters of other recalls.
+void addSlip(Letter& letter, const QString& hospital, qsizetype units) {
+    const QString blank(24, u'.');
+    letter.slipTitle = QStringLiteral("ACCUSE DE RECEPTION à retourner à ") + letter.sender;
+    letter.slip = {
+        letter.subject + QStringLiteral("   ") + letter.placeAndDate,
+        QStringLiteral("Etablissement : ") + hospital,
+        QStringLiteral("Dispositifs concernés : %1   mis à part : %2   déjà posés : %2").arg(units).arg(blank),
+        QStringLiteral("Introuvables (immatriculations) : ") + blank + blank + blank,
+        QStringLiteral("Nom et fonction : ") + blank + blank,
+        QStringLiteral("Date : %1   Signature et cachet :").arg(blank)};
+}
+
+Letter letterTo(const Session& session, const QStringList& senderAddress, const Record& client,
+                const RecallQuery& query, const QList<Record>& units) {
     Letter letter;
     letter.sender = session.spe_nom;
+    letter.senderAddress = senderAddress;
     letter.footer = session.spe_pied;
     letter.address.append(client[strclient.clt_nom]);
     for (const Label* line :
@@ -58,16 +80,48 @@ Letter letterTo(const Session& session, const Record& client, const RecallQuery&
             "rappel. "
             "Nous vous prions de mettre à part sans délai ceux qui n'ont pas été posés, et d'informer les praticiens "
             "des patients concernés.")};
-    letter.columns = {QStringLiteral("Immatriculation"), QStringLiteral("Référence"), QStringLiteral("Lot"),
-                      QStringLiteral("Patient"),         QStringLiteral("Date"),      QStringLiteral("Document")};
-    letter.widths = {1600, 1800, 1700, 2700, 1200, 1000};
+    letter.columns = {{QStringLiteral("Immatriculation")}, {QStringLiteral("Référence")},
+                      {QStringLiteral("Désignation")},     {QStringLiteral("Lot")},
+                      {QStringLiteral("Patient")},         {QStringLiteral("Date")},
+                      {QStringLiteral("Document")}};
     for (const Record& unit : units)
-        letter.rows.append({unit[strrappel.rap_imm], unit[strrappel.rap_ref], unit[strrappel.rap_lot],
-                            unit[strrappel.rap_pat].left(26), unit[strrappel.rap_dat], unit[strrappel.rap_doc]});
-    letter.closing = {
-        QStringLiteral("Nous vous remercions d'accuser réception de ce courrier et vous prions d'agréer, Madame, "
-                       "Monsieur, nos salutations distinguées.")};
+        letter.rows.append({unit[strrappel.rap_imm], unit[strrappel.rap_ref], unit[strrappel.rap_li1],
+                            unit[strrappel.rap_lot], unit[strrappel.rap_pat], unit[strrappel.rap_dat],
+                            unit[strrappel.rap_doc]});
+    letter.closing = {QStringLiteral(
+        "Nous vous remercions de nous retourner l'accusé de réception ci-dessous et vous prions d'agréer, "
+        "Madame, Monsieur, nos salutations distinguées.")};
+    addSlip(letter, client[strclient.clt_nom], units.size());
     return letter;
+}
+
+Report reportOf(const RecallQuery& query, const QList<Record>& units) {
+    const auto& r = strrappel;
+    Report report(QStringLiteral("RAPPEL DE LOT"), {{QStringLiteral("Immatriculation")},
+                                                    {QStringLiteral("Référence")},
+                                                    {QStringLiteral("Désignation")},
+                                                    {QStringLiteral("Lot")},
+                                                    {QStringLiteral("Péremption")},
+                                                    {QStringLiteral("Etat")},
+                                                    {QStringLiteral("Dépôt")},
+                                                    {QStringLiteral("Patient")},
+                                                    {QStringLiteral("Chirurgien")},
+                                                    {QStringLiteral("Date")},
+                                                    {QStringLiteral("Document")},
+                                                    {QStringLiteral("Situation")}});
+    report.say(recall::words(query));
+    QString group;
+    for (const Record& unit : units) {
+        const QString client = unit[r.rap_clt], holder = recall::holder(unit);
+        if (client + holder != group) report.group(holder, client);
+        group = client + holder;
+        report.row({unit[r.rap_imm], unit[r.rap_ref], unit[r.rap_li1], unit[r.rap_lot], unit[r.rap_per],
+                    recall::stateWords(unit), unit[r.rap_dep], unit[r.rap_pat], unit[r.rap_chr], unit[r.rap_dat],
+                    unit[r.rap_doc], unit[r.rap_lieu]});
+    }
+    report.total(countOf(units));
+    report.count();
+    return report;
 }
 
 } // namespace
@@ -100,7 +154,9 @@ QLayout* RecallForm::buttons() {
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
     auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] {
         requireUnits();
-        grid_->exportCsv();
+        Grid all(grid_->objectName(), columns(), this); // whatever filter is typed in the one on the screen
+        all.rows().setRecords(units_);
+        all.exportCsv();
     });
     auto* letters =
         button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
@@ -121,9 +177,7 @@ void RecallForm::find() {
     query_ = {value("txtlot_art"), value("txtfou_ref"), value("txtref_art"), value("Mskdeb"), value("Mskfin")};
     units_ = recall::find(session(), query_);
     grid_->rows().setRecords(units_);
-    const auto laid = std::count_if(units_.begin(), units_.end(),
-                                    [](const Record& unit) { return !unit[strrappel.rap_pat].isEmpty(); });
-    count_->setText(QStringLiteral("Nbre sélection : %1, dont posés : %2").arg(units_.size()).arg(laid));
+    count_->setText(countOf(units_));
 }
 
 void RecallForm::requireUnits() const {
@@ -132,8 +186,7 @@ void RecallForm::requireUnits() const {
 
 void RecallForm::print() {
     requireUnits();
-    desk().print(
-        printedList(QStringLiteral("RAPPEL DE LOT"), grid_->rows(), grid_->rows().columnOf(strrappel.rap_nom.name)));
+    desk().print(reportOf(query_, units_));
 }
 
 /// One PDF a hospital, in the work folder; none takes the place of an earlier one.
@@ -147,9 +200,10 @@ void RecallForm::writeLetters() {
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
     Workspace workspace;
     Database molven = workspace.open(session().molven());
+    const QStringList address = company_address::lines(molven);
     for (auto hospital = byHospital.begin(); hospital != byHospital.end(); ++hospital) {
         const Record client = parties::findClient(molven, hospital.key()).value_or(Record(strclient));
-        printed(letterTo(session(), client, query_, hospital.value()))
+        printed(letterTo(session(), address, client, query_, hospital.value()))
             .savePdf(freeName(folder + u'/' + recall::letterName(query_, hospital.key(), Clock::today())));
     }
     prompt().tell(QStringLiteral("Lettres enregistrées dans %1 : %2")

@@ -89,7 +89,7 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
       grid_(new Grid(QStringLiteral("DBGrid1"),
                      {{&etiq.e_imm, QStringLiteral("Immatriculation"), 120},
                       {&etiq.e_ref, QStringLiteral("Référence"), 120},
-                      {&etiq.e_li1, QStringLiteral("Désignation"), 260},
+                      {&etiq.e_li1, QStringLiteral("Désignation"), 300},
                       {&etiq.e_tip, QStringLiteral("TIPS"), 90},
                       {&etiq.e_lpp, QStringLiteral("LPP"), 90},
                       {&etiq.e_euro, QStringLiteral("Prix TTC"), 90}},
@@ -118,9 +118,14 @@ void LabelPrintForm::print() {
     const Recordset rows = tri_.select(etiq);
     if (rows.isEmpty()) throw Refusal(QStringLiteral("Aucune étiquette à imprimer"));
     QList<ProductLabel> labels;
-    for (const Record& row : rows)
+    for (const Record& row : rows) {
         labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp],
                        row[etiq.e_ori], row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
+        for (const auto& [code, label] :
+             {std::pair(&etiq.e_lpp2, &etiq.e_llpp2), std::pair(&etiq.e_lpp3, &etiq.e_llpp3)})
+            if (const QString further = row[*code]; !further.isEmpty())
+                labels.last().furtherLpp.append((further + u' ' + row[*label]).trimmed());
+    }
     PrintJob job(QStringLiteral("Etiquettes"));
     label_page::print(job, labels, desk().barcodeFamily(),
                       paper_->currentIndex() == 1 ? label_page::Paper::Sheet : label_page::Paper::Column);

@@ -4,11 +4,10 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
-#include "printing/report.h"
 #include "reference/articles.h"
 #include "reference/parameter_tables.h"
 #include "reference/parameters.h"
-#include "reference/party_tables.h"
+#include "reference/parties.h"
 #include "stock/labels.h"
 #include "stock/patient_enquiry.h"
 #include "stock/units.h"
@@ -146,6 +145,9 @@ void UnitListForm::select() {
     const bool withoutReminded =
         isReminder_ &&
         !prompt().ask(QStringLiteral("Voulez-vous que l'on sélectionne ceux qui ont été déjà relancés ? "));
+    reminderWords_ = !isReminder_      ? QString()
+                     : withoutReminded ? QStringLiteral("Relance : produits jamais relancés")
+                                       : QStringLiteral("Relance : produits déjà relancés compris");
     words_->setText(QStringLiteral("Sélection : ") + listing::words(unit_listing::criteria(), selection));
     const Criterion criterion = unit_listing::criterion(molven_, selection, withoutReminded);
     if (molven_.count(strproduit, criterion) == 0)
@@ -169,30 +171,40 @@ Recordset UnitListForm::selected() { return molven_.select(strproduit, *selected
 void UnitListForm::print() {
     requireSelection();
     working_copy::keep(tri_, selected());
-    Report report(QStringLiteral("LISTE DES PRODUITS"), dateText(Clock::today()),
-                  {{QStringLiteral("N° Immatriculation"), 1450},
-                   {QStringLiteral("Référence"), 1250},
-                   {QStringLiteral("Désignation"), 2150},
-                   {QStringLiteral("Fournis"), 750},
-                   {QStringLiteral("Imm Frs"), 1150},
-                   {QStringLiteral("N° Lot"), 1050},
-                   {QStringLiteral("Dép"), 550},
-                   {QStringLiteral("N° Pièce"), 850},
-                   {QStringLiteral("Péremption"), 1050},
-                   {QStringLiteral("Dépôt Initial"), 1050}});
+    if (desk().print(report())) unit_listing::markSelected(molven_, tri_, isReminder_);
+}
+
+Report UnitListForm::report() {
+    Report report(QStringLiteral("LISTE DES PRODUITS"), {{QStringLiteral("N° Immatriculation")},
+                                                         {QStringLiteral("Référence")},
+                                                         {QStringLiteral("Désignation")},
+                                                         {QStringLiteral("Fournis")},
+                                                         {QStringLiteral("Imm Frs")},
+                                                         {QStringLiteral("N° Lot")},
+                                                         {QStringLiteral("Dép")},
+                                                         {QStringLiteral("N° Pièce")},
+                                                         {QStringLiteral("Péremption")},
+                                                         {QStringLiteral("Dépôt Initial")}});
+    const QString words = listing::words(unit_listing::criteria(), selection_);
+    report.say(QStringLiteral("Sélection : ") + (words.isEmpty() ? QStringLiteral("tous les produits") : words));
+    report.say(reminderWords_);
     const bool byClient = selection_.order == 2;
     std::optional<QString> client;
     for (const Record& unit : tri_.select(tripro)) {
         const QString holder = unit[tripro.clt_vte];
-        if (byClient && client != holder) report.group(QStringLiteral("Client : ") + holder);
+        if (byClient && client != holder) report.group(groupTitle(QStringLiteral("Client"), holder), nameOf(holder));
         client = holder;
         report.row({unit[tripro.imm_art], unit[tripro.ref_art], unit[tripro.pro_li1], unit[tripro.fou_cde],
                     unit[tripro.fou_imm], unit[tripro.lot_art], unit[tripro.num_dep], unit[tripro.pie_art],
                     unit[tripro.dat_per], unit[tripro.nom_dep]});
     }
-    desk().print(report.finish(
-        QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(grid_->rows().rowCount()).arg(report.pages())));
-    unit_listing::markSelected(molven_, tri_, isReminder_);
+    report.count();
+    return report;
+}
+
+QString UnitListForm::nameOf(const QString& client) const {
+    const auto known = parties::findClient(molven_, client);
+    return known ? known->value(strclient.clt_nom) : QString();
 }
 
 void UnitListForm::makeLabels() {
@@ -323,7 +335,7 @@ void StockListForm::listArticlesAt() {
 void StockListForm::showArticles(const QList<Record>& found, const QString& title) {
     articles_ = found;
     title_ = title;
-    ofUnits_ = false;
+    units_.reset();
     grid_->setColumns(articleColumns());
     grid_->rows().setRecords(found);
     Decimal quantity, value;
@@ -342,36 +354,41 @@ void StockListForm::listUnits() {
     if (molven_.count(strproduit, criterion) == 0)
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"));
     title_ = QStringLiteral("INVENTAIRE PRODUITS");
-    ofUnits_ = true;
+    unitSelection_ = asked;
+    units_ = criterion;
     grid_->setColumns({{&strproduit.num_dep, QStringLiteral("Dépôt"), 70},
                        {&strproduit.ref_art, QStringLiteral("Référence"), 140},
                        {&strproduit.imm_art, QStringLiteral("Immatriculation"), 130},
                        {&strproduit.pro_li1, QStringLiteral("Désignation"), 640},
-                       {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, QStringLiteral("# ##0.00")}});
-    grid_->rows().setQuery([this, criterion, asked](const Criterion& filter, const Order& order) {
-        return molven_.select(strproduit, criterion && filter,
-                              order.terms.isEmpty() ? stock_listing::unitOrder(asked) : order);
+                       {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, amountPattern()}});
+    grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
+        return molven_.select(strproduit, *units_ && filter,
+                              order.terms.isEmpty() ? stock_listing::unitOrder(unitSelection_) : order);
     });
     total_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
 }
 
 void StockListForm::print() {
     if (title_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("REF1"));
-    if (!ofUnits_) return printArticles();
-    const int order = criteria_->choice(QStringLiteral("Cmbtri"));
-    const int group = order == 2 ? 0 : order == 1 ? 1 : -1; // by depot or by article
-    desk().print(printedList(title_, grid_->rows(), group, QStringLiteral("Quantité : ")));
+    desk().print(units_ ? unitReport() : articleReport());
 }
 
-void StockListForm::printArticles() {
-    const QString amount =
-        session().rules().purchasePriceDecimals() == 3 ? QStringLiteral("# ##0.000") : QStringLiteral("# ##0.00");
-    Report report(title_, dateText(Clock::today()),
-                  {{QStringLiteral("Référence"), 1900},
-                   {QStringLiteral("Désignation"), 4600},
-                   {QStringLiteral("Quantité"), 1300, true},
-                   {QStringLiteral("P.A.Moyen"), 1600, true},
-                   {QStringLiteral("Valeur du Stock"), 1900, true}});
+QString StockListForm::amountPattern() {
+    return session().rules().purchasePriceDecimals() == 3 ? QStringLiteral("# ##0.000") : QStringLiteral("# ##0.00");
+}
+
+QString StockListForm::words() const {
+    return words_->text().isEmpty() ? QStringLiteral("Sélection : tout le stock") : words_->text();
+}
+
+Report StockListForm::articleReport() {
+    const QString amount = amountPattern();
+    Report report(title_, {{QStringLiteral("Référence")},
+                           {QStringLiteral("Désignation")},
+                           {QStringLiteral("Quantité"), true},
+                           {QStringLiteral("P.A.Moyen"), true},
+                           {QStringLiteral("Valeur du Stock"), true}});
+    report.say(words());
     Decimal quantity, total;
     for (const Record& article : articles_) {
         const Decimal value = article[strarticle.art_stk] * article[strarticle.art_pam];
@@ -381,7 +398,38 @@ void StockListForm::printArticles() {
                     format(article[strarticle.art_pam], amount), format(value, amount)});
     }
     report.total(QStringLiteral("TOTAUX DE L'INVENTAIRE : QUANTITE ") + shown(quantity));
-    desk().print(report.finish(QStringLiteral("TOTAUX DE L'INVENTAIRE ") + format(total, amount)));
+    report.total(QStringLiteral("TOTAUX DE L'INVENTAIRE ") + format(total, amount));
+    return report;
+}
+
+Report StockListForm::unitReport() {
+    Report report(title_, {{QStringLiteral("Dépôt / Référence")},
+                           {QStringLiteral("Immatriculation")},
+                           {QStringLiteral("Désignation")},
+                           {QStringLiteral("P.Achat"), true}});
+    report.say(words());
+    const bool byDepot = unitSelection_.order == 2, byReference = unitSelection_.order == 1;
+    std::optional<QString> group;
+    int quantity = 0;
+    const auto endGroup = [&] {
+        if (group) report.total(QStringLiteral("Quantité : ") + QString::number(quantity));
+        quantity = 0;
+    };
+    for (const Record& unit : molven_.select(strproduit, *units_, stock_listing::unitOrder(unitSelection_))) {
+        const QString depot = unit[strproduit.num_dep], reference = unit[strproduit.ref_art];
+        const QString now = byDepot ? depot : reference;
+        if ((byDepot || byReference) && group != now) {
+            endGroup();
+            group = now;
+            report.group(groupTitle(byDepot ? QStringLiteral("Dépôt") : QStringLiteral("Référence"), now));
+        }
+        ++quantity;
+        report.row({depot + QStringLiteral(" / ") + reference, unit[strproduit.imm_art], unit[strproduit.pro_li1],
+                    format(unit[strproduit.pro_pac], amountPattern())});
+    }
+    endGroup();
+    report.count();
+    return report;
 }
 
 } // namespace molven

@@ -36,6 +36,8 @@ private:
     void requireSelection() const;
     Recordset selected();
     void print();
+    Report report();
+    QString nameOf(const QString& client) const;
     void makeLabels();
     void returnUnits();
     void removeUnit();
@@ -47,6 +49,7 @@ private:
     ListingSelection selection_;
     std::optional<Criterion> selected_;
     bool isReminder_ = false;
+    QString reminderWords_; ///< which units the reminder takes; empty when it is none
 };
 
 /// Stock of articles with its value, now or at a past date, and stock of units.
@@ -61,7 +64,10 @@ private:
     void listUnits();
     void showArticles(const QList<Record>& articles, const QString& title);
     void print();
-    void printArticles();
+    Report articleReport();
+    Report unitReport();
+    QString amountPattern();
+    QString words() const;
 
     Database compta_;
     Grid* grid_ = nullptr;
@@ -69,8 +75,9 @@ private:
     QLabel* words_ = nullptr;
     QLabel* step_ = nullptr;
     QString title_; ///< of what is listed; empty before
-    bool ofUnits_ = false;
     QList<Record> articles_;
+    ListingSelection unitSelection_;
+    std::optional<Criterion> units_; ///< the units listed; nothing when articles are
 };
 
 } // namespace molven

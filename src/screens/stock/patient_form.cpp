@@ -1,7 +1,5 @@
 #include "screens/stock/patient_form.h"
 
-#include "data/clock.h"
-#include "data/dates.h"
 #include "printing/report.h"
 #include "reference/article_tables.h"
 #include "reference/party_tables.h"
@@ -43,11 +41,12 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
     : Form(desk, name),
       molven_(workspace_.open(session().molven())),
       units_(workspace_.open(session().path(units))),
-      tri_(workspace_.open(session().tri())) {
+      tri_(workspace_.open(session().tri())),
+      isVirtual_(units == DataFile::Virtuel) {
     grid_ = new Grid(QStringLiteral("DBGrid1"),
                      {{&strproduit.imm_art, QStringLiteral("N° Immatriculation"), 130},
                       {&strproduit.ref_art, QStringLiteral("Référence"), 120},
-                      {&strproduit.pro_li1, QStringLiteral("Désignation"), 280},
+                      {&strproduit.pro_li1, QStringLiteral("Désignation"), 300},
                       {&strproduit.reg_pat, QStringLiteral("Patient"), 220},
                       {&strproduit.reg_dat, QStringLiteral("Date Pose"), 90},
                       {&strproduit.clt_vte, QStringLiteral("Client"), 70},
@@ -66,8 +65,8 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
     layout->addWidget(grid_, 1);
     layout->addLayout(buttons());
     resize(1180, 700);
-    applyTitle(units == DataFile::Virtuel ? QStringLiteral("Tracabilité des produits(posés) virtuels")
-                                          : QStringLiteral("Tracabilité des produits(posés)"));
+    applyTitle(isVirtual_ ? QStringLiteral("Tracabilité des produits(posés) virtuels")
+                          : QStringLiteral("Tracabilité des produits(posés)"));
     setPickers();
     criteria_->edit(QStringLiteral("DEBIMM"))->setFocus();
 }
@@ -140,17 +139,22 @@ void PatientForm::keep() { working_copy::keep(tri_, patient_enquiry::select(unit
 
 void PatientForm::print() {
     const Recordset units = patient_enquiry::select(units_, requireSelection());
-    Report report(QStringLiteral("TRACABILITE"), dateText(Clock::today()),
-                  {{QStringLiteral("N° Immatriculation"), 1800},
-                   {QStringLiteral("Référence"), 1700},
-                   {QStringLiteral("Désignation"), 3900},
-                   {QStringLiteral("Patient"), 2700},
-                   {QStringLiteral("Date Pose"), 1200}});
+    Report report(QStringLiteral("TRACABILITE"), {{QStringLiteral("N° Immatriculation")},
+                                                  {QStringLiteral("Référence")},
+                                                  {QStringLiteral("Désignation")},
+                                                  {QStringLiteral("Patient")},
+                                                  {QStringLiteral("Date Pose")},
+                                                  {QStringLiteral("Lot")},
+                                                  {QStringLiteral("Client")}});
+    const QString words = patient_enquiry::words(*selection_);
+    report.say(words.isEmpty() ? QStringLiteral("Sélection : tous les produits posés") : words);
+    if (isVirtual_) report.say(QStringLiteral("Produits virtuels"));
     for (const Record& unit : units)
         report.row({unit[strproduit.imm_art], unit[strproduit.ref_art], unit[strproduit.pro_li1],
-                    unit[strproduit.reg_pat], unit[strproduit.reg_dat]});
-    desk().print(report.finish(
-        QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(units.count()).arg(report.pages())));
+                    unit[strproduit.reg_pat], unit[strproduit.reg_dat], unit[strproduit.lot_art],
+                    unit[strproduit.clt_vte]});
+    report.count();
+    desk().print(report);
 }
 
 void PatientForm::makeLabels() {

@@ -31,6 +31,7 @@ private:
 
     Workspace workspace_;
     Database molven_, units_, tri_;
+    const bool isVirtual_;
     CriteriaPanel* criteria_ = nullptr;
     Grid* grid_ = nullptr;
     QLabel* words_ = nullptr;

@@ -1,0 +1,33 @@
+#include "app/ctl/command.h"
+
+#include "data/database.h"
+#include "dossier/creation.h"
+#include "shell/company_address.h"
+
+#include <QCommandLineParser>
+
+namespace molven::ctl {
+
+Command companyCommand() {
+    return {QStringLiteral("societe"),
+            QStringLiteral("montre, ou change, l'adresse de la société sur ses lettres"),
+            QStringLiteral("DIR"),
+            [](QCommandLineParser& parser) {
+                parser.addOption({QStringLiteral("adresse"),
+                                  QStringLiteral("une ligne de l'adresse, jusqu'à quatre fois ; remplace l'adresse"),
+                                  QStringLiteral("LIGNE")});
+            },
+            [](const QCommandLineParser& parser, const QStringList& arguments) {
+                const Session session = creation::open(arguments[0]);
+                Workspace workspace;
+                const Database molven = workspace.open(session.molven());
+                if (const QStringList typed = parser.values(QStringLiteral("adresse")); !typed.isEmpty())
+                    company_address::set(molven, typed);
+                say(session.spe_nom);
+                for (const QString& line : company_address::lines(molven)) say(line);
+                return 0;
+            },
+            1};
+}
+
+} // namespace molven::ctl
