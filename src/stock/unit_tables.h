@@ -45,12 +45,12 @@ struct ProductUnits : Table {
     Text dat_vte{this, "dat_vte", 10};         ///< its date
     Text tri_vte{this, "tri_vte", 8};
     Number pro_pac{this, "pro_pac"};     ///< purchase price, company currency
-    Number pro_vte{this, "pro_vte"};     ///< sale price
+    Number pro_vte{this, "pro_vte"};     ///< sale price, in the basis of pro_tar
     Label pro_li1{this, "pro_li1", 40};  ///< article label at receipt
     Text pro_tip{this, "pro_tip", 13};   ///< TIPS code
     Text pro_lpp{this, "pro_lpp", 13};   ///< LPP code
     Text pro_nho{this, "pro_nho", 20};   ///< approval number
-    Text pro_tar{this, "pro_tar", 20};   ///< price basis; on exchange files the line's amount
+    Text pro_tar{this, "pro_tar", 20};   ///< price basis: H without VAT, else with; on exchange files the line's amount
     Text pro_mon{this, "pro_mon", 3};    ///< currency of the prices
     Label reg_pat{this, "reg_pat", 40};  ///< patient
     Text reg_clt{this, "reg_clt", 6};    ///< hospital of the implantation

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QLabel;
+class QPushButton;
 class QStackedWidget;
 
 namespace molven {
@@ -24,6 +25,12 @@ public:
     /// Lists units and shows the first.
     void list(const Criterion& criterion);
     void focusSearch();
+    /// Closes the conformity or implantation being entered, unless the user keeps it; false when none was open.
+    bool leaveTray();
+    /// True when nothing typed into the tray would be lost, or the user gives it up.
+    bool mayLeaveTray();
+    /// What Return presses in a box of the card: what validates the open tray, nothing in a search box.
+    QPushButton* validates(const QWidget* box) const;
     /// Reads the shown unit again after it was written elsewhere.
     void refresh();
 
@@ -35,12 +42,20 @@ private:
     void buildTray();
     Edit* searchBox(const QString& name, int characters, const std::function<void()>& find);
     void setPickers();
+    void search(const Criterion& criterion);
     void findByNumber();
     void findByReference();
     void findBySupplierSerial();
     void findBySupplierReference();
+    /// Shows the unit of a row, unless the user keeps what is typed in the tray.
+    void bringUp(const Record& unit);
     void show(const Record& unit);
+    void showNone();
+    void openTray(int page, const QList<Edit*>& boxes, const QStringList& texts);
+    /// The unit shown, which the number box names; throws Refusal.
     const Record& requireUnit() const;
+    /// The same, read again from the file.
+    const Record& freshUnit();
     void remove();
     void makeLabels();
     void openConformity();
@@ -57,10 +72,15 @@ private:
     Edit* supplierSerial_ = nullptr;
     Edit* supplierReference_ = nullptr;
     Grid* units_ = nullptr;
+    QLabel* title_ = nullptr;
     QLabel* place_ = nullptr;
     QLabel* document_ = nullptr;
     QLabel* conformity_ = nullptr;
     QStackedWidget* tray_ = nullptr;
+    QPushButton* validateConformity_ = nullptr;
+    QPushButton* validateImplantation_ = nullptr;
+    QList<Edit*> trayBoxes_; ///< of the open tray, with what they showed when it opened
+    QStringList trayTexts_;
     Edit* conformityCode_ = nullptr;
     Edit* cause_ = nullptr;
     Edit* patient_ = nullptr;
@@ -68,6 +88,7 @@ private:
     Edit* date_ = nullptr;
     Criterion listed_;
     std::optional<Record> unit_;
+    int shownRow_ = -1;
 };
 
 } // namespace molven
