@@ -386,8 +386,8 @@ TEST(Sets, TakeUnitsAtTheMainDepotOnly) {
         return refusalOf([&] { ancillary_sets::place(molven, sets, dossier.session.rules(), serial, numbers[i]); });
     };
     EXPECT_EQ(place(0), QStringLiteral("(accepté)"));
-    EXPECT_EQ(dossier.unit(numbers[0])[strproduit.tes_vte] + dossier.unit(numbers[0])[strproduit.fam_dep], state::InSet)
-        << "the depot of sets has no family";
+    const Record placed = dossier.unit(numbers[0]);
+    EXPECT_EQ(placed[strproduit.tes_vte] + placed[strproduit.fam_dep], state::InSet) << "sets' depot has no family";
     EXPECT_EQ(place(0), QStringLiteral("Aucun produit en stock pour la référence HIP"));
     sets.update(strstock, {{strstock.stk_num_dep, QStringLiteral("000001")}}, {});
     EXPECT_EQ(place(1), QStringLiteral("Impossible, cet ancillaire n'est plus au dépôt principal"));

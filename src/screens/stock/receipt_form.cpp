@@ -263,14 +263,21 @@ void ReceiptForm::showArticle() {
         const Record article = receipts::followedArticle(molven_, reference);
         panel_->edit(strproduit.ref_art)->put(article[strarticle.art_ref]);
         panel_->setHint(strproduit.ref_art, article[strarticle.art_li1]);
-        if (panel_->edit(strproduit.fou_cde)->value().isEmpty())
-            panel_->edit(strproduit.fou_cde)->put(article[strarticle.art_fou]);
-        if (panel_->edit(strproduit.fou_ref)->value().isEmpty())
-            panel_->edit(strproduit.fou_ref)->put(article[strarticle.art_rfou]);
+        if (!changed_) presetFrom(article);
         showByType(article);
     }
     const auto supplier = parties::findSupplier(molven_, panel_->edit(strproduit.fou_cde)->value());
     panel_->setHint(strproduit.fou_cde, supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QString());
+}
+
+/// A supplier's reference that came with another article goes with it; what the user typed stays.
+void ReceiptForm::presetFrom(const Record& article) {
+    Edit* supplier = panel_->edit(strproduit.fou_cde);
+    if (supplier->value().isEmpty()) supplier->put(article[strarticle.art_fou]);
+    Edit* reference = panel_->edit(strproduit.fou_ref);
+    if (reference->value().isEmpty() || reference->value() == presetReference_)
+        reference->put(article[strarticle.art_rfou]);
+    presetReference_ = article[strarticle.art_rfou];
 }
 
 /// Opens the boxes that the article's type needs.
@@ -337,7 +344,7 @@ receipts::Progress ReceiptForm::progress() {
 void ReceiptForm::receive() {
     Receipt receipt = typed();
     receipt.operatorWord = session().code_util;
-    receipt.scannedEan = scannedEan_;
+    if (receipt.reference == scannedReference_) receipt.scannedEan = scannedEan_;
     receipt.currency = parameters::companyCurrency(molven_, session().spe_mon);
     const receipts::Created created = receipts::receive(files_, session().rules(), receipt, progress());
     created_->setText(created.first);
@@ -405,6 +412,7 @@ bool ReceiptForm::takeScan(Edit* edit) {
     requireSameGoods(code, article);
     edit->put({});
     scannedEan_ = code.ean();
+    scannedReference_ = article ? article->value(strarticle.art_ref) : QString();
     const auto put = [this](const Text& field, const QString& value) {
         if (!value.isEmpty()) panel_->edit(field)->put(value);
     };

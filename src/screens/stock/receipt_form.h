@@ -29,6 +29,7 @@ private:
     void setPickers();
     void setScans();
     void showArticle();
+    void presetFrom(const Record& article);
     void showByType(const Record& article);
     Receipt typed() const;
     receipts::Progress progress();
@@ -59,10 +60,11 @@ private:
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;
     UnitCard* units_ = nullptr;
-    bool isTradeGoods_ = false; ///< the article of the receipt, whose lot must be known
-    QString scannedEan_;
-    QStringList untouched_;         ///< the boxes as they were before the user typed
-    std::optional<Record> changed_; ///< the unit being modified, as read
+    bool isTradeGoods_ = false;             ///< the article of the receipt, whose lot must be known
+    QString scannedEan_, scannedReference_; ///< of the last scan, and the article found by it
+    QString presetReference_;               ///< the supplier's reference that the article brought
+    QStringList untouched_;                 ///< the boxes as they were before the user typed
+    std::optional<Record> changed_;         ///< the unit being modified, as read
 };
 
 } // namespace molven

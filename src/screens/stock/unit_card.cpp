@@ -15,6 +15,7 @@
 #include "ui/pick_lists.h"
 
 #include <QGridLayout>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -27,7 +28,12 @@ UnitCard::UnitCard(Form& form)
       molven_(workspace_.open(form.session().molven())),
       tri_(workspace_.open(form.session().tri())) {
     units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this);
-    units_->clickedRow = units_->chosen = [this](const Record& unit) { bringUp(unit); };
+    units_->chosen = [this](const Record& unit) { bringUp(unit); };
+    QObject::connect(units_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
+        form_.guarded([this] {
+            if (const auto unit = units_->current()) bringUp(*unit);
+        });
+    });
     const auto label = [this](const QString& name) {
         auto* made = new QLabel(this);
         made->setObjectName(name);
@@ -272,7 +278,8 @@ void UnitCard::search(const Criterion& criterion) {
 }
 
 void UnitCard::bringUp(const Record& unit) {
-    if (unit_ && unit == *unit_) return;
+    const bool same = unit_ && unit.value(strproduit.imm_art) == unit_->value(strproduit.imm_art);
+    if (same && !tray_->isHidden()) return;
     if (mayLeaveTray()) return show(unit);
     units_->selectRow(shownRow_);
 }

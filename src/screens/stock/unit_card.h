@@ -47,7 +47,7 @@ private:
     void findByReference();
     void findBySupplierSerial();
     void findBySupplierReference();
-    /// Shows the unit of a row, unless the user keeps what is typed in the tray.
+    /// Shows the unit of the current row, however it became current, unless the user keeps what is typed in the tray.
     void bringUp(const Record& unit);
     void show(const Record& unit);
     void showNone();
