@@ -14,9 +14,9 @@
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
 
-#include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -96,7 +96,7 @@ QWidget* ReceiptForm::buildReceipt() {
     panel_ = new RecordPanel(boxes(), 2, box);
     for (const FieldBox& fieldBox : panel_->boxes()) bind(fieldBox.field->name, panel_->edit(*fieldBox.field));
     serials_ = new SerialList(box);
-    auto* fresh = button(QStringLiteral("CmdAjout"), QStringLiteral("&Nouvelle entrée"), [this] {
+    fresh_ = leaveButton(QStringLiteral("CmdAjout"), QStringLiteral("&Nouvelle entrée"), [this] {
         if (!mayDiscard()) return;
         clearReceipt();
         panel_->edit(strproduit.ref_art)->setFocus();
@@ -107,13 +107,13 @@ QWidget* ReceiptForm::buildReceipt() {
         else
             receive();
     });
-    auto* finish = button(QStringLiteral("Cmdfinstk"), QStringLiteral("&Fin de l'entrée"), [this] {
+    auto* finish = leaveButton(QStringLiteral("Cmdfinstk"), QStringLiteral("&Fin de l'entrée"), [this] {
         if (!mayDiscard()) return;
         clearReceipt();
         units_->focusSearch();
     });
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(fresh);
+    buttons->addWidget(fresh_);
     buttons->addStretch();
     buttons->addWidget(validate_);
     buttons->addWidget(finish);
@@ -130,7 +130,7 @@ QWidget* ReceiptForm::buildReceipt() {
     layout->addLayout(buttons);
     setTabOrder(quantity_, validate_); // what validates comes first
     setTabOrder(validate_, finish);
-    setTabOrder(finish, fresh);
+    setTabOrder(finish, fresh_);
     return box;
 }
 
@@ -157,29 +157,23 @@ QLayout* ReceiptForm::quantityRow(QWidget* box) {
     return row;
 }
 
-/// Return takes a scan in where one may come, validates elsewhere. Escape leaves the innermost thing first.
+/// Return takes a scan in where one may come, validates the receipt or the open tray elsewhere.
 void ReceiptForm::keyPressEvent(QKeyEvent* event) {
     auto* box = dynamic_cast<Edit*>(focusWidget());
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         const bool scansSerials = box && box == panel_->edit(strproduit.fou_imm) && quantity() > 1;
         if (scansSerials && !box->text().trimmed().isEmpty()) {
-            if (box->leaveIfChanged() && serials_->isFull()) validate_->setFocus();
+            if (box->leave() && serials_->isFull()) validate_->setFocus();
             return;
         }
         const bool inReceipt = box && !units_->isAncestorOf(box) && !box->takesScans;
-        setDefaultButton(inReceipt ? validate_ : units_->validates(focusWidget()));
+        setDefaultButton(inReceipt ? validate_ : units_->validateButton(focusWidget()));
     }
-    if (event->key() == Qt::Key_Escape) {
-        if (units_->leaveTray()) return;
-        if (changed_) {
-            if (mayDiscard()) clearReceipt();
-            return;
-        }
-    }
+    setCancelButton(units_->cancelButton() ? units_->cancelButton() : changed_ ? fresh_ : nullptr);
     Form::keyPressEvent(event);
 }
 
-void ReceiptForm::closeEvent(QCloseEvent* event) { event->setAccepted(units_->mayLeaveTray() && mayDiscard()); }
+bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || units_->hasUnsavedWork(); }
 
 void ReceiptForm::setPickers() {
     const auto picker = [this](const Text& field, const Text& from,
@@ -189,11 +183,11 @@ void ReceiptForm::setPickers() {
             [this, &field, &from, makeList] {
                 pick(makeList([this, &field, &from](const Record& row) {
                     panel_->edit(field)->put(row[from]);
-                    showArticle();
+                    leftCode(field);
                 }));
             },
             panel_->listButton(field));
-        onLeft(panel_->edit(field), [this] { showArticle(); });
+        onLeft(panel_->edit(field), [this, &field] { leftCode(field); });
     };
     picker(strproduit.ref_art, strarticle.art_ref, [this](const pick_lists::Chosen& chosen) {
         return pick_lists::articles(molven_, chosen, strarticle.art_aig == follow_up::ByUnit);
@@ -252,12 +246,32 @@ void ReceiptForm::quantityTyped() {
     listSerial();
 }
 
-/// The words beside the codes, and what the article presets.
+void ReceiptForm::leftCode(const Text& field) {
+    if (&field == &strproduit.ref_art)
+        showArticle();
+    else
+        showHints();
+}
+
+/// Completes the codes of supplier and depot, and shows the words behind them.
+void ReceiptForm::showHints() {
+    Edit* supplier = panel_->edit(strproduit.fou_cde);
+    if (const auto known = parties::findSupplier(molven_, supplier->value())) {
+        supplier->put(known->value(strfournis.fou_cod));
+        panel_->setHint(strproduit.fou_cde, known->value(strfournis.fou_nom));
+    } else {
+        panel_->setHint(strproduit.fou_cde, {});
+    }
+    Edit* depot = panel_->edit(strproduit.num_dep);
+    const QString whole = padded(depot->value(), strparam.num_par.size);
+    if (parameters::find(molven_, list::Depot, whole)) depot->put(whole);
+    panel_->setHint(strproduit.num_dep, parameters::label(molven_, list::Depot, depot->value()));
+}
+
+/// What the article of the reference brings: its words, what it presets, the boxes that its type needs.
 void ReceiptForm::showArticle() {
     takeScan(panel_->edit(strproduit.ref_art));
     const QString reference = panel_->edit(strproduit.ref_art)->value().trimmed();
-    const QString depot = panel_->edit(strproduit.num_dep)->value().trimmed();
-    panel_->setHint(strproduit.num_dep, depot.isEmpty() ? QString() : parameters::label(molven_, list::Depot, depot));
     panel_->setHint(strproduit.ref_art, {});
     if (!reference.isEmpty()) {
         const Record article = receipts::followedArticle(molven_, reference);
@@ -266,8 +280,7 @@ void ReceiptForm::showArticle() {
         if (!changed_) presetFrom(article);
         showByType(article);
     }
-    const auto supplier = parties::findSupplier(molven_, panel_->edit(strproduit.fou_cde)->value());
-    panel_->setHint(strproduit.fou_cde, supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QString());
+    showHints();
 }
 
 /// A supplier's reference that came with another article goes with it; what the user typed stays.
@@ -342,6 +355,7 @@ receipts::Progress ReceiptForm::progress() {
 }
 
 void ReceiptForm::receive() {
+    if (!units_->mayLeaveTray()) return;
     Receipt receipt = typed();
     receipt.operatorWord = session().code_util;
     if (receipt.reference == scannedReference_) receipt.scannedEan = scannedEan_;

@@ -21,13 +21,15 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
+    bool hasUnsavedWork() const override;
 
 private:
     QWidget* buildReceipt();
     QLayout* quantityRow(QWidget* box);
     void setPickers();
     void setScans();
+    void leftCode(const Text& field);
+    void showHints();
     void showArticle();
     void presetFrom(const Record& article);
     void showByType(const Record& article);
@@ -56,6 +58,7 @@ private:
     RecordPanel* panel_ = nullptr;
     Edit* quantity_ = nullptr;
     SerialList* serials_ = nullptr;
+    QPushButton* fresh_ = nullptr;
     QPushButton* validate_ = nullptr;
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;

@@ -15,7 +15,6 @@
 #include "ui/pick_lists.h"
 
 #include <QGridLayout>
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -28,12 +27,7 @@ UnitCard::UnitCard(Form& form)
       molven_(workspace_.open(form.session().molven())),
       tri_(workspace_.open(form.session().tri())) {
     units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this);
-    units_->chosen = [this](const Record& unit) { bringUp(unit); };
-    QObject::connect(units_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] {
-        form_.guarded([this] {
-            if (const auto unit = units_->current()) bringUp(*unit);
-        });
-    });
+    units_->becameCurrent = units_->chosen = [this](const Record& unit) { bringUp(unit); };
     const auto label = [this](const QString& name) {
         auto* made = new QLabel(this);
         made->setObjectName(name);
@@ -62,13 +56,13 @@ Edit* UnitCard::searchBox(const QString& name, int characters, const std::functi
     edit->setObjectName(name);
     edit->setMaxLength(characters);
     edit->setFixedWidth(std::min(characters, 14) * 9 + 14);
-    edit->isKey = true;
     form_.onLeft(edit, find);
     return edit;
 }
 
 QLayout* UnitCard::buildSearch() {
     number_ = searchBox(QStringLiteral("txtrecimm"), 8, [this] { findByNumber(); });
+    number_->isKey = true;
     reference_ = searchBox(QStringLiteral("txtrecref"), 13, [this] { findByReference(); });
     supplierSerial_ = searchBox(QStringLiteral("txtrecfimm"), 30, [this] { findBySupplierSerial(); });
     supplierReference_ = searchBox(QStringLiteral("txtrecfref"), 20, [this] { findBySupplierReference(); });
@@ -91,18 +85,18 @@ QLayout* UnitCard::buildButtons() {
     const auto made = [this](const char* name, const char* caption, const std::function<void()>& handler) {
         return form_.button(QString::fromLatin1(name), QString::fromUtf8(caption), handler);
     };
-    QPushButton* buttons[] = {made("CmdModifier", "&Modifier",
-                                   [this] {
-                                       units::requireChangeable(freshUnit());
-                                       changeWanted(requireUnit());
-                                   }),
-                              made("cmdpose", "&Pose", [this] { openImplantation(); }),
-                              made("Cmdchgconf", "&Conformité", [this] { openConformity(); }),
-                              made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
-                              made("CmdSupprime", "&Supprimer", [this] { remove(); }),
-                              made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
-                              form_.leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"),
-                                                [this] { form_.close(); })};
+    QPushButton* buttons[] = {
+        made("CmdModifier", "&Modifier",
+             [this] {
+                 units::requireChangeable(freshUnit());
+                 changeWanted(requireUnit());
+             }),
+        made("cmdpose", "&Pose", [this] { openImplantation(); }),
+        made("Cmdchgconf", "&Conformité", [this] { openConformity(); }),
+        made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
+        made("CmdSupprime", "&Supprimer", [this] { remove(); }),
+        made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
+        form_.leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { form_.close(); })};
     auto* layout = new QGridLayout;
     int place = 0;
     for (QPushButton* button : buttons) {
@@ -134,6 +128,9 @@ void UnitCard::buildTray() {
     validateConformity_ =
         form_.button(QStringLiteral("Cmdokconf"), QStringLiteral("&OK"), [this] { changeConformity(); });
     conformityRow->addWidget(validateConformity_);
+    cancelConformity_ =
+        form_.leaveButton(QStringLiteral("Cmdannconf"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
+    conformityRow->addWidget(cancelConformity_);
 
     auto* implantation = new QWidget(this);
     patient_ = box(QStringLiteral("txtreg_pat"), strproduit.reg_pat.size, implantation);
@@ -154,6 +151,9 @@ void UnitCard::buildTray() {
     implantationRow->addWidget(date_);
     validateImplantation_ = form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&OK"), [this] { implant(); });
     implantationRow->addWidget(validateImplantation_);
+    cancelImplantation_ =
+        form_.leaveButton(QStringLiteral("Cmdannpose"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
+    implantationRow->addWidget(cancelImplantation_);
     tray_->addWidget(conformity);
     tray_->addWidget(implantation);
     tray_->setFixedHeight(34);
@@ -200,30 +200,36 @@ void UnitCard::openTray(int page, const QList<Edit*>& boxes, const QStringList& 
     boxes.first()->setFocus();
 }
 
-bool UnitCard::mayLeaveTray() {
-    if (tray_->isHidden()) return true;
+bool UnitCard::hasUnsavedWork() const {
     QStringList typed;
     for (const Edit* box : trayBoxes_) typed.append(box->text());
-    return typed == trayTexts_ ||
+    return !tray_->isHidden() && typed != trayTexts_;
+}
+
+bool UnitCard::mayLeaveTray() {
+    return !hasUnsavedWork() ||
            form_.prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), title_->text());
 }
 
-bool UnitCard::leaveTray() {
-    if (tray_->isHidden()) return false;
-    if (mayLeaveTray()) {
-        tray_->hide();
-        units_->setFocus();
-    }
-    return true;
+void UnitCard::leaveTray() {
+    if (!mayLeaveTray()) return;
+    tray_->hide();
+    units_->setFocus();
 }
 
-QPushButton* UnitCard::validates(const QWidget* box) const {
-    if (tray_->isHidden() || !tray_->isAncestorOf(box)) return nullptr;
+QPushButton* UnitCard::validateButton(const QWidget* focused) const {
+    if (tray_->isHidden() || !tray_->isAncestorOf(focused)) return nullptr;
     return tray_->currentIndex() == 0 ? validateConformity_ : validateImplantation_;
+}
+
+QPushButton* UnitCard::cancelButton() const {
+    if (tray_->isHidden()) return nullptr;
+    return tray_->currentIndex() == 0 ? cancelConformity_ : cancelImplantation_;
 }
 
 void UnitCard::list(const Criterion& criterion) {
     listed_ = criterion;
+    tray_->hide();
     units_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return molven_.select(strproduit, listed_ && filter,
                               order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
@@ -235,6 +241,7 @@ void UnitCard::list(const Criterion& criterion) {
 
 void UnitCard::refresh() {
     const int row = units_->currentIndex().row();
+    tray_->hide();
     units_->rows().refresh();
     if (row >= 0 && row < units_->rows().rowCount()) units_->selectRow(row);
     if (const auto unit = units_->current()) show(*unit);
@@ -281,12 +288,11 @@ void UnitCard::bringUp(const Record& unit) {
     const bool same = unit_ && unit.value(strproduit.imm_art) == unit_->value(strproduit.imm_art);
     if (same && !tray_->isHidden()) return;
     if (mayLeaveTray()) return show(unit);
-    units_->selectRow(shownRow_);
+    units_->followRecord(*unit_, {&strproduit.pro_ann, &strproduit.imm_art});
 }
 
 void UnitCard::show(const Record& unit) {
     unit_ = unit;
-    shownRow_ = units_->currentIndex().row();
     number_->put(unit[strproduit.imm_art]);
     title_->setText(units::title(unit));
     const units::Situation situation = units::situation(unit, form_.session().rules());
@@ -305,9 +311,6 @@ void UnitCard::showNone() {
 
 const Record& UnitCard::requireUnit() const {
     if (!unit_) throw Refusal(QStringLiteral("Aucune immatriculation sélectionnée"), QStringLiteral("txtrecimm"));
-    const QString named = number_->text().trimmed();
-    if (!named.isEmpty() && named != unit_->value(strproduit.imm_art))
-        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
     return *unit_;
 }
 

@@ -25,14 +25,14 @@ public:
     /// Lists units and shows the first.
     void list(const Criterion& criterion);
     void focusSearch();
-    /// Closes the conformity or implantation being entered, unless the user keeps it; false when none was open.
-    bool leaveTray();
+    /// A conformity or an implantation is being typed.
+    bool hasUnsavedWork() const;
     /// True when nothing typed into the tray would be lost, or the user gives it up.
     bool mayLeaveTray();
-    /// What Return presses in a box of the card: what validates the open tray, nothing in a search box.
-    QPushButton* validates(const QWidget* box) const;
-    /// Reads the shown unit again after it was written elsewhere.
-    void refresh();
+    /// What Return presses with the focus there: the button that validates the open tray, nothing in a search box.
+    QPushButton* validateButton(const QWidget* focused) const;
+    /// What gives the open tray up; null when none is open.
+    QPushButton* cancelButton() const;
 
     std::function<void(const Record& unit)> changeWanted;
 
@@ -51,8 +51,9 @@ private:
     void bringUp(const Record& unit);
     void show(const Record& unit);
     void showNone();
+    void leaveTray();
     void openTray(int page, const QList<Edit*>& boxes, const QStringList& texts);
-    /// The unit shown, which the number box names; throws Refusal.
+    /// The unit shown; throws Refusal when there is none.
     const Record& requireUnit() const;
     /// The same, read again from the file.
     const Record& freshUnit();
@@ -78,7 +79,9 @@ private:
     QLabel* conformity_ = nullptr;
     QStackedWidget* tray_ = nullptr;
     QPushButton* validateConformity_ = nullptr;
+    QPushButton* cancelConformity_ = nullptr;
     QPushButton* validateImplantation_ = nullptr;
+    QPushButton* cancelImplantation_ = nullptr;
     QList<Edit*> trayBoxes_; ///< of the open tray, with what they showed when it opened
     QStringList trayTexts_;
     Edit* conformityCode_ = nullptr;
@@ -88,7 +91,6 @@ private:
     Edit* date_ = nullptr;
     Criterion listed_;
     std::optional<Record> unit_;
-    int shownRow_ = -1;
 };
 
 } // namespace molven
