@@ -36,9 +36,9 @@ void forgetReceipt() {
 
 void receiveByRule(benchmark::State& state, int units) {
     Workspace workspace;
-    Database molven = workspace.open(session().molven());
+    const UnitFiles files = openUnitFiles(workspace, session());
     for (auto _ : state) {
-        receipts::receive(molven, session().rules(), receipt(units));
+        receipts::receive(files, session().rules(), receipt(units));
         state.PauseTiming();
         forgetReceipt();
         state.ResumeTiming();

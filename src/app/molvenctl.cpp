@@ -61,8 +61,8 @@ int runCommand(const Command& command, const QStringList& call) {
 
 int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
-    const QList<ctl::Command> commands{ctl::createCommand(), ctl::demoCommand(),   ctl::checkCommand(),
-                                       ctl::traceCommand(),  ctl::recallCommand(), ctl::journalCommand(),
+    const QList<ctl::Command> commands{ctl::createCommand(),  ctl::demoCommand(),   ctl::checkCommand(),
+                                       ctl::traceCommand(),   ctl::recallCommand(), ctl::journalCommand(),
                                        ctl::companyCommand(), ctl::importCommand(), ctl::exportCommand(),
                                        ctl::restoreCommand()};
     QStringList call = QCoreApplication::arguments();

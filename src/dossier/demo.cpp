@@ -108,7 +108,9 @@ Receipt Life::receiptOf(const Record& article, const QDate& day, int quantity) {
     receipt.sterilisationBatch = QStringLiteral("ST%1").arg(dice_.between(1000, 9999));
     receipt.sterilisationDate = day.addMonths(-1).toString(QStringLiteral("MM/yyyy"));
     receipt.expiryDate = day.addMonths(dice_.between(6, 60)).toString(QStringLiteral("MM/yyyy"));
-    receipt.supplierSerial = QStringLiteral("SN%1").arg(dice_.between(100000, 999999));
+    const int serial = dice_.between(100000, 999999);
+    for (int i = 1; i <= quantity; ++i)
+        receipt.supplierSerials.append(QStringLiteral("SN%1-%2").arg(serial).arg(received_.size() + i));
     receipt.supplierReference = article[strarticle.art_rfou];
     receipt.operatorWord = QStringLiteral("DEMO");
     const QString type = article[strarticle.art_typ];
@@ -130,7 +132,8 @@ void Life::receive() {
     const QDate first = today_.addMonths(-months);
     const qint64 days = first.daysTo(today_);
     Workspace workspace;
-    Database molven = workspace.open(session_.molven());
+    const UnitFiles files = openUnitFiles(workspace, session_);
+    Database molven = files.molven;
     Transaction transaction(workspace, QStringLiteral("Démonstration"));
     Recordset articles = molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref);
     int left = units_;
@@ -140,7 +143,7 @@ void Life::receive() {
         articles.moveTo(dice_.below(static_cast<int>(articles.count())));
         Clock::set(day);
         const receipts::Created created =
-            receipts::receive(molven, session_.rules(), receiptOf(articles.record(), day, quantity));
+            receipts::receive(files, session_.rules(), receiptOf(articles.record(), day, quantity));
         Immatriculation unit = Immatriculation::fromText(created.first);
         for (int i = 0; i < quantity; ++i) received_.push_back({unit.plus(i).number(), day});
         left -= quantity;
@@ -279,7 +282,8 @@ void Life::transfer(const Event& event) {
 
 void Life::fillSet(const Event& event) {
     const QString serial = ancillary_sets::create(ancillaire_, QStringLiteral("ANCHAN"));
-    for (const QString& unit : event.units) ancillary_sets::place(invoices_.molven, ancillaire_, serial, unit);
+    for (const QString& unit : event.units)
+        ancillary_sets::place(invoices_.molven, ancillaire_, session_.rules(), serial, unit);
 }
 
 } // namespace

@@ -39,7 +39,8 @@ QString create(Database ancillaire, const QString& type) {
     return serial;
 }
 
-void place(Database molven, Database ancillaire, const QString& serial, const QString& immatriculation) {
+void place(Database molven, Database ancillaire, const CompanyRules& rules, const QString& serial,
+           const QString& immatriculation) {
     Transaction transaction(molven.workspace(), QStringLiteral("Composition d'un ancillaire"));
     const Immatriculation key = Immatriculation::fromText(immatriculation);
     const auto found = units::find(molven, key);
@@ -50,6 +51,8 @@ void place(Database molven, Database ancillaire, const QString& serial, const QS
     const auto header =
         ancillaire.find(strstock, strstock.stk_anc_imm == serial && strstock.stk_anc_imm_lg == HeaderLine);
     if (!header) throw Refusal(QStringLiteral("Cet ancillaire n'a pas de composant"));
+    if (header->value(strstock.stk_num_dep) != SetDepot)
+        throw Refusal(QStringLiteral("Impossible, cet ancillaire n'est plus au dépôt principal"));
     const QString type = std::as_const(*header)[strstock.stk_anc_code];
     const int last = ancillaire.greatest(strstock, strstock.stk_anc_imm_lg, strstock.stk_anc_imm == serial).toInt();
 
@@ -60,18 +63,17 @@ void place(Database molven, Database ancillaire, const QString& serial, const QS
     line[strstock.stk_imm_art] = unit[strproduit.imm_art];
     ancillaire.insert(line);
     molven.update(strproduit,
-                  {{strproduit.tes_vte, state::InSet},
-                   {strproduit.num_dep, SetDepot},
-                   {strproduit.clt_dep, {}},
-                   {strproduit.nom_dep, {}},
-                   {strproduit.nbl_dep, {}},
-                   {strproduit.num_vte, {}},
-                   {strproduit.dat_vte, {}},
-                   {strproduit.tri_vte, {}},
-                   {strproduit.clt_vte, {}},
-                   {strproduit.ref_vte, {}},
-                   {strproduit.stk_anc_imm, serial},
-                   {strproduit.stk_anc_cod, type}},
+                  units::placedIn(molven, rules, SetDepot) + QList<Assignment>{{strproduit.tes_vte, state::InSet},
+                                                                               {strproduit.clt_dep, {}},
+                                                                               {strproduit.nom_dep, {}},
+                                                                               {strproduit.nbl_dep, {}},
+                                                                               {strproduit.num_vte, {}},
+                                                                               {strproduit.dat_vte, {}},
+                                                                               {strproduit.tri_vte, {}},
+                                                                               {strproduit.clt_vte, {}},
+                                                                               {strproduit.ref_vte, {}},
+                                                                               {strproduit.stk_anc_imm, serial},
+                                                                               {strproduit.stk_anc_cod, type}},
                   key.criterion());
     transaction.commit();
 }

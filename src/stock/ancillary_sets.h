@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "shell/company_rules.h"
 #include "stock/stock_tables.h"
 
 namespace molven::ancillary_sets {
@@ -9,8 +10,9 @@ namespace molven::ancillary_sets {
 /// the type has no component.
 QString create(Database ancillaire, const QString& type);
 
-/// Places a unit in stock at the main depot into a set. Both files are written in one transaction. Throws
-/// Refusal when the unit is not free.
-void place(Database molven, Database ancillaire, const QString& serial, const QString& immatriculation);
+/// Places a unit in stock at the main depot into a set that lies there too. Both files are written in one transaction.
+/// Throws Refusal when the unit is not free or the set is out.
+void place(Database molven, Database ancillaire, const CompanyRules& rules, const QString& serial,
+           const QString& immatriculation);
 
 } // namespace molven::ancillary_sets

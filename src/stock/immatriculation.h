@@ -1,11 +1,20 @@
 #pragma once
 
 #include "data/database.h"
+#include "shell/session.h"
 #include "stock/unit_tables.h"
 
 #include <QDate>
 
 namespace molven {
+
+/// The files that hold units, opened in one workspace: the current ones, and the archived ones, whose numbers stay
+/// theirs for ever.
+struct UnitFiles {
+    Database molven;
+    Database historic;
+};
+UnitFiles openUnitFiles(Workspace& workspace, const Session& session);
 
 /// The registration key of a unit: YYMM of its receipt and a 4-digit sequence, with the century beside it.
 class Immatriculation {
@@ -18,13 +27,14 @@ public:
     static Immatriculation ofThisCentury(const QString& typed) {
         return {fromText(typed).number_, QStringLiteral("20")};
     }
-    /// Numbers the next `quantity` units received that day; drawn inside the caller's write transaction. One
-    /// installation, whose data folder ends with "quilde/", numbers with the first year digit raised by one.
-    /// Throws Refusal when the month would pass 9999.
-    static Immatriculation next(Database molven, const QDate& receipt, int quantity = 1);
+    /// Numbers the next `quantity` units received that day; drawn inside the caller's write transaction, after the last
+    /// of the month, archived or not. One installation, whose data folder ends with "quilde/", numbers with the first
+    /// year digit raised by one. Throws Refusal when the month would pass 9999.
+    static Immatriculation next(UnitFiles files, const QDate& receipt, int quantity = 1);
 
-    /// The number that a user imposes on the first of `quantity` units, none of which may exist. Throws Refusal.
-    static Immatriculation imposed(Database molven, const QString& typed, int quantity = 1);
+    /// The number that a user imposes on the first of `quantity` units, none of which may exist, archived or not.
+    /// Throws Refusal.
+    static Immatriculation imposed(UnitFiles files, const QString& typed, int quantity = 1);
 
     QString number() const { return number_; }
     QString century() const { return century_; }

@@ -3,8 +3,9 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
-#include "reference/parameter_tables.h"
+#include "reference/parameters.h"
 #include "reference/tariff_tables.h"
+#include "stock/units.h"
 
 namespace molven::labels {
 
@@ -27,6 +28,16 @@ Recordset select(Database molven, const NumberRange& range, const QString& unitS
 
 namespace {
 
+/// What the unit is sold for with VAT: its own price is in its basis.
+Decimal priceWithVat(Database molven, const Record& unit) {
+    const Decimal price = unit[strproduit.pro_vte];
+    if (unit[strproduit.pro_tar] != basis::WithoutVat) return price;
+    const auto article = articles::find(molven, unit[strproduit.ref_art]);
+    if (!article) return price;
+    const Decimal rate = parameters::vatRate(molven, article->value(strarticle.art_tva));
+    return (price * (Decimal(100) + rate) / Decimal(100)).rounded(2);
+}
+
 /// A label's two prices, formatted; both empty for a unit without price.
 struct Prices {
     QString own;
@@ -37,7 +48,7 @@ struct Prices {
 Prices pricesOf(Database molven, const Record& unit) {
     if (unit.isNull(strproduit.pro_vte)) return {};
     const QString currency = unit[strproduit.pro_mon];
-    const Decimal price = unit[strproduit.pro_vte];
+    const Decimal price = priceWithVat(molven, unit);
     const auto known = molven.find(strmonnaie, strmonnaie.mon_cle == currency);
     const Decimal coefficient = known ? std::as_const(*known)[strmonnaie.mon_euro] * Decimal(100000) : Decimal(100000);
     const Decimal converted = coefficient.isZero() ? Decimal() : price * Decimal(100000) / coefficient;
@@ -143,6 +154,12 @@ qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Reco
     }
     transaction.commit();
     return units.count();
+}
+
+void discard(Database tri, const CompanyRules& rules, const Record& unit) {
+    Record label(etiq);
+    fillIdentity(label, unit, rules);
+    tri.remove(etiq, etiq.e_imm == label.value(etiq.e_imm) && etiq.e_ref == label.value(etiq.e_ref));
 }
 
 } // namespace molven::labels

@@ -24,4 +24,7 @@ enum class Waiting { Replaced, Kept };
 qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units,
             Waiting waiting = Waiting::Replaced);
 
+/// Takes back the label that waits for a unit.
+void discard(Database tri, const CompanyRules& rules, const Record& unit);
+
 } // namespace molven::labels

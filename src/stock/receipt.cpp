@@ -9,6 +9,8 @@
 #include "reference/parties.h"
 #include "stock/units.h"
 
+#include <QSet>
+
 namespace molven::receipts {
 
 namespace {
@@ -32,12 +34,15 @@ Record followedArticle(Database molven, const QString& reference) {
 
 namespace {
 
-int quantityOf(const Receipt& receipt) {
-    const auto typed = Decimal::parse(receipt.quantity);
-    if (!typed || *typed < Decimal(1) || *typed > Decimal(Immatriculation::LastOfMonth) || typed->rounded(0) != *typed)
-        return 0;
-    return static_cast<int>(typed->toInteger());
+/// The number typed when it is a whole one from 1 to `greatest`, else 0.
+int wholeNumber(const QString& typed, int greatest) {
+    const auto number = Decimal::parse(typed);
+    const bool counts =
+        number && !(*number < Decimal(1)) && !(*number > Decimal(greatest)) && number->rounded(0) == *number;
+    return counts ? static_cast<int>(number->toInteger()) : 0;
 }
+
+int quantityOf(const Receipt& receipt) { return wholeNumber(receipt.quantity, Immatriculation::LastOfMonth); }
 
 void checkDates(const Receipt& receipt) {
     require(dateFromText(receipt.deliveryDate).isValid(), "date livraison invalide", "dat_liv");
@@ -47,22 +52,30 @@ void checkDates(const Receipt& receipt) {
             "dat_cde");
 }
 
-void checkManufactured(Database molven, const Receipt& receipt, const Record& article) {
+constexpr int MostPieces = 999; ///< three digits on the label
+
+void checkManufactured(const Receipt& receipt) {
     require(filled(receipt.certificate1) && filled(receipt.certificate2) && filled(receipt.registerEntry) &&
                 filled(receipt.pieces),
             "Les zones FABRIQUE sont obligatoires en saisie", "ino_cer");
+    require(wholeNumber(receipt.pieces, MostPieces) > 0, "Nombre de pièces incorrect", "pie_art");
+}
+
+/// What is asked of a manufactured unit at its receipt only: its pieces are counted and its conformity is decided once.
+void checkFirstEntry(Database molven, const Receipt& receipt, const Record& article) {
     const bool counted = article[strarticle.art_gpie] == u"O";
-    require(!counted || Decimal::parse(receipt.pieces) == Decimal(quantityOf(receipt)),
+    require(!counted || wholeNumber(receipt.pieces, MostPieces) == quantityOf(receipt),
             "incohérence avec la quantité à entrer", "pie_art");
-    if (receipt.conformity != u"O" && filled(receipt.cause))
-        require(parameters::find(molven, receipt.conformity, receipt.cause).has_value(), "Cette cause n'existe pas",
-                "fab_cau");
+    units::checkConformity(molven, {receipt.conformity, receipt.cause}, strproduit.fab_con.name,
+                           strproduit.fab_cau.name);
 }
 
 void checkGraft(const Receipt& receipt) {
     require(filled(receipt.certificate1) && filled(receipt.certificate2) && !isEmptyDate(receipt.registerEntry),
             "Les zones GREFFON sont obligatoires en saisie", "ino_cer");
     require(dateFromText(receipt.registerEntry).isValid(), "date prélèvement incorrecte", "reg_art");
+    require(!filled(receipt.pieces) || wholeNumber(receipt.pieces, MostPieces) > 0, "Nombre de pièces incorrect",
+            "pie_art");
 }
 
 void checkSterilisation(const Receipt& receipt) {
@@ -70,6 +83,35 @@ void checkSterilisation(const Receipt& receipt) {
             "date stérilisation incorrecte", "dat_ste");
     require(isEmptyDate(receipt.expiryDate) || isMonthYear(receipt.expiryDate), "date péremption incorrecte",
             "dat_per");
+}
+
+/// A serial is one unit's for ever: told apart within the receipt, and from the units of the same supplier's reference
+/// (of the same article when it has none), `changed` apart.
+void checkSerials(UnitFiles files, const Receipt& receipt, const QString& changed) {
+    const QStringList& serials = receipt.supplierSerials;
+    if (serials.isEmpty()) return;
+    const QString field = strproduit.fou_imm.name;
+    QSet<QString> seen;
+    for (const QString& serial : serials) {
+        require(serial.trimmed().size() <= strproduit.fou_imm.size, "N° série fournisseur trop long", "fou_imm");
+        if (seen.contains(serial.trimmed().toUpper()))
+            throw Refusal(QStringLiteral("N° de série saisi deux fois : ") + serial, field);
+        seen.insert(serial.trimmed().toUpper());
+    }
+    if (serials.size() != quantityOf(receipt) || seen.contains(QString()))
+        throw Refusal(QStringLiteral("Saisir un N° de série par produit ou aucun : %1 pour une quantité de %2")
+                          .arg(serials.size())
+                          .arg(receipt.quantity),
+                      field);
+    const Criterion sameKind = filled(receipt.supplierReference)
+                                   ? strproduit.fou_ref == receipt.supplierReference.trimmed()
+                                   : strproduit.ref_art == receipt.reference;
+    for (Database file : {files.molven, files.historic})
+        if (const auto holder = file.find(strproduit, isOneOf(strproduit.fou_imm, serials) && sameKind &&
+                                                          strproduit.imm_art != changed))
+            throw Refusal(QStringLiteral("Le N° de série %1 est déjà celui de l'immatriculation %2")
+                              .arg(holder->value(strproduit.fou_imm), holder->value(strproduit.imm_art)),
+                          field);
 }
 
 QString monthYear(const QString& typed) { return isEmptyDate(typed) ? QString() : typed.trimmed(); }
@@ -95,15 +137,19 @@ void fillByType(Record& unit, const Receipt& receipt, const QString& type) {
     unit[strproduit.pee_cer] = receipt.certificate2.trimmed();
     unit[strproduit.reg_art] = receipt.registerEntry.trimmed();
     unit[strproduit.pie_art] = receipt.pieces.trimmed();
-    if (type != u"F") return;
-    unit[strproduit.nof_art] = receipt.manufacturingOrder.trimmed();
+    if (type == u"F") unit[strproduit.nof_art] = receipt.manufacturingOrder.trimmed();
+}
+
+void fillConformity(Record& unit, const Receipt& receipt) {
+    if (std::as_const(unit)[strproduit.pro_typ] != u"F") return;
     unit[strproduit.fab_con] = receipt.conformity;
-    unit[strproduit.fab_cau] = receipt.cause.trimmed();
+    unit[strproduit.fab_cau] = units::needsCause(receipt.conformity) ? receipt.cause.trimmed() : QString();
 }
 
 void fillFromArticle(Record& unit, const Record& article) {
     unit[strproduit.ref_art] = QString(article[strarticle.art_ref]);
-    unit[strproduit.pro_vte] = article[strarticle.art_ttc]; // labels print it as the price with VAT
+    const bool withoutVat = article[strarticle.art_tar] == basis::WithoutVat;
+    unit[strproduit.pro_vte] = withoutVat ? article[strarticle.art_pv1] : article[strarticle.art_ttc];
     unit[strproduit.pro_li1] = article[strarticle.art_li1];
     unit[strproduit.pro_tip] = article[strarticle.art_tip];
     unit[strproduit.pro_lpp] = article[strarticle.art_lpp];
@@ -111,10 +157,9 @@ void fillFromArticle(Record& unit, const Record& article) {
     unit[strproduit.pro_tar] = article[strarticle.art_tar];
 }
 
-/// The record that every unit of the receipt starts from.
-Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt, const Record& article) {
-    Record unit(strproduit);
-    fillFromArticle(unit, article);
+/// What the user enters of a unit, at its receipt or later.
+void fillTyped(Record& unit, Database molven, const CompanyRules& rules, const Receipt& receipt,
+               const Record& article) {
     fillOrder(unit, receipt);
     fillByType(unit, receipt, article[strarticle.art_typ]);
     if (article[strarticle.art_ste] == u"O") {
@@ -123,12 +168,19 @@ Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt
         unit[strproduit.dat_per] = monthYear(receipt.expiryDate);
         if (rules.keepsSterilisationIndex()) unit[strproduit.ind_ste] = receipt.sterilisationIndex.trimmed();
     }
-    unit[strproduit.num_dep] = receipt.depot.trimmed();
-    if (rules.hasDepotFamilies()) unit[strproduit.fam_dep] = parameters::depotFamily(molven, receipt.depot);
-    unit[strproduit.tes_vte] = state::InStock;
-    unit[strproduit.pro_pac] = Decimal::fromText(receipt.purchasePrice);
-    unit[strproduit.fou_imm] = receipt.supplierSerial.trimmed();
+    for (const Assignment& placed : units::placedIn(molven, rules, receipt.depot.trimmed()))
+        unit.set(placed.field, placed.value);
+    unit[strproduit.pro_pac] = *Decimal::parse(receipt.purchasePrice);
     unit[strproduit.fou_ref] = receipt.supplierReference.trimmed();
+}
+
+/// The record that every unit of the receipt starts from.
+Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt, const Record& article) {
+    Record unit(strproduit);
+    fillFromArticle(unit, article);
+    fillTyped(unit, molven, rules, receipt, article);
+    fillConformity(unit, receipt);
+    unit[strproduit.tes_vte] = state::InStock;
     unit[strproduit.pro_mon] = receipt.currency;
     unit[strproduit.dat_rel] = QStringLiteral("00000000");
     unit[strproduit.dat_sel] = QStringLiteral("00000000");
@@ -157,47 +209,62 @@ void updateArticle(Database molven, const CompanyRules& rules, const Record& art
                   strarticle.art_ref == article[strarticle.art_ref]);
 }
 
-} // namespace
-
-void check(Database molven, const Receipt& receipt) {
-    const Record article = followedArticle(molven, receipt.reference);
+/// Throws Refusal with the first fault of an entry, in the order of the screen; `changed` is the number of the unit
+/// whose receipt is entered again, empty at the first entry.
+void check(UnitFiles files, const Receipt& receipt, const Record& article, const QString& changed = {}) {
+    Database molven = files.molven;
     require(filled(receipt.supplier), "Ces zones sont obligatoires en saisie", "fou_cde");
     require(parties::findSupplier(molven, receipt.supplier).has_value(), "Ce fournisseur n'existe pas", "fou_cde");
     require(parameters::find(molven, list::Depot, receipt.depot).has_value(), "Ce dépôt n'existe pas", "num_dep");
     checkDates(receipt);
     require(quantityOf(receipt) > 0, "Quantité incorrecte", "txtqte");
     const auto price = Decimal::parse(receipt.purchasePrice);
-    require(price && !(*price < Decimal(0)), "Prix Achat obligatoire", "pro_pac");
+    require(price && *price > Decimal(0), "Prix Achat obligatoire", "pro_pac");
     require(receipt.lot.trimmed().size() <= strproduit.lot_art.size, "N° Lot trop long", "lot_art");
-    require(receipt.supplierSerial.trimmed().size() <= strproduit.fou_imm.size, "N° série fournisseur trop long",
-            "fou_imm");
+    checkSerials(files, receipt, changed);
     const QString type = article[strarticle.art_typ];
-    if (type == u"F") checkManufactured(molven, receipt, article);
+    if (type == u"F") checkManufactured(receipt);
+    if (type == u"F" && changed.isEmpty()) checkFirstEntry(molven, receipt, article);
     if (type == u"G") checkGraft(receipt);
     if (type == u"N") require(filled(receipt.lot), "Le N° LOT est obligatoire en saisie", "lot_art");
     if (article[strarticle.art_ste] == u"O") checkSterilisation(receipt);
 }
 
-Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
+} // namespace
+
+Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
+    Database molven = files.molven;
     Transaction transaction(molven.workspace(), QStringLiteral("Réception"));
-    check(molven, receipt);
-    const Record article = *articles::find(molven, receipt.reference);
+    const Record article = followedArticle(molven, receipt.reference);
+    check(files, receipt, article);
     const int quantity = quantityOf(receipt);
     Record unit = unitOf(molven, rules, receipt, article);
     const Immatriculation first = receipt.firstNumber.isEmpty()
-                                      ? Immatriculation::next(molven, dateFromText(receipt.deliveryDate), quantity)
-                                      : Immatriculation::imposed(molven, receipt.firstNumber, quantity);
+                                      ? Immatriculation::next(files, dateFromText(receipt.deliveryDate), quantity)
+                                      : Immatriculation::imposed(files, receipt.firstNumber, quantity);
     for (int i = 0; i < quantity; ++i) {
         if (progress && !progress(i, quantity)) throw Refusal(QStringLiteral("Opération abandonnée"));
         const Immatriculation immatriculation = first.plus(i);
         unit[strproduit.imm_art] = immatriculation.number();
         unit[strproduit.pro_ann] = immatriculation.century();
+        unit[strproduit.fou_imm] = receipt.supplierSerials.value(i).trimmed();
         molven.insert(unit);
         if (std::as_const(unit)[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
     }
     updateArticle(molven, rules, article, quantity, std::as_const(unit)[strproduit.pro_pac]);
     transaction.commit();
     return {first.number(), first.plus(quantity - 1).number()};
+}
+
+void change(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Record& before) {
+    Transaction transaction(files.molven.workspace());
+    const Record article = followedArticle(files.molven, receipt.reference);
+    check(files, receipt, article, before[strproduit.imm_art]);
+    Record unit = before;
+    fillTyped(unit, files.molven, rules, receipt, article);
+    unit[strproduit.fou_imm] = receipt.supplierSerials.value(0).trimmed();
+    units::change(files.molven, unit, before);
+    transaction.commit();
 }
 
 } // namespace molven::receipts

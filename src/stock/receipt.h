@@ -22,7 +22,8 @@ struct Receipt {
     QString certificate1, certificate2, registerEntry, pieces, manufacturingOrder;
     QString conformity = QStringLiteral("O"), cause;
     QString sterilisationBatch, sterilisationDate, expiryDate, sterilisationIndex;
-    QString supplierSerial, supplierReference;
+    QStringList supplierSerials; ///< none, or one a unit in the order of their numbers
+    QString supplierReference;
     QString scannedEan, eanCompanion;
     QString operatorWord; ///< who receives, empty when nobody logged in
     QString currency = QStringLiteral("EUR");
@@ -38,12 +39,15 @@ struct Created {
 
 /// The article of a receipt. Throws Refusal when it is unknown or not followed by unit.
 Record followedArticle(Database molven, const QString& reference);
-/// Throws Refusal with the first fault of the receipt, in the order of the screen. Writes nothing.
-void check(Database molven, const Receipt& receipt);
 /// Told how many units are done; false abandons the receipt, which then writes nothing.
 using Progress = std::function<bool(int done, int total)>;
-/// Creates the units and updates the article's quantity, average and last purchase price, in one transaction.
-Created receive(Database molven, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});
+/// Creates the units and updates the article's quantity, average and last purchase price, in one transaction. Throws
+/// Refusal with the first fault of the receipt, in the order of the screen.
+Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});
+/// Rewrites the receipt of one unit still in stock, under the same checks; its article, receipt date, number and
+/// conformity stay. `before` is the unit as the user read it. Throws Refusal, and DataError RecordChanged when another
+/// workstation wrote the unit meanwhile.
+void change(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Record& before);
 
 } // namespace receipts
 } // namespace molven

@@ -137,10 +137,11 @@ qint64 markSelected(Database molven, Database tri, bool isReminder) {
     return marked;
 }
 
-qint64 returnToMainDepot(Database molven, const Criterion& units) {
-    const Criterion away = units && strproduit.tes_vte == state::InStock && strproduit.num_dep != MainDepot &&
+qint64 returnToMainDepot(Database molven, const CompanyRules& rules, const Criterion& selection) {
+    const Criterion away = selection && strproduit.tes_vte == state::InStock && strproduit.num_dep != MainDepot &&
                            strproduit.num_dep != ReturnedDepot;
-    const QList<Assignment> home{{strproduit.num_dep, MainDepot}, {strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}};
+    const QList<Assignment> home = units::placedIn(molven, rules, MainDepot) +
+                                   QList<Assignment>{{strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}};
     const QList<Assignment> stayOver{{strproduit.nbl_dep, {}}, {strproduit.num_vte, {}}, {strproduit.dat_vte, {}},
                                      {strproduit.tri_vte, {}}, {strproduit.clt_vte, {}}, {strproduit.ref_vte, {}}};
     Transaction transaction(molven.workspace(), QStringLiteral("Retour au dépôt principal"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shell/company_rules.h"
 #include "stock/listing_criteria.h"
 #include "stock/unit_tables.h"
 
@@ -16,9 +17,9 @@ Order order(const ListingSelection& selection);
 /// Writes today's date as the last selection of the units in the working copy, and as their last reminder when it is
 /// one: of those that were printed, not of those that meet the criteria by now. Answers how many.
 qint64 markSelected(Database molven, Database tri, bool isReminder);
-/// Puts the units in stock of a selection back into the main depot, and ends their stay with a client; one taken
-/// back keeps its credit note. Units at home already and units returned to their supplier stay as they are. Answers how
-/// many.
-qint64 returnToMainDepot(Database molven, const Criterion& units);
+/// Puts the units in stock of a selection back into the main depot, with its family, and ends their stay with a client;
+/// one taken back keeps its credit note. Units at home already and units returned to their supplier stay as they are.
+/// Answers how many.
+qint64 returnToMainDepot(Database molven, const CompanyRules& rules, const Criterion& units);
 
 } // namespace molven::unit_listing

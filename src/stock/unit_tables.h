@@ -45,26 +45,26 @@ struct ProductUnits : Table {
     Text dat_vte{this, "dat_vte", 10};         ///< its date
     Text tri_vte{this, "tri_vte", 8};
     Number pro_pac{this, "pro_pac", Number::Money}; ///< purchase price, company currency
-    Number pro_vte{this, "pro_vte", Number::Money}; ///< sale price
+    Number pro_vte{this, "pro_vte", Number::Money}; ///< sale price, in the basis of pro_tar
     Label pro_li1{this, "pro_li1", 40};             ///< article label at receipt
     Text pro_tip{this, "pro_tip", 13};              ///< TIPS code
     Text pro_lpp{this, "pro_lpp", 13};              ///< LPP code
     Text pro_nho{this, "pro_nho", 20};              ///< approval number
-    Text pro_tar{this, "pro_tar", 20};              ///< price basis; on exchange files the line's amount
-    Text pro_mon{this, "pro_mon", 3};               ///< currency of the prices
-    Label reg_pat{this, "reg_pat", 40};             ///< patient
-    Text reg_clt{this, "reg_clt", 6};               ///< hospital of the implantation
-    Text reg_dat{this, "reg_dat", 10};              ///< date of implantation
-    Text fou_imm{this, "fou_imm", 30};              ///< supplier's serial number
-    Text fou_ref{this, "fou_ref", 20};              ///< supplier's reference
-    Text pro_ann{this, "pro_ann", 2};               ///< century of the immatriculation
-    Text num_conf{this, "num_conf", 10};            ///< last conformity record
-    Text dat_rel{this, "dat_rel", 8};               ///< last reminder "yyyymmdd", "00000000" when none
-    Text dat_sel{this, "dat_sel", 8};               ///< last selection in a listing
-    Text dat_cre{this, "dat_cre", 8};               ///< creation date "yyyymmdd"
-    Text mot_pas{this, "mot_pas", 20};              ///< operator who created it
-    Text pro_ean{this, "pro_ean", 13};              ///< EAN code
-    Text pro_ang{this, "pro_ang", 40};              ///< its companion
+    Text pro_tar{this, "pro_tar", 20};   ///< price basis: H without VAT, else with; on exchange files the line's amount
+    Text pro_mon{this, "pro_mon", 3};    ///< currency of the prices
+    Label reg_pat{this, "reg_pat", 40};  ///< patient
+    Text reg_clt{this, "reg_clt", 6};    ///< hospital of the implantation
+    Text reg_dat{this, "reg_dat", 10};   ///< date of implantation
+    Text fou_imm{this, "fou_imm", 30};   ///< supplier's serial number
+    Text fou_ref{this, "fou_ref", 20};   ///< supplier's reference
+    Text pro_ann{this, "pro_ann", 2};    ///< century of the immatriculation
+    Text num_conf{this, "num_conf", 10}; ///< last conformity record
+    Text dat_rel{this, "dat_rel", 8};    ///< last reminder "yyyymmdd", "00000000" when none
+    Text dat_sel{this, "dat_sel", 8};    ///< last selection in a listing
+    Text dat_cre{this, "dat_cre", 8};    ///< creation date "yyyymmdd"
+    Text mot_pas{this, "mot_pas", 20};   ///< operator who created it
+    Text pro_ean{this, "pro_ean", 13};   ///< EAN code
+    Text pro_ang{this, "pro_ang", 40};   ///< its companion
 
     Trail trail{this, {pro_ann, imm_art}};
     KeptFields kept{this, {dat_rel, dat_sel, fam_dep}};

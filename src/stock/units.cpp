@@ -6,11 +6,17 @@
 #include "data/format.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
+#include "reference/parties.h"
 
 namespace molven::units {
 
 std::optional<Record> find(Database molven, const Immatriculation& immatriculation) {
     return molven.find(strproduit, immatriculation.criterion());
+}
+
+QString title(const Record& unit) {
+    return QStringLiteral("Immatriculation %1, %2 %3")
+        .arg(unit[strproduit.imm_art], unit[strproduit.ref_art], unit[strproduit.pro_li1]);
 }
 
 namespace {
@@ -88,6 +94,10 @@ Record required(Database molven, const Immatriculation& immatriculation) {
     return *unit;
 }
 
+Criterion historyOf(const Immatriculation& unit) {
+    return strconform.conf_imm == unit.number() && strconform.conf_ann == unit.century();
+}
+
 } // namespace
 
 void remove(Database molven, const Immatriculation& immatriculation) {
@@ -96,21 +106,46 @@ void remove(Database molven, const Immatriculation& immatriculation) {
     if (read[strproduit.tes_vte] != state::InStock)
         throw Refusal(QStringLiteral("impossible de supprimer cette immatriculation"), QStringLiteral("txtrecimm"));
     molven.remove(strproduit, immatriculation.criterion());
+    molven.remove(strconform, historyOf(immatriculation));
     articles::moveStock(molven, read[strproduit.ref_art], Decimal(-1));
     transaction.commit();
 }
 
-void implant(Database molven, const Immatriculation& immatriculation, const QString& patient, const QString& client,
-             const QString& date) {
-    if (!dateFromText(date).isValid()) throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
-    Transaction transaction(molven.workspace(), QStringLiteral("Implantation"));
-    if (required(molven, immatriculation).value(strproduit.tes_vte) != state::Sold)
+Implantation implantationOf(const Record& unit) {
+    return {unit[strproduit.reg_pat], unit[strproduit.reg_clt], unit[strproduit.reg_dat]};
+}
+
+QString patientText(const Implantation& implantation) {
+    if (implantation.patient.isEmpty()) return QStringLiteral("aucun");
+    QString text = implantation.patient;
+    if (!implantation.client.isEmpty()) text += QStringLiteral(", client ") + implantation.client;
+    if (!implantation.date.isEmpty()) text += QStringLiteral(", le ") + implantation.date;
+    return text;
+}
+
+void requireSold(const Record& unit) {
+    if (unit[strproduit.tes_vte] != state::Sold)
         throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
                       QStringLiteral("txtrecimm"));
-    molven.update(
-        strproduit,
-        {{strproduit.reg_pat, patient.trimmed()}, {strproduit.reg_clt, padded(client, 6)}, {strproduit.reg_dat, date}},
-        immatriculation.criterion());
+}
+
+void implant(Database molven, const Record& before, const Implantation& implantation) {
+    if (!dateFromText(implantation.date).isValid())
+        throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
+    Transaction transaction(molven.workspace(), QStringLiteral("Implantation"));
+    const Immatriculation immatriculation = Immatriculation::fromText(before[strproduit.imm_art]);
+    const Record stored = required(molven, immatriculation);
+    requireSold(stored);
+    if (!implantation.client.isEmpty() && !parties::findClient(molven, implantation.client))
+        throw Refusal(QStringLiteral("Ce code n'existe pas"), strproduit.reg_clt.name);
+    if (const Implantation now = implantationOf(stored); now != implantationOf(before))
+        throw Refusal(QStringLiteral("Le patient a été modifié par un autre poste : ") + patientText(now),
+                      strproduit.reg_pat.name);
+    molven.update(strproduit,
+                  {{strproduit.reg_pat, implantation.patient.trimmed()},
+                   {strproduit.reg_clt, padded(implantation.client, 6)},
+                   {strproduit.reg_dat, implantation.date}},
+                  immatriculation.criterion());
     transaction.commit();
 }
 
@@ -129,24 +164,28 @@ Record conformityChange(Database molven, const Record& unit) {
     return change;
 }
 
+bool needsCause(const QString& conformity) { return conformity != u"O"; }
+
+void checkConformity(Database molven, const Conformity& conformity, const QString& codeField,
+                     const QString& causeField) {
+    if (conformity.code.size() != 1 || !QStringLiteral("OXYZ").contains(conformity.code))
+        throw Refusal(QStringLiteral("Taper O, X, Y ou Z !!"), codeField);
+    if (needsCause(conformity.code) && !parameters::find(molven, conformity.code, conformity.cause))
+        throw Refusal(QStringLiteral("Cette cause n'existe pas"), causeField);
+}
+
 void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
                       const QString& cause) {
-    if (code.size() != 1 || !QStringLiteral("OXYZ").contains(code))
-        throw Refusal(QStringLiteral("Taper O, X, Y ou Z !!"), QStringLiteral("txtconf"));
+    checkConformity(molven, {code, cause}, QStringLiteral("txtconf"), QStringLiteral("txtconfcau"));
     Transaction transaction(molven.workspace(), QStringLiteral("Conformité"));
     Record unit = required(molven, immatriculation);
-    const bool needsCause = code != u"O";
-    if (needsCause && !parameters::find(molven, code, cause))
-        throw Refusal(QStringLiteral("Cette cause n'existe pas"), QStringLiteral("txtconfcau"));
     unit[strproduit.fab_con] = code;
-    unit[strproduit.fab_cau] = needsCause ? cause.trimmed() : QString();
-    const Criterion history =
-        strconform.conf_imm == immatriculation.number() && strconform.conf_ann == immatriculation.century();
+    unit[strproduit.fab_cau] = needsCause(code) ? cause.trimmed() : QString();
     molven.insert(conformityChange(molven, unit));
     molven.update(strproduit,
                   {{strproduit.fab_con, unit.value(strproduit.fab_con)},
                    {strproduit.fab_cau, unit.value(strproduit.fab_cau)},
-                   {strproduit.num_conf, QString::number(molven.count(strconform, history))}},
+                   {strproduit.num_conf, QString::number(molven.count(strconform, historyOf(immatriculation)))}},
                   immatriculation.criterion());
     transaction.commit();
 }
@@ -166,6 +205,12 @@ void change(Database molven, const Record& unit, const Record& before) {
     stored.draft() = unit;
     stored.update();
     transaction.commit();
+}
+
+QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QString& depot) {
+    QList<Assignment> placed{{strproduit.num_dep, depot}};
+    if (rules.hasDepotFamilies()) placed.append({strproduit.fam_dep, parameters::depotFamily(molven, depot)});
+    return placed;
 }
 
 qint64 countInStock(Database molven, const QString& reference) {

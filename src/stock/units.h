@@ -15,6 +15,11 @@ inline const QString Sold = QStringLiteral("O");
 inline const QString InSet = QStringLiteral("A");
 } // namespace state
 
+/// Basis of a unit's price, `pro_tar`; any other is with VAT.
+namespace basis {
+inline const QString WithoutVat = QStringLiteral("H");
+}
+
 /// The depot of units returned to their supplier.
 inline const QString ReturnedDepot = QStringLiteral("XXX");
 /// What `nbl_dep` holds when a credit note took the unit back.
@@ -23,6 +28,9 @@ inline const QString TakenBack = QStringLiteral("AVOIR");
 namespace units {
 
 std::optional<Record> find(Database molven, const Immatriculation& immatriculation);
+
+/// "Immatriculation 26030001, CFG001 COMPOSANT FEMORAL": which unit it is, in words.
+QString title(const Record& unit);
 
 /// A unit's present situation in two lines of words; the second may be empty.
 struct Situation {
@@ -37,14 +45,38 @@ QString stateName(const QString& unitState);
 /// "Conforme", "Retouché", "Dérogé" or "Rebuté".
 QString conformityName(const QString& code);
 
-/// Deletes a unit still in stock and lowers its article's quantity. Throws Refusal otherwise.
+/// Deletes a unit still in stock with its conformity history, and lowers its article's quantity. Throws Refusal for
+/// another. What papers name a unit is known above: a user's deletion goes through `unit_removal`.
 void remove(Database molven, const Immatriculation& immatriculation);
-/// Records patient, hospital and date of implantation of a sold unit. Throws Refusal otherwise.
-void implant(Database molven, const Immatriculation& immatriculation, const QString& patient, const QString& client,
-             const QString& date);
 
-/// Changes the conformity of a unit ("O" conform, "X" reworked, "Y" derogated, "Z" scrapped) and keeps the change in
-/// its history. Throws Refusal for an unknown unit, code or cause.
+/// Who bears a unit, where and since when ("dd/mm/yyyy").
+struct Implantation {
+    QString patient;
+    QString client; ///< the hospital's code
+    QString date;
+    bool operator==(const Implantation&) const = default;
+};
+Implantation implantationOf(const Record& unit);
+/// "DUPONT, client 000006, le 07/03/2026", or "aucun" without patient.
+QString patientText(const Implantation& implantation);
+/// Throws Refusal "Impossible..cette immatriculation n'est pas vendue" unless the unit is sold.
+void requireSold(const Record& unit);
+/// Records the implantation of a sold unit; `before` is the unit as the user read it. Throws Refusal for a unit not
+/// sold, a faulty date or hospital, and when another workstation entered an implantation meanwhile.
+void implant(Database molven, const Record& before, const Implantation& implantation);
+
+/// A conformity code ("O" conform, "X" reworked, "Y" derogated, "Z" scrapped) and its cause, of the list of that
+/// letter.
+struct Conformity {
+    QString code;
+    QString cause;
+};
+bool needsCause(const QString& conformity);
+/// Throws Refusal on one of the two fields for an unknown code, or a cause that is missing or unknown.
+void checkConformity(Database molven, const Conformity& conformity, const QString& codeField,
+                     const QString& causeField);
+/// Changes the conformity of a unit and keeps the change in its history. Throws Refusal for an unknown unit, code or
+/// cause.
 void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
                       const QString& cause);
 /// The history record of a unit's present conformity, dated today.
@@ -54,6 +86,9 @@ Record conformityChange(Database molven, const Record& unit);
 void change(Database molven, const Record& unit, const Record& before);
 /// Throws Refusal "cette immatriculation n'est pas modifiable" unless the unit is in stock.
 void requireChangeable(const Record& unit);
+
+/// What a unit's record holds of the depot it lies in: the depot, and its family where the company has families.
+QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QString& depot);
 
 /// Units of an article that are not invoiced, as the article's quantity counts them.
 qint64 countInStock(Database molven, const QString& reference);

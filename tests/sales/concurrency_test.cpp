@@ -81,7 +81,7 @@ TEST(Workstations, NeverDrawTheSameNumberNorLoseAnUpdate) {
             for (int document = 0; document < DocumentsEach; ++document) {
                 deliverTwo(dossier.session);
                 Workspace workspace;
-                receipts::receive(workspace.open(dossier.session.molven()), dossier.session.rules(),
+                receipts::receive(openUnitFiles(workspace, dossier.session), dossier.session.rules(),
                                   Dossier::receipt(QStringLiteral("CUP"), 1));
             }
         }));

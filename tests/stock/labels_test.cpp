@@ -74,6 +74,10 @@ TEST_F(LabelFiles, TellTheUnitItsReimbursementAndItsPrice) {
     EXPECT_EQ(label[etiq.e_imm], unit);
     EXPECT_EQ(label[etiq.e_lpp] + u'|' + label[etiq.e_llpp], QStringLiteral("3100001|HANCHE, COTYLE"));
     EXPECT_EQ(label[etiq.e_euro], QStringLiteral("105,50"));
+    molven.update(strproduit, {{strproduit.pro_vte, QStringLiteral("90")}}, {}); // sold with a discount, without VAT
+    EXPECT_EQ(labelOf(unit)[etiq.e_euro], QStringLiteral("94,95"));
+    molven.update(strproduit, {{strproduit.pro_tar, QStringLiteral("T")}}, {});
+    EXPECT_EQ(labelOf(unit)[etiq.e_euro], QStringLiteral("90,00"));
     EXPECT_EQ(label[etiq.f_pie] + u'|' + label[etiq.f_ino] + u'|' + label[etiq.n_lot], QStringLiteral("001|C1|LOT-1"));
     EXPECT_EQ(label[etiq.e_res], QStringLiteral("EGAL AU PRIX DE VENTE TTC"));
     EXPECT_EQ(label[etiq.e_ori], QStringLiteral("ORIGINE NI ANIMALE NI HUMAINE"));

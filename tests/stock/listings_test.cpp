@@ -90,7 +90,9 @@ TEST_F(Listings, TellStatesApartAndReturnOnlyWhatIsInStock) {
     EXPECT_EQ(inState(3), units.mid(0, 1));
     EXPECT_EQ(inState(4), units.mid(1, 1));
     molven.update(strproduit, {{strproduit.num_dep, ReturnedDepot}}, strproduit.imm_art == units[2]);
-    EXPECT_EQ(unit_listing::returnToMainDepot(molven, unit_listing::criterion(molven, {})), 1);
+    EXPECT_EQ(dossier.unit(units[1])[strproduit.fam_dep], QStringLiteral("EST"));
+    EXPECT_EQ(unit_listing::returnToMainDepot(molven, dossier.session.rules(), unit_listing::criterion(molven, {})), 1);
+    EXPECT_EQ(dossier.unit(units[1])[strproduit.fam_dep], QString()) << "the family of the main depot";
     EXPECT_EQ(dossier.unit(units[2])[strproduit.num_dep], ReturnedDepot);
     EXPECT_EQ(inState(4), QStringList());
     EXPECT_EQ(dossier.unit(units[0])[strproduit.num_dep], QStringLiteral("101"));
@@ -114,8 +116,8 @@ TEST_F(Listings, CountTheStockOfAPastDay) {
 TEST_F(Listings, FindPatientsByTheBeginningOfTheirNameAndKeepThemForPrinting) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
     dossier.document(QStringLiteral("FAC"), units.mid(0, 2));
-    units::implant(molven, Immatriculation::fromText(units[1]), QStringLiteral("50% d'OR_Léa"), QStringLiteral("2"),
-                   QStringLiteral("11/03/2026"));
+    units::implant(molven, dossier.unit(units[1]),
+                   {QStringLiteral("50% d'OR_Léa"), QStringLiteral("2"), QStringLiteral("11/03/2026")});
     const auto patients = [this](const char* beginning) {
         PatientEnquiry enquiry;
         enquiry.patient = QString::fromUtf8(beginning);

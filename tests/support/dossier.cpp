@@ -123,7 +123,7 @@ Receipt Dossier::receipt(const QString& reference, int quantity, const QString& 
 QStringList Dossier::receive(const QString& reference, int quantity, const QString& day) {
     Workspace workspace;
     const receipts::Created created =
-        receipts::receive(workspace.open(session.molven()), session.rules(), receipt(reference, quantity, day));
+        receipts::receive(openUnitFiles(workspace, session), session.rules(), receipt(reference, quantity, day));
     QStringList numbers;
     const Immatriculation first = Immatriculation::fromText(created.first);
     for (int i = 0; i < quantity; ++i) numbers.append(first.plus(i).number());

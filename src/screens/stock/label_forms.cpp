@@ -61,12 +61,15 @@ LabelSelectionForm::Range LabelSelectionForm::range(const QString& first, const 
     };
     Range made{box(first), box(last), nullptr};
     made.select =
-        button(select, QStringLiteral("&Rechercher"), [this, made, unitState] { this->select(made, unitState); });
+        button(select, unitState == state::InStock ? QStringLiteral("&Rechercher") : QStringLiteral("R&echercher"),
+               [this, made, unitState] { this->select(made, unitState); });
     return made;
 }
 
 void LabelSelectionForm::select(const Range& range, const QString& unitState) {
     chosen_.reset();
+    count_->clear();
+    grid_->rows().setRecords({});
     const labels::NumberRange numbers(range.first->text(), range.last->text(), range.first->objectName());
     const Recordset units = labels::select(molven_, numbers, unitState);
     chosen_ = numbers;

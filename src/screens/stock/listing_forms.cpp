@@ -8,6 +8,8 @@
 #include "reference/parameter_tables.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "reference/party_tables.h"
+#include "sales/unit_removal.h"
 #include "stock/labels.h"
 #include "stock/patient_enquiry.h"
 #include "stock/units.h"
@@ -216,7 +218,7 @@ void UnitListForm::makeLabels() {
 void UnitListForm::returnUnits() {
     requireSelection();
     if (!prompt().ask(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"))) return;
-    unit_listing::returnToMainDepot(molven_, *selected_);
+    unit_listing::returnToMainDepot(molven_, session().rules(), *selected_);
     grid_->rows().refresh();
 }
 
@@ -225,8 +227,9 @@ void UnitListForm::removeUnit() {
     const auto unit = grid_->current();
     if (!unit) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("DEBIMM"));
     const QString number = unit->value(strproduit.imm_art);
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer : ") + number)) return;
-    units::remove(molven_, Immatriculation::fromText(number));
+    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer : ") + number, units::title(*unit)))
+        return;
+    unit_removal::remove(session(), Immatriculation::fromText(number));
     grid_->rows().refresh();
     count_->setText(QStringLiteral("Nbre sélection : %1").arg(grid_->rows().rowCount()));
 }

@@ -7,6 +7,7 @@
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "screens/stock/serial_list.h"
 #include "screens/stock/unit_card.h"
 #include "stock/gs1.h"
 #include "stock/units.h"
@@ -15,6 +16,7 @@
 
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -54,10 +56,14 @@ QList<FieldBox> boxes() {
             {&u.nof_art, QStringLiteral("Ordre fabrication :"), {}, 14},
             {&u.fab_con, QStringLiteral("Conformité O/X/Y/Z :")},
             {&u.fab_cau, QStringLiteral("Cause :")},
-            {&u.fou_imm, QStringLiteral("N° série fournisseur :"), {}, 16},
+            {&u.fou_imm, QStringLiteral("N° sé&rie fournisseur :"), {}, 16},
             {&u.fou_ref, QStringLiteral("Réf. fournisseur :"), {}, 16},
             {&u.imm_art, QStringLiteral("Immat. imposée :")}};
 }
+
+/// What stays as it was received when a unit is modified; conformity has a change of its own, with its history.
+const QList<const Text*> KeptByChange{&strproduit.ref_art, &strproduit.dat_liv, &strproduit.imm_art,
+                                      &strproduit.fab_con, &strproduit.fab_cau};
 
 QLabel* namedLabel(const QString& name, QWidget* parent) {
     auto* label = new QLabel(parent);
@@ -69,13 +75,16 @@ QLabel* namedLabel(const QString& name, QWidget* parent) {
 } // namespace
 
 ReceiptForm::ReceiptForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_proges")), molven_(workspace_.open(session().molven())) {
+    : Form(desk, QStringLiteral("T_proges")), files_(openUnitFiles(workspace_, session())), molven_(files_.molven) {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(buildReceipt(), 3);
     units_ = new UnitCard(*this);
-    units_->changeWanted = [this](const Record& unit) { startChanging(unit); };
+    units_->changeWanted = [this](const Record& unit) {
+        if (mayDiscard()) startChanging(unit);
+    };
     layout->addWidget(units_, 2);
     setPickers();
+    setScans();
     clearReceipt();
     resize(1260, 740);
     applyTitle(QStringLiteral("Gestion des entrées en stock"));
@@ -86,6 +95,46 @@ QWidget* ReceiptForm::buildReceipt() {
     auto* box = new QGroupBox(QStringLiteral("Entrée en stock"), this);
     panel_ = new RecordPanel(boxes(), 2, box);
     for (const FieldBox& fieldBox : panel_->boxes()) bind(fieldBox.field->name, panel_->edit(*fieldBox.field));
+    serials_ = new SerialList(box);
+    fresh_ = leaveButton(QStringLiteral("CmdAjout"), QStringLiteral("&Nouvelle entrée"), [this] {
+        if (!mayDiscard()) return;
+        clearReceipt();
+        panel_->edit(strproduit.ref_art)->setFocus();
+    });
+    validate_ = button(QStringLiteral("Cmdvalstk"), QStringLiteral("&Valider l'entrée"), [this] {
+        if (changed_)
+            writeChange();
+        else
+            receive();
+    });
+    auto* finish = leaveButton(QStringLiteral("Cmdfinstk"), QStringLiteral("&Fin de l'entrée"), [this] {
+        if (!mayDiscard()) return;
+        clearReceipt();
+        units_->focusSearch();
+    });
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(fresh_);
+    buttons->addStretch();
+    buttons->addWidget(validate_);
+    buttons->addWidget(finish);
+    auto* layout = new QVBoxLayout(box);
+    auto* designation = panel_->findChild<QLabel*>(QStringLiteral("lbl") + strproduit.ref_art.name);
+    QFont bold = designation->font();
+    bold.setBold(true);
+    designation->setFont(bold);
+    layout->addWidget(designation); // beside the code only its first letters would show
+    layout->addWidget(panel_);
+    layout->addLayout(quantityRow(box));
+    layout->addWidget(serials_, 1);
+    layout->addStretch();
+    layout->addLayout(buttons);
+    setTabOrder(quantity_, validate_); // what validates comes first
+    setTabOrder(validate_, finish);
+    setTabOrder(finish, fresh_);
+    return box;
+}
+
+QLayout* ReceiptForm::quantityRow(QWidget* box) {
     quantity_ = new Edit(box);
     quantity_->setObjectName(QStringLiteral("txtqte"));
     quantity_->setMaxLength(4);
@@ -93,43 +142,38 @@ QWidget* ReceiptForm::buildReceipt() {
     quantity_->setAlignment(Qt::AlignRight);
     created_ = namedLabel(QStringLiteral("lblcrepro"), box);
     createdLast_ = namedLabel(QStringLiteral("lblcreprofin"), box);
-    auto* fresh = button(QStringLiteral("CmdAjout"), QStringLiteral("&Nouvelle entrée"), [this] {
-        clearReceipt();
-        panel_->edit(strproduit.ref_art)->setFocus();
-    });
-    auto* validate = button(QStringLiteral("Cmdvalstk"), QStringLiteral("&Valider l'entrée"), [this] {
-        if (changed_)
-            writeChange();
-        else
-            receive();
-    });
-    auto* finish = button(QStringLiteral("Cmdfinstk"), QStringLiteral("&Fin de l'entrée"), [this] {
-        clearReceipt();
-        units_->focusSearch();
-    });
-    auto* quantityRow = new QHBoxLayout;
-    auto* caption = new QLabel(QStringLiteral("&Quantité :"), box);
+    onLeft(quantity_, [this] { quantityTyped(); });
+    auto* row = new QHBoxLayout;
+    auto* caption = new QLabel(QStringLiteral("Q&uantité :"), box);
     caption->setBuddy(quantity_);
-    quantityRow->addWidget(caption);
-    quantityRow->addWidget(quantity_);
-    quantityRow->addSpacing(20);
-    quantityRow->addWidget(new QLabel(QStringLiteral("Créées du :"), box));
-    quantityRow->addWidget(created_);
-    quantityRow->addWidget(new QLabel(QStringLiteral("au :"), box));
-    quantityRow->addWidget(createdLast_);
-    quantityRow->addStretch();
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(fresh);
-    buttons->addStretch();
-    buttons->addWidget(validate);
-    buttons->addWidget(finish);
-    auto* layout = new QVBoxLayout(box);
-    layout->addWidget(panel_);
-    layout->addLayout(quantityRow);
-    layout->addStretch();
-    layout->addLayout(buttons);
-    return box;
+    row->addWidget(caption);
+    row->addWidget(quantity_);
+    row->addSpacing(20);
+    row->addWidget(new QLabel(QStringLiteral("Créées du :"), box));
+    row->addWidget(created_);
+    row->addWidget(new QLabel(QStringLiteral("au :"), box));
+    row->addWidget(createdLast_);
+    row->addStretch();
+    return row;
 }
+
+/// Return takes a scan in where one may come, validates the receipt or the open tray elsewhere.
+void ReceiptForm::keyPressEvent(QKeyEvent* event) {
+    auto* box = dynamic_cast<Edit*>(focusWidget());
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        const bool scansSerials = box && box == panel_->edit(strproduit.fou_imm) && quantity() > 1;
+        if (scansSerials && !box->text().trimmed().isEmpty()) {
+            if (box->leave() && serials_->isFull()) validate_->setFocus();
+            return;
+        }
+        const bool inReceipt = box && !units_->isAncestorOf(box) && !box->takesScans;
+        setDefaultButton(inReceipt ? validate_ : units_->validateButton(focusWidget()));
+    }
+    setCancelButton(units_->cancelButton() ? units_->cancelButton() : changed_ ? fresh_ : nullptr);
+    Form::keyPressEvent(event);
+}
+
+bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || units_->hasUnsavedWork(); }
 
 void ReceiptForm::setPickers() {
     const auto picker = [this](const Text& field, const Text& from,
@@ -139,23 +183,12 @@ void ReceiptForm::setPickers() {
             [this, &field, &from, makeList] {
                 pick(makeList([this, &field, &from](const Record& row) {
                     panel_->edit(field)->put(row[from]);
-                    showArticle();
+                    leftCode(field);
                 }));
             },
             panel_->listButton(field));
-        onLeft(panel_->edit(field), [this] { showArticle(); });
+        onLeft(panel_->edit(field), [this, &field] { leftCode(field); });
     };
-    for (const Text* field : {&strproduit.ref_art, &strproduit.lot_art, &strproduit.fou_imm}) {
-        Edit* edit = panel_->edit(*field);
-        edit->setMaxLength(120); // room for a scan
-        edit->takesScans = true;
-    }
-    for (const Text* field : {&strproduit.lot_art, &strproduit.fou_imm})
-        onLeft(panel_->edit(*field), [this, edit = panel_->edit(*field)] {
-            if (takeScan(edit)) return showArticle();
-            if (edit == panel_->edit(strproduit.lot_art) && isTradeGoods_ && edit->value().trimmed().isEmpty())
-                throw Refusal(QStringLiteral("N° Lot obligatoire"), strproduit.lot_art.name);
-        });
     picker(strproduit.ref_art, strarticle.art_ref, [this](const pick_lists::Chosen& chosen) {
         return pick_lists::articles(molven_, chosen, strarticle.art_aig == follow_up::ByUnit);
     });
@@ -164,27 +197,100 @@ void ReceiptForm::setPickers() {
     picker(strproduit.num_dep, strparam.num_par, [this](const pick_lists::Chosen& chosen) {
         return pick_lists::parameters(molven_, list::Depot, QStringLiteral("LES DEPOTS"), chosen);
     });
+    onPick(panel_->edit(strproduit.fab_cau), [this] {
+        const QString letter = panel_->edit(strproduit.fab_con)->value().trimmed();
+        pick(pick_lists::parameters(molven_, letter, QStringLiteral("LES CAUSES"), [this](const Record& cause) {
+            panel_->edit(strproduit.fab_cau)->put(cause[strparam.num_par]);
+        }));
+    });
 }
 
-/// The words beside the codes, and what the article presets.
+void ReceiptForm::setScans() {
+    for (const Text* field : {&strproduit.ref_art, &strproduit.lot_art, &strproduit.fou_imm}) {
+        Edit* edit = panel_->edit(*field);
+        edit->setMaxLength(120); // room for a scan
+        edit->takesScans = true;
+    }
+    onLeft(panel_->edit(strproduit.lot_art), [this, edit = panel_->edit(strproduit.lot_art)] {
+        if (takeScan(edit)) return showArticle();
+        if (isTradeGoods_ && edit->value().trimmed().isEmpty())
+            throw Refusal(QStringLiteral("N° Lot obligatoire"), strproduit.lot_art.name);
+    });
+    onLeft(panel_->edit(strproduit.fou_imm), [this, edit = panel_->edit(strproduit.fou_imm)] {
+        if (takeScan(edit)) showArticle();
+        listSerial();
+    });
+}
+
+int ReceiptForm::quantity() const {
+    const auto typed = Decimal::parse(quantity_->value());
+    return typed ? static_cast<int>(typed->toInteger()) : 1;
+}
+
+/// With several units, what the serial box holds goes to the list and makes room for the next.
+void ReceiptForm::listSerial() {
+    Edit* box = panel_->edit(strproduit.fou_imm);
+    const QString serial = box->value().trimmed();
+    if (quantity() <= 1 || serial.isEmpty()) return;
+    serials_->add(serial, strproduit.fou_imm.name);
+    box->put({});
+}
+
+void ReceiptForm::quantityTyped() {
+    serials_->expect(quantity());
+    Edit* box = panel_->edit(strproduit.fou_imm);
+    if (quantity() == 1 && serials_->serials().size() == 1 && box->value().trimmed().isEmpty()) {
+        box->put(serials_->serials().first());
+        serials_->clear();
+    }
+    listSerial();
+}
+
+void ReceiptForm::leftCode(const Text& field) {
+    if (&field == &strproduit.ref_art)
+        showArticle();
+    else
+        showHints();
+}
+
+/// Completes the codes of supplier and depot, and shows the words behind them.
+void ReceiptForm::showHints() {
+    Edit* supplier = panel_->edit(strproduit.fou_cde);
+    if (const auto known = parties::findSupplier(molven_, supplier->value())) {
+        supplier->put(known->value(strfournis.fou_cod));
+        panel_->setHint(strproduit.fou_cde, known->value(strfournis.fou_nom));
+    } else {
+        panel_->setHint(strproduit.fou_cde, {});
+    }
+    Edit* depot = panel_->edit(strproduit.num_dep);
+    const QString whole = padded(depot->value(), strparam.num_par.size);
+    if (parameters::find(molven_, list::Depot, whole)) depot->put(whole);
+    panel_->setHint(strproduit.num_dep, parameters::label(molven_, list::Depot, depot->value()));
+}
+
+/// What the article of the reference brings: its words, what it presets, the boxes that its type needs.
 void ReceiptForm::showArticle() {
     takeScan(panel_->edit(strproduit.ref_art));
     const QString reference = panel_->edit(strproduit.ref_art)->value().trimmed();
-    const QString depot = panel_->edit(strproduit.num_dep)->value().trimmed();
-    panel_->setHint(strproduit.num_dep, depot.isEmpty() ? QString() : parameters::label(molven_, list::Depot, depot));
     panel_->setHint(strproduit.ref_art, {});
     if (!reference.isEmpty()) {
         const Record article = receipts::followedArticle(molven_, reference);
         panel_->edit(strproduit.ref_art)->put(article[strarticle.art_ref]);
         panel_->setHint(strproduit.ref_art, article[strarticle.art_li1]);
-        if (panel_->edit(strproduit.fou_cde)->value().isEmpty())
-            panel_->edit(strproduit.fou_cde)->put(article[strarticle.art_fou]);
-        if (panel_->edit(strproduit.fou_ref)->value().isEmpty())
-            panel_->edit(strproduit.fou_ref)->put(article[strarticle.art_rfou]);
+        if (!changed_) presetFrom(article);
         showByType(article);
     }
-    const auto supplier = parties::findSupplier(molven_, panel_->edit(strproduit.fou_cde)->value());
-    panel_->setHint(strproduit.fou_cde, supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QString());
+    showHints();
+}
+
+/// A supplier's reference that came with another article goes with it; what the user typed stays.
+void ReceiptForm::presetFrom(const Record& article) {
+    Edit* supplier = panel_->edit(strproduit.fou_cde);
+    if (supplier->value().isEmpty()) supplier->put(article[strarticle.art_fou]);
+    Edit* reference = panel_->edit(strproduit.fou_ref);
+    if (reference->value().isEmpty() || reference->value() == presetReference_)
+        reference->put(article[strarticle.art_rfou]);
+    presetReference_ = article[strarticle.art_rfou];
 }
 
 /// Opens the boxes that the article's type needs.
@@ -228,7 +334,8 @@ Receipt ReceiptForm::typed() const {
     receipt.sterilisationDate = value(strproduit.dat_ste);
     receipt.expiryDate = value(strproduit.dat_per);
     receipt.sterilisationIndex = value(strproduit.ind_ste);
-    receipt.supplierSerial = value(strproduit.fou_imm);
+    receipt.supplierSerials = serials_->serials();
+    if (const QString serial = value(strproduit.fou_imm); !serial.isEmpty()) receipt.supplierSerials.append(serial);
     receipt.supplierReference = value(strproduit.fou_ref);
     return receipt;
 }
@@ -237,7 +344,7 @@ Receipt ReceiptForm::typed() const {
 receipts::Progress ReceiptForm::progress() {
     auto dialog = std::make_shared<QProgressDialog>(QStringLiteral("Création des produits"), QStringLiteral("&Annuler"),
                                                     0, 0, this);
-    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setWindowModality(Qt::ApplicationModal);
     dialog->setMinimumDuration(500);
     return [dialog](int done, int total) {
         if (done % 50 > 0) return true;
@@ -248,11 +355,12 @@ receipts::Progress ReceiptForm::progress() {
 }
 
 void ReceiptForm::receive() {
+    if (!units_->mayLeaveTray()) return;
     Receipt receipt = typed();
     receipt.operatorWord = session().code_util;
-    receipt.scannedEan = scannedEan_;
+    if (receipt.reference == scannedReference_) receipt.scannedEan = scannedEan_;
     receipt.currency = parameters::companyCurrency(molven_, session().spe_mon);
-    const receipts::Created created = receipts::receive(molven_, session().rules(), receipt, progress());
+    const receipts::Created created = receipts::receive(files_, session().rules(), receipt, progress());
     created_->setText(created.first);
     createdLast_->setText(created.last);
     units_->list(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
@@ -260,6 +368,20 @@ void ReceiptForm::receive() {
     prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);
     clearUnit();
     panel_->edit(strproduit.ref_art)->setFocus();
+}
+
+QStringList ReceiptForm::contents() const {
+    QStringList texts;
+    for (const FieldBox& box : panel_->boxes()) texts.append(panel_->edit(*box.field)->value().trimmed());
+    return texts + QStringList{quantity_->value().trimmed(), serials_->serials().join(u'\n')};
+}
+
+bool ReceiptForm::mayDiscard() {
+    if (contents() == untouched_) return true;
+    const QString about = changed_ ? units::title(*changed_)
+                                   : QStringLiteral("Entrée en stock : %1, quantité %2")
+                                         .arg(panel_->edit(strproduit.ref_art)->value(), quantity_->value());
+    return prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), about);
 }
 
 /// Makes ready for the next article of the same delivery.
@@ -273,16 +395,18 @@ void ReceiptForm::clearUnit() {
     }
     panel_->edit(strproduit.fab_con)->put(QStringLiteral("O"));
     quantity_->put(QStringLiteral("1"));
+    serials_->clear();
+    serials_->expect(1);
     scannedEan_.clear();
     isTradeGoods_ = false;
     showArticle();
+    untouched_ = contents();
 }
 
 void ReceiptForm::clearReceipt() {
     changed_.reset();
     quantity_->setEditable(true);
-    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv, &strproduit.imm_art})
-        panel_->edit(*field)->setEditable(true);
+    for (const Text* field : KeptByChange) panel_->edit(*field)->setEditable(true);
     for (const FieldBox& box : panel_->boxes()) panel_->edit(*box.field)->put({});
     panel_->edit(strproduit.dat_liv)->put(dateText(Clock::today()));
     panel_->edit(strproduit.num_dep)->put(MainDepot);
@@ -299,8 +423,10 @@ bool ReceiptForm::takeScan(Edit* edit) {
         throw Refusal(QStringLiteral("Référence inconnue : ") +
                           (code.gtin.isEmpty() ? code.supplierReference : code.gtin),
                       edit->objectName());
+    requireSameGoods(code, article);
     edit->put({});
     scannedEan_ = code.ean();
+    scannedReference_ = article ? article->value(strarticle.art_ref) : QString();
     const auto put = [this](const Text& field, const QString& value) {
         if (!value.isEmpty()) panel_->edit(field)->put(value);
     };
@@ -309,31 +435,69 @@ bool ReceiptForm::takeScan(Edit* edit) {
     put(strproduit.dat_per, code.expiry.toString(QStringLiteral("MM/yyyy")));
     put(strproduit.fou_imm, code.serial);
     put(strproduit.fou_ref, code.supplierReference);
+    listSerial();
     return true;
+}
+
+/// The units of one receipt are the same article of the same lot: a scan of another kind must not rename those before.
+void ReceiptForm::requireSameGoods(const Gs1Code& code, const std::optional<Record>& article) const {
+    if (serials_->serials().isEmpty()) return;
+    const auto differs = [this](const Text& field, const QString& scanned) {
+        const QString typed = panel_->edit(field)->value().trimmed();
+        return !gs1::isScan(typed) && !typed.isEmpty() && !scanned.isEmpty() &&
+               typed.compare(scanned, Qt::CaseInsensitive) != 0;
+    };
+    const QString reference = article ? article->value(strarticle.art_ref) : QString();
+    if (differs(strproduit.ref_art, reference) || differs(strproduit.lot_art, code.lot) ||
+        differs(strproduit.dat_per, code.expiry.toString(QStringLiteral("MM/yyyy"))))
+        throw Refusal(QStringLiteral("Ce produit n'est pas de la même référence, du même lot et de la même péremption "
+                                     "que ceux déjà lus"),
+                      strproduit.fou_imm.name);
 }
 
 /// Brings a unit's receipt back into the boxes.
 void ReceiptForm::startChanging(const Record& unit) {
+    serials_->clear();
+    serials_->expect(1);
     changed_ = unit;
     panel_->load(unit);
     quantity_->put(QStringLiteral("1"));
     quantity_->setEditable(false);
-    for (const Text* field : {&strproduit.ref_art, &strproduit.dat_liv, &strproduit.imm_art})
-        panel_->edit(*field)->setEditable(false);
+    for (const Text* field : KeptByChange) panel_->edit(*field)->setEditable(false);
     showArticle();
+    untouched_ = contents();
     panel_->edit(strproduit.fou_cde)->setFocus();
 }
 
+/// Brings up what another workstation wrote of the unit being changed, and leaves what the user typed; the captions of
+/// the boxes that the other changed are told.
+void ReceiptForm::readAgain() {
+    const Record before = *changed_;
+    const auto now = units::find(molven_, Immatriculation::fromText(before[strproduit.imm_art]));
+    if (!now) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    units::requireChangeable(*now);
+    const QStringList shown = untouched_;
+    QStringList typed, changedElsewhere;
+    for (const FieldBox& box : panel_->boxes()) typed.append(panel_->edit(*box.field)->text());
+    const QStringList read = contents();
+    startChanging(*now);
+    for (qsizetype i = 0; i < panel_->boxes().size(); ++i) {
+        const FieldBox& box = panel_->boxes()[i];
+        if (read[i] != shown[i]) panel_->edit(*box.field)->setText(typed[i]);
+        if (before.value(*box.field) != now->value(*box.field))
+            changedElsewhere.append(QString(box.caption).remove(u'&').remove(QStringLiteral(" :")));
+    }
+    throw Refusal(QStringLiteral("L'immatriculation %1 a été modifiée par un autre poste (%2). Vérifiez et validez.")
+                      .arg(before[strproduit.imm_art], changedElsewhere.join(QStringLiteral(", "))));
+}
+
 void ReceiptForm::writeChange() {
-    Receipt receipt = typed();
-    receipt.pieces = QStringLiteral("1"); // the pieces were counted at the receipt
-    receipts::check(molven_, receipt);
-    Record unit = *changed_;
-    panel_->store(unit);
-    unit[strproduit.fou_cde] = padded(receipt.supplier, 6);
-    unit[strproduit.tri_cde] = sortKey(receipt.orderDate);
-    unit[strproduit.tri_dlv] = sortKey(receipt.plannedDate);
-    units::change(molven_, unit, *changed_);
+    try {
+        receipts::change(files_, session().rules(), typed(), *changed_);
+    } catch (const DataError& error) {
+        if (error.number != DataError::RecordChanged) throw;
+        return readAgain();
+    }
     units_->refresh();
     clearReceipt();
     units_->focusSearch();

@@ -5,10 +5,13 @@
 #include "ui/form.h"
 
 class QLabel;
+class QLayout;
 
 namespace molven {
 
+struct Gs1Code;
 class RecordPanel;
+class SerialList;
 class UnitCard;
 
 /// Units: receipt of N units of an article, typed or scanned, and beside it the units themselves.
@@ -16,31 +19,55 @@ class ReceiptForm : public Form {
 public:
     explicit ReceiptForm(Desk& desk);
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    bool hasUnsavedWork() const override;
+
 private:
     QWidget* buildReceipt();
+    QLayout* quantityRow(QWidget* box);
     void setPickers();
+    void setScans();
+    void leftCode(const Text& field);
+    void showHints();
     void showArticle();
+    void presetFrom(const Record& article);
     void showByType(const Record& article);
     Receipt typed() const;
     receipts::Progress progress();
     void receive();
+    /// What stands in the boxes.
+    QStringList contents() const;
+    /// True when nothing typed would be lost, or the user gives it up.
+    bool mayDiscard();
     void clearUnit();
     void clearReceipt();
 
     bool takeScan(Edit* edit);
+    void requireSameGoods(const Gs1Code& code, const std::optional<Record>& article) const;
+    int quantity() const;
+    void listSerial();
+    void quantityTyped();
     void startChanging(const Record& unit);
+    void readAgain();
     void writeChange();
 
     Workspace workspace_;
+    UnitFiles files_;
     Database molven_;
     RecordPanel* panel_ = nullptr;
     Edit* quantity_ = nullptr;
+    SerialList* serials_ = nullptr;
+    QPushButton* fresh_ = nullptr;
+    QPushButton* validate_ = nullptr;
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;
     UnitCard* units_ = nullptr;
-    bool isTradeGoods_ = false; ///< the article of the receipt, whose lot must be known
-    QString scannedEan_;
-    std::optional<Record> changed_; ///< the unit being modified, as read
+    bool isTradeGoods_ = false;             ///< the article of the receipt, whose lot must be known
+    QString scannedEan_, scannedReference_; ///< of the last scan, and the article found by it
+    QString presetReference_;               ///< the supplier's reference that the article brought
+    QStringList untouched_;                 ///< the boxes as they were before the user typed
+    std::optional<Record> changed_;         ///< the unit being modified, as read
 };
 
 } // namespace molven

@@ -3,8 +3,10 @@
 #include "data/clock.h"
 #include "data/dates.h"
 #include "data/errors.h"
+#include "data/format.h"
 #include "reference/parameters.h"
 #include "reference/party_tables.h"
+#include "sales/unit_removal.h"
 #include "screens/shell/trail_form.h"
 #include "stock/labels.h"
 #include "stock/units.h"
@@ -26,20 +28,24 @@ UnitCard::UnitCard(Form& form)
       molven_(workspace_.open(form.session().molven())),
       tri_(workspace_.open(form.session().tri())) {
     units_ = new Grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), this);
-    units_->becameCurrent = units_->chosen = [this](const Record& unit) { show(unit); };
+    units_->becameCurrent = units_->chosen = [this](const Record& unit) { bringUp(unit); };
     const auto label = [this](const QString& name) {
         auto* made = new QLabel(this);
         made->setObjectName(name);
         made->setTextFormat(Qt::PlainText);
         return made;
     };
+    title_ = label(QStringLiteral("Lblproduit"));
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
     place_ = label(QStringLiteral("Lbltrac1"));
     document_ = label(QStringLiteral("Lbltrac2"));
     conformity_ = label(QStringLiteral("Lblconform"));
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buildSearch());
     layout->addWidget(units_, 1);
-    for (QLabel* text : {place_, document_, conformity_}) layout->addWidget(text);
+    for (QLabel* text : {title_, place_, document_, conformity_}) layout->addWidget(text);
     buildTray();
     layout->addWidget(tray_);
     layout->addLayout(buildButtons());
@@ -51,13 +57,13 @@ Edit* UnitCard::searchBox(const QString& name, int characters, const std::functi
     edit->setObjectName(name);
     edit->setMaxLength(characters);
     edit->setFixedWidth(std::min(characters, 14) * 9 + 14);
-    edit->isKey = true;
     form_.onLeft(edit, find);
     return edit;
 }
 
 QLayout* UnitCard::buildSearch() {
     number_ = searchBox(QStringLiteral("txtrecimm"), 8, [this] { findByNumber(); });
+    number_->isKey = true;
     reference_ = searchBox(QStringLiteral("txtrecref"), 13, [this] { findByReference(); });
     supplierSerial_ = searchBox(QStringLiteral("txtrecfimm"), 30, [this] { findBySupplierSerial(); });
     supplierReference_ = searchBox(QStringLiteral("txtrecfref"), 20, [this] { findBySupplierReference(); });
@@ -80,18 +86,18 @@ QLayout* UnitCard::buildButtons() {
     const auto made = [this](const char* name, const char* caption, const std::function<void()>& handler) {
         return form_.button(QString::fromLatin1(name), QString::fromUtf8(caption), handler);
     };
-    QPushButton* buttons[] = {made("CmdModifier", "&Modifier",
-                                   [this] {
-                                       units::requireChangeable(requireUnit());
-                                       changeWanted(requireUnit());
-                                   }),
-                              made("cmdpose", "&Pose", [this] { openImplantation(); }),
-                              made("Cmdchgconf", "&Conformité", [this] { openConformity(); }),
-                              made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
-                              made("CmdSupprime", "&Supprimer", [this] { remove(); }),
-                              made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
-                              form_.leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"),
-                                                [this] { form_.close(); })};
+    QPushButton* buttons[] = {
+        made("CmdModifier", "&Modifier",
+             [this] {
+                 units::requireChangeable(freshUnit());
+                 changeWanted(requireUnit());
+             }),
+        made("cmdpose", "&Pose", [this] { openImplantation(); }),
+        made("Cmdchgconf", "&Conformité", [this] { openConformity(); }),
+        made("Cmdvisconf", "&Historique conf.", [this] { showConformityHistory(); }),
+        made("CmdSupprime", "&Supprimer", [this] { remove(); }),
+        made("Cmdetiq", "É&tiquettes", [this] { makeLabels(); }),
+        form_.leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { form_.close(); })};
     auto* layout = new QGridLayout;
     int place = 0;
     for (QPushButton* button : buttons) {
@@ -125,15 +131,22 @@ void UnitCard::buildTray() {
     conformityRow->addWidget(new QLabel(QStringLiteral("Cause :"), conformity));
     conformityRow->addWidget(cause_);
     conformityRow->addStretch();
-    conformityRow->addWidget(
-        form_.button(QStringLiteral("Cmdokconf"), QStringLiteral("&Valider"), [this] { changeConformity(); }));
+    validateConformity_ =
+        form_.button(QStringLiteral("Cmdokconf"), QStringLiteral("&OK"), [this] { changeConformity(); });
+    conformityRow->addWidget(validateConformity_);
+    cancelConformity_ =
+        form_.leaveButton(QStringLiteral("Cmdannconf"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
+    conformityRow->addWidget(cancelConformity_);
 
     auto* implantation = new QWidget(this);
     patient_ = box(QStringLiteral("txtreg_pat"), strproduit.reg_pat.size, implantation);
     hospital_ = box(QStringLiteral("txtreg_clt"), 6, implantation);
     hospital_->setFixedWidth(68);
+    form_.onLeft(hospital_, [this] { hospital_->put(padded(hospital_->text(), strproduit.reg_clt.size)); });
     date_ = new DateBox(implantation);
     date_->setObjectName(QStringLiteral("txtreg_dat"));
+    form_.bind(strproduit.reg_pat.name, patient_);
+    form_.bind(strproduit.reg_clt.name, hospital_);
     form_.bind(strproduit.reg_dat.name, date_);
     auto* implantationRow = new QHBoxLayout(implantation);
     implantationRow->setContentsMargins(0, 0, 0, 0);
@@ -142,8 +155,11 @@ void UnitCard::buildTray() {
     implantationRow->addWidget(new QLabel(QStringLiteral("Client :"), implantation));
     implantationRow->addWidget(hospital_);
     implantationRow->addWidget(date_);
-    implantationRow->addWidget(
-        form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&Valider"), [this] { implant(); }));
+    validateImplantation_ = form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&OK"), [this] { implant(); });
+    implantationRow->addWidget(validateImplantation_);
+    cancelImplantation_ =
+        form_.leaveButton(QStringLiteral("Cmdannpose"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
+    implantationRow->addWidget(cancelImplantation_);
     tray_->addWidget(conformity);
     tray_->addWidget(implantation);
     tray_->setFixedHeight(34);
@@ -180,19 +196,58 @@ void UnitCard::setPickers() {
 
 void UnitCard::focusSearch() { number_->setFocus(); }
 
+void UnitCard::openTray(int page, const QList<Edit*>& boxes, const QStringList& texts) {
+    trayBoxes_ = boxes;
+    for (qsizetype i = 0; i < boxes.size(); ++i) boxes[i]->put(texts[i]);
+    trayTexts_.clear();
+    for (const Edit* box : boxes) trayTexts_.append(box->text());
+    tray_->setCurrentIndex(page);
+    tray_->show();
+    boxes.first()->setFocus();
+}
+
+bool UnitCard::hasUnsavedWork() const {
+    QStringList typed;
+    for (const Edit* box : trayBoxes_) typed.append(box->text());
+    return !tray_->isHidden() && typed != trayTexts_;
+}
+
+bool UnitCard::mayLeaveTray() {
+    return !hasUnsavedWork() ||
+           form_.prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), title_->text());
+}
+
+void UnitCard::leaveTray() {
+    if (!mayLeaveTray()) return;
+    tray_->hide();
+    units_->setFocus();
+}
+
+QPushButton* UnitCard::validateButton(const QWidget* focused) const {
+    if (tray_->isHidden() || !tray_->isAncestorOf(focused)) return nullptr;
+    return tray_->currentIndex() == 0 ? validateConformity_ : validateImplantation_;
+}
+
+QPushButton* UnitCard::cancelButton() const {
+    if (tray_->isHidden()) return nullptr;
+    return tray_->currentIndex() == 0 ? cancelConformity_ : cancelImplantation_;
+}
+
 void UnitCard::list(const Criterion& criterion) {
     listed_ = criterion;
+    tray_->hide();
     units_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return molven_.select(strproduit, listed_ && filter,
                               order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
     });
-    if (units_->rows().rowCount() == 0) return;
+    if (units_->rows().rowCount() == 0) return showNone();
     units_->selectRow(0);
     show(*units_->current());
 }
 
 void UnitCard::refresh() {
     const int row = units_->currentIndex().row();
+    tray_->hide();
     units_->rows().refresh();
     if (row >= 0 && row < units_->rows().rowCount()) units_->selectRow(row);
     if (const auto unit = units_->current()) show(*unit);
@@ -204,7 +259,7 @@ void UnitCard::findByNumber() {
     number_->put(typed.number());
     if (!units::find(molven_, typed))
         throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
-    list(typed.criterion());
+    search(typed.criterion());
 }
 
 void UnitCard::findByReference() {
@@ -212,7 +267,7 @@ void UnitCard::findByReference() {
     if (reference.isEmpty()) return;
     if (molven_.count(strproduit, strproduit.ref_art == reference) == 0)
         throw Refusal(QStringLiteral("Aucun produit pour la Référence : ") + reference, QStringLiteral("txtrecref"));
-    list(strproduit.ref_art == reference);
+    search(strproduit.ref_art == reference);
 }
 
 void UnitCard::findBySupplierSerial() {
@@ -220,7 +275,7 @@ void UnitCard::findBySupplierSerial() {
     if (serial.isEmpty()) return;
     if (molven_.count(strproduit, strproduit.fou_imm == serial) == 0)
         throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecfimm"));
-    list(strproduit.fou_imm == serial);
+    search(strproduit.fou_imm == serial);
 }
 
 void UnitCard::findBySupplierReference() {
@@ -228,15 +283,35 @@ void UnitCard::findBySupplierReference() {
     if (reference.isEmpty()) return;
     if (molven_.count(strproduit, strproduit.fou_ref == reference) == 0)
         throw Refusal(QStringLiteral("Aucun produit pour la Référence : ") + reference, QStringLiteral("txtrecfref"));
-    list(strproduit.fou_ref == reference);
+    search(strproduit.fou_ref == reference);
+}
+
+void UnitCard::search(const Criterion& criterion) {
+    if (mayLeaveTray()) list(criterion);
+}
+
+void UnitCard::bringUp(const Record& unit) {
+    const bool same = unit_ && unit.value(strproduit.imm_art) == unit_->value(strproduit.imm_art);
+    if (same && !tray_->isHidden()) return;
+    if (mayLeaveTray()) return show(unit);
+    units_->followRecord(*unit_, {&strproduit.pro_ann, &strproduit.imm_art});
 }
 
 void UnitCard::show(const Record& unit) {
     unit_ = unit;
+    number_->put(unit[strproduit.imm_art]);
+    title_->setText(units::title(unit));
     const units::Situation situation = units::situation(unit, form_.session().rules());
     place_->setText(situation.place);
     document_->setText(situation.document);
     conformity_->setText(units::conformityText(molven_, unit));
+    tray_->hide();
+}
+
+void UnitCard::showNone() {
+    unit_.reset();
+    number_->put({});
+    for (QLabel* label : {title_, place_, document_, conformity_}) label->clear();
     tray_->hide();
 }
 
@@ -245,12 +320,20 @@ const Record& UnitCard::requireUnit() const {
     return *unit_;
 }
 
+const Record& UnitCard::freshUnit() {
+    const auto fresh = units::find(molven_, Immatriculation::fromText(requireUnit()[strproduit.imm_art]));
+    if (!fresh) throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    unit_ = fresh;
+    return *unit_;
+}
+
 void UnitCard::remove() {
-    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
-    if (!form_.prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
-    units::remove(molven_, unit);
-    unit_.reset();
-    for (QLabel* label : {place_, document_, conformity_}) label->clear();
+    const Record& unit = requireUnit();
+    if (!form_.prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "),
+                                units::title(unit)))
+        return;
+    unit_removal::remove(form_.session(), Immatriculation::fromText(unit[strproduit.imm_art]));
+    showNone();
     units_->rows().refresh();
 }
 
@@ -262,11 +345,9 @@ void UnitCard::makeLabels() {
 }
 
 void UnitCard::openConformity() {
-    conformityCode_->put(requireUnit()[strproduit.fab_con]);
-    cause_->put(requireUnit()[strproduit.fab_cau]);
-    tray_->setCurrentIndex(0);
-    tray_->show();
-    conformityCode_->setFocus();
+    if (!mayLeaveTray()) return;
+    const Record& unit = freshUnit();
+    openTray(0, {conformityCode_, cause_}, {unit[strproduit.fab_con], unit[strproduit.fab_cau]});
 }
 
 void UnitCard::changeConformity() {
@@ -291,20 +372,27 @@ void UnitCard::showConformityHistory() {
 }
 
 void UnitCard::openImplantation() {
-    if (requireUnit()[strproduit.tes_vte] != state::Sold)
-        throw Refusal(QStringLiteral("Impossible..cette immatriculation n'est pas vendue"),
-                      QStringLiteral("txtrecimm"));
-    patient_->put(requireUnit()[strproduit.reg_pat]);
-    hospital_->put(requireUnit()[strproduit.reg_clt]);
-    date_->put(requireUnit()[strproduit.reg_dat]);
-    tray_->setCurrentIndex(1);
-    tray_->show();
-    patient_->setFocus();
+    if (!mayLeaveTray()) return;
+    units::requireSold(freshUnit());
+    const units::Implantation known = units::implantationOf(requireUnit());
+    openTray(1, {patient_, hospital_, date_}, {known.patient, known.client, known.date});
 }
 
 void UnitCard::implant() {
-    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
-    units::implant(molven_, unit, patient_->text(), hospital_->text(), date_->value());
+    const Record unit = requireUnit();
+    const units::Implantation known = units::implantationOf(unit);
+    const units::Implantation typed{patient_->text().trimmed(), hospital_->text().trimmed(), date_->value()};
+    const bool replaces = !known.patient.isEmpty() && known.patient != typed.patient;
+    if (replaces && !form_.prompt().confirm(QStringLiteral("Remplacer le patient de cette immatriculation ? ") +
+                                                units::patientText(known),
+                                            units::title(unit)))
+        return;
+    try {
+        units::implant(molven_, unit, typed);
+    } catch (const Refusal&) {
+        freshUnit(); // what is typed stays, and the next attempt is about who stands there now
+        throw;
+    }
     refresh();
 }
 

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QLabel;
+class QPushButton;
 class QStackedWidget;
 
 namespace molven {
@@ -24,8 +25,14 @@ public:
     /// Lists units and shows the first.
     void list(const Criterion& criterion);
     void focusSearch();
-    /// Reads the shown unit again after it was written elsewhere.
-    void refresh();
+    /// A conformity or an implantation is being typed.
+    bool hasUnsavedWork() const;
+    /// True when nothing typed into the tray would be lost, or the user gives it up.
+    bool mayLeaveTray();
+    /// What Return presses with the focus there: the button that validates the open tray, nothing in a search box.
+    QPushButton* validateButton(const QWidget* focused) const;
+    /// What gives the open tray up; null when none is open.
+    QPushButton* cancelButton() const;
 
     std::function<void(const Record& unit)> changeWanted;
 
@@ -35,12 +42,21 @@ private:
     void buildTray();
     Edit* searchBox(const QString& name, int characters, const std::function<void()>& find);
     void setPickers();
+    void search(const Criterion& criterion);
     void findByNumber();
     void findByReference();
     void findBySupplierSerial();
     void findBySupplierReference();
+    /// Shows the unit of the current row, however it became current, unless the user keeps what is typed in the tray.
+    void bringUp(const Record& unit);
     void show(const Record& unit);
+    void showNone();
+    void leaveTray();
+    void openTray(int page, const QList<Edit*>& boxes, const QStringList& texts);
+    /// The unit shown; throws Refusal when there is none.
     const Record& requireUnit() const;
+    /// The same, read again from the file.
+    const Record& freshUnit();
     void remove();
     void makeLabels();
     void openConformity();
@@ -57,10 +73,17 @@ private:
     Edit* supplierSerial_ = nullptr;
     Edit* supplierReference_ = nullptr;
     Grid* units_ = nullptr;
+    QLabel* title_ = nullptr;
     QLabel* place_ = nullptr;
     QLabel* document_ = nullptr;
     QLabel* conformity_ = nullptr;
     QStackedWidget* tray_ = nullptr;
+    QPushButton* validateConformity_ = nullptr;
+    QPushButton* cancelConformity_ = nullptr;
+    QPushButton* validateImplantation_ = nullptr;
+    QPushButton* cancelImplantation_ = nullptr;
+    QList<Edit*> trayBoxes_; ///< of the open tray, with what they showed when it opened
+    QStringList trayTexts_;
     Edit* conformityCode_ = nullptr;
     Edit* cause_ = nullptr;
     Edit* patient_ = nullptr;
