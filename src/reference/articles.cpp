@@ -1,7 +1,8 @@
 #include "reference/articles.h"
 
 #include "data/errors.h"
-#include "reference/parameter_tables.h"
+#include "reference/codes.h"
+#include "reference/ean.h"
 
 namespace molven::articles {
 
@@ -75,8 +76,7 @@ bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
 } // namespace
 
 void checkValue(const CompanyRules& rules, const QString& field, const QString& value) {
-    static const QStringList yesOrNo{QStringLiteral("Txtop2"), QStringLiteral("Txtop3"), strarticle.art_hom.name,
-                                     strarticle.art_ste.name};
+    static const QStringList yesOrNo{QStringLiteral("Txtop2"), QStringLiteral("Txtop3")};
     static const QStringList labels{strarticle.art_li1.name, strarticle.art_li2.name, strarticle.art_lib3.name};
     if (!filled(value)) return;
     const auto isOneOf = [&value](const QString& letters) { return value.size() == 1 && letters.contains(value); };
@@ -84,8 +84,6 @@ void checkValue(const CompanyRules& rules, const QString& field, const QString& 
         require(isOneOf(rules.hasAncillarySets() ? QStringLiteral("ATX") : QStringLiteral("AT")),
                 rules.hasAncillarySets() ? "Taper T ou A ou X!!" : "Taper T ou A  !!", field);
     if (yesOrNo.contains(field)) require(isOneOf(QStringLiteral("ON")), "Taper O ou N !!", field);
-    if (field == strarticle.art_typ.name) require(isOneOf(QStringLiteral("FNG")), "Taper F / N ou G !!", field);
-    if (field == strarticle.art_ori.name) require(isOneOf(QStringLiteral("HAN")), "Origine incorrecte", field);
     if (labels.contains(field)) require(!value.contains(u'\''), "le symbole  ' est interdit", field);
 }
 
@@ -108,14 +106,17 @@ QString followUpOf(const Entry& entry) {
     return entry.followed == u"O" ? follow_up::ByUnit : follow_up::ByMovements;
 }
 
-void checkStocked(const Record& article, const CompanyRules& rules) {
+/// A letter of the article that must be given, and be one of its kind.
+void checkLetter(Database molven, const Record& article, const Text& field, const char* missing) {
+    require(filled(article[field]), missing, field.name);
+    codes::require(molven, field, *field.code, article[field]);
+}
+
+void checkStocked(Database molven, const Record& article) {
     const QString type = article[strarticle.art_typ];
-    require(filled(type), " Type F/N/G obligatoire", strarticle.art_typ.name);
-    checkValue(rules, strarticle.art_typ.name, type);
-    require(filled(article[strarticle.art_hom]), " Homologation O/N obligatoire", strarticle.art_hom.name);
-    checkValue(rules, strarticle.art_hom.name, article[strarticle.art_hom]);
-    require(filled(article[strarticle.art_ste]), " Stérilisation O/N obligatoire", strarticle.art_ste.name);
-    checkValue(rules, strarticle.art_ste.name, article[strarticle.art_ste]);
+    checkLetter(molven, article, strarticle.art_typ, " Type F/N/G obligatoire");
+    checkLetter(molven, article, strarticle.art_hom, " Homologation O/N obligatoire");
+    checkLetter(molven, article, strarticle.art_ste, " Stérilisation O/N obligatoire");
     if (article[strarticle.art_cat] == u"T")
         require(filled(article[strarticle.art_tip]), " TIPS obligatoire", strarticle.art_tip.name);
     else
@@ -124,7 +125,7 @@ void checkStocked(const Record& article, const CompanyRules& rules) {
     require(filled(article[strarticle.art_fam]), " Famille obligatoire", strarticle.art_fam.name);
     const QString origin = article[strarticle.art_ori];
     require(type != u"G" || filled(origin), " Origine obligatoire", strarticle.art_ori.name);
-    checkValue(rules, strarticle.art_ori.name, origin);
+    codes::require(molven, strarticle.art_ori, *strarticle.art_ori.code, origin);
     require(article[strarticle.art_hom] != u"O" || filled(article[strarticle.art_nho]),
             "N° Homologation/CE obligatoire", strarticle.art_nho.name);
 }
@@ -159,16 +160,16 @@ void keepSeveralLpp(Database molven, const Entry& entry, const QString& referenc
 } // namespace
 
 const QList<Account>& accounts() {
-    static const QList<Account> all{
-        {strarticle.art_cpt, QStringLiteral("7"), "Cette imputation comptable VENTE n'existe pas"},
-        {strarticle.art_cpte, QStringLiteral("7"), "Cette imputation comptable VENTE EXPORT n'existe pas"},
-        {strarticle.art_cpta, QStringLiteral("607"), "Cette imputation comptable ACHAT n'existe pas"},
-        {strarticle.art_cpts, QStringLiteral("3"), "Cette imputation comptable STOCK n'existe pas"}};
+    static const QList<Account> all{{strarticle.art_cpt, QStringLiteral("7")},
+                                    {strarticle.art_cpte, QStringLiteral("7")},
+                                    {strarticle.art_cpta, QStringLiteral("607")},
+                                    {strarticle.art_cpts, QStringLiteral("3")}};
     return all;
 }
 
 void checkAccount(Database compta, const Account& account, const QString& number) {
-    require(compta.count(strplan, strplan.cpt_aff == number.trimmed()) > 0, account.unknown, account.field.name);
+    if (!filled(number)) throw Refusal(account.field.unknown, account.field.name);
+    codes::require(compta, account.field, *account.field.code, number);
 }
 
 void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
@@ -182,7 +183,11 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     checkKind(entry, rules);
     article[strarticle.art_aig] = followUpOf(entry);
     article[strarticle.art_anc] = entry.kind;
-    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article, rules);
+    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(molven, article);
+    codes::check({{DataFile::Molven, molven}}, article, before ? &*before : nullptr);
+    codes::check({{DataFile::Molven, molven}}, entry.severalLpp);
+    if (!before || read[strarticle.art_ean] != (*before)[strarticle.art_ean])
+        ean::requireFree(molven, gencode, read[strarticle.art_ean], reference);
     for (const Account& account : accounts()) checkAccount(compta, account, article[account.field]);
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();

@@ -48,8 +48,7 @@ void checkValue(const CompanyRules& rules, const QString& field, const QString& 
 /// An account that an article is booked on.
 struct Account {
     const Text& field;
-    QString start;       ///< of the numbers offered
-    const char* unknown; ///< refusal of a number out of the chart
+    QString start; ///< of the numbers offered
 };
 /// Sales, export sales, purchases, stock.
 const QList<Account>& accounts();

@@ -2,8 +2,9 @@
 
 #include "data/errors.h"
 #include "data/format.h"
-#include "reference/articles.h"
-#include "reference/parameters.h"
+#include "reference/article_tables.h"
+#include "reference/codes.h"
+#include "reference/parameter_tables.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
 
@@ -11,7 +12,11 @@ namespace molven {
 
 Criterion CodeTable::sameKey(const Record& record) const {
     Criterion same;
-    for (const Text* field : key) same = same && *field == record.value(*field).trimmed();
+    for (const Text* field : key) {
+        const QString typed = record.value(*field).trimmed();
+        const bool isPadded = field->code && field->code->digits > 0;
+        same = same && (isPadded ? isOneOf(*field, codes::formsOf(*field->code, typed)) : *field == typed);
+    }
     return same;
 }
 
@@ -34,9 +39,6 @@ void completePaymentMode(Database, Record& mode) {
     require(!(read[strparrgt.nbj_rglt] < Decimal(0)) && read[strparrgt.nbj_rglt] <= Decimal(365),
             QStringLiteral("Nombre de jours incorrect"), strparrgt.nbj_rglt);
     if (read[strparrgt.fdm_rglt].isEmpty()) mode[strparrgt.fdm_rglt] = QStringLiteral("N");
-    mode[strparrgt.fdm_rglt] = read[strparrgt.fdm_rglt].toUpper();
-    const QString endOfMonth = read[strparrgt.fdm_rglt];
-    require(endOfMonth == u"O" || endOfMonth == u"N", QStringLiteral("Taper O ou N !!"), strparrgt.fdm_rglt);
     require(!(read[strparrgt.jou_rglt] < Decimal(0)) && read[strparrgt.jou_rglt] <= Decimal(31),
             QStringLiteral("Jour du mois incorrect"), strparrgt.jou_rglt);
 }
@@ -55,10 +57,9 @@ void completeTariff(Database molven, Record& tariff) {
     const Record& read = tariff;
     const auto client = parties::findClient(molven, read[strtarifclt.tar_clt]);
     require(client.has_value(), Missing, strtarifclt.tar_clt);
-    const auto article = articles::find(molven, read[strtarifclt.tar_ref]);
-    require(article.has_value(), QStringLiteral("Cet article n'existe pas"), strtarifclt.tar_ref);
+    const auto article = codes::find(molven, codes::ArticleOfTariff, read[strtarifclt.tar_ref]);
+    require(article.has_value(), strtarifclt.tar_ref.unknown, strtarifclt.tar_ref);
     tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
-    tariff[strtarifclt.tar_ref] = std::as_const(*article)[strarticle.art_ref];
     tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
     tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
     require(!(read[strtarifclt.tar_pvt] < Decimal(0)), QStringLiteral("Prix incorrect"), strtarifclt.tar_pvt);
@@ -70,7 +71,7 @@ void requirePercent(const Record& record, const Number& field) {
 
 void completeCommission(Database molven, Record& rate) {
     const Record& read = rate;
-    const auto representative = molven::parameters::find(molven, list::Representative, read[strtauxrep.c_rep]);
+    const auto representative = codes::find(molven, codes::Representative, read[strtauxrep.c_rep]);
     require(representative.has_value(), Missing, strtauxrep.c_rep);
     rate[strtauxrep.c_nom] = std::as_const(*representative)[strparam.lib_par];
     requirePercent(rate, strtauxrep.c_tau);
@@ -182,10 +183,11 @@ const CodeTable& commissionRates() {
     return kind;
 }
 
-void check(Database database, const CodeTable& kind, Record& record) {
+void check(Database database, const CodeTable& kind, Record& record, const Record* before) {
     for (const CodeTable::Required& required : kind.required)
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
     kind.complete(database, record);
+    codes::check({{DataFile::Molven, database}}, record, before);
 }
 
 void add(Database database, const CodeTable& kind, Record record) {
@@ -198,7 +200,7 @@ void add(Database database, const CodeTable& kind, Record record) {
 
 void change(Database database, const CodeTable& kind, Record record, const Record& before) {
     Transaction transaction(database.workspace(), QStringLiteral("Tables"));
-    check(database, kind, record);
+    check(database, kind, record, &before);
     Recordset stored = database.select(kind.table, kind.sameKey(record));
     require(!stored.isEmpty(), kind.missing, *kind.key.last());
     stored.edit(before);

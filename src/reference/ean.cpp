@@ -27,6 +27,20 @@ bool isValid(const QString& code) {
     return code.size() == 13 && areDigits(code) && checkDigit(code.left(12)) == code[12];
 }
 
+void requireFree(Database molven, Database gencode, const QString& typed, const QString& reference) {
+    const QString code = typed.trimmed();
+    if (code.isEmpty()) return;
+    const auto refuseArticleCode = [](const QString& message) { throw Refusal(message, strarticle.art_ean.name); };
+    if (!isValid(code)) refuseArticleCode(QStringLiteral("Code EAN incorrect : ") + code);
+    const QString taken = QStringLiteral("Ce code est pris par l'article ");
+    if (const auto other = molven.find(strarticle, strarticle.art_ean == code && strarticle.art_ref != reference))
+        refuseArticleCode(taken + other->value(strarticle.art_ref));
+    const Criterion takenInPool =
+        strgencode.ean_code == code && trimmed(strgencode.ean_art) != QString() && strgencode.ean_art != reference;
+    if (const auto other = gencode.find(strgencode, takenInPool))
+        refuseArticleCode(taken + other->value(strgencode.ean_art));
+}
+
 int add(Database gencode, const QString& typed, const QString& quantity) {
     const QString first = typed.trimmed();
     if (first.isEmpty()) refuse(QStringLiteral(" Code obligatoire"));

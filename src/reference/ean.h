@@ -9,6 +9,9 @@ QChar checkDigit(const QString& twelveDigits);
 /// True for 13 digits whose last one is right.
 bool isValid(const QString& code);
 
+/// Throws Refusal for a code that is none, or that another article has or took from the pool; an empty one passes.
+void requireFree(Database molven, Database gencode, const QString& code, const QString& reference);
+
 /// Adds codes to the pool, one transaction: `first` is 13 digits, or 12 to which the check digit is computed; the
 /// following ones count up from its 12 digits. Throws Refusal for a faulty code, or one that the pool holds.
 /// Answers how many.

@@ -1,8 +1,8 @@
 #include "screens/reference/article_form.h"
 
 #include "data/format.h"
+#include "dossier/references.h"
 #include "reference/parameters.h"
-#include "reference/parties.h"
 #include "reference/tariff_tables.h"
 #include "screens/shell/trail_form.h"
 #include "stock/stock_tables.h"
@@ -71,8 +71,15 @@ ArticleForm::ArticleForm(Desk& desk)
                                   3, this);
     for (const FieldBox& box : severalLpp_->boxes()) bind(box.field->name, severalLpp_->edit(*box.field));
     const PickList articles = pick_lists::articles(molven_, {});
-    build({QStringLiteral("Gestion des articles"), articles.columns, articles.query, boxes(session().rules()), 2,
-           strarticle.art_ref, QStringLiteral("Référence Inconnue"), QStringLiteral("Aucun article sélectionné")});
+    build({QStringLiteral("Gestion des articles"),
+           articles.columns,
+           articles.query,
+           boxes(session().rules()),
+           2,
+           strarticle.art_ref,
+           QStringLiteral("Référence Inconnue"),
+           QStringLiteral("Aucun article sélectionné"),
+           {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}}});
     auto* row = new QHBoxLayout;
     const std::pair<QString, Edit*> entries[] = {{session().rules().hasAncillarySets()
                                                       ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
@@ -119,43 +126,25 @@ void ArticleForm::buildFollowUp() {
 
 void ArticleForm::setPickers() {
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); });
-    picker(strarticle.art_fou,
-           [this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
-    picker(strarticle.art_fam, [this] {
-        return pick_lists::parameters(molven_, familyList(), QStringLiteral("LES FAMILLES"),
-                                      put(strarticle.art_fam, strparam.num_par));
-    });
     picker(strarticle.art_sfam, [this] {
         const QString family = typedCode(strarticle.art_fam);
         if (molven_.count(strparam, parameters::ofList(list::SubFamily) && strparam.cpt_par == family) == 0)
             throw Refusal(QStringLiteral("Aucune s/famille pour cette famille"), strarticle.art_sfam.name);
         return pick_lists::subFamilies(molven_, family, put(strarticle.art_sfam, strparam.num_par));
     });
-    picker(strarticle.art_tip,
-           [this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
-    picker(strarticle.art_lpp,
-           [this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
-    picker(strarticle.art_tva,
-           [this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
     for (const articles::Account& account : articles::accounts()) {
         picker(account.field, [this, &account] {
             return pick_lists::accounts(compta_, account.start, put(account.field, strplan.cpt_aff));
         });
-        onLeft(panel().edit(account.field),
-               [this, &account] { articles::checkAccount(compta_, account, typedCode(account.field)); });
     }
-    const auto checked = [this](const Field& field) {
-        onLeft(panel().edit(field), [this, &field] {
-            shown();
-            articles::checkValue(session().rules(), field.name, typedCode(field));
-        });
-    };
-    for (const Text* field : {&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_ori})
-        checked(*field);
-    for (const Label* field : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3}) checked(*field);
+    for (const Label* field : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
+        onLeft(panel().edit(*field),
+               [this, field] { articles::checkValue(session().rules(), field->name, typedCode(*field)); });
+    codeBoxes().valueOf = [this](const Text&) { return kind_->text(); };
+    codeBoxes().refuseOnLeaving({&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_ori,
+                                 &strarticle.art_cpt, &strarticle.art_cpte, &strarticle.art_cpta,
+                                 &strarticle.art_cpts});
 }
-
-QString ArticleForm::familyList() const { return kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily; }
 
 Record ArticleForm::blank() { return articles::blank(); }
 
@@ -168,10 +157,14 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
     entry.stocked = stocked_->text().trimmed();
     entry.followed = followed_->text().trimmed();
     severalLpp_->store(entry.severalLpp);
-    articles::save(molven_, compta_, gencode_, session().rules(), entry, before);
+    references::saveArticle(session(), entry, before);
 }
 
-void ArticleForm::erase(const Record& record) { articles::remove(molven_, record[strarticle.art_ref]); }
+void ArticleForm::erase(const Record& record) {
+    references::remove(session(), record, [&record](references::Files& files) {
+        articles::remove(files[DataFile::Molven], record[strarticle.art_ref]);
+    });
+}
 
 QString ArticleForm::nameOf(const Record& record) const {
     return QStringLiteral("Article %1, %2").arg(record[strarticle.art_ref], record[strarticle.art_li1]);
@@ -195,18 +188,10 @@ void ArticleForm::shown() {
     const auto hint = [&](const Text& field, const QString& text) {
         panel().setHint(field, code(field).isEmpty() ? QString() : text);
     };
-    const auto supplier = parties::findSupplier(molven_, code(strarticle.art_fou));
-    hint(strarticle.art_fou,
-         supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
-    hint(strarticle.art_fam, parameters::label(molven_, familyList(), code(strarticle.art_fam)));
-    const auto lpp = molven_.find(strlpp, strlpp.lpp_code == code(strarticle.art_lpp));
-    hint(strarticle.art_lpp, code(strarticle.art_lpp) == SeveralLpp ? QStringLiteral("Plusieurs LPP")
-                             : lpp                                  ? QString(std::as_const(*lpp)[strlpp.lpp_lib])
-                                                                    : QString());
-    const auto tips = molven_.find(strpartips, strpartips.cod_tips == code(strarticle.art_tip));
-    hint(strarticle.art_tip, tips ? QString(std::as_const(*tips)[strpartips.lib_tips]) : QString());
-    const Decimal rate = parameters::vatRate(molven_, code(strarticle.art_tva));
-    hint(strarticle.art_tva, format(rate, QStringLiteral("#0.00")) + QStringLiteral(" %"));
+    if (code(strarticle.art_lpp) == SeveralLpp) hint(strarticle.art_lpp, QStringLiteral("Plusieurs LPP"));
+    if (const auto vat = molven_.find(strparfac, strparfac.par1_cde == code(strarticle.art_tva)))
+        hint(strarticle.art_tva,
+             format(std::as_const(*vat)[strparfac.par1_tx], QStringLiteral("#0.00")) + QStringLiteral(" %"));
     hint(strarticle.art_ori, articles::originText(code(strarticle.art_ori)));
     severalLpp_->setVisible(code(strarticle.art_lpp) == SeveralLpp);
     severalLpp_->setEditable(state() != State::Viewing);

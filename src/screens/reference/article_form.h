@@ -27,7 +27,6 @@ private:
     void adaptToKind();
     void showUnitsInStock();
     void showMovements();
-    QString familyList() const;
 
     Workspace workspace_;
     Database molven_, compta_, gencode_;

@@ -1,9 +1,9 @@
 #include "screens/reference/code_table_forms.h"
 
 #include "data/errors.h"
+#include "reference/article_tables.h"
 #include "reference/article_updates.h"
-#include "reference/articles.h"
-#include "reference/parties.h"
+#include "reference/codes.h"
 #include "reference/tariff_tables.h"
 #include "ui/pick_lists.h"
 
@@ -97,15 +97,6 @@ void ParameterForm::pickFamily(const Field& field, const QString& letter, const 
             throw Refusal(QStringLiteral("Aucune famille n'est paramétrée"), field.name);
         return pick_lists::parameters(molven_, letter, title, put(field, strparam.num_par));
     });
-}
-
-void ParameterForm::shown() {
-    if (!list_) return;
-    const auto hint = [this](const Text& field, const QString& letter) {
-        panel().setHint(field, parameters::label(molven_, letter, typed(field)));
-    };
-    if (list_->letter == list::SubFamily) hint(strparam.cpt_par, list::ArticleFamily);
-    if (list_->letter == list::Depot) hint(strparam.fam_dep, list::DepotFamily);
 }
 
 std::optional<Order> ParameterForm::printOrder() {
@@ -214,7 +205,11 @@ AccountForm::AccountForm(Desk& desk) : CodeTableForm(desk, QStringLiteral("T_pla
            workspace_.open(session().path(DataFile::Compta)),
            {{&strplan.cpt_aff, QStringLiteral("Compte"), 130}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 500}},
            {{&strplan.cpt_aff, QStringLiteral("&Compte :")}, {&strplan.cpt_lib, QStringLiteral("Li&bellé :"), {}, 34}},
-           strplan.cpt_aff});
+           strplan.cpt_aff,
+           {},
+           {},
+           false,
+           DataFile::Compta});
 }
 
 LppForm::LppForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parlpp")) {
@@ -275,18 +270,10 @@ TariffForm::TariffForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_par
             {&strtarifclt.tar_ref, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
             {&strtarifclt.tar_pvt, QStringLiteral("&Prix :"), {}, 12, Money}},
            {strtarifclt.tar_clt, strtarifclt.tar_ref}});
-    picker(strtarifclt.tar_clt,
-           [this] { return pick_lists::clients(molven_, put(strtarifclt.tar_clt, strclient.clt_cod)); });
-    picker(strtarifclt.tar_ref,
-           [this] { return pick_lists::articles(molven_, put(strtarifclt.tar_ref, strarticle.art_ref)); });
 }
 
 void TariffForm::shown() {
-    const auto client = parties::findClient(molven_, typed(strtarifclt.tar_clt));
-    if (client) panel().edit(strtarifclt.tar_clt)->put((*client)[strclient.clt_cod]);
-    panel().setHint(strtarifclt.tar_clt, client ? QString((*client)[strclient.clt_nom]) : QString());
-    const auto article = articles::find(molven_, typed(strtarifclt.tar_ref));
-    panel().setHint(strtarifclt.tar_ref, article ? QString((*article)[strarticle.art_li1]) : QString());
+    const auto article = codes::find(molven_, codes::ArticleOfTariff, typed(strtarifclt.tar_ref));
     const bool withoutVat = article && std::as_const(*article)[strarticle.art_tar].startsWith(u'H');
     panel().setHint(strtarifclt.tar_pvt, !article     ? QString()
                                          : withoutVat ? QStringLiteral("  HT")
@@ -322,14 +309,6 @@ CommissionRateForm::CommissionRateForm(Desk& desk) : MolvenTableForm(desk, QStri
             {&strtauxrep.c_ref, QStringLiteral("Ré&férence :")},
             {&strtauxrep.c_tau, QStringLiteral("&Taux % :"), {}, 8, QStringLiteral("#0.00")}},
            {strtauxrep.c_rep, strtauxrep.c_ref}});
-    picker(strtauxrep.c_rep, [this] {
-        return pick_lists::parameters(molven_, list::Representative, QStringLiteral("LES REPRESENTANTS"),
-                                      put(strtauxrep.c_rep, strparam.num_par));
-    });
-}
-
-void CommissionRateForm::shown() {
-    panel().setHint(strtauxrep.c_rep, parameters::label(molven_, list::Representative, typed(strtauxrep.c_rep)));
 }
 
 EnglishLabelForm::EnglishLabelForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_utilit")) {

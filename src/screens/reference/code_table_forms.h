@@ -10,10 +10,16 @@ namespace molven {
 class MolvenTableForm : public CodeTableForm {
 protected:
     MolvenTableForm(Desk& desk, const QString& name)
-        : CodeTableForm(desk, name), molven_(workspace_.open(session().molven())) {}
+        : CodeTableForm(desk, name),
+          molven_(workspace_.open(session().molven())),
+          compta_(workspace_.open(session().path(DataFile::Compta))) {}
+    void build(CodeTableView view) {
+        view.files = {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}};
+        CodeTableForm::build(view);
+    }
 
     Workspace workspace_;
-    Database molven_;
+    Database molven_, compta_;
 };
 
 /// The short code lists and the PAN table; the mode word chooses.
@@ -22,7 +28,6 @@ public:
     explicit ParameterForm(Desk& desk);
 
 protected:
-    void shown() override;
     std::optional<Order> printOrder() override;
 
 private:
@@ -98,9 +103,6 @@ public:
 class CommissionRateForm : public MolvenTableForm {
 public:
     explicit CommissionRateForm(Desk& desk);
-
-protected:
-    void shown() override;
 };
 
 /// English labels of the articles.

@@ -19,11 +19,8 @@ protected:
     void erase(const Record& record) override;
     QString nameOf(const Record& record) const override;
     void stateChanged() override;
-    void shown() override;
 
 private:
-    void setPickers();
-
     Workspace workspace_;
     Database molven_;
     DocumentShelf* documents_ = nullptr;

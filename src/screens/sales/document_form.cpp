@@ -3,6 +3,7 @@
 #include "data/clock.h"
 #include "data/dates.h"
 #include "data/format.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/documents.h"
@@ -276,16 +277,16 @@ void DocumentForm::setPickers() {
     onLeft(header_->edit(table_.fac_no), [this] { displayTyped(); });
     onLeft(header_->edit(table_.fac_clt), [this] { takeClient(); });
     onLeft(header_->edit(table_.fac_nom), [this] { searchClient(); });
-    const auto checked = [this](const Text& field, const QString& letter, const QString& unknown) {
-        onLeft(header_->edit(field), [this, &field, letter, unknown] {
+    const auto completed = [this](RecordPanel* panel, const Text& field, bool refuses) {
+        onLeft(panel->edit(field), [this, edit = panel->edit(field), &field, refuses] {
+            edit->put(codes::completed(book_.molven, *field.code, edit->value()));
             showWords();
-            if (!typed(field).isEmpty() && !parameters::find(book_.molven, letter, typed(field)))
-                throw Refusal(unknown, field.name);
+            if (refuses) codes::require(book_.molven, field, *field.code, edit->value());
         });
     };
-    checked(table_.fac_chr, list::Surgeon, QStringLiteral("Ce code n'existe pas"));
-    checked(table_.fac_trs, list::Dispatch, QStringLiteral("Ce code n'existe pas"));
-    checked(table_.fac_dep, list::Depot, QStringLiteral("Dépôt inconnu"));
+    for (const Text* field : {&table_.fac_chr, &table_.fac_trs, &table_.fac_dep}) completed(header_, *field, true);
+    completed(header_, table_.fac_mon, false);
+    completed(footer_, table_.fac_rglt, false);
 }
 
 } // namespace molven
