@@ -28,22 +28,34 @@ void require(bool held, const QString& message, const Field& field) {
     if (!held) throw Refusal(message, field.name);
 }
 
+void requireBetween(const Record& record, const Number& field, const Decimal& least, const Decimal& most,
+                    const QString& message) {
+    require(!(record[field] < least) && !(most < record[field]), message, field);
+}
+
+void requirePercent(const Record& record, const Number& field) {
+    requireBetween(record, field, 0, 100, QStringLiteral("Taux incorrect"));
+}
+
+void requirePrice(const Record& record, const Number& field) {
+    require(!(record[field] < Decimal(0)), QStringLiteral("Prix incorrect"), field);
+}
+
+/// A count of days, from none to `most`.
+void requireDays(const Record& record, const Number& field, int most, const QString& message) {
+    requireBetween(record, field, 0, most, message);
+    require(record[field] == record[field].rounded(0), message, field);
+}
+
 void completePaymentMode(Database, Record& mode) {
     const Record& read = mode;
     mode[strparrgt.cde_rglt] = padded(read[strparrgt.cde_rglt], 2);
-    require(!(read[strparrgt.nbj_rglt] < Decimal(0)) && read[strparrgt.nbj_rglt] <= Decimal(365),
-            QStringLiteral("Nombre de jours incorrect"), strparrgt.nbj_rglt);
+    requireDays(mode, strparrgt.nbj_rglt, 365, QStringLiteral("Nombre de jours incorrect"));
     if (read[strparrgt.fdm_rglt].isEmpty()) mode[strparrgt.fdm_rglt] = QStringLiteral("N");
     mode[strparrgt.fdm_rglt] = read[strparrgt.fdm_rglt].toUpper();
     const QString endOfMonth = read[strparrgt.fdm_rglt];
     require(endOfMonth == u"O" || endOfMonth == u"N", QStringLiteral("Taper O ou N !!"), strparrgt.fdm_rglt);
-    require(!(read[strparrgt.jou_rglt] < Decimal(0)) && read[strparrgt.jou_rglt] <= Decimal(31),
-            QStringLiteral("Jour du mois incorrect"), strparrgt.jou_rglt);
-}
-
-void completeVatCode(Database, Record& code) {
-    const Decimal rate = std::as_const(code)[strparfac.par1_tx];
-    require(!(rate < Decimal(0)) && rate < Decimal(100), QStringLiteral("Taux incorrect"), strparfac.par1_tx);
+    requireDays(mode, strparrgt.jou_rglt, 31, QStringLiteral("Jour du mois incorrect"));
 }
 
 void completeAccount(Database, Record& account) {
@@ -61,11 +73,9 @@ void completeTariff(Database molven, Record& tariff) {
     tariff[strtarifclt.tar_ref] = std::as_const(*article)[strarticle.art_ref];
     tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
     tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
-    require(!(read[strtarifclt.tar_pvt] < Decimal(0)), QStringLiteral("Prix incorrect"), strtarifclt.tar_pvt);
-}
-
-void requirePercent(const Record& record, const Number& field) {
-    require(!(record[field] < Decimal(0)) && record[field] <= Decimal(100), QStringLiteral("Taux incorrect"), field);
+    // An empty price would sell at nothing.
+    require(!read.isNull(strtarifclt.tar_pvt), QStringLiteral(" Prix obligatoire"), strtarifclt.tar_pvt);
+    requirePrice(tariff, strtarifclt.tar_pvt);
 }
 
 void completeCommission(Database molven, Record& rate) {
@@ -92,7 +102,11 @@ const CodeTable& panPrices() {
                                 {&strpan.pan_ref},
                                 {{strpan.pan_ref, QStringLiteral(" Référence obligatoire")}, {strpan.pan_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) {
+                                    requirePrice(row, strpan.pan_pa);
+                                    requirePrice(row, strpan.pan_pan);
+                                }};
     return kind;
 }
 
@@ -104,9 +118,12 @@ const CodeTable& paymentModes() {
 }
 
 const CodeTable& vatCodes() {
-    static const CodeTable kind{
-        strparfac, {&strparfac.par1_cde}, {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}}, Exists,
-        Missing,   completeVatCode};
+    static const CodeTable kind{strparfac,
+                                {&strparfac.par1_cde},
+                                {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& code) { requirePercent(code, strparfac.par1_tx); }};
     return kind;
 }
 
@@ -121,7 +138,11 @@ const CodeTable& currencies() {
                                 {&strmonnaie.mon_cle},
                                 {{strmonnaie.mon_cle, NoCode}, {strmonnaie.mon_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& currency) {
+                                    require(!(std::as_const(currency)[strmonnaie.mon_euro] < Decimal(0)),
+                                            QStringLiteral("Taux incorrect"), strmonnaie.mon_euro);
+                                }};
     return kind;
 }
 
@@ -133,8 +154,12 @@ const CodeTable& accounts() {
 }
 
 const CodeTable& lppCodes() {
-    static const CodeTable kind{
-        strlpp, {&strlpp.lpp_code}, {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}}, Exists, Missing};
+    static const CodeTable kind{strlpp,
+                                {&strlpp.lpp_code},
+                                {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strlpp.lpp_ttc); }};
     return kind;
 }
 
@@ -143,7 +168,8 @@ const CodeTable& tipsCodes() {
                                 {&strpartips.cod_tips},
                                 {{strpartips.cod_tips, NoCode}, {strpartips.lib_tips, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strpartips.ttc_tips); }};
     return kind;
 }
 
@@ -186,6 +212,12 @@ void check(Database database, const CodeTable& kind, Record& record) {
     for (const CodeTable::Required& required : kind.required)
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
     kind.complete(database, record);
+}
+
+void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew) {
+    check(database, kind, record);
+    const bool exists = database.count(kind.table, kind.sameKey(record)) > 0;
+    require(exists != isNew, isNew ? kind.exists : kind.missing, *kind.key.last());
 }
 
 void add(Database database, const CodeTable& kind, Record record) {

@@ -94,9 +94,7 @@ ClientForm::ClientForm(Desk& desk)
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Client, requireRecord()[strclient.clt_cod]};
     }));
-    documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->put(folder);
-    };
+    documents_->keepFolder = [this](const QString& folder) { keepFolder(folder); };
     setPickers();
 }
 
@@ -122,6 +120,13 @@ void ClientForm::erase(const Record& record) { parties::removeClient(molven_, re
 
 QString ClientForm::nameOf(const Record& record) const {
     return QStringLiteral("Client %1, %2").arg(record[strclient.clt_cod], record[strclient.clt_nom]);
+}
+
+void ClientForm::keepFolder(const QString& folder) {
+    if (state() != State::Viewing) return panel().edit(strclient.clt_chemin)->put(folder);
+    const QString code = requireRecord()[strclient.clt_cod];
+    parties::setClientFolder(molven_, code, folder);
+    show(find(code).value());
 }
 
 void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }

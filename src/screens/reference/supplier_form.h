@@ -23,6 +23,7 @@ protected:
 
 private:
     void setPickers();
+    void keepFolder(const QString& folder);
 
     Workspace workspace_;
     Database molven_;
