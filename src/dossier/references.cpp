@@ -197,14 +197,15 @@ void requireFollowUpKept(Database molven, Database historic, const QString& refe
         refuse(QStringLiteral("un stock de ") + shown(stock));
 }
 
-void saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before) {
+QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before) {
     Files files(session);
     Transaction transaction(files.workspace, QStringLiteral("Fiche article"));
-    articles::save(files[DataFile::Molven], files[DataFile::Compta], files[DataFile::Gencode], session.rules(), entry,
-                   before);
+    const QString notice = articles::save(files[DataFile::Molven], files[DataFile::Compta], files[DataFile::Gencode],
+                                          session.rules(), entry, before);
     requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic],
                         entry.article.value(strarticle.art_ref).trimmed(), before);
     transaction.commit();
+    return notice;
 }
 
 namespace {

@@ -45,9 +45,9 @@ private:
 /// de livraison, 12 produits : suppression impossible". One transaction.
 void remove(const Session& session, const Record& record, const std::function<void(Files&)>& erase);
 
-/// Writes an article by articles::save(). Throws Refusal also when its follow-up changes while units or a stock
-/// depend on it.
-void saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before);
+/// Writes an article by articles::save(), and answers what it has to tell. Throws Refusal also when its follow-up
+/// changes while units or a stock depend on it.
+QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before);
 /// The same rule for an article just saved inside the caller's transaction.
 void requireFollowUpKept(Database molven, Database historic, const QString& reference,
                          const std::optional<Record>& before);

@@ -33,14 +33,31 @@ void require(bool held, const QString& message, const Field& field) {
     if (!held) throw Refusal(message, field.name);
 }
 
+void requireBetween(const Record& record, const Number& field, const Decimal& least, const Decimal& most,
+                    const QString& message) {
+    require(!(record[field] < least) && !(most < record[field]), message, field);
+}
+
+void requirePercent(const Record& record, const Number& field) {
+    requireBetween(record, field, 0, 100, QStringLiteral("Taux incorrect"));
+}
+
+void requirePrice(const Record& record, const Number& field) {
+    require(!(record[field] < Decimal(0)), QStringLiteral("Prix incorrect"), field);
+}
+
+/// A count of days, from none to `most`.
+void requireDays(const Record& record, const Number& field, int most, const QString& message) {
+    requireBetween(record, field, 0, most, message);
+    require(record[field] == record[field].rounded(0), message, field);
+}
+
 void completePaymentMode(Database, Record& mode) {
     const Record& read = mode;
     mode[strparrgt.cde_rglt] = padded(read[strparrgt.cde_rglt], 2);
-    require(!(read[strparrgt.nbj_rglt] < Decimal(0)) && read[strparrgt.nbj_rglt] <= Decimal(365),
-            QStringLiteral("Nombre de jours incorrect"), strparrgt.nbj_rglt);
+    requireDays(mode, strparrgt.nbj_rglt, 365, QStringLiteral("Nombre de jours incorrect"));
     if (read[strparrgt.fdm_rglt].isEmpty()) mode[strparrgt.fdm_rglt] = QStringLiteral("N");
-    require(!(read[strparrgt.jou_rglt] < Decimal(0)) && read[strparrgt.jou_rglt] <= Decimal(31),
-            QStringLiteral("Jour du mois incorrect"), strparrgt.jou_rglt);
+    requireDays(mode, strparrgt.jou_rglt, 31, QStringLiteral("Jour du mois incorrect"));
 }
 
 void completeVatCode(Database, Record& code) {
@@ -62,11 +79,9 @@ void completeTariff(Database molven, Record& tariff) {
     tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
     tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
     tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
-    require(!(read[strtarifclt.tar_pvt] < Decimal(0)), QStringLiteral("Prix incorrect"), strtarifclt.tar_pvt);
-}
-
-void requirePercent(const Record& record, const Number& field) {
-    require(!(record[field] < Decimal(0)) && record[field] <= Decimal(100), QStringLiteral("Taux incorrect"), field);
+    // An empty price would sell at nothing.
+    require(!read.isNull(strtarifclt.tar_pvt), QStringLiteral(" Prix obligatoire"), strtarifclt.tar_pvt);
+    requirePrice(tariff, strtarifclt.tar_pvt);
 }
 
 void completeCommission(Database molven, Record& rate) {
@@ -93,7 +108,11 @@ const CodeTable& panPrices() {
                                 {&strpan.pan_ref},
                                 {{strpan.pan_ref, QStringLiteral(" Référence obligatoire")}, {strpan.pan_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) {
+                                    requirePrice(row, strpan.pan_pa);
+                                    requirePrice(row, strpan.pan_pan);
+                                }};
     return kind;
 }
 
@@ -105,9 +124,12 @@ const CodeTable& paymentModes() {
 }
 
 const CodeTable& vatCodes() {
-    static const CodeTable kind{
-        strparfac, {&strparfac.par1_cde}, {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}}, Exists,
-        Missing,   completeVatCode};
+    static const CodeTable kind{strparfac,
+                                {&strparfac.par1_cde},
+                                {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& code) { requirePercent(code, strparfac.par1_tx); }};
     return kind;
 }
 
@@ -122,7 +144,11 @@ const CodeTable& currencies() {
                                 {&strmonnaie.mon_cle},
                                 {{strmonnaie.mon_cle, NoCode}, {strmonnaie.mon_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& currency) {
+                                    require(!(std::as_const(currency)[strmonnaie.mon_euro] < Decimal(0)),
+                                            QStringLiteral("Taux incorrect"), strmonnaie.mon_euro);
+                                }};
     return kind;
 }
 
@@ -134,8 +160,12 @@ const CodeTable& accounts() {
 }
 
 const CodeTable& lppCodes() {
-    static const CodeTable kind{
-        strlpp, {&strlpp.lpp_code}, {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}}, Exists, Missing};
+    static const CodeTable kind{strlpp,
+                                {&strlpp.lpp_code},
+                                {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strlpp.lpp_ttc); }};
     return kind;
 }
 
@@ -144,7 +174,8 @@ const CodeTable& tipsCodes() {
                                 {&strpartips.cod_tips},
                                 {{strpartips.cod_tips, NoCode}, {strpartips.lib_tips, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strpartips.ttc_tips); }};
     return kind;
 }
 
@@ -188,6 +219,12 @@ void check(Database database, const CodeTable& kind, Record& record, const Recor
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
     kind.complete(database, record);
     codes::check({{DataFile::Molven, database}}, record, before);
+}
+
+void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew) {
+    check(database, kind, record);
+    const bool exists = database.count(kind.table, kind.sameKey(record)) > 0;
+    require(exists != isNew, isNew ? kind.exists : kind.missing, *kind.key.last());
 }
 
 void add(Database database, const CodeTable& kind, Record record) {

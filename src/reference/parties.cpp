@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+#include <set>
+
 namespace molven::parties {
 
 namespace {
@@ -32,15 +34,38 @@ void checkClient(Database molven, Record& checked, const Record* before) {
     codes::check({{DataFile::Molven, molven}}, checked, before);
 }
 
-QString codeAfterLast(Database molven, const Table& table, const Text& key) {
-    return format(Decimal::fromText(molven.greatest(table, key)) + 1, QStringLiteral("000000"));
+constexpr int LastCode = 999'999;
+
+/// The code after the last one; when the last of all is taken, the first that is free. Codes that are no numbers, come
+/// from another program, do not count. Empty when every code is taken.
+QString nextCode(Database molven, const Table& table, const Text& key) {
+    std::set<int> taken;
+    const QStringList codes = molven.countBy(table, key).keys();
+    for (const QString& code : codes) {
+        bool isNumber = false;
+        const int number = code.trimmed().toInt(&isNumber);
+        if (isNumber && number > 0 && number <= LastCode) taken.insert(number);
+    }
+    int next = taken.empty() ? 1 : *taken.rbegin() + 1;
+    if (next > LastCode)
+        for (next = 1; taken.contains(next);) ++next;
+    return next > LastCode ? QString() : padded(QString::number(next), 6);
+}
+
+void setFolder(Database molven, const Table& table, const Text& key, const QString& code, const Label& field,
+               const QString& folder) {
+    require(folder.size() <= field.size, QStringLiteral("Chemin trop long"), field);
+    Transaction transaction(molven.workspace(), QStringLiteral("Dossier des documents"));
+    require(molven.update(table, {{field, folder}}, key == padded(code, 6)) > 0, QStringLiteral("Ce code n'existe pas"),
+            key);
+    transaction.commit();
 }
 
 } // namespace
 
 Record blankClient(Database molven) {
     Record client(strclient);
-    client[strclient.clt_cod] = codeAfterLast(molven, strclient, strclient.clt_cod);
+    client[strclient.clt_cod] = nextCode(molven, strclient, strclient.clt_cod);
     client[strclient.clt_rgt] = QStringLiteral("01");
     client[strclient.clt_fam] = QStringLiteral("000");
     client[strclient.clt_fac] = QStringLiteral("O");
@@ -96,13 +121,21 @@ void saveSupplier(Database molven, Record supplier, const std::optional<Record>&
     save(molven, strfournis.fou_cod, supplier, before);
 }
 
+void setClientFolder(Database molven, const QString& code, const QString& folder) {
+    setFolder(molven, strclient, strclient.clt_cod, code, strclient.clt_chemin, folder);
+}
+
+void setSupplierFolder(Database molven, const QString& code, const QString& folder) {
+    setFolder(molven, strfournis, strfournis.fou_cod, code, strfournis.fou_chemin, folder);
+}
+
 void removeClient(Database molven, const QString& code) {
     molven.remove(strclient, strclient.clt_cod == padded(code, 6));
 }
 
 Record blankSupplier(Database molven) {
     Record supplier(strfournis);
-    supplier[strfournis.fou_cod] = codeAfterLast(molven, strfournis, strfournis.fou_cod);
+    supplier[strfournis.fou_cod] = nextCode(molven, strfournis, strfournis.fou_cod);
     supplier[strfournis.fou_rglt] = QStringLiteral("01");
     supplier[strfournis.fou_fam] = QStringLiteral("000");
     return supplier;

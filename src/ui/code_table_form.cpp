@@ -183,7 +183,6 @@ void CodeTableForm::write() {
     endEntry();
     show(record);
     grid_->setFocus(); // only now: an empty current row would become the first one
-    written(record);
 }
 
 void CodeTableForm::remove() {

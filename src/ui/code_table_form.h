@@ -38,8 +38,6 @@ protected:
     virtual void shown() {}
     /// Writes a record, a new one when there is nothing before; a subclass may write more with it, in one transaction.
     virtual void save(const Record& record, const std::optional<Record>& before);
-    /// A record was added or changed.
-    virtual void written(const Record&) {}
     /// Order of the printed list; the list's own when nothing is answered.
     virtual std::optional<Order> printOrder() { return std::nullopt; }
 

@@ -46,7 +46,7 @@ protected:
     QString removeArticle(const char* reference) {
         const Record article = *articles::find(molven, QString::fromLatin1(reference));
         return remove(article, [&article](references::Files& files) {
-            articles::remove(files[DataFile::Molven], article[strarticle.art_ref]);
+            articles::remove(files[DataFile::Molven], files[DataFile::Gencode], article[strarticle.art_ref]);
         });
     }
     /// Of a small code table, by the codes of its key.

@@ -4,11 +4,13 @@
 #include "dossier/references.h"
 #include "reference/parameters.h"
 #include "reference/tariff_tables.h"
+#include "screens/price_notice.h"
 #include "screens/shell/trail_form.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -19,8 +21,7 @@ namespace {
 
 QList<FieldBox> boxes(const CompanyRules& rules) {
     const auto& a = strarticle;
-    const QString price =
-        rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
+    const QString price = articles::pricePattern(rules);
     return {{&a.art_ref, QStringLiteral("Référence :"), QStringLiteral("txtref")},
             {&a.art_rfou, QStringLiteral("Réf. fournisseur :"), QStringLiteral("txtrfou")},
             {&a.art_li1, QStringLiteral("Libellé :"), QStringLiteral("txtli1"), 32},
@@ -31,7 +32,6 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_ste, QStringLiteral("Stérilisation O/N :"), QStringLiteral("Txtste")},
             {&a.art_nho, QStringLiteral("N° HOMOLOGATION :"), QStringLiteral("txtnho")},
             {&a.art_ori, QStringLiteral("Origine H/A/N :"), QStringLiteral("Txtori")},
-            {&a.art_cat, QStringLiteral("Remboursement T/L :"), QStringLiteral("Option1")},
             {&a.art_tip, QStringLiteral("Code TIPS :"), QStringLiteral("txttip")},
             {&a.art_lpp, QStringLiteral("Code LPP :"), QStringLiteral("txtlpp")},
             {&a.art_fou, QStringLiteral("Fournisseur :"), QStringLiteral("txtfou")},
@@ -47,6 +47,8 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_gpie, QStringLiteral("Pièces gérées O/N :"), QStringLiteral("txtgpie")},
             {&a.art_min, QStringLiteral("Stock minimum :"), QStringLiteral("txtmin"), 8},
             {&a.art_stk, QStringLiteral("Stock :"), QStringLiteral("txtstk"), 8, {}, false, true},
+            {&a.art_cdec, QStringLiteral("En commande client :"), QStringLiteral("txtcdec"), 8, {}, false, true},
+            {&a.art_cdef, QStringLiteral("En commande fournisseur :"), QStringLiteral("txtcdef"), 8, {}, false, true},
             {&a.art_pam, QStringLiteral("Prix moyen d'achat :"), QStringLiteral("txtpam"), 10, price, false, true},
             {&a.art_dpa, QStringLiteral("Dernier prix d'achat :"), QStringLiteral("txtdpa"), 10, price, false, true},
             {&a.art_ean, QStringLiteral("Code EAN :"), QStringLiteral("txtart_ean")},
@@ -55,6 +57,11 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_cpta, QStringLiteral("Compte achat :"), QStringLiteral("Txtcpta")},
             {&a.art_cpts, QStringLiteral("Compte stock :"), QStringLiteral("Txtcpts")},
             {&a.art_memo, QStringLiteral("Mémo :"), QStringLiteral("txtmemo"), 32}};
+}
+
+/// The reimbursement category that an article works with: LPP unless it says TIPS.
+QString categoryOf(const Record& article) {
+    return article[strarticle.art_cat] == u"T" ? QStringLiteral("T") : QStringLiteral("L");
 }
 
 } // namespace
@@ -81,19 +88,22 @@ ArticleForm::ArticleForm(Desk& desk)
            QStringLiteral("Aucun article sélectionné"),
            {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}}});
     auto* row = new QHBoxLayout;
-    const std::pair<QString, Edit*> entries[] = {{session().rules().hasAncillarySets()
-                                                      ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
-                                                      : QStringLiteral("(A)rticle (T)exte :"),
-                                                  kind_},
-                                                 {QStringLiteral("Tenu en stock O/N :"), stocked_},
-                                                 {QStringLiteral("Suivi O/N :"), followed_}};
-    for (const auto& [caption, edit] : entries) {
+    const std::pair<QString, QWidget*> entries[] = {{session().rules().hasAncillarySets()
+                                                         ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
+                                                         : QStringLiteral("(A)rticle (T)exte :"),
+                                                     kind_},
+                                                    {QStringLiteral("Tenu en stock O/N :"), stocked_},
+                                                    {QStringLiteral("Suivi O/N :"), followed_},
+                                                    {QStringLiteral("Remboursement T(IPS) L(PP) :"), reimbursement_}};
+    for (const auto& [caption, entry] : entries) {
         row->addWidget(new QLabel(caption, this));
-        row->addWidget(edit);
+        row->addWidget(entry);
     }
     row->addWidget(followUp_, 1);
     extraRows()->addLayout(row);
     extraRows()->addWidget(severalLpp_);
+    extraRows()->addWidget(priceNotice(session(), this));
+    orderTabs();
     extraButtons()->addWidget(
         button(QStringLiteral("Cmdvismvt"), QStringLiteral("M&ouvements"), [this] { showMovements(); }));
     extraButtons()->addWidget(
@@ -122,6 +132,19 @@ void ArticleForm::buildFollowUp() {
     kind_ = entry(QStringLiteral("Txtop1"));
     stocked_ = entry(QStringLiteral("Txtop2"));
     followed_ = entry(QStringLiteral("Txtop3"));
+    reimbursement_ = new QComboBox(this);
+    reimbursement_->setObjectName(QStringLiteral("Option1"));
+    reimbursement_->addItems({QStringLiteral("T"), QStringLiteral("L")});
+    bind(strarticle.art_cat.name, reimbursement_);
+}
+
+/// The entries of the article's kind come after its labels, the boxes of several LPP codes after the LPP code.
+void ArticleForm::orderTabs() {
+    const QList<QWidget*> kind{panel().edit(strarticle.art_lib3), kind_, stocked_, followed_, reimbursement_};
+    const QList<QWidget*> codes{panel().edit(strarticle.art_lpp), severalLpp_->edit(strartlpp.lpp_1),
+                                severalLpp_->edit(strartlpp.lpp_2), severalLpp_->edit(strartlpp.lpp_3)};
+    for (const QList<QWidget*>& run : {kind, codes})
+        for (qsizetype i = 1; i < run.size(); ++i) setTabOrder(run[i - 1], run[i]);
 }
 
 void ArticleForm::setPickers() {
@@ -156,13 +179,17 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
     entry.kind = kind_->text().trimmed();
     entry.stocked = stocked_->text().trimmed();
     entry.followed = followed_->text().trimmed();
-    severalLpp_->store(entry.severalLpp);
-    references::saveArticle(session(), entry, before);
+    if (reimbursement_->currentText() != categoryOf(record))
+        entry.article[strarticle.art_cat] = reimbursement_->currentText();
+    entry.severalLpp = Record(strartlpp);
+    severalLpp_->store(*entry.severalLpp);
+    const QString notice = references::saveArticle(session(), entry, before);
+    if (!notice.isEmpty()) prompt().tell(notice);
 }
 
 void ArticleForm::erase(const Record& record) {
     references::remove(session(), record, [&record](references::Files& files) {
-        articles::remove(files[DataFile::Molven], record[strarticle.art_ref]);
+        articles::remove(files[DataFile::Molven], files[DataFile::Gencode], record[strarticle.art_ref]);
     });
 }
 
@@ -172,15 +199,24 @@ QString ArticleForm::nameOf(const Record& record) const {
 
 void ArticleForm::stateChanged() {
     for (Edit* edit : {kind_, stocked_, followed_}) edit->setEditable(state() != State::Viewing);
+    reimbursement_->setEnabled(state() != State::Viewing);
     if (state() == State::Changing) return;
-    const articles::Entry entry =
-        record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
-            ? articles::entryOf(*record())
-            : articles::Entry();
-    kind_->put(entry.kind);
-    stocked_->put(entry.stocked);
-    followed_->put(entry.followed);
-    severalLpp_->load(articles::severalLpp(molven_, typedCode(strarticle.art_ref)));
+    loaded_ = record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
+                  ? articles::entryOf(*record())
+                  : articles::Entry();
+    loaded_.severalLpp = articles::severalLpp(molven_, typedCode(strarticle.art_ref));
+    kind_->put(loaded_.kind);
+    stocked_->put(loaded_.stocked);
+    followed_->put(loaded_.followed);
+    reimbursement_->setCurrentText(categoryOf(loaded_.article));
+    severalLpp_->load(*loaded_.severalLpp);
+}
+
+bool ArticleForm::hasFurtherChanges() const {
+    return kind_->text().trimmed() != loaded_.kind || stocked_->text().trimmed() != loaded_.stocked ||
+           followed_->text().trimmed() != loaded_.followed ||
+           reimbursement_->currentText() != categoryOf(loaded_.article) ||
+           severalLpp_->differsFrom(*loaded_.severalLpp);
 }
 
 void ArticleForm::shown() {

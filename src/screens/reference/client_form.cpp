@@ -83,9 +83,7 @@ ClientForm::ClientForm(Desk& desk)
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Client, requireRecord()[strclient.clt_cod]};
     }));
-    documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->put(folder);
-    };
+    documents_->keepFolder = [this](const QString& folder) { keepFolder(folder); };
     Edit* account = panel().edit(strclient.clt_cpt);
     onLeft(account, [account] { account->put(padded(account->value(), strclient.clt_cpt.size)); });
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::clients(molven_, chosen); });
@@ -107,6 +105,13 @@ void ClientForm::erase(const Record& record) {
 
 QString ClientForm::nameOf(const Record& record) const {
     return QStringLiteral("Client %1, %2").arg(record[strclient.clt_cod], record[strclient.clt_nom]);
+}
+
+void ClientForm::keepFolder(const QString& folder) {
+    if (state() != State::Viewing) return panel().edit(strclient.clt_chemin)->put(folder);
+    const QString code = requireRecord()[strclient.clt_cod];
+    parties::setClientFolder(molven_, code, folder);
+    show(find(code).value());
 }
 
 void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }

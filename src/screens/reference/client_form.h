@@ -23,6 +23,8 @@ protected:
     void stateChanged() override;
 
 private:
+    void keepFolder(const QString& folder);
+
     Workspace workspace_;
     Database molven_;
     DocumentShelf* documents_ = nullptr;

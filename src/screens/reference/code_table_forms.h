@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "reference/article_updates.h"
 #include "reference/parameters.h"
 #include "ui/code_table_form.h"
 
@@ -17,6 +18,12 @@ protected:
         view.files = {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}};
         CodeTableForm::build(view);
     }
+
+    /// Says in which currency the prices of the screen are; called once it is built.
+    void tellCurrency();
+    /// Writes a row of a reimbursement list, and its price into the articles when the question is answered yes.
+    void saveReimbursement(const article_updates::Reimbursement& list, const Record& record,
+                           const std::optional<Record>& before, const QString& question);
 
     Workspace workspace_;
     Database molven_, compta_;
@@ -76,7 +83,7 @@ public:
     explicit LppForm(Desk& desk);
 
 protected:
-    void written(const Record& record) override;
+    void save(const Record& record, const std::optional<Record>& before) override;
 };
 
 class TipsForm : public MolvenTableForm {
@@ -84,7 +91,7 @@ public:
     explicit TipsForm(Desk& desk);
 
 protected:
-    void written(const Record& record) override;
+    void save(const Record& record, const std::optional<Record>& before) override;
 };
 
 class TariffForm : public MolvenTableForm {

@@ -55,9 +55,7 @@ SupplierForm::SupplierForm(Desk& desk)
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Supplier, requireRecord()[strfournis.fou_cod]};
     }));
-    documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->put(folder);
-    };
+    documents_->keepFolder = [this](const QString& folder) { keepFolder(folder); };
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
 }
 
@@ -77,6 +75,13 @@ void SupplierForm::erase(const Record& record) {
 
 QString SupplierForm::nameOf(const Record& record) const {
     return QStringLiteral("Fournisseur %1, %2").arg(record[strfournis.fou_cod], record[strfournis.fou_nom]);
+}
+
+void SupplierForm::keepFolder(const QString& folder) {
+    if (state() != State::Viewing) return panel().edit(strfournis.fou_chemin)->put(folder);
+    const QString code = requireRecord()[strfournis.fou_cod];
+    parties::setSupplierFolder(molven_, code, folder);
+    show(find(code).value());
 }
 
 void SupplierForm::stateChanged() {

@@ -6,6 +6,7 @@
 #include "reference/parties.h"
 #include "sales/numbering.h"
 #include "sales/unit_rules.h"
+#include "screens/price_notice.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -84,6 +85,8 @@ void LineEntry::build() {
     buttons->addWidget(clientDiscount_);
     buttons->addWidget(new QLabel(QStringLiteral("article :"), this));
     buttons->addWidget(articleDiscount_);
+    buttons->addSpacing(16);
+    buttons->addWidget(priceNotice(form_.session(), this));
     buttons->addStretch();
     for (QPushButton* made : {range_, validate_, validateChange_, leave}) buttons->addWidget(made);
     auto* layout = new QVBoxLayout(this);
