@@ -60,11 +60,6 @@ void completePaymentMode(Database, Record& mode) {
     requireDays(mode, strparrgt.jou_rglt, 31, QStringLiteral("Jour du mois incorrect"));
 }
 
-void completeVatCode(Database, Record& code) {
-    const Decimal rate = std::as_const(code)[strparfac.par1_tx];
-    require(!(rate < Decimal(0)) && rate < Decimal(100), QStringLiteral("Taux incorrect"), strparfac.par1_tx);
-}
-
 void completeAccount(Database, Record& account) {
     require(std::as_const(account)[strplan.cpt_aff].trimmed().size() == 9,
             QStringLiteral("Imputation comptable incorrecte"), strplan.cpt_aff);

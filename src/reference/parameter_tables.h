@@ -37,9 +37,9 @@ struct PaymentModes : Table {
     using Table::Table;
     Text cde_rglt{this, "cde_rglt", 2, codes::PaymentMode};              ///< code "00"
     Label lib_rglt{this, "lib_rglt", 40};                                ///< label
-    Number nbj_rglt{this, "nbj_rglt", Number::Whole};                    ///< number of days
+    Number nbj_rglt{this, "nbj_rglt", Number::Quantity};                 ///< number of days
     Text fdm_rglt{this, "fdm_rglt", 1, codes::YesNo, "Taper O ou N !!"}; ///< end of month, O/N
-    Number jou_rglt{this, "jou_rglt", Number::Whole};                    ///< day of the month, 0 for none
+    Number jou_rglt{this, "jou_rglt", Number::Quantity};                 ///< day of the month, 0 for none
     Trail trail{this, {cde_rglt}};
     Index by_code{this, {cde_rglt}, Uniqueness::Unique};
 };

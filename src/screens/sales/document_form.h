@@ -8,10 +8,12 @@ class QStackedWidget;
 
 namespace molven {
 
+class FooterEntry;
 class Grid;
+class HeaderEntry;
 class LineEntry;
 class NoteChoice;
-class RecordPanel;
+class TrayPart;
 class UnitRange;
 
 /// Entry of one kind of sales document: header, lines, footer. The mode word chooses the kind.
@@ -20,37 +22,49 @@ public:
     explicit DocumentForm(Desk& desk);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     enum class Stage { Empty, Entering, Shown, Changing };
 
-    QLayout* buildHeader();
+    // Building, in document_form.cpp.
     QLayout* buildDocumentButtons();
     QLayout* buildLineButtons();
-    QWidget* buildFooter();
     void buildTray();
-    void setPickers();
+    void orderKeyboard();
     void setStage(Stage stage);
-    void showTray(QWidget* part);
-    void leaveTray();
+    void showButtons();
 
+    // The document and its header, in document_steps.cpp.
     void startNew();
-    void takeClient();
-    void searchClient();
     void validateHeader();
     void startChanging();
     void abandon();
     void removeDocument();
-    void display(const std::optional<Record>& header);
+    void display(const std::optional<Record>& document);
+    void leafTo(const std::optional<Record>& document);
     void displayTyped();
     void pickDocument();
-    void showWords();
+    void print();
     void refresh();
     /// Asks about a document left empty or without amount; false when a fault kept it open.
     bool closeDocument();
-    void print();
+    /// The question that closing the document would put; empty when none.
+    QString closingQuestion();
+    /// False when the user keeps a header being typed.
+    bool mayLeaveHeader();
+    void leaveInnermost();
+    const Record& requireDocument() const;
+    /// The document in words, for questions that destroy.
+    QString about(const Record& document) const;
 
+    // What opens below the lines, in document_tray.cpp.
+    void showTray(TrayPart* part);
+    void leaveTray();
+    TrayPart* trayPart() const;
+    /// False when the user keeps what is typed there.
+    bool mayLeaveTray();
     void addLine();
     void insertLine();
     void changeLine();
@@ -58,34 +72,30 @@ private:
     void addRange(const QStringList& units);
     void openIntegration();
     void openFooter();
-    void validateFooter();
-
-    const Record& requireDocument() const;
     Record requireLine() const;
-    QString typed(const Field& field) const;
 
     SalesBook book_;
     const DocumentHeaders& table_;
     std::optional<Record> document_;
     bool touched_ = false; ///< created or changed since it was brought up
     Stage stage_ = Stage::Empty;
-    RecordPanel* header_ = nullptr;
-    RecordPanel* address_ = nullptr;
-    RecordPanel* footer_ = nullptr;
+    HeaderEntry* header_ = nullptr;
     Grid* lines_ = nullptr;
     LineEntry* lineEntry_ = nullptr;
     UnitRange* unitRange_ = nullptr;
     NoteChoice* noteChoice_ = nullptr;
-    QWidget* footerPart_ = nullptr;
+    FooterEntry* footer_ = nullptr;
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;
-    QLabel* memo_ = nullptr;
     QLabel* total_ = nullptr;
-    QList<QPushButton*> whenShown_;    ///< usable while a document is displayed
-    QList<QPushButton*> whenEntering_; ///< usable while a header is typed
+    QList<QPushButton*> whenShown_;  ///< usable while a document is displayed
+    QList<QPushButton*> whenOpen_;   ///< ... and while it is being changed: they concern its lines
+    QList<QPushButton*> whenTyping_; ///< usable while a header is typed
+    QList<QPushButton*> whenIdle_;   ///< usable unless a header is typed, which they would lose
     QPushButton* add_ = nullptr;
     QPushButton* addLine_ = nullptr;
-    QPushButton* abandon_ = nullptr;
+    QPushButton* validate_ = nullptr;
+    QPushButton* quit_ = nullptr;
 };
 
 } // namespace molven

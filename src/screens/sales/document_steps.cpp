@@ -1,144 +1,81 @@
-// What a user does with a document: header, lines, footer, closing. The screen itself is built in document_form.cpp.
+// What a user does with a document as a whole: bringing up, header, deleting, closing.
 
-#include "data/clock.h"
-#include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
-#include "reference/parameters.h"
-#include "reference/parties.h"
 #include "sales/documents.h"
-#include "sales/lines.h"
-#include "sales/unit_rules.h"
 #include "screens/sales/document_form.h"
-#include "screens/sales/line_entry.h"
-#include "screens/sales/note_choice.h"
-#include "screens/sales/unit_range.h"
+#include "screens/sales/footer_entry.h"
+#include "screens/sales/header_entry.h"
+#include "screens/sales/tray_part.h"
 #include "shell/menu_tree.h"
-#include "ui/pick_lists.h"
-#include "ui/record_panel.h"
+#include "ui/edit.h"
+#include "ui/pick_panel.h"
 
 #include <QCloseEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QStackedWidget>
 
 namespace molven {
 
-QString DocumentForm::typed(const Field& field) const { return header_->edit(field)->value().trimmed(); }
+namespace {
 
+const QString LoseTyped = QStringLiteral("Abandonner les modifications en cours ?");
+
+} // namespace
+
+/// The document that deeds are done to: the one the number box names, never another that was shown before.
 const Record& DocumentForm::requireDocument() const {
-    if (!document_) throw Refusal(QStringLiteral("N° inconnu"), table_.fac_no.name);
+    if (!document_ || padded(header_->number(), 6) != std::as_const(*document_)[table_.fac_no])
+        throw Refusal(QStringLiteral("N° inconnu"), table_.fac_no.name);
     return *document_;
 }
 
-Record DocumentForm::requireLine() const {
-    const auto line = lines_->current();
-    if (!line) throw Refusal(QStringLiteral("N° ligne obligatoire"), lines_->objectName());
-    return *line;
+QString DocumentForm::about(const Record& document) const {
+    return QStringLiteral("%1 %2 du %3, %4")
+        .arg(book_.kind().shownLabel, document[table_.fac_no], document[table_.fac_datf], document[table_.fac_nom]);
 }
 
-void DocumentForm::setStage(Stage stage) {
-    stage_ = stage;
-    const auto& h = table_;
-    const QList<const Field*> kept{&h.fac_chr, &h.fac_trs, &h.fac_btr, &h.fac_pat};
-    const QList<const Field*> whole = kept + QList<const Field*>{&h.fac_clt,  &h.fac_nom, &h.fac_datf, &h.fac_refc,
-                                                                 &h.fac_datc, &h.fac_mon, &h.fac_dep};
-    header_->setEditableOnly(stage == Stage::Entering   ? whole
-                             : stage == Stage::Changing ? kept
-                                                        : QList<const Field*>{&h.fac_no});
-    address_->setEditable(stage == Stage::Entering);
-    const bool typing = stage == Stage::Entering || stage == Stage::Changing;
-    for (QPushButton* made : whenEntering_) made->setEnabled(typing);
-    for (QPushButton* made : whenShown_) made->setEnabled(stage == Stage::Shown);
-    add_->setEnabled(!typing);
-    leaveTray();
+bool DocumentForm::mayLeaveHeader() {
+    return !header_->isTyped() ||
+           prompt().confirm(LoseTyped,
+                            document_ ? about(*document_) : book_.kind().label + QStringLiteral(", en-tête"));
 }
 
-void DocumentForm::showTray(QWidget* part) {
-    tray_->setCurrentWidget(part);
-    tray_->show();
-}
-
-void DocumentForm::leaveTray() {
-    tray_->hide();
-    if (stage_ == Stage::Shown) addLine_->setFocus();
+bool DocumentForm::mayLeaveTray() {
+    const TrayPart* part = trayPart();
+    const QString unsaved = part ? part->unsaved() : QString();
+    return unsaved.isEmpty() || prompt().confirm(LoseTyped, unsaved);
 }
 
 void DocumentForm::startNew() {
-    if (!closeDocument()) return;
+    if (!mayLeaveTray() || !closeDocument()) return;
     document_.reset();
     lines_->rows().setRecords({});
-    Record header(table_);
-    header[table_.fac_datf] = dateText(Clock::today());
-    header[table_.fac_mon] = parameters::companyCurrency(book_.molven, session().spe_mon);
-    header_->load(header);
-    address_->load(Record(strbl));
     total_->clear();
     kindLabel_->setText(book_.kind().label);
+    header_->startNew();
     setStage(Stage::Entering);
-    showWords();
-    header_->edit(table_.fac_clt)->setFocus();
-}
-
-/// Presets the header from the client; what is already typed elsewhere stays.
-void DocumentForm::takeClient() {
-    if (typed(table_.fac_clt).isEmpty()) return;
-    Record header = documents::blank(book_, typed(table_.fac_clt));
-    for (const Field* field : {static_cast<const Field*>(&table_.fac_datf), static_cast<const Field*>(&table_.fac_refc),
-                               static_cast<const Field*>(&table_.fac_datc), static_cast<const Field*>(&table_.fac_pat),
-                               static_cast<const Field*>(&table_.fac_btr), static_cast<const Field*>(&table_.fac_chr)})
-        if (!typed(*field).isEmpty()) header.set(*field, typed(*field));
-    header_->load(header);
-    const Record client = *parties::findClient(book_.molven, typed(table_.fac_clt));
-    Record address(strbl);
-    address[strbl.bl_l1] = client[strclient.clt_liv1];
-    address[strbl.bl_l2] = client[strclient.clt_liv2];
-    address[strbl.bl_l3] = client[strclient.clt_liv3];
-    address[strbl.bl_l4] = client[strclient.clt_liv4];
-    address[strbl.bl_l5] = client[strclient.clt_liv5];
-    address_->load(address);
-    showWords();
-}
-
-/// The beginning of a name finds the client.
-void DocumentForm::searchClient() {
-    const QString name = typed(table_.fac_nom);
-    if (stage_ != Stage::Entering || name.isEmpty() || !typed(table_.fac_clt).isEmpty()) return;
-    PickList clients = pick_lists::clients(book_.molven, [this](const Record& client) {
-        header_->edit(table_.fac_clt)->put(client[strclient.clt_cod]);
-        guarded([this] { takeClient(); });
-    });
-    clients.query = [this, name](const Criterion& filter, const Order& order) {
-        return book_.molven.select(strclient, startsWith(strclient.clt_nom, name) && filter,
-                                   order.terms.isEmpty() ? Order(strclient.clt_nom) : order);
-    };
-    pick(clients);
+    header_->focusFirst();
 }
 
 void DocumentForm::validateHeader() {
+    if (!mayLeaveTray()) return;
     if (stage_ == Stage::Changing) {
-        Record header = *document_;
-        header_->store(header);
-        display(documents::change(book_, header));
-        return;
+        touched_ = true;
+        return display(documents::change(book_, header_->changed()));
     }
-    const QString client = typed(table_.fac_clt);
-    if (client.isEmpty()) throw Refusal(QStringLiteral("Client obligatoire"), table_.fac_clt.name);
-    Record header = documents::blank(book_, client);
-    header_->store(header);
-    QStringList address;
-    for (const FieldBox& box : address_->boxes()) address.append(address_->edit(*box.field)->value().trimmed());
-    const Record written = documents::create(book_, header, address);
-    display(written);
+    const Record header = header_->entered();
+    display(documents::create(book_, header, header_->deliveryAddress()));
     touched_ = true;
     addLine_->setFocus();
 }
 
 void DocumentForm::startChanging() {
     documents::requireOpen(book_, requireDocument());
+    if (!mayLeaveTray()) return;
     prompt().tell(QStringLiteral("modifs possibles : chirurgien/transport/bon/patient/lignes "));
     setStage(Stage::Changing);
-    header_->edit(table_.fac_chr)->setFocus();
+    header_->focusFirst();
 }
 
 void DocumentForm::abandon() {
@@ -147,43 +84,45 @@ void DocumentForm::abandon() {
 }
 
 void DocumentForm::removeDocument() {
-    const Record header = requireDocument();
-    if (!book_.kind().isDeletable) documents::requireDeletable(book_, header);
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer ce Bon Livraison ? "))) return;
-    documents::remove(book_, header);
+    const Record document = requireDocument();
+    if (!book_.kind().isDeletable) documents::requireDeletable(book_, document);
+    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer ce Bon Livraison ? "), about(document)))
+        return;
+    documents::remove(book_, document);
     touched_ = false;
     display(std::nullopt);
 }
 
-void DocumentForm::display(const std::optional<Record>& header) {
-    const bool same = header && document_ && (*header)[table_.fac_no] == (*document_)[table_.fac_no];
+void DocumentForm::display(const std::optional<Record>& document) {
+    const bool same = document && document_ && (*document)[table_.fac_no] == (*document_)[table_.fac_no];
     if (!same && !closeDocument()) return;
-    document_ = header;
-    const Record shown = header.value_or(Record(table_));
-    header_->load(shown);
-    const auto address = book_.blent.find(strbl, strbl.bl_cod == shown[table_.fac_clt]);
-    address_->load(header && address ? *address : Record(strbl));
-    kindLabel_->setText(header ? book_.kind().shownLabel : book_.kind().label);
-    setStage(header ? Stage::Shown : Stage::Empty);
-    showWords();
-    if (header)
-        refresh();
-    else {
-        lines_->rows().setRecords({});
-        total_->clear();
-    }
+    if (!same) touched_ = false;
+    document_ = document;
+    header_->show(document);
+    kindLabel_->setText(document ? book_.kind().shownLabel : book_.kind().label);
+    setStage(document ? Stage::Shown : Stage::Empty);
+    if (document) return refresh();
+    lines_->rows().setRecords({});
+    total_->clear();
+}
+
+/// Brings up another document, unless the user keeps what is typed on this one.
+void DocumentForm::leafTo(const std::optional<Record>& document) {
+    if (mayLeaveTray() && mayLeaveHeader())
+        display(document);
+    else
+        header_->restoreNumber();
 }
 
 void DocumentForm::displayTyped() {
-    const QString number = typed(table_.fac_no);
-    if (number.isEmpty() || stage_ == Stage::Entering || stage_ == Stage::Changing) return;
-    const auto found = documents::find(book_, number);
+    if (header_->number().isEmpty() || stage_ == Stage::Entering || stage_ == Stage::Changing) return;
+    const auto found = documents::find(book_, header_->number());
     if (!found) throw Refusal(QStringLiteral("N° inconnu"), table_.fac_no.name);
-    display(found);
+    leafTo(found);
 }
 
 void DocumentForm::pickDocument() {
-    const QString client = document_ ? QString(std::as_const(*document_)[table_.fac_clt]) : typed(table_.fac_clt);
+    const QString client = header_->client();
     documents::ofClient(book_, client);
     pick({book_.kind().listTitle,
           {{&table_.fac_no, QStringLiteral("N°"), 80},
@@ -195,29 +134,14 @@ void DocumentForm::pickDocument() {
               return book_.vente.select(table_, table_.fac_clt == padded(client, 6) && filter,
                                         order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
           },
-          [this](const Record& header) { display(header); }});
+          [this](const Record& document) { leafTo(document); }});
 }
 
-/// The words beside the codes of the header.
-void DocumentForm::showWords() {
-    const auto label = [this](const Text& field, const QString& letter) {
-        header_->setHint(field, parameters::label(book_.molven, letter, typed(field)));
-    };
-    label(table_.fac_chr, list::Surgeon);
-    label(table_.fac_trs, list::Dispatch);
-    label(table_.fac_rep, list::Representative);
-    label(table_.fac_dep, list::Depot);
-    if (book_.kind().isCredit)
-        header_->setHint(table_.fac_dep, QStringLiteral("Dépôt Retour marchandises : ") + typed(table_.fac_dep));
-    const auto client = parties::findClient(book_.molven, typed(table_.fac_clt));
-    header_->setHint(table_.fac_clt, client ? QString((*client)[strclient.clt_l5]) : QString());
-    memo_->setText(client ? QString((*client)[strclient.clt_memo]) : QString());
-}
-
-/// Reads header and lines again after a write.
+/// Reads header and lines again. A header being changed keeps what its user reads and types.
 void DocumentForm::refresh() {
-    touched_ = true;
-    document_ = documents::find(book_, requireDocument()[table_.fac_no]);
+    document_ = documents::find(book_, std::as_const(*document_)[table_.fac_no]);
+    if (!document_) return display(std::nullopt);
+    if (stage_ == Stage::Shown) header_->show(document_);
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *document_) && filter,
                                   order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
@@ -226,21 +150,26 @@ void DocumentForm::refresh() {
     const int count = lines_->rows().rowCount();
     if (count > 0) lines_->selectRow(count - 1);
     total_->setText(QStringLiteral("Total HT : ") +
-                    format(requireDocument()[table_.fac_ht], QStringLiteral("#####0.00")));
-    footer_->load(*document_);
+                    format(std::as_const(*document_)[table_.fac_ht], QStringLiteral("#####0.00")));
+    footer_->show(*document_);
+}
+
+QString DocumentForm::closingQuestion() {
+    if (!document_ || !touched_) return {};
+    const auto stored = documents::find(book_, std::as_const(*document_)[table_.fac_no]);
+    if (!stored || (*stored)[table_.fac_cpt] == documents::Transferred) return {};
+    if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *stored)) == 0)
+        return QStringLiteral("Aucune ligne sur ce document ,voulez-vous le supprimer ? ");
+    if (std::as_const(*stored)[table_.fac_ht].isZero())
+        return QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ");
+    return {};
 }
 
 bool DocumentForm::closeDocument() {
-    if (!document_ || !touched_) return true;
+    const QString question = closingQuestion();
     touched_ = false;
-    const auto stored = documents::find(book_, requireDocument()[table_.fac_no]);
-    if (!stored || (*stored)[table_.fac_cpt] == documents::Transferred) return true;
-    const bool empty = book_.vente.count(book_.kind().lines, documents::linesOf(book_, *stored)) == 0;
-    if (!empty && !std::as_const(*stored)[table_.fac_ht].isZero()) return true;
-    const QString question = empty ? QStringLiteral("Aucune ligne sur ce document ,voulez-vous le supprimer ? ")
-                                   : QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ");
-    if (!prompt().ask(question)) return true;
-    return guarded([this, &stored] { documents::abandon(book_, *stored); });
+    if (question.isEmpty() || !prompt().confirm(question, about(*document_))) return true;
+    return guarded([this] { documents::abandon(book_, *document_); });
 }
 
 void DocumentForm::print() {
@@ -250,70 +179,40 @@ void DocumentForm::print() {
     desk().open(screen, mode(), QStringLiteral("Edition : ") + book_.kind().shownLabel);
 }
 
-void DocumentForm::addLine() {
-    documents::requireOpen(book_, requireDocument());
-    showTray(lineEntry_);
-    lineEntry_->startAdding(*document_);
-}
-
-void DocumentForm::insertLine() {
-    documents::requireOpen(book_, requireDocument());
-    const Record line = requireLine();
-    showTray(lineEntry_);
-    lineEntry_->startInserting(*document_, line[book_.kind().lines.fac_lg]);
-}
-
-void DocumentForm::changeLine() {
-    documents::requireOpen(book_, requireDocument());
-    const Record line = requireLine();
-    showTray(lineEntry_);
-    lineEntry_->startChanging(*document_, line);
-}
-
-void DocumentForm::removeLine() {
-    const Record line = requireLine();
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette ligne ? "))) return;
-    document_lines::remove(book_, requireDocument(), line[book_.kind().lines.fac_lg]);
-    refresh();
-}
-
-void DocumentForm::addRange(const QStringList& units) {
-    QList<document_lines::Draft> drafts;
-    for (const QString& number : units) {
-        const Record unit = unit_rules::check(book_, *document_, number);
-        document_lines::Draft draft = document_lines::preset(book_, *document_, unit[strproduit.ref_art]);
-        document_lines::setUnit(book_, draft, unit);
-        drafts.append(draft);
+/// Escape leaves one thing at a time, from the inside out, and never leads to the question of a deletion.
+void DocumentForm::leaveInnermost() {
+    if (TrayPart* part = trayPart()) {
+        if (mayLeaveTray()) part->left();
+    } else if (stage_ == Stage::Entering || stage_ == Stage::Changing) {
+        if (mayLeaveHeader()) abandon();
+    } else if (header_->restoreNumber()) {
+        header_->focusNumber();
+    } else if (closingQuestion().isEmpty()) {
+        close();
+    } else {
+        quit_->setFocus();
     }
-    document_lines::add(book_, *document_, drafts);
-    refresh();
-    addLine();
 }
 
-void DocumentForm::openIntegration() {
-    documents::requireOpen(book_, requireDocument());
-    showTray(noteChoice_);
-    if (!guarded([this] { noteChoice_->open(*document_); })) leaveTray();
-}
-
-void DocumentForm::openFooter() {
-    footer_->load(requireDocument());
-    footer_->setEditable(std::as_const(*document_)[table_.fac_cpt] != documents::Transferred);
-    showTray(footerPart_);
-    footer_->edit(table_.fac_rem)->setFocus();
-}
-
-void DocumentForm::validateFooter() {
-    Record header = requireDocument();
-    footer_->store(header);
-    documents::changeFooter(book_, header);
-    refresh();
-    leaveTray();
+void DocumentForm::keyPressEvent(QKeyEvent* event) {
+    const auto* list = findChild<QWidget*>(QStringLiteral("FrameListe"));
+    auto* edit = dynamic_cast<Edit*>(focusWidget());
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (list && list->isVisible()) {
+        Form::keyPressEvent(event);
+    } else if (event->key() == Qt::Key_Escape) {
+        guarded([this] { leaveInnermost(); });
+    } else if (isReturn && edit && edit->isUnsettled()) {
+        // What was just typed or scanned is taken first; the next Return validates.
+        if (edit->leave() && focusWidget() == edit) focusNextChild();
+    } else {
+        Form::keyPressEvent(event);
+    }
 }
 
 void DocumentForm::closeEvent(QCloseEvent* event) {
     bool leave = true;
-    guarded([&] { leave = closeDocument(); });
+    guarded([&] { leave = mayLeaveTray() && mayLeaveHeader() && closeDocument(); });
     event->setAccepted(leave);
 }
 

@@ -7,6 +7,7 @@
 #include "sales/numbering.h"
 #include "sales/unit_rules.h"
 #include "screens/price_notice.h"
+#include "screens/sales/unit_range.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -39,8 +40,8 @@ QList<FieldBox> boxes(const DocumentLines& l) {
              false,
              false,
              QStringLiteral("Cmdimm")},
-            {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1"), 26},
-            {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 26, {}, false, true},
+            {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1")},
+            {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 40, {}, false, true},
             {&l.fac_qte, QStringLiteral("Quantité :"), QStringLiteral("txtqte"), 8, small},
             {&l.fac_px, QStringLiteral("Prix unitaire :"), QStringLiteral("txtpx"), 10, price},
             {&l.fac_remx, QStringLiteral("Remise % :"), QStringLiteral("txtremx"), 6, QStringLiteral("#0.00")},
@@ -56,7 +57,7 @@ QList<FieldBox> boxes(const DocumentLines& l) {
 } // namespace
 
 LineEntry::LineEntry(Form& form, SalesBook& book)
-    : QWidget(&form), form_(form), book_(book), table_(book.kind().lines), draft_(book.kind().lines) {
+    : TrayPart(&form), form_(form), book_(book), table_(book.kind().lines), draft_(table_), shown_(table_) {
     build();
     setPickers();
 }
@@ -74,12 +75,12 @@ void LineEntry::build() {
     clientDiscount_ = category(QStringLiteral("txtremc"));
     articleDiscount_ = category(QStringLiteral("Txtrema"));
     validate_ =
-        form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("&Valider la ligne"), [this] { validate(); });
-    validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("&Valider la modification"),
+        form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("Valider la &ligne"), [this] { validate(); });
+    validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("Valider &la modification"),
                                    [this] { changeLine(); });
     range_ = form_.button(QStringLiteral("cmdtranche"), QStringLiteral("&Tranche d'immat."), [this] { askRange(); });
     auto* leave =
-        form_.leaveButton(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { finished(); });
+        form_.leaveButton(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { left(); });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(new QLabel(QStringLiteral("Catégories de remise, client :"), this));
     buttons->addWidget(clientDiscount_);
@@ -88,7 +89,7 @@ void LineEntry::build() {
     buttons->addSpacing(16);
     buttons->addWidget(priceNotice(form_.session(), this));
     buttons->addStretch();
-    for (QPushButton* made : {range_, validate_, validateChange_, leave}) buttons->addWidget(made);
+    for (QPushButton* made : {validate_, validateChange_, range_, leave}) buttons->addWidget(made);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(panel_);
@@ -117,11 +118,13 @@ void LineEntry::setPickers() {
             const Criterion free = unit_rules::available(book_, *header_, reference);
             if (book_.molven.count(strproduit, free) == 0)
                 throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), table_.fac_imm.name);
-            form_.pick(pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free,
-                                         [this](const Record& unit) {
-                                             box(table_.fac_imm)->put(unit[strproduit.imm_art]);
-                                             form_.guarded([this] { takeUnit(); });
-                                         }));
+            PickList units = pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free,
+                                               [this](const Record& unit) {
+                                                   box(table_.fac_imm)->put(unit[strproduit.imm_art]);
+                                                   form_.guarded([this] { takeUnit(); });
+                                               });
+            units.columns = unitChoiceColumns();
+            form_.pick(units);
         },
         panel_->listButton(table_.fac_imm));
 }
@@ -129,6 +132,30 @@ void LineEntry::setPickers() {
 Edit* LineEntry::box(const Field& field) const { return panel_->edit(field); }
 
 QString LineEntry::typed(const Field& field) const { return box(field)->value().trimmed(); }
+
+int LineEntry::typedNumber() const {
+    const QString number = typed(table_.fac_lg);
+    if (number.isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table_.fac_lg.name);
+    if (number == preset_) return 0;
+    bool isNumber = false;
+    const int line = number.toInt(&isNumber);
+    if (!isNumber || line < 1) throw Refusal(QStringLiteral("N° ligne incorrect"), table_.fac_lg.name);
+    return line;
+}
+
+QPushButton* LineEntry::validation() const { return purpose_ == Purpose::Change ? validateChange_ : validate_; }
+
+QString LineEntry::unsaved() const {
+    const bool typedHere = purpose_ == Purpose::Change
+                               ? panel_->differsFrom(shown_)
+                               : !typed(table_.fac_ref).isEmpty() || !typed(table_.fac_imm).isEmpty();
+    if (!typedHere) return {};
+    return QStringLiteral("Ligne %1 : %2 %3")
+        .arg(typed(table_.fac_lg), typed(table_.fac_ref), typed(table_.fac_imm))
+        .trimmed();
+}
+
+void LineEntry::focusUnit() { box(table_.fac_imm)->setFocus(Qt::OtherFocusReason); }
 
 void LineEntry::start(Purpose purpose, const Record& header) {
     purpose_ = purpose;
@@ -166,6 +193,7 @@ void LineEntry::startChanging(const Record& header, const Record& line) {
     draft_.tracked = !line[table_.fac_imm].isEmpty();
     draft_.isText = line[table_.fac_tva].isEmpty();
     if (book_.kind().isCredit) draft_.line[table_.fac_qte] = -line[table_.fac_qte];
+    shown_ = draft_.line;
     show();
     box(draft_.tracked ? static_cast<const Field&>(table_.fac_px) : table_.fac_qte)->setFocus();
 }
@@ -238,7 +266,7 @@ void LineEntry::takeAmounts() {
 }
 
 void LineEntry::validate() {
-    if (typed(table_.fac_lg).isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table_.fac_lg.name);
+    const int number = purpose_ == Purpose::Add ? typedNumber() : 0;
     const Record& line = draft_.line;
     if (line[table_.fac_ref].compare(typed(table_.fac_ref), Qt::CaseInsensitive) != 0 ||
         typed(table_.fac_ref).isEmpty())
@@ -252,9 +280,9 @@ void LineEntry::validate() {
     if (purpose_ == Purpose::Insert) {
         document_lines::insert(book_, *header_, draft_, before_);
         written();
-        return finished();
+        return left();
     }
-    document_lines::add(book_, *header_, {draft_}, typed(table_.fac_lg) == preset_ ? 0 : typed(table_.fac_lg).toInt());
+    document_lines::add(book_, *header_, {draft_}, number);
     written();
     startAdding(*header_);
 }
@@ -263,7 +291,7 @@ void LineEntry::changeLine() {
     takeAmounts();
     document_lines::change(book_, *header_, draft_.line);
     written();
-    finished();
+    left();
 }
 
 void LineEntry::askRange() {

@@ -1,13 +1,7 @@
 #pragma once
 
 #include "sales/lines.h"
-
-#include <QWidget>
-
-#include <functional>
-
-class QLabel;
-class QPushButton;
+#include "screens/sales/tray_part.h"
 
 namespace molven {
 
@@ -16,7 +10,7 @@ class Form;
 class RecordPanel;
 
 /// The boxes in which one line of a document is added, inserted or changed.
-class LineEntry : public QWidget {
+class LineEntry : public TrayPart {
 public:
     LineEntry(Form& form, SalesBook& book);
 
@@ -25,8 +19,11 @@ public:
     void startInserting(const Record& header, const QString& before);
     void startChanging(const Record& header, const Record& line);
 
-    std::function<void()> written;  ///< the document's lines changed
-    std::function<void()> finished; ///< the user leaves line entry
+    QPushButton* validation() const override;
+    QString unsaved() const override;
+    void focusUnit();
+
+    std::function<void()> written; ///< the document's lines changed
     /// The user wants a range of units of this article, from this immatriculation on.
     std::function<void(const QString& reference, const QString& first)> rangeWanted;
 
@@ -46,6 +43,8 @@ private:
     void askRange();
     Edit* box(const Field& field) const;
     QString typed(const Field& field) const;
+    /// The line number typed for an added line, 0 for the one proposed.
+    int typedNumber() const;
 
     Form& form_;
     SalesBook& book_;
@@ -59,6 +58,7 @@ private:
     Purpose purpose_ = Purpose::Add;
     std::optional<Record> header_;
     document_lines::Draft draft_;
+    Record shown_;   ///< a line being changed, as the boxes were filled from it
     QString before_; ///< line inserted before
     QString preset_; ///< line number proposed
 };

@@ -14,7 +14,7 @@
 namespace molven {
 
 NoteChoice::NoteChoice(Form& form, SalesBook& book)
-    : QWidget(&form),
+    : TrayPart(&form),
       form_(form),
       book_(book),
       number_(new Edit(this)),
@@ -24,7 +24,9 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
                       {&strlive.fac_refc, QStringLiteral("Réf. commande"), 160},
                       {&strlive.fac_pat, QStringLiteral("Patient"), 220},
                       {&strlive.fac_ht, QStringLiteral("Total HT"), 100, QStringLiteral("#####0.00")}},
-                     this)) {
+                     this)),
+      validate_(
+          form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("Intégrer ce b&on"), [this] { integrate(); })) {
     number_->setObjectName(QStringLiteral("txtchoix"));
     number_->setMaxLength(6);
     number_->setFixedWidth(80);
@@ -34,14 +36,13 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
         number_->put(note[strlive.fac_no]);
         form_.guarded([this] { integrate(); });
     };
-    auto* ok = form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("&Intégrer ce bon"), [this] { integrate(); });
     auto* leave =
         form.leaveButton(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("N° du bon de livraison :"), this));
     row->addWidget(number_);
     row->addStretch();
-    row->addWidget(ok);
+    row->addWidget(validate_);
     row->addWidget(leave);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

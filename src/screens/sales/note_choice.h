@@ -1,10 +1,7 @@
 #pragma once
 
 #include "sales/sales_book.h"
-
-#include <QWidget>
-
-#include <functional>
+#include "screens/sales/tray_part.h"
 
 namespace molven {
 
@@ -13,15 +10,16 @@ class Form;
 class Grid;
 
 /// Chooses the delivery notes that an invoice takes over.
-class NoteChoice : public QWidget {
+class NoteChoice : public TrayPart {
 public:
     NoteChoice(Form& form, SalesBook& book);
 
     /// Throws Refusal when the client has none to invoice.
     void open(const Record& invoice);
 
+    QPushButton* validation() const override { return validate_; }
+
     std::function<void()> integrated; ///< the invoice has further lines
-    std::function<void()> left;
 
 private:
     void integrate();
@@ -31,6 +29,7 @@ private:
     std::optional<Record> invoice_;
     Edit* number_;
     Grid* grid_;
+    QPushButton* validate_;
 };
 
 } // namespace molven

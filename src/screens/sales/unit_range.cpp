@@ -5,7 +5,7 @@
 #include "stock/immatriculation.h"
 #include "ui/edit.h"
 #include "ui/form.h"
-#include "ui/pick_lists.h"
+#include "ui/grid.h"
 
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
@@ -15,13 +15,26 @@
 
 namespace molven {
 
+QList<GridColumn> unitChoiceColumns() {
+    return {{&strproduit.imm_art, QStringLiteral("Immatriculation"), 110},
+            {&strproduit.pro_li1, QStringLiteral("Désignation"), 330},
+            {&strproduit.lot_art, QStringLiteral("Lot"), 100},
+            {&strproduit.dat_per, QStringLiteral("Péremption"), 85},
+            {&strproduit.num_dep, QStringLiteral("Dépôt"), 55},
+            {&strproduit.ref_art, QStringLiteral("Référence"), 110},
+            {&strproduit.fou_imm, QStringLiteral("N° de série fournisseur"), 180},
+            {&strproduit.num_vte, QStringLiteral("Document"), 80}};
+}
+
 UnitRange::UnitRange(Form& form, SalesBook& book)
-    : QWidget(&form),
+    : TrayPart(&form),
       form_(form),
       book_(book),
       first_(new Edit(this)),
       last_(new Edit(this)),
-      grid_(new Grid(QStringLiteral("DBGrid3"), pick_lists::unitColumns(), this)) {
+      grid_(new Grid(QStringLiteral("DBGrid3"), unitChoiceColumns(), this)),
+      validate_(
+          form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("Valider &la sélection"), [this] { choose(); })) {
     first_->setObjectName(QStringLiteral("txtimmdeb"));
     last_->setObjectName(QStringLiteral("txtimmfin"));
     for (Edit* edit : {first_, last_}) {
@@ -30,9 +43,8 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
         form_.onLeft(edit, [this] { list(); });
     }
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    auto* ok =
-        form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("&Valider la sélection"), [this] { choose(); });
-    auto* leave = form.leaveButton(QStringLiteral("Cmdquittranche"), QStringLiteral("Annule&r"), [this] { left(); });
+    auto* leave =
+        form.leaveButton(QStringLiteral("Cmdquittranche"), QStringLiteral("&Fermer la tranche"), [this] { left(); });
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("De l'immat. :"), this));
     row->addWidget(first_);
@@ -40,7 +52,7 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     row->addWidget(last_);
     row->addWidget(new QLabel(QStringLiteral("Maj + flèches ou Ctrl + clic pour choisir"), this));
     row->addStretch();
-    row->addWidget(ok);
+    row->addWidget(validate_);
     row->addWidget(leave);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -54,6 +66,9 @@ void UnitRange::open(const Record& header, const QString& reference, const QStri
     first_->put(Immatriculation::fromText(first).number());
     last_->put({});
     list();
+    const RecordModel& units = grid_->rows();
+    if (units.rowCount() == 1 && units.text(0, units.columnOf(strproduit.imm_art.name)) == first_->text())
+        throw Refusal(QStringLiteral("Aucune autre immatriculation disponible dans le dépôt"), strlivl.fac_imm.name);
     grid_->setFocus();
 }
 

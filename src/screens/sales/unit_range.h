@@ -1,10 +1,8 @@
 #pragma once
 
 #include "sales/sales_book.h"
-
-#include <QWidget>
-
-#include <functional>
+#include "screens/sales/tray_part.h"
+#include "ui/record_model.h"
 
 namespace molven {
 
@@ -12,16 +10,21 @@ class Edit;
 class Form;
 class Grid;
 
+/// Columns in which a unit of an article is chosen for a document: its whole designation, then what tells it from its
+/// like.
+QList<GridColumn> unitChoiceColumns();
+
 /// Chooses several units of one article at once, from a first immatriculation to a last one.
-class UnitRange : public QWidget {
+class UnitRange : public TrayPart {
 public:
     UnitRange(Form& form, SalesBook& book);
 
     /// Throws Refusal when the document may take none of them.
     void open(const Record& header, const QString& reference, const QString& first);
 
+    QPushButton* validation() const override { return validate_; }
+
     std::function<void(const QStringList& units)> chosen;
-    std::function<void()> left;
 
 private:
     void list();
@@ -34,6 +37,7 @@ private:
     Edit* first_;
     Edit* last_;
     Grid* grid_;
+    QPushButton* validate_;
 };
 
 } // namespace molven

@@ -1,0 +1,108 @@
+// The lines of a document, and what opens below them: line entry, ranges of units, delivery notes, the footer.
+
+#include "data/errors.h"
+#include "sales/documents.h"
+#include "sales/lines.h"
+#include "sales/unit_rules.h"
+#include "screens/sales/document_form.h"
+#include "screens/sales/footer_entry.h"
+#include "screens/sales/line_entry.h"
+#include "screens/sales/note_choice.h"
+#include "screens/sales/unit_range.h"
+#include "ui/grid.h"
+
+#include <QPushButton>
+#include <QStackedWidget>
+
+namespace molven {
+
+TrayPart* DocumentForm::trayPart() const {
+    return tray_->isHidden() ? nullptr : static_cast<TrayPart*>(tray_->currentWidget());
+}
+
+void DocumentForm::showTray(TrayPart* part) {
+    tray_->setCurrentWidget(part);
+    tray_->show();
+    setDefaultButton(part->validation());
+}
+
+void DocumentForm::leaveTray() {
+    tray_->hide();
+    const bool typing = stage_ == Stage::Entering || stage_ == Stage::Changing;
+    setDefaultButton(typing ? validate_ : nullptr);
+    if (stage_ == Stage::Shown || stage_ == Stage::Changing) addLine_->setFocus();
+}
+
+Record DocumentForm::requireLine() const {
+    const auto line = lines_->current();
+    if (!line) throw Refusal(QStringLiteral("N° ligne obligatoire"), lines_->objectName());
+    return *line;
+}
+
+void DocumentForm::addLine() {
+    documents::requireOpen(book_, requireDocument());
+    if (!mayLeaveTray()) return;
+    showTray(lineEntry_);
+    lineEntry_->startAdding(*document_);
+}
+
+void DocumentForm::insertLine() {
+    documents::requireOpen(book_, requireDocument());
+    const Record line = requireLine();
+    if (!mayLeaveTray()) return;
+    showTray(lineEntry_);
+    lineEntry_->startInserting(*document_, line[book_.kind().lines.fac_lg]);
+}
+
+void DocumentForm::changeLine() {
+    documents::requireOpen(book_, requireDocument());
+    const Record line = requireLine();
+    if (!mayLeaveTray()) return;
+    showTray(lineEntry_);
+    lineEntry_->startChanging(*document_, line);
+}
+
+void DocumentForm::removeLine() {
+    const DocumentLines& table = book_.kind().lines;
+    const Record document = requireDocument();
+    const Record line = requireLine();
+    if (!mayLeaveTray()) return;
+    const QString about = QStringLiteral("Ligne %1 : %2 %3 %4")
+                              .arg(line[table.fac_lg], line[table.fac_imm], line[table.fac_ref], line[table.fac_li1]);
+    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer cette ligne ? "), about.simplified()))
+        return;
+    document_lines::remove(book_, document, line[table.fac_lg]);
+    touched_ = true;
+    leaveTray();
+    refresh();
+}
+
+void DocumentForm::addRange(const QStringList& units) {
+    QList<document_lines::Draft> drafts;
+    for (const QString& number : units) {
+        const Record unit = unit_rules::check(book_, *document_, number);
+        document_lines::Draft draft = document_lines::preset(book_, *document_, unit[strproduit.ref_art]);
+        document_lines::setUnit(book_, draft, unit);
+        drafts.append(draft);
+    }
+    document_lines::add(book_, *document_, drafts);
+    touched_ = true;
+    refresh();
+    addLine();
+}
+
+void DocumentForm::openIntegration() {
+    documents::requireOpen(book_, requireDocument());
+    if (!mayLeaveTray()) return;
+    showTray(noteChoice_);
+    if (!guarded([this] { noteChoice_->open(*document_); })) leaveTray();
+}
+
+void DocumentForm::openFooter() {
+    requireDocument();
+    if (!mayLeaveTray()) return;
+    showTray(footer_);
+    footer_->open(*document_);
+}
+
+} // namespace molven

@@ -1,0 +1,102 @@
+#include "screens/sales/footer_entry.h"
+
+#include "reference/codes.h"
+#include "reference/parameter_tables.h"
+#include "sales/documents.h"
+#include "ui/form.h"
+#include "ui/pick_lists.h"
+#include "ui/record_panel.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+QList<FieldBox> footerBoxes(const DocumentHeaders& h) {
+    const QString money = QStringLiteral("#####0.00");
+    return {{&h.fac_rem, QStringLiteral("Remise % :"), QStringLiteral("txtrem"), 8, QStringLiteral("#0.00")},
+            {&h.fac_esc, QStringLiteral("Escompte % :"), QStringLiteral("txtesc"), 8, QStringLiteral("#0.00")},
+            {&h.fac_port, QStringLiteral("Port HT :"), QStringLiteral("Txtport"), 10, money},
+            {&h.fac_exo, QStringLiteral("Exonéré :"), QStringLiteral("Txtexo"), 10, money},
+            {&h.fac_acpt, QStringLiteral("Acompte :"), QStringLiteral("txtacpt"), 10, money},
+            {&h.fac_rglt,
+             QStringLiteral("Règlement :"),
+             QStringLiteral("txtrglt"),
+             0,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmdrgt")},
+            {&h.fac_ech, QStringLiteral("Echéance :"), QStringLiteral("txtech"), 10, {}, false, true},
+            {&h.fac_mes, QStringLiteral("Message :"), QStringLiteral("txtmes"), 26},
+            {&h.fac_ht, QStringLiteral("Total HT :"), QStringLiteral("txtht"), 12, money, false, true},
+            {&h.fac_tv1, QStringLiteral("TVA 1 :"), QStringLiteral("txttv1"), 10, money, false, true},
+            {&h.fac_tv2, QStringLiteral("TVA 2 :"), QStringLiteral("txttv2"), 10, money, false, true},
+            {&h.fac_tv3, QStringLiteral("TVA 3 :"), QStringLiteral("txttv3"), 10, money, false, true},
+            {&h.fac_tvp, QStringLiteral("TVA port :"), QStringLiteral("txttvp"), 10, money, false, true},
+            {&h.fac_ttc, QStringLiteral("Total TTC :"), QStringLiteral("txtttc"), 12, money, false, true},
+            {&h.fac_ffa, QStringLiteral("Net à payer :"), QStringLiteral("txtffa"), 12, money, false, true}};
+}
+
+} // namespace
+
+FooterEntry::FooterEntry(Form& form, SalesBook& book)
+    : TrayPart(&form),
+      form_(form),
+      book_(book),
+      table_(book.kind().headers),
+      document_(table_),
+      boxes_(new RecordPanel(footerBoxes(table_), 3, this)),
+      validate_(form.button(QStringLiteral("Cmdvalpied"), QStringLiteral("Va&lider le pied"), [this] { validate(); })) {
+    for (const FieldBox& box : boxes_->boxes()) form_.bind(box.field->name, boxes_->edit(*box.field));
+    form_.onPick(
+        boxes_->edit(table_.fac_rglt),
+        [this] {
+            form_.pick(pick_lists::paymentModes(book_.molven, [this](const Record& mode) {
+                boxes_->edit(table_.fac_rglt)->put(mode[strparrgt.cde_rglt]);
+            }));
+        },
+        boxes_->listButton(table_.fac_rglt));
+    form_.onLeft(boxes_->edit(table_.fac_rglt), [this, mode = boxes_->edit(table_.fac_rglt)] {
+        mode->put(codes::completed(book_.molven, *table_.fac_rglt.code, mode->value()));
+    });
+    auto* leave =
+        form.leaveButton(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { left(); });
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(validate_);
+    row->addWidget(leave);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(boxes_);
+    layout->addLayout(row);
+}
+
+void FooterEntry::open(const Record& document) {
+    show(document);
+    const bool open = document[table_.fac_cpt] != documents::Transferred;
+    boxes_->setEditable(open);
+    validate_->setEnabled(open);
+    boxes_->edit(table_.fac_rem)->setFocus();
+}
+
+void FooterEntry::show(const Record& document) {
+    document_ = document;
+    boxes_->load(document);
+}
+
+QString FooterEntry::unsaved() const {
+    return boxes_->differsFrom(document_) ? QStringLiteral("Pied du document") : QString();
+}
+
+void FooterEntry::validate() {
+    Record header = document_;
+    boxes_->store(header);
+    documents::changeFooter(book_, header);
+    written();
+    left();
+}
+
+} // namespace molven
