@@ -5,7 +5,6 @@
 #include "data/workspace.h"
 
 #include <QDir>
-#include <QFile>
 #include <QHash>
 
 #include <sqlite3.h>
@@ -31,14 +30,6 @@ QString indexSql(const Table& table, int number) {
     return indexSql(table, number, table.indexes()[number - 1]->uniqueness);
 }
 
-/// An empty file that the owner and its group may read, nobody else: patients are named in it.
-void makePrivate(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) ||
-        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::WriteGroup))
-        throw DataError(DataError::CannotOpen, QStringLiteral("Impossible de créer le fichier '%1'.").arg(path));
-}
-
 } // namespace
 
 QString Layout::definition(const Field& field) {
@@ -54,7 +45,6 @@ QString Layout::definition(const Field& field) {
 }
 
 void Layout::create(const QString& path, const QList<const Table*>& tables) {
-    makePrivate(path);
     Workspace workspace;
     workspace.connection_ = sqlite::connect(path, sqlite::Opening::New);
     Transaction transaction(workspace);

@@ -177,11 +177,4 @@ TEST(Demonstration, IsSoundAndTheSameForTheSameSeed) {
     EXPECT_EQ(QSet<QString>(states.keyBegin(), states.keyEnd()), (QSet<QString>{"N", "L", "O", "A"}));
 }
 
-TEST(Creations, KeepPatientsFromOtherUsersOfTheMachine) {
-    const Dossier dossier;
-    const QFile::Permissions everybody = QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-    for (const QString& path : {dossier.session.chemin_base, dossier.session.chemin_tri, dossier.session.molven(), dossier.session.tri()})
-        EXPECT_FALSE(QFile::permissions(path) & everybody) << path.toStdString();
-}
-
 } // namespace molven
