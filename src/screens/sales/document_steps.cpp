@@ -119,7 +119,7 @@ void DocumentForm::validateHeader() {
     if (stage_ == Stage::Changing) {
         Record header = *document_;
         header_->store(header);
-        display(documents::change(book_, header));
+        display(documents::change(book_, header, *document_));
         return;
     }
     const QString client = typed(table_.fac_clt);
@@ -192,7 +192,7 @@ void DocumentForm::pickDocument() {
            {&table_.fac_ht, QStringLiteral("Total HT"), 100, QStringLiteral("#####0.00")},
            {&table_.fac_cpt, QStringLiteral("Etat"), 50}},
           [this, client](const Criterion& filter, const Order& order) {
-              return book_.vente.select(table_, table_.fac_clt == padded(client, 6) && filter,
+              return book_.vente.select(table_, documents::documentsOf(book_, client) && filter,
                                         order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
           },
           [this](const Record& header) { display(header); }});
@@ -217,7 +217,7 @@ void DocumentForm::showWords() {
 /// Reads header and lines again after a write.
 void DocumentForm::refresh() {
     touched_ = true;
-    document_ = documents::find(book_, requireDocument()[table_.fac_no]);
+    document_ = documents::current(book_, requireDocument());
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *document_) && filter,
                                   order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
@@ -260,7 +260,7 @@ void DocumentForm::insertLine() {
     documents::requireOpen(book_, requireDocument());
     const Record line = requireLine();
     showTray(lineEntry_);
-    lineEntry_->startInserting(*document_, line[book_.kind().lines.fac_lg]);
+    lineEntry_->startInserting(*document_, line);
 }
 
 void DocumentForm::changeLine() {
@@ -273,7 +273,7 @@ void DocumentForm::changeLine() {
 void DocumentForm::removeLine() {
     const Record line = requireLine();
     if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette ligne ? "))) return;
-    document_lines::remove(book_, requireDocument(), line[book_.kind().lines.fac_lg]);
+    document_lines::remove(book_, requireDocument(), line);
     refresh();
 }
 
@@ -306,7 +306,7 @@ void DocumentForm::openFooter() {
 void DocumentForm::validateFooter() {
     Record header = requireDocument();
     footer_->store(header);
-    documents::changeFooter(book_, header);
+    documents::changeFooter(book_, header, *document_);
     refresh();
     leaveTray();
 }

@@ -149,16 +149,17 @@ void LineEntry::startAdding(const Record& header) {
     box(table_.fac_ref)->setFocus();
 }
 
-void LineEntry::startInserting(const Record& header, const QString& before) {
+void LineEntry::startInserting(const Record& header, const Record& before) {
     start(Purpose::Insert, header);
-    before_ = before;
-    draft_.line[table_.fac_lg] = before;
+    chosen_ = before;
+    draft_.line[table_.fac_lg] = before[table_.fac_lg];
     show();
     box(table_.fac_ref)->setFocus();
 }
 
 void LineEntry::startChanging(const Record& header, const Record& line) {
     start(Purpose::Change, header);
+    chosen_ = line;
     draft_.line = line;
     draft_.tracked = !line[table_.fac_imm].isEmpty();
     draft_.isText = line[table_.fac_tva].isEmpty();
@@ -247,18 +248,19 @@ void LineEntry::validate() {
     if (const QString warning = document_lines::stockWarning(book_, draft_); !warning.isEmpty())
         form_.prompt().tell(warning, {}, Icon::Warning);
     if (purpose_ == Purpose::Insert) {
-        document_lines::insert(book_, *header_, draft_, before_);
+        document_lines::insert(book_, *header_, draft_, *chosen_);
         written();
         return finished();
     }
-    document_lines::add(book_, *header_, {draft_}, typed(table_.fac_lg) == preset_ ? 0 : typed(table_.fac_lg).toInt());
+    document_lines::add(book_, *header_, {draft_},
+                        typed(table_.fac_lg) == preset_ ? 0 : numbering::typedLine(typed(table_.fac_lg)));
     written();
     startAdding(*header_);
 }
 
 void LineEntry::changeLine() {
     takeAmounts();
-    document_lines::change(book_, *header_, draft_.line);
+    document_lines::change(book_, *header_, draft_.line, *chosen_);
     written();
     finished();
 }

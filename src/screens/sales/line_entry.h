@@ -22,7 +22,7 @@ public:
 
     void startAdding(const Record& header);
     /// Before an existing line.
-    void startInserting(const Record& header, const QString& before);
+    void startInserting(const Record& header, const Record& before);
     void startChanging(const Record& header, const Record& line);
 
     std::function<void()> written;  ///< the document's lines changed
@@ -59,8 +59,8 @@ private:
     Purpose purpose_ = Purpose::Add;
     std::optional<Record> header_;
     document_lines::Draft draft_;
-    QString before_; ///< line inserted before
-    QString preset_; ///< line number proposed
+    std::optional<Record> chosen_; ///< line inserted before or changed, as the user saw it
+    QString preset_;               ///< line number proposed
 };
 
 } // namespace molven
