@@ -62,7 +62,10 @@ protected:
         SalesBook book(dossier.session, documentKind(QStringLiteral("LIV")));
         return book.vente.find(strlive, strlive.fac_no == note)->value(field);
     }
-    QString stateOf(const QString& unit) { return std::as_const(dossier).unit(unit)[strproduit.tes_vte]; }
+    QString stateOf(const QString& unit) {
+        const Record record = dossier.unit(unit);
+        return record[strproduit.tes_vte];
+    }
 
     test::Dossier dossier;
     QStringList units;
