@@ -44,7 +44,7 @@ void pushByRule(benchmark::State& state) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     int price = 100;
-    for (auto _ : state) article_updates::pushLppPrice(molven, PushedLpp, Decimal(++price));
+    for (auto _ : state) article_updates::pushPrice(molven, article_updates::lpp(), PushedLpp, Decimal(++price));
 }
 
 /// The same as one reads and writes it article by article, in one transaction.

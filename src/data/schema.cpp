@@ -2,12 +2,14 @@
 
 namespace molven {
 
-Field::Field(Table* table, const char* name, Kind kind, int size, int scale)
+Field::Field(Table* table, const char* name, Kind kind, int size, int scale, const CodeKind* code, const char* unknown)
     : name(QString::fromLatin1(name)),
       kind(kind),
       size(size),
       scale(scale),
-      position(static_cast<int>(table->fields_.size())) {
+      position(static_cast<int>(table->fields_.size())),
+      code(code),
+      unknown(QString::fromUtf8(unknown)) {
     if (!table->fields_.isEmpty()) table->columns_ += u',';
     table->columns_ += this->name;
     table->fields_.append(this);

@@ -11,6 +11,7 @@
 namespace molven {
 
 class Table;
+struct CodeKind;
 
 /// One column of a table. Made only inside a Table; its address is its identity.
 class Field {
@@ -30,8 +31,12 @@ public:
     const int scale;    ///< decimals of a number, to which it is rounded when it is given to a record
     const int position; ///< place among the table's fields
 
+    const CodeKind* const code; ///< what a code may be and names; null for what is no code
+    const QString unknown;      ///< said of a code that its table lacks; empty when such a code is accepted
+
 protected:
-    Field(Table* table, const char* name, Kind kind, int size, int scale = 0);
+    Field(Table* table, const char* name, Kind kind, int size, int scale = 0, const CodeKind* code = nullptr,
+          const char* unknown = "");
 };
 
 /// A short text: code, key, flag, date.
@@ -39,6 +44,9 @@ class Text : public Field {
 public:
     using Value = QString;
     Text(Table* table, const char* name, int size) : Field(table, name, Kind::Code, size) {}
+    /// A code of that kind, and what is said of an unknown one.
+    Text(Table* table, const char* name, int size, const CodeKind& code, const char* unknown = "")
+        : Field(table, name, Kind::Code, size, 0, &code, unknown) {}
 };
 
 /// A name, a designation, a comment: anything a person reads and sorts.

@@ -4,6 +4,7 @@
 #include "data/errors.h"
 #include "data/journal.h"
 #include "data/journal_tables.h"
+#include "dossier/references.h"
 #include "reference/articles.h"
 #include "sales/document_kind.h"
 #include "shell/tables.h"
@@ -176,6 +177,9 @@ QList<Fault> run(const Session& session) {
     }
     checkUnits(molven, vente, historic, ancillaire, faults);
     checkInvoicedNotes(vente, historic, faults);
+    references::Files files(session);
+    for (const references::Orphan& orphan : references::orphans(files))
+        faults.append({orphan.file, orphan.code, orphan.text});
     return faults;
 }
 

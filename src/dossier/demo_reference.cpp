@@ -3,6 +3,7 @@
 #include "data/format.h"
 #include "reference/articles.h"
 #include "reference/code_tables.h"
+#include "reference/ean.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
@@ -263,26 +264,24 @@ articles::Entry entryOf(const Range& range, int size, int number, Dice& dice) {
     return entry;
 }
 
+Record severalLpp(const Range& range) {
+    Record codes(strartlpp);
+    codes[strartlpp.lpp_1] = lppCode(range.subject);
+    codes[strartlpp.lpp_2] = lppCode(range.subject + static_cast<int>(subjects().size()));
+    return codes;
+}
+
 void fillArticles(Database molven, Database compta, Database gencode, const CompanyRules& rules, Dice& dice) {
-    for (int i = 0; i < 400 && rules.allocatesEan(); ++i) {
-        Record ean(strgencode);
-        ean[strgencode.ean_code] = QString::number(3760000000000LL + i * 10);
-        gencode.insert(ean);
-    }
+    if (rules.allocatesEan()) ean::add(gencode, QStringLiteral("376000000000"), QStringLiteral("400"));
     int number = 0;
     for (const Range& range : ranges()) {
         for (int i = 0; i < range.count; ++i) {
-            const articles::Entry entry = entryOf(range, range.first + i * range.step, ++number, dice);
+            articles::Entry entry = entryOf(range, range.first + i * range.step, ++number, dice);
+            if (std::as_const(entry.article)[strarticle.art_lpp] == SeveralLpp) entry.severalLpp = severalLpp(range);
             articles::save(molven, compta, gencode, rules, entry, std::nullopt);
             const Record& article = entry.article;
             if (range.followUp == follow_up::ByMovements)
                 articles::moveStock(molven, article[strarticle.art_ref], dice.between(20, 400));
-            if (article[strarticle.art_lpp] != SeveralLpp) continue;
-            Record several(strartlpp);
-            several[strartlpp.lpp_ref] = article[strarticle.art_ref];
-            several[strartlpp.lpp_1] = lppCode(range.subject);
-            several[strartlpp.lpp_2] = lppCode(range.subject + static_cast<int>(subjects().size()));
-            molven.insert(several);
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "dossier/references.h"
 #include "reference/articles.h"
 #include "reference/code_tables.h"
 #include "reference/parties.h"
@@ -22,11 +23,12 @@ struct Files {
         : rules(session.rules()),
           molven(workspace.open(session.molven())),
           compta(workspace.open(session.path(DataFile::Compta))),
-          gencode(workspace.open(session.path(DataFile::Gencode))) {}
+          gencode(workspace.open(session.path(DataFile::Gencode))),
+          historic(workspace.open(session.historic())) {}
 
     const CompanyRules rules;
     Workspace workspace;
-    Database molven, compta, gencode;
+    Database molven, compta, gencode, historic;
 };
 
 using Before = std::optional<Record>;
@@ -69,6 +71,8 @@ const QList<Kind>& all() {
          [](Files& files, const Record& record) { return articles::find(files.molven, record[strarticle.art_ref]); },
          [](Files& files, const Record& record, const Before& before) {
              articles::save(files.molven, files.compta, files.gencode, files.rules, articles::entryOf(record), before);
+             references::requireFollowUpKept(files.molven, files.historic, record[strarticle.art_ref].trimmed(),
+                                             before);
          }},
         {QStringLiteral("clients"),
          strclient,

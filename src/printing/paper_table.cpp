@@ -15,9 +15,14 @@ int lineStep(int points) { return points * 24; }
 } // namespace
 
 PaperTable::PaperTable(const QList<PaperColumn>& columns, const QString& family, int points)
-    : columns_(columns), widths_(columns.size(), 0), family_(family), points_(points) {
+    : columns_(columns), family_(family), points_(points) {
     ruler_.setFont(family, points, true);
-    for (qsizetype i = 0; i < columns_.size(); ++i) widths_[i] = ruler_.textWidth(columns_[i].title) + Gap;
+    for (const PaperColumn& column : columns_) {
+        int widest = 0;
+        for (const QString& word : column.title.split(u' ')) widest = std::max(widest, ruler_.textWidth(word));
+        titleWords_.append(widest + Gap);
+        widths_.append(ruler_.textWidth(column.title) + Gap);
+    }
     ruler_.setBold(false);
 }
 
@@ -35,19 +40,23 @@ void PaperTable::measure(const QStringList& cells) {
 int PaperTable::naturalWidth() const { return std::accumulate(widths_.begin(), widths_.end(), 0); }
 
 void PaperTable::fit(int width) {
-    QList<int> narrowFirst = widths_;
-    std::sort(narrowFirst.begin(), narrowFirst.end());
-    int left = width, columns = static_cast<int>(widths_.size());
-    for (const int natural : narrowFirst) {
-        if (natural * columns > left) break;
-        left -= natural;
-        --columns;
-    }
-    if (columns == 0) { // all have what they need
-        for (int& one : widths_) one += left / static_cast<int>(widths_.size());
+    const int columns = static_cast<int>(widths_.size());
+    if (const int spare = width - naturalWidth(); spare >= 0) {
+        for (int& one : widths_) one += spare / columns;
         return;
     }
-    for (int& one : widths_) one = std::min(one, left / columns);
+    const bool wordsFit = std::accumulate(titleWords_.begin(), titleWords_.end(), 0) <= width;
+    const int least = wordsFit ? width : width / columns;
+    const auto fitted = [&](int widest) {
+        QList<int> widths;
+        for (int i = 0; i < columns; ++i)
+            widths.append(std::min(widths_[i], std::max(widest, std::min(titleWords_[i], least))));
+        return widths;
+    };
+    int widest = width;
+    QList<int> shared = fitted(widest);
+    while (std::accumulate(shared.begin(), shared.end(), 0) > width) shared = fitted(widest -= 20);
+    widths_ = shared;
     hasBrokenCells_ = true;
 }
 

@@ -33,7 +33,8 @@ private:
     int printRow(PrintJob& job, int x, int y, const QStringList& cells, bool isBold) const;
 
     QList<PaperColumn> columns_;
-    QList<int> widths_; ///< with the gap behind each
+    QList<int> widths_;     ///< with the gap behind each
+    QList<int> titleWords_; ///< the widest word of each title, which is never cut
     QString family_;
     int points_;
     PrintJob ruler_{QString()};

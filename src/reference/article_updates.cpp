@@ -3,15 +3,25 @@
 #include "data/errors.h"
 #include "reference/article_tables.h"
 #include "reference/parameters.h"
+#include "reference/tariff_tables.h"
 
 namespace molven::article_updates {
 
-namespace {
+const Reimbursement& lpp() {
+    static const Reimbursement list{code_tables::lppCodes(), strlpp.lpp_ttc, strarticle.art_lpp};
+    return list;
+}
 
-/// One update a VAT code: the articles of a code share few of them.
-qint64 pushPrice(Database molven, const Criterion& ofCode, const Decimal& price) {
+const Reimbursement& tips() {
+    static const Reimbursement list{code_tables::tipsCodes(), strpartips.ttc_tips, strarticle.art_tip};
+    return list;
+}
+
+qint64 pushPrice(Database molven, const Reimbursement& list, const QString& code, const Decimal& price) {
     Transaction transaction(molven.workspace(), QStringLiteral("Mise à jour des prix"));
+    const Criterion ofCode = list.codeOfArticle == code;
     qint64 changed = 0;
+    // One update a VAT code: the articles of a code share few of them.
     const QStringList vatCodes = molven.countBy(strarticle, strarticle.art_tva, ofCode).keys();
     for (const QString& vatCode : vatCodes) {
         const Decimal rate = parameters::vatRate(molven, vatCode);
@@ -26,37 +36,44 @@ qint64 pushPrice(Database molven, const Criterion& ofCode, const Decimal& price)
     return changed;
 }
 
-} // namespace
-
-qint64 pushLppPrice(Database molven, const QString& lppCode, const Decimal& price) {
-    return pushPrice(molven, strarticle.art_lpp == lppCode, price);
+void saveReimbursement(Database molven, const Reimbursement& list, const Record& row,
+                       const std::optional<Record>& before, bool intoArticles) {
+    Transaction transaction(molven.workspace(), QStringLiteral("Mise à jour des prix"));
+    if (before)
+        code_tables::change(molven, list.kind, row, *before);
+    else
+        code_tables::add(molven, list.kind, row);
+    if (intoArticles) pushPrice(molven, list, row[*list.kind.key.first()].trimmed(), row[list.price]);
+    transaction.commit();
 }
 
-qint64 pushTipsPrice(Database molven, const QString& tipsCode, const Decimal& price) {
-    return pushPrice(molven, strarticle.art_tip == tipsCode, price);
-}
-
-qint64 setFamilyAccount(Database molven, const QString& family, const QString& account) {
+FamilyAccount setFamilyAccount(Database molven, Database compta, const QString& family, const QString& account) {
     if (account.size() != 9) throw Refusal(QStringLiteral("Imputation comptable incorrecte"), strparam.cpt_par.name);
+    if (family.trimmed().isEmpty()) throw Refusal(QStringLiteral(" Code obligatoire"), strparam.num_par.name);
     const qint64 changed =
         molven.update(strarticle, {{strarticle.art_cpt, account}}, strarticle.art_fam == family.trimmed());
     if (changed == 0) throw Refusal(QStringLiteral("Aucun article dans cette famille"), strparam.num_par.name);
-    return changed;
+    return {changed, compta.count(strplan, strplan.cpt_aff == account) > 0};
 }
 
 qint64 fillPanTable(Database molven) {
     Transaction transaction(molven.workspace(), QStringLiteral("Table PAN"));
-    QHash<QString, QString> panPrices;
-    for (const Record& row : molven.select(strpan)) panPrices.insert(row[strpan.pan_ref], row.value(strpan.pan_pan));
-    molven.remove(strpan);
+    QHash<QString, Record> kept;
+    for (const Record& row : molven.select(strpan)) kept.insert(row[strpan.pan_ref].toUpper(), row);
     const Recordset articles = molven.select(strarticle, {}, strarticle.art_ref);
     for (const Record& article : articles) {
-        Record row(strpan);
-        row[strpan.pan_ref] = article[strarticle.art_ref];
+        const QString reference = article[strarticle.art_ref];
+        const auto before = kept.constFind(reference.toUpper());
+        Record row = before == kept.constEnd() ? Record(strpan) : *before;
+        row[strpan.pan_ref] = reference;
         row[strpan.pan_lib] = article[strarticle.art_li1];
-        row[strpan.pan_pa] = article[strarticle.art_dpa];
-        row.set(static_cast<const Field&>(strpan.pan_pan), panPrices.value(article[strarticle.art_ref]));
-        molven.insert(row);
+        row.set(strpan.pan_pa, article.value(strarticle.art_dpa));
+        if (before == kept.constEnd())
+            molven.insert(row);
+        else if (!(row == *before))
+            molven.update(strpan,
+                          {{strpan.pan_lib, row.value(strpan.pan_lib)}, {strpan.pan_pa, row.value(strpan.pan_pa)}},
+                          strpan.pan_ref == reference);
     }
     transaction.commit();
     return articles.count();

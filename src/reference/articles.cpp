@@ -1,6 +1,8 @@
 #include "reference/articles.h"
 
 #include "data/errors.h"
+#include "reference/codes.h"
+#include "reference/ean.h"
 #include "reference/parameter_tables.h"
 
 namespace molven::articles {
@@ -52,6 +54,10 @@ QString originText(const QString& origin) {
     return QStringLiteral("Origine Ni Humaine, Ni Animale");
 }
 
+QString pricePattern(const CompanyRules& rules) {
+    return rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
+}
+
 Entry entryOf(const Record& article) {
     const QString followUp = article[strarticle.art_aig];
     const bool stocked = followUp == follow_up::ByUnit || followUp == follow_up::ByMovements;
@@ -75,8 +81,7 @@ bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
 } // namespace
 
 void checkValue(const CompanyRules& rules, const QString& field, const QString& value) {
-    static const QStringList yesOrNo{QStringLiteral("Txtop2"), QStringLiteral("Txtop3"), strarticle.art_hom.name,
-                                     strarticle.art_ste.name};
+    static const QStringList yesOrNo{QStringLiteral("Txtop2"), QStringLiteral("Txtop3")};
     static const QStringList labels{strarticle.art_li1.name, strarticle.art_li2.name, strarticle.art_lib3.name};
     if (!filled(value)) return;
     const auto isOneOf = [&value](const QString& letters) { return value.size() == 1 && letters.contains(value); };
@@ -84,8 +89,6 @@ void checkValue(const CompanyRules& rules, const QString& field, const QString& 
         require(isOneOf(rules.hasAncillarySets() ? QStringLiteral("ATX") : QStringLiteral("AT")),
                 rules.hasAncillarySets() ? "Taper T ou A ou X!!" : "Taper T ou A  !!", field);
     if (yesOrNo.contains(field)) require(isOneOf(QStringLiteral("ON")), "Taper O ou N !!", field);
-    if (field == strarticle.art_typ.name) require(isOneOf(QStringLiteral("FNG")), "Taper F / N ou G !!", field);
-    if (field == strarticle.art_ori.name) require(isOneOf(QStringLiteral("HAN")), "Origine incorrecte", field);
     if (labels.contains(field)) require(!value.contains(u'\''), "le symbole  ' est interdit", field);
 }
 
@@ -108,14 +111,17 @@ QString followUpOf(const Entry& entry) {
     return entry.followed == u"O" ? follow_up::ByUnit : follow_up::ByMovements;
 }
 
-void checkStocked(const Record& article, const CompanyRules& rules) {
+/// A letter of the article that must be given, and be one of its kind.
+void checkLetter(Database molven, const Record& article, const Text& field, const char* missing) {
+    require(filled(article[field]), missing, field.name);
+    codes::require(molven, field, *field.code, article[field]);
+}
+
+void checkStocked(Database molven, const Record& article) {
     const QString type = article[strarticle.art_typ];
-    require(filled(type), " Type F/N/G obligatoire", strarticle.art_typ.name);
-    checkValue(rules, strarticle.art_typ.name, type);
-    require(filled(article[strarticle.art_hom]), " Homologation O/N obligatoire", strarticle.art_hom.name);
-    checkValue(rules, strarticle.art_hom.name, article[strarticle.art_hom]);
-    require(filled(article[strarticle.art_ste]), " Stérilisation O/N obligatoire", strarticle.art_ste.name);
-    checkValue(rules, strarticle.art_ste.name, article[strarticle.art_ste]);
+    checkLetter(molven, article, strarticle.art_typ, " Type F/N/G obligatoire");
+    checkLetter(molven, article, strarticle.art_hom, " Homologation O/N obligatoire");
+    checkLetter(molven, article, strarticle.art_ste, " Stérilisation O/N obligatoire");
     if (article[strarticle.art_cat] == u"T")
         require(filled(article[strarticle.art_tip]), " TIPS obligatoire", strarticle.art_tip.name);
     else
@@ -124,7 +130,7 @@ void checkStocked(const Record& article, const CompanyRules& rules) {
     require(filled(article[strarticle.art_fam]), " Famille obligatoire", strarticle.art_fam.name);
     const QString origin = article[strarticle.art_ori];
     require(type != u"G" || filled(origin), " Origine obligatoire", strarticle.art_ori.name);
-    checkValue(rules, strarticle.art_ori.name, origin);
+    codes::require(molven, strarticle.art_ori, *strarticle.art_ori.code, origin);
     require(article[strarticle.art_hom] != u"O" || filled(article[strarticle.art_nho]),
             "N° Homologation/CE obligatoire", strarticle.art_nho.name);
 }
@@ -134,45 +140,79 @@ void checkLabels(const Record& article, const CompanyRules& rules) {
         checkValue(rules, label->name, article[*label]);
 }
 
-/// Takes the first free code of the pool.
-QString allocateEan(Database gencode, const QString& reference) {
-    Recordset free = gencode.select(strgencode, trimmed(strgencode.ean_art) == QString(), strgencode.ean_code);
-    if (free.isEmpty()) throw Refusal(QStringLiteral("probleme Gencode"), strarticle.art_ean.name);
-    free.edit();
-    free[strgencode.ean_art] = reference;
-    free.update();
-    return free[strgencode.ean_code];
+void checkNumbers(const Record& article) {
+    for (const Number* price : {&strarticle.art_pv1, &strarticle.art_ttc})
+        require(!(article[*price] < Decimal(0)), "Prix incorrect", price->name);
+    const Decimal least = article[strarticle.art_min];
+    require(!(least < Decimal(0)) && least == least.rounded(0), "Stock minimum incorrect", strarticle.art_min.name);
+}
+
+const QList<const Text*>& lppFields() {
+    static const QList<const Text*> fields{&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3};
+    return fields;
+}
+
+/// The codes typed in whichever boxes, moved up to the first ones. Throws Refusal when there is none, or one twice.
+Record arrangedLpp(const Record& typed) {
+    QStringList codes;
+    for (const Text* field : lppFields()) {
+        const QString code = typed[*field].trimmed();
+        if (!filled(code)) continue;
+        require(!codes.contains(code), "Ce code LPP est saisi deux fois", field->name);
+        codes.append(code);
+    }
+    require(!codes.isEmpty(), " LPP obligatoire", strartlpp.lpp_1.name);
+    Record arranged(strartlpp);
+    for (qsizetype i = 0; i < codes.size(); ++i) arranged[*lppFields()[i]] = codes[i];
+    return arranged;
 }
 
 /// The side table holds codes of articles whose code says so, and of no other.
 void keepSeveralLpp(Database molven, const Entry& entry, const QString& reference) {
     const bool several = entry.article[strarticle.art_lpp] == SeveralLpp;
-    const bool given = several && filled(entry.severalLpp[strartlpp.lpp_1]);
-    if (several && !given) return; // the codes already there stay
+    if (several && !entry.severalLpp) return;
     molven.remove(strartlpp, strartlpp.lpp_ref == reference);
     if (!several) return;
-    Record codes = entry.severalLpp;
+    Record codes = *entry.severalLpp;
     codes[strartlpp.lpp_ref] = reference;
     molven.insert(codes);
+}
+
+/// Gives an article that must have one its EAN code, and the pool what the article bears no more.
+QString keepEan(Database gencode, const CompanyRules& rules, Entry& entry, const std::optional<Record>& before) {
+    Record& article = entry.article;
+    const Record& read = article;
+    const QString reference = read[strarticle.art_ref].trimmed();
+    const bool due = rules.allocatesEan() && entry.kind != u"T" && read[strarticle.art_typ] == u"F";
+    QString notice;
+    if (due && !filled(read[strarticle.art_ean])) {
+        const auto code = ean::codeFor(gencode, reference);
+        if (!code) notice = QStringLiteral("probleme Gencode");
+        if (!code && !before) throw Refusal(notice, strarticle.art_ean.name);
+        article[strarticle.art_ean] = code.value_or(QString());
+    }
+    if (!before || before->value(strarticle.art_ean) != read[strarticle.art_ean])
+        ean::assign(gencode, reference, read[strarticle.art_ean]);
+    return notice;
 }
 
 } // namespace
 
 const QList<Account>& accounts() {
-    static const QList<Account> all{
-        {strarticle.art_cpt, QStringLiteral("7"), "Cette imputation comptable VENTE n'existe pas"},
-        {strarticle.art_cpte, QStringLiteral("7"), "Cette imputation comptable VENTE EXPORT n'existe pas"},
-        {strarticle.art_cpta, QStringLiteral("607"), "Cette imputation comptable ACHAT n'existe pas"},
-        {strarticle.art_cpts, QStringLiteral("3"), "Cette imputation comptable STOCK n'existe pas"}};
+    static const QList<Account> all{{strarticle.art_cpt, QStringLiteral("7")},
+                                    {strarticle.art_cpte, QStringLiteral("7")},
+                                    {strarticle.art_cpta, QStringLiteral("607")},
+                                    {strarticle.art_cpts, QStringLiteral("3")}};
     return all;
 }
 
 void checkAccount(Database compta, const Account& account, const QString& number) {
-    require(compta.count(strplan, strplan.cpt_aff == number.trimmed()) > 0, account.unknown, account.field.name);
+    if (!filled(number)) throw Refusal(account.field.unknown, account.field.name);
+    codes::require(compta, account.field, *account.field.code, number);
 }
 
-void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
-          const std::optional<Record>& before) {
+QString save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
+             const std::optional<Record>& before) {
     Record& article = entry.article;
     const Record& read = article;
     const QString reference = read[strarticle.art_ref].trimmed();
@@ -182,8 +222,16 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     checkKind(entry, rules);
     article[strarticle.art_aig] = followUpOf(entry);
     article[strarticle.art_anc] = entry.kind;
-    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(article, rules);
+    if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(molven, article);
+    codes::check({{DataFile::Molven, molven}}, article, before ? &*before : nullptr);
+    if (entry.severalLpp && read[strarticle.art_lpp] == SeveralLpp) {
+        entry.severalLpp = arrangedLpp(*entry.severalLpp);
+        codes::check({{DataFile::Molven, molven}}, *entry.severalLpp);
+    }
+    if (!before || read[strarticle.art_ean] != (*before)[strarticle.art_ean])
+        ean::requireFree(molven, gencode, read[strarticle.art_ean], reference);
     for (const Account& account : accounts()) checkAccount(compta, account, article[account.field]);
+    checkNumbers(article);
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();
 
@@ -193,8 +241,7 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
         require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
     else
         require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
-    if (rules.allocatesEan() && read[strarticle.art_typ] == u"F" && !filled(read[strarticle.art_ean]))
-        article[strarticle.art_ean] = allocateEan(gencode, reference);
+    const QString notice = keepEan(gencode, rules, entry, before);
     if (before)
         existing.edit(*before);
     else
@@ -203,9 +250,10 @@ void save(Database molven, Database compta, Database gencode, const CompanyRules
     existing.update();
     keepSeveralLpp(molven, entry, reference);
     transaction.commit();
+    return notice;
 }
 
-void remove(Database molven, const QString& reference) {
+void remove(Database molven, Database gencode, const QString& reference) {
     Transaction transaction(molven.workspace(), QStringLiteral("Suppression de l'article"));
     const auto article = find(molven, reference);
     if (!article) throw Refusal(QStringLiteral("Aucun article sélectionné"), strarticle.art_ref.name);
@@ -214,6 +262,8 @@ void remove(Database molven, const QString& reference) {
         !read[strarticle.art_cdef].isZero())
         throw Refusal(QStringLiteral("Cet article a des produits en stock/en commande"), strarticle.art_ref.name);
     molven.remove(strarticle, strarticle.art_ref == reference);
+    molven.remove(strartlpp, strartlpp.lpp_ref == reference);
+    ean::assign(gencode, reference, {});
     transaction.commit();
 }
 

@@ -29,14 +29,17 @@ Record blank();
 QString followUpText(const QString& followUp);
 /// "Origine Humaine" and its kin.
 QString originText(const QString& origin);
+/// How the company's prices are shown.
+QString pricePattern(const CompanyRules& rules);
 
 /// An article as entered: kind A/T/X, stocked O/N and followed O/N give the follow-up code.
 struct Entry {
     Record article = blank();
-    QString kind;                          ///< Txtop1
-    QString stocked;                       ///< Txtop2
-    QString followed;                      ///< Txtop3
-    Record severalLpp = Record(strartlpp); ///< the codes of an article whose LPP code is "MULTI"
+    QString kind;     ///< Txtop1
+    QString stocked;  ///< Txtop2
+    QString followed; ///< Txtop3
+    /// The codes of an article whose LPP code is "MULTI"; nothing leaves those that are kept.
+    std::optional<Record> severalLpp = {};
 };
 /// The LPP codes of an article that has several; empty codes for another.
 Record severalLpp(Database molven, const QString& reference);
@@ -48,8 +51,7 @@ void checkValue(const CompanyRules& rules, const QString& field, const QString& 
 /// An account that an article is booked on.
 struct Account {
     const Text& field;
-    QString start;       ///< of the numbers offered
-    const char* unknown; ///< refusal of a number out of the chart
+    QString start; ///< of the numbers offered
 };
 /// Sales, export sales, purchases, stock.
 const QList<Account>& accounts();
@@ -59,11 +61,13 @@ void checkAccount(Database compta, const Account& account, const QString& number
 /// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
 /// company does. `before` is the article as the user read it, nothing for a new one. Throws Refusal with the field of
 /// the faulty entry, DataError RecordChanged when another workstation wrote the article meanwhile. `compta` and
-/// `gencode` are opened in the same workspace.
-void save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
-          const std::optional<Record>& before);
-/// Throws Refusal while the article has stock or orders.
-void remove(Database molven, const QString& reference);
+/// `gencode` are opened in the same workspace. Answers what the user must be told of an article that was written all
+/// the same: an old one for which the pool of EAN codes has none; empty when there is nothing to tell.
+QString save(Database molven, Database compta, Database gencode, const CompanyRules& rules, Entry entry,
+             const std::optional<Record>& before);
+/// Deletes the article with its LPP codes, and gives its EAN code back to the pool. Throws Refusal while it has stock
+/// or orders.
+void remove(Database molven, Database gencode, const QString& reference);
 
 /// New quantity in stock after units or goods came in (positive) or went out.
 void moveStock(Database molven, const QString& reference, const Decimal& quantity);

@@ -2,8 +2,9 @@
 
 #include "data/errors.h"
 #include "data/format.h"
-#include "reference/articles.h"
-#include "reference/parameters.h"
+#include "reference/article_tables.h"
+#include "reference/codes.h"
+#include "reference/parameter_tables.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
 
@@ -11,7 +12,11 @@ namespace molven {
 
 Criterion CodeTable::sameKey(const Record& record) const {
     Criterion same;
-    for (const Text* field : key) same = same && *field == record.value(*field).trimmed();
+    for (const Text* field : key) {
+        const QString typed = record.value(*field).trimmed();
+        const bool isPadded = field->code && field->code->digits > 0;
+        same = same && (isPadded ? isOneOf(*field, codes::formsOf(*field->code, typed)) : *field == typed);
+    }
     return same;
 }
 
@@ -28,22 +33,31 @@ void require(bool held, const QString& message, const Field& field) {
     if (!held) throw Refusal(message, field.name);
 }
 
+void requireBetween(const Record& record, const Number& field, const Decimal& least, const Decimal& most,
+                    const QString& message) {
+    require(!(record[field] < least) && !(most < record[field]), message, field);
+}
+
+void requirePercent(const Record& record, const Number& field) {
+    requireBetween(record, field, 0, 100, QStringLiteral("Taux incorrect"));
+}
+
+void requirePrice(const Record& record, const Number& field) {
+    require(!(record[field] < Decimal(0)), QStringLiteral("Prix incorrect"), field);
+}
+
+/// A count of days, from none to `most`.
+void requireDays(const Record& record, const Number& field, int most, const QString& message) {
+    requireBetween(record, field, 0, most, message);
+    require(record[field] == record[field].rounded(0), message, field);
+}
+
 void completePaymentMode(Database, Record& mode) {
     const Record& read = mode;
     mode[strparrgt.cde_rglt] = padded(read[strparrgt.cde_rglt], 2);
-    require(!(read[strparrgt.nbj_rglt] < Decimal(0)) && read[strparrgt.nbj_rglt] <= Decimal(365),
-            QStringLiteral("Nombre de jours incorrect"), strparrgt.nbj_rglt);
+    requireDays(mode, strparrgt.nbj_rglt, 365, QStringLiteral("Nombre de jours incorrect"));
     if (read[strparrgt.fdm_rglt].isEmpty()) mode[strparrgt.fdm_rglt] = QStringLiteral("N");
-    mode[strparrgt.fdm_rglt] = read[strparrgt.fdm_rglt].toUpper();
-    const QString endOfMonth = read[strparrgt.fdm_rglt];
-    require(endOfMonth == u"O" || endOfMonth == u"N", QStringLiteral("Taper O ou N !!"), strparrgt.fdm_rglt);
-    require(!(read[strparrgt.jou_rglt] < Decimal(0)) && read[strparrgt.jou_rglt] <= Decimal(31),
-            QStringLiteral("Jour du mois incorrect"), strparrgt.jou_rglt);
-}
-
-void completeVatCode(Database, Record& code) {
-    const Decimal rate = std::as_const(code)[strparfac.par1_tx];
-    require(!(rate < Decimal(0)) && rate < Decimal(100), QStringLiteral("Taux incorrect"), strparfac.par1_tx);
+    requireDays(mode, strparrgt.jou_rglt, 31, QStringLiteral("Jour du mois incorrect"));
 }
 
 void completeAccount(Database, Record& account) {
@@ -55,22 +69,19 @@ void completeTariff(Database molven, Record& tariff) {
     const Record& read = tariff;
     const auto client = parties::findClient(molven, read[strtarifclt.tar_clt]);
     require(client.has_value(), Missing, strtarifclt.tar_clt);
-    const auto article = articles::find(molven, read[strtarifclt.tar_ref]);
-    require(article.has_value(), QStringLiteral("Cet article n'existe pas"), strtarifclt.tar_ref);
+    const auto article = codes::find(molven, codes::ArticleOfTariff, read[strtarifclt.tar_ref]);
+    require(article.has_value(), strtarifclt.tar_ref.unknown, strtarifclt.tar_ref);
     tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
-    tariff[strtarifclt.tar_ref] = std::as_const(*article)[strarticle.art_ref];
     tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
     tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
-    require(!(read[strtarifclt.tar_pvt] < Decimal(0)), QStringLiteral("Prix incorrect"), strtarifclt.tar_pvt);
-}
-
-void requirePercent(const Record& record, const Number& field) {
-    require(!(record[field] < Decimal(0)) && record[field] <= Decimal(100), QStringLiteral("Taux incorrect"), field);
+    // An empty price would sell at nothing.
+    require(!read.isNull(strtarifclt.tar_pvt), QStringLiteral(" Prix obligatoire"), strtarifclt.tar_pvt);
+    requirePrice(tariff, strtarifclt.tar_pvt);
 }
 
 void completeCommission(Database molven, Record& rate) {
     const Record& read = rate;
-    const auto representative = molven::parameters::find(molven, list::Representative, read[strtauxrep.c_rep]);
+    const auto representative = codes::find(molven, codes::Representative, read[strtauxrep.c_rep]);
     require(representative.has_value(), Missing, strtauxrep.c_rep);
     rate[strtauxrep.c_nom] = std::as_const(*representative)[strparam.lib_par];
     requirePercent(rate, strtauxrep.c_tau);
@@ -92,7 +103,11 @@ const CodeTable& panPrices() {
                                 {&strpan.pan_ref},
                                 {{strpan.pan_ref, QStringLiteral(" Référence obligatoire")}, {strpan.pan_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) {
+                                    requirePrice(row, strpan.pan_pa);
+                                    requirePrice(row, strpan.pan_pan);
+                                }};
     return kind;
 }
 
@@ -104,9 +119,12 @@ const CodeTable& paymentModes() {
 }
 
 const CodeTable& vatCodes() {
-    static const CodeTable kind{
-        strparfac, {&strparfac.par1_cde}, {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}}, Exists,
-        Missing,   completeVatCode};
+    static const CodeTable kind{strparfac,
+                                {&strparfac.par1_cde},
+                                {{strparfac.par1_cde, NoCode}, {strparfac.par1_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& code) { requirePercent(code, strparfac.par1_tx); }};
     return kind;
 }
 
@@ -121,7 +139,11 @@ const CodeTable& currencies() {
                                 {&strmonnaie.mon_cle},
                                 {{strmonnaie.mon_cle, NoCode}, {strmonnaie.mon_lib, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& currency) {
+                                    require(!(std::as_const(currency)[strmonnaie.mon_euro] < Decimal(0)),
+                                            QStringLiteral("Taux incorrect"), strmonnaie.mon_euro);
+                                }};
     return kind;
 }
 
@@ -133,8 +155,12 @@ const CodeTable& accounts() {
 }
 
 const CodeTable& lppCodes() {
-    static const CodeTable kind{
-        strlpp, {&strlpp.lpp_code}, {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}}, Exists, Missing};
+    static const CodeTable kind{strlpp,
+                                {&strlpp.lpp_code},
+                                {{strlpp.lpp_code, NoCode}, {strlpp.lpp_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strlpp.lpp_ttc); }};
     return kind;
 }
 
@@ -143,7 +169,8 @@ const CodeTable& tipsCodes() {
                                 {&strpartips.cod_tips},
                                 {{strpartips.cod_tips, NoCode}, {strpartips.lib_tips, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record& row) { requirePrice(row, strpartips.ttc_tips); }};
     return kind;
 }
 
@@ -182,10 +209,17 @@ const CodeTable& commissionRates() {
     return kind;
 }
 
-void check(Database database, const CodeTable& kind, Record& record) {
+void check(Database database, const CodeTable& kind, Record& record, const Record* before) {
     for (const CodeTable::Required& required : kind.required)
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
     kind.complete(database, record);
+    codes::check({{DataFile::Molven, database}}, record, before);
+}
+
+void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew) {
+    check(database, kind, record);
+    const bool exists = database.count(kind.table, kind.sameKey(record)) > 0;
+    require(exists != isNew, isNew ? kind.exists : kind.missing, *kind.key.last());
 }
 
 void add(Database database, const CodeTable& kind, Record record) {
@@ -198,7 +232,7 @@ void add(Database database, const CodeTable& kind, Record record) {
 
 void change(Database database, const CodeTable& kind, Record record, const Record& before) {
     Transaction transaction(database.workspace(), QStringLiteral("Tables"));
-    check(database, kind, record);
+    check(database, kind, record, &before);
     Recordset stored = database.select(kind.table, kind.sameKey(record));
     require(!stored.isEmpty(), kind.missing, *kind.key.last());
     stored.edit(before);

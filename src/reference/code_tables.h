@@ -22,7 +22,7 @@ struct CodeTable {
     /// Further checks and computed fields; throws Refusal.
     std::function<void(Database, Record&)> complete = [](Database, Record&) {};
 
-    /// The condition that finds the record with the same key.
+    /// The condition that finds the record with the same key, its codes typed short or whole.
     Criterion sameKey(const Record& record) const;
 };
 
@@ -41,8 +41,11 @@ const CodeTable& clientTariffs();
 const CodeTable& discounts();
 const CodeTable& commissionRates();
 
-/// Throws Refusal with the first fault of a record.
-void check(Database database, const CodeTable& kind, Record& record);
+/// Completes the codes of a record and throws Refusal with its first fault; codes that it had before pass.
+void check(Database database, const CodeTable& kind, Record& record, const Record* before = nullptr);
+/// Throws Refusal when add(), or change() of a record that is not new, would refuse the record: for a screen that has
+/// something to ask before it writes.
+void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew);
 /// Writes a new record; throws Refusal when it is not complete or its key is taken.
 void add(Database database, const CodeTable& kind, Record record);
 /// Rewrites a record; `before` is the record as the user read it. Throws Refusal when it does not exist, DataError

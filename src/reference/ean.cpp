@@ -15,6 +15,8 @@ bool areDigits(const QString& text) {
 
 [[noreturn]] void refuse(const QString& message) { throw Refusal(message, strgencode.ean_code.name); }
 
+QString takenBy(const QString& article) { return QStringLiteral("Ce code est pris par l'article ") + article; }
+
 } // namespace
 
 QChar checkDigit(const QString& twelveDigits) {
@@ -25,6 +27,20 @@ QChar checkDigit(const QString& twelveDigits) {
 
 bool isValid(const QString& code) {
     return code.size() == 13 && areDigits(code) && checkDigit(code.left(12)) == code[12];
+}
+
+void requireFree(Database molven, Database gencode, const QString& typed, const QString& reference) {
+    const QString code = typed.trimmed();
+    if (code.isEmpty()) return;
+    const auto refuseArticleCode = [](const QString& message) { throw Refusal(message, strarticle.art_ean.name); };
+    if (!isValid(code)) refuseArticleCode(QStringLiteral("Code EAN incorrect : ") + code);
+    const QString taken = QStringLiteral("Ce code est pris par l'article ");
+    if (const auto other = molven.find(strarticle, strarticle.art_ean == code && strarticle.art_ref != reference))
+        refuseArticleCode(taken + other->value(strarticle.art_ref));
+    const Criterion takenInPool =
+        strgencode.ean_code == code && trimmed(strgencode.ean_art) != QString() && strgencode.ean_art != reference;
+    if (const auto other = gencode.find(strgencode, takenInPool))
+        refuseArticleCode(taken + other->value(strgencode.ean_art));
 }
 
 int add(Database gencode, const QString& typed, const QString& quantity) {
@@ -55,14 +71,35 @@ int add(Database gencode, const QString& typed, const QString& quantity) {
     return count;
 }
 
-void remove(Database gencode, const QString& code) {
-    Transaction transaction(gencode.workspace(), QStringLiteral("Codes EAN"));
+void requireUnused(Database gencode, const QString& code) {
+    if (code.trimmed().isEmpty()) refuse(QStringLiteral(" Code obligatoire"));
     const auto found = gencode.find(strgencode, strgencode.ean_code == code.trimmed());
     if (!found) refuse(QStringLiteral("Ce code n'existe pas"));
-    if (const QString article = (*found)[strgencode.ean_art]; !article.trimmed().isEmpty())
-        refuse(QStringLiteral("Ce code est pris par l'article ") + article);
+    const QString article = std::as_const(*found)[strgencode.ean_art].trimmed();
+    if (!article.isEmpty()) refuse(takenBy(article));
+}
+
+void remove(Database gencode, const QString& code) {
+    Transaction transaction(gencode.workspace(), QStringLiteral("Codes EAN"));
+    requireUnused(gencode, code);
     gencode.remove(strgencode, strgencode.ean_code == code.trimmed());
     transaction.commit();
+}
+
+std::optional<QString> codeFor(Database gencode, const QString& article) {
+    auto found = gencode.find(strgencode, strgencode.ean_art == article, strgencode.ean_code);
+    if (!found) found = gencode.find(strgencode, trimmed(strgencode.ean_art) == QString(), strgencode.ean_code);
+    if (!found) return std::nullopt;
+    return std::as_const(*found)[strgencode.ean_code];
+}
+
+void assign(Database gencode, const QString& article, const QString& code) {
+    const auto pooled = gencode.find(strgencode, strgencode.ean_code == code);
+    const QString holder = pooled ? std::as_const(*pooled)[strgencode.ean_art].trimmed() : QString();
+    if (!holder.isEmpty() && holder.compare(article, Qt::CaseInsensitive) != 0)
+        throw Refusal(takenBy(holder), strarticle.art_ean.name);
+    gencode.update(strgencode, {{strgencode.ean_art, QString()}}, strgencode.ean_art == article);
+    gencode.update(strgencode, {{strgencode.ean_art, article}}, strgencode.ean_code == code);
 }
 
 } // namespace molven::ean

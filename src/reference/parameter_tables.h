@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/schema.h"
+#include "reference/code_kinds.h"
 
 namespace molven {
 
@@ -10,8 +11,9 @@ struct Parameters : Table {
     Text cod_par{this, "cod_par", 1};   ///< list code
     Text num_par{this, "num_par", 3};   ///< code of the entry within its list
     Label lib_par{this, "lib_par", 40}; ///< label
-    Text cpt_par{this, "cpt_par", 9};   ///< accounting account; family of a sub-family (list S)
-    Text fam_dep{this, "fam_dep", 3};   ///< family of a depot (list D)
+    Text cpt_par{this, "cpt_par", 9, codes::AccountOfParameter,
+                 "Famille inconnue"}; ///< accounting account; family of a sub-family (list S)
+    Text fam_dep{this, "fam_dep", 3, codes::FamilyOfParameter, "Famille inconnue"}; ///< family of a depot (list D)
     Trail trail{this, {cod_par, num_par}};
     Index by_code{this, {cod_par, num_par}, Uniqueness::Unique};
     Index by_label{this, {cod_par, lib_par}};
@@ -33,11 +35,11 @@ inline const PanPrices strpan{"strpan"};
 /// Payment modes: due date = document date + days, then end of month, then a day of the month.
 struct PaymentModes : Table {
     using Table::Table;
-    Text cde_rglt{this, "cde_rglt", 2};               ///< code "00"
-    Label lib_rglt{this, "lib_rglt", 40};             ///< label
-    Number nbj_rglt{this, "nbj_rglt", Number::Whole}; ///< number of days
-    Text fdm_rglt{this, "fdm_rglt", 1};               ///< end of month, O/N
-    Number jou_rglt{this, "jou_rglt", Number::Whole}; ///< day of the month, 0 for none
+    Text cde_rglt{this, "cde_rglt", 2, codes::PaymentMode};              ///< code "00"
+    Label lib_rglt{this, "lib_rglt", 40};                                ///< label
+    Number nbj_rglt{this, "nbj_rglt", Number::Quantity};                 ///< number of days
+    Text fdm_rglt{this, "fdm_rglt", 1, codes::YesNo, "Taper O ou N !!"}; ///< end of month, O/N
+    Number jou_rglt{this, "jou_rglt", Number::Quantity};                 ///< day of the month, 0 for none
     Trail trail{this, {cde_rglt}};
     Index by_code{this, {cde_rglt}, Uniqueness::Unique};
 };
@@ -46,10 +48,10 @@ inline const PaymentModes strparrgt{"strparrgt"};
 /// Invoicing parameters: VAT codes.
 struct VatCodes : Table {
     using Table::Table;
-    Text par1_cde{this, "par1_cde", 1};               ///< VAT code
-    Label par1_lib{this, "par1_lib", 40};             ///< label
-    Number par1_tx{this, "par1_tx", Number::Percent}; ///< rate in percent
-    Text par1_cpt{this, "par1_cpt", 9};               ///< account
+    Text par1_cde{this, "par1_cde", 1};                 ///< VAT code
+    Label par1_lib{this, "par1_lib", 40};               ///< label
+    Number par1_tx{this, "par1_tx", Number::Percent};   ///< rate in percent
+    Text par1_cpt{this, "par1_cpt", 9, codes::Account}; ///< account
     Trail trail{this, {par1_cde}};
     Index by_code{this, {par1_cde}, Uniqueness::Unique};
 };

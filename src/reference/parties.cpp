@@ -2,8 +2,12 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
-#include "reference/tariff_tables.h"
+
+#include <algorithm>
+
+#include <set>
 
 namespace molven::parties {
 
@@ -13,33 +17,55 @@ void require(bool held, const QString& message, const Field& field) {
     if (!held) throw Refusal(message, field.name);
 }
 
-void checkClient(Database molven, const Record& client) {
+bool isNumber(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+void checkClient(Database molven, Record& checked, const Record* before) {
+    const Record& client = checked;
     require(!client[strclient.clt_cod].isEmpty(), QStringLiteral(" N° Client obligatoire"), strclient.clt_cod);
     require(client[strclient.clt_cod].size() == 6 && Decimal::parse(client[strclient.clt_cod]).has_value(),
             QStringLiteral("code invalide"), strclient.clt_cod);
     require(!client[strclient.clt_nom].trimmed().isEmpty(), QStringLiteral(" Nom obligatoire"), strclient.clt_nom);
     const QString account = client[strclient.clt_cpt];
-    require(account.isEmpty() || (account.size() == 6 && account >= u"000001" && account <= u"999999"),
+    require(account.isEmpty() || (isNumber(account) && account.size() == 6 && account != u"000000"),
             QStringLiteral("N° Compte incorrect"), strclient.clt_cpt);
-    require(parameters::paymentMode(molven, client[strclient.clt_rgt]).has_value(),
-            QStringLiteral("Mode de règlement inconnu"), strclient.clt_rgt);
-    const QString depot = client[strclient.clt_dep];
-    require(depot.isEmpty() || parameters::find(molven, list::Depot, depot), QStringLiteral("Dépôt inconnu"),
-            strclient.clt_dep);
-    const QString discount = client[strclient.clt_rem];
-    require(discount.isEmpty() || molven.count(strparrem, strparrem.rem_clt == discount) > 0,
-            QStringLiteral("Code remise incorrect"), strclient.clt_rem);
+    require(!client[strclient.clt_rgt].trimmed().isEmpty(), strclient.clt_rgt.unknown, strclient.clt_rgt);
+    codes::check({{DataFile::Molven, molven}}, checked, before);
 }
 
-QString codeAfterLast(Database molven, const Table& table, const Text& key) {
-    return format(Decimal::fromText(molven.greatest(table, key)) + 1, QStringLiteral("000000"));
+constexpr int LastCode = 999'999;
+
+/// The code after the last one; when the last of all is taken, the first that is free. Codes that are no numbers, come
+/// from another program, do not count. Empty when every code is taken.
+QString nextCode(Database molven, const Table& table, const Text& key) {
+    std::set<int> taken;
+    const QStringList codes = molven.countBy(table, key).keys();
+    for (const QString& code : codes) {
+        bool isNumber = false;
+        const int number = code.trimmed().toInt(&isNumber);
+        if (isNumber && number > 0 && number <= LastCode) taken.insert(number);
+    }
+    int next = taken.empty() ? 1 : *taken.rbegin() + 1;
+    if (next > LastCode)
+        for (next = 1; taken.contains(next);) ++next;
+    return next > LastCode ? QString() : padded(QString::number(next), 6);
+}
+
+void setFolder(Database molven, const Table& table, const Text& key, const QString& code, const Label& field,
+               const QString& folder) {
+    require(folder.size() <= field.size, QStringLiteral("Chemin trop long"), field);
+    Transaction transaction(molven.workspace(), QStringLiteral("Dossier des documents"));
+    require(molven.update(table, {{field, folder}}, key == padded(code, 6)) > 0, QStringLiteral("Ce code n'existe pas"),
+            key);
+    transaction.commit();
 }
 
 } // namespace
 
 Record blankClient(Database molven) {
     Record client(strclient);
-    client[strclient.clt_cod] = codeAfterLast(molven, strclient, strclient.clt_cod);
+    client[strclient.clt_cod] = nextCode(molven, strclient, strclient.clt_cod);
     client[strclient.clt_rgt] = QStringLiteral("01");
     client[strclient.clt_fam] = QStringLiteral("000");
     client[strclient.clt_fac] = QStringLiteral("O");
@@ -77,8 +103,9 @@ void save(Database molven, const Text& key, const Record& party, const std::opti
 } // namespace
 
 void saveClient(Database molven, Record client, const std::optional<Record>& before) {
-    client[strclient.clt_cod] = padded(std::as_const(client)[strclient.clt_cod], 6);
-    checkClient(molven, client);
+    for (const Text* number : {&strclient.clt_cod, &strclient.clt_cpt})
+        client[*number] = padded(std::as_const(client)[*number], 6);
+    checkClient(molven, client, before ? &*before : nullptr);
     save(molven, strclient.clt_cod, client, before);
 }
 
@@ -90,12 +117,16 @@ void saveSupplier(Database molven, Record supplier, const std::optional<Record>&
             QStringLiteral("code invalide"), strfournis.fou_cod);
     require(!read[strfournis.fou_nom].trimmed().isEmpty(), QStringLiteral(" Nom obligatoire"), strfournis.fou_nom);
     require(!read[strfournis.fou_rglt].isEmpty(), QStringLiteral("Mode règlement obligatoire"), strfournis.fou_rglt);
-    require(parameters::paymentMode(molven, read[strfournis.fou_rglt]).has_value(),
-            QStringLiteral("Mode de règlement inconnu"), strfournis.fou_rglt);
-    supplier[strfournis.fou_clt] = padded(read[strfournis.fou_clt], 6);
-    require(read[strfournis.fou_clt].isEmpty() || findClient(molven, read[strfournis.fou_clt]),
-            QStringLiteral("Client inconnu"), strfournis.fou_clt);
+    codes::check({{DataFile::Molven, molven}}, supplier, before ? &*before : nullptr);
     save(molven, strfournis.fou_cod, supplier, before);
+}
+
+void setClientFolder(Database molven, const QString& code, const QString& folder) {
+    setFolder(molven, strclient, strclient.clt_cod, code, strclient.clt_chemin, folder);
+}
+
+void setSupplierFolder(Database molven, const QString& code, const QString& folder) {
+    setFolder(molven, strfournis, strfournis.fou_cod, code, strfournis.fou_chemin, folder);
 }
 
 void removeClient(Database molven, const QString& code) {
@@ -104,7 +135,7 @@ void removeClient(Database molven, const QString& code) {
 
 Record blankSupplier(Database molven) {
     Record supplier(strfournis);
-    supplier[strfournis.fou_cod] = codeAfterLast(molven, strfournis, strfournis.fou_cod);
+    supplier[strfournis.fou_cod] = nextCode(molven, strfournis, strfournis.fou_cod);
     supplier[strfournis.fou_rglt] = QStringLiteral("01");
     supplier[strfournis.fou_fam] = QStringLiteral("000");
     return supplier;

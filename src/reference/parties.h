@@ -5,7 +5,8 @@
 
 namespace molven::parties {
 
-/// A new client: the code after the last ("000001" in an empty file) and the usual values.
+/// A new client: the code after the last ("000001" in an empty file; the first free one after "999999") and the usual
+/// values.
 Record blankClient(Database molven);
 std::optional<Record> findClient(Database molven, const QString& code);
 std::optional<Record> findSupplier(Database molven, const QString& code);
@@ -13,12 +14,16 @@ std::optional<Record> findSupplier(Database molven, const QString& code);
 /// Writes the client in one transaction. `before` is the client as the user read it, nothing for a new one. Throws
 /// Refusal with the faulty field, DataError RecordChanged when another workstation wrote the client meanwhile.
 void saveClient(Database molven, Record client, const std::optional<Record>& before);
+/// Keeps the folder of the client's documents alone, whatever else another workstation writes. Throws Refusal.
+void setClientFolder(Database molven, const QString& code, const QString& folder);
 void removeClient(Database molven, const QString& code);
 
-/// A new supplier: the code after the last.
+/// A new supplier, its code found as blankClient() does.
 Record blankSupplier(Database molven);
 /// As saveClient().
 void saveSupplier(Database molven, Record supplier, const std::optional<Record>& before);
+/// As setClientFolder().
+void setSupplierFolder(Database molven, const QString& code, const QString& folder);
 void removeSupplier(Database molven, const QString& code);
 
 } // namespace molven::parties

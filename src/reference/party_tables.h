@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/schema.h"
+#include "reference/code_kinds.h"
 
 namespace molven {
 
@@ -31,24 +32,24 @@ struct Clients : Table {
     Text clt_fax2{this, "clt_fax2", 20};
     Text clt_tel2{this, "clt_tel2", 20};
     Text clt_mail{this, "clt_mail", 80};
-    Text clt_bque{this, "clt_bque", 5};        ///< bank
-    Text clt_guic{this, "clt_guic", 5};        ///< branch
-    Text clt_ncpt{this, "clt_ncpt", 11};       ///< account number
-    Text clt_rib{this, "clt_rib", 2};          ///< key
-    Label clt_dom{this, "clt_dom", 40};        ///< bank name
-    Text clt_cpt{this, "clt_cpt", 6};          ///< accounting account, "000001" to "999999"
-    Text clt_ccmx{this, "clt_ccmx", 20};       ///< code in the outside accounting program
-    Text clt_fac{this, "clt_fac", 1};          ///< invoicing authorised, O/N
-    Text clt_rgt{this, "clt_rgt", 2};          ///< payment mode "00"
-    Text clt_exp{this, "clt_exp", 3};          ///< usual dispatch mode
-    Text clt_fam{this, "clt_fam", 3};          ///< family (list C)
-    Text clt_dep{this, "clt_dep", 3};          ///< depot at this client (list D)
-    Text clt_rep{this, "clt_rep", 3};          ///< representative (list R)
-    Text clt_rem{this, "clt_rem", 3};          ///< discount category
-    Text clt_edtr{this, "clt_edtr", 1};        ///< statement printed, O/N
-    Text clt_rbl{this, "clt_rbl", 1};          ///< delivery notes grouped on one invoice, O/N
-    Label clt_memo{this, "clt_memo"};          ///< free memo
-    Label clt_chemin{this, "clt_chemin", 255}; ///< folder of attached documents
+    Text clt_bque{this, "clt_bque", 5};                                ///< bank
+    Text clt_guic{this, "clt_guic", 5};                                ///< branch
+    Text clt_ncpt{this, "clt_ncpt", 11};                               ///< account number
+    Text clt_rib{this, "clt_rib", 2};                                  ///< key
+    Label clt_dom{this, "clt_dom", 40};                                ///< bank name
+    Text clt_cpt{this, "clt_cpt", 6};                                  ///< accounting account, "000001" to "999999"
+    Text clt_ccmx{this, "clt_ccmx", 20};                               ///< code in the outside accounting program
+    Text clt_fac{this, "clt_fac", 1, codes::YesNo, "Taper O ou N !!"}; ///< invoicing authorised, O/N
+    Text clt_rgt{this, "clt_rgt", 2, codes::PaymentMode, "Mode de règlement inconnu"}; ///< payment mode "00"
+    Text clt_exp{this, "clt_exp", 3, codes::Dispatch, "Mode inconnu"};                 ///< usual dispatch mode
+    Text clt_fam{this, "clt_fam", 3, codes::ClientFamily, "Famille inconnue"};         ///< family (list C)
+    Text clt_dep{this, "clt_dep", 3, codes::Depot, "Dépôt inconnu"};                 ///< depot at this client (list D)
+    Text clt_rep{this, "clt_rep", 3, codes::Representative, "Représentant inconnu"}; ///< representative (list R)
+    Text clt_rem{this, "clt_rem", 3, codes::DiscountCategory, "Code remise incorrect"}; ///< discount category
+    Text clt_edtr{this, "clt_edtr", 1, codes::YesNo, "Taper O ou N !!"};                ///< statement printed, O/N
+    Text clt_rbl{this, "clt_rbl", 1, codes::YesNo, "Taper O ou N !!"}; ///< delivery notes grouped on one invoice, O/N
+    Label clt_memo{this, "clt_memo"};                                  ///< free memo
+    Label clt_chemin{this, "clt_chemin", 255};                         ///< folder of attached documents
 
     Trail trail{this, {clt_cod}};
     Index by_code{this, {clt_cod}, Uniqueness::Unique};
@@ -72,13 +73,13 @@ struct Suppliers : Table {
     Text fou_fax2{this, "fou_fax2", 20};
     Text fou_tel2{this, "fou_tel2", 20};
     Text fou_mail{this, "fou_mail", 80};
-    Text fou_fam{this, "fou_fam", 3};          ///< family (list F)
-    Text fou_exp{this, "fou_exp", 3};          ///< usual dispatch mode
-    Text fou_rglt{this, "fou_rglt", 2};        ///< payment mode
-    Text fou_abr{this, "fou_abr", 10};         ///< short name
-    Text fou_clt{this, "fou_clt", 6};          ///< the same party's client code
-    Text fou_cpt{this, "fou_cpt", 9};          ///< accounting account
-    Label fou_chemin{this, "fou_chemin", 255}; ///< folder of attached documents
+    Text fou_fam{this, "fou_fam", 3, codes::SupplierFamily, "code famille inconnu"};     ///< family (list F)
+    Text fou_exp{this, "fou_exp", 3, codes::Dispatch, "Mode inconnu"};                   ///< usual dispatch mode
+    Text fou_rglt{this, "fou_rglt", 2, codes::PaymentMode, "Mode de règlement inconnu"}; ///< payment mode
+    Text fou_abr{this, "fou_abr", 10};                                                   ///< short name
+    Text fou_clt{this, "fou_clt", 6, codes::Client, "Client inconnu"}; ///< the same party's client code
+    Text fou_cpt{this, "fou_cpt", 9, codes::Account};                  ///< accounting account
+    Label fou_chemin{this, "fou_chemin", 255};                         ///< folder of attached documents
 
     Trail trail{this, {fou_cod}};
     Index by_code{this, {fou_cod}, Uniqueness::Unique};

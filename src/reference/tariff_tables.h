@@ -1,16 +1,17 @@
 #pragma once
 
 #include "data/schema.h"
+#include "reference/code_kinds.h"
 
 namespace molven {
 
 /// LPP reimbursement list.
 struct LppCodes : Table {
     using Table::Table;
-    Text lpp_code{this, "lpp_code", 13};            ///< code
-    Label lpp_lib{this, "lpp_lib", 80};             ///< label
-    Number lpp_ttc{this, "lpp_ttc", Number::Money}; ///< reimbursement price with VAT
-    Text lpp_tips{this, "lpp_tips", 13};            ///< TIPS code that corresponds
+    Text lpp_code{this, "lpp_code", 13};                  ///< code
+    Label lpp_lib{this, "lpp_lib", 80};                   ///< label
+    Number lpp_ttc{this, "lpp_ttc", Number::Money};       ///< reimbursement price with VAT
+    Text lpp_tips{this, "lpp_tips", 13, codes::TipsCode}; ///< TIPS code that corresponds
     Trail trail{this, {lpp_code}};
     Index by_code{this, {lpp_code}, Uniqueness::Unique};
     Index by_tips{this, {lpp_tips}};
@@ -31,10 +32,10 @@ inline const TipsCodes strpartips{"strpartips"};
 /// Special prices by client and article.
 struct ClientTariffs : Table {
     using Table::Table;
-    Text tar_clt{this, "tar_clt", 6};               ///< client code
-    Text tar_ref{this, "tar_ref", 13};              ///< article reference
-    Label tar_nom{this, "tar_nom", 40};             ///< client name
-    Label tar_lib{this, "tar_lib", 40};             ///< article designation
+    Text tar_clt{this, "tar_clt", 6, codes::Client, "Ce code n'existe pas"};               ///< client code
+    Text tar_ref{this, "tar_ref", 13, codes::ArticleOfTariff, "Cet article n'existe pas"}; ///< article reference
+    Label tar_nom{this, "tar_nom", 40};                                                    ///< client name
+    Label tar_lib{this, "tar_lib", 40};                                                    ///< article designation
     Number tar_pvt{this, "tar_pvt", Number::Money}; ///< price, on the article's own basis
     Trail trail{this, {tar_clt, tar_ref}};
     Index by_client{this, {tar_clt, tar_ref}, Uniqueness::Unique};
@@ -56,10 +57,10 @@ inline const DiscountRates strparrem{"strparrem"};
 /// Commission rates of the representatives.
 struct CommissionRates : Table {
     using Table::Table;
-    Text c_rep{this, "c_rep", 3};                 ///< representative
-    Label c_nom{this, "c_nom", 40};               ///< name
-    Text c_ref{this, "c_ref", 13};                ///< commission category
-    Number c_tau{this, "c_tau", Number::Percent}; ///< percent
+    Text c_rep{this, "c_rep", 3, codes::Representative, "Ce code n'existe pas"}; ///< representative
+    Label c_nom{this, "c_nom", 40};                                              ///< name
+    Text c_ref{this, "c_ref", 13};                                               ///< commission category
+    Number c_tau{this, "c_tau", Number::Percent};                                ///< percent
     Trail trail{this, {c_rep, c_ref}};
     Index by_representative{this, {c_rep, c_ref}, Uniqueness::Unique};
 };

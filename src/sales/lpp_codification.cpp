@@ -23,10 +23,12 @@ std::optional<Fault> codify(Database molven, const Record& article) {
     return std::nullopt;
 }
 
+/// Every unit follows its article, even one that is no longer followed by unit.
 void carryIntoUnits(Database molven) {
-    for (const Record& article : molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit))
-        molven.update(strproduit, {{strproduit.pro_lpp, article[strarticle.art_lpp]}},
-                      strproduit.ref_art == article[strarticle.art_ref]);
+    for (const QString& reference : molven.countBy(strproduit, strproduit.ref_art).keys())
+        if (const auto article = articles::find(molven, reference))
+            molven.update(strproduit, {{strproduit.pro_lpp, std::as_const(*article)[strarticle.art_lpp]}},
+                          strproduit.ref_art == reference);
 }
 
 void carryIntoOpenNotes(Database molven, Database vente) {
@@ -44,15 +46,18 @@ void carryIntoOpenNotes(Database molven, Database vente) {
 
 } // namespace
 
-QList<Fault> run(const Session& session) {
+QList<Fault> run(const Session& session, const std::function<void(const QString& title)>& step) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database vente = workspace.open(session.vente());
     Transaction transaction(workspace, QStringLiteral("Codification LPP"));
     QList<Fault> faults;
+    step(QStringLiteral("Mise à Jour des fiches Articles"));
     for (const Record& article : molven.select(strarticle, strarticle.art_tip != QString(), strarticle.art_ref))
         if (const auto fault = codify(molven, article)) faults.append(*fault);
+    step(QStringLiteral("Mise à jour des des fiches Produits"));
     carryIntoUnits(molven);
+    step(QStringLiteral("Mise à jour des des lignes des Bons Livraison"));
     carryIntoOpenNotes(molven, vente);
     transaction.commit();
     return faults;

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 namespace molven::lpp_codification {
 
 /// An article whose LPP code cannot be told from its TIPS code.
@@ -16,7 +18,7 @@ struct Fault {
 };
 
 /// Derives the articles' LPP codes from their TIPS codes, then carries them into the units and into the lines of the
-/// delivery notes not yet invoiced. All in one transaction.
-QList<Fault> run(const Session& session);
+/// delivery notes not yet invoiced. All in one transaction. `step` is told the title of each step as it begins.
+QList<Fault> run(const Session& session, const std::function<void(const QString& title)>& step);
 
 } // namespace molven::lpp_codification

@@ -1,6 +1,7 @@
 #include "sales/pricing.h"
 
 #include "reference/articles.h"
+#include "reference/codes.h"
 #include "reference/party_tables.h"
 #include "reference/tariff_tables.h"
 
@@ -48,8 +49,10 @@ Preset preset(Database molven, const Record& article, const Record& client, bool
     const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
                                                      strparrem.rem_art == article[strarticle.art_rem]);
     if (discount) result.discount = std::as_const(*discount)[strparrem.rem_rem];
-    const auto tariff = molven.find(strtarifclt, strtarifclt.tar_clt == client[strclient.clt_cod] &&
-                                                     trimmed(strtarifclt.tar_ref) == article[strarticle.art_ref]);
+    const auto tariff =
+        molven.find(strtarifclt, strtarifclt.tar_clt == client[strclient.clt_cod] &&
+                                     isOneOf(trimmed(strtarifclt.tar_ref),
+                                             codes::formsOf(codes::ArticleOfTariff, article[strarticle.art_ref])));
     if (tariff) {
         result.discount = 0;
         result.price = std::as_const(*tariff)[strtarifclt.tar_pvt];

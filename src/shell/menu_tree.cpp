@@ -72,21 +72,21 @@ const QList<MenuEntry>& menuTree() {
         {2, u"mnu_vte_pro_edt"_s, u"&Réédition des proformas"_s, MenuAction::Screen, u"T_docedt4"_s, u"RED"_s},
         {1, u"mnu_vte_btr"_s, u"&Bons de transfert"_s, MenuAction::Submenu},
         {2, u"mnu_vte_btr_ges"_s, u"&Gestion des bons de transfert"_s, MenuAction::Screen, u"T_btrges"_s, u"BTR"_s},
-        {2, u"mnu_vte_btr_edt"_s, u"&Réédition des bons de transfert"_s, MenuAction::Screen, u"T_btredt"_s, u"BTR"_s},
+        {2, u"mnu_vte_btr_edt"_s, u"&Réédition des bons de transfert"_s, MenuAction::Screen, u"T_btredt"_s, u"BTR RED"_s},
         {1, u"mnu_vte_liv"_s, u"bons de &Livraison"_s, MenuAction::Submenu},
         {2, u"mnu_vte_liv_ges"_s, u"&Gestion des bons de livraison"_s, MenuAction::Screen, u"T_gestion"_s, u"LIV"_s},
-        {2, u"mnu_vte_liv_edt"_s, u"&Réédition des bons de livraison"_s, MenuAction::Reprint, {}, u"LIV"_s},
+        {2, u"mnu_vte_liv_edt"_s, u"&Réédition des bons de livraison"_s, MenuAction::Reprint, {}, u"LIV RED"_s},
         {1, u"mnu_vte_fac"_s, u"&Factures / avoirs"_s, MenuAction::Submenu},
         {2, u"mnu_vte_fac_ges"_s, u"&Gestion des factures"_s, MenuAction::InvoiceChoice, u"T_gestion"_s, u"FAC"_s},
         {2, u"mnu_vte_avo_ges"_s, u"gestion des &Avoirs"_s, MenuAction::InvoiceChoice, u"T_gestion"_s, u"AVO"_s},
-        {2, u"mnu_vte_fac_edt"_s, u"&Réédition des factures / avoirs"_s, MenuAction::Reprint, {}, u"FAC"_s},
+        {2, u"mnu_vte_fac_edt"_s, u"&Réédition des factures / avoirs"_s, MenuAction::Reprint, {}, u"FAC RED"_s},
         {2, u"mnu_vte_fac_ext"_s, u"&Edition extrait de factures"_s, MenuAction::Screen, u"T_docext"_s},
         {2, u"mnu_vte_fac_nul"_s, u"__________________________"_s, MenuAction::Separator},
         {2, u"mnu_vte_fac_cpt"_s, u"&Transfert en comptabilité"_s, MenuAction::Screen, u"T_trsfac"_s},
         {1, u"mnu_vte_csg"_s, u"bons de &Consignation"_s, MenuAction::Submenu},
         {2, u"mnu_vte_csg_ges"_s, u"&Gestion des bons de consignation"_s, MenuAction::Screen, u"T_gestion"_s, u"CSG"_s},
         {2, u"mnu_vte_avc_ges"_s, u"gestion des &Avoirs/Bons C."_s, MenuAction::Screen, u"T_gestion"_s, u"AVG"_s},
-        {2, u"mnu_vte_csg_edt"_s, u"&Réédition des bons de consignation"_s, MenuAction::Reprint, {}, u"CSG"_s},
+        {2, u"mnu_vte_csg_edt"_s, u"&Réédition des bons de consignation"_s, MenuAction::Reprint, {}, u"CSG RED"_s},
         {1, u"mnu_vte_arc"_s, u"&Archivage"_s, MenuAction::Submenu},
         {2, u"mnu_vte_arc_btr"_s, u"archivage des bons de &Transfert"_s, MenuAction::Screen, u"T_arcbtr"_s, u"BTR"_s},
         {2, u"mnu_vte_arc_liv"_s, u"archivage des &Bons de livraison"_s, MenuAction::Screen, u"T_arcdoc"_s, u"LIV"_s},
@@ -175,8 +175,9 @@ const MenuEntry* menuEntry(const QString& name) {
 
 QString reprintScreen(const CompanyRules& rules, const QString& mode, bool barcodes) {
     if (barcodes) return u"T_docbarre"_s;
-    if (mode == u"CSG") return u"T_docedt"_s;
-    return rules.reprintScreen(mode == u"FAC");
+    const QString document = mode.section(u' ', 0, 0);
+    if (document == u"CSG") return u"T_docedt"_s;
+    return rules.reprintScreen(document == u"FAC");
 }
 
 } // namespace molven

@@ -23,7 +23,8 @@ enum class MenuAction {
     Nothing
 };
 
-/// One entry of the menu. `target` is a screen or a program.
+/// One entry of the menu. `target` is a screen or a program. `mode` is the word that the screen finds in `mode_ecran`; a
+/// reprint has two, separated by a blank: the document's and "RED".
 struct MenuEntry {
     int depth; ///< 0 on the bar
     QString name;
@@ -41,7 +42,7 @@ struct MenuEntry {
 const QList<MenuEntry>& menuTree();
 const MenuEntry* menuEntry(const QString& name);
 
-/// Print screen of a document mode.
+/// Print screen of a document mode, alone or with the reprint word.
 QString reprintScreen(const CompanyRules& rules, const QString& mode, bool barcodes);
 
 } // namespace molven

@@ -3,8 +3,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
-#include "reference/parameters.h"
-#include "reference/parties.h"
+#include "reference/codes.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -18,15 +17,13 @@ using Match = ListingCriterion::Match;
 QString valueOf(const ListingCriterion& criterion, const ListingSelection& selection) {
     const QString typed = selection.values.value(criterion.control).trimmed();
     if (isEmptyDate(typed)) return {};
-    return criterion.digits > 0 ? padded(typed, criterion.digits) : typed;
+    return padded(typed, criterion.digits);
 }
 
 bool isKnown(Database molven, const ListingCriterion& criterion, const QString& value) {
-    if (criterion.lists.isEmpty() || value == ReturnedDepot) return true;
-    return std::any_of(criterion.lists.begin(), criterion.lists.end(), [&](const QString& letter) {
-        return letter == ListingCriterion::SupplierFile ? parties::findSupplier(molven, value).has_value()
-                                                        : parameters::find(molven, letter, value).has_value();
-    });
+    if (criterion.kinds.isEmpty() || value == ReturnedDepot) return true;
+    return std::any_of(criterion.kinds.begin(), criterion.kinds.end(),
+                       [&](const CodeKind* kind) { return codes::isKnown(molven, *kind, value); });
 }
 
 void requireKnown(Database molven, const ListingCriterion& criterion, const QString& value) {
@@ -64,16 +61,22 @@ ListingCriterion box(const char* control, const char* caption, const Field& fiel
     return {QString::fromLatin1(control), QString::fromUtf8(caption), field, match, QString::fromUtf8(words), digits};
 }
 
-ListingCriterion known(ListingCriterion made, const QStringList& lists, const char* unknown) {
-    made.lists = lists;
+ListingCriterion known(ListingCriterion made, const QList<const CodeKind*>& kinds, const char* unknown) {
+    made.kinds = kinds;
     made.unknown = QString::fromUtf8(unknown);
     return made;
+}
+
+QString completed(Database molven, const ListingCriterion& criterion, const QString& typed) {
+    for (const CodeKind* kind : criterion.kinds)
+        if (codes::find(molven, *kind, typed)) return codes::completed(molven, *kind, typed);
+    return padded(typed, criterion.digits);
 }
 
 Criterion criterion(Database molven, const ListingCriteria& criteria, const ListingSelection& selection) {
     Criterion all;
     for (const ListingCriterion& one : criteria.boxes) {
-        const QString value = valueOf(one, selection);
+        const QString value = completed(molven, one, valueOf(one, selection));
         if (value.isEmpty()) continue;
         requireKnown(molven, one, value);
         all = all && matched(one, value);

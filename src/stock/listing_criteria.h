@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/code_kind.h"
 #include "data/database.h"
 
 #include <QHash>
@@ -14,14 +15,12 @@ struct ListingCriterion {
     QString caption;
     const Field& field;
     Match match;
-    QString words;                ///< before the value and its closing quote
-    int digits = 0;               ///< of a numeric code padded with zeros
-    QStringList lists = {};       ///< letters of the parameter lists of which one knows the code; or SupplierFile
-    QString unknown = {};         ///< before and behind the code: "Ce dépôt |n'existe pas"
-    QString choice = {};          ///< the list whose chosen option changes the words
-    QStringList choiceWords = {}; ///< by option; an empty one keeps `words`
-
-    static inline const QString SupplierFile = QStringLiteral("fournisseur");
+    QString words;                     ///< before the value and its closing quote
+    int digits = 0;                    ///< of a number padded with zeros
+    QList<const CodeKind*> kinds = {}; ///< of a code, one of which must know it
+    QString unknown = {};              ///< before and behind the code: "Ce dépôt |n'existe pas"
+    QString choice = {};               ///< the list whose chosen option changes the words
+    QStringList choiceWords = {};      ///< by option; an empty one keeps `words`
 };
 
 /// One choice of a criterion with few values.
@@ -56,8 +55,11 @@ namespace listing {
 /// A row of the table of criteria.
 ListingCriterion box(const char* control, const char* caption, const Field& field, ListingCriterion::Match match,
                      const char* words, int digits = 0);
-/// The same for a code that one of these lists must know; `unknown` is told otherwise.
-ListingCriterion known(ListingCriterion made, const QStringList& lists, const char* unknown);
+/// The same for a code that one of these kinds must know; `unknown` is told otherwise.
+ListingCriterion known(ListingCriterion made, const QList<const CodeKind*>& kinds, const char* unknown);
+
+/// What is typed into a box, a short code or number made whole.
+QString completed(Database molven, const ListingCriterion& criterion, const QString& typed);
 
 /// Everything asked, joined by "and". Throws Refusal for an unknown code or a faulty date.
 Criterion criterion(Database molven, const ListingCriteria& criteria, const ListingSelection& selection);

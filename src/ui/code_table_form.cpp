@@ -1,5 +1,6 @@
 #include "ui/code_table_form.h"
 
+#include "dossier/references.h"
 #include "ui/pick_panel.h"
 #include "ui/printed_list.h"
 
@@ -21,11 +22,13 @@ void CodeTableForm::build(const CodeTableView& view) {
     grid_ = new Grid(QStringLiteral("DBGrid1"), view.columns, this);
     panel_ = new RecordPanel(view.boxes, 1, this);
     for (const FieldBox& box : panel_->boxes()) {
-        bind(box.field->name, panel_->edit(*box.field));
-        onLeft(panel_->edit(*box.field), [this] { shown(); });
+        const Field& field = *box.field;
+        bind(field.name, panel_->edit(field));
+        onLeft(panel_->edit(field), [this, &field] { left(field); });
     }
-    for (const Text* key : view.kind.key)
-        if (Edit* edit = panel_->edit(*key)) onLeft(edit, [this] { lookUp(); });
+    codes_.emplace(*this, *panel_, view.files);
+    codes_->valueOf = [this](const Text& field) { return blank().value(field); };
+    codes_->wire([this](const Field& field) { left(field); });
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return view_->database.select(view_->kind.table, view_->criterion && filter,
                                       order.terms.isEmpty() ? view_->order : order);
@@ -108,16 +111,23 @@ QString CodeTableForm::nameOf(const Record& record) const {
 
 bool CodeTableForm::hasUnsavedWork() const { return panel_->differsFrom(*shown_); }
 
+void CodeTableForm::left(const Field& field) { keyFields().contains(&field) ? lookUp() : showWords(); }
+
+void CodeTableForm::showWords() {
+    codes_->showWords();
+    shown();
+}
+
 void CodeTableForm::lookUp() {
     const auto found = !adding_ && isKeyTyped() ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
-    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(*shown_).values) return shown();
+    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(*shown_).values) return showWords();
     Record underTypedKey = *shown_; // another key is no work that would be lost, the other boxes are
     for (const Text* key : view_->kind.key)
         if (panel_->edit(*key)) underTypedKey.set(*key, typed(*key));
     if (!panel_->differsFrom(underTypedKey) || mayLoseWork()) return show(*found);
     for (const Text* key : view_->kind.key)
         if (Edit* edit = panel_->edit(*key)) edit->put(shown_->value(*key));
-    shown();
+    showWords();
 }
 
 /// Another row became current: its record comes up, unless the user keeps what is typed over the one shown.
@@ -135,7 +145,7 @@ void CodeTableForm::show(const Record& record) {
     const auto fresh = view_->database.find(view_->kind.table, view_->kind.sameKey(record));
     shown_ = fresh ? *fresh : blank();
     panel_->load(*shown_);
-    shown();
+    showWords();
     grid_->followRecord(*shown_, keyFields());
 }
 
@@ -150,7 +160,7 @@ void CodeTableForm::startAdding() {
     shown_ = blank();
     panel_->load(*shown_);
     setAdding(true);
-    shown();
+    showWords();
     Edit* first = panel_->edit(*panel_->boxes().first().field);
     first->setFocus();
     first->selectAll();
@@ -173,19 +183,21 @@ void CodeTableForm::write() {
     endEntry();
     show(record);
     grid_->setFocus(); // only now: an empty current row would become the first one
-    written(record);
 }
 
 void CodeTableForm::remove() {
-    const Record record = typedKeyRecord();
+    Record record = typedKeyRecord();
     if (isKeyTyped()) {
         const auto stored = view_->database.find(view_->kind.table, typedKey());
         if (!stored) throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
         const QString question = QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? ");
         if (!prompt().confirm(question, nameOf(*stored))) return;
+        record = *stored;
     }
     const int row = grid_->currentIndex().row();
-    code_tables::remove(view_->database, view_->kind, record);
+    references::remove(session(), record, [this, &record](references::Files& files) {
+        code_tables::remove(files[view_->file], view_->kind, record);
+    });
     endEntry();
     showRow(row);
     grid_->setFocus();
@@ -209,16 +221,12 @@ void CodeTableForm::endEntry() {
 std::function<void(const Record&)> CodeTableForm::put(const Field& field, const Field& from) {
     return [this, &field, &from](const Record& row) {
         panel_->edit(field)->put(row.value(from));
-        if (view_->kind.key.contains(static_cast<const Text*>(&field)))
-            lookUp();
-        else
-            shown();
+        left(field);
     };
 }
 
 void CodeTableForm::picker(const Field& field, const std::function<PickList()>& list) {
-    onPick(
-        panel_->edit(field), [this, list] { pick(list()); }, panel_->listButton(field));
+    onPick(panel_->edit(field), [this, list] { pick(list()); });
 }
 
 void CodeTableForm::print() {

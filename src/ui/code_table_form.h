@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reference/code_tables.h"
+#include "ui/code_boxes.h"
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/record_panel.h"
@@ -18,9 +19,11 @@ struct CodeTableView {
     QList<GridColumn> columns;
     QList<FieldBox> boxes;
     Order order;
-    Criterion criterion = {};      ///< the records of the table that this screen keeps
-    QList<Assignment> preset = {}; ///< what a new record holds from the start
-    bool hasFixedRows = false;     ///< records are changed only, never added nor deleted
+    Criterion criterion = {};             ///< the records of the table that this screen keeps
+    QList<Assignment> preset = {};        ///< what a new record holds from the start
+    bool hasFixedRows = false;            ///< records are changed only, never added nor deleted
+    DataFile file = DataFile::Molven;     ///< that holds the table
+    QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
 };
 
 /// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
@@ -31,12 +34,10 @@ protected:
     /// Builds the screen; called once by the subclass.
     void build(const CodeTableView& view);
 
-    /// The codes on the screen changed: words beside them.
+    /// The codes on the screen changed, the words beside them stand: what else follows from them.
     virtual void shown() {}
     /// Writes a record, a new one when there is nothing before; a subclass may write more with it, in one transaction.
     virtual void save(const Record& record, const std::optional<Record>& before);
-    /// A record was added or changed.
-    virtual void written(const Record&) {}
     /// Order of the printed list; the list's own when nothing is answered.
     virtual std::optional<Order> printOrder() { return std::nullopt; }
 
@@ -44,7 +45,7 @@ protected:
     QString typed(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
     /// Puts what a list gave into a box.
     std::function<void(const Record&)> put(const Field& field, const Field& from);
-    /// The list behind a code box.
+    /// Another list behind a code box than its kind's.
     void picker(const Field& field, const std::function<PickList()>& list);
     QHBoxLayout* extraButtons() { return extraButtons_; }
     /// Gives up what is typed, reads the list again and shows the record again.
@@ -55,6 +56,8 @@ protected:
 private:
     QLayout* buttonRow();
     Record typedKeyRecord() const;
+    void left(const Field& field);
+    void showWords();
     Criterion typedKey() const;
     bool isKeyTyped() const;
     QString nameOf(const Record& record) const;
@@ -74,6 +77,7 @@ private:
     std::optional<CodeTableView> view_;
     Grid* grid_ = nullptr;
     RecordPanel* panel_ = nullptr;
+    std::optional<CodeBoxes> codes_;
     QHBoxLayout* extraButtons_ = nullptr;
     QPushButton* add_ = nullptr;
     QPushButton* change_ = nullptr;

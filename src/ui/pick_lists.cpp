@@ -98,11 +98,34 @@ PickList tipsCodes(Database molven, const Chosen& chosen) {
                      {}, strpartips.cod_tips, chosen);
 }
 
+PickList discounts(Database molven, const Chosen& chosen) {
+    return overTable(molven, strparrem, QStringLiteral("LISTE DES REMISES "),
+                     {{&strparrem.rem_clt, QStringLiteral("Client"), 80},
+                      {&strparrem.rem_art, QStringLiteral("Article"), 80},
+                      {&strparrem.rem_rem, QStringLiteral("Remise %"), 100, QStringLiteral("00.00")},
+                      {&strparrem.rem_lib, QStringLiteral("Libellé"), 360}},
+                     {}, {strparrem.rem_clt, strparrem.rem_art}, chosen);
+}
+
 PickList accounts(Database compta, const QString& start, const Chosen& chosen) {
     return overTable(
         compta, strplan, QStringLiteral("LE PLAN COMPTABLE"),
         {{&strplan.cpt_aff, QStringLiteral("Compte"), 120}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 400}},
         startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
+}
+
+PickList codes(Database file, const CodeKind& kind, const Chosen& chosen) {
+    if (kind.table == &strclient) return clients(file, chosen);
+    if (kind.table == &strfournis) return suppliers(file, chosen);
+    if (kind.table == &strarticle) return articles(file, chosen);
+    if (kind.table == &strparrgt) return paymentModes(file, chosen);
+    if (kind.table == &strparfac) return vatCodes(file, chosen);
+    if (kind.table == &strmonnaie) return currencies(file, chosen);
+    if (kind.table == &strlpp) return lppCodes(file, chosen);
+    if (kind.table == &strpartips) return tipsCodes(file, chosen);
+    if (kind.table == &strplan) return accounts(file, {}, chosen);
+    if (kind.table == &strparrem) return discounts(file, chosen);
+    return parameters(file, kind.letter, kind.title, chosen);
 }
 
 PickList movements(Database molven, const QString& reference) {

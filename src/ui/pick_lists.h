@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/code_kind.h"
 #include "ui/pick_panel.h"
 
 namespace molven::pick_lists {
@@ -18,9 +19,12 @@ PickList paymentModes(Database molven, const Chosen& chosen);
 PickList vatCodes(Database molven, const Chosen& chosen);
 PickList currencies(Database molven, const Chosen& chosen);
 PickList lppCodes(Database molven, const Chosen& chosen);
+PickList discounts(Database molven, const Chosen& chosen);
 PickList tipsCodes(Database molven, const Chosen& chosen);
 /// Accounts that begin with these digits.
 PickList accounts(Database compta, const QString& start, const Chosen& chosen);
+/// The list behind a box of this kind; `file` holds the kind's table.
+PickList codes(Database file, const CodeKind& kind, const Chosen& chosen);
 /// Units that meet a condition, by immatriculation.
 PickList units(Database molven, const QString& title, const Criterion& criterion, const Chosen& chosen);
 

@@ -14,6 +14,8 @@ void RecordForm::build(const Description& description) {
     list_->rows().setQuery(description.query);
     panel_ = new RecordPanel(description.boxes, description.columns, this);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
+    codes_.emplace(*this, *panel_, description.files);
+    codes_->wire([this](const Field&) { showWords(); });
     list_->becameCurrent = list_->chosen = [this](const Record& row) { bringUp(row); };
     panel_->edit(description.key)->isKey = true;
     onLeft(panel_->edit(description.key), [this] { lookUp(); });
@@ -99,11 +101,15 @@ void RecordForm::setState(State state) {
     for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!editing);
     for (QPushButton* made : {validate_, abandon_}) made->setEnabled(editing);
     stateChanged();
+    showWords();
+}
+
+void RecordForm::showWords() {
+    codes_->showWords();
     shown();
 }
 
 void RecordForm::picker(const Field& field, const std::function<PickList()>& list) {
-    onLeft(panel_->edit(field), [this] { shown(); });
     onPick(panel_->edit(field), [this, list] {
         if (state_ != State::Viewing) pick(list());
     });
@@ -118,12 +124,12 @@ void RecordForm::keyPicker(const std::function<PickList(const std::function<void
 std::function<void(const Record&)> RecordForm::put(const Field& field, const Field& from) {
     return [this, &field, &from](const Record& row) {
         panel_->edit(field)->put(row.value(from));
-        shown();
+        showWords();
     };
 }
 
 void RecordForm::lookUp() {
-    if (state_ != State::Viewing) return shown();
+    if (state_ != State::Viewing) return showWords();
     const QString key = panel_->edit(description_->key)->value().trimmed();
     if (key.isEmpty()) return clearScreen();
     const auto found = find(key);

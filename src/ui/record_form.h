@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/code_boxes.h"
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/pick_panel.h"
@@ -23,10 +24,11 @@ protected:
         QList<GridColumn> list; ///< columns of DBGrid1
         RecordModel::Query query;
         QList<FieldBox> boxes;
-        int columns = 2;    ///< of boxes
-        const Text& key;    ///< the code a record is found by
-        QString unknown;    ///< said when the code typed has no record
-        QString noneChosen; ///< said when a button needs a record on the screen
+        int columns = 2;                      ///< of boxes
+        const Text& key;                      ///< the code a record is found by
+        QString unknown;                      ///< said when the code typed has no record
+        QString noneChosen;                   ///< said when a button needs a record on the screen
+        QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
     };
 
     RecordForm(Desk& desk, const QString& name) : Form(desk, name) {}
@@ -42,7 +44,7 @@ protected:
     virtual void erase(const Record& record) = 0;
     /// Another record came up, or its change begins: further boxes are filled, opened or closed.
     virtual void stateChanged() {}
-    /// A code changed: the words beside the codes.
+    /// A code changed, the words beside the codes stand: what else follows from the codes.
     virtual void shown() {}
     /// Boxes of the subclass's own hold something that the record does not.
     virtual bool hasFurtherChanges() const { return false; }
@@ -56,7 +58,8 @@ protected:
     const std::optional<Record>& record() const { return record_; }
     void show(const Record& record);
     QString typedCode(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
-    /// The list behind a code box, while the record is changed; leaving the box shows the words of its code.
+    CodeBoxes& codeBoxes() { return *codes_; }
+    /// Another list behind a code box than its kind's, while the record is changed.
     void picker(const Field& field, const std::function<PickList()>& list);
     /// The list behind the key box, while records are looked at.
     void keyPicker(const std::function<PickList(const std::function<void(const Record&)>&)>& list);
@@ -74,6 +77,7 @@ private:
     QLayout* buttonRow();
     void bringUp(const Record& row);
     void setState(State state);
+    void showWords();
     void lookUp();
     void startAdding();
     void startChanging();
@@ -87,6 +91,7 @@ private:
     std::optional<Record> record_;
     Grid* list_ = nullptr;
     RecordPanel* panel_ = nullptr;
+    std::optional<CodeBoxes> codes_;
     QHBoxLayout* extraButtons_ = nullptr;
     QVBoxLayout* extraRows_ = nullptr;
     QPushButton* add_ = nullptr;

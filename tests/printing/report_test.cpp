@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFontMetricsF>
-
 namespace molven {
 
 namespace {
@@ -61,7 +59,7 @@ TEST(Reports, SayOnEveryPageWhoseTheyAreWhatTheyHoldAndWhichPageItIs) {
                                 QStringLiteral("Code"), QStringLiteral(" / %1").arg(job.pages())})
         EXPECT_EQ(times(text), job.pages()) << text.toStdString();
     for (int i = 0; i < 150; ++i) EXPECT_EQ(times(QStringLiteral("C%1").arg(i)), 1) << i;
-    EXPECT_EQ(times(QStringLiteral("Famille 0")), 2) << "a group goes on over the page";
+    EXPECT_EQ(times(QStringLiteral("Famille 1")), 2) << "a group goes on over the page";
     EXPECT_TRUE(job.contains(QStringLiteral("Nbre sélection : 150 / nbre de pages : %1").arg(job.pages())));
     expectNothingBeyondThePaper(job);
 }
@@ -91,7 +89,8 @@ TEST_P(ReportWidths, ShowEveryCellWhole) {
     bool isBroken = false;
     for (const PrintedText& piece : job.pieces()) {
         isBroken = isBroken || !piece.lines.isEmpty();
-        if (!piece.lines.isEmpty()) EXPECT_EQ(piece.lines.join(u' '), piece.text.trimmed());
+        EXPECT_TRUE(piece.lines.isEmpty() || piece.lines.join(u' ') == piece.text.trimmed())
+            << piece.text.toStdString();
     }
     EXPECT_EQ(isBroken, one.isBroken);
     for (const QString& cell : cells) EXPECT_TRUE(job.contains(cell)) << cell.toStdString();
@@ -101,7 +100,7 @@ TEST_P(ReportWidths, ShowEveryCellWhole) {
 
 INSTANTIATE_TEST_SUITE_P(Lists, ReportWidths,
                          testing::Values(WidthCase{"narrow", 2, 20, Orientation::Upright, false},
-                                         WidthCase{"wide", 4, 40, Orientation::Lying, false},
+                                         WidthCase{"wide", 4, 32, Orientation::Lying, false},
                                          WidthCase{"widest", 12, 45, Orientation::Lying, true}),
                          [](const auto& info) { return info.param.name; });
 
@@ -110,7 +109,8 @@ TEST(Reports, AlignNumbersAtTheRight) {
     report.row({QStringLiteral("A"), QStringLiteral("1,00")});
     report.row({QStringLiteral("B"), QStringLiteral("1000,00")});
     QList<int> rights;
-    for (const PrintedText& piece : report.print(Company, Day).pieces())
+    const PrintJob job = report.print(Company, Day);
+    for (const PrintedText& piece : job.pieces())
         if (piece.text.endsWith(QStringLiteral(",00"))) rights.append(piece.x + widthOf(piece));
     ASSERT_EQ(rights.size(), 2);
     EXPECT_NEAR(rights[0], rights[1], 1);

@@ -2,6 +2,7 @@
 
 #include "reference/articles.h"
 #include "reference/code_tables.h"
+#include "reference/ean.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 
@@ -80,6 +81,11 @@ TEST_F(ArticleFiles, RefuseUnknownLettersAndAccounts) {
         {"Taper T ou A ou X!!", [](articles::Entry& e) { e.kind = QStringLiteral("Z"); }},
         {"Taper O ou N !!", [](articles::Entry& e) { e.stocked = QStringLiteral("Y"); }},
         {"Taper F / N ou G !!", [](articles::Entry& e) { e.article[strarticle.art_typ] = QStringLiteral("Q"); }},
+        {"Taper T ou L !!", [](articles::Entry& e) { e.article[strarticle.art_cat] = QStringLiteral("X"); }},
+        {"Prix incorrect", [](articles::Entry& e) { e.article[strarticle.art_pv1] = Decimal(-1); }},
+        {"Prix incorrect", [](articles::Entry& e) { e.article[strarticle.art_ttc] = Decimal(-1); }},
+        {"Stock minimum incorrect",
+         [](articles::Entry& e) { e.article[strarticle.art_min] = Decimal(3) / Decimal(2); }},
         {"Origine incorrecte", [](articles::Entry& e) { e.article[strarticle.art_ori] = QStringLiteral("Q"); }},
         {"Cette imputation comptable VENTE n'existe pas",
          [](articles::Entry& e) { e.article[strarticle.art_cpt] = QStringLiteral("7"); }},
@@ -117,6 +123,37 @@ TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
     entry.article[strarticle.art_ref] = QStringLiteral("CUP3");
     EXPECT_EQ(save(entry), QStringLiteral("probleme Gencode"));
     EXPECT_FALSE(articles::find(molven, QStringLiteral("CUP3")).has_value());
+
+    // An old article is changed all the same, and says that it has no code.
+    entry = entryOf("HIP");
+    const Record before = entry.article;
+    entry.article[strarticle.art_typ] = QStringLiteral("F");
+    EXPECT_EQ(articles::save(molven, compta, gencode, dossier.session.rules(), entry, before),
+              QStringLiteral("probleme Gencode"));
+    EXPECT_EQ(articles::find(molven, QStringLiteral("HIP"))->value(strarticle.art_typ), QStringLiteral("F"));
+}
+
+TEST_F(ArticleFiles, GiveTheirEanBackToThePoolAndTakeNoOtherArticles) {
+    articles::remove(molven, gencode, QStringLiteral("CUP"));
+    EXPECT_EQ(ean::codeFor(gencode, QStringLiteral("AUTRE")), QStringLiteral("3760000000001"));
+    articles::Entry text = entryOf("NOTE");
+    const Record note = text.article;
+    text.article[strarticle.art_typ] = QStringLiteral("F");
+    EXPECT_EQ(save(text, note), QStringLiteral("(accepté)"));
+    EXPECT_EQ(eanOf("NOTE"), QString()) << "a text line has no barcode";
+
+    articles::Entry entry = entryOf("HIP");
+    const Record before = entry.article;
+    entry.article[strarticle.art_ean] = QStringLiteral("3760000000001");
+    EXPECT_EQ(save(entry, before), QStringLiteral("(accepté)"));
+    articles::Entry other = entryOf("GRAFT");
+    const Record graft = other.article;
+    other.article[strarticle.art_ean] = QStringLiteral("3760000000001");
+    EXPECT_EQ(save(other, graft), QStringLiteral("Ce code est pris par l'article HIP"));
+    const Record taken = entry.article;
+    entry.article[strarticle.art_ean] = QString();
+    EXPECT_EQ(save(entry, taken), QStringLiteral("(accepté)"));
+    EXPECT_EQ(gencode.count(strgencode, strgencode.ean_art != QString()), 0);
 }
 
 TEST_F(ArticleFiles, KeepFollowUpCodesAndLabelsInUpperCase) {
@@ -149,7 +186,7 @@ TEST_F(ArticleFiles, KeepAReceiptMadeWhileTheyWereChanged) {
 TEST_F(ArticleFiles, AreNotDeletedWhileTheyHaveStockOrOrders) {
     dossier.receive(QStringLiteral("HIP"), 1);
     const auto remove = [&](const char* reference) {
-        return refusalOf([&] { articles::remove(molven, QString::fromLatin1(reference)); });
+        return refusalOf([&] { articles::remove(molven, gencode, QString::fromLatin1(reference)); });
     };
     EXPECT_EQ(remove("HIP"), QStringLiteral("Cet article a des produits en stock/en commande"));
     molven.update(strarticle, {{strarticle.art_cdef, QStringLiteral("1")}},
@@ -178,6 +215,24 @@ TEST_F(ArticleFiles, OfClientsCheckTheirCodes) {
     }
     EXPECT_EQ(molven.count(strclient, strclient.clt_nom == QStringLiteral("L'HÔTEL-DIEU")), 1);
     EXPECT_EQ(parties::blankClient(molven).value(strclient.clt_cod), QStringLiteral("000004"));
+    for (const char* code : {"999999", "ZZ-9"}) { // the last code of all, one from another program
+        Record foreign(strclient);
+        foreign[strclient.clt_cod] = QString::fromLatin1(code);
+        molven.insert(foreign);
+        EXPECT_EQ(parties::blankClient(molven).value(strclient.clt_cod), QStringLiteral("000004"));
+    }
+}
+
+TEST_F(ArticleFiles, OfClientsKeepAFolderWhateverElseIsWrittenMeanwhile) {
+    molven.update(strclient, {{strclient.clt_tel1, QStringLiteral("04")}}, {});
+    parties::setClientFolder(molven, QStringLiteral("1"), QStringLiteral("/documents/1"));
+    const Record client = parties::findClient(molven, QStringLiteral("1")).value();
+    EXPECT_EQ(client[strclient.clt_chemin] + client[strclient.clt_tel1], QStringLiteral("/documents/104"));
+    EXPECT_EQ(parties::findClient(molven, QStringLiteral("2"))->value(strclient.clt_chemin), QString());
+    EXPECT_EQ(refusalOf([&] { parties::setClientFolder(molven, QStringLiteral("1"), QString(256, u'x')); }),
+              QStringLiteral("Chemin trop long"));
+    EXPECT_EQ(refusalOf([&] { parties::setSupplierFolder(molven, QStringLiteral("9"), QStringLiteral("/x")); }),
+              QStringLiteral("Ce code n'existe pas"));
 }
 
 namespace {

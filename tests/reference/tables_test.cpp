@@ -46,38 +46,114 @@ Decimal number(const char* text) { return Decimal::parse(QString::fromLatin1(tex
 TEST_F(Tables, PushAPriceIntoTheArticlesOfACodeByTheirVatRate) {
     set("CUP", strarticle.art_tva, "2");
     set("GRAFT", strarticle.art_lpp, "3199999");
-    EXPECT_EQ(article_updates::pushLppPrice(molven, QStringLiteral("3100001"), number("105.50")), 5);
+    using article_updates::lpp, article_updates::pushPrice, article_updates::tips;
+    EXPECT_EQ(pushPrice(molven, lpp(), QStringLiteral("3100001"), number("105.50")), 5);
     EXPECT_EQ(pricesOf("HIP"), QStringLiteral("100 105.5 105.50"));
     EXPECT_EQ(pricesOf("CUP"), QStringLiteral("87.92 105.5 105.50"));
     EXPECT_EQ(pricesOf("GRAFT"), QStringLiteral("100 105.5 "));
-    EXPECT_EQ(article_updates::pushLppPrice(molven, QStringLiteral("3199999"), Decimal(0)), 1);
+    EXPECT_EQ(pushPrice(molven, lpp(), QStringLiteral("3199999"), Decimal(0)), 1);
     EXPECT_EQ(pricesOf("GRAFT"), QStringLiteral("0 0 0.00"));
     set("SCREW", strarticle.art_tip, "300B01");
-    EXPECT_EQ(article_updates::pushTipsPrice(molven, QStringLiteral("300B01"), Decimal(211)), 1);
+    EXPECT_EQ(pushPrice(molven, tips(), QStringLiteral("300B01"), Decimal(211)), 1);
     EXPECT_EQ(pricesOf("SCREW"), QStringLiteral("200 211 211.00"));
 }
 
+TEST_F(Tables, WriteAReimbursementPriceAndItsArticlesTogetherOrNot) {
+    const auto rowOf = [&] { return molven.find(strlpp, strlpp.lpp_code == QStringLiteral("3100001")).value(); };
+    const auto save = [&](const Decimal& price, const Record& before, bool intoArticles) {
+        Record row = before;
+        row[strlpp.lpp_ttc] = price;
+        article_updates::saveReimbursement(molven, article_updates::lpp(), row, before, intoArticles);
+    };
+    const Record before = rowOf();
+    save(number("105.50"), before, true);
+    EXPECT_EQ(pricesOf("HIP"), QStringLiteral("100 105.5 105.50"));
+    EXPECT_EQ(test::dataErrorOf([&] { save(Decimal(211), before, true); }), DataError::RecordChanged);
+    EXPECT_EQ(refusalOf([&] { save(Decimal(-211), rowOf(), true); }), QStringLiteral("Prix incorrect"));
+    save(Decimal(422), rowOf(), false);
+    EXPECT_EQ(rowOf().value(strlpp.lpp_ttc), QStringLiteral("422"));
+    EXPECT_EQ(pricesOf("HIP"), QStringLiteral("100 105.5 105.50")) << "only asked for prices go on";
+}
+
+namespace {
+
+struct TableFault {
+    const CodeTable& (*kind)();
+    const Number& field;
+    const char* wrong;
+    const char* message;
+};
+
+} // namespace
+
+TEST_F(Tables, RefuseNumbersThatAreNone) {
+    const TableFault faults[] = {{code_tables::clientTariffs, strtarifclt.tar_pvt, "", " Prix obligatoire"},
+                                 {code_tables::clientTariffs, strtarifclt.tar_pvt, "-1", "Prix incorrect"},
+                                 {code_tables::tipsCodes, strpartips.ttc_tips, "-0.01", "Prix incorrect"},
+                                 {code_tables::panPrices, strpan.pan_pan, "-1", "Prix incorrect"},
+                                 {code_tables::paymentModes, strparrgt.nbj_rglt, "30.5", "Nombre de jours incorrect"},
+                                 {code_tables::paymentModes, strparrgt.jou_rglt, "1.5", "Jour du mois incorrect"},
+                                 {code_tables::paymentModes, strparrgt.jou_rglt, "32", "Jour du mois incorrect"},
+                                 {code_tables::vatCodes, strparfac.par1_tx, "100.01", "Taux incorrect"},
+                                 {code_tables::discounts, strparrem.rem_rem, "-1", "Taux incorrect"},
+                                 {code_tables::currencies, strmonnaie.mon_euro, "-1", "Taux incorrect"}};
+    for (const TableFault& fault : faults) {
+        const CodeTable& kind = fault.kind();
+        Record record(kind.table);
+        for (const Text* key : kind.key) record.set(*key, QStringLiteral("9"));
+        for (const CodeTable::Required& required : kind.required) record.set(required.field, QStringLiteral("9"));
+        if (&kind.table == &strtarifclt) {
+            record.set(strtarifclt.tar_clt, QStringLiteral("000001"));
+            record.set(strtarifclt.tar_ref, QStringLiteral("HIP"));
+        }
+        record.set(static_cast<const Field&>(fault.field), QString::fromLatin1(fault.wrong));
+        EXPECT_EQ(refusalOf([&] { code_tables::add(molven, kind, record); }), QString::fromUtf8(fault.message))
+            << fault.field.name.toStdString() << " " << fault.wrong;
+        record.set(fault.field, Decimal(7));
+        EXPECT_EQ(refusalOf([&] { code_tables::requireWritable(molven, kind, record, true); }),
+                  QStringLiteral("(accepté)"));
+    }
+}
+
 TEST_F(Tables, GiveAFamilyItsAccountAndTheArticlesTheirPan) {
+    Database compta = workspace.open(dossier.session.path(DataFile::Compta));
     const auto push = [&](const char* family, const char* account) {
         return refusalOf([&] {
-            article_updates::setFamilyAccount(molven, QString::fromLatin1(family), QString::fromLatin1(account));
+            article_updates::setFamilyAccount(molven, compta, QString::fromLatin1(family),
+                                              QString::fromLatin1(account));
         });
     };
     EXPECT_EQ(push("000", "7071"), QStringLiteral("Imputation comptable incorrecte"));
     EXPECT_EQ(push("XXX", "707000000"), QStringLiteral("Aucun article dans cette famille"));
+    set("NOTE", strarticle.art_fam, "");
+    EXPECT_EQ(push("", "707000000"), QStringLiteral(" Code obligatoire"));
+    EXPECT_EQ(article("NOTE").value(strarticle.art_cpt), QStringLiteral("700000000"))
+        << "no family is not the family of those without one";
     EXPECT_EQ(push("000", "707000000"), QStringLiteral("(accepté)"));
     EXPECT_EQ(article("HIP").value(strarticle.art_cpt), QStringLiteral("707000000"));
+    const auto unknown =
+        article_updates::setFamilyAccount(molven, compta, QStringLiteral("000"), QStringLiteral("799999999"));
+    EXPECT_FALSE(unknown.isInChart);
+    EXPECT_EQ(article("HIP").value(strarticle.art_cpt), QStringLiteral("799999999"));
 
     dossier.receive(QStringLiteral("HIP"), 1);
     EXPECT_EQ(article_updates::fillPanTable(molven), 6);
     molven.update(strpan, {{strpan.pan_pan, QStringLiteral("9")}}, strpan.pan_ref == QStringLiteral("CUP"));
+    Record byHand(strpan);
+    byHand[strpan.pan_ref] = QStringLiteral("A-LA-MAIN");
+    byHand[strpan.pan_pan] = Decimal(3);
+    molven.insert(byHand);
+    set("GRAFT", strarticle.art_li1, "GREFFON");
     EXPECT_EQ(article_updates::fillPanTable(molven), 6);
+    EXPECT_EQ(molven.count(strpan, strpan.pan_lib == QStringLiteral("GREFFON")), 1);
     EXPECT_EQ(article_updates::copyPurchaseToPan(molven), 1);
     const auto panOf = [&](const char* reference) {
         return molven.find(strpan, strpan.pan_ref == QString::fromLatin1(reference))->value(strpan.pan_pan);
     };
     EXPECT_EQ(panOf("HIP"), QStringLiteral("50"));
     EXPECT_EQ(panOf("CUP"), QStringLiteral("9")) << "a price typed by hand outlives a new fill";
+    EXPECT_EQ(panOf("A-LA-MAIN"), QStringLiteral("3")) << "so does a row typed by hand";
+    EXPECT_EQ(molven.count(strpan), 7);
 }
 
 TEST_F(Tables, TellLppCodesFromTipsCodesOnlyWhenThereIsOne) {
@@ -96,7 +172,13 @@ TEST_F(Tables, TellLppCodesFromTipsCodesOnlyWhenThereIsOne) {
     set("HIP", strarticle.art_tip, "T1");
     set("CUP", strarticle.art_tip, "T2");
     set("GRAFT", strarticle.art_tip, "T9");
-    const QList<lpp_codification::Fault> faults = lpp_codification::run(dossier.session);
+    set("HIP", strarticle.art_aig, "K"); // units follow their article, even one that is no longer followed by unit
+    QStringList steps;
+    const QList<lpp_codification::Fault> faults =
+        lpp_codification::run(dossier.session, [&](const QString& title) { steps.append(title); });
+    EXPECT_EQ(steps, QStringList({QStringLiteral("Mise à Jour des fiches Articles"),
+                                  QStringLiteral("Mise à jour des des fiches Produits"),
+                                  QStringLiteral("Mise à jour des des lignes des Bons Livraison")}));
     ASSERT_EQ(faults.size(), 2);
     EXPECT_EQ(faults[0].reference + faults[0].lpp, QStringLiteral("CUPMultiple"));
     EXPECT_EQ(faults[1].reference + faults[1].lpp, QStringLiteral("GRAFTInconnu"));
@@ -130,18 +212,33 @@ TEST_F(Tables, KeepEanCodesWithTheirCheckDigit) {
 
 TEST_F(Tables, KeepSeveralLppCodesOnlyForAnArticleThatSaysSo) {
     Database compta = workspace.open(dossier.session.path(DataFile::Compta));
-    const auto save = [&](const QString& lpp, const QString& first) {
+    const auto save = [&](const QString& lpp, std::optional<std::array<const char*, 3>> typed) {
         articles::Entry entry = articles::entryOf(article("HIP"));
         const Record before = entry.article;
         entry.article[strarticle.art_lpp] = lpp;
-        entry.severalLpp[strartlpp.lpp_1] = first;
-        articles::save(molven, compta, gencode, dossier.session.rules(), entry, before);
-        return articles::severalLpp(molven, QStringLiteral("HIP")).value(strartlpp.lpp_1);
+        if (typed) {
+            entry.severalLpp = Record(strartlpp);
+            entry.severalLpp->set(strartlpp.lpp_1, QString::fromLatin1((*typed)[0]));
+            entry.severalLpp->set(strartlpp.lpp_2, QString::fromLatin1((*typed)[1]));
+            entry.severalLpp->set(strartlpp.lpp_3, QString::fromLatin1((*typed)[2]));
+        }
+        const QString refused =
+            refusalOf([&] { articles::save(molven, compta, gencode, dossier.session.rules(), entry, before); });
+        if (refused != u"(accepté)") return refused;
+        const Record kept = articles::severalLpp(molven, QStringLiteral("HIP"));
+        return QStringList{kept[strartlpp.lpp_1], kept[strartlpp.lpp_2], kept[strartlpp.lpp_3]}.join(u'/');
     };
-    EXPECT_EQ(save(SeveralLpp, QStringLiteral("3100001")), QStringLiteral("3100001"));
-    EXPECT_EQ(save(SeveralLpp, {}), QStringLiteral("3100001")) << "a change without codes keeps them";
-    EXPECT_EQ(save(QStringLiteral("3100001"), {}), QString());
+    using Typed = std::array<const char*, 3>;
+    EXPECT_EQ(save(SeveralLpp, Typed{"", "", ""}), QStringLiteral(" LPP obligatoire"));
+    EXPECT_EQ(save(SeveralLpp, Typed{"3100001", "", "3100001"}), QStringLiteral("Ce code LPP est saisi deux fois"));
+    EXPECT_EQ(save(SeveralLpp, Typed{"3100001", "3100002", "3100003"}), QStringLiteral("3100001/3100002/3100003"));
+    EXPECT_EQ(save(SeveralLpp, {}), QStringLiteral("3100001/3100002/3100003")) << "none told, none changed";
+    EXPECT_EQ(save(SeveralLpp, Typed{"", "3100002", "3100003"}), QStringLiteral("3100002/3100003/"));
+    EXPECT_EQ(save(QStringLiteral("3100001"), Typed{"3100002", "", ""}), QStringLiteral("//"));
     EXPECT_EQ(molven.count(strartlpp), 0);
+    EXPECT_EQ(save(SeveralLpp, Typed{"", "", "3100002"}), QStringLiteral("3100002//"));
+    articles::remove(molven, gencode, QStringLiteral("HIP"));
+    EXPECT_EQ(molven.count(strartlpp), 0) << "a deleted article leaves no code behind";
 }
 
 TEST_F(Tables, OfSuppliersCheckTheirCodes) {

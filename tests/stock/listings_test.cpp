@@ -91,7 +91,7 @@ TEST_F(Listings, TellStatesApartAndReturnOnlyWhatIsInStock) {
     EXPECT_EQ(inState(3), units.mid(0, 1));
     EXPECT_EQ(inState(4), units.mid(1, 1));
     molven.update(strproduit, {{strproduit.num_dep, ReturnedDepot}}, strproduit.imm_art == units[2]);
-    EXPECT_EQ(dossier.unit(units[1])[strproduit.fam_dep], QStringLiteral("EST"));
+    EXPECT_EQ(dossier.unit(units[1])[strproduit.fam_dep], QStringLiteral("OUE"));
     EXPECT_EQ(unit_listing::returnToMainDepot(molven, dossier.session.rules(), unit_listing::criterion(molven, {})), 1);
     EXPECT_EQ(dossier.unit(units[1])[strproduit.fam_dep], QString()) << "the family of the main depot";
     EXPECT_EQ(dossier.unit(units[2])[strproduit.num_dep], ReturnedDepot);

@@ -15,13 +15,20 @@ namespace molven::test {
 
 namespace {
 
+void addEntry(Database molven, const QString& letter, const QString& code, const QString& label,
+              const QString& family = {}) {
+    Record entry(strparam);
+    entry[strparam.cod_par] = letter;
+    entry[strparam.num_par] = code;
+    entry[strparam.lib_par] = label;
+    entry[strparam.fam_dep] = family;
+    code_tables::add(molven, code_tables::parameters(), entry);
+}
+
+/// A depot of a family of its own.
 void addDepot(Database molven, const QString& code, const QString& family) {
-    Record depot(strparam);
-    depot[strparam.cod_par] = list::Depot;
-    depot[strparam.num_par] = code;
-    depot[strparam.lib_par] = QStringLiteral("DEPOT ") + code;
-    depot[strparam.fam_dep] = family;
-    code_tables::add(molven, code_tables::parameters(), depot);
+    addEntry(molven, list::DepotFamily, family, QStringLiteral("SECTEUR ") + family);
+    addEntry(molven, list::Depot, code, QStringLiteral("DEPOT ") + code, family);
 }
 
 void addClient(Database molven, const QString& name, const QString& depot, const QString& discount) {

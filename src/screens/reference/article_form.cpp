@@ -1,14 +1,16 @@
 #include "screens/reference/article_form.h"
 
 #include "data/format.h"
+#include "dossier/references.h"
 #include "reference/parameters.h"
-#include "reference/parties.h"
 #include "reference/tariff_tables.h"
+#include "screens/price_notice.h"
 #include "screens/shell/trail_form.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -19,8 +21,7 @@ namespace {
 
 QList<FieldBox> boxes(const CompanyRules& rules) {
     const auto& a = strarticle;
-    const QString price =
-        rules.purchasePriceDecimals() == 3 ? QStringLiteral("#####0.000") : QStringLiteral("#####0.00");
+    const QString price = articles::pricePattern(rules);
     return {{&a.art_ref, QStringLiteral("Référence :"), QStringLiteral("txtref")},
             {&a.art_rfou, QStringLiteral("Réf. fournisseur :"), QStringLiteral("txtrfou")},
             {&a.art_li1, QStringLiteral("Libellé :"), QStringLiteral("txtli1"), 32},
@@ -31,7 +32,6 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_ste, QStringLiteral("Stérilisation O/N :"), QStringLiteral("Txtste")},
             {&a.art_nho, QStringLiteral("N° HOMOLOGATION :"), QStringLiteral("txtnho")},
             {&a.art_ori, QStringLiteral("Origine H/A/N :"), QStringLiteral("Txtori")},
-            {&a.art_cat, QStringLiteral("Remboursement T/L :"), QStringLiteral("Option1")},
             {&a.art_tip, QStringLiteral("Code TIPS :"), QStringLiteral("txttip")},
             {&a.art_lpp, QStringLiteral("Code LPP :"), QStringLiteral("txtlpp")},
             {&a.art_fou, QStringLiteral("Fournisseur :"), QStringLiteral("txtfou")},
@@ -47,6 +47,8 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_gpie, QStringLiteral("Pièces gérées O/N :"), QStringLiteral("txtgpie")},
             {&a.art_min, QStringLiteral("Stock minimum :"), QStringLiteral("txtmin"), 8},
             {&a.art_stk, QStringLiteral("Stock :"), QStringLiteral("txtstk"), 8, {}, false, true},
+            {&a.art_cdec, QStringLiteral("En commande client :"), QStringLiteral("txtcdec"), 8, {}, false, true},
+            {&a.art_cdef, QStringLiteral("En commande fournisseur :"), QStringLiteral("txtcdef"), 8, {}, false, true},
             {&a.art_pam, QStringLiteral("Prix moyen d'achat :"), QStringLiteral("txtpam"), 10, price, false, true},
             {&a.art_dpa, QStringLiteral("Dernier prix d'achat :"), QStringLiteral("txtdpa"), 10, price, false, true},
             {&a.art_ean, QStringLiteral("Code EAN :"), QStringLiteral("txtart_ean")},
@@ -55,6 +57,11 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_cpta, QStringLiteral("Compte achat :"), QStringLiteral("Txtcpta")},
             {&a.art_cpts, QStringLiteral("Compte stock :"), QStringLiteral("Txtcpts")},
             {&a.art_memo, QStringLiteral("Mémo :"), QStringLiteral("txtmemo"), 32}};
+}
+
+/// The reimbursement category that an article works with: LPP unless it says TIPS.
+QString categoryOf(const Record& article) {
+    return article[strarticle.art_cat] == u"T" ? QStringLiteral("T") : QStringLiteral("L");
 }
 
 } // namespace
@@ -71,22 +78,32 @@ ArticleForm::ArticleForm(Desk& desk)
                                   3, this);
     for (const FieldBox& box : severalLpp_->boxes()) bind(box.field->name, severalLpp_->edit(*box.field));
     const PickList articles = pick_lists::articles(molven_, {});
-    build({QStringLiteral("Gestion des articles"), articles.columns, articles.query, boxes(session().rules()), 2,
-           strarticle.art_ref, QStringLiteral("Référence Inconnue"), QStringLiteral("Aucun article sélectionné")});
+    build({QStringLiteral("Gestion des articles"),
+           articles.columns,
+           articles.query,
+           boxes(session().rules()),
+           2,
+           strarticle.art_ref,
+           QStringLiteral("Référence Inconnue"),
+           QStringLiteral("Aucun article sélectionné"),
+           {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}}});
     auto* row = new QHBoxLayout;
-    const std::pair<QString, Edit*> entries[] = {{session().rules().hasAncillarySets()
-                                                      ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
-                                                      : QStringLiteral("(A)rticle (T)exte :"),
-                                                  kind_},
-                                                 {QStringLiteral("Tenu en stock O/N :"), stocked_},
-                                                 {QStringLiteral("Suivi O/N :"), followed_}};
-    for (const auto& [caption, edit] : entries) {
+    const std::pair<QString, QWidget*> entries[] = {{session().rules().hasAncillarySets()
+                                                         ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
+                                                         : QStringLiteral("(A)rticle (T)exte :"),
+                                                     kind_},
+                                                    {QStringLiteral("Tenu en stock O/N :"), stocked_},
+                                                    {QStringLiteral("Suivi O/N :"), followed_},
+                                                    {QStringLiteral("Remboursement T(IPS) L(PP) :"), reimbursement_}};
+    for (const auto& [caption, entry] : entries) {
         row->addWidget(new QLabel(caption, this));
-        row->addWidget(edit);
+        row->addWidget(entry);
     }
     row->addWidget(followUp_, 1);
     extraRows()->addLayout(row);
     extraRows()->addWidget(severalLpp_);
+    extraRows()->addWidget(priceNotice(session(), this));
+    orderTabs();
     extraButtons()->addWidget(
         button(QStringLiteral("Cmdvismvt"), QStringLiteral("M&ouvements"), [this] { showMovements(); }));
     extraButtons()->addWidget(
@@ -115,47 +132,42 @@ void ArticleForm::buildFollowUp() {
     kind_ = entry(QStringLiteral("Txtop1"));
     stocked_ = entry(QStringLiteral("Txtop2"));
     followed_ = entry(QStringLiteral("Txtop3"));
+    reimbursement_ = new QComboBox(this);
+    reimbursement_->setObjectName(QStringLiteral("Option1"));
+    reimbursement_->addItems({QStringLiteral("T"), QStringLiteral("L")});
+    bind(strarticle.art_cat.name, reimbursement_);
+}
+
+/// The entries of the article's kind come after its labels, the boxes of several LPP codes after the LPP code.
+void ArticleForm::orderTabs() {
+    const QList<QWidget*> kind{panel().edit(strarticle.art_lib3), kind_, stocked_, followed_, reimbursement_};
+    const QList<QWidget*> codes{panel().edit(strarticle.art_lpp), severalLpp_->edit(strartlpp.lpp_1),
+                                severalLpp_->edit(strartlpp.lpp_2), severalLpp_->edit(strartlpp.lpp_3)};
+    for (const QList<QWidget*>& run : {kind, codes})
+        for (qsizetype i = 1; i < run.size(); ++i) setTabOrder(run[i - 1], run[i]);
 }
 
 void ArticleForm::setPickers() {
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); });
-    picker(strarticle.art_fou,
-           [this] { return pick_lists::suppliers(molven_, put(strarticle.art_fou, strfournis.fou_cod)); });
-    picker(strarticle.art_fam, [this] {
-        return pick_lists::parameters(molven_, familyList(), QStringLiteral("LES FAMILLES"),
-                                      put(strarticle.art_fam, strparam.num_par));
-    });
     picker(strarticle.art_sfam, [this] {
         const QString family = typedCode(strarticle.art_fam);
         if (molven_.count(strparam, parameters::ofList(list::SubFamily) && strparam.cpt_par == family) == 0)
             throw Refusal(QStringLiteral("Aucune s/famille pour cette famille"), strarticle.art_sfam.name);
         return pick_lists::subFamilies(molven_, family, put(strarticle.art_sfam, strparam.num_par));
     });
-    picker(strarticle.art_tip,
-           [this] { return pick_lists::tipsCodes(molven_, put(strarticle.art_tip, strpartips.cod_tips)); });
-    picker(strarticle.art_lpp,
-           [this] { return pick_lists::lppCodes(molven_, put(strarticle.art_lpp, strlpp.lpp_code)); });
-    picker(strarticle.art_tva,
-           [this] { return pick_lists::vatCodes(molven_, put(strarticle.art_tva, strparfac.par1_cde)); });
     for (const articles::Account& account : articles::accounts()) {
         picker(account.field, [this, &account] {
             return pick_lists::accounts(compta_, account.start, put(account.field, strplan.cpt_aff));
         });
-        onLeft(panel().edit(account.field),
-               [this, &account] { articles::checkAccount(compta_, account, typedCode(account.field)); });
     }
-    const auto checked = [this](const Field& field) {
-        onLeft(panel().edit(field), [this, &field] {
-            shown();
-            articles::checkValue(session().rules(), field.name, typedCode(field));
-        });
-    };
-    for (const Text* field : {&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_ori})
-        checked(*field);
-    for (const Label* field : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3}) checked(*field);
+    for (const Label* field : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
+        onLeft(panel().edit(*field),
+               [this, field] { articles::checkValue(session().rules(), field->name, typedCode(*field)); });
+    codeBoxes().valueOf = [this](const Text&) { return kind_->text(); };
+    codeBoxes().refuseOnLeaving({&strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_ori,
+                                 &strarticle.art_cpt, &strarticle.art_cpte, &strarticle.art_cpta,
+                                 &strarticle.art_cpts});
 }
-
-QString ArticleForm::familyList() const { return kind_->text() == u"X" ? list::AncillaryFamily : list::ArticleFamily; }
 
 Record ArticleForm::blank() { return articles::blank(); }
 
@@ -167,11 +179,19 @@ void ArticleForm::write(const Record& record, const std::optional<Record>& befor
     entry.kind = kind_->text().trimmed();
     entry.stocked = stocked_->text().trimmed();
     entry.followed = followed_->text().trimmed();
-    severalLpp_->store(entry.severalLpp);
-    articles::save(molven_, compta_, gencode_, session().rules(), entry, before);
+    if (reimbursement_->currentText() != categoryOf(record))
+        entry.article[strarticle.art_cat] = reimbursement_->currentText();
+    entry.severalLpp = Record(strartlpp);
+    severalLpp_->store(*entry.severalLpp);
+    const QString notice = references::saveArticle(session(), entry, before);
+    if (!notice.isEmpty()) prompt().tell(notice);
 }
 
-void ArticleForm::erase(const Record& record) { articles::remove(molven_, record[strarticle.art_ref]); }
+void ArticleForm::erase(const Record& record) {
+    references::remove(session(), record, [&record](references::Files& files) {
+        articles::remove(files[DataFile::Molven], files[DataFile::Gencode], record[strarticle.art_ref]);
+    });
+}
 
 QString ArticleForm::nameOf(const Record& record) const {
     return QStringLiteral("Article %1, %2").arg(record[strarticle.art_ref], record[strarticle.art_li1]);
@@ -179,15 +199,24 @@ QString ArticleForm::nameOf(const Record& record) const {
 
 void ArticleForm::stateChanged() {
     for (Edit* edit : {kind_, stocked_, followed_}) edit->setEditable(state() != State::Viewing);
+    reimbursement_->setEnabled(state() != State::Viewing);
     if (state() == State::Changing) return;
-    const articles::Entry entry =
-        record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
-            ? articles::entryOf(*record())
-            : articles::Entry();
-    kind_->put(entry.kind);
-    stocked_->put(entry.stocked);
-    followed_->put(entry.followed);
-    severalLpp_->load(articles::severalLpp(molven_, typedCode(strarticle.art_ref)));
+    loaded_ = record() && state() == State::Viewing && !record()->value(strarticle.art_ref).isEmpty()
+                  ? articles::entryOf(*record())
+                  : articles::Entry();
+    loaded_.severalLpp = articles::severalLpp(molven_, typedCode(strarticle.art_ref));
+    kind_->put(loaded_.kind);
+    stocked_->put(loaded_.stocked);
+    followed_->put(loaded_.followed);
+    reimbursement_->setCurrentText(categoryOf(loaded_.article));
+    severalLpp_->load(*loaded_.severalLpp);
+}
+
+bool ArticleForm::hasFurtherChanges() const {
+    return kind_->text().trimmed() != loaded_.kind || stocked_->text().trimmed() != loaded_.stocked ||
+           followed_->text().trimmed() != loaded_.followed ||
+           reimbursement_->currentText() != categoryOf(loaded_.article) ||
+           severalLpp_->differsFrom(*loaded_.severalLpp);
 }
 
 void ArticleForm::shown() {
@@ -195,18 +224,10 @@ void ArticleForm::shown() {
     const auto hint = [&](const Text& field, const QString& text) {
         panel().setHint(field, code(field).isEmpty() ? QString() : text);
     };
-    const auto supplier = parties::findSupplier(molven_, code(strarticle.art_fou));
-    hint(strarticle.art_fou,
-         supplier ? QString(std::as_const(*supplier)[strfournis.fou_nom]) : QStringLiteral("Fournisseur inconnu"));
-    hint(strarticle.art_fam, parameters::label(molven_, familyList(), code(strarticle.art_fam)));
-    const auto lpp = molven_.find(strlpp, strlpp.lpp_code == code(strarticle.art_lpp));
-    hint(strarticle.art_lpp, code(strarticle.art_lpp) == SeveralLpp ? QStringLiteral("Plusieurs LPP")
-                             : lpp                                  ? QString(std::as_const(*lpp)[strlpp.lpp_lib])
-                                                                    : QString());
-    const auto tips = molven_.find(strpartips, strpartips.cod_tips == code(strarticle.art_tip));
-    hint(strarticle.art_tip, tips ? QString(std::as_const(*tips)[strpartips.lib_tips]) : QString());
-    const Decimal rate = parameters::vatRate(molven_, code(strarticle.art_tva));
-    hint(strarticle.art_tva, format(rate, QStringLiteral("#0.00")) + QStringLiteral(" %"));
+    if (code(strarticle.art_lpp) == SeveralLpp) hint(strarticle.art_lpp, QStringLiteral("Plusieurs LPP"));
+    if (const auto vat = molven_.find(strparfac, strparfac.par1_cde == code(strarticle.art_tva)))
+        hint(strarticle.art_tva,
+             format(std::as_const(*vat)[strparfac.par1_tx], QStringLiteral("#0.00")) + QStringLiteral(" %"));
     hint(strarticle.art_ori, articles::originText(code(strarticle.art_ori)));
     severalLpp_->setVisible(code(strarticle.art_lpp) == SeveralLpp);
     severalLpp_->setEditable(state() != State::Viewing);

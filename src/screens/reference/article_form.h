@@ -3,6 +3,7 @@
 #include "reference/articles.h"
 #include "ui/record_form.h"
 
+class QComboBox;
 class QLabel;
 
 namespace molven {
@@ -20,22 +21,25 @@ protected:
     QString nameOf(const Record& record) const override;
     void stateChanged() override;
     void shown() override;
+    bool hasFurtherChanges() const override;
 
 private:
     void buildFollowUp();
+    void orderTabs();
     void setPickers();
     void adaptToKind();
     void showUnitsInStock();
     void showMovements();
-    QString familyList() const;
 
     Workspace workspace_;
     Database molven_, compta_, gencode_;
     Edit* kind_ = nullptr;
     Edit* stocked_ = nullptr;
     Edit* followed_ = nullptr;
+    QComboBox* reimbursement_ = nullptr;
     QLabel* followUp_ = nullptr;
     RecordPanel* severalLpp_ = nullptr;
+    articles::Entry loaded_; ///< what the entries outside the panel showed before they were touched
 };
 
 } // namespace molven

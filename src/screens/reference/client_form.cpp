@@ -1,6 +1,7 @@
 #include "screens/reference/client_form.h"
 
-#include "reference/parameters.h"
+#include "data/format.h"
+#include "dossier/references.h"
 #include "reference/parties.h"
 #include "screens/reference/document_shelf.h"
 #include "screens/shell/trail_form.h"
@@ -59,25 +60,6 @@ QList<FieldBox> boxes() {
             {&c.clt_rbl, QStringLiteral("Regroupe BL O/N :")}};
 }
 
-/// A code of the client that names an entry of a parameter list.
-struct ListCode {
-    const Text& field;
-    QString letter;
-    QString title;
-    QString unknown;
-};
-
-const QList<ListCode>& listCodes() {
-    static const QList<ListCode> codes{
-        {strclient.clt_fam, list::ClientFamily, QStringLiteral("LES FAMILLES CLIENT"),
-         QStringLiteral("Famille inconnue")},
-        {strclient.clt_dep, list::Depot, QStringLiteral("LES DEPOTS"), QStringLiteral("Dépôt inconnu")},
-        {strclient.clt_rep, list::Representative, QStringLiteral("LES REPRESENTANTS"),
-         QStringLiteral("Représentant inconnu")},
-        {strclient.clt_exp, list::Dispatch, QStringLiteral("LES MODES D'EXPEDITION"), QStringLiteral("Mode inconnu")}};
-    return codes;
-}
-
 } // namespace
 
 ClientForm::ClientForm(Desk& desk)
@@ -85,8 +67,15 @@ ClientForm::ClientForm(Desk& desk)
     documents_ = new DocumentShelf(*this);
     PickList clients = pick_lists::clients(molven_, {});
     clients.columns.removeLast();
-    build({QStringLiteral("Gestion des clients"), clients.columns, clients.query, boxes(), 2, strclient.clt_cod,
-           QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Client obligatoire")});
+    build({QStringLiteral("Gestion des clients"),
+           clients.columns,
+           clients.query,
+           boxes(),
+           2,
+           strclient.clt_cod,
+           QStringLiteral("Ce code n'existe pas"),
+           QStringLiteral(" N° Client obligatoire"),
+           {{DataFile::Molven, molven_}}});
     country_ = new QLabel(session().rules().country(), this);
     country_->setObjectName(QStringLiteral("lblpays"));
     extraRows()->addWidget(country_);
@@ -94,19 +83,9 @@ ClientForm::ClientForm(Desk& desk)
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Client, requireRecord()[strclient.clt_cod]};
     }));
-    documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strclient.clt_chemin)->put(folder);
-    };
-    setPickers();
-}
-
-void ClientForm::setPickers() {
-    for (const ListCode& code : listCodes())
-        picker(code.field, [this, &code] {
-            return pick_lists::parameters(molven_, code.letter, code.title, put(code.field, strparam.num_par));
-        });
-    picker(strclient.clt_rgt,
-           [this] { return pick_lists::paymentModes(molven_, put(strclient.clt_rgt, strparrgt.cde_rglt)); });
+    documents_->keepFolder = [this](const QString& folder) { keepFolder(folder); };
+    Edit* account = panel().edit(strclient.clt_cpt);
+    onLeft(account, [account] { account->put(padded(account->value(), strclient.clt_cpt.size)); });
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::clients(molven_, chosen); });
 }
 
@@ -118,27 +97,23 @@ void ClientForm::write(const Record& record, const std::optional<Record>& before
     parties::saveClient(molven_, record, before);
 }
 
-void ClientForm::erase(const Record& record) { parties::removeClient(molven_, record[strclient.clt_cod]); }
+void ClientForm::erase(const Record& record) {
+    references::remove(session(), record, [&record](references::Files& files) {
+        parties::removeClient(files[DataFile::Molven], record[strclient.clt_cod]);
+    });
+}
 
 QString ClientForm::nameOf(const Record& record) const {
     return QStringLiteral("Client %1, %2").arg(record[strclient.clt_cod], record[strclient.clt_nom]);
 }
 
-void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }
-
-void ClientForm::shown() {
-    for (const ListCode& code : listCodes()) {
-        const QString value = typedCode(code.field);
-        const auto entry = parameters::find(molven_, code.letter, value);
-        panel().setHint(code.field, value.isEmpty() ? QString()
-                                    : entry         ? QString((*entry)[strparam.lib_par])
-                                                    : code.unknown);
-    }
-    const QString mode = typedCode(strclient.clt_rgt);
-    const auto payment = parameters::paymentMode(molven_, mode);
-    panel().setHint(strclient.clt_rgt, mode.isEmpty() ? QString()
-                                       : payment      ? QString((*payment)[strparrgt.lib_rglt])
-                                                      : QStringLiteral("Mode inconnu"));
+void ClientForm::keepFolder(const QString& folder) {
+    if (state() != State::Viewing) return panel().edit(strclient.clt_chemin)->put(folder);
+    const QString code = requireRecord()[strclient.clt_cod];
+    parties::setClientFolder(molven_, code, folder);
+    show(find(code).value());
 }
+
+void ClientForm::stateChanged() { documents_->show(record() ? QString((*record())[strclient.clt_chemin]) : QString()); }
 
 } // namespace molven

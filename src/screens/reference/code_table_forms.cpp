@@ -1,13 +1,17 @@
 #include "screens/reference/code_table_forms.h"
 
 #include "data/errors.h"
+#include "reference/article_tables.h"
 #include "reference/article_updates.h"
 #include "reference/articles.h"
-#include "reference/parties.h"
+#include "reference/codes.h"
 #include "reference/tariff_tables.h"
+#include "screens/price_notice.h"
 #include "ui/pick_lists.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
 namespace molven {
@@ -24,6 +28,20 @@ const ParameterList* listOf(const QString& mode) {
 }
 
 } // namespace
+
+void MolvenTableForm::tellCurrency() {
+    auto* rows = static_cast<QBoxLayout*>(layout());
+    rows->insertWidget(rows->count() - 1, priceNotice(session(), this)); // over the buttons
+}
+
+void MolvenTableForm::saveReimbursement(const article_updates::Reimbursement& list, const Record& record,
+                                        const std::optional<Record>& before, const QString& question) {
+    code_tables::requireWritable(molven_, list.kind, record, !before);
+    const bool intoArticles = prompt().ask(question);
+    article_updates::saveReimbursement(molven_, list, record, before, intoArticles);
+    if (intoArticles)
+        prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));
+}
 
 ParameterForm::ParameterForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_param")), list_(listOf(mode())) {
     if (list_)
@@ -82,7 +100,10 @@ void ParameterForm::buildList(const ParameterList& list) {
            strparam.num_par,
            parameters::ofList(list.letter),
            {{strparam.cod_par, list.letter}}});
-    if (ofSubFamily) pickFamily(strparam.cpt_par, list::ArticleFamily, QStringLiteral("LES FAMILLES ARTICLES"));
+    if (ofSubFamily) {
+        panel().listButton(strparam.cpt_par)->setText(QStringLiteral("Famille"));
+        pickFamily(strparam.cpt_par, list::ArticleFamily, QStringLiteral("LES FAMILLES ARTICLES"));
+    }
     if (ofDepot) pickFamily(strparam.fam_dep, list::DepotFamily, QStringLiteral("LES FAMILLES DE DEPOT"));
     if (hasAncillaryFamily)
         pickFamily(strparam.fam_dep, list::AncillaryFamily, QStringLiteral("LES FAMILLES ANCILLAIRES"));
@@ -99,15 +120,6 @@ void ParameterForm::pickFamily(const Field& field, const QString& letter, const 
     });
 }
 
-void ParameterForm::shown() {
-    if (!list_) return;
-    const auto hint = [this](const Text& field, const QString& letter) {
-        panel().setHint(field, parameters::label(molven_, letter, typed(field)));
-    };
-    if (list_->letter == list::SubFamily) hint(strparam.cpt_par, list::ArticleFamily);
-    if (list_->letter == list::Depot) hint(strparam.fam_dep, list::DepotFamily);
-}
-
 std::optional<Order> ParameterForm::printOrder() {
     if (!list_) return std::nullopt;
     return prompt().ask(QStringLiteral("Edition triée par code ? ")) ? Order(strparam.num_par)
@@ -115,24 +127,30 @@ std::optional<Order> ParameterForm::printOrder() {
 }
 
 void ParameterForm::pushAccount() {
-    const qint64 count = article_updates::setFamilyAccount(molven_, typed(strparam.num_par), typed(strparam.cpt_par));
-    prompt().tell(QStringLiteral("Il y a eu %1 articles mis à jour ").arg(count));
+    const QString account = typed(strparam.cpt_par);
+    Database compta = workspace_.open(session().path(DataFile::Compta));
+    const auto given = article_updates::setFamilyAccount(molven_, compta, typed(strparam.num_par), account);
+    prompt().tell(QStringLiteral("Il y a eu %1 articles mis à jour ").arg(given.articles));
+    if (!given.isInChart)
+        prompt().tell(QStringLiteral("Attention : le compte %1 n'est pas dans le plan comptable").arg(account));
 }
 
 void ParameterForm::buildPan() {
+    const QString price = articles::pricePattern(session().rules());
     build({QStringLiteral("Paramètres : les codes PAN"),
            QStringLiteral("les codes PAN"),
            code_tables::panPrices(),
            molven_,
            {{&strpan.pan_ref, QStringLiteral("Référence"), 130},
             {&strpan.pan_lib, QStringLiteral("Libellé"), 380},
-            {&strpan.pan_pa, QStringLiteral("Prix d'achat"), 110, Money},
-            {&strpan.pan_pan, QStringLiteral("PAN"), 110, Money}},
+            {&strpan.pan_pa, QStringLiteral("Prix d'achat"), 110, price},
+            {&strpan.pan_pan, QStringLiteral("PAN"), 110, price}},
            {{&strpan.pan_ref, QStringLiteral("&Référence :"), QStringLiteral("Txtnum")},
             {&strpan.pan_lib, QStringLiteral("Li&bellé :"), {}, 34},
-            {&strpan.pan_pa, QStringLiteral("Prix d'ac&hat :"), {}, 12, Money},
-            {&strpan.pan_pan, QStringLiteral("&PAN :"), {}, 12, Money}},
+            {&strpan.pan_pa, QStringLiteral("Prix d'ac&hat :"), {}, 12, price},
+            {&strpan.pan_pan, QStringLiteral("&PAN :"), {}, 12, price}},
            strpan.pan_ref});
+    tellCurrency();
     extraButtons()->addWidget(
         button(QStringLiteral("cmdpan"), QStringLiteral("&Générer les PAN"), [this] { generatePan(); }));
 }
@@ -214,7 +232,11 @@ AccountForm::AccountForm(Desk& desk) : CodeTableForm(desk, QStringLiteral("T_pla
            workspace_.open(session().path(DataFile::Compta)),
            {{&strplan.cpt_aff, QStringLiteral("Compte"), 130}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 500}},
            {{&strplan.cpt_aff, QStringLiteral("&Compte :")}, {&strplan.cpt_lib, QStringLiteral("Li&bellé :"), {}, 34}},
-           strplan.cpt_aff});
+           strplan.cpt_aff,
+           {},
+           {},
+           false,
+           DataFile::Compta});
 }
 
 LppForm::LppForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parlpp")) {
@@ -231,14 +253,14 @@ LppForm::LppForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parlpp"))
             {&strlpp.lpp_ttc, QStringLiteral("Prix &TTC :"), {}, 12, QStringLiteral("### ##0.00")},
             {&strlpp.lpp_tips, QStringLiteral("Code TI&PS :")}},
            strlpp.lpp_code});
+    tellCurrency();
     extraButtons()->addWidget(button(QStringLiteral("Cmdtipslpp"), QStringLiteral("TIPS vers &LPP"),
                                      [this] { this->desk().open(QStringLiteral("T_tipslpp")); }));
 }
 
-void LppForm::written(const Record& record) {
-    if (!prompt().ask(QStringLiteral("Voulez vous mettre à jour les ARTICLES PV/RESP ? "))) return;
-    article_updates::pushLppPrice(molven_, record[strlpp.lpp_code], record[strlpp.lpp_ttc]);
-    prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));
+void LppForm::save(const Record& record, const std::optional<Record>& before) {
+    saveReimbursement(article_updates::lpp(), record, before,
+                      QStringLiteral("Voulez vous mettre à jour les ARTICLES PV/RESP ? "));
 }
 
 TipsForm::TipsForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partips")) {
@@ -253,12 +275,12 @@ TipsForm::TipsForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partips
             {&strpartips.lib_tips, QStringLiteral("Li&bellé :"), {}, 36},
             {&strpartips.ttc_tips, QStringLiteral("Prix &TTC :"), {}, 12, QStringLiteral("### ##0.00")}},
            strpartips.cod_tips});
+    tellCurrency();
 }
 
-void TipsForm::written(const Record& record) {
-    if (!prompt().ask(QStringLiteral("Voulez vous mettre à jour les fiches? "))) return;
-    article_updates::pushTipsPrice(molven_, record[strpartips.cod_tips], record[strpartips.ttc_tips]);
-    prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));
+void TipsForm::save(const Record& record, const std::optional<Record>& before) {
+    saveReimbursement(article_updates::tips(), record, before,
+                      QStringLiteral("Voulez vous mettre à jour les fiches? "));
 }
 
 TariffForm::TariffForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partarif")) {
@@ -275,18 +297,11 @@ TariffForm::TariffForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_par
             {&strtarifclt.tar_ref, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
             {&strtarifclt.tar_pvt, QStringLiteral("&Prix :"), {}, 12, Money}},
            {strtarifclt.tar_clt, strtarifclt.tar_ref}});
-    picker(strtarifclt.tar_clt,
-           [this] { return pick_lists::clients(molven_, put(strtarifclt.tar_clt, strclient.clt_cod)); });
-    picker(strtarifclt.tar_ref,
-           [this] { return pick_lists::articles(molven_, put(strtarifclt.tar_ref, strarticle.art_ref)); });
+    tellCurrency();
 }
 
 void TariffForm::shown() {
-    const auto client = parties::findClient(molven_, typed(strtarifclt.tar_clt));
-    if (client) panel().edit(strtarifclt.tar_clt)->put((*client)[strclient.clt_cod]);
-    panel().setHint(strtarifclt.tar_clt, client ? QString((*client)[strclient.clt_nom]) : QString());
-    const auto article = articles::find(molven_, typed(strtarifclt.tar_ref));
-    panel().setHint(strtarifclt.tar_ref, article ? QString((*article)[strarticle.art_li1]) : QString());
+    const auto article = codes::find(molven_, codes::ArticleOfTariff, typed(strtarifclt.tar_ref));
     const bool withoutVat = article && std::as_const(*article)[strarticle.art_tar].startsWith(u'H');
     panel().setHint(strtarifclt.tar_pvt, !article     ? QString()
                                          : withoutVat ? QStringLiteral("  HT")
@@ -322,14 +337,6 @@ CommissionRateForm::CommissionRateForm(Desk& desk) : MolvenTableForm(desk, QStri
             {&strtauxrep.c_ref, QStringLiteral("Ré&férence :")},
             {&strtauxrep.c_tau, QStringLiteral("&Taux % :"), {}, 8, QStringLiteral("#0.00")}},
            {strtauxrep.c_rep, strtauxrep.c_ref}});
-    picker(strtauxrep.c_rep, [this] {
-        return pick_lists::parameters(molven_, list::Representative, QStringLiteral("LES REPRESENTANTS"),
-                                      put(strtauxrep.c_rep, strparam.num_par));
-    });
-}
-
-void CommissionRateForm::shown() {
-    panel().setHint(strtauxrep.c_rep, parameters::label(molven_, list::Representative, typed(strtauxrep.c_rep)));
 }
 
 EnglishLabelForm::EnglishLabelForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_utilit")) {

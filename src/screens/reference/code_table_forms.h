@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "reference/article_updates.h"
 #include "reference/parameters.h"
 #include "ui/code_table_form.h"
 
@@ -10,10 +11,22 @@ namespace molven {
 class MolvenTableForm : public CodeTableForm {
 protected:
     MolvenTableForm(Desk& desk, const QString& name)
-        : CodeTableForm(desk, name), molven_(workspace_.open(session().molven())) {}
+        : CodeTableForm(desk, name),
+          molven_(workspace_.open(session().molven())),
+          compta_(workspace_.open(session().path(DataFile::Compta))) {}
+    void build(CodeTableView view) {
+        view.files = {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}};
+        CodeTableForm::build(view);
+    }
+
+    /// Says in which currency the prices of the screen are; called once it is built.
+    void tellCurrency();
+    /// Writes a row of a reimbursement list, and its price into the articles when the question is answered yes.
+    void saveReimbursement(const article_updates::Reimbursement& list, const Record& record,
+                           const std::optional<Record>& before, const QString& question);
 
     Workspace workspace_;
-    Database molven_;
+    Database molven_, compta_;
 };
 
 /// The short code lists and the PAN table; the mode word chooses.
@@ -22,7 +35,6 @@ public:
     explicit ParameterForm(Desk& desk);
 
 protected:
-    void shown() override;
     std::optional<Order> printOrder() override;
 
 private:
@@ -71,7 +83,7 @@ public:
     explicit LppForm(Desk& desk);
 
 protected:
-    void written(const Record& record) override;
+    void save(const Record& record, const std::optional<Record>& before) override;
 };
 
 class TipsForm : public MolvenTableForm {
@@ -79,7 +91,7 @@ public:
     explicit TipsForm(Desk& desk);
 
 protected:
-    void written(const Record& record) override;
+    void save(const Record& record, const std::optional<Record>& before) override;
 };
 
 class TariffForm : public MolvenTableForm {
@@ -98,9 +110,6 @@ public:
 class CommissionRateForm : public MolvenTableForm {
 public:
     explicit CommissionRateForm(Desk& desk);
-
-protected:
-    void shown() override;
 };
 
 /// English labels of the articles.

@@ -59,9 +59,13 @@ void DocumentShelf::chooseFolder() {
     const QString start = folder_.isEmpty() ? attached_documents::root(form_.session()) : folder_;
     const QString chosen = QFileDialog::getExistingDirectory(this, QStringLiteral("Dossier des documents"), start);
     if (chosen.isEmpty()) return;
-    form_.prompt().tell(QStringLiteral("Enregistrés sous :  ") + QDir::toNativeSeparators(chosen));
-    show(chosen);
-    folderChosen(chosen);
+    take(chosen);
+}
+
+void DocumentShelf::take(const QString& folder) {
+    keepFolder(folder);
+    form_.prompt().tell(QStringLiteral("Enregistrés sous :  ") + QDir::toNativeSeparators(folder));
+    show(folder);
 }
 
 void DocumentShelf::openDocument(const QString& name) {

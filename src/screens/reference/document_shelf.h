@@ -19,8 +19,10 @@ public:
 
     /// Shows the files of a folder; an empty path for none.
     void show(const QString& folder);
-    /// The user chose another folder.
-    std::function<void(const QString& folder)> folderChosen;
+    /// Keeps the folder that the user chose; throws Refusal.
+    std::function<void(const QString& folder)> keepFolder;
+    /// The user chose another folder: keeps it, says so and shows it.
+    void take(const QString& folder);
     /// Copies files into the folder, as dropping them does.
     void add(const QStringList& files);
 

@@ -79,7 +79,10 @@ void EanPoolForm::add() {
 }
 
 void EanPoolForm::remove() {
-    if (!prompt().ask(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "))) return;
+    ean::requireUnused(gencode_, code_->text());
+    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer cette fiche ? "),
+                          QStringLiteral("Code EAN ") + code_->text().trimmed()))
+        return;
     ean::remove(gencode_, code_->text());
     code_->put({});
     refresh();
@@ -88,8 +91,7 @@ void EanPoolForm::remove() {
 LppCodificationForm::LppCodificationForm(Desk& desk)
     : Form(desk, QStringLiteral("T_tipslpp")), step_(new QLabel(this)) {
     step_->setObjectName(QStringLiteral("Label1"));
-    step_->setText(
-        QStringLiteral("Mise à Jour des fiches Articles, des fiches Produits et des lignes des Bons Livraison"));
+    step_->setText(QStringLiteral("Codes LPP des articles, des produits et des bons de livraison non facturés"));
     auto* start = button(QStringLiteral("cmdvalide"), QStringLiteral("&Lancer le traitement"), [this] { run(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* row = new QHBoxLayout;
@@ -107,7 +109,12 @@ LppCodificationForm::LppCodificationForm(Desk& desk)
 void LppCodificationForm::run() {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     QList<lpp_codification::Fault> faults;
-    const bool done = guarded([&] { faults = lpp_codification::run(session()); });
+    const bool done = guarded([&] {
+        faults = lpp_codification::run(session(), [this](const QString& title) {
+            step_->setText(title);
+            step_->repaint();
+        });
+    });
     QApplication::restoreOverrideCursor();
     if (!done) return;
     prompt().tell(QStringLiteral("Traitement termine"));

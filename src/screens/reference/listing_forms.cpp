@@ -1,11 +1,12 @@
 #include "screens/reference/listing_forms.h"
 
-#include "reference/article_tables.h"
+#include "reference/articles.h"
 #include "reference/party_tables.h"
 
 namespace molven {
 
 ArticleListing::ArticleListing(Desk& desk) : ListingForm(desk, QStringLiteral("T_artedt")) {
+    const QString price = articles::pricePattern(session().rules());
     build({QStringLiteral("Edition des articles"),
            workspace_.open(session().molven()),
            strarticle,
@@ -15,8 +16,8 @@ ArticleListing::ArticleListing(Desk& desk) : ListingForm(desk, QStringLiteral("T
             {&strarticle.art_fou, QStringLiteral("Fourn."), 70},
             {&strarticle.art_aig, QStringLiteral("Suivi"), 50},
             {&strarticle.art_lpp, QStringLiteral("LPP"), 80},
-            {&strarticle.art_pv1, QStringLiteral("Prix HT"), 90, QStringLiteral("#####0.00")},
-            {&strarticle.art_ttc, QStringLiteral("Prix TTC"), 90, QStringLiteral("#####0.00")},
+            {&strarticle.art_pv1, QStringLiteral("Prix HT"), 90, price},
+            {&strarticle.art_ttc, QStringLiteral("Prix TTC"), 90, price},
             {&strarticle.art_stk, QStringLiteral("Stock"), 70}},
            strarticle.art_ref,
            QStringLiteral("Référence"),

@@ -1,6 +1,6 @@
 #include "screens/reference/supplier_form.h"
 
-#include "reference/parameters.h"
+#include "dossier/references.h"
 #include "reference/parties.h"
 #include "screens/reference/document_shelf.h"
 #include "screens/shell/trail_form.h"
@@ -42,31 +42,20 @@ SupplierForm::SupplierForm(Desk& desk)
     : RecordForm(desk, QStringLiteral("T_fouges")), molven_(workspace_.open(session().molven())) {
     documents_ = new DocumentShelf(*this);
     const PickList suppliers = pick_lists::suppliers(molven_, {});
-    build({QStringLiteral("Gestion des fournisseurs"), suppliers.columns, suppliers.query, boxes(), 2,
-           strfournis.fou_cod, QStringLiteral("Ce code n'existe pas"), QStringLiteral(" N° Fournisseur obligatoire")});
+    build({QStringLiteral("Gestion des fournisseurs"),
+           suppliers.columns,
+           suppliers.query,
+           boxes(),
+           2,
+           strfournis.fou_cod,
+           QStringLiteral("Ce code n'existe pas"),
+           QStringLiteral(" N° Fournisseur obligatoire"),
+           {{DataFile::Molven, molven_}, {DataFile::Compta, workspace_.open(session().path(DataFile::Compta))}}});
     extraRows()->addWidget(documents_);
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Supplier, requireRecord()[strfournis.fou_cod]};
     }));
-    documents_->folderChosen = [this](const QString& folder) {
-        if (state() != State::Viewing) panel().edit(strfournis.fou_chemin)->put(folder);
-    };
-    setPickers();
-}
-
-void SupplierForm::setPickers() {
-    picker(strfournis.fou_fam, [this] {
-        return pick_lists::parameters(molven_, list::SupplierFamily, QStringLiteral("LES FAMILLES FOURNISSEUR"),
-                                      put(strfournis.fou_fam, strparam.num_par));
-    });
-    picker(strfournis.fou_exp, [this] {
-        return pick_lists::parameters(molven_, list::Dispatch, QStringLiteral("LES MODES D'EXPEDITION"),
-                                      put(strfournis.fou_exp, strparam.num_par));
-    });
-    picker(strfournis.fou_rglt,
-           [this] { return pick_lists::paymentModes(molven_, put(strfournis.fou_rglt, strparrgt.cde_rglt)); });
-    picker(strfournis.fou_clt,
-           [this] { return pick_lists::clients(molven_, put(strfournis.fou_clt, strclient.clt_cod)); });
+    documents_->keepFolder = [this](const QString& folder) { keepFolder(folder); };
     keyPicker([this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
 }
 
@@ -78,29 +67,25 @@ void SupplierForm::write(const Record& record, const std::optional<Record>& befo
     parties::saveSupplier(molven_, record, before);
 }
 
-void SupplierForm::erase(const Record& record) { parties::removeSupplier(molven_, record[strfournis.fou_cod]); }
+void SupplierForm::erase(const Record& record) {
+    references::remove(session(), record, [&record](references::Files& files) {
+        parties::removeSupplier(files[DataFile::Molven], record[strfournis.fou_cod]);
+    });
+}
 
 QString SupplierForm::nameOf(const Record& record) const {
     return QStringLiteral("Fournisseur %1, %2").arg(record[strfournis.fou_cod], record[strfournis.fou_nom]);
 }
 
-void SupplierForm::stateChanged() {
-    documents_->show(record() ? QString((*record())[strfournis.fou_chemin]) : QString());
+void SupplierForm::keepFolder(const QString& folder) {
+    if (state() != State::Viewing) return panel().edit(strfournis.fou_chemin)->put(folder);
+    const QString code = requireRecord()[strfournis.fou_cod];
+    parties::setSupplierFolder(molven_, code, folder);
+    show(find(code).value());
 }
 
-void SupplierForm::shown() {
-    const auto hint = [this](const Text& field, const QString& label, const char* unknown) {
-        panel().setHint(field, typedCode(field).isEmpty() ? QString()
-                               : label.isEmpty()          ? QString::fromUtf8(unknown)
-                                                          : label);
-    };
-    hint(strfournis.fou_fam, parameters::label(molven_, list::SupplierFamily, typedCode(strfournis.fou_fam)),
-         "code famille inconnu");
-    hint(strfournis.fou_exp, parameters::label(molven_, list::Dispatch, typedCode(strfournis.fou_exp)), "Mode inconnu");
-    const auto mode = parameters::paymentMode(molven_, typedCode(strfournis.fou_rglt));
-    hint(strfournis.fou_rglt, mode ? QString((*mode)[strparrgt.lib_rglt]) : QString(), "Mode inconnu");
-    const auto client = parties::findClient(molven_, typedCode(strfournis.fou_clt));
-    hint(strfournis.fou_clt, client ? QString((*client)[strclient.clt_nom]) : QString(), "Client inconnu");
+void SupplierForm::stateChanged() {
+    documents_->show(record() ? QString((*record())[strfournis.fou_chemin]) : QString());
 }
 
 } // namespace molven

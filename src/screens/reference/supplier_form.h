@@ -19,10 +19,9 @@ protected:
     void erase(const Record& record) override;
     QString nameOf(const Record& record) const override;
     void stateChanged() override;
-    void shown() override;
 
 private:
-    void setPickers();
+    void keepFolder(const QString& folder);
 
     Workspace workspace_;
     Database molven_;

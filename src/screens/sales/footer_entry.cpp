@@ -1,6 +1,7 @@
 #include "screens/sales/footer_entry.h"
 
 #include "data/format.h"
+#include "reference/codes.h"
 #include "reference/parameter_tables.h"
 #include "sales/documents.h"
 #include "sales/totals.h"
@@ -65,6 +66,9 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
             }));
         },
         boxes_->listButton(table_.fac_rglt));
+    form_.onLeft(boxes_->edit(table_.fac_rglt), [this, mode = boxes_->edit(table_.fac_rglt)] {
+        mode->put(codes::completed(book_.molven, *table_.fac_rglt.code, mode->value()));
+    });
     auto* leave =
         form.leaveButton(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { left(); });
     auto* row = new QHBoxLayout;

@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/documents.h"
@@ -140,17 +141,20 @@ void HeaderEntry::setChecks() {
     form_.onLeft(boxes_->edit(table_.fac_no), [this] { numberTyped(); });
     form_.onLeft(boxes_->edit(table_.fac_clt), [this] { takeClient(); });
     form_.onLeft(boxes_->edit(table_.fac_nom), [this] { searchClient(); });
-    form_.onLeft(boxes_->edit(table_.fac_mon), [this] { showEuro(); });
-    const auto checked = [this](const Text& field, const QString& letter, const QString& unknown) {
-        form_.onLeft(boxes_->edit(field), [this, &field, letter, unknown] {
-            showWords();
-            if (!typed(field).isEmpty() && !parameters::find(book_.molven, letter, typed(field)))
-                throw Refusal(unknown, field.name);
-        });
+    const auto complete = [this](const Text& field) {
+        Edit* box = boxes_->edit(field);
+        box->put(codes::completed(book_.molven, *field.code, box->value()));
+        showWords();
     };
-    checked(table_.fac_chr, list::Surgeon, QStringLiteral("Ce code n'existe pas"));
-    checked(table_.fac_trs, list::Dispatch, QStringLiteral("Ce code n'existe pas"));
-    checked(table_.fac_dep, list::Depot, QStringLiteral("Dépôt inconnu"));
+    form_.onLeft(boxes_->edit(table_.fac_mon), [this, complete] {
+        complete(table_.fac_mon);
+        showEuro();
+    });
+    for (const Text* field : {&table_.fac_chr, &table_.fac_trs, &table_.fac_dep})
+        form_.onLeft(boxes_->edit(*field), [this, complete, field] {
+            complete(*field);
+            codes::require(book_.molven, *field, *field->code, typed(*field));
+        });
 }
 
 QString HeaderEntry::typed(const Field& field) const { return boxes_->edit(field)->value().trimmed(); }

@@ -8,6 +8,7 @@
 #include "sales/documents.h"
 #include "sales/numbering.h"
 #include "sales/unit_rules.h"
+#include "screens/price_notice.h"
 #include "screens/sales/typed_boxes.h"
 #include "screens/sales/unit_range.h"
 #include "screens/sales/unit_warnings.h"
@@ -96,6 +97,8 @@ void LineEntry::build() {
     buttons->addWidget(clientDiscount_);
     buttons->addWidget(new QLabel(QStringLiteral("article :"), this));
     buttons->addWidget(articleDiscount_);
+    buttons->addSpacing(16);
+    buttons->addWidget(priceNotice(form_.session(), this));
     buttons->addStretch();
     for (QPushButton* made : {validate_, validateChange_, range_, leave}) buttons->addWidget(made);
     auto* layout = new QVBoxLayout(this);

@@ -49,18 +49,20 @@ LoginForm::LoginForm(Desk& desk)
     readCompany();
 }
 
-void LoginForm::readCompany() {
+bool LoginForm::readCompany() {
     try {
         startup::readCompany(session());
+        companyRead_ = true;
     } catch (const Refusal& refusal) {
         prompt().tell(refusal.text, {}, Icon::Warning);
     } catch (const DataError& error) {
         prompt().tell(QStringLiteral(" err: %1 - %2").arg(error.number).arg(error.description), {}, Icon::Stop);
     }
+    return companyRead_;
 }
 
 void LoginForm::login() {
-    if (session().code_soc.isEmpty()) return readCompany();
+    if (!companyRead_ && !readCompany()) return;
     try {
         switch (access::login(session(), word_->text())) {
         case access::Login::Stored:

@@ -12,10 +12,12 @@ public:
     explicit LoginForm(Desk& desk);
 
 private:
-    void readCompany();
+    /// Reads the company of the installation, and says so when it cannot be read.
+    bool readCompany();
     void login();
     void enter();
 
+    bool companyRead_ = false;
     Edit* word_;
     QLabel* caption_;
     QLabel* company_;

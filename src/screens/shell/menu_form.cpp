@@ -83,7 +83,6 @@ void MenuForm::buildPanels() {
     wordPanel_ = panel(QStringLiteral("Frame6"), QStringLiteral("Mot de passe du dossier :"), caption);
     word_ = new Edit(wordPanel_);
     word_->setObjectName(QStringLiteral("txtmot"));
-    word_->setEchoMode(QLineEdit::Password);
     word_->setMaxLength(20);
     connect(word_, &QLineEdit::textEdited, this, [this](const QString& typed) { word_->setText(typed.toUpper()); });
     connect(word_, &QLineEdit::returnPressed, this, [this] { enterDossier(); });

@@ -90,6 +90,14 @@ CriteriaForm::CriteriaForm(Desk& desk, const QString& screen, const QList<Criter
     setPicker("txtfam", strparam.num_par, parameters(list::ArticleFamily, "LES FAMILLES D'ARTICLES"));
 }
 
+void CriteriaForm::completeOnLeaving(const ListingCriteria& criteria) {
+    for (const ListingCriterion& one : criteria.boxes) {
+        Edit* edit = criteria_->edit(one.control);
+        if (!edit || (one.digits == 0 && one.kinds.isEmpty())) continue;
+        onLeft(edit, [this, edit, &one] { edit->put(listing::completed(molven_, one, edit->value())); });
+    }
+}
+
 void CriteriaForm::setPicker(const char* box, const Field& field,
                              const std::function<PickList(const pick_lists::Chosen&)>& list) {
     Edit* edit = criteria_->edit(QString::fromLatin1(box));
@@ -101,6 +109,7 @@ void CriteriaForm::setPicker(const char* box, const Field& field,
 
 UnitListForm::UnitListForm(Desk& desk)
     : CriteriaForm(desk, QStringLiteral("T_proedt"), unitBoxes()), tri_(workspace_.open(session().tri())) {
+    completeOnLeaving(unit_listing::criteria());
     words_ = new QLabel(this);
     words_->setObjectName(QStringLiteral("Label1"));
     words_->setTextFormat(Qt::PlainText);
@@ -267,6 +276,8 @@ QList<CriterionBox> stockBoxes() {
 StockListForm::StockListForm(Desk& desk)
     : CriteriaForm(desk, QStringLiteral("T_stkedt"), stockBoxes()),
       compta_(workspace_.open(session().path(DataFile::Compta))) {
+    completeOnLeaving(stock_listing::articleCriteria());
+    completeOnLeaving(stock_listing::unitCriteria());
     for (const articles::Account& account : articles::accounts()) {
         const QString box = boxName(account.field);
         bind(account.field.name, criteria_->edit(box));

@@ -17,6 +17,8 @@ class Grid;
 class CriteriaForm : public Form {
 protected:
     CriteriaForm(Desk& desk, const QString& screen, const QList<CriterionBox>& boxes);
+    /// Leaving a box of these criteria makes a short code or number whole.
+    void completeOnLeaving(const ListingCriteria& criteria);
     /// F2 in a box; none when the screen has no such box.
     void setPicker(const char* box, const Field& field, const std::function<PickList(const pick_lists::Chosen&)>& list);
 

@@ -1,5 +1,6 @@
 #include "screens/stock/patient_form.h"
 
+#include "data/format.h"
 #include "printing/report.h"
 #include "reference/article_tables.h"
 #include "reference/party_tables.h"
@@ -79,6 +80,10 @@ void PatientForm::setPickers() {
             pick(list([edit, &field](const Record& row) { edit->put(row.value(field)); }));
         });
     };
+    for (const auto& [name, width] : {std::pair("DEBIMM", 8), std::pair("FINIMM", 8), std::pair("txtclt_vte", 6)}) {
+        Edit* edit = criteria_->edit(QString::fromLatin1(name));
+        onLeft(edit, [edit, width = width] { edit->put(padded(edit->value(), width)); });
+    }
     const auto articles = [this](const pick_lists::Chosen& chosen) { return pick_lists::articles(molven_, chosen); };
     for (const char* name : {"REF1", "REFD", "REFF"}) picker(name, articles, strarticle.art_ref);
     picker(

@@ -7,6 +7,7 @@
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "screens/price_notice.h"
 #include "screens/stock/serial_list.h"
 #include "screens/stock/unit_card.h"
 #include "stock/gs1.h"
@@ -114,6 +115,7 @@ QWidget* ReceiptForm::buildReceipt() {
     });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(fresh_);
+    buttons->addWidget(priceNotice(session(), box));
     buttons->addStretch();
     buttons->addWidget(validate_);
     buttons->addWidget(finish);

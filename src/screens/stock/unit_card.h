@@ -25,6 +25,8 @@ public:
     /// Lists units and shows the first.
     void list(const Criterion& criterion);
     void focusSearch();
+    /// Reads the shown unit again after it was written elsewhere.
+    void refresh();
     /// A conformity or an implantation is being typed.
     bool hasUnsavedWork() const;
     /// True when nothing typed into the tray would be lost, or the user gives it up.

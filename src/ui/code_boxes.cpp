@@ -1,0 +1,68 @@
+#include "ui/code_boxes.h"
+
+#include "reference/codes.h"
+#include "ui/form.h"
+#include "ui/pick_lists.h"
+#include "ui/record_panel.h"
+
+#include <QAbstractButton>
+
+namespace molven {
+
+CodeBoxes::CodeBoxes(Form& form, RecordPanel& panel, const QHash<DataFile, Database>& files)
+    : form_(form), panel_(panel), files_(files) {}
+
+void CodeBoxes::wire(const std::function<void(const Field&)>& changed) {
+    changed_ = changed;
+    for (const FieldBox& box : panel_.boxes()) {
+        const Field& field = *box.field;
+        if (!field.code) continue;
+        Edit* edit = panel_.edit(field);
+        form_.onLeft(edit, [this, &field] { leave(field); });
+        if (!field.code->letters.isEmpty()) continue;
+        form_.onPick(edit, [this, edit, &field] {
+            if (!edit->isReadOnly()) openList(field);
+        });
+        if (QAbstractButton* list = panel_.listButton(field)) // the form may have put a list of its own there
+            QObject::connect(list, &QAbstractButton::clicked, &form_, [this, edit] { form_.openPicker(edit); });
+    }
+}
+
+std::optional<CodeBoxes::Box> CodeBoxes::boxOf(const Field& field) const {
+    const CodeKind* kind = codes::kindOf(field, [this](const Text& other) {
+        const Edit* edit = panel_.edit(other);
+        return edit ? edit->value().trimmed() : valueOf(other);
+    });
+    if (!kind) return std::nullopt;
+    const auto file = files_.constFind(kind->file);
+    if (file == files_.constEnd()) return std::nullopt;
+    return Box{*kind, *file};
+}
+
+void CodeBoxes::leave(const Field& field) {
+    const auto box = boxOf(field);
+    Edit* edit = panel_.edit(field);
+    if (box) edit->put(codes::completed(box->file, box->kind, edit->value()));
+    changed_(field);
+    if (box && refusing_.contains(&field)) codes::require(box->file, field, box->kind, edit->value());
+}
+
+void CodeBoxes::openList(const Field& field) {
+    const auto box = boxOf(field);
+    if (!box) return;
+    form_.pick(pick_lists::codes(box->file, box->kind, [this, &field, key = box->kind.key](const Record& row) {
+        panel_.edit(field)->put(row.value(*key));
+        form_.guarded([this, &field] { leave(field); });
+    }));
+}
+
+void CodeBoxes::showWords() {
+    for (const FieldBox& box : panel_.boxes()) {
+        const Field& field = *box.field;
+        const auto coded = boxOf(field);
+        if (coded && coded->kind.key != &field)
+            panel_.setHint(field, codes::words(coded->file, field, coded->kind, panel_.edit(field)->value()));
+    }
+}
+
+} // namespace molven

@@ -1,0 +1,92 @@
+// What the screens of the reference data and of the menu do that a scenario cannot see.
+
+#include "support/dossier.h"
+
+#include "play/stand_ins.h"
+#include "reference/party_tables.h"
+#include "screens/reference/document_shelf.h"
+#include "screens/screens.h"
+#include "shell/tables.h"
+#include "ui/edit.h"
+#include "ui/form.h"
+
+#include <QAction>
+#include <QFrame>
+#include <QPushButton>
+
+namespace molven {
+
+namespace {
+
+class Screens : public testing::Test {
+protected:
+    Screens() {
+        auto prompt = std::make_unique<play::ScriptedPrompt>();
+        said = prompt.get();
+        desk = std::make_unique<Desk>(dossier.folder(), std::move(prompt),
+                                      std::make_unique<play::KeepingPrinter>(QString()));
+        addScreens(*desk);
+        desk->session = dossier.session;
+    }
+
+    const test::Dossier dossier;
+    play::ScriptedPrompt* said = nullptr;
+    std::unique_ptr<Desk> desk;
+};
+
+} // namespace
+
+TEST_F(Screens, KeepADocumentFolderChosenWhileARecordIsLookedAt) {
+    Form* clients = desk->open(QStringLiteral("t_cltges"));
+    ASSERT_NE(clients, nullptr);
+    auto* shelf = static_cast<DocumentShelf*>(clients->findChild<QFrame*>(QStringLiteral("Framedoc")));
+    ASSERT_NE(shelf, nullptr);
+    EXPECT_EQ(test::refusalOf([&] { shelf->take(dossier.folder()); }), QStringLiteral(" N° Client obligatoire"));
+    EXPECT_TRUE(said->unchecked.isEmpty()) << "nothing is announced that is not kept";
+
+    auto* code = static_cast<Edit*>(clients->findChild<QLineEdit*>(QStringLiteral("txtclt_cod")));
+    code->setText(QStringLiteral("1"));
+    ASSERT_TRUE(code->left());
+    shelf->take(dossier.folder());
+    EXPECT_EQ(said->unchecked.dequeue(), QStringLiteral("Enregistrés sous :  ") + dossier.folder());
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    EXPECT_EQ(molven.find(strclient, strclient.clt_cod == QStringLiteral("000001"))->value(strclient.clt_chemin),
+              dossier.folder());
+}
+
+TEST_F(Screens, OfReprintsKnowTheDocumentModeAndTheReprintWord) {
+    QStringList words;
+    for (const char* screen : {"T_docedt", "T_docedt2", "T_docedt3", "T_docedt4", "T_btredt"})
+        desk->addScreen(QString::fromLatin1(screen), [&words](Desk& owner) -> Form* {
+            words.append(owner.session.mode_ecran);
+            return nullptr;
+        });
+    Form* menu = desk->open(QStringLiteral("Tmenu"));
+    ASSERT_NE(menu, nullptr);
+    for (const char* entry :
+         {"mnu_vte_pro_edt", "mnu_vte_btr_edt", "mnu_vte_liv_edt", "mnu_vte_fac_edt", "mnu_vte_csg_edt"}) {
+        said->answers.enqueue(false);
+        menu->findChild<QAction*>(QString::fromLatin1(entry))->trigger();
+        said->answers.clear();
+    }
+    EXPECT_EQ(words, QStringList({QStringLiteral("RED"), QStringLiteral("BTR RED"), QStringLiteral("LIV RED"),
+                                  QStringLiteral("FAC RED"), QStringLiteral("CSG RED")}));
+    said->unchecked.clear();
+}
+
+TEST_F(Screens, OfTheEntranceLetACompanyWithoutCodeIn) {
+    {
+        Workspace workspace;
+        workspace.open(dossier.session.molven()).update(strspecif, {{strspecif.spe_cod, QString()}}, {});
+    }
+    Form* entrance = desk->open(QStringLiteral("Tcsecret"));
+    auto* word = entrance->findChild<QLineEdit*>(QStringLiteral("Text1"));
+    for (int turn = 0; turn < 2; ++turn) { // the first word typed is kept, then asked for
+        word->setText(QStringLiteral("mot"));
+        entrance->findChild<QAbstractButton*>(QStringLiteral("Btok"))->click();
+    }
+    EXPECT_NE(desk->window(QStringLiteral("Tmenu")), nullptr);
+}
+
+} // namespace molven
