@@ -58,7 +58,8 @@ const QList<Family>& families() {
     return all;
 }
 
-/// Every document of one family: header and lines go together, lines follow a hidden record.
+/// Every document of one family: header and lines go together, lines follow a hidden record. A document emptied by its
+/// user keeps the hidden record, one whose creation was cut short has none.
 void checkDocuments(Database documents, const QString& file, const Family& family, Faults& faults) {
     QSet<QString> headers;
     for (const Record& row : documents.select(family.headers))
@@ -70,6 +71,8 @@ void checkDocuments(Database documents, const QString& file, const Family& famil
     }
     for (const QString& key : (lined | hidden) - headers)
         faults.append({file, family.name + u' ' + key, QStringLiteral("lignes sans en-tête")});
+    for (const QString& key : headers - lined - hidden)
+        faults.append({file, family.name + u' ' + key, QStringLiteral("aucune ligne")});
     for (const QString& key : lined - hidden)
         faults.append({file, family.name + u' ' + key, QStringLiteral("enregistrement 000 absent")});
 }
@@ -136,10 +139,17 @@ void checkUnits(Database molven, Database vente, Database historic, Database anc
 void checkInvoicedNotes(Database vente, Database historic, Faults& faults) {
     for (const Record& note : vente.select(strlive, strlive.fac_cpt == QStringLiteral("T"))) {
         const QString invoice = note[strlive.fac_blv];
-        const Criterion same = strface.fac_no == invoice;
-        if (vente.count(strface, same) + historic.count(strface, same) == 0)
+        const auto fault = [&](const QString& text) {
             faults.append({QStringLiteral("vente.mdb"), QStringLiteral("bon de livraison ") + note[strlive.fac_no],
-                           QStringLiteral("facture %1 absente").arg(invoice)});
+                           text.arg(invoice)});
+        };
+        const Criterion same = strface.fac_no == invoice;
+        const Criterion taken = strfacl.fac_no == invoice && strfacl.fac_nbl == note[strlive.fac_no] &&
+                                strfacl.fac_lg != QStringLiteral("000");
+        if (vente.count(strface, same) + historic.count(strface, same) == 0)
+            fault(QStringLiteral("facture %1 absente"));
+        else if (vente.count(strfacl, taken) + historic.count(strfacl, taken) == 0)
+            fault(QStringLiteral("la facture %1 n'en porte aucune ligne"));
     }
 }
 

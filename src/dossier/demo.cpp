@@ -277,7 +277,7 @@ void Life::transfer(const Event& event) {
     note.to = documents::depotOf(*client);
     note.date = dateText(event.day);
     note.units = event.units;
-    transfer_notes::write(invoices_.molven, invoices_.vente, session_.rules(), note);
+    transfer_notes::write(invoices_.molven, invoices_.vente, invoices_.historic, session_.rules(), note);
 }
 
 void Life::fillSet(const Event& event) {

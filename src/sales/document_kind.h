@@ -19,13 +19,14 @@ struct DocumentKind {
     bool isCredit;      ///< takes units back
     bool isConsignment;
     bool isDeletable;
+    QString whereabouts; ///< what it is and which screen has it, for a number typed in the other screen of its series
 
     bool isDelivery() const { return mode == u"LIV"; }
     bool isInvoice() const { return mode == u"FAC"; }
 };
 
 const QList<DocumentKind>& documentKinds();
-/// The kind of a mode word; the delivery note for an unknown one.
+/// The kind of a mode word. Throws Refusal for an unknown one.
 const DocumentKind& documentKind(const QString& mode);
 
 } // namespace molven

@@ -50,12 +50,16 @@ struct DocumentHeaders : Table {
     Text fac_blv{this, "fac_blv", 6};               ///< invoice that took over the delivery note, "000000" while none
     Text fac_cpt{this, "fac_cpt", 1};               ///< N open, T transferred
     Text fac_dep{this, "fac_dep", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of the document
+    Text fac_mode{this, "fac_mode", 3}; ///< mode word of its kind; empty on old documents, see documents::isOfKind
+    Text fac_uid{this, "fac_uid", 32};  ///< drawn at creation: tells it from a later document with its number
+    Text fac_pst{this, "fac_pst", 80};  ///< workstation and user creating it, until it has a line or is kept without
 
     Trail trail{this, {fac_aa, fac_no}};
     KeptFields kept{this, {fac_ht, fac_ttc, fac_tv1, fac_tv2, fac_tv3, fac_tvp, fac_ffa}}; // the lines make the totals
     Index by_number{this, {fac_no, fac_aa}, Uniqueness::Unique};
     Index by_client{this, {fac_clt, fac_cpt, tri_datf}};
     Index by_date{this, {tri_datf}};
+    Index by_station{this, {fac_pst}};
 };
 inline const DocumentHeaders strlive{"strlive"};
 inline const DocumentHeaders strcsge{"strcsge"};

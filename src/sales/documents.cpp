@@ -6,16 +6,33 @@
 #include "data/format.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "sales/integration.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
 #include "sales/totals.h"
+#include "sales/unit_moves.h"
+
+#include <QSysInfo>
+#include <QUuid>
 
 namespace molven::documents {
 
 namespace {
 
-Criterion sameDocument(const DocumentHeaders& table, const Record& header) {
+Criterion numbered(const DocumentHeaders& table, const Record& header) {
     return table.fac_no == header[table.fac_no] && table.fac_aa == header[table.fac_aa];
+}
+
+/// Two readings of one document; those of old have no drawn key and are told by client and date.
+bool isSame(const DocumentHeaders& table, const Record& a, const Record& b) {
+    return a[table.fac_uid] == b[table.fac_uid] && a[table.fac_clt] == b[table.fac_clt] &&
+           a[table.fac_datf] == b[table.fac_datf];
+}
+
+/// Who creates a document, so that one cut short is offered for deletion to its own user alone.
+QString station() {
+    const QString user = qEnvironmentVariable("USER", qEnvironmentVariable("USERNAME"));
+    return (QSysInfo::machineHostName() + u'/' + user).left(strlive.fac_pst.size);
 }
 
 void require(bool held, const char* message, const Field& field) {
@@ -24,24 +41,50 @@ void require(bool held, const char* message, const Field& field) {
 
 } // namespace
 
+bool isOfKind(const DocumentKind& kind, const Record& header) {
+    const QString mode = header[kind.headers.fac_mode];
+    return mode.isEmpty() ? (header[kind.headers.fac_ht] < Decimal()) == kind.isCredit : mode == kind.mode;
+}
+
+Criterion ofKind(SalesBook& book) {
+    const DocumentHeaders& table = book.kind().headers;
+    if (book.kind().isDelivery()) return {};
+    const Criterion negative = table.fac_ht < QStringLiteral("0");
+    const Criterion ofOld = table.fac_mode == QString() && (book.kind().isCredit ? negative : !negative);
+    return table.fac_mode == book.kind().mode || ofOld;
+}
+
+namespace {
+
+void requireKind(const DocumentKind& kind, const Record& header) {
+    if (isOfKind(kind, header)) return;
+    for (const DocumentKind& other : documentKinds())
+        if (&other.headers == &kind.headers && isOfKind(other, header))
+            throw Refusal(QStringLiteral("Ce N° est ") + other.whereabouts, kind.headers.fac_no.name);
+}
+
+} // namespace
+
 std::optional<Record> find(SalesBook& book, const QString& number) {
     const DocumentHeaders& table = book.kind().headers;
-    return book.vente.find(table, table.fac_no == padded(number, 6), Order::descending(table.fac_aa));
+    const auto found = book.vente.find(table, table.fac_no == padded(number, 6), Order::descending(table.fac_aa));
+    if (found) requireKind(book.kind(), *found);
+    return found;
 }
 
 std::optional<Record> last(SalesBook& book) {
     const DocumentHeaders& table = book.kind().headers;
-    return book.vente.find(table, {}, Order::descending(table.fac_no));
+    return book.vente.find(table, ofKind(book), Order::descending(table.fac_no));
 }
 
 std::optional<Record> before(SalesBook& book, const QString& number) {
     const DocumentHeaders& table = book.kind().headers;
-    return book.vente.find(table, table.fac_no < padded(number, 6), Order::descending(table.fac_no));
+    return book.vente.find(table, table.fac_no < padded(number, 6) && ofKind(book), Order::descending(table.fac_no));
 }
 
 std::optional<Record> after(SalesBook& book, const QString& number) {
     const DocumentHeaders& table = book.kind().headers;
-    return book.vente.find(table, table.fac_no > padded(number, 6), table.fac_no);
+    return book.vente.find(table, table.fac_no > padded(number, 6) && ofKind(book), table.fac_no);
 }
 
 QString depotOf(const Record& client) {
@@ -72,12 +115,17 @@ Record blank(SalesBook& book, const QString& code) {
     header[table.fac_rglt] = client[strclient.clt_rgt];
     header[table.fac_clm] = client[strclient.clt_memo];
     header[table.fac_dep] = book.kind().isCredit ? MainDepot : depotOf(client);
-    header[table.fac_mon] = QStringLiteral("EUR");
+    header[table.fac_mon] = parameters::companyCurrency(book.molven, book.companyCurrency());
     header[table.fac_datf] = dateText(Clock::today());
     return header;
 }
 
 namespace {
+
+void checkCode(SalesBook& book, const Record& header, const Text& field, const QString& letter) {
+    const QString code = header[field];
+    require(code.isEmpty() || parameters::find(book.molven, letter, code), "Ce code n'existe pas", field);
+}
 
 void check(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
@@ -89,12 +137,8 @@ void check(SalesBook& book, const Record& header) {
     require(isEmptyDate(order) || dateFromText(order) <= date, "Date commande > date du document", table.fac_datc);
     require(book.molven.count(strmonnaie, strmonnaie.mon_cle == header[table.fac_mon]) > 0, "Monnaie inconnue",
             table.fac_mon);
-    const QString surgeon = header[table.fac_chr];
-    require(surgeon.isEmpty() || parameters::find(book.molven, list::Surgeon, surgeon), "Ce code n'existe pas",
-            table.fac_chr);
-    const QString dispatch = header[table.fac_trs];
-    require(dispatch.isEmpty() || parameters::find(book.molven, list::Dispatch, dispatch), "Ce code n'existe pas",
-            table.fac_trs);
+    checkCode(book, header, table.fac_chr, list::Surgeon);
+    checkCode(book, header, table.fac_trs, list::Dispatch);
     require(parameters::find(book.molven, list::Depot, header[table.fac_dep]).has_value(), "Dépôt inconnu",
             table.fac_dep);
 }
@@ -125,10 +169,13 @@ Record create(SalesBook& book, Record header, const QStringList& deliveryAddress
     Transaction transaction(book.workspace, QStringLiteral("Création du document"));
     check(book, header);
     header[table.fac_aa] = read[table.fac_datf].right(4);
-    header[table.fac_no] = numbering::next(book.vente, table);
+    header[table.fac_no] = numbering::next(book.vente, book.historic, table);
     header[table.fac_lg] = HeaderKey;
     header[table.fac_cpt] = Open;
     header[table.fac_blv] = NotInvoiced;
+    header[table.fac_mode] = book.kind().mode;
+    header[table.fac_uid] = QUuid::createUuid().toString(QUuid::Id128);
+    header[table.fac_pst] = station();
     header[table.tri_datf] = sortKey(read[table.fac_datf]);
     setDueDate(book, header);
     totals::compute(book, header);
@@ -138,84 +185,182 @@ Record create(SalesBook& book, Record header, const QStringList& deliveryAddress
     return header;
 }
 
-void requireOpen(SalesBook& book, const Record& header) {
+Record current(SalesBook& book, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
-    const auto stored = book.vente.find(table, sameDocument(table, header));
-    require(stored.has_value(), "N° inconnu", table.fac_no);
-    require(std::as_const(*stored)[table.fac_cpt] != Transferred, "Document transféré non modifiable", table.fac_no);
+    const QString number = asRead[table.fac_no];
+    if (number.isEmpty()) throw Refusal(QStringLiteral("N° inconnu"), table.fac_no.name);
+    const auto stored = book.vente.find(table, numbered(table, asRead));
+    if (!stored)
+        throw ChangedElsewhere(
+            QStringLiteral("Le document %1 a été supprimé ou renuméroté par un autre poste").arg(number),
+            table.fac_no.name);
+    if (!isSame(table, *stored, asRead))
+        throw ChangedElsewhere(
+            QStringLiteral("Le document %1 a été supprimé par un autre poste : ce N° est "
+                           "maintenant un document du %2 pour %3 %4")
+                .arg(number, stored->value(table.fac_datf), stored->value(table.fac_clt), stored->value(table.fac_nom)),
+            table.fac_no.name);
+    requireKind(book.kind(), *stored);
+    return *stored;
+}
+
+Record requireOpen(SalesBook& book, const Record& asRead) {
+    const DocumentHeaders& table = book.kind().headers;
+    const Record stored = current(book, asRead);
+    require(stored[table.fac_cpt] != Transferred, "Document transféré non modifiable", table.fac_no);
+    return stored;
 }
 
 namespace {
 
-/// Copies these fields of `header` into the stored one, with its totals computed anew.
-Record rewrite(SalesBook& book, const Record& header, const QList<const Field*>& fields) {
+QList<WatchedField> openFields(const DocumentHeaders& table) {
+    return {{&table.fac_chr, "Le chirurgien a été modifié"},
+            {&table.fac_trs, "Le transport a été modifié"},
+            {&table.fac_btr, "Le bon a été modifié"},
+            {&table.fac_pat, "Le patient a été modifié"}};
+}
+
+QList<WatchedField> footerFields(const DocumentHeaders& table) {
+    return {
+        {&table.fac_rem, "La remise a été modifiée"},           {&table.fac_esc, "L'escompte a été modifié"},
+        {&table.fac_acpt, "L'acompte a été modifié"},           {&table.fac_port, "Le port a été modifié"},
+        {&table.fac_exo, "Le montant exonéré a été modifié"},   {&table.fac_rglt, "Le mode de règlement a été modifié"},
+        {&table.fac_fco, "L'indicateur de pied a été modifié"}, {&table.fac_mes, "Le message a été modifié"}};
+}
+
+/// The document's own record, to be changed in the caller's transaction.
+Recordset writable(SalesBook& book, const Record& stored) {
     const DocumentHeaders& table = book.kind().headers;
+    Recordset record = book.vente.select(table, numbered(table, stored));
+    record.edit();
+    return record;
+}
+
+/// Copies the watched fields of `header` into the stored one, which must hold in them what the user read; what the
+/// fields imply is checked and computed by `finish`.
+template <class Finish>
+Record rewrite(SalesBook& book, const Record& header, const Record& asRead, const QList<WatchedField>& fields,
+               const Finish& finish) {
     Transaction transaction(book.workspace, QStringLiteral("Modification de l'en-tête"));
-    requireOpen(book, header);
-    Recordset stored = book.vente.select(table, sameDocument(table, header));
-    stored.edit();
-    Record& written = stored.draft();
-    for (const Field* field : fields) written.set(*field, header.value(*field));
-    check(book, written);
-    setDueDate(book, written);
-    totals::compute(book, written);
+    const Record stored = requireOpen(book, asRead);
+    requireUnchanged(stored, asRead, fields);
+    Recordset record = writable(book, stored);
+    Record& written = record.draft();
+    for (const WatchedField& watched : fields) written.set(*watched.field, header.value(*watched.field));
+    finish(stored, written);
     const Record result = written;
-    stored.update();
+    record.update();
     transaction.commit();
     return result;
+}
+
+void checkPercents(const DocumentHeaders& table, const Record& header) {
+    for (const Number* percent : {&table.fac_rem, &table.fac_esc})
+        require(header[*percent] >= Decimal(0) && header[*percent] <= Decimal(100), "Remise incorrecte", *percent);
+}
+
+/// What an amount box holds at most, "#####0.00".
+const Decimal& greatestAmount() {
+    static const Decimal amount = Decimal::fromText(QStringLiteral("999999.99"));
+    return amount;
+}
+
+/// A credit note may give carriage and exempt amounts back.
+void checkAmounts(const DocumentKind& kind, const Record& header) {
+    const Decimal least = kind.isCredit ? -greatestAmount() : Decimal(0);
+    for (const Number* amount : {&kind.headers.fac_port, &kind.headers.fac_exo})
+        require(header[*amount] >= least && header[*amount] <= greatestAmount(), "Montant incorrect", *amount);
+}
+
+void checkDownPayment(const DocumentHeaders& table, const Record& header) {
+    const Decimal paid = header[table.fac_acpt];
+    require(paid >= Decimal(0), "Montant incorrect", table.fac_acpt);
+    require(paid.isZero() || paid <= header[table.fac_ttc], "Acompte supérieur au total du document", table.fac_acpt);
 }
 
 } // namespace
 
-Record change(SalesBook& book, const Record& header) {
+Record change(SalesBook& book, const Record& header, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
-    return rewrite(book, header, {&table.fac_chr, &table.fac_trs, &table.fac_btr, &table.fac_pat});
+    return rewrite(book, header, asRead, openFields(table), [&](const Record& stored, const Record& written) {
+        // A code that was deleted since stays on the documents that have it.
+        for (const auto& [field, letter] :
+             {std::pair(&table.fac_chr, list::Surgeon), std::pair(&table.fac_trs, list::Dispatch)})
+            if (written[*field] != stored[*field]) checkCode(book, written, *field, letter);
+        if (written[table.fac_pat] != stored[table.fac_pat]) unit_moves::correctPatient(book, stored, written);
+    });
 }
 
-Record changeFooter(SalesBook& book, const Record& header) {
+Record changeFooter(SalesBook& book, const Record& header, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
-    for (const Number* percent : {&table.fac_rem, &table.fac_esc})
-        require(!(header[*percent] < Decimal(0)) && !(header[*percent] > Decimal(100)), "Remise incorrecte", *percent);
-    return rewrite(book, header,
-                   {&table.fac_rem, &table.fac_esc, &table.fac_acpt, &table.fac_port, &table.fac_exo, &table.fac_rglt,
-                    &table.fac_fco, &table.fac_mes});
+    checkPercents(table, header);
+    checkAmounts(book.kind(), header);
+    return rewrite(book, header, asRead, footerFields(table), [&](const Record& stored, Record& written) {
+        if (written.value(table.fac_rglt) != stored[table.fac_rglt]) setDueDate(book, written);
+        totals::compute(book, written);
+        checkDownPayment(table, written);
+    });
 }
 
 Record refreshTotals(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
-    Recordset stored = book.vente.select(table, sameDocument(table, header));
-    stored.edit();
-    totals::compute(book, stored.draft());
-    const Record result = stored.draft();
-    stored.update();
+    Recordset record = writable(book, header);
+    totals::compute(book, record.draft());
+    record[table.fac_pst] = QString();
+    const Record result = record.draft();
+    record.update();
     return result;
 }
 
-void requireDeletable(SalesBook& book, const Record& header) {
+void requireDeletable(SalesBook& book, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
     require(book.kind().isDeletable, "Impossible de supprimer une Facture ou un Avoir ou un bon consignation",
             table.fac_no);
-    const auto stored = book.vente.find(table, sameDocument(table, header));
-    require(stored.has_value(), "N° inconnu", table.fac_no);
-    require(std::as_const(*stored)[table.fac_cpt] != Transferred, "Bon Livraison facturé !!! impossible", table.fac_no);
+    require(current(book, asRead)[table.fac_cpt] != Transferred, "Bon Livraison facturé !!! impossible", table.fac_no);
 }
 
-void remove(SalesBook& book, const Record& header) {
+void remove(SalesBook& book, const Record& asRead) {
+    const DocumentHeaders& table = book.kind().headers;
     Transaction transaction(book.workspace, QStringLiteral("Suppression du document"));
-    requireDeletable(book, header);
-    abandon(book, header);
+    requireDeletable(book, asRead);
+    const QList<WatchedField> total{{&table.fac_ht, "Le total HT a été modifié"}};
+    requireUnchanged(current(book, asRead), asRead, openFields(table) + footerFields(table) + total);
+    abandon(book, asRead);
     transaction.commit();
 }
 
-void abandon(SalesBook& book, const Record& header) {
+void abandon(SalesBook& book, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
     const DocumentLines& lineTable = book.kind().lines;
     Transaction transaction(book.workspace, QStringLiteral("Abandon du document"));
-    requireOpen(book, header);
-    for (const Record& line : lines(book, header)) document_lines::undo(book, header, line);
+    const Record header = requireOpen(book, asRead);
+    QStringList notes;
+    for (const Record& line : lines(book, header)) {
+        document_lines::undo(book, header, line);
+        if (const QString note = line[lineTable.fac_nbl]; !notes.contains(note)) notes.append(note);
+    }
     book.vente.remove(lineTable, lineTable.fac_no == header[table.fac_no] && lineTable.fac_aa == header[table.fac_aa]);
-    book.vente.remove(table, sameDocument(table, header));
+    if (book.kind().isInvoice()) integration::release(book, header, notes);
+    book.vente.remove(table, numbered(table, header));
     transaction.commit();
+}
+
+QList<Record> unfinished(SalesBook& book) {
+    const DocumentHeaders& table = book.kind().headers;
+    QList<Record> found;
+    for (const Record& header : book.vente.select(table, table.fac_pst == station() && ofKind(book), table.fac_no))
+        if (book.vente.count(book.kind().lines, linesOf(book, header)) == 0) found.append(header);
+    return found;
+}
+
+Record keep(SalesBook& book, const Record& asRead) {
+    Transaction transaction(book.workspace, QStringLiteral("Document conservé sans ligne"));
+    Recordset record = writable(book, current(book, asRead));
+    record[book.kind().headers.fac_pst] = QString();
+    const Record result = record.draft();
+    record.update();
+    transaction.commit();
+    return result;
 }
 
 Criterion linesOf(SalesBook& book, const Record& header) {
@@ -228,9 +373,13 @@ Recordset lines(SalesBook& book, const Record& header) {
     return book.vente.select(lineTable, linesOf(book, header), {lineTable.fac_no, lineTable.fac_lg});
 }
 
+Criterion documentsOf(SalesBook& book, const QString& client) {
+    return book.kind().headers.fac_clt == padded(client, 6) && ofKind(book);
+}
+
 Recordset ofClient(SalesBook& book, const QString& client) {
     const DocumentHeaders& table = book.kind().headers;
-    Recordset found = book.vente.select(table, table.fac_clt == padded(client, 6), {table.tri_datf, table.fac_no});
+    Recordset found = book.vente.select(table, documentsOf(book, client), {table.tri_datf, table.fac_no});
     if (found.isEmpty()) throw Refusal(QStringLiteral(" Aucun document pour ce client"), table.fac_clt.name);
     return found;
 }

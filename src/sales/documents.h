@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sales/changed_elsewhere.h"
 #include "sales/sales_book.h"
 
 namespace molven::documents {
@@ -9,8 +10,16 @@ inline const QString Open = QStringLiteral("N");
 inline const QString Transferred = QStringLiteral("T");
 inline const QString NotInvoiced = QStringLiteral("000000");
 
-/// The header of a number, typed or stored; nothing when there is none.
+/// Invoices and credit notes share one table and one series, so do the two kinds of consignment notes. A document is of
+/// the kind it was created as; one of old, without a mode word, is a credit note when its total is negative.
+bool isOfKind(const DocumentKind& kind, const Record& header);
+/// The condition on the documents of the book's kind.
+Criterion ofKind(SalesBook& book);
+
+/// The document of a number, typed or stored; nothing when there is none. Throws Refusal "Ce N° est ... : voir ..."
+/// when the number is that of the other kind.
 std::optional<Record> find(SalesBook& book, const QString& number);
+/// The neighbours in the series, among the documents of the book's kind.
 std::optional<Record> last(SalesBook& book);
 std::optional<Record> before(SalesBook& book, const QString& number);
 std::optional<Record> after(SalesBook& book, const QString& number);
@@ -23,26 +32,42 @@ Record blank(SalesBook& book, const QString& client);
 /// with the first fault.
 Record create(SalesBook& book, Record header, const QStringList& deliveryAddress = {});
 
-/// Rewrites the fields of a header that stay open to change: surgeon, dispatch, voucher, patient.
-Record change(SalesBook& book, const Record& header);
-/// Rewrites the footer and its totals: discounts, down payment, carriage, exemption, payment mode.
-Record changeFooter(SalesBook& book, const Record& header);
-/// Computes the totals anew and writes them; inside the caller's transaction.
+// `asRead` is always the header as the user last saw it. It names the document itself, not whatever bears its number
+// now: these functions throw ChangedElsewhere when the document is gone or its number was drawn again.
+
+/// The document as it is stored now.
+Record current(SalesBook& book, const Record& asRead);
+/// The same; throws Refusal "Document transféré non modifiable" unless it may still be changed.
+Record requireOpen(SalesBook& book, const Record& asRead);
+
+/// Rewrites the fields of a header that stay open to change: surgeon, dispatch, voucher, patient; a corrected patient
+/// reaches the units that the document holds. Throws ChangedElsewhere when one of them was changed meanwhile.
+Record change(SalesBook& book, const Record& header, const Record& asRead);
+/// Rewrites the footer and its totals: discounts, down payment, carriage, exemption, payment mode. Throws
+/// ChangedElsewhere when one of them was changed meanwhile.
+Record changeFooter(SalesBook& book, const Record& header, const Record& asRead);
+/// Computes the totals anew and writes them, after a change of the lines; inside the caller's transaction.
 Record refreshTotals(SalesBook& book, const Record& header);
 
-/// Throws Refusal unless the document may still be changed.
-void requireOpen(SalesBook& book, const Record& header);
 /// Throws Refusal unless the kind and the state of the document allow its deletion.
-void requireDeletable(SalesBook& book, const Record& header);
-/// Undoes every line and deletes the document.
-void remove(SalesBook& book, const Record& header);
-/// Drops a document left without lines, or whose user agrees to drop it for a zero total, whatever its kind.
-void abandon(SalesBook& book, const Record& header);
+void requireDeletable(SalesBook& book, const Record& asRead);
+/// Undoes every line and deletes the document. Throws ChangedElsewhere when anything on it was changed meanwhile.
+void remove(SalesBook& book, const Record& asRead);
+/// Drops a document left without lines, or whose user agrees to drop it for a zero total, whatever its kind. The
+/// delivery notes that an invoice had taken over are open again.
+void abandon(SalesBook& book, const Record& asRead);
+
+/// The documents of this kind whose creation was cut short at this workstation: a header and no line.
+QList<Record> unfinished(SalesBook& book);
+/// The user keeps a document without lines: it is unfinished no longer.
+Record keep(SalesBook& book, const Record& asRead);
 
 /// The condition on the shown lines of a document.
 Criterion linesOf(SalesBook& book, const Record& header);
 /// The shown lines of a document, in order.
 Recordset lines(SalesBook& book, const Record& header);
+/// The condition on a client's documents of the book's kind.
+Criterion documentsOf(SalesBook& book, const QString& client);
 /// A client's documents by date. Throws Refusal when there is none.
 Recordset ofClient(SalesBook& book, const QString& client);
 

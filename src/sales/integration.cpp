@@ -2,11 +2,10 @@
 
 #include "data/errors.h"
 #include "data/format.h"
-#include "reference/articles.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
-#include "stock/units.h"
+#include "sales/unit_moves.h"
 
 namespace molven::integration {
 
@@ -25,21 +24,6 @@ Record integrable(SalesBook& invoices, const Record& invoice, const QString& num
     return *note;
 }
 
-/// A unit delivered by the note is now sold by the invoice.
-void sell(SalesBook& invoices, const Record& invoice, const QString& unit, const QString& note,
-          const QString& reference) {
-    const QString number = invoice[strface.fac_no];
-    invoices.molven.update(strproduit,
-                           {{strproduit.tes_vte, state::Sold},
-                            {strproduit.num_vte, number},
-                            {strproduit.nbl_dep, number},
-                            {strproduit.dat_vte, invoice[strface.fac_datf]},
-                            {strproduit.tri_vte, invoice[strface.tri_datf]},
-                            {strproduit.ref_vte, QStringLiteral("BL/") + note}},
-                           Immatriculation::fromText(unit).criterion());
-    articles::moveStock(invoices.molven, reference, Decimal(-1));
-}
-
 } // namespace
 
 Criterion openNotesOf(const Record& invoice) {
@@ -52,12 +36,12 @@ Recordset openDeliveryNotes(SalesBook& invoices, const Record& invoice) {
     return notes;
 }
 
-void integrate(SalesBook& invoices, const Record& invoice, const QString& deliveryNote) {
+void integrate(SalesBook& invoices, const Record& asRead, const QString& deliveryNote) {
     const QString number = padded(deliveryNote, 6);
+    Transaction transaction(invoices.workspace, QStringLiteral("Intégration d'un bon de livraison"));
+    const Record invoice = documents::requireOpen(invoices, asRead);
     const QString year = invoice[strface.fac_aa];
     const QString invoiceNumber = invoice[strface.fac_no];
-    Transaction transaction(invoices.workspace, QStringLiteral("Intégration d'un bon de livraison"));
-    documents::requireOpen(invoices, invoice);
     const Record note = integrable(invoices, invoice, number);
     Recordset lines = invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
                                             {strlivl.fac_no, strlivl.fac_lg});
@@ -75,13 +59,46 @@ void integrate(SalesBook& invoices, const Record& invoice, const QString& delive
         copy[strfacl.fac_lg] = numbering::lineKey(next++);
         copy[strfacl.fac_nbl] = number;
         invoices.vente.insert(copy);
-        if (const QString unit = copy[strfacl.fac_imm]; !unit.isEmpty())
-            sell(invoices, invoice, unit, number, copy[strfacl.fac_ref]);
+        if (!copy.value(strfacl.fac_imm).isEmpty()) unit_moves::sell(invoices, invoice, note, lines.record());
     }
     invoices.vente.update(strlive, {{strlive.fac_blv, invoiceNumber}, {strlive.fac_cpt, documents::Transferred}},
                           strlive.fac_no == number && strlive.fac_aa == note[strlive.fac_aa]);
     documents::refreshTotals(invoices, invoice);
     transaction.commit();
+}
+
+namespace {
+
+void reopen(SalesBook& invoices, const Record& invoice, const Record& note) {
+    const QString number = note[strlive.fac_no];
+    invoices.vente.update(strlive, {{strlive.fac_blv, documents::NotInvoiced}, {strlive.fac_cpt, documents::Open}},
+                          strlive.fac_no == number && strlive.fac_aa == note[strlive.fac_aa]);
+    // The hidden record of the note goes too, but a document with lines keeps one.
+    invoices.vente.remove(strfacl, strfacl.fac_no == invoice[strface.fac_no] &&
+                                       strfacl.fac_aa == invoice[strface.fac_aa] &&
+                                       strfacl.fac_lg == numbering::HiddenLine && strfacl.fac_nbl == number);
+    if (!documents::lines(invoices, invoice).isEmpty())
+        numbering::addHiddenLine(invoices.vente, strfacl, invoice[strface.fac_aa], invoice[strface.fac_no]);
+    for (const Record& line : invoices.vente.select(
+             strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number) && strlivl.fac_imm != QString()))
+        unit_moves::deliverAgain(invoices, note, line);
+}
+
+} // namespace
+
+void release(SalesBook& invoices, const Record& invoice, const QStringList& deliveryNotes) {
+    const QString invoiceNumber = invoice[strface.fac_no];
+    for (const QString& number : deliveryNotes) {
+        if (number.isEmpty() ||
+            invoices.vente.count(strfacl, documents::linesOf(invoices, invoice) && strfacl.fac_nbl == number) > 0)
+            continue;
+        const Criterion taken = strlive.fac_no == number && strlive.fac_blv == invoiceNumber;
+        if (const auto note = invoices.vente.find(strlive, taken, Order::descending(strlive.fac_aa)))
+            reopen(invoices, invoice, *note);
+        else if (invoices.historic.count(strlive, taken) > 0)
+            throw Refusal(QStringLiteral("Le bon de livraison %1 est archivé : le réactualiser d'abord").arg(number),
+                          strfacl.fac_nbl.name);
+    }
 }
 
 } // namespace molven::integration

@@ -6,7 +6,9 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/documents.h"
+#include "sales/integration.h"
 #include "sales/numbering.h"
+#include "sales/unit_moves.h"
 #include "sales/unit_rules.h"
 #include "stock/unit_tables.h"
 
@@ -62,6 +64,7 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     line[table.fac_remx] = price.discount;
     line[table.fac_pa] = price.purchasePrice;
     line[table.fac_tip] = price.reimbursement;
+    draft.reimbursements = price.reimbursements;
     line[table.fac_nho] = price.approval;
     line[table.fac_qte] = 1;
     return draft;
@@ -76,7 +79,7 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     line[table.fac_ste] = unit[strproduit.num_ste];
     line[table.fac_dst] = unit[strproduit.dat_ste];
     line[table.fac_dpr] = unit[strproduit.dat_per];
-    line[table.fac_nho] = unit[strproduit.pro_nho];
+    if (line[table.fac_nho] != pricing::NotSubject) line[table.fac_nho] = unit[strproduit.pro_nho];
     line[table.fac_fimm] = unit[strproduit.fou_imm];
     line[table.fac_fref] = unit[strproduit.fou_ref];
     line[table.fac_qte] = 1;
@@ -104,11 +107,30 @@ QString stockWarning(SalesBook& book, const Draft& draft) {
     return QStringLiteral("ATTENTION ... Stock insuffisant ... stock dispo : ") + shown(stock);
 }
 
+QStringList reimbursementsOf(SalesBook& book, const QString& reference) {
+    const auto article = articles::find(book.molven, reference);
+    return article ? pricing::reimbursements(book.molven, *article) : QStringList();
+}
+
 namespace {
 
-void requireQuantity(SalesBook& book, const Record& line) {
-    const Number& quantity = book.kind().lines.fac_qte;
-    if (!(line[quantity] > Decimal(0))) throw Refusal(QStringLiteral("Quantité incorrecte"), quantity.name);
+void require(bool held, const char* message, const Field& field) {
+    if (!held) throw Refusal(QString::fromUtf8(message), field.name);
+}
+
+/// What the boxes of a line can show: "####0.00" and "#####0.00".
+void requireBounds(SalesBook& book, const Record& line) {
+    const DocumentLines& table = book.kind().lines;
+    const Decimal quantity = line[table.fac_qte], price = line[table.fac_px], discount = line[table.fac_remx];
+    require(quantity > Decimal(0) && quantity < Decimal(100'000) && quantity == quantity.rounded(2),
+            "Quantité incorrecte", table.fac_qte);
+    require(price >= Decimal(0) && price < Decimal(1'000'000), "Prix incorrect", table.fac_px);
+    require(discount >= Decimal(0) && discount <= Decimal(100), "Remise incorrecte", table.fac_remx);
+}
+
+void requireReimbursement(SalesBook& book, const QString& code, const QStringList& choices) {
+    require(choices.isEmpty() || choices.contains(code, Qt::CaseInsensitive), "Ce code n'existe pas",
+            book.kind().lines.fac_tip);
 }
 
 /// Writes one line under its number and moves what it moves.
@@ -122,13 +144,14 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
     line[table.fac_no] = header[headers.fac_no];
     line[table.fac_lg] = number;
     if (!draft.isText) {
-        requireQuantity(book, line);
+        requireBounds(book, line);
+        requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
         line[table.fac_qte] = read[table.fac_qte] * direction(book.kind());
         priceLine(book, line, draft.withoutVat);
     }
     book.vente.insert(line);
     if (draft.tracked) {
-        unit_rules::apply(book, header, line);
+        unit_moves::apply(book, header, line);
     } else if (const auto article = articles::find(book.molven, read[table.fac_ref]); article && movesStock(*article)) {
         articles::moveStock(book.molven, read[table.fac_ref], -read[table.fac_qte]);
     }
@@ -136,83 +159,106 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
 
 } // namespace
 
-void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int from) {
+namespace {
+
+/// Numbers for so many new lines: those after the last, or from a free one on.
+QList<int> freeNumbers(SalesBook& book, const Record& header, qsizetype count, int from) {
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
-    const QString year = header[headers.fac_aa];
-    const QString number = header[headers.fac_no];
-    Transaction transaction(book.workspace, QStringLiteral("Ajout de lignes"));
-    documents::requireOpen(book, header);
-    if (from > numbering::LastLine) throw Refusal(QStringLiteral("Document plein - ligne non crée"), table.fac_lg.name);
-    int next = numbering::nextLine(book.vente, table, year, number);
-    if (from > 0 && from < next) throw Refusal(QStringLiteral("Cette ligne existe déjà"), table.fac_lg.name);
-    next = std::max(next, from);
-    if (next + drafts.size() - 1 > numbering::LastLine)
-        throw Refusal(QStringLiteral("Document plein - ligne non crée"), table.fac_lg.name);
-    numbering::addHiddenLine(book.vente, table, year, number);
-    for (const Draft& draft : drafts) write(book, header, draft, numbering::lineKey(next++));
-    documents::refreshTotals(book, header);
-    transaction.commit();
+    const int first =
+        from > 0 ? from : numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
+    QList<int> numbers;
+    for (int number = first; numbers.size() < count; ++number) {
+        numbering::requireRoom(number);
+        const Criterion taken = documents::linesOf(book, header) && table.fac_lg == numbering::lineKey(number);
+        require(book.vente.count(table, taken) == 0, "Cette ligne existe déjà", table.fac_lg);
+        numbers.append(number);
+    }
+    return numbers;
 }
 
-void insert(SalesBook& book, const Record& header, const Draft& draft, const QString& before) {
+/// The line of the document that the user saw, as it is stored. Throws ChangedElsewhere when it holds something else.
+Recordset storedLine(SalesBook& book, const Record& header, const Record& asRead) {
     const DocumentLines& table = book.kind().lines;
-    const DocumentHeaders& headers = book.kind().headers;
-    if (draft.isText)
-        throw Refusal(QStringLiteral("impossible d'insérer du texte, il faut l'ajouter"), table.fac_ref.name);
-    Transaction transaction(book.workspace, QStringLiteral("Insertion d'une ligne"));
-    documents::requireOpen(book, header);
-    numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
+    const QString number = asRead[table.fac_lg];
+    require(!number.isEmpty(), "N° ligne obligatoire", table.fac_lg);
+    Recordset line = book.vente.select(table, documents::linesOf(book, header) && table.fac_lg == number);
+    if (line.isEmpty())
+        throw ChangedElsewhere(QStringLiteral("La ligne %1 a été supprimée par un autre poste").arg(number),
+                               table.fac_lg.name);
+    if (line.record() == asRead) return line;
+    const QStringList now{line[table.fac_ref], line[table.fac_imm], line[table.fac_li1]};
+    throw ChangedElsewhere(
+        QStringLiteral("La ligne %1 a été modifiée par un autre poste : %2").arg(number, now.join(u' ').simplified()),
+        table.fac_lg.name);
+}
+
+/// Makes room for a line before the stored one.
+void pushDown(SalesBook& book, const Record& header, const QString& from) {
+    const DocumentLines& table = book.kind().lines;
     Recordset lines = documents::lines(book, header);
     for (lines.moveLast(); lines.count() > 0; lines.movePrevious()) {
         const QString key = lines[table.fac_lg];
-        if (key < before) break;
+        if (key < from) break;
         lines.edit();
         lines[table.fac_lg] = numbering::lineKey(key.toInt() + 1);
         lines.update();
         if (lines.position() == 0) break;
     }
-    write(book, header, draft, before);
-    documents::refreshTotals(book, header);
-    transaction.commit();
-}
-
-namespace {
-
-Recordset storedLine(SalesBook& book, const Record& header, const QString& number) {
-    const DocumentLines& table = book.kind().lines;
-    const DocumentHeaders& headers = book.kind().headers;
-    if (number.isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table.fac_lg.name);
-    Recordset line =
-        book.vente.select(table, numbering::linesOf(table, header[headers.fac_aa], header[headers.fac_no]) &&
-                                     table.fac_lg == padded(number, 3));
-    if (line.isEmpty()) throw Refusal(QStringLiteral("Cette ligne n'existe pas"), table.fac_lg.name);
-    return line;
 }
 
 } // namespace
 
-void change(SalesBook& book, const Record& header, const Record& line) {
+void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
+    const DocumentHeaders& headers = book.kind().headers;
+    Transaction transaction(book.workspace, QStringLiteral("Ajout de lignes"));
+    const Record header = documents::requireOpen(book, asRead);
+    const QList<int> numbers = freeNumbers(book, header, drafts.size(), from);
+    numbering::addHiddenLine(book.vente, book.kind().lines, header[headers.fac_aa], header[headers.fac_no]);
+    for (qsizetype i = 0; i < drafts.size(); ++i) write(book, header, drafts[i], numbering::lineKey(numbers[i]));
+    documents::refreshTotals(book, header);
+    transaction.commit();
+}
+
+void insert(SalesBook& book, const Record& asRead, const Draft& draft, const Record& before) {
+    const DocumentLines& table = book.kind().lines;
+    const DocumentHeaders& headers = book.kind().headers;
+    require(!draft.isText, "impossible d'insérer du texte, il faut l'ajouter", table.fac_ref);
+    Transaction transaction(book.workspace, QStringLiteral("Insertion d'une ligne"));
+    const Record header = documents::requireOpen(book, asRead);
+    const QString number = storedLine(book, header, before)[table.fac_lg];
+    numbering::requireRoom(numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]));
+    pushDown(book, header, number);
+    write(book, header, draft, number);
+    documents::refreshTotals(book, header);
+    transaction.commit();
+}
+
+void change(SalesBook& book, const Record& asReadHeader, const Record& line, const Record& asRead) {
     const DocumentLines& table = book.kind().lines;
     Transaction transaction(book.workspace, QStringLiteral("Modification d'une ligne"));
-    documents::requireOpen(book, header);
-    if (!line[table.fac_tva].isEmpty()) requireQuantity(book, line);
-    Recordset stored = storedLine(book, header, line[table.fac_lg]);
-    const QString unit = stored[table.fac_imm];
-    const Decimal before = stored[table.fac_qte];
+    const Record header = documents::requireOpen(book, asReadHeader);
+    Recordset stored = storedLine(book, header, asRead);
+    const bool isText = asRead[table.fac_tva].isEmpty();
+    if (isText) return;
+    requireBounds(book, line);
+    const QString reference = asRead[table.fac_ref];
+    if (line[table.fac_tip] != asRead[table.fac_tip])
+        requireReimbursement(book, line[table.fac_tip], reimbursementsOf(book, reference));
+    const bool tracked = !asRead[table.fac_imm].isEmpty();
     stored.edit();
     stored[table.fac_px] = line[table.fac_px];
     stored[table.fac_remx] = line[table.fac_remx];
-    if (unit.isEmpty()) stored[table.fac_qte] = line[table.fac_qte] * direction(book.kind());
-    priceLine(book, stored.draft(), std::as_const(stored.draft())[table.fac_tar] == u"H");
+    stored[table.fac_tip] = line[table.fac_tip];
+    if (!tracked) stored[table.fac_qte] = line[table.fac_qte] * direction(book.kind());
+    priceLine(book, stored.draft(), asRead[table.fac_tar] == u"H");
     const Record written = stored.draft();
     stored.update();
-    const auto article = articles::find(book.molven, written[table.fac_ref]);
-    if (!unit.isEmpty() && !book.kind().isCredit)
-        book.molven.update(strproduit, {{strproduit.pro_vte, written[table.fac_pv].toString()}},
-                           Immatriculation::fromText(unit).criterion());
+    const auto article = articles::find(book.molven, reference);
+    if (tracked)
+        unit_moves::reprice(book, header, written);
     else if (article && movesStock(*article))
-        articles::moveStock(book.molven, written[table.fac_ref], before - written[table.fac_qte]);
+        articles::moveStock(book.molven, reference, asRead[table.fac_qte] - written[table.fac_qte]);
     documents::refreshTotals(book, header);
     transaction.commit();
 }
@@ -220,19 +266,20 @@ void change(SalesBook& book, const Record& header, const Record& line) {
 void undo(SalesBook& book, const Record& header, const Record& line) {
     const DocumentLines& table = book.kind().lines;
     if (!line[table.fac_imm].isEmpty()) {
-        unit_rules::undo(book, header, line);
+        unit_moves::undo(book, header, line);
         return;
     }
     const auto article = articles::find(book.molven, line[table.fac_ref]);
     if (article && movesStock(*article)) articles::moveStock(book.molven, line[table.fac_ref], line[table.fac_qte]);
 }
 
-void remove(SalesBook& book, const Record& header, const QString& lineNumber) {
+void remove(SalesBook& book, const Record& asReadHeader, const Record& asRead) {
     Transaction transaction(book.workspace, QStringLiteral("Suppression d'une ligne"));
-    documents::requireOpen(book, header);
-    Recordset line = storedLine(book, header, lineNumber);
-    undo(book, header, line.record());
+    const Record header = documents::requireOpen(book, asReadHeader);
+    Recordset line = storedLine(book, header, asRead);
+    undo(book, header, asRead);
     line.remove();
+    if (book.kind().isInvoice()) integration::release(book, header, {asRead[book.kind().lines.fac_nbl]});
     documents::refreshTotals(book, header);
     transaction.commit();
 }

@@ -10,29 +10,36 @@ struct Draft {
     explicit Draft(const DocumentLines& table) : line(table) {}
 
     Record line;
-    bool tracked = false;   ///< needs a unit
-    bool isText = false;    ///< designation only
-    bool withoutVat = true; ///< price basis
-    QString priceMessage;   ///< "Ce prix de vente est HT" or TTC; empty for a text
+    bool tracked = false;       ///< needs a unit
+    bool isText = false;        ///< designation only
+    bool withoutVat = true;     ///< price basis
+    QStringList reimbursements; ///< the LPP codes to choose `fac_tip` from when the article has several
+    QString priceMessage;       ///< "Ce prix de vente est HT" or TTC; empty for a text
 };
 
 /// A line preset from an article for the document's client. Throws Refusal for an unknown article.
 Draft preset(SalesBook& book, const Record& header, const QString& reference);
 /// Puts a checked unit on the line: identification, sterilisation, type, supplier's serial and reference.
 void setUnit(SalesBook& book, Draft& draft, const Record& unit);
+/// The codes that a line of the article may carry when it has several; empty otherwise.
+QStringList reimbursementsOf(SalesBook& book, const QString& reference);
 /// A warning when an untracked article's stock does not cover the quantity; empty otherwise.
 QString stockWarning(SalesBook& book, const Draft& draft);
 
-/// Adds lines at the end, with their effect on units and stock and the document's totals, in one transaction.
-/// Each unit is checked again under the lock. `from` numbers the first one, 0 the one after the last. Throws
-/// Refusal when the document is transferred or full, the number is taken, or a line is not complete.
+// `header` and the lines `asRead` and `before` are the records as the user saw them: each function throws
+// ChangedElsewhere when another workstation changed that line meanwhile, or deleted the document.
+
+/// Adds lines, with their effect on units and stock and the document's totals, in one transaction. Each unit is checked
+/// again under the lock. `from` numbers the first one, 0 the one after the last. Throws Refusal when the document is
+/// transferred or full, a number is taken, or a line is not complete.
 void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int from = 0);
 /// Inserts one line before an existing one, which is pushed down with its followers. Texts are only added.
-void insert(SalesBook& book, const Record& header, const Draft& draft, const QString& before);
-/// Rewrites price, discount and, for an untracked article, quantity. The quantity is positive, on credit notes too.
-void change(SalesBook& book, const Record& header, const Record& line);
-/// Deletes a line and undoes its effect.
-void remove(SalesBook& book, const Record& header, const QString& lineNumber);
+void insert(SalesBook& book, const Record& header, const Draft& draft, const Record& before);
+/// Rewrites price, discount, reimbursement code and, for an untracked article, quantity. The quantity is positive, on
+/// credit notes too.
+void change(SalesBook& book, const Record& header, const Record& line, const Record& asRead);
+/// Deletes a line and undoes its effect; with the last line of a delivery note, the note leaves the invoice.
+void remove(SalesBook& book, const Record& header, const Record& asRead);
 /// Undoes a line's effect on its unit, or on the stock of its article; inside the caller's transaction.
 void undo(SalesBook& book, const Record& header, const Record& line);
 

@@ -5,18 +5,24 @@
 
 namespace molven::numbering {
 
-/// Number of the next document of a series, "000001" in an empty one; the year does not restart it. Drawn
-/// inside the caller's write transaction. Throws Refusal after "999999".
-QString next(Database vente, const DocumentHeaders& headers);
+/// Number of the next document of a series, "000001" in an empty one; the year does not restart it, and an archived
+/// document keeps its number. Drawn inside the caller's write transaction. Throws Refusal after "999999".
+QString next(Database vente, Database historic, const DocumentHeaders& headers);
 
 /// Highest line number a document takes.
 constexpr int LastLine = 996;
+/// Number of the hidden record.
+inline const QString HiddenLine = QStringLiteral("000");
 /// Condition on the shown lines of a document, without its hidden record.
 Criterion linesOf(const DocumentLines& lines, const QString& year, const QString& number);
-/// Number of the next line. Throws Refusal when the document is full.
+/// Number of the next line; beyond LastLine in a full document.
 int nextLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number);
 /// "000" form of a line number.
 QString lineKey(int line);
+/// A typed line number. Throws Refusal when it is empty, not a number or below 1.
+int typedLine(const QString& text);
+/// Throws Refusal "Document plein - ligne non crée" for a number beyond LastLine.
+void requireRoom(int line);
 /// Writes the hidden record "000" of a document that has none. `deliveryNote` marks the one of an integration.
 void addHiddenLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number,
                    const QString& deliveryNote = {});

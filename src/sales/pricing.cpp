@@ -11,16 +11,21 @@ QString Preset::message() const {
     return withoutVat ? QStringLiteral("Ce prix de vente est HT") : QStringLiteral("Ce prix de vente est TTC");
 }
 
+QStringList reimbursements(Database molven, const Record& article) {
+    QStringList codes;
+    if (article[strarticle.art_cat] == u"T" || article[strarticle.art_lpp] != SeveralLpp) return codes;
+    const Record several = articles::severalLpp(molven, article[strarticle.art_ref]);
+    for (const Text* code : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
+        if (const QString found = several[*code]; !found.isEmpty()) codes.append(found);
+    return codes;
+}
+
 namespace {
 
-QString reimbursementOf(Database molven, const Record& article) {
-    if (article[strarticle.art_cat] == u"T") return article[strarticle.art_tip];
-    if (article[strarticle.art_lpp] != SeveralLpp) return article[strarticle.art_lpp];
-    const auto several = molven.find(strartlpp, strartlpp.lpp_ref == article[strarticle.art_ref]);
-    if (!several) return {};
-    for (const Text* code : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
-        if (const QString found = std::as_const(*several)[*code]; !found.isEmpty()) return found;
-    return {};
+/// "NON SOUMIS" is recognised however it was typed.
+QString approvalOf(const Record& article) {
+    const QString number = article[strarticle.art_nho];
+    return number.simplified().compare(NotSubject, Qt::CaseInsensitive) == 0 ? NotSubject : number;
 }
 
 } // namespace
@@ -33,8 +38,14 @@ Preset preset(Database molven, const Record& article, const Record& client, bool
     result.withoutVat = article[strarticle.art_tar] == u"H";
     result.price = result.withoutVat ? article[strarticle.art_pv1] : article[strarticle.art_ttc];
     result.purchasePrice = article[strarticle.art_pam];
-    result.reimbursement = reimbursementOf(molven, article);
-    if (consignment) result.approval = article[strarticle.art_nho];
+    result.reimbursements = reimbursements(molven, article);
+    if (article[strarticle.art_cat] == u"T")
+        result.reimbursement = article[strarticle.art_tip];
+    else if (article[strarticle.art_lpp] != SeveralLpp)
+        result.reimbursement = article[strarticle.art_lpp];
+    else
+        result.reimbursement = result.reimbursements.value(0);
+    if (consignment) result.approval = approvalOf(article);
     const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
                                                      strparrem.rem_art == article[strarticle.art_rem]);
     if (discount) result.discount = std::as_const(*discount)[strparrem.rem_rem];

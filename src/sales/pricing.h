@@ -12,11 +12,18 @@ struct Preset {
     Decimal price;          ///< unit price before discount, on that basis
     Decimal discount;       ///< percent
     Decimal purchasePrice;
-    QString reimbursement; ///< TIPS or LPP code
-    QString approval;      ///< approval number, consignment documents only
+    QString reimbursement;      ///< TIPS or LPP code; the first of several
+    QStringList reimbursements; ///< the LPP codes to choose from when the article has several
+    QString approval;           ///< approval number, consignment documents only
     /// "Ce prix de vente est HT" or "... TTC".
     QString message() const;
 };
+
+/// Approval number of an article that needs none.
+inline const QString NotSubject = QStringLiteral("NON SOUMIS");
+
+/// The LPP codes of an article that has several; empty for another.
+QStringList reimbursements(Database molven, const Record& article);
 
 /// Presets from the article, overridden by the client's discount table, then by the client's own tariff.
 Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment);

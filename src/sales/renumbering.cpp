@@ -55,19 +55,36 @@ namespace {
 
 Refusal impossible() { return Refusal(QStringLiteral("Numérotation impossible"), QStringLiteral("Txtnum5")); }
 
-QString usable(Database documents, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
+/// The files that hold a document, its units and what names it, in one workspace.
+struct Files {
+    Files(const Session& session, DataFile file)
+        : molven(workspace.open(session.molven())),
+          documents(workspace.open(session.path(file))),
+          all(file == DataFile::Vente ? QList<Database>{documents, workspace.open(session.historic())}
+                                      : QList<Database>{documents}) {}
+
+    Workspace workspace;
+    Database molven;
+    Database documents;
+    QList<Database> all; ///< with the archive, if the family has one
+};
+
+/// An archived document keeps its number, too.
+QString usable(const Files& files, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
     const QString number = padded(newNumber, 6);
     const bool wellFormed = number.size() == 6 && Decimal::parse(number) && number != u"000000";
+    Database documents = files.documents;
     const bool exists = documents.count(family.headers, family.headers.fac_no == padded(oldNumber, 6)) == 1;
-    if (!wellFormed || !exists || documents.count(family.headers, family.headers.fac_no == number) > 0)
-        throw impossible();
+    qint64 taken = 0;
+    for (Database file : files.all) taken += file.count(family.headers, family.headers.fac_no == number);
+    if (!wellFormed || !exists || taken > 0) throw impossible();
     return number;
 }
 
 /// The units whose last document is this one carry its number. Another family's document may bear the same
 /// number: state and date tell them apart.
-void renumberUnits(Database molven, Database documents, const Renumbering& family, const QString& from,
-                   const QString& to) {
+void renumberUnits(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    Database documents = files.documents;
     const auto header = documents.find(family.headers, family.headers.fac_no == to);
     const QString date = std::as_const(*header)[family.headers.fac_datf];
     for (const Record& line :
@@ -75,43 +92,44 @@ void renumberUnits(Database molven, Database documents, const Renumbering& famil
         const Criterion unit = Immatriculation::fromText(line[family.lines.fac_imm]).criterion() &&
                                isOneOf(strproduit.tes_vte, family.unitStates) && strproduit.num_vte == from &&
                                strproduit.dat_vte == date;
-        molven.update(strproduit, {{strproduit.nbl_dep, to}}, unit && strproduit.nbl_dep == from);
-        molven.update(strproduit, {{strproduit.num_vte, to}}, unit);
+        for (Database holder : {files.molven, files.all.last()}) {
+            holder.update(strproduit, {{strproduit.nbl_dep, to}}, unit && strproduit.nbl_dep == from);
+            holder.update(strproduit, {{strproduit.num_vte, to}}, unit);
+        }
     }
 }
 
 /// Delivery notes name the invoice that took them over, and its lines the note they came from.
-void renumberReferences(Database molven, Database documents, const Renumbering& family, const QString& from,
-                        const QString& to) {
-    if (&family.headers == &strlive) {
-        documents.update(strfacl, {{strfacl.fac_nbl, to}}, strfacl.fac_nbl == from);
-        for (const Record& line : documents.select(strfacl, strfacl.fac_nbl == to && strfacl.fac_imm != QString()))
-            molven.update(strproduit, {{strproduit.ref_vte, QStringLiteral("BL/") + to}},
-                          Immatriculation::fromText(line[strfacl.fac_imm]).criterion() &&
-                              strproduit.ref_vte == QStringLiteral("BL/") + from);
-    } else if (&family.headers == &strface && family.file == DataFile::Vente) {
-        documents.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);
+void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    for (Database file : files.all) {
+        if (&family.headers == &strface && family.file == DataFile::Vente)
+            file.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);
+        if (&family.headers != &strlive) continue;
+        file.update(strfacl, {{strfacl.fac_nbl, to}}, strfacl.fac_nbl == from);
+        for (const Record& line : file.select(strfacl, strfacl.fac_nbl == to && strfacl.fac_imm != QString()))
+            for (Database holder : {files.molven, files.all.last()})
+                holder.update(strproduit, {{strproduit.ref_vte, QStringLiteral("BL/") + to}},
+                              Immatriculation::fromText(line[strfacl.fac_imm]).criterion() &&
+                                  strproduit.ref_vte == QStringLiteral("BL/") + from);
     }
 }
 
 } // namespace
 
 void check(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
-    Workspace workspace;
-    usable(workspace.open(session.path(family.file)), family, oldNumber, newNumber);
+    usable(Files(session, family.file), family, oldNumber, newNumber);
 }
 
 void renumber(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
-    Workspace workspace;
-    Database molven = workspace.open(session.molven());
-    Database documents = workspace.open(session.path(family.file));
-    Transaction transaction(workspace, QStringLiteral("Renumérotation"));
+    Files files(session, family.file);
+    Database documents = files.documents;
+    Transaction transaction(files.workspace, QStringLiteral("Renumérotation"));
     const QString from = padded(oldNumber, 6);
-    const QString to = usable(documents, family, oldNumber, newNumber);
+    const QString to = usable(files, family, oldNumber, newNumber);
     documents.update(family.headers, {{family.headers.fac_no, to}}, family.headers.fac_no == from);
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
-    if (!family.unitStates.isEmpty()) renumberUnits(molven, documents, family, from, to);
-    renumberReferences(molven, documents, family, from, to);
+    if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
+    renumberReferences(files, family, from, to);
     transaction.commit();
 }
 

@@ -22,11 +22,12 @@ namespace renumbering {
 const QList<Renumbering>& families();
 const Renumbering* ofMenu(const QString& menu);
 
-/// Throws Refusal "Numérotation impossible" unless the new number is six digits, not zero and free in the table.
+/// Throws Refusal "Numérotation impossible" unless the new number is six digits, not zero and free in the table and its
+/// archive.
 void check(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber);
 
 /// Gives a document its new number everywhere it is written: header, lines, units, and the delivery notes or
-/// invoice lines that name it. One transaction.
+/// invoice lines that name it, archived ones too. One transaction.
 void renumber(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber);
 
 } // namespace renumbering

@@ -17,17 +17,21 @@ public:
     const CompanyRules& rules() const { return rules_; }
     /// Delivery notes may take units from the client's own depot.
     bool deliversFromClientDepot() const { return deliversFromClientDepot_; }
+    /// Key of the company's currency as its own record names it; may be unknown.
+    const QString& companyCurrency() const { return companyCurrency_; }
 
 private:
     const DocumentKind& kind_;
     CompanyRules rules_;
     bool deliversFromClientDepot_;
+    QString companyCurrency_;
 
 public:
     Workspace workspace;
     Database molven;
     Database vente;
     Database blent;
+    Database historic; ///< archived documents and units
 };
 
 } // namespace molven

@@ -53,4 +53,10 @@ void compute(SalesBook& book, Record& header) {
     header[table.fac_ffa] = read[table.fac_ttc] - read[table.fac_acpt];
 }
 
+Decimal otherVat(const DocumentHeaders& table, const Record& header) {
+    Decimal left = header[table.fac_ttc] - header[table.fac_ht];
+    for (const Number* shown : {&table.fac_tv1, &table.fac_tv2, &table.fac_tv3, &table.fac_tvp}) left -= header[*shown];
+    return left;
+}
+
 } // namespace molven::totals

@@ -10,6 +10,9 @@ namespace molven::totals {
 /// rounded to the cent once. A document without footer amounts totals exactly its lines.
 void compute(SalesBook& book, Record& header);
 
+/// The VAT of the codes that have no field of their own, so that the footer adds up.
+Decimal otherVat(const DocumentHeaders& table, const Record& header);
+
 /// VAT code of carriage: the normal rate.
 inline const QString CarriageVat = QStringLiteral("2");
 

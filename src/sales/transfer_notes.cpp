@@ -41,11 +41,11 @@ Record transferable(Database molven, const TransferNote& note, const QString& im
     return *found;
 }
 
-Record headerOf(Database molven, Database vente, const TransferNote& note) {
+Record headerOf(Database molven, Database vente, Database historic, const TransferNote& note) {
     const Record client = *parties::findClient(molven, note.client);
     Record header(strbtre);
     header[strbtre.fac_aa] = note.date.right(4);
-    header[strbtre.fac_no] = numbering::next(vente, strbtre);
+    header[strbtre.fac_no] = numbering::next(vente, historic, strbtre);
     header[strbtre.fac_lg] = documents::HeaderKey;
     header[strbtre.fac_depd] = note.from;
     header[strbtre.fac_depa] = note.to;
@@ -103,10 +103,10 @@ void move(Database molven, const CompanyRules& rules, const Record& header, cons
 
 } // namespace
 
-QString write(Database molven, Database vente, const CompanyRules& rules, const TransferNote& note) {
+QString write(Database molven, Database vente, Database historic, const CompanyRules& rules, const TransferNote& note) {
     Transaction transaction(molven.workspace(), QStringLiteral("Transfert"));
     check(molven, note);
-    const Record header = headerOf(molven, vente, note);
+    const Record header = headerOf(molven, vente, historic, note);
     vente.insert(header);
     numbering::addHiddenLine(vente, strbtrl, header[strbtre.fac_aa], header[strbtre.fac_no]);
     int number = 0;

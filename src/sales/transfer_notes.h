@@ -19,7 +19,7 @@ namespace transfer_notes {
 
 /// Writes the note, its lines and the units' depots in one transaction; answers its number. Throws Refusal with
 /// the first fault of the header, or the unit that may not leave.
-QString write(Database molven, Database vente, const CompanyRules& rules, const TransferNote& note);
+QString write(Database molven, Database vente, Database historic, const CompanyRules& rules, const TransferNote& note);
 
 } // namespace transfer_notes
 } // namespace molven

@@ -1,8 +1,8 @@
 #include "sales/unit_rules.h"
 
+#include "data/clock.h"
 #include "data/dates.h"
 #include "data/errors.h"
-#include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/documents.h"
@@ -23,18 +23,34 @@ QString clientDepot(SalesBook& book, const Record& header) {
 struct Source {
     QStringList depots;
     QString refusal;
+    QString buyer; ///< credit notes: client whose own sale may have put a unit in any depot
+
+    Criterion criterion() const {
+        const Criterion there = isOneOf(strproduit.num_dep, depots);
+        if (buyer.isEmpty()) return there;
+        return there || (strproduit.clt_vte == buyer && strproduit.num_dep != ReturnedDepot);
+    }
+    bool holds(const Record& unit) const {
+        const QString depot = unit[strproduit.num_dep];
+        return depots.contains(depot) ||
+               (!buyer.isEmpty() && unit[strproduit.clt_vte] == buyer && depot != ReturnedDepot);
+    }
 };
 
 Source sourceOf(SalesBook& book, const Record& header) {
     const QString own = clientDepot(book, header);
-    if (book.kind().isCredit) return {{own}, QStringLiteral("Cette immatriculation n'est pas dans le depot client")};
+    if (book.kind().isCredit)
+        return {{own},
+                QStringLiteral("Cette immatriculation n'est pas dans le depot client"),
+                header[book.kind().headers.fac_clt]};
     if (!book.kind().isDelivery() && book.rules().sellsFromDepot261() &&
         header[book.kind().headers.fac_dep] == SecondaryDepot)
-        return {{SecondaryDepot}, QStringLiteral("Cette immatriculation n'est pas au depot 261")};
+        return {{SecondaryDepot}, QStringLiteral("Cette immatriculation n'est pas au depot 261"), {}};
     if (book.kind().isDelivery() && !book.deliversFromClientDepot())
-        return {{MainDepot}, QStringLiteral("Cette immatriculation n'est pas dans le depot 001")};
+        return {{MainDepot}, QStringLiteral("Cette immatriculation n'est pas dans le depot 001"), {}};
     return {{MainDepot, own},
-            QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client")};
+            QStringLiteral("Cette immatriculation n'est ni dans le depot 001, ni dans celui du client"),
+            {}};
 }
 
 [[noreturn]] void refuse(const QString& message) { throw Refusal(message, strlivl.fac_imm.name); }
@@ -53,14 +69,13 @@ Record check(SalesBook& book, const Record& header, const QString& typed) {
         refuse(QStringLiteral("Cette immatriculation a été vendue"));
     }
     const Source source = sourceOf(book, header);
-    if (unitState == state::InSet || !source.depots.contains(unit[strproduit.num_dep])) refuse(source.refusal);
+    if (unitState == state::InSet || !source.holds(unit)) refuse(source.refusal);
     return *found;
 }
 
 Criterion available(SalesBook& book, const Record& header, const QString& reference) {
     const QString unitState = book.kind().isCredit ? state::Sold : state::InStock;
-    return strproduit.ref_art == reference && strproduit.tes_vte == unitState &&
-           isOneOf(strproduit.num_dep, sourceOf(book, header).depots);
+    return strproduit.ref_art == reference && strproduit.tes_vte == unitState && sourceOf(book, header).criterion();
 }
 
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
@@ -73,96 +88,20 @@ Recordset candidates(SalesBook& book, const Record& header, const QString& refer
     return units;
 }
 
-namespace {
-
-QList<Assignment> saleOf(SalesBook& book, const Record& header, const Record& line) {
-    const DocumentHeaders& headers = book.kind().headers;
-    const DocumentLines& lines = book.kind().lines;
-    const QString patient = header[headers.fac_pat];
-    return {{strproduit.pro_vte, line[lines.fac_pv].toString()}, {strproduit.pro_lpp, line[lines.fac_tip]},
-            {strproduit.pro_mon, header[headers.fac_mon]},       {strproduit.reg_pat, patient},
-            {strproduit.reg_clt, header[headers.fac_clt]},       {strproduit.reg_dat, header[headers.fac_datf]}};
-}
-
-QList<Assignment> movedBy(SalesBook& book, const Record& header) {
-    const DocumentHeaders& headers = book.kind().headers;
-    const bool credit = book.kind().isCredit;
-    const QString depot = header[headers.fac_dep];
-    QList<Assignment> moved{{strproduit.tes_vte, book.kind().unitState},
-                            {strproduit.num_dep, depot},
-                            {strproduit.nbl_dep, credit ? TakenBack : QString(header[headers.fac_no])},
-                            {strproduit.clt_dep, header[headers.fac_clt]},
-                            {strproduit.nom_dep, header[headers.fac_nom].left(10)},
-                            {strproduit.num_vte, header[headers.fac_no]},
-                            {strproduit.dat_vte, header[headers.fac_datf]},
-                            {strproduit.tri_vte, header[headers.tri_datf]},
-                            {strproduit.clt_vte, header[headers.fac_clt]},
-                            {strproduit.ref_vte, header[headers.fac_pat].left(10)}};
-    if (book.rules().hasDepotFamilies())
-        moved.append({strproduit.fam_dep, parameters::depotFamily(book.molven, depot)});
-    return moved;
-}
-
-/// Quantity in stock counts the units not invoiced: only a sale and its undoing move it.
-Decimal stockMoved(const DocumentKind& kind) {
-    if (kind.isCredit) return 1;
-    return kind.unitState == state::Sold ? -1 : 0;
-}
-
-QList<Assignment> unsold() {
-    return {{strproduit.tes_vte, state::InStock},
-            {strproduit.num_dep, MainDepot},
-            {strproduit.clt_dep, {}},
-            {strproduit.nom_dep, {}},
-            {strproduit.nbl_dep, {}},
-            {strproduit.num_vte, documents::NotInvoiced},
-            {strproduit.clt_vte, {}},
-            {strproduit.dat_vte, {}},
-            {strproduit.tri_vte, {}},
-            {strproduit.ref_vte, {}},
-            {strproduit.reg_pat, {}},
-            {strproduit.reg_clt, {}},
-            {strproduit.reg_dat, {}}};
-}
-
-/// The unit's latest sale before a credit note, told from the lines kept of it.
-QList<Assignment> soldBefore(SalesBook& book, const Record& header, const QString& unit) {
-    const DocumentHeaders& headers = book.kind().headers;
-    const DocumentLines& lines = book.kind().lines;
-    const auto sale = book.vente.find(
-        lines, lines.fac_imm == unit && lines.fac_no != header[headers.fac_no] && lines.fac_no < header[headers.fac_no],
-        Order::descending(lines.fac_no));
-    const auto invoice = sale ? documents::find(book, std::as_const(*sale)[lines.fac_no]) : std::nullopt;
-    if (!invoice) return unsold();
-    const Record& sold = *invoice;
-    return {{strproduit.tes_vte, state::Sold},
-            {strproduit.num_dep, clientDepot(book, header)},
-            {strproduit.nbl_dep, sold[headers.fac_no]},
-            {strproduit.num_vte, sold[headers.fac_no]},
-            {strproduit.dat_vte, sold[headers.fac_datf]},
-            {strproduit.tri_vte, sold[headers.tri_datf]},
-            {strproduit.ref_vte, sold[headers.fac_pat].left(10)}};
-}
-
-} // namespace
-
-void apply(SalesBook& book, const Record& header, const Record& line) {
-    const DocumentLines& lines = book.kind().lines;
-    const Immatriculation unit = Immatriculation::fromText(line[lines.fac_imm]);
-    QList<Assignment> values = movedBy(book, header);
-    if (!book.kind().isCredit) values += saleOf(book, header, line);
-    book.molven.update(strproduit, values, unit.criterion());
-    if (const Decimal moved = stockMoved(book.kind()); !moved.isZero())
-        articles::moveStock(book.molven, line[lines.fac_ref], moved);
-}
-
-void undo(SalesBook& book, const Record& header, const Record& line) {
-    const DocumentLines& lines = book.kind().lines;
-    const QString number = line[lines.fac_imm];
-    const QList<Assignment> values = book.kind().isCredit ? soldBefore(book, header, number) : unsold();
-    book.molven.update(strproduit, values, Immatriculation::fromText(number).criterion());
-    const Decimal back = values.first().value == state::Sold ? Decimal(-1) : -stockMoved(book.kind());
-    if (!back.isZero()) articles::moveStock(book.molven, line[lines.fac_ref], back);
+Warnings warnings(SalesBook& book, const Record& unit) {
+    Warnings found;
+    if (book.kind().isCredit) return found;
+    const QString named = QStringLiteral("Immatriculation ") + unit[strproduit.imm_art];
+    const QString expiry = unit[strproduit.dat_per];
+    if (unit[strproduit.fab_con] == list::Scrapped)
+        found.doubts.append(named + QStringLiteral(" : ") + units::conformityText(book.molven, unit));
+    if (!isMonthYear(expiry)) return found;
+    const QDate lastDay = QDate(expiry.right(4).toInt(), expiry.left(2).toInt(), 1).addMonths(1).addDays(-1);
+    if (lastDay < Clock::today())
+        found.doubts.append(named + QStringLiteral(" périmée depuis ") + expiry);
+    else if (lastDay <= Clock::today().addMonths(1))
+        found.notes.append(named + QStringLiteral(" : péremption proche, ") + expiry);
+    return found;
 }
 
 } // namespace molven::unit_rules

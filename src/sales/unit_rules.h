@@ -16,10 +16,11 @@ Criterion available(SalesBook& book, const Record& header, const QString& refere
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
                      const QString& last);
 
-/// What a validated line does to its unit.
-void apply(SalesBook& book, const Record& header, const Record& line);
-/// What deleting a line does to its unit: a sale goes back to the main depot unsold, a credit note's unit goes
-/// back to the sale it was taken from.
-void undo(SalesBook& book, const Record& header, const Record& line);
+/// What speaks against letting a unit leave; nothing on credit notes.
+struct Warnings {
+    QStringList doubts; ///< reasons to ask before the unit is taken: scrapped, expired
+    QStringList notes;  ///< told only: expires within a month
+};
+Warnings warnings(SalesBook& book, const Record& unit);
 
 } // namespace molven::unit_rules

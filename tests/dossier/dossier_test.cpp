@@ -33,7 +33,8 @@ QByteArray contentOf(const Session& session) {
     Database vente = workspace.open(session.vente());
     const auto add = [&sum](Database file, const Table& table) {
         for (const Record& record : file.select(table))
-            for (const Field* field : table.fields()) sum.addData(record.value(*field).toUtf8() + '\n');
+            for (const Field* field : table.fields())
+                if (field->name != strlive.fac_uid.name) sum.addData(record.value(*field).toUtf8() + '\n');
     };
     add(molven, strproduit);
     add(molven, strarticle);
@@ -83,12 +84,16 @@ INSTANTIATE_TEST_SUITE_P(
                      v.update(strlivl, {{strlivl.fac_imm, QString()}}, strlivl.fac_no == QStringLiteral("000001"));
                  },
                  "26030001 : livrée sans ligne sur le bon de livraison 000001"},
-        Breakage{"orphan",
+        Breakage{"orphan", [](Database, Database v) { v.remove(strlive, strlive.fac_no == QStringLiteral("000001")); },
+                 "bon de livraison 2026/000001 : lignes sans en-tête"},
+        Breakage{"empty",
                  [](Database, Database v) {
-                     v.update(strlivl, {{strlivl.fac_aa, QStringLiteral("2020")}},
-                              strlivl.fac_no == QStringLiteral("000001"));
+                     Record cutShort(strcsge);
+                     cutShort[strcsge.fac_aa] = QStringLiteral("2026");
+                     cutShort[strcsge.fac_no] = QStringLiteral("000001");
+                     v.insert(cutShort);
                  },
-                 "bon de livraison 2020/000001 : lignes sans en-tête"},
+                 "bon de consignation 2026/000001 : aucune ligne"},
         Breakage{"hidden",
                  [](Database, Database v) {
                      v.remove(strlivl,
@@ -114,7 +119,12 @@ INSTANTIATE_TEST_SUITE_P(
                      v.update(strlive, {{strlive.fac_blv, QStringLiteral("000099")}},
                               strlive.fac_no == QStringLiteral("000002"));
                  },
-                 "bon de livraison 000002 : facture 000099 absente"}),
+                 "bon de livraison 000002 : facture 000099 absente"},
+        Breakage{"note",
+                 [](Database, Database v) {
+                     v.update(strfacl, {{strfacl.fac_nbl, QString()}}, strfacl.fac_lg != QStringLiteral("000"));
+                 },
+                 "bon de livraison 000002 : la facture 000002 n'en porte aucune ligne"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Dossiers, WithADamagedOrMissingFileAreReported) {

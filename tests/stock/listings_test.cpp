@@ -75,7 +75,8 @@ TEST_F(Listings, RemindEachUnitOnceUnlessAskedAgain) {
 TEST_F(Listings, TellStatesApartAndReturnOnlyWhatIsInStock) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
     dossier.document(QStringLiteral("LIV"), {units[0]});
-    transfer_notes::write(molven, workspace.open(dossier.session.vente()), dossier.session.rules(),
+    transfer_notes::write(molven, workspace.open(dossier.session.vente()), workspace.open(dossier.session.historic()),
+                          dossier.session.rules(),
                           {QStringLiteral("2"),
                            QStringLiteral("001"),
                            QStringLiteral("102"),

@@ -52,15 +52,16 @@ DocumentForm::DocumentForm(Desk& desk)
     resize(1264, 680);
     applyTitle(book_.kind().title);
     display(std::nullopt);
+    offerUnfinished();
     add_->setFocus();
 }
 
 QLayout* DocumentForm::buildDocumentButtons() {
     add_ = leaveButton(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startNew(); });
-    auto* change = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
-    validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validateHeader(); });
+    auto* change = deed(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
+    validate_ = deed(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validateHeader(); });
     auto* cancel = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
-    auto* remove = button(QStringLiteral("Cmdsup"), QStringLiteral("&Supprimer"), [this] { removeDocument(); });
+    auto* remove = deed(QStringLiteral("Cmdsup"), QStringLiteral("&Supprimer"), [this] { removeDocument(); });
     auto* before = button(QStringLiteral("CmdPrecede"), QStringLiteral("Pré&cédent"), [this] {
         if (const auto found = documents::before(book_, requireDocument()[table_.fac_no])) leafTo(found);
     });
@@ -91,13 +92,12 @@ QLayout* DocumentForm::buildDocumentButtons() {
 }
 
 QLayout* DocumentForm::buildLineButtons() {
-    addLine_ = button(QStringLiteral("Cmdajoutlig"), QStringLiteral("A&jouter une ligne"), [this] { addLine(); });
-    auto* insert = button(QStringLiteral("Cmdinsertlig"), QStringLiteral("&Insérer"), [this] { insertLine(); });
-    auto* change =
-        button(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
-    auto* remove = button(QStringLiteral("Cmdsuplig"), QStringLiteral("Su&pprimer la ligne"), [this] { removeLine(); });
-    auto* notes = button(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
-    auto* footer = button(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
+    addLine_ = deed(QStringLiteral("Cmdajoutlig"), QStringLiteral("A&jouter une ligne"), [this] { addLine(); });
+    auto* insert = deed(QStringLiteral("Cmdinsertlig"), QStringLiteral("&Insérer"), [this] { insertLine(); });
+    auto* change = deed(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
+    auto* remove = deed(QStringLiteral("Cmdsuplig"), QStringLiteral("Su&pprimer la ligne"), [this] { removeLine(); });
+    auto* notes = deed(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
+    auto* footer = deed(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
     notes->setVisible(book_.kind().isInvoice());
     whenOpen_ = {addLine_, insert, change, remove, notes};
     whenShown_ += footer;
@@ -141,8 +141,10 @@ void DocumentForm::buildTray() {
     footer_->left = [this] { leaveTray(); };
     tray_ = new QStackedWidget(this);
     for (TrayPart* part : {static_cast<TrayPart*>(lineEntry_), static_cast<TrayPart*>(unitRange_),
-                           static_cast<TrayPart*>(noteChoice_), static_cast<TrayPart*>(footer_)})
+                           static_cast<TrayPart*>(noteChoice_), static_cast<TrayPart*>(footer_)}) {
+        part->attempt = [this](const std::function<void()>& deed) { attempt(deed); };
         tray_->addWidget(part);
+    }
     tray_->setFixedHeight(220);
 }
 

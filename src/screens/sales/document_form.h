@@ -48,6 +48,12 @@ private:
     void pickDocument();
     void print();
     void refresh();
+    /// A button whose deed may meet what another workstation did meanwhile.
+    QPushButton* deed(const QString& name, const QString& caption, const std::function<void()>& handler);
+    void attempt(const std::function<void()>& deed);
+    void reread();
+    std::optional<Record> stored();
+    void offerUnfinished();
     /// Asks about a document left empty or without amount; false when a fault kept it open.
     bool closeDocument();
     /// The question that closing the document would put; empty when none.

@@ -19,6 +19,7 @@ namespace molven {
 
 namespace {
 
+const QString NoLine = QStringLiteral("Aucune ligne sur ce document ,voulez-vous le supprimer ? ");
 const QString LoseTyped = QStringLiteral("Abandonner les modifications en cours ?");
 
 } // namespace
@@ -49,20 +50,21 @@ bool DocumentForm::mayLeaveTray() {
 
 void DocumentForm::startNew() {
     if (!mayLeaveTray() || !closeDocument()) return;
+    const QString client = stage_ == Stage::Empty ? header_->client() : QString();
     document_.reset();
     lines_->rows().setRecords({});
     total_->clear();
     kindLabel_->setText(book_.kind().label);
-    header_->startNew();
     setStage(Stage::Entering);
     header_->focusFirst();
+    header_->startNew(client);
 }
 
 void DocumentForm::validateHeader() {
     if (!mayLeaveTray()) return;
     if (stage_ == Stage::Changing) {
         touched_ = true;
-        return display(documents::change(book_, header_->changed()));
+        return display(documents::change(book_, header_->changed(), header_->asRead()));
     }
     const Record header = header_->entered();
     display(documents::create(book_, header, header_->deliveryAddress()));
@@ -131,16 +133,56 @@ void DocumentForm::pickDocument() {
            {&table_.fac_ht, QStringLiteral("Total HT"), 100, QStringLiteral("#####0.00")},
            {&table_.fac_cpt, QStringLiteral("Etat"), 50}},
           [this, client](const Criterion& filter, const Order& order) {
-              return book_.vente.select(table_, table_.fac_clt == padded(client, 6) && filter,
+              return book_.vente.select(table_, documents::documentsOf(book_, client) && filter,
                                         order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
           },
           [this](const Record& document) { leafTo(document); }});
 }
 
+QPushButton* DocumentForm::deed(const QString& name, const QString& caption, const std::function<void()>& handler) {
+    return button(name, caption, [this, handler] { attempt(handler); });
+}
+
+/// Runs a deed. What another workstation changed meanwhile stops it: the user may read the document again, and goes on
+/// from what is typed.
+void DocumentForm::attempt(const std::function<void()>& deed) {
+    try {
+        deed();
+    } catch (const ChangedElsewhere& change) {
+        const QString offer = QStringLiteral("\n\nRelire le document ? Votre saisie reste à l'écran.");
+        if (prompt().ask(change.text + offer, {}, Icon::Warning)) reread();
+    }
+}
+
+/// The document shown as it is now, nothing when another workstation deleted it.
+std::optional<Record> DocumentForm::stored() {
+    try {
+        return documents::current(book_, *document_);
+    } catch (const ChangedElsewhere&) {
+        return std::nullopt;
+    }
+}
+
+void DocumentForm::reread() {
+    if (!document_) return;
+    if (!stored()) return display(std::nullopt);
+    refresh();
+    if (stage_ == Stage::Changing) header_->reread(*document_);
+    if (TrayPart* part = trayPart()) part->reread(*document_);
+}
+
+/// Documents that a crash left without lines come up one after the other with the question that closes them.
+void DocumentForm::offerUnfinished() {
+    for (const Record& document : documents::unfinished(book_)) {
+        display(document);
+        touched_ = true;
+    }
+    display(std::nullopt);
+}
+
 /// Reads header and lines again. A header being changed keeps what its user reads and types.
 void DocumentForm::refresh() {
-    document_ = documents::find(book_, std::as_const(*document_)[table_.fac_no]);
-    if (!document_) return display(std::nullopt);
+    document_ = documents::current(book_, *document_);
     if (stage_ == Stage::Shown) header_->show(document_);
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *document_) && filter,
@@ -156,20 +198,25 @@ void DocumentForm::refresh() {
 
 QString DocumentForm::closingQuestion() {
     if (!document_ || !touched_) return {};
-    const auto stored = documents::find(book_, std::as_const(*document_)[table_.fac_no]);
-    if (!stored || (*stored)[table_.fac_cpt] == documents::Transferred) return {};
-    if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *stored)) == 0)
-        return QStringLiteral("Aucune ligne sur ce document ,voulez-vous le supprimer ? ");
-    if (std::as_const(*stored)[table_.fac_ht].isZero())
-        return QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ");
-    return {};
+    const auto found = stored();
+    if (!found || (*found)[table_.fac_cpt] == documents::Transferred) return {};
+    if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0) return NoLine;
+    return std::as_const(*found)[table_.fac_ht].isZero()
+               ? QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ")
+               : QString();
 }
 
 bool DocumentForm::closeDocument() {
     const QString question = closingQuestion();
     touched_ = false;
-    if (question.isEmpty() || !prompt().confirm(question, about(*document_))) return true;
-    return guarded([this] { documents::abandon(book_, *document_); });
+    if (question.isEmpty()) return true;
+    const bool dropped = prompt().confirm(question, about(*document_));
+    return guarded([&] {
+        if (dropped)
+            documents::abandon(book_, *document_);
+        else if (question == NoLine)
+            documents::keep(book_, *document_);
+    });
 }
 
 void DocumentForm::print() {

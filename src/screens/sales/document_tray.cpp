@@ -9,6 +9,7 @@
 #include "screens/sales/line_entry.h"
 #include "screens/sales/note_choice.h"
 #include "screens/sales/unit_range.h"
+#include "screens/sales/unit_warnings.h"
 #include "ui/grid.h"
 
 #include <QPushButton>
@@ -51,7 +52,7 @@ void DocumentForm::insertLine() {
     const Record line = requireLine();
     if (!mayLeaveTray()) return;
     showTray(lineEntry_);
-    lineEntry_->startInserting(*document_, line[book_.kind().lines.fac_lg]);
+    lineEntry_->startInserting(*document_, line);
 }
 
 void DocumentForm::changeLine() {
@@ -71,7 +72,7 @@ void DocumentForm::removeLine() {
                               .arg(line[table.fac_lg], line[table.fac_imm], line[table.fac_ref], line[table.fac_li1]);
     if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer cette ligne ? "), about.simplified()))
         return;
-    document_lines::remove(book_, document, line[table.fac_lg]);
+    document_lines::remove(book_, document, line);
     touched_ = true;
     leaveTray();
     refresh();
@@ -79,12 +80,16 @@ void DocumentForm::removeLine() {
 
 void DocumentForm::addRange(const QStringList& units) {
     QList<document_lines::Draft> drafts;
+    QList<Record> checked;
     for (const QString& number : units) {
         const Record unit = unit_rules::check(book_, *document_, number);
+        checked.append(unit);
         document_lines::Draft draft = document_lines::preset(book_, *document_, unit[strproduit.ref_art]);
         document_lines::setUnit(book_, draft, unit);
         drafts.append(draft);
     }
+    unit_warnings::tellNotes(*this, book_, checked);
+    if (!unit_warnings::areAccepted(*this, book_, checked)) return;
     document_lines::add(book_, *document_, drafts);
     touched_ = true;
     refresh();

@@ -1,13 +1,17 @@
 #include "screens/sales/footer_entry.h"
 
+#include "data/format.h"
 #include "reference/codes.h"
 #include "reference/parameter_tables.h"
 #include "sales/documents.h"
+#include "sales/totals.h"
+#include "screens/sales/typed_boxes.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
 namespace molven {
@@ -49,7 +53,10 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
       table_(book.kind().headers),
       document_(table_),
       boxes_(new RecordPanel(footerBoxes(table_), 3, this)),
-      validate_(form.button(QStringLiteral("Cmdvalpied"), QStringLiteral("Va&lider le pied"), [this] { validate(); })) {
+      validate_(form.button(QStringLiteral("Cmdvalpied"), QStringLiteral("Va&lider le pied"),
+                            [this] { attempt([this] { validate(); }); })),
+      otherVat_(new QLabel(this)) {
+    otherVat_->setObjectName(QStringLiteral("lblautretva"));
     for (const FieldBox& box : boxes_->boxes()) form_.bind(box.field->name, boxes_->edit(*box.field));
     form_.onPick(
         boxes_->edit(table_.fac_rglt),
@@ -65,6 +72,7 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
     auto* leave =
         form.leaveButton(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { left(); });
     auto* row = new QHBoxLayout;
+    row->addWidget(otherVat_);
     row->addStretch();
     row->addWidget(validate_);
     row->addWidget(leave);
@@ -84,7 +92,22 @@ void FooterEntry::open(const Record& document) {
 
 void FooterEntry::show(const Record& document) {
     document_ = document;
-    boxes_->load(document);
+    fill(document);
+}
+
+void FooterEntry::fill(const Record& footer) {
+    boxes_->load(footer);
+    const Decimal vat = totals::otherVat(table_, footer);
+    otherVat_->setText(vat.isZero()
+                           ? QString()
+                           : QStringLiteral("TVA des autres codes : ") + format(vat, QStringLiteral("#####0.00")));
+}
+
+void FooterEntry::reread(const Record& document) {
+    Record footer = document;
+    carryTyped(*boxes_, document_, footer);
+    document_ = document;
+    fill(footer);
 }
 
 QString FooterEntry::unsaved() const {
@@ -94,7 +117,7 @@ QString FooterEntry::unsaved() const {
 void FooterEntry::validate() {
     Record header = document_;
     boxes_->store(header);
-    documents::changeFooter(book_, header);
+    documents::changeFooter(book_, header, document_);
     written();
     left();
 }

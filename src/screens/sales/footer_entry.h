@@ -3,6 +3,8 @@
 #include "sales/sales_book.h"
 #include "screens/sales/tray_part.h"
 
+class QLabel;
+
 namespace molven {
 
 class Form;
@@ -19,10 +21,12 @@ public:
 
     QPushButton* validation() const override { return validate_; }
     QString unsaved() const override;
+    void reread(const Record& document) override;
 
     std::function<void()> written; ///< the footer and the totals changed
 
 private:
+    void fill(const Record& footer);
     void validate();
 
     Form& form_;
@@ -31,6 +35,7 @@ private:
     Record document_; ///< as the boxes were filled from it
     RecordPanel* boxes_;
     QPushButton* validate_;
+    QLabel* otherVat_;
 };
 
 } // namespace molven

@@ -8,6 +8,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/documents.h"
+#include "screens/sales/typed_boxes.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -62,14 +63,6 @@ Record deliveryAddressOf(const Record& client) {
     address[strbl.bl_l4] = client[strclient.clt_liv4];
     address[strbl.bl_l5] = client[strclient.clt_liv5];
     return address;
-}
-
-/// Puts into `record` what the boxes hold otherwise than `before`.
-void keepTyped(const RecordPanel& panel, const Record& before, Record& record, const QList<const Field*>& except = {}) {
-    for (const FieldBox& box : panel.boxes()) {
-        const QString typed = panel.edit(*box.field)->value().trimmed();
-        if (!except.contains(box.field) && typed != before.value(*box.field).trimmed()) record.set(*box.field, typed);
-    }
 }
 
 } // namespace
@@ -205,15 +198,13 @@ void HeaderEntry::showEuro() {
     boxes_->edit(table_.fac_eur)->put(std::as_const(header)[table_.fac_eur]);
 }
 
-void HeaderEntry::startNew() {
-    const QString client = open_ == Open::Search ? this->client() : QString();
+void HeaderEntry::startNew(const QString& client) {
     Record header(table_);
     header[table_.fac_datf] = dateText(Clock::today());
     setCurrency(header, parameters::companyCurrency(book_.molven, form_.session().spe_mon));
     shown_ = preset_ = header;
     presetAddress_ = Record(strbl);
     header[table_.fac_clt] = client;
-    setOpen(Open::New);
     load(header, presetAddress_);
     takeClient();
 }
@@ -226,7 +217,7 @@ void HeaderEntry::show(const std::optional<Record>& document) {
 
 void HeaderEntry::reread(const Record& document) {
     Record header = document;
-    keepTyped(*boxes_, shown_, header);
+    carryTyped(*boxes_, shown_, header);
     show(document);
     boxes_->load(header);
     showWords();
@@ -256,8 +247,8 @@ void HeaderEntry::takeClient() {
     setCurrency(preset, parameters::companyCurrency(book_.molven, form_.session().spe_mon));
     const Record presetAddress = deliveryAddressOf(known);
     Record header = preset, address = presetAddress;
-    keepTyped(*boxes_, preset_, header, {&table_.fac_clt, &table_.fac_nom});
-    keepTyped(*address_, presetAddress_, address);
+    carryTyped(*boxes_, preset_, header, {&table_.fac_clt, &table_.fac_nom});
+    carryTyped(*address_, presetAddress_, address);
     preset_ = preset;
     presetAddress_ = presetAddress;
     load(header, address);
@@ -310,7 +301,7 @@ Record HeaderEntry::entered() {
     if (client().isEmpty()) throw Refusal(QStringLiteral("Client obligatoire"), table_.fac_clt.name);
     takeClient();
     Record header = preset_;
-    keepTyped(*boxes_, preset_, header, {&table_.fac_no});
+    carryTyped(*boxes_, preset_, header, {&table_.fac_no});
     return header;
 }
 
@@ -322,7 +313,7 @@ QStringList HeaderEntry::deliveryAddress() const {
 
 Record HeaderEntry::changed() const {
     Record header = shown_;
-    keepTyped(*boxes_, shown_, header);
+    carryTyped(*boxes_, shown_, header);
     return header;
 }
 

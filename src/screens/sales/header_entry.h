@@ -27,7 +27,7 @@ public:
     void setOpen(Open open);
 
     /// An empty header of today in the company's currency, for the client already typed if there is one.
-    void startNew();
+    void startNew(const QString& client);
     void show(const std::optional<Record>& document);
     /// Shows a document read anew; what the user changed meanwhile stays in its box.
     void reread(const Record& document);

@@ -4,10 +4,14 @@
 #include "data/format.h"
 #include "reference/articles.h"
 #include "reference/parties.h"
+#include "reference/tariff_tables.h"
+#include "sales/documents.h"
 #include "sales/numbering.h"
 #include "sales/unit_rules.h"
 #include "screens/price_notice.h"
+#include "screens/sales/typed_boxes.h"
 #include "screens/sales/unit_range.h"
+#include "screens/sales/unit_warnings.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -49,7 +53,14 @@ QList<FieldBox> boxes(const DocumentLines& l) {
             {&l.fac_pa, QStringLiteral("Prix d'achat :"), QStringLiteral("txtpa"), 10, price, false, true},
             {&l.fac_tva, QStringLiteral("Code TVA :"), QStringLiteral("Txttva"), 0, {}, false, true},
             {&l.fac_tar, QStringLiteral("Base H/T :"), QStringLiteral("txttar"), 4, {}, false, true},
-            {&l.fac_tip, QStringLiteral("Remboursement :"), QStringLiteral("txttip"), 0, {}, false, true},
+            {&l.fac_tip,
+             QStringLiteral("Remboursement :"),
+             QStringLiteral("txttip"),
+             0,
+             {},
+             false,
+             false,
+             QStringLiteral("Cmdtip")},
             {&l.fac_nho, QStringLiteral("Homologation :"), QStringLiteral("txtnho"), 16, {}, false, true},
             {&l.fac_dpr, QStringLiteral("Péremption :"), QStringLiteral("txtdpr"), 8, {}, false, true}};
 }
@@ -74,10 +85,10 @@ void LineEntry::build() {
     };
     clientDiscount_ = category(QStringLiteral("txtremc"));
     articleDiscount_ = category(QStringLiteral("Txtrema"));
-    validate_ =
-        form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("Valider la &ligne"), [this] { validate(); });
+    validate_ = form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("Valider la &ligne"),
+                             [this] { attempt([this] { validate(); }); });
     validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("Valider &la modification"),
-                                   [this] { changeLine(); });
+                                   [this] { attempt([this] { changeLine(); }); });
     range_ = form_.button(QStringLiteral("cmdtranche"), QStringLiteral("&Tranche d'immat."), [this] { askRange(); });
     auto* leave =
         form_.leaveButton(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { left(); });
@@ -96,6 +107,7 @@ void LineEntry::build() {
     layout->addLayout(buttons);
     form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });
     form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
+    form_.onLeft(box(table_.fac_tip), [this] { takeReimbursement(); });
     for (const Number* amount : {&table_.fac_qte, &table_.fac_px, &table_.fac_remx})
         form_.onLeft(box(*amount), [this] { takeAmounts(); });
 }
@@ -111,22 +123,45 @@ void LineEntry::setPickers() {
         },
         panel_->listButton(table_.fac_ref));
     form_.onPick(
-        box(table_.fac_imm),
-        [this] {
-            const QString reference = typed(table_.fac_ref);
-            if (reference.isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table_.fac_ref.name);
-            const Criterion free = unit_rules::available(book_, *header_, reference);
-            if (book_.molven.count(strproduit, free) == 0)
-                throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), table_.fac_imm.name);
-            PickList units = pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free,
-                                               [this](const Record& unit) {
-                                                   box(table_.fac_imm)->put(unit[strproduit.imm_art]);
-                                                   form_.guarded([this] { takeUnit(); });
-                                               });
-            units.columns = unitChoiceColumns();
-            form_.pick(units);
-        },
-        panel_->listButton(table_.fac_imm));
+        box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
+    form_.onPick(
+        box(table_.fac_tip), [this] { pickReimbursement(); }, panel_->listButton(table_.fac_tip));
+}
+
+void LineEntry::pickUnit() {
+    const QString reference = typed(table_.fac_ref);
+    if (reference.isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table_.fac_ref.name);
+    const Criterion free = unit_rules::available(book_, *header_, reference);
+    if (book_.molven.count(strproduit, free) == 0)
+        throw Refusal(QStringLiteral("Aucune immatriculation disponible dans le dépôt"), table_.fac_imm.name);
+    PickList units = pick_lists::units(book_.molven, QStringLiteral("LES IMMATRICULATIONS DISPONIBLES"), free,
+                                       [this](const Record& unit) {
+                                           box(table_.fac_imm)->put(unit[strproduit.imm_art]);
+                                           form_.guarded([this] { takeUnit(); });
+                                       });
+    units.columns = unitChoiceColumns();
+    form_.pick(units);
+}
+
+/// An article with several LPP codes: the user picks the one that applies to this line.
+void LineEntry::pickReimbursement() {
+    PickList codes = pick_lists::lppCodes(book_.molven, [this](const Record& code) {
+        box(table_.fac_tip)->put(code[strlpp.lpp_code]);
+        draft_.line[table_.fac_tip] = code[strlpp.lpp_code];
+    });
+    codes.query = [this](const Criterion& filter, const Order& order) {
+        return book_.molven.select(strlpp, isOneOf(strlpp.lpp_code, draft_.reimbursements) && filter,
+                                   order.terms.isEmpty() ? Order(strlpp.lpp_code) : order);
+    };
+    form_.pick(codes);
+}
+
+void LineEntry::takeReimbursement() {
+    const QString code = typed(table_.fac_tip);
+    if (!draft_.reimbursements.contains(code))
+        throw Refusal(QStringLiteral("Code LPP à choisir parmi : ") + draft_.reimbursements.join(QStringLiteral(", ")),
+                      table_.fac_tip.name);
+    draft_.line[table_.fac_tip] = code;
 }
 
 Edit* LineEntry::box(const Field& field) const { return panel_->edit(field); }
@@ -135,12 +170,7 @@ QString LineEntry::typed(const Field& field) const { return box(field)->value().
 
 int LineEntry::typedNumber() const {
     const QString number = typed(table_.fac_lg);
-    if (number.isEmpty()) throw Refusal(QStringLiteral("N° ligne obligatoire"), table_.fac_lg.name);
-    if (number == preset_) return 0;
-    bool isNumber = false;
-    const int line = number.toInt(&isNumber);
-    if (!isNumber || line < 1) throw Refusal(QStringLiteral("N° ligne incorrect"), table_.fac_lg.name);
-    return line;
+    return number == preset_ ? 0 : numbering::typedLine(number);
 }
 
 QPushButton* LineEntry::validation() const { return purpose_ == Purpose::Change ? validateChange_ : validate_; }
@@ -170,32 +200,70 @@ void LineEntry::start(Purpose purpose, const Record& header) {
 }
 
 void LineEntry::startAdding(const Record& header) {
-    const DocumentHeaders& headers = book_.kind().headers;
     start(Purpose::Add, header);
-    preset_ =
-        numbering::lineKey(numbering::nextLine(book_.vente, table_, header[headers.fac_aa], header[headers.fac_no]));
+    preset_ = proposedNumber();
     draft_.line[table_.fac_lg] = preset_;
     show();
     box(table_.fac_ref)->setFocus();
 }
 
-void LineEntry::startInserting(const Record& header, const QString& before) {
+QString LineEntry::proposedNumber() const {
+    const DocumentHeaders& headers = book_.kind().headers;
+    const Record& header = *header_;
+    return numbering::lineKey(numbering::nextLine(book_.vente, table_, header[headers.fac_aa], header[headers.fac_no]));
+}
+
+void LineEntry::startInserting(const Record& header, const Record& before) {
     start(Purpose::Insert, header);
-    before_ = before;
-    draft_.line[table_.fac_lg] = before;
+    chosen_ = before;
+    draft_.line[table_.fac_lg] = before[table_.fac_lg];
     show();
     box(table_.fac_ref)->setFocus();
 }
 
 void LineEntry::startChanging(const Record& header, const Record& line) {
     start(Purpose::Change, header);
+    chosen_ = line;
+    fillFrom(line);
+    show();
+    box(draft_.tracked ? static_cast<const Field&>(table_.fac_px) : table_.fac_qte)->setFocus();
+}
+
+void LineEntry::fillFrom(const Record& line) {
     draft_.line = line;
     draft_.tracked = !line[table_.fac_imm].isEmpty();
     draft_.isText = line[table_.fac_tva].isEmpty();
+    draft_.reimbursements = document_lines::reimbursementsOf(book_, line[table_.fac_ref]);
     if (book_.kind().isCredit) draft_.line[table_.fac_qte] = -line[table_.fac_qte];
     shown_ = draft_.line;
+}
+
+std::optional<Record> LineEntry::chosenNow() const {
+    const Record& chosen = *chosen_;
+    for (const Record& line : documents::lines(book_, *header_)) {
+        const bool same = chosen[table_.fac_imm].isEmpty() ? line[table_.fac_lg] == chosen[table_.fac_lg]
+                                                           : line[table_.fac_imm] == chosen[table_.fac_imm];
+        if (same && line[table_.fac_ref] == chosen[table_.fac_ref]) return line;
+    }
+    return std::nullopt;
+}
+
+void LineEntry::reread(const Record& document) {
+    header_ = document;
+    if (purpose_ == Purpose::Add) {
+        const bool proposed = typed(table_.fac_lg) == preset_;
+        preset_ = proposedNumber();
+        if (proposed) box(table_.fac_lg)->put(preset_);
+        return;
+    }
+    const auto line = chosenNow();
+    if (!line) return left();
+    chosen_ = line;
+    if (purpose_ == Purpose::Insert) return box(table_.fac_lg)->put((*line)[table_.fac_lg]);
+    const Record before = shown_;
+    fillFrom(*line);
+    carryTyped(*panel_, before, draft_.line);
     show();
-    box(draft_.tracked ? static_cast<const Field&>(table_.fac_px) : table_.fac_qte)->setFocus();
 }
 
 void LineEntry::show() {
@@ -209,6 +277,7 @@ void LineEntry::adaptBoxes() {
     if (purpose_ != Purpose::Change) open += QList<const Field*>{&table_.fac_ref, &table_.fac_imm, &table_.fac_li1};
     if (!draft_.isText) open += QList<const Field*>{&table_.fac_px, &table_.fac_remx};
     if (!draft_.isText && !draft_.tracked) open.append(&table_.fac_qte);
+    if (draft_.reimbursements.size() > 1) open.append(&table_.fac_tip);
     panel_->setEditableOnly(open);
 }
 
@@ -244,6 +313,7 @@ void LineEntry::takeUnit() {
     document_lines::setUnit(book_, draft_, unit);
     show();
     takeAmounts();
+    unit_warnings::tellNotes(form_, book_, {unit});
     validate_->setFocus();
 }
 
@@ -271,14 +341,18 @@ void LineEntry::validate() {
     if (line[table_.fac_ref].compare(typed(table_.fac_ref), Qt::CaseInsensitive) != 0 ||
         typed(table_.fac_ref).isEmpty())
         draft_ = document_lines::preset(book_, *header_, typed(table_.fac_ref));
-    if (draft_.tracked)
-        document_lines::setUnit(book_, draft_, unit_rules::check(book_, *header_, typed(table_.fac_imm)));
+    QList<Record> units;
+    if (draft_.tracked) {
+        units.append(unit_rules::check(book_, *header_, typed(table_.fac_imm)));
+        document_lines::setUnit(book_, draft_, units.first());
+    }
     takeAmounts();
     draft_.line[table_.fac_li1] = typed(table_.fac_li1);
     if (const QString warning = document_lines::stockWarning(book_, draft_); !warning.isEmpty())
         form_.prompt().tell(warning, {}, Icon::Warning);
+    if (!unit_warnings::areAccepted(form_, book_, units)) return;
     if (purpose_ == Purpose::Insert) {
-        document_lines::insert(book_, *header_, draft_, before_);
+        document_lines::insert(book_, *header_, draft_, *chosen_);
         written();
         return left();
     }
@@ -289,7 +363,7 @@ void LineEntry::validate() {
 
 void LineEntry::changeLine() {
     takeAmounts();
-    document_lines::change(book_, *header_, draft_.line);
+    document_lines::change(book_, *header_, draft_.line, *chosen_);
     written();
     left();
 }

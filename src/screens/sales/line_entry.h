@@ -16,11 +16,12 @@ public:
 
     void startAdding(const Record& header);
     /// Before an existing line.
-    void startInserting(const Record& header, const QString& before);
+    void startInserting(const Record& header, const Record& before);
     void startChanging(const Record& header, const Record& line);
 
     QPushButton* validation() const override;
     QString unsaved() const override;
+    void reread(const Record& document) override;
     void focusUnit();
 
     std::function<void()> written; ///< the document's lines changed
@@ -32,6 +33,8 @@ private:
 
     void build();
     void setPickers();
+    void pickUnit();
+    void pickReimbursement();
     void start(Purpose purpose, const Record& header);
     void show();
     void adaptBoxes();
@@ -45,6 +48,11 @@ private:
     QString typed(const Field& field) const;
     /// The line number typed for an added line, 0 for the one proposed.
     int typedNumber() const;
+    QString proposedNumber() const;
+    void takeReimbursement();
+    void fillFrom(const Record& line);
+    /// The line that the user chose as it is stored now, wherever it was moved.
+    std::optional<Record> chosenNow() const;
 
     Form& form_;
     SalesBook& book_;
@@ -58,9 +66,9 @@ private:
     Purpose purpose_ = Purpose::Add;
     std::optional<Record> header_;
     document_lines::Draft draft_;
-    Record shown_;   ///< a line being changed, as the boxes were filled from it
-    QString before_; ///< line inserted before
-    QString preset_; ///< line number proposed
+    Record shown_;                 ///< a line being changed, as the boxes were filled from it
+    std::optional<Record> chosen_; ///< line inserted before or changed, as the user saw it
+    QString preset_;               ///< line number proposed
 };
 
 } // namespace molven

@@ -25,8 +25,8 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
                       {&strlive.fac_pat, QStringLiteral("Patient"), 220},
                       {&strlive.fac_ht, QStringLiteral("Total HT"), 100, QStringLiteral("#####0.00")}},
                      this)),
-      validate_(
-          form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("Intégrer ce b&on"), [this] { integrate(); })) {
+      validate_(form.button(QStringLiteral("Cmdokchoix"), QStringLiteral("Intégrer ce b&on"),
+                            [this] { attempt([this] { integrate(); }); })) {
     number_->setObjectName(QStringLiteral("txtchoix"));
     number_->setMaxLength(6);
     number_->setFixedWidth(80);
@@ -34,7 +34,7 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
     grid_->becameCurrent = [this](const Record& note) { number_->put(note[strlive.fac_no]); };
     grid_->chosen = [this](const Record& note) {
         number_->put(note[strlive.fac_no]);
-        form_.guarded([this] { integrate(); });
+        form_.guarded([this] { attempt([this] { integrate(); }); });
     };
     auto* leave =
         form.leaveButton(QStringLiteral("Cmdquitchoix"), QStringLiteral("&Fin de l'intégration"), [this] { left(); });

@@ -18,6 +18,7 @@ public:
     void open(const Record& invoice);
 
     QPushButton* validation() const override { return validate_; }
+    void reread(const Record& invoice) override { invoice_ = invoice; }
 
     std::function<void()> integrated; ///< the invoice has further lines
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/record.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -18,7 +20,12 @@ public:
     /// What the user typed here and would lose, in words; empty when nothing.
     virtual QString unsaved() const { return {}; }
 
+    /// The document was read anew since another workstation changed it; what is typed stays.
+    virtual void reread(const Record&) {}
+
     std::function<void()> left; ///< the user leaves the part
+    /// Runs a deed; when another workstation changed what it is about, offers to read the document again.
+    std::function<void(const std::function<void()>& deed)> attempt;
 };
 
 } // namespace molven

@@ -33,8 +33,8 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
       first_(new Edit(this)),
       last_(new Edit(this)),
       grid_(new Grid(QStringLiteral("DBGrid3"), unitChoiceColumns(), this)),
-      validate_(
-          form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("Valider &la sélection"), [this] { choose(); })) {
+      validate_(form.button(QStringLiteral("Cmdoktranche"), QStringLiteral("Valider &la sélection"),
+                            [this] { attempt([this] { choose(); }); })) {
     first_->setObjectName(QStringLiteral("txtimmdeb"));
     last_->setObjectName(QStringLiteral("txtimmfin"));
     for (Edit* edit : {first_, last_}) {

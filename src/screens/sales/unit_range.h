@@ -23,6 +23,7 @@ public:
     void open(const Record& header, const QString& reference, const QString& first);
 
     QPushButton* validation() const override { return validate_; }
+    void reread(const Record& header) override { header_ = header; }
 
     std::function<void(const QStringList& units)> chosen;
 

@@ -1,0 +1,244 @@
+#include "sales/unit_moves.h"
+
+#include "data/errors.h"
+#include "reference/articles.h"
+#include "reference/parameters.h"
+#include "reference/parties.h"
+#include "sales/documents.h"
+#include "sales/numbering.h"
+#include "stock/units.h"
+
+#include <tuple>
+
+namespace molven::unit_moves {
+
+namespace {
+
+const QString DeliveryReference = QStringLiteral("BL/");
+
+const DocumentKind& delivery() { return documentKind(QStringLiteral("LIV")); }
+const DocumentKind& invoicing() { return documentKind(QStringLiteral("FAC")); }
+const DocumentKind& consignment() { return documentKind(QStringLiteral("CSG")); }
+
+std::optional<Record> unitOf(SalesBook& book, const DocumentKind& kind, const Record& line) {
+    return units::find(book.molven, Immatriculation::fromText(line[kind.lines.fac_imm]));
+}
+
+bool isSold(const Record& unit) { return unit[strproduit.tes_vte] == state::Sold; }
+
+/// Writes what differs. The quantity in stock counts the units not sold.
+void store(SalesBook& book, const Record& before, const Record& after) {
+    QList<Assignment> changes;
+    for (const Field* field : strproduit.fields())
+        if (before.value(*field) != after.value(*field)) changes.append({*field, after.value(*field)});
+    if (changes.isEmpty()) return;
+    book.molven.update(strproduit, changes, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
+    if (isSold(before) != isSold(after))
+        articles::moveStock(book.molven, before[strproduit.ref_art], isSold(after) ? -1 : 1);
+}
+
+void place(SalesBook& book, Record& unit, const QString& depot) {
+    unit[strproduit.num_dep] = depot;
+    if (book.rules().hasDepotFamilies()) unit[strproduit.fam_dep] = parameters::depotFamily(book.molven, depot);
+}
+
+void setDocument(Record& unit, const DocumentKind& kind, const Record& header) {
+    unit[strproduit.tes_vte] = kind.unitState;
+    unit[strproduit.num_vte] = header[kind.headers.fac_no];
+    unit[strproduit.dat_vte] = header[kind.headers.fac_datf];
+    unit[strproduit.tri_vte] = header[kind.headers.tri_datf];
+    unit[strproduit.nbl_dep] = kind.isCredit ? TakenBack : QString(header[kind.headers.fac_no]);
+}
+
+void setImplantation(Record& unit, const QString& patient, const QString& client, const QString& date) {
+    unit[strproduit.reg_pat] = patient;
+    unit[strproduit.reg_clt] = client;
+    unit[strproduit.reg_dat] = date;
+}
+
+/// The line's net price on the price basis of its unit.
+Decimal priceOf(SalesBook& book, const DocumentLines& table, const Record& line, const Record& unit) {
+    const Decimal price = line[table.fac_pv];
+    const bool withoutVat = line[table.fac_tar] == u"H";
+    if (withoutVat == (unit[strproduit.pro_tar] == u"H")) return price;
+    const Decimal factor = Decimal(1) + parameters::vatRate(book.molven, line[table.fac_tva]) / Decimal(100);
+    return (withoutVat ? price * factor : price / factor).rounded(2);
+}
+
+void setSale(SalesBook& book, const DocumentLines& table, const Record& line, Record& unit) {
+    unit[strproduit.pro_vte] = priceOf(book, table, line, unit);
+    // A TIPS code on the line is no LPP code.
+    const QString code = line[table.fac_tip];
+    if (code != unit.value(strproduit.pro_tip)) unit[strproduit.pro_lpp] = code;
+}
+
+/// The unit as a document of a kind leaves it, in that depot.
+void moveTo(SalesBook& book, const DocumentKind& kind, const Record& header, const Record& line, const QString& depot,
+            Record& unit) {
+    setDocument(unit, kind, header);
+    place(book, unit, depot);
+    unit[strproduit.clt_dep] = header[kind.headers.fac_clt];
+    unit[strproduit.nom_dep] = header[kind.headers.fac_nom].left(10);
+    unit[strproduit.clt_vte] = header[kind.headers.fac_clt];
+    unit[strproduit.ref_vte] = header[kind.headers.fac_pat].left(10);
+    if (kind.isCredit) {
+        setImplantation(unit, {}, {}, {});
+        return;
+    }
+    setSale(book, kind.lines, line, unit);
+    unit[strproduit.pro_mon] = header[kind.headers.fac_mon];
+    setImplantation(unit, header[kind.headers.fac_pat], header[kind.headers.fac_clt], header[kind.headers.fac_datf]);
+}
+
+/// The unit of a delivered line as its invoice leaves it: patient and depot stay those of the delivery.
+void invoiceDelivered(const Record& invoice, const QString& note, Record& unit) {
+    setDocument(unit, invoicing(), invoice);
+    unit[strproduit.ref_vte] = DeliveryReference + note;
+}
+
+void makeUnsold(SalesBook& book, Record& unit) {
+    unit[strproduit.tes_vte] = state::InStock;
+    place(book, unit, MainDepot);
+    for (const Text* emptied :
+         {&strproduit.clt_dep, &strproduit.nbl_dep, &strproduit.clt_vte, &strproduit.dat_vte, &strproduit.tri_vte})
+        unit[*emptied] = QString();
+    unit[strproduit.nom_dep] = QString();
+    unit[strproduit.ref_vte] = QString();
+    unit[strproduit.num_vte] = documents::NotInvoiced;
+    setImplantation(unit, {}, {}, {});
+}
+
+/// A line that sold a unit, with its document.
+struct Sale {
+    const DocumentKind* kind;
+    Record header;
+    Record line;
+};
+
+/// The latest sale of a unit in both families, current and archived; of two on one day, that of the book's own family.
+std::optional<Sale> latestSale(SalesBook& book, const QString& unit) {
+    const auto rank = [&book](const Sale& sale) {
+        return std::tuple(sale.header[sale.kind->headers.tri_datf], &sale.kind->headers == &book.kind().headers,
+                          sale.header[sale.kind->headers.fac_no]);
+    };
+    std::optional<Sale> latest;
+    for (const DocumentKind* kind : {&invoicing(), &consignment()}) {
+        const DocumentLines& lines = kind->lines;
+        const DocumentHeaders& headers = kind->headers;
+        for (Database file : {book.vente, book.historic})
+            for (const Record& line :
+                 file.select(lines, lines.fac_imm == unit && lines.fac_qte > QStringLiteral("0"))) {
+                const auto header =
+                    file.find(headers, headers.fac_no == line[lines.fac_no] && headers.fac_aa == line[lines.fac_aa]);
+                if (!header) continue;
+                const Sale sale{kind, *header, line};
+                if (!latest || rank(*latest) < rank(sale)) latest = sale;
+            }
+    }
+    return latest;
+}
+
+QString depotOf(SalesBook& book, const Sale& sale) {
+    const QString depot = sale.line[sale.kind->lines.fac_dep];
+    if (!depot.isEmpty()) return depot;
+    const auto client = parties::findClient(book.molven, sale.header[sale.kind->headers.fac_clt]);
+    return client ? documents::depotOf(*client) : MainDepot;
+}
+
+/// The delivery note that an invoice's line came from, current or archived.
+std::optional<Record> noteOf(SalesBook& book, const QString& number) {
+    if (number.isEmpty()) return std::nullopt;
+    for (Database file : {book.vente, book.historic})
+        if (const auto note = file.find(strlive, strlive.fac_no == number, Order::descending(strlive.fac_aa)))
+            return note;
+    return std::nullopt;
+}
+
+/// Puts the unit back as a sale had left it.
+void sellAgain(SalesBook& book, const Sale& sale, Record& unit) {
+    const QString number = sale.kind->isInvoice() ? QString(sale.line[sale.kind->lines.fac_nbl]) : QString();
+    const auto note = noteOf(book, number);
+    moveTo(book, note ? delivery() : *sale.kind, note ? *note : sale.header, sale.line, depotOf(book, sale), unit);
+    if (note) invoiceDelivered(sale.header, number, unit);
+}
+
+} // namespace
+
+bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit) {
+    const DocumentHeaders& table = kind.headers;
+    return unit[strproduit.tes_vte] == kind.unitState && unit[strproduit.num_vte] == header[table.fac_no] &&
+           unit[strproduit.clt_vte] == header[table.fac_clt] && unit[strproduit.dat_vte] == header[table.fac_datf] &&
+           unit[strproduit.num_dep] != ReturnedDepot && (!kind.isCredit || unit[strproduit.nbl_dep] == TakenBack);
+}
+
+void apply(SalesBook& book, const Record& header, const Record& line) {
+    const auto unit = unitOf(book, book.kind(), line);
+    Record moved = unit.value();
+    moveTo(book, book.kind(), header, line, header[book.kind().headers.fac_dep], moved);
+    store(book, *unit, moved);
+}
+
+void undo(SalesBook& book, const Record& header, const Record& line) {
+    const QString number = line[book.kind().lines.fac_imm];
+    const auto unit = unitOf(book, book.kind(), line);
+    if (!unit && units::find(book.historic, Immatriculation::fromText(number)))
+        throw Refusal(QStringLiteral("L'immatriculation %1 est archivée : sa ligne ne peut être supprimée").arg(number),
+                      book.kind().lines.fac_imm.name);
+    if (!unit || !isHeldBy(book.kind(), header, *unit)) return;
+    const auto sale = book.kind().isCredit ? latestSale(book, number) : std::nullopt;
+    Record moved = *unit;
+    if (sale)
+        sellAgain(book, *sale, moved);
+    else
+        makeUnsold(book, moved);
+    store(book, *unit, moved);
+}
+
+void sell(SalesBook& invoices, const Record& invoice, const Record& note, const Record& line) {
+    const auto unit = unitOf(invoices, delivery(), line);
+    if (!unit || !isHeldBy(delivery(), note, *unit))
+        throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus livrée par ce bon : supprimer sa ligne du bon")
+                          .arg(line[strlivl.fac_imm]),
+                      QStringLiteral("txtchoix"));
+    Record sold = *unit;
+    invoiceDelivered(invoice, note[strlive.fac_no], sold);
+    store(invoices, *unit, sold);
+}
+
+void deliverAgain(SalesBook& invoices, const Record& note, const Record& line) {
+    const auto unit = unitOf(invoices, delivery(), line);
+    if (!unit || unit->value(strproduit.tes_vte) != state::InStock || unit->value(strproduit.num_dep) != MainDepot ||
+        unit->value(strproduit.num_vte) != documents::NotInvoiced)
+        return;
+    Record delivered = *unit;
+    moveTo(invoices, delivery(), note, line, depotOf(invoices, {&delivery(), note, line}), delivered);
+    store(invoices, *unit, delivered);
+}
+
+void reprice(SalesBook& book, const Record& header, const Record& line) {
+    const auto unit = unitOf(book, book.kind(), line);
+    if (book.kind().isCredit || !unit || !isHeldBy(book.kind(), header, *unit)) return;
+    Record priced = *unit;
+    setSale(book, book.kind().lines, line, priced);
+    store(book, *unit, priced);
+}
+
+void correctPatient(SalesBook& book, const Record& before, const Record& after) {
+    const DocumentHeaders& headers = book.kind().headers;
+    const DocumentLines& lines = book.kind().lines;
+    const QString former = before[headers.fac_pat], patient = after[headers.fac_pat];
+    for (const Record& line : documents::lines(book, after)) {
+        const auto unit = line[lines.fac_imm].isEmpty() ? std::nullopt : unitOf(book, book.kind(), line);
+        if (!unit || !isHeldBy(book.kind(), after, *unit)) continue;
+        const auto note = noteOf(book, line[lines.fac_nbl]);
+        const QString stands = unit->value(strproduit.reg_pat);
+        const bool fromDocument =
+            stands == former || (!patient.isEmpty() && note && stands == note->value(strlive.fac_pat));
+        Record corrected = *unit;
+        if (!book.kind().isCredit && fromDocument) corrected[strproduit.reg_pat] = patient;
+        if (!note) corrected[strproduit.ref_vte] = patient.left(10);
+        store(book, *unit, corrected);
+    }
+}
+
+} // namespace molven::unit_moves
