@@ -52,7 +52,7 @@ TEST_F(TwoUsers, NeverOverwriteWhatTheOtherWroteInAHeader) {
     ours[strlive.fac_mes] = QStringLiteral("MERCI");
     EXPECT_EQ(changeOf([&] { documents::changeFooter(here, ours, footer); }),
               QStringLiteral("La remise a été modifiée par un autre poste : 12,5"));
-    EXPECT_EQ(documents::current(here, read)[strlive.fac_rem].toString(), QStringLiteral("12.5"));
+    EXPECT_EQ(documents::current(here, read).value(strlive.fac_rem), QStringLiteral("12.5"));
 }
 
 TEST_F(TwoUsers, ActOnTheLineThatTheySaw) {

@@ -103,7 +103,7 @@ TEST_F(SalesLimits, WarnOfScrappedAndExpiredUnits) {
         unit[strproduit.dat_per] = QString::fromLatin1(expiry);
         unit[strproduit.fab_con] = QString::fromLatin1(conformity);
         const unit_rules::Warnings found = unit_rules::warnings(of, unit);
-        return (found.doubts.join(u';') + u'|' + found.notes.join(u';'))
+        return QString(found.doubts.join(u';') + u'|' + found.notes.join(u';'))
             .replace(QStringLiteral("Immatriculation ") + units[0], QStringLiteral("I"));
     };
     EXPECT_EQ(warned(notes, "05/2026", "O"), QStringLiteral("|"));

@@ -192,14 +192,14 @@ TEST_F(UnitMoves, KeepTheSalePriceOnTheBasisOfTheUnit) {
     SalesBook invoices = book("FAC");
     invoices.molven.update(strproduit, {{strproduit.pro_tar, QStringLiteral("T")}}, {});
     dossier.document(QStringLiteral("FAC"), units);
-    EXPECT_EQ(dossier.unit(units[0])[strproduit.pro_vte].toString(), QStringLiteral("94.95")) << "90 with 5.5 %";
+    EXPECT_EQ(dossier.unit(units[0]).value(strproduit.pro_vte), QStringLiteral("94.95")) << "90 with 5.5 %";
     const Record header = documents::last(invoices).value();
     const Record read = documents::lines(invoices, header).record();
     Record line = read;
     line[strfacl.fac_px] = Decimal(200);
     line[strfacl.fac_remx] = Decimal(0);
     document_lines::change(invoices, header, line, read);
-    EXPECT_EQ(dossier.unit(units[0])[strproduit.pro_vte].toString(), QStringLiteral("211"));
+    EXPECT_EQ(dossier.unit(units[0]).value(strproduit.pro_vte), QStringLiteral("211"));
 }
 
 } // namespace molven
