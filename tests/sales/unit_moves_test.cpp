@@ -175,8 +175,8 @@ TEST_F(UnitMoves, CorrectThePatientOfTheUnitsThatTheDocumentHolds) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
     SalesBook invoices = book("FAC");
     dossier.document(QStringLiteral("FAC"), units);
-    units::implant(invoices.molven, Immatriculation::fromText(units[1]), QStringLiteral("MARTIN"), QStringLiteral("1"),
-                   QStringLiteral("11/03/2026"));
+    units::implant(invoices.molven, dossier.unit(units[1]),
+                   {QStringLiteral("MARTIN"), QStringLiteral("000001"), QStringLiteral("11/03/2026")});
     dossier.document(QStringLiteral("AVO"), {units[2]});
     const Record read = documents::last(invoices).value();
     Record header = read;
