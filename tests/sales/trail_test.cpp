@@ -1,3 +1,4 @@
+#include "reference/article_tables.h"
 #include "support/dossier.h"
 
 #include "sales/record_trail.h"
