@@ -216,10 +216,10 @@ void check(Database database, const CodeTable& kind, Record& record, const Recor
     codes::check({{DataFile::Molven, database}}, record, before);
 }
 
-void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew) {
-    check(database, kind, record);
+void requireWritable(Database database, const CodeTable& kind, Record record, const std::optional<Record>& before) {
+    check(database, kind, record, before ? &*before : nullptr);
     const bool exists = database.count(kind.table, kind.sameKey(record)) > 0;
-    require(exists != isNew, isNew ? kind.exists : kind.missing, *kind.key.last());
+    require(exists == before.has_value(), before ? kind.missing : kind.exists, *kind.key.last());
 }
 
 void add(Database database, const CodeTable& kind, Record record) {

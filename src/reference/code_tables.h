@@ -43,9 +43,9 @@ const CodeTable& commissionRates();
 
 /// Completes the codes of a record and throws Refusal with its first fault; codes that it had before pass.
 void check(Database database, const CodeTable& kind, Record& record, const Record* before = nullptr);
-/// Throws Refusal when add(), or change() of a record that is not new, would refuse the record: for a screen that has
-/// something to ask before it writes.
-void requireWritable(Database database, const CodeTable& kind, Record record, bool isNew);
+/// Throws Refusal when add(), or change() of the record read as `before`, would refuse the record: for a screen that
+/// has something to ask before it writes.
+void requireWritable(Database database, const CodeTable& kind, Record record, const std::optional<Record>& before);
 /// Writes a new record; throws Refusal when it is not complete or its key is taken.
 void add(Database database, const CodeTable& kind, Record record);
 /// Rewrites a record; `before` is the record as the user read it. Throws Refusal when it does not exist, DataError

@@ -23,8 +23,8 @@ enum class MenuAction {
     Nothing
 };
 
-/// One entry of the menu. `target` is a screen or a program. `mode` is the word that the screen finds in `mode_ecran`; a
-/// reprint has two, separated by a blank: the document's and "RED".
+/// One entry of the menu. `target` is a screen or a program. `mode` is the word that the screen finds in `mode_ecran`;
+/// a reprint has two, separated by a blank: the document's and "RED".
 struct MenuEntry {
     int depth; ///< 0 on the bar
     QString name;

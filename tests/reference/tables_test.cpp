@@ -110,7 +110,7 @@ TEST_F(Tables, RefuseNumbersThatAreNone) {
         EXPECT_EQ(refusalOf([&] { code_tables::add(molven, kind, record); }), QString::fromUtf8(fault.message))
             << fault.field.name.toStdString() << " " << fault.wrong;
         record.set(fault.field, Decimal(7));
-        EXPECT_EQ(refusalOf([&] { code_tables::requireWritable(molven, kind, record, true); }),
+        EXPECT_EQ(refusalOf([&] { code_tables::requireWritable(molven, kind, record, std::nullopt); }),
                   QStringLiteral("(accepté)"));
     }
 }

@@ -36,7 +36,7 @@ void MolvenTableForm::tellCurrency() {
 
 void MolvenTableForm::saveReimbursement(const article_updates::Reimbursement& list, const Record& record,
                                         const std::optional<Record>& before, const QString& question) {
-    code_tables::requireWritable(molven_, list.kind, record, !before);
+    code_tables::requireWritable(molven_, list.kind, record, before);
     const bool intoArticles = prompt().ask(question);
     article_updates::saveReimbursement(molven_, list, record, before, intoArticles);
     if (intoArticles)
