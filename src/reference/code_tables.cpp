@@ -209,9 +209,21 @@ const CodeTable& commissionRates() {
     return kind;
 }
 
-void check(Database database, const CodeTable& kind, Record& record, const Record* before) {
+namespace {
+
+void requireFilled(const CodeTable& kind, const Record& record) {
     for (const CodeTable::Required& required : kind.required)
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
+}
+
+void requireNew(Database database, const CodeTable& kind, const Record& record) {
+    require(database.count(kind.table, kind.sameKey(record)) == 0, kind.exists, *kind.key.last());
+}
+
+} // namespace
+
+void check(Database database, const CodeTable& kind, Record& record, const Record* before) {
+    requireFilled(kind, record);
     kind.complete(database, record);
     codes::check({{DataFile::Molven, database}}, record, before);
 }
@@ -224,8 +236,10 @@ void requireWritable(Database database, const CodeTable& kind, Record record, co
 
 void add(Database database, const CodeTable& kind, Record record) {
     Transaction transaction(database.workspace(), QStringLiteral("Tables"));
+    requireFilled(kind, record);
+    requireNew(database, kind, record); // a taken key is told before what its other fields lack
     check(database, kind, record);
-    require(database.count(kind.table, kind.sameKey(record)) == 0, kind.exists, *kind.key.last());
+    requireNew(database, kind, record); // in the form that the checks completed
     database.insert(record);
     transaction.commit();
 }
