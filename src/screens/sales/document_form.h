@@ -47,6 +47,7 @@ private:
     void displayTyped();
     void pickDocument();
     void print();
+    void readAgain();
     void refresh();
     /// A button whose deed may meet what another workstation did meanwhile.
     QPushButton* deed(const QString& name, const QString& caption, const std::function<void()>& handler);

@@ -166,7 +166,7 @@ std::optional<Record> DocumentForm::stored() {
 void DocumentForm::reread() {
     if (!document_) return;
     if (!stored()) return display(std::nullopt);
-    refresh();
+    readAgain();
     if (stage_ == Stage::Changing) header_->reread(*document_);
     if (TrayPart* part = trayPart()) part->reread(*document_);
 }
@@ -181,7 +181,7 @@ void DocumentForm::offerUnfinished() {
 }
 
 /// Reads header and lines again. A header being changed keeps what its user reads and types.
-void DocumentForm::refresh() {
+void DocumentForm::readAgain() {
     document_ = documents::current(book_, *document_);
     if (stage_ == Stage::Shown) header_->show(document_);
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
@@ -193,6 +193,10 @@ void DocumentForm::refresh() {
     if (count > 0) lines_->selectRow(count - 1);
     total_->setText(QStringLiteral("Total HT : ") +
                     format(std::as_const(*document_)[table_.fac_ht], QStringLiteral("#####0.00")));
+}
+
+void DocumentForm::refresh() {
+    readAgain();
     footer_->show(*document_);
 }
 
