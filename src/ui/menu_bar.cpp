@@ -1,8 +1,8 @@
 #include "ui/menu_bar.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QShortcutEvent>
 
 namespace molven {
@@ -17,20 +17,16 @@ QString accessKey(const QAction* action) {
 } // namespace
 
 bool MenuBar::walk(const QString& key) {
-    QList<QAction*> shown, sharing;
-    for (QAction* action : actions()) {
-        if (!action->isVisible() || !action->isEnabled() || action->isSeparator()) continue;
-        shown.append(action);
-        if (accessKey(action) == key) sharing.append(action);
-    }
+    QList<QAction*> sharing;
+    for (QAction* action : actions())
+        if (action->isVisible() && action->isEnabled() && accessKey(action) == key) sharing.append(action);
     if (sharing.size() < 2) return false;
     QAction* next = sharing[(sharing.indexOf(activeAction()) + 1) % sharing.size()];
-    // The arrow keys are the toolkit's way to highlight a caption without opening it.
     setFocus(Qt::MenuBarFocusReason);
-    for (qsizetype steps = 0; activeAction() != next && steps <= shown.size(); ++steps) {
-        QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier);
-        QMenuBar::keyPressEvent(&right);
-    }
+    // A pointer that passes over a caption is the toolkit's way to highlight it without opening it.
+    const QPointF over = actionGeometry(next).center();
+    QMouseEvent passing(QEvent::MouseMove, over, mapToGlobal(over), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QMenuBar::mouseMoveEvent(&passing);
     return true;
 }
 

@@ -20,13 +20,23 @@ void RecordForm::build(const Description& description) {
     panel_->edit(description.key)->isKey = true;
     onLeft(panel_->edit(description.key), [this] { lookUp(); });
 
+    auto* record = new QWidget(this);
+    auto* recordLayout = new QVBoxLayout(record);
+    recordLayout->setContentsMargins(0, 0, 0, 0);
+    recordLayout->addWidget(panel_);
+    extraRows_ = new QVBoxLayout;
+    recordLayout->addLayout(extraRows_);
+    recordLayout->addStretch();
+    // On a small screen a long record scrolls; its buttons stay in sight.
+    auto* room = new QScrollArea(this);
+    room->setFrameShape(QFrame::NoFrame);
+    room->setWidgetResizable(true);
+    room->setFocusPolicy(Qt::NoFocus);
+    room->setWidget(record);
     auto* right = new QWidget(this);
     auto* rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
-    rightLayout->addWidget(panel_);
-    extraRows_ = new QVBoxLayout;
-    rightLayout->addLayout(extraRows_);
-    rightLayout->addStretch();
+    rightLayout->addWidget(room, 1);
     rightLayout->addLayout(buttonRow());
     auto* split = new QSplitter(this);
     split->addWidget(list_);

@@ -42,10 +42,10 @@ const QHash<QString, QSet<QString>>& allowed() {
         rules[QStringLiteral("accounting")] = rules[QStringLiteral("sales")];
         rules[QStringLiteral("dossier")] =
             rules[QStringLiteral("sales")] + QSet<QString>{QStringLiteral("sales"), QStringLiteral("accounting")};
-        rules[QStringLiteral("ui")] = rules[QStringLiteral("dossier")] + QSet<QString>{QStringLiteral("printing")};
+        rules[QStringLiteral("ui")] =
+            rules[QStringLiteral("dossier")] + QSet<QString>{QStringLiteral("dossier"), QStringLiteral("printing")};
         rules[QStringLiteral("screens")] = rules[QStringLiteral("ui")] + QSet<QString>{QStringLiteral("ui")};
-        rules[QStringLiteral("app")] =
-            rules[QStringLiteral("screens")] + QSet<QString>{QStringLiteral("screens"), QStringLiteral("dossier")};
+        rules[QStringLiteral("app")] = rules[QStringLiteral("screens")] + QSet<QString>{QStringLiteral("screens")};
         return rules;
     }();
     return folders;

@@ -111,7 +111,7 @@ TEST_F(ArticleFilesOfMd, KnowNoAncillaryKindAndTakeNoEan) {
 }
 
 TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
-    EXPECT_EQ(eanOf("CUP"), QStringLiteral("3760000000001"));
+    EXPECT_EQ(eanOf("CUP"), QStringLiteral("3760000000017"));
     EXPECT_EQ(eanOf("HIP"), QString()) << "not manufactured";
     articles::Entry entry = entryOf("CUP");
     EXPECT_EQ(save(entry, entry.article), QStringLiteral("(accepté)"));
@@ -119,7 +119,7 @@ TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
     entry.article[strarticle.art_ref] = QStringLiteral("CUP2");
     entry.article[strarticle.art_ean] = QString();
     EXPECT_EQ(save(entry), QStringLiteral("(accepté)"));
-    EXPECT_EQ(eanOf("CUP2"), QStringLiteral("3760000000002"));
+    EXPECT_EQ(eanOf("CUP2"), QStringLiteral("3760000000024"));
     entry.article[strarticle.art_ref] = QStringLiteral("CUP3");
     EXPECT_EQ(save(entry), QStringLiteral("probleme Gencode"));
     EXPECT_FALSE(articles::find(molven, QStringLiteral("CUP3")).has_value());
@@ -135,7 +135,7 @@ TEST_F(ArticleFiles, TakeOneEanFromThePoolAndOnlyOnce) {
 
 TEST_F(ArticleFiles, GiveTheirEanBackToThePoolAndTakeNoOtherArticles) {
     articles::remove(molven, gencode, QStringLiteral("CUP"));
-    EXPECT_EQ(ean::codeFor(gencode, QStringLiteral("AUTRE")), QStringLiteral("3760000000001"));
+    EXPECT_EQ(ean::codeFor(gencode, QStringLiteral("AUTRE")), QStringLiteral("3760000000017"));
     articles::Entry text = entryOf("NOTE");
     const Record note = text.article;
     text.article[strarticle.art_typ] = QStringLiteral("F");
@@ -144,11 +144,11 @@ TEST_F(ArticleFiles, GiveTheirEanBackToThePoolAndTakeNoOtherArticles) {
 
     articles::Entry entry = entryOf("HIP");
     const Record before = entry.article;
-    entry.article[strarticle.art_ean] = QStringLiteral("3760000000001");
+    entry.article[strarticle.art_ean] = QStringLiteral("3760000000017");
     EXPECT_EQ(save(entry, before), QStringLiteral("(accepté)"));
     articles::Entry other = entryOf("GRAFT");
     const Record graft = other.article;
-    other.article[strarticle.art_ean] = QStringLiteral("3760000000001");
+    other.article[strarticle.art_ean] = QStringLiteral("3760000000017");
     EXPECT_EQ(save(other, graft), QStringLiteral("Ce code est pris par l'article HIP"));
     const Record taken = entry.article;
     entry.article[strarticle.art_ean] = QString();

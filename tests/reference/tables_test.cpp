@@ -205,12 +205,18 @@ TEST_F(Tables, KeepEanCodesWithTheirCheckDigit) {
     const qint64 before = gencode.count(strgencode);
     EXPECT_EQ(add("400638133392", "2"), QStringLiteral("Ce code existe déjà : 4006381333931"));
     EXPECT_EQ(gencode.count(strgencode), before) << "a range is added whole or not at all";
-    EXPECT_EQ(refusalOf([&] { ean::remove(gencode, QStringLiteral("3760000000001")); }),
+    EXPECT_EQ(refusalOf([&] { ean::remove(gencode, QStringLiteral("3760000000017")); }),
               QStringLiteral("Ce code est pris par l'article CUP"));
     EXPECT_EQ(refusalOf([&] { ean::remove(gencode, QStringLiteral("4006381333931")); }), QStringLiteral("(accepté)"));
 }
 
 TEST_F(Tables, KeepSeveralLppCodesOnlyForAnArticleThatSaysSo) {
+    for (const char* code : {"3100001", "3100002", "3100003"}) {
+        Record lpp(strlpp);
+        lpp[strlpp.lpp_code] = QString::fromLatin1(code);
+        lpp[strlpp.lpp_lib] = QStringLiteral("ESSAI");
+        if (molven.count(strlpp, strlpp.lpp_code == lpp.value(strlpp.lpp_code)) == 0) molven.insert(lpp);
+    }
     Database compta = workspace.open(dossier.session.path(DataFile::Compta));
     const auto save = [&](const QString& lpp, std::optional<std::array<const char*, 3>> typed) {
         articles::Entry entry = articles::entryOf(article("HIP"));

@@ -4,6 +4,7 @@
 #include "dossier/creation.h"
 #include "reference/articles.h"
 #include "reference/code_tables.h"
+#include "reference/ean.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
@@ -101,7 +102,8 @@ void Dossier::addReference(const Session& session) {
     molven.insert(lpp);
     for (int i = 1; i <= 2; ++i) {
         Record free(strgencode);
-        free[strgencode.ean_code] = QStringLiteral("376000000000%1").arg(i);
+        const QString digits = QStringLiteral("37600000000%1").arg(i);
+        free[strgencode.ean_code] = digits + ean::checkDigit(digits);
         gencode.insert(free);
     }
     const Sample samples[] = {{"HIP", "N", "O", "O"},   {"CUP", "F", "O", "O"},  {"GRAFT", "G", "O", "O"},

@@ -90,7 +90,9 @@ TEST_F(EveryScreen, FitsASmallScreenWithItsFrame) {
     walk([](const Form& form) {
         EXPECT_LE(form.minimumSizeHint().width(), 1280 - 8);
         EXPECT_LE(form.minimumSizeHint().height(), 720 - 40);
-        EXPECT_TRUE(QApplication::primaryScreen()->availableGeometry().contains(form.frameGeometry()));
+        const QRect whole = form.frameGeometry();
+        EXPECT_TRUE(QApplication::primaryScreen()->availableGeometry().contains(whole))
+            << whole.x() << ',' << whole.y() << ' ' << whole.width() << 'x' << whole.height();
     });
 }
 
