@@ -56,7 +56,7 @@ QList<FieldBox> boxes(const CompanyRules& rules) {
             {&a.art_cpte, QStringLiteral("Compte vente export :"), QStringLiteral("Txtcpte")},
             {&a.art_cpta, QStringLiteral("Compte achat :"), QStringLiteral("Txtcpta")},
             {&a.art_cpts, QStringLiteral("Compte stock :"), QStringLiteral("Txtcpts")},
-            {&a.art_memo, QStringLiteral("Mémo :"), QStringLiteral("txtmemo"), 32}};
+            {&a.art_memo, QStringLiteral("Mémo :"), QStringLiteral("txtmemo"), 24}};
 }
 
 /// The reimbursement category that an article works with: LPP unless it says TIPS.
@@ -99,8 +99,9 @@ ArticleForm::ArticleForm(Desk& desk)
         row->addWidget(new QLabel(caption, this));
         row->addWidget(entry);
     }
-    row->addWidget(followUp_, 1);
+    row->addStretch();
     extraRows()->addLayout(row);
+    extraRows()->addWidget(followUp_);
     extraRows()->addWidget(severalLpp_);
     extraRows()->addWidget(priceNotice(session(), this));
     orderTabs();
