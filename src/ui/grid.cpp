@@ -99,6 +99,15 @@ void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previou
     if (!following_ && current.isValid() && current.row() != previous.row()) tellCurrent();
 }
 
+/// The toolkit would make the first row current: a box typed into just before must not give way to it.
+void Grid::focusInEvent(QFocusEvent* event) {
+    const bool hadCurrent = currentIndex().isValid();
+    following_ = true;
+    QTableView::focusInEvent(event);
+    if (!hadCurrent) setCurrentIndex({});
+    following_ = false;
+}
+
 void Grid::mousePressEvent(QMouseEvent* event) {
     pressedOver_ = currentIndex().row();
     QTableView::mousePressEvent(event);

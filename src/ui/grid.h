@@ -35,6 +35,7 @@ public:
 
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
