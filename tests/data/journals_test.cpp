@@ -134,7 +134,9 @@ TEST_F(KilledCommits, LeaveAJournalThatABackupCopiedOverIsNotOpenedWith) {
         const QString kept = folder.filePath(QStringLiteral("garde.mdb"));
         ASSERT_TRUE(QFile::rename(file, kept) && QFile::copy(backup, file));
         if (hasJournal && test::dataErrorOf([&] { countOf(file); }) == DataError::CannotOpen) ++refusals;
-        if (!hasJournal) EXPECT_EQ(countOf(file), 0) << "killed at write " << n;
+        if (!hasJournal) {
+            EXPECT_EQ(countOf(file), 0) << "killed at write " << n;
+        }
         ASSERT_TRUE(QFile::remove(file) && QFile::rename(kept, file));
         EXPECT_EQ(countsOf(root, n).size(), 1) << "the refusal lost the journal of write " << n;
     });
