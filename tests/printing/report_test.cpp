@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(Lists, ReportWidths,
                          testing::Values(WidthCase{"narrow", 2, 20, Orientation::Upright, false},
                                          WidthCase{"wide", 4, 32, Orientation::Lying, false},
                                          WidthCase{"widest", 12, 45, Orientation::Lying, true}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& chosen) { return chosen.param.name; });
 
 TEST(Reports, AlignNumbersAtTheRight) {
     Report report(QStringLiteral("LISTE"), {{QStringLiteral("Nom")}, {QStringLiteral("Prix"), true}});
