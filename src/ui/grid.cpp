@@ -104,7 +104,7 @@ void Grid::focusInEvent(QFocusEvent* event) {
     const bool hadCurrent = currentIndex().isValid();
     following_ = true;
     QTableView::focusInEvent(event);
-    if (!hadCurrent) setCurrentIndex({});
+    if (!hadCurrent) selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate); // what is chosen stays
     following_ = false;
 }
 
