@@ -25,11 +25,12 @@ struct CodeKind {
     QString letter = {};          ///< of the list
     DataFile file = DataFile::Molven;
 
-    QString subject = {};     ///< "Ce client": begins what is said of a record
-    QString title = {};       ///< of the list behind a box
-    QString hint = {};        ///< shown beside an unknown code; what is said of it when empty
-    QStringList besides = {}; ///< values that name no record and are right all the same
-    int digits = 0;           ///< of a numeric code padded with zeros, whether its table has it or not
+    QString subject = {};      ///< "Ce client": begins what is said of a record
+    QString title = {};        ///< of the list behind a box
+    QString hint = {};         ///< shown beside an unknown code; what is said of it when empty
+    QStringList besides = {};  ///< values that name no record and are right all the same
+    QStringList reserved = {}; ///< codes that the program itself lives by: never deleted
+    int digits = 0;            ///< of a numeric code padded with zeros, whether its table has it or not
     bool acceptsUnknown = false;
 
     QString letters = {};                ///< the letters, for a kind without table

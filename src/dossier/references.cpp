@@ -3,7 +3,7 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/codes.h"
-#include "reference/parameter_tables.h"
+#include "reference/parameters.h"
 #include "reference/party_tables.h"
 #include "reference/tariff_tables.h"
 #include "sales/document_tables.h"
@@ -145,11 +145,26 @@ std::optional<Criterion> usersOf(Files& files, const Table& table, const Record&
     return users;
 }
 
-QString subjectOf(const Table& table, const Record& record) {
+/// The kind of the codes that name a record, from the fields of one table that hold such codes; null when it has none.
+const CodeKind* kindNaming(const Record& record, const Table& table) {
     for (const Field* field : table.fields())
         for (const Reference& reference : referencesOf(*field))
-            if (names(reference.kind, record)) return reference.kind.subject;
-    return {};
+            if (names(reference.kind, record)) return &reference.kind;
+    return nullptr;
+}
+
+/// Some records the program itself lives by, used or not.
+void requireNotReserved(Files& files, const Session& session, const Record& record) {
+    for (const Files::Searched& searched : files.searched())
+        for (const Table* table : tablesOf(searched.file)) {
+            const CodeKind* kind = kindNaming(record, *table);
+            if (kind && kind->reserved.contains(record.value(*kind->key), Qt::CaseInsensitive))
+                throw Refusal(kind->subject + QStringLiteral(" sert au programme : suppression impossible"));
+        }
+    const bool isCurrency = &record.table() == &strmonnaie;
+    if (isCurrency &&
+        record[strmonnaie.mon_cle] == parameters::companyCurrency(files[DataFile::Molven], session.spe_mon))
+        throw Refusal(QStringLiteral("Cette monnaie est celle de la société : suppression impossible"));
 }
 
 void requireUnused(Files& files, const Record& record) {
@@ -161,7 +176,7 @@ void requireUnused(Files& files, const Record& record) {
             const qint64 count = users ? searched.database.count(*table, *users) : 0;
             if (count == 0) continue;
             uses.append(counted(count, *table) + searched.place);
-            subject = subjectOf(*table, record);
+            subject = kindNaming(record, *table)->subject;
         }
     }
     if (!uses.isEmpty())
@@ -173,6 +188,7 @@ void requireUnused(Files& files, const Record& record) {
 void remove(const Session& session, const Record& record, const std::function<void(Files&)>& erase) {
     Files files(session);
     Transaction transaction(files.workspace, QStringLiteral("Suppression"));
+    requireNotReserved(files, session, record);
     erase(files);
     requireUnused(files, record);
     transaction.commit();

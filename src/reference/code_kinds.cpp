@@ -10,7 +10,8 @@ namespace molven::codes {
 
 namespace {
 
-CodeKind entriesOf(const QString& letter, const char* subject, const char* title, const QStringList& besides = {}) {
+CodeKind entriesOf(const QString& letter, const char* subject, const char* title, const QStringList& besides = {},
+                   const QStringList& reserved = {}) {
     return {.table = &strparam,
             .key = &strparam.num_par,
             .words = &strparam.lib_par,
@@ -18,7 +19,8 @@ CodeKind entriesOf(const QString& letter, const char* subject, const char* title
             .letter = letter,
             .subject = QString::fromUtf8(subject),
             .title = QString::fromUtf8(title),
-            .besides = besides};
+            .besides = besides,
+            .reserved = reserved};
 }
 
 CodeKind accounts(bool acceptsUnknown) {
@@ -91,7 +93,7 @@ const CodeKind SupplierFamily = entriesOf(list::SupplierFamily, "Cette famille",
 const CodeKind AncillaryFamily = entriesOf(list::AncillaryFamily, "Cette famille", "LES FAMILLES", NoFamily);
 const CodeKind DepotFamily = entriesOf(list::DepotFamily, "Cette famille", "LES FAMILLES DE DEPOT");
 const CodeKind Representative = entriesOf(list::Representative, "Ce représentant", "LES REPRESENTANTS");
-const CodeKind Depot = entriesOf(list::Depot, "Ce dépôt", "LES DEPOTS");
+const CodeKind Depot = entriesOf(list::Depot, "Ce dépôt", "LES DEPOTS", {}, {MainDepot, SetDepot});
 const CodeKind Dispatch = entriesOf(list::Dispatch, "Ce mode d'expédition", "LES MODES D'EXPEDITION");
 const CodeKind Surgeon = entriesOf(list::Surgeon, "Ce chirurgien", "LES CHIRURGIENS");
 const CodeKind Reworked = entriesOf(list::Reworked, "Cette cause", "LES CAUSES");

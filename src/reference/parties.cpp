@@ -145,4 +145,15 @@ void removeSupplier(Database molven, const QString& code) {
     molven.remove(strfournis, strfournis.fou_cod == padded(code, 6));
 }
 
+void listDocuments(Database documents, const QStringList& names) {
+    Transaction transaction(documents.workspace());
+    documents.remove(strdocs);
+    for (const QString& name : names) {
+        Record document(strdocs);
+        document[strdocs.doc_fic] = name;
+        documents.insert(document);
+    }
+    transaction.commit();
+}
+
 } // namespace molven::parties

@@ -25,5 +25,7 @@ void saveSupplier(Database molven, Record supplier, const std::optional<Record>&
 /// As setClientFolder().
 void setSupplierFolder(Database molven, const QString& code, const QString& folder);
 void removeSupplier(Database molven, const QString& code);
+/// Makes these files the list of attached documents that a screen shows, in place of what was listed.
+void listDocuments(Database documents, const QStringList& names);
 
 } // namespace molven::parties

@@ -217,13 +217,17 @@ qint64 countInStock(Database molven, const QString& reference) {
     return molven.count(strproduit, strproduit.ref_art == reference && strproduit.tes_vte != state::Sold);
 }
 
-qint64 updateDepotFamilies(Database molven, Database holder) {
-    Transaction transaction(molven.workspace(), QStringLiteral("Familles des dépôts"));
+qint64 updateDepotFamilies(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Database historic = workspace.open(session.historic());
+    Transaction transaction(workspace, QStringLiteral("Familles des dépôts"));
     qint64 changed = 0;
     for (const Record& depot : molven.select(strparam, parameters::ofList(list::Depot))) {
         const QString family = depot[strparam.fam_dep];
-        changed += holder.update(strproduit, {{strproduit.fam_dep, family}},
-                                 strproduit.num_dep == depot[strparam.num_par] && strproduit.fam_dep != family);
+        for (Database holder : {molven, historic})
+            changed += holder.update(strproduit, {{strproduit.fam_dep, family}},
+                                     strproduit.num_dep == depot[strparam.num_par] && strproduit.fam_dep != family);
     }
     transaction.commit();
     return changed;

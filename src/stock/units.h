@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/company_rules.h"
+#include "shell/session.h"
 #include "stock/immatriculation.h"
 
 #include <optional>
@@ -93,8 +94,9 @@ QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QSt
 /// Units of an article that are not invoiced, as the article's quantity counts them.
 qint64 countInStock(Database molven, const QString& reference);
 
-/// Copies each unit's depot family from the depot list; answers the number of units changed.
-qint64 updateDepotFamilies(Database molven, Database units);
+/// Copies each unit's depot family from the depot list, archived units included, in one transaction; answers the number
+/// of units changed.
+qint64 updateDepotFamilies(const Session& session);
 
 } // namespace units
 } // namespace molven

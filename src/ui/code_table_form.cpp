@@ -1,5 +1,6 @@
 #include "ui/code_table_form.h"
 
+#include "data/format.h"
 #include "dossier/references.h"
 #include "ui/pick_panel.h"
 #include "ui/printed_list.h"
@@ -118,7 +119,20 @@ void CodeTableForm::showWords() {
     shown();
 }
 
+/// A code typed short stands as its table writes it: "2" is found as "002".
+void CodeTableForm::completeKey() {
+    const Text& code = *view_->kind.key.last();
+    const QString brief = typed(code);
+    Record wanted = typedKeyRecord();
+    for (int width = static_cast<int>(brief.size()); width <= code.size; ++width) {
+        wanted.set(code, padded(brief, width));
+        if (view_->database.count(view_->kind.table, view_->kind.sameKey(wanted)) == 0) continue;
+        return panel_->edit(code)->put(wanted.value(code));
+    }
+}
+
 void CodeTableForm::lookUp() {
+    if (!adding_ && isKeyTyped()) completeKey();
     const auto found = !adding_ && isKeyTyped() ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
     if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(*shown_).values) return showWords();
     Record underTypedKey = *shown_; // another key is no work that would be lost, the other boxes are

@@ -62,6 +62,7 @@ private:
     bool isKeyTyped() const;
     QString nameOf(const Record& record) const;
     QList<const Field*> keyFields() const;
+    void completeKey();
     void lookUp();
     void bringUp(const Record& row);
     void show(const Record& record);

@@ -193,7 +193,8 @@ void Grid::exportCsv() {
 
 void Grid::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) return copySelection();
-    if (event->key() == Qt::Key_E && event->modifiers() == Qt::ControlModifier) return exportCsv();
+    if (event->key() == Qt::Key_E && event->modifiers() == Qt::ControlModifier)
+        return exportWanted ? exportWanted() : exportCsv();
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         if (chosen && current()) return choose();
         return event->ignore();

@@ -31,6 +31,7 @@ public:
 
     std::function<void(const Record&)> chosen;        ///< Return or double click
     std::function<void(const Record&)> becameCurrent; ///< by a click (again, too), a key, a filter or the program
+    std::function<void()> exportWanted;               ///< Ctrl+E, where the screen exports more than is shown
     std::function<void()> rowsChanged;                ///< read anew, sorted or filtered
 
 protected:

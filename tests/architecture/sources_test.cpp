@@ -81,6 +81,13 @@ TEST(Sources, CompareCompanyCodesAndAskTheDateInOnePlaceOnly) {
     }
 }
 
+TEST(Sources, OpenNoTransactionInAScreen) {
+    static const QRegularExpression transaction(QStringLiteral("\\bTransaction \\w+[({]"));
+    for (const QString& path : sources())
+        EXPECT_FALSE(relative(path).startsWith(u"screens/") && transaction.match(textOf(path)).hasMatch())
+            << relative(path).toStdString();
+}
+
 TEST(Sources, ReplaceFilesInOnePlaceOnly) {
     for (const QString& path : sources())
         EXPECT_FALSE(relative(path) != u"data/safe_file.cpp" && textOf(path).contains(QStringLiteral("QSaveFile")))

@@ -455,9 +455,9 @@ TEST(DepotFamilies, FollowTheDepotsOfUnits) {
     Workspace workspace;
     Database molven = workspace.open(dossier.session.molven());
     molven.update(strproduit, {{strproduit.num_dep, QStringLiteral("101")}}, strproduit.imm_art == numbers[1]);
-    EXPECT_EQ(units::updateDepotFamilies(molven, molven), 1);
+    EXPECT_EQ(units::updateDepotFamilies(dossier.session), 1);
     EXPECT_EQ(dossier.unit(numbers[1])[strproduit.fam_dep], QStringLiteral("EST"));
-    EXPECT_EQ(units::updateDepotFamilies(molven, molven), 0);
+    EXPECT_EQ(units::updateDepotFamilies(dossier.session), 0);
 }
 
 } // namespace molven

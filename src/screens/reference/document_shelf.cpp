@@ -1,5 +1,6 @@
 #include "screens/reference/document_shelf.h"
 
+#include "reference/parties.h"
 #include "reference/party_tables.h"
 #include "shell/attached_documents.h"
 #include "shell/folder_files.h"
@@ -42,14 +43,7 @@ DocumentShelf::DocumentShelf(Form& form)
 
 void DocumentShelf::show(const QString& folder) {
     folder_ = folder.trimmed().isEmpty() ? QString() : usableFolder(form_.session().dossier_app, folder);
-    Transaction transaction(workspace_);
-    documents_.remove(strdocs);
-    for (const QString& name : attached_documents::list(folder_)) {
-        Record document(strdocs);
-        document[strdocs.doc_fic] = name;
-        documents_.insert(document);
-    }
-    transaction.commit();
+    parties::listDocuments(documents_, attached_documents::list(folder_));
     QList<Record> rows; // the table is this workstation's, but its other windows use it too
     for (const Record& document : documents_.select(strdocs, {}, strdocs.doc_fic)) rows.append(document);
     grid_->rows().setRecords(rows);

@@ -152,12 +152,8 @@ RecallForm::RecallForm(Desk& desk)
 QLayout* RecallForm::buttons() {
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
-    auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] {
-        requireUnits();
-        Grid all(grid_->objectName(), columns(), this); // whatever filter is typed in the one on the screen
-        all.rows().setRecords(units_);
-        all.exportCsv();
-    });
+    auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] { exportAll(); });
+    grid_->exportWanted = [this] { guarded([this] { exportAll(); }); };
     auto* letters =
         button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
@@ -167,6 +163,14 @@ QLayout* RecallForm::buttons() {
     row->addWidget(count_, 1);
     for (QPushButton* made : {printButton, exportButton, letters, quit}) row->addWidget(made);
     return row;
+}
+
+/// Every unit of the recall, whatever filter is typed in the list on the screen.
+void RecallForm::exportAll() {
+    requireUnits();
+    Grid all(grid_->objectName(), columns(), this);
+    all.rows().setRecords(units_);
+    all.exportCsv();
 }
 
 void RecallForm::find() {

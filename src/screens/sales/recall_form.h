@@ -17,6 +17,7 @@ public:
 
 private:
     QLayout* buttons();
+    void exportAll();
     void find();
     void requireUnits() const;
     void print();

@@ -255,13 +255,7 @@ void MenuForm::startProgram(const QString& program) {
 }
 
 void MenuForm::updateDepotFamilies() {
-    Workspace workspace;
-    Database molven = workspace.open(session().molven());
-    Database historic = workspace.open(session().historic());
-    Transaction transaction(workspace);
-    const qint64 changed = units::updateDepotFamilies(molven, molven) + units::updateDepotFamilies(molven, historic);
-    transaction.commit();
-    prompt().tell(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(changed));
+    prompt().tell(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(units::updateDepotFamilies(session())));
 }
 
 void MenuForm::askBook(const MenuEntry& entry) {
