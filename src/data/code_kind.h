@@ -34,6 +34,7 @@ struct CodeKind {
     bool acceptsUnknown = false;
 
     QString letters = {};                ///< the letters, for a kind without table
+    QStringList meanings = {};           ///< what each of them means, in their order
     QList<Case> cases = {};              ///< for a kind that the record decides ...
     const CodeKind* otherwise = nullptr; ///< ... and where no case applies; null for no code there
 };

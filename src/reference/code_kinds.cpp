@@ -107,10 +107,23 @@ const CodeKind AccountOfParameter{.cases = {{strparam.cod_par, list::SubFamily, 
 const CodeKind FamilyOfParameter{
     .cases = {{strparam.cod_par, list::Depot, DepotFamily}, {strparam.cod_par, list::ArticleFamily, AncillaryFamily}}};
 
-const CodeKind YesNo{.letters = QStringLiteral("ON")};
-const CodeKind ArticleType{.letters = QStringLiteral("FNG")};
-const CodeKind Origin{.letters = QStringLiteral("HAN")};
-const CodeKind PriceBasis{.letters = QStringLiteral("HT")};
-const CodeKind Reimbursement{.letters = QStringLiteral("TL")};
+const CodeKind YesNo{.title = QStringLiteral("OUI OU NON"),
+                     .letters = QStringLiteral("ON"),
+                     .meanings = {QStringLiteral("Oui"), QStringLiteral("Non")}};
+const CodeKind ArticleType{.title = QStringLiteral("LES TYPES D'ARTICLE"),
+                           .letters = QStringLiteral("FNG"),
+                           .meanings = {QStringLiteral("Article Fabriqué"), QStringLiteral("Article Négoce"),
+                                        QStringLiteral("Article Greffon")}};
+const CodeKind Origin{.title = QStringLiteral("LES ORIGINES"),
+                      .letters = QStringLiteral("HAN"),
+                      .meanings = {QStringLiteral("Origine Humaine"), QStringLiteral("Origine Animale"),
+                                   QStringLiteral("Origine Ni Humaine, Ni Animale")}};
+const CodeKind PriceBasis{
+    .title = QStringLiteral("LES BASES DE PRIX"),
+    .letters = QStringLiteral("HT"),
+    .meanings = {QStringLiteral("Prix hors taxe"), QStringLiteral("Prix toutes taxes comprises")}};
+const CodeKind Reimbursement{.title = QStringLiteral("LES REMBOURSEMENTS"),
+                             .letters = QStringLiteral("TL"),
+                             .meanings = {QStringLiteral("Code TIPS"), QStringLiteral("Code LPP")}};
 
 } // namespace molven::codes

@@ -19,7 +19,6 @@ void CodeBoxes::wire(const std::function<void(const Field&)>& changed) {
         if (!field.code) continue;
         Edit* edit = panel_.edit(field);
         form_.onLeft(edit, [this, &field] { leave(field); });
-        if (!field.code->letters.isEmpty()) continue;
         form_.onPick(edit, [this, edit, &field] {
             if (!edit->isReadOnly()) openList(field);
         });
@@ -48,12 +47,15 @@ void CodeBoxes::leave(const Field& field) {
 }
 
 void CodeBoxes::openList(const Field& field) {
+    const auto put = [this, &field](const QString& code) {
+        panel_.edit(field)->put(code);
+        form_.guarded([this, &field] { leave(field); });
+    };
+    if (!field.code->letters.isEmpty()) return form_.pick(pick_lists::letters(*field.code, put));
     const auto box = boxOf(field);
     if (!box) return;
-    form_.pick(pick_lists::codes(box->file, box->kind, [this, &field, key = box->kind.key](const Record& row) {
-        panel_.edit(field)->put(row.value(*key));
-        form_.guarded([this, &field] { leave(field); });
-    }));
+    form_.pick(pick_lists::codes(box->file, box->kind,
+                                 [put, key = box->kind.key](const Record& row) { put(row.value(*key)); }));
 }
 
 void CodeBoxes::showWords() {

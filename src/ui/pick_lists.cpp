@@ -114,6 +114,33 @@ PickList accounts(Database compta, const QString& start, const Chosen& chosen) {
         startsWith(strplan.cpt_aff, start), strplan.cpt_aff, chosen);
 }
 
+namespace {
+
+/// The letters that a field may hold. Never in a file: rows of a list.
+struct LetterTable : Table {
+    using Table::Table;
+    Text let_cod{this, "let_cod", 1};
+    Label let_lib{this, "let_lib"};
+};
+const LetterTable strlettre{"strlettre"};
+
+} // namespace
+
+PickList letters(const CodeKind& kind, const std::function<void(const QString&)>& chosen) {
+    QList<Record> rows;
+    for (qsizetype i = 0; i < kind.letters.size(); ++i) {
+        Record row(strlettre);
+        row[strlettre.let_cod] = kind.letters[i];
+        row[strlettre.let_lib] = kind.meanings.value(i);
+        rows.append(row);
+    }
+    return {kind.title,
+            {{&strlettre.let_cod, QStringLiteral("Code"), 80}, {&strlettre.let_lib, QStringLiteral("Libellé"), 400}},
+            {},
+            [chosen](const Record& row) { chosen(row[strlettre.let_cod]); },
+            rows};
+}
+
 PickList codes(Database file, const CodeKind& kind, const Chosen& chosen) {
     if (kind.table == &strclient) return clients(file, chosen);
     if (kind.table == &strfournis) return suppliers(file, chosen);

@@ -23,6 +23,8 @@ PickList discounts(Database molven, const Chosen& chosen);
 PickList tipsCodes(Database molven, const Chosen& chosen);
 /// Accounts that begin with these digits.
 PickList accounts(Database compta, const QString& start, const Chosen& chosen);
+/// The letters of a kind without table, with what each means.
+PickList letters(const CodeKind& kind, const std::function<void(const QString&)>& chosen);
 /// The list behind a box of this kind; `file` holds the kind's table.
 PickList codes(Database file, const CodeKind& kind, const Chosen& chosen);
 /// Units that meet a condition, by immatriculation.

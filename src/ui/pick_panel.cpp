@@ -32,7 +32,10 @@ void PickPanel::open(const PickList& list) {
     back_ = parentWidget()->focusWidget();
     title_->setText(list.title);
     grid_->setColumns(list.columns);
-    grid_->rows().setQuery(list.query);
+    if (list.query)
+        grid_->rows().setQuery(list.query);
+    else
+        grid_->rows().setRecords(list.records);
     grid_->chosen = [this, chosen = list.chosen](const Record& record) {
         const Record kept = record;
         leave();

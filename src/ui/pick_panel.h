@@ -15,6 +15,7 @@ struct PickList {
     QList<GridColumn> columns;
     RecordModel::Query query;
     std::function<void(const Record&)> chosen;
+    QList<Record> records = {}; ///< the rows, where there is no query
 };
 
 /// The list a form shows over itself, behind its code fields. Grid `DBGrid2`.

@@ -158,7 +158,8 @@ void ParameterForm::buildPan() {
 void ParameterForm::generatePan() {
     if (!prompt().ask(QStringLiteral("Voulez-vous mettre à jour la table des P.A.N.  ? "))) return;
     article_updates::fillPanTable(molven_);
-    if (prompt().ask(QStringLiteral("Voulez vous recopier le PA dans le PAN (si PA<>0) ? ")))
+    if (prompt().confirm(QStringLiteral("Voulez vous recopier le PA dans le PAN (si PA<>0) ? "),
+                         QStringLiteral("Les PAN saisis à la main seront remplacés.")))
         article_updates::copyPurchaseToPan(molven_);
     refresh();
 }

@@ -65,8 +65,8 @@ void DocumentShelf::take(const QString& folder) {
 void DocumentShelf::openDocument(const QString& name) {
     const QString path = QDir(folder_).filePath(name);
     if (attached_documents::isProgram(path) &&
-        !form_.prompt().ask(QStringLiteral("ATTENTION, êtes-vous sûr de vouloir lancer ce programme exécutable ?"), {},
-                            Icon::Warning))
+        !form_.prompt().confirm(QStringLiteral("ATTENTION, êtes-vous sûr de vouloir lancer ce programme exécutable ?"),
+                                path))
         return;
     const QString message = attached_documents::message(attached_documents::open(path));
     if (!message.isEmpty()) form_.prompt().tell(message, {}, Icon::Warning);

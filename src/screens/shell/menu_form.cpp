@@ -283,7 +283,8 @@ void MenuForm::startRenumbering(const MenuEntry& entry) {
 
 void MenuForm::renumber() {
     renumbering::check(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
-    if (!prompt().ask(QStringLiteral("Numérotation ok ? ?"), QStringLiteral("Utilitaires"))) return;
+    const QString numbers = oldNumber_->text() + QStringLiteral(" -> ") + newNumber_->text();
+    if (!prompt().confirm(QStringLiteral("Numérotation ok ? ?"), QStringLiteral("Utilitaires : ") + numbers)) return;
     renumbering::renumber(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
     numberPanel_->hide();
     prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));

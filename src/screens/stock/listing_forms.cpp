@@ -226,7 +226,7 @@ void UnitListForm::makeLabels() {
 
 void UnitListForm::returnUnits() {
     requireSelection();
-    if (!prompt().ask(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"))) return;
+    if (!prompt().confirm(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"), words_->text())) return;
     unit_listing::returnToMainDepot(molven_, session().rules(), *selected_);
     grid_->rows().refresh();
 }
