@@ -10,6 +10,7 @@
 #include "ui/menu_bar.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFile>
 #include <QFrame>
 #include <QGridLayout>

@@ -5,6 +5,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "reference/articles.h"
+#include "reference/parameters.h"
 #include "screens/stock/receipt_form.h"
 #include "screens/stock/serial_list.h"
 #include "screens/stock/unit_card.h"
