@@ -95,20 +95,45 @@ void Layout::complete(const Table& table) {
     completeIndexes(table);
 }
 
-void Layout::completeIndexes(const Table& table) {
+Layout::Indexes Layout::indexes(const Table& table) {
     QHash<QString, QString> wanted;
     for (int number = 1; number <= table.indexes().size(); ++number)
         wanted.insert(indexName(table, number), indexSql(table, number));
-    QStringList kept, dropped;
+    Indexes found;
     Statement& rows = workspace_.run(
         QStringLiteral("select name,sql from main.sqlite_master where type='index' and tbl_name=?"), {table.name});
     while (rows.next()) {
         const bool same = wanted.value(rows.text(0)).compare(rows.text(1), Qt::CaseInsensitive) == 0;
-        (same ? kept : dropped).append(rows.text(0));
+        (same ? found.kept : found.others).append(rows.text(0));
     }
-    for (const QString& name : dropped) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
+    return found;
+}
+
+void Layout::completeIndexes(const Table& table) {
+    const Indexes found = indexes(table);
+    for (const QString& name : found.others) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
     for (int number = 1; number <= table.indexes().size(); ++number)
-        if (!kept.contains(indexName(table, number))) createIndex(table, number);
+        if (!found.kept.contains(indexName(table, number))) createIndex(table, number);
+}
+
+QStringList Layout::indexFaults(const QString& path, const Table& table) {
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    const Indexes found = Layout(workspace).indexes(table);
+    QStringList faults;
+    for (const QString& name : found.others) faults.append(QStringLiteral("index %1 autre que déclaré").arg(name));
+    for (int number = 1; number <= table.indexes().size(); ++number)
+        if (const QString name = indexName(table, number); !(found.kept + found.others).contains(name))
+            faults.append(QStringLiteral("index %1 absent").arg(name));
+    return faults;
+}
+
+void Layout::repairIndexes(const QString& path, const QList<const Table*>& tables) {
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    Transaction transaction(workspace);
+    for (const Table* table : tables) Layout(workspace).completeIndexes(*table);
+    transaction.commit();
 }
 
 void Layout::createIndex(const Table& table, int number) {

@@ -15,11 +15,23 @@ public:
     /// nothing; waits for another workstation that is at it. A unique index that the file's own records contradict
     /// becomes a plain one. A file of another name is left as it is. Throws DataError when the file cannot be written.
     static void upgrade(const QString& path);
+    /// What of the indexes of a file's table is not as declared, one French line each; empty when all are.
+    static QStringList indexFaults(const QString& path, const Table& table);
+    /// Makes the indexes of a file those that its tables declare, all or nothing. A unique one that the records
+    /// contradict stays a plain one.
+    static void repairIndexes(const QString& path, const QList<const Table*>& tables);
     /// A column as the engine declares it.
     static QString definition(const Field& field);
 
 private:
+    /// The indexes of a table that are as declared, and those that are not.
+    struct Indexes {
+        QStringList kept;
+        QStringList others;
+    };
+
     explicit Layout(Workspace& workspace) : workspace_(workspace) {}
+    Indexes indexes(const Table& table);
     void create(const Table& table);
     void complete(const Table& table);
     void completeIndexes(const Table& table);

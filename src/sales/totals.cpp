@@ -5,52 +5,51 @@
 
 namespace molven::totals {
 
-namespace {
-
-struct VatBase {
-    Decimal ht;
-    Decimal vat;
-};
-
-QMap<QString, VatBase> basesOf(SalesBook& book, const Record& header) {
-    const DocumentLines& table = book.kind().lines;
-    const DocumentHeaders& headers = book.kind().headers;
-    const Criterion lines = numbering::linesOf(table, header[headers.fac_aa], header[headers.fac_no]);
+QMap<QString, VatBase> basesOf(Database file, const DocumentHeaders& headers, const DocumentLines& lines,
+                               const Record& header) {
+    const Criterion shown = numbering::linesOf(lines, header[headers.fac_aa], header[headers.fac_no]);
     QMap<QString, VatBase> bases;
-    const QStringList codes = book.vente.countBy(table, table.fac_tva, lines).keys();
+    const QStringList codes = file.countBy(lines, lines.fac_tva, shown).keys();
     for (const QString& code : codes) {
-        const Criterion ofCode = lines && table.fac_tva == code;
-        const Decimal ht = book.vente.sum(table, table.fac_ht, ofCode).rounded(2);
-        bases.insert(code, {ht, book.vente.sum(table, table.fac_ttc, ofCode).rounded(2) - ht});
+        const Criterion ofCode = shown && lines.fac_tva == code;
+        const Decimal ht = file.sum(lines, lines.fac_ht, ofCode).rounded(2);
+        bases.insert(code, {ht, file.sum(lines, lines.fac_ttc, ofCode).rounded(2) - ht});
     }
     return bases;
 }
 
-} // namespace
-
-void compute(SalesBook& book, Record& header) {
-    const DocumentHeaders& table = book.kind().headers;
+void put(const DocumentHeaders& table, Record& header, const QMap<QString, VatBase>& bases,
+         const Decimal& carriageVat) {
     const Record& read = header;
     const Decimal hundred = 100;
     const Decimal kept = (hundred - read[table.fac_rem]) / hundred * (hundred - read[table.fac_esc]) / hundred;
     Decimal ht, vatTotal;
     QMap<QString, Decimal> vat;
-    const auto bases = basesOf(book, header);
     for (auto base = bases.begin(); base != bases.end(); ++base) {
         ht += (base->ht * kept).rounded(2);
         vat[base.key()] = (base->vat * kept).rounded(2);
         vatTotal += vat[base.key()];
     }
-    const Decimal carriage = read[table.fac_port];
-    const Decimal carriageVat =
-        carriage.isZero() ? Decimal() : (carriage * parameters::vatRate(book.molven, CarriageVat) / hundred).rounded(2);
     header[table.fac_tv1] = vat.value(QStringLiteral("1"));
     header[table.fac_tv2] = vat.value(QStringLiteral("2"));
     header[table.fac_tv3] = vat.value(QStringLiteral("3"));
     header[table.fac_tvp] = carriageVat;
-    header[table.fac_ht] = ht + carriage + read[table.fac_exo];
+    header[table.fac_ht] = ht + read[table.fac_port] + read[table.fac_exo];
     header[table.fac_ttc] = read[table.fac_ht] + vatTotal + carriageVat;
     header[table.fac_ffa] = read[table.fac_ttc] - read[table.fac_acpt];
+}
+
+void compute(SalesBook& book, Record& header) {
+    const Record& read = header;
+    const Decimal carriage = read[book.kind().headers.fac_port];
+    const Decimal carriageVat =
+        carriage.isZero() ? Decimal() : (carriage * parameters::vatRate(book.molven, CarriageVat) / 100).rounded(2);
+    put(book.kind().headers, header, basesOf(book.vente, book.kind().headers, book.kind().lines, header), carriageVat);
+}
+
+QList<const Number*> fields(const DocumentHeaders& table) {
+    return {&table.fac_ht,  &table.fac_ttc, &table.fac_tv1, &table.fac_tv2,
+            &table.fac_tv3, &table.fac_tvp, &table.fac_ffa};
 }
 
 Decimal otherVat(const DocumentHeaders& table, const Record& header) {

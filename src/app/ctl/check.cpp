@@ -8,37 +8,62 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 
 namespace molven::ctl {
 
+namespace {
+
+void sayFaults(const QList<check::Fault>& faults) {
+    QMap<QString, qsizetype> counts;
+    QMap<QString, QString> remedies;
+    for (const check::Fault& fault : faults) {
+        say(QStringLiteral("%1 : %2 : %3").arg(fault.file, fault.subject, fault.text));
+        ++counts[fault.kind->name];
+        remedies[fault.kind->name] = fault.kind->remedy;
+    }
+    for (auto count = counts.begin(); count != counts.end(); ++count)
+        say(QStringLiteral("%1 : %2 ; à faire : %3").arg(count.key()).arg(count.value()).arg(remedies[count.key()]));
+    say(faults.isEmpty() ? QStringLiteral("dossier sain") : QStringLiteral("défauts : %1").arg(faults.size()));
+}
+
+void sayJson(const QList<check::Fault>& faults) {
+    QJsonArray array;
+    for (const check::Fault& fault : faults)
+        array.append(QJsonObject{{QStringLiteral("fichier"), fault.file},
+                                 {QStringLiteral("objet"), fault.subject},
+                                 {QStringLiteral("defaut"), fault.text},
+                                 {QStringLiteral("genre"), fault.kind->name},
+                                 {QStringLiteral("remede"), fault.kind->remedy}});
+    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+}
+
+int run(const QCommandLineParser& parser, const QStringList& arguments) {
+    const Session session = creation::open(arguments[0]);
+    const bool isJson = parser.isSet(QStringLiteral("json"));
+    if (parser.isSet(QStringLiteral("reparer")))
+        for (const QString& line : check::repair(session))
+            isJson ? complain(line) : say(QStringLiteral("réparé : ") + line);
+    const QList<check::Fault> faults = check::run(session);
+    if (const QStringList exposed = exposure::readableByAll(session); !exposed.isEmpty())
+        complain(QStringLiteral("avertissement : tout le monde peut lire ") + exposed.join(QStringLiteral(", ")));
+    isJson ? sayJson(faults) : sayFaults(faults);
+    return faults.isEmpty() ? 0 : 1;
+}
+
+} // namespace
+
 Command checkCommand() {
     return {QStringLiteral("check"),
-            QStringLiteral("contrôle un dossier, sans rien y changer"),
+            QStringLiteral("contrôle un dossier ; ne change rien sans --reparer"),
             QStringLiteral("DIR"),
             [](QCommandLineParser& parser) {
                 parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+                parser.addOption({QStringLiteral("reparer"),
+                                  QStringLiteral("recompte les stocks, recalcule les totaux et refait les index, puis "
+                                                 "contrôle")});
             },
-            [](const QCommandLineParser& parser, const QStringList& arguments) {
-                const Session session = creation::open(arguments[0]);
-                const QList<check::Fault> faults = check::run(session);
-                if (const QStringList exposed = exposure::readableByAll(session); !exposed.isEmpty())
-                    complain(QStringLiteral("avertissement : tout le monde peut lire ") +
-                             exposed.join(QStringLiteral(", ")));
-                QJsonArray array;
-                for (const check::Fault& fault : faults) {
-                    array.append(QJsonObject{{QStringLiteral("fichier"), fault.file},
-                                             {QStringLiteral("objet"), fault.subject},
-                                             {QStringLiteral("defaut"), fault.text}});
-                    if (!parser.isSet(QStringLiteral("json")))
-                        say(QStringLiteral("%1 : %2 : %3").arg(fault.file, fault.subject, fault.text));
-                }
-                if (parser.isSet(QStringLiteral("json")))
-                    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
-                else
-                    say(faults.isEmpty() ? QStringLiteral("dossier sain")
-                                         : QStringLiteral("défauts : %1").arg(faults.size()));
-                return faults.isEmpty() ? 0 : 1;
-            },
+            run,
             1};
 }
 

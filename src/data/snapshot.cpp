@@ -1,0 +1,87 @@
+#include "data/snapshot.h"
+
+#include "data/sqlite_engine.h"
+#include "data/statement.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <memory>
+#include <vector>
+
+#include <sqlite3.h>
+
+namespace molven {
+
+namespace {
+
+/// Two that hold each other up are told apart by giving up and asking again.
+constexpr int Attempts = 3;
+
+/// Keeps a file as it is: whoever wants to commit to it waits.
+class Held {
+public:
+    explicit Held(const QString& path) : connection_(sqlite::connect(path, sqlite::Opening::Existing)) {
+        try {
+            Statement(connection_, QStringLiteral("begin")).run({});
+            Statement read(connection_, QStringLiteral("select count(*) from sqlite_master"));
+            read.run({});
+            read.finish();
+        } catch (const DataError&) {
+            sqlite3_close(connection_);
+            throw;
+        }
+    }
+    ~Held() { sqlite3_close(connection_); }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+private:
+    sqlite3* connection_;
+};
+
+} // namespace
+
+Snapshot::Snapshot(const QStringList& names, const QHash<QString, QString>& folders) {
+    if (!folder_.isValid()) throw DataError(DataError::CannotOpen, folder_.errorString());
+    for (int attempt = 1; !take(names, folders); ++attempt)
+        if (attempt == Attempts)
+            throw DataError(sqlite::Busy, QStringLiteral("D'autres postes écrivent sans cesse dans ce dossier."));
+}
+
+bool Snapshot::take(const QStringList& names, const QHash<QString, QString>& folders) {
+    struct Original {
+        QString path, folder, name;
+    };
+    QList<Original> originals;
+    std::vector<std::unique_ptr<Held>> held;
+    faults_.clear();
+    for (const QString& name : names) {
+        for (auto folder = folders.begin(); folder != folders.end(); ++folder) {
+            const QString path = QDir(folder.key()).filePath(name);
+            if (!QFile::exists(path)) continue;
+            try {
+                held.push_back(std::make_unique<Held>(path));
+                originals.append({path, folder.value(), name});
+            } catch (const DataError& error) {
+                if ((error.number & 0xFF) == sqlite::Busy) return false;
+                faults_.emplace(path, error);
+            }
+        }
+    }
+    for (const Original& original : originals) copy(original.path, original.folder, original.name);
+    return true;
+}
+
+void Snapshot::copy(const QString& path, const QString& folder, const QString& name) {
+    const QDir into(folder_.filePath(folder));
+    QDir().mkpath(into.path());
+    QFile original(path);
+    if (!original.copy(into.filePath(name)))
+        throw DataError(DataError::CannotOpen,
+                        QStringLiteral("Le fichier '%1' n'a pas pu être copié pour le contrôle : %2")
+                            .arg(QDir::toNativeSeparators(path), original.errorString()));
+    QFile::setPermissions(into.filePath(name), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
+} // namespace molven

@@ -1,0 +1,178 @@
+#include "dossier/check/checks.h"
+
+#include "data/dates.h"
+#include "sales/documents.h"
+#include "sales/numbering.h"
+#include "sales/pricing.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace molven::check {
+
+const QList<Family>& families() {
+    static const QList<Family> all{{strlive, strlivl, QStringLiteral("bon de livraison"), false, true},
+                                   {strcsge, strcsgl, QStringLiteral("bon de consignation"), true, true},
+                                   {strface, strfacl, QStringLiteral("facture"), true, true},
+                                   {strbtre, strbtrl, QStringLiteral("bon de transfert"), false, false}};
+    return all;
+}
+
+namespace {
+
+QString keyOf(const Family& family, const QString& number) { return family.headers.name + u'/' + number; }
+
+QString depotOf(const Family& family, const Record& header) {
+    return &family.headers == &strbtre ? header[strbtre.fac_depa] : header[family.headers.fac_dep];
+}
+
+bool isHolding(const references::Files::Searched& searched) {
+    return searched.file == DataFile::Vente || searched.file == DataFile::Historic;
+}
+
+/// The net price is what price and discount make, the total in the line's own price basis what quantity and net make;
+/// the other total depends on a VAT rate that may have changed since.
+bool isPricedRight(const DocumentLines& table, const Record& line) {
+    if (line[table.fac_tva].isEmpty()) return true;
+    const Decimal total = (line[table.fac_qte] * line[table.fac_pv]).rounded(2);
+    const Decimal stored = line[table.fac_tar] == u"H" ? line[table.fac_ht] : line[table.fac_ttc];
+    return line[table.fac_pv] == pricing::net(line[table.fac_px], line[table.fac_remx]) && stored == total;
+}
+
+bool sameTotals(const DocumentHeaders& table, const Record& one, const Record& other) {
+    const QList<const Number*> fields = totals::fields(table);
+    return std::all_of(fields.begin(), fields.end(), [&](const Number* field) { return one[*field] == other[*field]; });
+}
+
+} // namespace
+
+const Paper* Papers::find(const Family& family, const QString& number) const {
+    const auto found = papers_.find(keyOf(family, number));
+    return found == papers_.end() ? nullptr : &found->second;
+}
+
+Papers::Papers(references::Files& files, Faults& faults) {
+    for (const Family& family : families()) {
+        for (const references::Files::Searched& searched : files.searched())
+            if (isHolding(searched)) readHeaders(searched, family, faults);
+        for (references::Files::Searched searched : files.searched()) {
+            if (!isHolding(searched)) continue;
+            const auto sums = readLines(searched, family, faults);
+            if (!family.isPriced) continue;
+            const DocumentHeaders& table = family.headers;
+            for (const Record& header : searched.database.select(table)) {
+                Record expected = header;
+                totals::put(table, expected, sums.value(header[table.fac_aa] + u'/' + header[table.fac_no]),
+                            header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
+                if (sameTotals(table, header, expected)) continue;
+                faults.append({catalogueEntry(searched.file).name, family.name + u' ' + header[table.fac_no],
+                               QStringLiteral("totaux autres que ceux des lignes : TTC %1 pour %2")
+                                   .arg(header[table.fac_ttc].toFixed(2), expected.value(table.fac_ttc)),
+                               &kind::Totals});
+            }
+        }
+    }
+}
+
+void Papers::readHeaders(const references::Files::Searched& searched, const Family& family, Faults& faults) {
+    const DocumentHeaders& table = family.headers;
+    Database file = searched.database;
+    for (const Record& header : file.select(table)) {
+        Paper paper{&family,
+                    catalogueEntry(searched.file).name,
+                    header[table.fac_aa],
+                    header[table.fac_no],
+                    header[table.fac_clt],
+                    header[table.fac_datf],
+                    header[table.fac_pat],
+                    depotOf(family, header),
+                    header[table.fac_blv],
+                    header[table.fac_cpt] == documents::Transferred};
+        const auto fault = [&](const QString& text) { faults.append({paper.file, paper.name(), text, &kind::Papers}); };
+        if (paper.year != paper.date.right(4) || header[table.tri_datf] != sortKey(paper.date))
+            fault(QStringLiteral("année ou clé de tri autre que la date %1").arg(paper.date));
+        const auto [twin, isNew] = papers_.emplace(keyOf(family, paper.number), paper);
+        if (!isNew)
+            fault(twin->second.year == paper.year ? QStringLiteral("aussi dans %1").arg(twin->second.file)
+                                                  : QStringLiteral("numéro aussi donné en %1").arg(twin->second.year));
+    }
+}
+
+void Papers::checkLine(const Family& family, const Record& line, const Paper& paper, Faults& faults) {
+    const DocumentLines& table = family.lines;
+    const auto fault = [&](const QString& text, const Kind& kind) {
+        faults.append({paper.file, paper.name(), QStringLiteral("ligne %1 : ").arg(line[table.fac_lg]) + text, &kind});
+    };
+    if (const QString client = line[table.fac_clt]; !client.isEmpty() && client != paper.client)
+        fault(QStringLiteral("client %1 sur un document du client %2").arg(client, paper.client), kind::Papers);
+    if (family.isPriced && !isPricedRight(table, line))
+        fault(QStringLiteral("montants autres que quantité, prix et remise"), kind::Amounts);
+    const QString unit = line[table.fac_imm], note = line[table.fac_nbl];
+    if (&table == &strfacl && !note.isEmpty()) invoiced_.append({paper.file, note, paper.number, paper.client});
+    if (unit.isEmpty()) return;
+    units_[unit].append(
+        {&paper, line[table.fac_ref], line[table.fac_dep], line[table.fac_id1], note, line[table.fac_qte] < Decimal()});
+}
+
+QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const references::Files::Searched& searched,
+                                                                 const Family& family, Faults& faults) {
+    const DocumentLines& table = family.lines;
+    const QString fileName = catalogueEntry(searched.file).name;
+    QHash<QString, QMap<QString, totals::VatBase>> sums;
+    QSet<QString> hidden, lined, numbered;
+    Database file = searched.database;
+    for (const Record& line : file.select(table)) {
+        const QString key = line[table.fac_aa] + u'/' + line[table.fac_no], number = line[table.fac_lg];
+        (number == numbering::HiddenLine ? hidden : lined).insert(key);
+        if (number == numbering::HiddenLine) continue;
+        if (numbered.contains(key + u'/' + number))
+            faults.append(
+                {fileName, family.name + u' ' + key, QStringLiteral("ligne %1 en double").arg(number), &kind::Papers});
+        numbered.insert(key + u'/' + number);
+        totals::VatBase& base = sums[key][line[table.fac_tva]];
+        base.ht += line[table.fac_ht];
+        base.vat += line[table.fac_ttc] - line[table.fac_ht];
+        if (const Paper* paper = find(family, line[table.fac_no])) checkLine(family, line, *paper, faults);
+    }
+    QSet<QString> headers;
+    for (const Record& row : file.select(family.headers))
+        headers.insert(row[family.headers.fac_aa] + u'/' + row[family.headers.fac_no]);
+    const auto tell = [&](const QSet<QString>& keys, const QString& text) {
+        for (const QString& key : keys) faults.append({fileName, family.name + u' ' + key, text, &kind::Papers});
+    };
+    tell((lined | hidden) - headers, QStringLiteral("lignes sans en-tête"));
+    tell(headers - lined - hidden, QStringLiteral("aucune ligne"));
+    tell(lined - hidden, QStringLiteral("enregistrement 000 absent"));
+    return sums;
+}
+
+void checkNotes(const Papers& papers, Faults& faults) {
+    const Family &notes = families()[0], &invoices = families()[2];
+    QSet<QString> held;
+    for (const Papers::Invoiced& line : papers.invoiced()) {
+        held.insert(line.note + u'/' + line.invoice);
+        const Paper* note = papers.find(notes, line.note);
+        const auto fault = [&](const QString& text) {
+            faults.append({line.file, invoices.name + u' ' + line.invoice, text.arg(line.note), &kind::Notes});
+        };
+        if (!note)
+            fault(QStringLiteral("bon de livraison %1 absent"));
+        else if (!note->isTransferred || note->invoice != line.invoice)
+            fault(QStringLiteral("le bon de livraison %1 ne la désigne pas"));
+        else if (note->client != line.client)
+            fault(QStringLiteral("le bon de livraison %1 est à un autre client"));
+    }
+    for (const auto& [key, note] : papers.all()) {
+        if (note.family != &notes || !note.isTransferred) continue;
+        const auto fault = [&note = note, &faults](const QString& text) {
+            faults.append({note.file, note.name(), text.arg(note.invoice), &kind::Notes});
+        };
+        if (!papers.find(invoices, note.invoice))
+            fault(QStringLiteral("facture %1 absente"));
+        else if (!held.contains(note.number + u'/' + note.invoice))
+            fault(QStringLiteral("la facture %1 n'en porte aucune ligne"));
+    }
+}
+
+} // namespace molven::check
