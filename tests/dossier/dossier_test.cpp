@@ -102,7 +102,10 @@ TEST(Dossiers, AreCheckedAsTheyAreAtOneMomentBesideAWriter) {
     std::thread writer([&] {
         for (const QString& unit : units) dossier.document(QStringLiteral("LIV"), {unit});
     });
-    for (int i = 0; i < 12; ++i) EXPECT_TRUE(check::run(dossier.session).isEmpty());
+    // Between its header and its first line a document has none: that alone may be seen.
+    for (int i = 0; i < 12; ++i)
+        for (const check::Fault& fault : check::run(dossier.session))
+            EXPECT_EQ(fault.text, QStringLiteral("aucune ligne")) << fault.subject.toStdString();
     writer.join();
 }
 
@@ -201,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
                      m.update(strproduit, {{strproduit.lot_art, QString()}},
                               strproduit.imm_art == QStringLiteral("26030002"));
                  },
-                 "LOT"},
+                 "26030002 : lot «  », « LOT-1 » sur facture 000001"},
         Breakage{"reopened_note",
                  [](Database, Database v) {
                      v.update(strlive,
@@ -220,7 +223,7 @@ INSTANTIATE_TEST_SUITE_P(
             [](Database, Database v) {
                 v.update(strface, {{strface.fac_ttc, QStringLiteral("7")}}, strface.fac_no == QStringLiteral("000001"));
             },
-            "TOTAL"},
+            "facture 000001 : totaux autres que ceux des lignes : TTC 7.00 pour 94.95"},
         Breakage{"amount",
                  [](Database, Database v) {
                      v.update(strfacl, {{strfacl.fac_qte, QStringLiteral("2")}},
@@ -270,7 +273,7 @@ INSTANTIATE_TEST_SUITE_P(
                  [](Database m, Database) {
                      m.firstValue(QStringLiteral("update strproduit set num_dep='102' where imm_art='26030001'"));
                  },
-                 "UNAUTH"}),
+                 "Unité 20/26030001 : changé hors du programme : Dépôt"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Dossiers, WithADamagedOrMissingFileAreReported) {

@@ -10,7 +10,8 @@
 #include "shell/tables.h"
 
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
+#include <QSet>
 
 namespace molven::check {
 
@@ -119,9 +120,11 @@ QStringList fileNames() {
     return names;
 }
 
-void checkFiles(const Session& session, Faults& faults) {
+/// Each file of the copy, but those of which there is none.
+void checkFiles(const Session& session, const QSet<QString>& notCopied, Faults& faults) {
     for (const CatalogueEntry& entry : catalogue()) {
         const QString path = session.path(entry.file);
+        if (notCopied.contains(entry.name)) continue;
         if (entry.file == DataFile::Societe && !QFile::exists(path)) continue;
         checkFile(entry, path, faults);
     }
@@ -151,11 +154,13 @@ QList<Fault> run(const Session& session) {
     const Snapshot snapshot(fileNames(), copies.folders());
     const Session copied = copies.session(snapshot.folder());
     Faults faults;
+    QSet<QString> notCopied;
     for (const auto& [path, error] : snapshot.faults()) {
         const QString name = QFileInfo(path).fileName();
+        notCopied.insert(name);
         faults.append({name, name, error.description, &kind::File});
     }
-    if (faults.isEmpty()) checkFiles(copied, faults);
+    checkFiles(copied, notCopied, faults);
     if (!faults.isEmpty()) return faults; // the rules below read files that must be sound
     checkContents(copied, faults);
     references::Files files(copied);

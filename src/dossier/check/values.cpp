@@ -51,7 +51,8 @@ void checkUnitValues(Database molven, Faults& faults) {
     for (const Record& unit : molven.select(u)) {
         const QString number = unit[u.imm_art];
         const Immatriculation key = Immatriculation::fromText(number);
-        if (!key.isValid() || key.number() != number || unit[u.pro_ann].size() != 2)
+        const int month = number.mid(2, 2).toInt();
+        if (!key.isValid() || key.number() != number || month < 1 || month > 12 || unit[u.pro_ann].size() != 2)
             faults.append({file, number, QStringLiteral("immatriculation malformée"), &kind::Values});
         checkDates(file, unit, number, dates, faults);
         for (const Text* month : {&u.dat_ste, &u.dat_per})
@@ -124,7 +125,8 @@ public:
         if (found == values_.end()) return {};
         for (const LastValue& last : found->second) {
             const Field& field = *table_.fields()[last.position];
-            if (hashOf(field, record.value(field)) != last.hash) titles.append(record_trail::fieldTitle(table_.name, field.name));
+            if (hashOf(field, record.value(field)) != last.hash)
+                titles.append(record_trail::fieldTitle(table_.name, field.name));
         }
         return titles;
     }
