@@ -51,8 +51,8 @@ void checkUnitValues(Database molven, Faults& faults) {
     for (const Record& unit : molven.select(u)) {
         const QString number = unit[u.imm_art];
         const Immatriculation key = Immatriculation::fromText(number);
-        const int month = number.mid(2, 2).toInt();
-        if (!key.isValid() || key.number() != number || month < 1 || month > 12 || unit[u.pro_ann].size() != 2)
+        const int received = number.mid(2, 2).toInt();
+        if (!key.isValid() || key.number() != number || received < 1 || received > 12 || unit[u.pro_ann].size() != 2)
             faults.append({file, number, QStringLiteral("immatriculation malformée"), &kind::Values});
         checkDates(file, unit, number, dates, faults);
         for (const Text* month : {&u.dat_ste, &u.dat_per})
