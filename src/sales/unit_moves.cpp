@@ -162,6 +162,17 @@ void sellAgain(SalesBook& book, const Sale& sale, Record& unit) {
     if (note) invoiceDelivered(sale.header, number, unit);
 }
 
+/// Whatever sold a unit that has moved on since, or took it back, is part of its story: without it the later documents
+/// would have sold it twice, or taken back what was never sold.
+void requireNotSale(const DocumentKind& kind, const Record& unit) {
+    if (kind.isDelivery()) return;
+    throw Refusal(
+        QStringLiteral("L'immatriculation %1 a été reprise ou revendue depuis (document %2) : sa ligne ne peut "
+                       "être supprimée")
+            .arg(unit[strproduit.imm_art], unit[strproduit.num_vte]),
+        kind.lines.fac_imm.name);
+}
+
 } // namespace
 
 bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit) {
@@ -184,7 +195,11 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     if (!unit && units::find(book.historic, Immatriculation::fromText(number)))
         throw Refusal(QStringLiteral("L'immatriculation %1 est archivée : sa ligne ne peut être supprimée").arg(number),
                       book.kind().lines.fac_imm.name);
-    if (!unit || !isHeldBy(book.kind(), header, *unit)) return;
+    if (!unit) return;
+    // A unit whose later sale was undone came home; its credit note still stands behind it.
+    const bool isHome = book.kind().isCredit && unit->value(strproduit.tes_vte) == state::InStock &&
+                        unit->value(strproduit.num_vte) == documents::NotInvoiced;
+    if (!isHome && !isHeldBy(book.kind(), header, *unit)) return requireNotSale(book.kind(), *unit);
     const auto sale = book.kind().isCredit ? latestSale(book, number) : std::nullopt;
     Record moved = *unit;
     if (sale)

@@ -1,6 +1,7 @@
 #include "ui/prompt.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -24,6 +25,22 @@ QMessageBox::Icon boxIcon(Icon icon) {
     return QMessageBox::NoIcon;
 }
 
+/// A box that letters do not answer: what a scanner types behind a question must never be its yes.
+class Box : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool isTyped = !(event->modifiers() & (Qt::AltModifier | Qt::ControlModifier)) &&
+                             !event->text().isEmpty() && event->text().front().isPrint();
+        if (isTyped)
+            event->accept();
+        else
+            QMessageBox::keyPressEvent(event);
+    }
+};
+
 /// Texts are the user's data too: they are shown as they are, never read as markup.
 void prepare(QMessageBox& box, const QString& text, const QString& title, Icon icon) {
     box.setTextFormat(Qt::PlainText);
@@ -46,20 +63,20 @@ bool isAnsweredYes(QMessageBox& box, Default proposed) {
 } // namespace
 
 void MessageBoxPrompt::tell(const QString& text, const QString& title, Icon icon) {
-    QMessageBox box(QApplication::activeWindow());
+    Box box(QApplication::activeWindow());
     prepare(box, text, title, icon);
     box.addButton(QStringLiteral("&OK"), QMessageBox::AcceptRole);
     box.exec();
 }
 
 bool MessageBoxPrompt::ask(const QString& text, const QString& title, Icon icon) {
-    QMessageBox box(QApplication::activeWindow());
+    Box box(QApplication::activeWindow());
     prepare(box, text, title, icon);
     return isAnsweredYes(box, Default::Yes);
 }
 
 bool MessageBoxPrompt::confirm(const QString& text, const QString& about) {
-    QMessageBox box(QApplication::activeWindow());
+    Box box(QApplication::activeWindow());
     prepare(box, text, {}, Icon::Warning);
     box.setInformativeText(about);
     return isAnsweredYes(box, Default::No);

@@ -163,6 +163,52 @@ INSTANTIATE_TEST_SUITE_P(
                      v.update(strfacl, {{strfacl.fac_nbl, QString()}}, strfacl.fac_lg != QStringLiteral("000"));
                  },
                  "bon de livraison 000002 : la facture 000002 n'en porte aucune ligne"},
+        Breakage{"patient",
+                 [](Database m, Database v) {
+                     v.update(strlive, {{strlive.fac_pat, QStringLiteral("DURAND")}},
+                              strlive.fac_no == QStringLiteral("000001"));
+                     m.update(strproduit, {{strproduit.reg_pat, QString()}},
+                              strproduit.imm_art == QStringLiteral("26030001"));
+                 },
+                 "26030001 : patient absent : DURAND sur bon de livraison 000001"},
+        Breakage{"other_patient",
+                 [](Database m, Database v) {
+                     v.update(strlive, {{strlive.fac_pat, QStringLiteral("DURAND")}},
+                              strlive.fac_no == QStringLiteral("000001"));
+                     m.update(strproduit, {{strproduit.reg_pat, QStringLiteral("DUPONT")}},
+                              strproduit.imm_art == QStringLiteral("26030001"));
+                 },
+                 "26030001 : patient DUPONT, DURAND sur bon de livraison 000001"},
+        Breakage{"other_article",
+                 [](Database, Database v) {
+                     v.update(strlivl, {{strlivl.fac_ref, QStringLiteral("CUP")}},
+                              strlivl.fac_no == QStringLiteral("000001") && strlivl.fac_lg == QStringLiteral("001"));
+                 },
+                 "26030001 : article CUP sur bon de livraison 000001"},
+        Breakage{"stock_with_document",
+                 [](Database m, Database) {
+                     m.update(strproduit, {{strproduit.num_vte, QStringLiteral("000001")}},
+                              strproduit.imm_art == QStringLiteral("26030004"));
+                 },
+                 "26030004 : en stock, sans ligne sur son document 000001"},
+        Breakage{"other_client_of_line",
+                 [](Database, Database v) {
+                     v.update(strlivl, {{strlivl.fac_clt, QStringLiteral("000002")}},
+                              strlivl.fac_no == QStringLiteral("000001") && strlivl.fac_lg == QStringLiteral("001"));
+                 },
+                 "bon de livraison 000001 : ligne 001 : client 000002 sur un document du client 000001"},
+        Breakage{"expiry",
+                 [](Database m, Database) {
+                     m.update(strproduit, {{strproduit.dat_per, QStringLiteral("13/2030")}},
+                              strproduit.imm_art == QStringLiteral("26030004"));
+                 },
+                 "26030004 : dat_per : mois impossible « 13/2030 »"},
+        Breakage{"unknown_vat",
+                 [](Database m, Database) {
+                     m.update(strarticle, {{strarticle.art_tva, QStringLiteral("8")}},
+                              strarticle.art_ref == QStringLiteral("HIP"));
+                 },
+                 "8 : Ce code TVA n'existe pas : 1 article"},
         Breakage{"sold_set_back",
                  [](Database m, Database) {
                      m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("N")}},

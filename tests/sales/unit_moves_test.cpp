@@ -145,14 +145,22 @@ INSTANTIATE_TEST_SUITE_P(Sales, CreditLines,
                                          TakenBackSale{"archived", "FAC", "AVG", true, Sold}),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST_F(UnitMoves, CountTheStockOnceWhenSaleAndCreditAreBothUndone) {
+TEST_F(UnitMoves, AreUndoneInTheOrderOppositeToTheirDocuments) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
     SalesBook invoices = book("FAC"), credits = book("AVO");
     dossier.document(QStringLiteral("FAC"), units);
     dossier.document(QStringLiteral("AVO"), units);
+    const QString told =
+        QStringLiteral("L'immatriculation %1 a été reprise ou revendue depuis (document %2) : sa ligne "
+                       "ne peut être supprimée");
+    const Record invoice = documents::last(invoices).value(), credit = documents::last(credits).value();
+    EXPECT_EQ(refusalOf([&] { removeLine(invoices, invoice); }), told.arg(units[0], QStringLiteral("000002")));
+    dossier.document(QStringLiteral("FAC"), units);
+    EXPECT_EQ(refusalOf([&] { removeLine(credits, credit); }), told.arg(units[0], QStringLiteral("000003")));
     removeLine(invoices, documents::last(invoices).value());
-    EXPECT_EQ(stateOf(units[0]), QStringLiteral("N/001/AVOIR/000002")) << "the credit note has it";
-    removeLine(credits, documents::last(credits).value());
+    removeLine(credits, credit);
+    EXPECT_EQ(stateOf(units[0]), QStringLiteral("O/101/000001/000001"));
+    removeLine(invoices, invoice);
     EXPECT_EQ(stateOf(units[0]).toStdString(), Unsold);
     EXPECT_EQ(dossier.unit(units[0])[strproduit.fam_dep], QString());
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(1));
