@@ -137,9 +137,13 @@ qint64 markSelected(Database molven, Database tri, bool isReminder) {
     return marked;
 }
 
+Criterion returnable(const Criterion& selection) {
+    return selection && strproduit.tes_vte == state::InStock && strproduit.num_dep != MainDepot &&
+           strproduit.num_dep != ReturnedDepot;
+}
+
 qint64 returnToMainDepot(Database molven, const CompanyRules& rules, const Criterion& selection) {
-    const Criterion away = selection && strproduit.tes_vte == state::InStock && strproduit.num_dep != MainDepot &&
-                           strproduit.num_dep != ReturnedDepot;
+    const Criterion away = returnable(selection);
     const QList<Assignment> home = units::placedIn(molven, rules, MainDepot) +
                                    QList<Assignment>{{strproduit.clt_dep, {}}, {strproduit.nom_dep, {}}};
     const QList<Assignment> stayOver{{strproduit.nbl_dep, {}}, {strproduit.num_vte, {}}, {strproduit.dat_vte, {}},

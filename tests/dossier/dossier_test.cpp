@@ -24,7 +24,8 @@ namespace {
 
 struct Breakage {
     const char* name;
-    void (*make)(Database molven, Database vente);
+    DataFile file;
+    const char* sql; ///< as a hand outside the program would write it
     const char* told;
 };
 
@@ -66,7 +67,7 @@ TEST_P(Breakages, AreReported) {
     ASSERT_TRUE(check::run(dossier.session).isEmpty());
     {
         Workspace workspace;
-        GetParam().make(workspace.open(dossier.session.molven()), workspace.open(dossier.session.vente()));
+        workspace.open(dossier.session.path(GetParam().file)).firstValue(QString::fromUtf8(GetParam().sql));
     }
     QStringList told;
     for (const check::Fault& fault : check::run(dossier.session)) told.append(fault.subject + " : " + fault.text);
@@ -112,213 +113,86 @@ TEST(Dossiers, AreCheckedAsTheyAreAtOneMomentBesideAWriter) {
 INSTANTIATE_TEST_SUITE_P(
     Dossiers, Breakages,
     testing::Values(
-        Breakage{"sold",
-                 [](Database, Database v) {
-                     v.update(strfacl, {{strfacl.fac_imm, QString()}}, strfacl.fac_no == QStringLiteral("000001"));
-                 },
+        Breakage{"sold", DataFile::Vente, "update strfacl set fac_imm='' where fac_no='000001'",
                  "26030002 : vendue sans ligne sur la facture ou le bon de consignation 000001"},
-        Breakage{"delivered",
-                 [](Database, Database v) {
-                     v.update(strlivl, {{strlivl.fac_imm, QString()}}, strlivl.fac_no == QStringLiteral("000001"));
-                 },
+        Breakage{"delivered", DataFile::Vente, "update strlivl set fac_imm='' where fac_no='000001'",
                  "26030001 : livrée sans ligne sur le bon de livraison 000001"},
-        Breakage{"orphan", [](Database, Database v) { v.remove(strlive, strlive.fac_no == QStringLiteral("000001")); },
+        Breakage{"orphan", DataFile::Vente, "delete from strlive where fac_no='000001'",
                  "bon de livraison 2026/000001 : lignes sans en-tête"},
-        Breakage{"empty",
-                 [](Database, Database v) {
-                     Record cutShort(strcsge);
-                     cutShort[strcsge.fac_aa] = QStringLiteral("2026");
-                     cutShort[strcsge.fac_no] = QStringLiteral("000001");
-                     v.insert(cutShort);
-                 },
+        Breakage{"empty", DataFile::Vente, "insert into strcsge (fac_aa, fac_no) values ('2026', '000001')",
                  "bon de consignation 2026/000001 : aucune ligne"},
-        Breakage{"hidden",
-                 [](Database, Database v) {
-                     v.remove(strlivl,
-                              strlivl.fac_lg == QStringLiteral("000") && strlivl.fac_no == QStringLiteral("000001"));
-                 },
+        Breakage{"hidden", DataFile::Vente, "delete from strlivl where fac_lg='000' and fac_no='000001'",
                  "bon de livraison 2026/000001 : enregistrement 000 absent"},
-        Breakage{"stock", [](Database m, Database) { articles::moveStock(m, QStringLiteral("HIP"), Decimal(1)); },
+        Breakage{"stock", DataFile::Molven, "update strarticle set art_stk=3 where art_ref='HIP'",
                  "HIP : art_stk = 3 pour 2 unités"},
-        Breakage{"state",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("Q")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
+        Breakage{"state", DataFile::Molven, "update strproduit set tes_vte='Q' where imm_art='26030004'",
                  "26030004 : état inconnu : Q"},
-        Breakage{"set",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("A")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
+        Breakage{"set", DataFile::Molven, "update strproduit set tes_vte='A' where imm_art='26030004'",
                  "26030004 : dans un ancillaire qui ne la contient pas"},
-        Breakage{"invoice",
-                 [](Database, Database v) {
-                     v.update(strlive, {{strlive.fac_blv, QStringLiteral("000099")}},
-                              strlive.fac_no == QStringLiteral("000002"));
-                 },
+        Breakage{"invoice", DataFile::Vente, "update strlive set fac_blv='000099' where fac_no='000002'",
                  "bon de livraison 000002 : facture 000099 absente"},
-        Breakage{"note",
-                 [](Database, Database v) {
-                     v.update(strfacl, {{strfacl.fac_nbl, QString()}}, strfacl.fac_lg != QStringLiteral("000"));
-                 },
+        Breakage{"note", DataFile::Vente, "update strfacl set fac_nbl='' where fac_lg<>'000'",
                  "bon de livraison 000002 : la facture 000002 n'en porte aucune ligne"},
-        Breakage{"patient",
-                 [](Database m, Database v) {
-                     v.update(strlive, {{strlive.fac_pat, QStringLiteral("DURAND")}},
-                              strlive.fac_no == QStringLiteral("000001"));
-                     m.update(strproduit, {{strproduit.reg_pat, QString()}},
-                              strproduit.imm_art == QStringLiteral("26030001"));
-                 },
-                 "26030001 : patient absent : DURAND sur bon de livraison 000001"},
-        Breakage{"other_patient",
-                 [](Database m, Database v) {
-                     v.update(strlive, {{strlive.fac_pat, QStringLiteral("DURAND")}},
-                              strlive.fac_no == QStringLiteral("000001"));
-                     m.update(strproduit, {{strproduit.reg_pat, QStringLiteral("DUPONT")}},
-                              strproduit.imm_art == QStringLiteral("26030001"));
-                 },
-                 "26030001 : patient DUPONT, DURAND sur bon de livraison 000001"},
-        Breakage{"other_article",
-                 [](Database, Database v) {
-                     v.update(strlivl, {{strlivl.fac_ref, QStringLiteral("CUP")}},
-                              strlivl.fac_no == QStringLiteral("000001") && strlivl.fac_lg == QStringLiteral("001"));
-                 },
-                 "26030001 : article CUP sur bon de livraison 000001"},
-        Breakage{"stock_with_document",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.num_vte, QStringLiteral("000001")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
-                 "26030004 : en stock, sans ligne sur son document 000001"},
-        Breakage{"other_client_of_line",
-                 [](Database, Database v) {
-                     v.update(strlivl, {{strlivl.fac_clt, QStringLiteral("000002")}},
-                              strlivl.fac_no == QStringLiteral("000001") && strlivl.fac_lg == QStringLiteral("001"));
-                 },
-                 "bon de livraison 000001 : ligne 001 : client 000002 sur un document du client 000001"},
-        Breakage{"expiry",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.dat_per, QStringLiteral("13/2030")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
-                 "26030004 : dat_per : mois impossible « 13/2030 »"},
-        Breakage{"unknown_vat",
-                 [](Database m, Database) {
-                     m.update(strarticle, {{strarticle.art_tva, QStringLiteral("8")}},
-                              strarticle.art_ref == QStringLiteral("HIP"));
-                 },
-                 "8 : Ce code TVA n'existe pas : 1 article"},
-        Breakage{"sold_set_back",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("N")}},
-                              strproduit.imm_art == QStringLiteral("26030002"));
-                 },
+        Breakage{"sold_set_back", DataFile::Molven, "update strproduit set tes_vte='N' where imm_art='26030002'",
                  "26030002 : vendue par le document 000001, mais pas dans cet état"},
-        Breakage{"delivered_set_back",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.tes_vte, QStringLiteral("N")}},
-                              strproduit.imm_art == QStringLiteral("26030001"));
-                 },
+        Breakage{"delivered_set_back", DataFile::Molven, "update strproduit set tes_vte='N' where imm_art='26030001'",
                  "26030001 : sur le bon de livraison 000001, mais pas livrée"},
-        Breakage{"sold_twice",
-                 [](Database, Database v) {
-                     v.update(strfacl, {{strfacl.fac_imm, QStringLiteral("26030002")}},
-                              strfacl.fac_no == QStringLiteral("000002") && strfacl.fac_lg == QStringLiteral("001"));
-                 },
+        Breakage{"sold_twice", DataFile::Vente,
+                 "update strfacl set fac_imm='26030002' where fac_no='000002' and fac_lg='001'",
                  "26030002 : vendue deux fois : 000001 000002"},
-        Breakage{"unknown_unit",
-                 [](Database, Database v) {
-                     v.update(strfacl, {{strfacl.fac_imm, QStringLiteral("26039999")}},
-                              strfacl.fac_no == QStringLiteral("000001"));
-                 },
+        Breakage{"unknown_unit", DataFile::Vente, "update strfacl set fac_imm='26039999' where fac_no='000001'",
                  "26039999 : immatriculation absente, portée par facture 000001"},
-        Breakage{"other_depot",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.num_dep, QStringLiteral("102")}},
-                              strproduit.imm_art == QStringLiteral("26030001"));
-                 },
+        Breakage{"other_depot", DataFile::Molven, "update strproduit set num_dep='102' where imm_art='26030001'",
                  "26030001 : dépôt 102 pour 101 sur bon de livraison 000001"},
-        Breakage{"other_client",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.clt_vte, QStringLiteral("000002")}},
-                              strproduit.imm_art == QStringLiteral("26030001"));
-                 },
+        Breakage{"other_client", DataFile::Molven, "update strproduit set clt_vte='000002' where imm_art='26030001'",
                  "26030001 : client ou date autres que ceux de bon de livraison 000001"},
-        Breakage{"lot",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.lot_art, QString()}},
-                              strproduit.imm_art == QStringLiteral("26030002"));
-                 },
+        Breakage{"lot", DataFile::Molven, "update strproduit set lot_art='' where imm_art='26030002'",
                  "26030002 : lot «  », « LOT-1 » sur facture 000001"},
-        Breakage{"reopened_note",
-                 [](Database, Database v) {
-                     v.update(strlive,
-                              {{strlive.fac_cpt, QStringLiteral("N")}, {strlive.fac_blv, QStringLiteral("000000")}},
-                              strlive.fac_no == QStringLiteral("000002"));
-                 },
+        Breakage{"patient", DataFile::Molven, "update strproduit set reg_pat='' where imm_art='26030001'",
+                 "26030001 : patient absent : D'ALMEIDA Hélène sur bon de livraison 000001"},
+        Breakage{"other_patient", DataFile::Vente, "update strlive set fac_pat='DURAND' where fac_no='000001'",
+                 "26030001 : patient D'ALMEIDA Hélène, DURAND sur bon de livraison 000001"},
+        Breakage{"other_article", DataFile::Vente,
+                 "update strlivl set fac_ref='CUP' where fac_no='000001' and fac_lg='001'",
+                 "26030001 : article CUP sur bon de livraison 000001"},
+        Breakage{"stock_with_document", DataFile::Molven,
+                 "update strproduit set num_vte='000001' where imm_art='26030004'",
+                 "26030004 : en stock, sans ligne sur son document 000001"},
+        Breakage{"reopened_note", DataFile::Vente,
+                 "update strlive set fac_cpt='N', fac_blv='000000' where fac_no='000002'",
                  "facture 000002 : le bon de livraison 000002 ne la désigne pas"},
-        Breakage{"client_of_note",
-                 [](Database, Database v) {
-                     v.update(strlive, {{strlive.fac_clt, QStringLiteral("000002")}},
-                              strlive.fac_no == QStringLiteral("000002"));
-                 },
+        Breakage{"client_of_note", DataFile::Vente, "update strlive set fac_clt='000002' where fac_no='000002'",
                  "facture 000002 : le bon de livraison 000002 est à un autre client"},
-        Breakage{
-            "total",
-            [](Database, Database v) {
-                v.update(strface, {{strface.fac_ttc, QStringLiteral("7")}}, strface.fac_no == QStringLiteral("000001"));
-            },
-            "facture 000001 : totaux autres que ceux des lignes : TTC 7.00 pour 94.95"},
-        Breakage{"amount",
-                 [](Database, Database v) {
-                     v.update(strfacl, {{strfacl.fac_qte, QStringLiteral("2")}},
-                              strfacl.fac_no == QStringLiteral("000001") && strfacl.fac_lg == QStringLiteral("001"));
-                 },
+        Breakage{"client_of_line", DataFile::Vente,
+                 "update strlivl set fac_clt='000002' where fac_no='000001' and fac_lg='001'",
+                 "bon de livraison 000001 : ligne 001 : client 000002 sur un document du client 000001"},
+        Breakage{"total", DataFile::Vente, "update strface set fac_ttc=7 where fac_no='000001'",
+                 "facture 000001 : totaux autres que ceux des lignes : TTC 7.00 pour 94.95"},
+        Breakage{"amount", DataFile::Vente, "update strfacl set fac_qte=2 where fac_no='000001' and fac_lg='001'",
                  "facture 000001 : ligne 001 : montants autres que quantité, prix et remise"},
-        Breakage{"year",
-                 [](Database, Database v) {
-                     v.update(strface, {{strface.fac_datf, QStringLiteral("05/03/2025")}},
-                              strface.fac_no == QStringLiteral("000001"));
-                 },
+        Breakage{"year", DataFile::Vente, "update strface set fac_datf='05/03/2025' where fac_no='000001'",
                  "facture 000001 : année ou clé de tri autre que la date 05/03/2025"},
-        Breakage{"twice",
-                 [](Database, Database v) {
-                     Record twin = *v.find(strface, strface.fac_no == QStringLiteral("000001"));
-                     twin[strface.fac_aa] = QStringLiteral("2025");
-                     v.insert(twin);
-                 },
+        Breakage{"number_twice", DataFile::Vente, "insert into strface (fac_aa, fac_no) values ('2025', '000001')",
                  "facture 000001 : numéro aussi donné en 2026"},
-        Breakage{"duplicate_line",
-                 [](Database, Database v) {
-                     v.insert(*v.find(strfacl, strfacl.fac_no == QStringLiteral("000001") &&
-                                                   strfacl.fac_lg == QStringLiteral("001")));
-                 },
+        Breakage{"line_twice", DataFile::Vente,
+                 "insert into strfacl (fac_aa, fac_no, fac_lg) values ('2026', '000001', '001')",
                  "facture 2026/000001 : ligne 001 en double"},
-        Breakage{"malformed",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.imm_art, QStringLiteral("26130004")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
+        Breakage{"malformed", DataFile::Molven, "update strproduit set imm_art='26130004' where imm_art='26030004'",
                  "26130004 : immatriculation malformée"},
-        Breakage{"date",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.dat_liv, QStringLiteral("31/02/2026")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
+        Breakage{"date", DataFile::Molven, "update strproduit set dat_liv='31/02/2026' where imm_art='26030004'",
                  "26030004 : dat_liv : date impossible « 31/02/2026 »"},
-        Breakage{"unknown_article",
-                 [](Database m, Database) {
-                     m.update(strproduit, {{strproduit.ref_art, QStringLiteral("RIEN")}},
-                              strproduit.imm_art == QStringLiteral("26030004"));
-                 },
+        Breakage{"expiry", DataFile::Molven, "update strproduit set dat_per='13/2030' where imm_art='26030004'",
+                 "26030004 : dat_per : mois impossible « 13/2030 »"},
+        Breakage{"unknown_article", DataFile::Molven, "update strproduit set ref_art='RIEN' where imm_art='26030004'",
                  "RIEN : Cet article n'existe pas : 1 produit"},
-        Breakage{"index", [](Database m, Database) { m.firstValue(QStringLiteral("drop index strproduit_3")); },
-                 "strproduit : index strproduit_3 absent"},
-        Breakage{"unauthored",
-                 [](Database m, Database) {
-                     m.firstValue(QStringLiteral("update strproduit set num_dep='102' where imm_art='26030001'"));
-                 },
+        Breakage{"unknown_vat", DataFile::Molven, "update strarticle set art_tva='8' where art_ref='HIP'",
+                 "8 : Ce code TVA n'existe pas : 1 article"},
+        Breakage{
+            "unknown_set_line", DataFile::Ancillaire,
+            "insert into strstock (stk_anc_imm, stk_anc_imm_lg, stk_imm_art) values ('00000001', '001', '26030004')",
+            "26030004 : dans l'ancillaire 00000001, mais pas dans cet état"},
+        Breakage{"index", DataFile::Molven, "drop index strproduit_3", "strproduit : index strproduit_3 absent"},
+        Breakage{"unauthored", DataFile::Molven, "update strproduit set num_dep='102' where imm_art='26030001'",
                  "Unité 20/26030001 : changé hors du programme : Dépôt"}),
     [](const auto& test) { return std::string(test.param.name); });
 

@@ -10,6 +10,7 @@
 #include "support/dossier.h"
 #include "ui/edit.h"
 #include "ui/printer.h"
+#include "ui/prompt.h"
 #include "ui/record_panel.h"
 
 #include <QApplication>
@@ -19,6 +20,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 namespace molven {
 
@@ -56,6 +58,23 @@ protected:
 };
 
 } // namespace
+
+TEST(Questions, AreNotAnsweredByWhatAScannerTypes) {
+    MessageBoxPrompt prompt;
+    for (const QString& scanned : {QStringLiteral("o"), QStringLiteral("COT060"), QStringLiteral("O")}) {
+        QTimer::singleShot(0, [&] {
+            QTest::keyClicks(QApplication::activeModalWidget(), scanned);
+            QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
+        });
+        EXPECT_FALSE(prompt.confirm(QStringLiteral("Supprimer ?"), QStringLiteral("Client 000041")))
+            << scanned.toStdString();
+    }
+    QTimer::singleShot(0, [] {
+        for (QPushButton* button : QApplication::activeModalWidget()->findChildren<QPushButton*>())
+            if (button->text() == u"&Oui") button->click();
+    });
+    EXPECT_TRUE(prompt.confirm(QStringLiteral("Supprimer ?"), QStringLiteral("Client 000041")));
+}
 
 TEST_F(VatGrid, KeepsItsOrderUntilAHeaderIsClickedAndSortsNumbersAsNumbers) {
     EXPECT_EQ(codes(), QStringLiteral("123"));

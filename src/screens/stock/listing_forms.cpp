@@ -226,7 +226,11 @@ void UnitListForm::makeLabels() {
 
 void UnitListForm::returnUnits() {
     requireSelection();
-    if (!prompt().confirm(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"), words_->text())) return;
+    const qint64 away = molven_.count(strproduit, unit_listing::returnable(*selected_));
+    const QString about =
+        QStringLiteral("%1 à retourner, parmi toute la sélection : %2")
+            .arg(away == 1 ? QStringLiteral("1 produit") : QStringLiteral("%1 produits").arg(away), words_->text());
+    if (!prompt().confirm(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"), about)) return;
     unit_listing::returnToMainDepot(molven_, session().rules(), *selected_);
     grid_->rows().refresh();
 }

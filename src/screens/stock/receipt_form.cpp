@@ -340,10 +340,15 @@ Receipt ReceiptForm::typed() const {
 
 /// A long receipt shows how far it is and can be abandoned.
 receipts::Progress ReceiptForm::progress() {
-    auto dialog = std::make_shared<QProgressDialog>(QStringLiteral("Création des produits"), QStringLiteral("&Annuler"),
-                                                    0, 0, this);
+    auto dialog = std::make_shared<QProgressDialog>(QStringLiteral("Création des produits"), QString(), 0, 0, this);
+    dialog->setWindowTitle(QStringLiteral("Réception"));
     dialog->setWindowModality(Qt::ApplicationModal);
     dialog->setMinimumDuration(500);
+    // Return may have been pressed twice: only Escape and the mouse give a receipt up.
+    auto* cancel = new QPushButton(QStringLiteral("&Annuler"));
+    cancel->setAutoDefault(false);
+    cancel->setFocusPolicy(Qt::NoFocus);
+    dialog->setCancelButton(cancel);
     return [dialog](int done, int total) {
         if (done % 50 > 0) return true;
         dialog->setMaximum(total);
@@ -358,6 +363,8 @@ void ReceiptForm::receive() {
     receipt.operatorWord = session().code_util;
     if (receipt.reference == scannedReference_) receipt.scannedEan = scannedEan_;
     receipt.currency = parameters::companyCurrency(molven_, session().spe_mon);
+    created_->clear();
+    createdLast_->clear();
     const receipts::Created created = receipts::receive(files_, session().rules(), receipt, progress());
     created_->setText(created.first);
     createdLast_->setText(created.last);
