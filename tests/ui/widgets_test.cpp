@@ -64,6 +64,8 @@ TEST(Questions, AreNotAnsweredByWhatAScannerTypes) {
     for (const QString& scanned : {QStringLiteral("o"), QStringLiteral("COT060"), QStringLiteral("O")}) {
         QTimer::singleShot(0, [&] {
             QTest::keyClicks(QApplication::activeModalWidget(), scanned);
+            for (QPushButton* button : QApplication::activeModalWidget()->findChildren<QPushButton*>())
+                EXPECT_FALSE(button->isDown()) << scanned.toStdString();
             QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
         });
         EXPECT_FALSE(prompt.confirm(QStringLiteral("Supprimer ?"), QStringLiteral("Client 000041")))
