@@ -1,5 +1,6 @@
 #include "support/dossier.h"
 
+#include "data/journal_tables.h"
 #include "dossier/check.h"
 #include "dossier/creation.h"
 #include "dossier/demo.h"
@@ -95,6 +96,30 @@ TEST(Dossiers, AreMendedWhereThereIsOneRightAnswer) {
     EXPECT_EQ(check::repair(dossier.session).size(), 3);
     EXPECT_TRUE(check::run(dossier.session).isEmpty());
     EXPECT_TRUE(check::repair(dossier.session).isEmpty());
+}
+
+TEST(Dossiers, OfSeveralUsersHaveASeriesOfNumbersEach) {
+    Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
+    const Session shared = dossier.session;
+    Session own = shared;
+    own.chemin_util = shared.chemin_base + QStringLiteral("DU/");
+    ASSERT_TRUE(QDir().mkpath(own.chemin_util));
+    for (const DataFile file : {DataFile::Vente, DataFile::Blent, DataFile::Proforma, DataFile::Historic})
+        ASSERT_TRUE(QFile::copy(shared.path(file), own.path(file)));
+    Database::create(shared.path(DataFile::Societe), {&strjournal, &strsceau, &strsociete});
+    Record row(strsociete);
+    row[strsociete.soc_utilisateur] = QStringLiteral("DU");
+    {
+        Workspace workspace;
+        workspace.open(shared.path(DataFile::Societe)).insert(row);
+    }
+    EXPECT_EQ(dossier.document(QStringLiteral("LIV"), {units[0]}), QStringLiteral("000001"));
+    dossier.session = own;
+    EXPECT_EQ(dossier.document(QStringLiteral("LIV"), {units[1]}, QStringLiteral("2")), QStringLiteral("000001"));
+    for (const Session& session : {shared, own})
+        for (const check::Fault& fault : check::run(session))
+            ADD_FAILURE() << (fault.subject + " : " + fault.text).toStdString();
 }
 
 TEST(Dossiers, AreCheckedAsTheyAreAtOneMomentBesideAWriter) {

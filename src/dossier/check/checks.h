@@ -31,6 +31,7 @@ const QList<Family>& families();
 /// A document as far as others depend on it.
 struct Paper {
     const Family* family;
+    QString series; ///< whose numbers it shares: each user folder has its own
     QString file, year, number, client, date, patient, depot, invoice;
     bool isTransferred = false;
 
@@ -52,10 +53,11 @@ public:
 
     /// Lines by immatriculation.
     const QHash<QString, QList<UnitLine>>& units() const { return units_; }
-    const Paper* find(const Family& family, const QString& number) const;
-    /// Invoice lines taken over from delivery notes: note and invoice, with the file of the line.
+    const Paper* find(const QString& series, const Family& family, const QString& number) const;
+    /// An invoice's line taken over from a delivery note.
     struct Invoiced {
-        QString file, note, invoice, client;
+        const Paper* invoice;
+        QString note;
     };
     const QList<Invoiced>& invoiced() const { return invoiced_; }
     const std::map<QString, Paper>& all() const { return papers_; }
@@ -67,7 +69,7 @@ private:
                                                              const Family& family, Faults& faults);
     void checkLine(const Family& family, const Record& line, const Paper& paper, Faults& faults);
 
-    std::map<QString, Paper> papers_; ///< by family and number
+    std::map<QString, Paper> papers_; ///< by series, family and number
     QHash<QString, QList<UnitLine>> units_;
     QList<Invoiced> invoiced_;
 };

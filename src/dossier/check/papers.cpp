@@ -21,7 +21,14 @@ const QList<Family>& families() {
 
 namespace {
 
-QString keyOf(const Family& family, const QString& number) { return family.headers.name + u'/' + number; }
+QString keyOf(const QString& series, const Family& family, const QString& number) {
+    return series + u'/' + family.headers.name + u'/' + number;
+}
+
+/// An archived document keeps its number in the series of the current ones.
+QString seriesOf(const references::Files::Searched& searched) {
+    return searched.file == DataFile::Historic ? QString() : searched.place;
+}
 
 QString depotOf(const Family& family, const Record& header) {
     return &family.headers == &strbtre ? header[strbtre.fac_depa] : header[family.headers.fac_dep];
@@ -47,8 +54,8 @@ bool sameTotals(const DocumentHeaders& table, const Record& one, const Record& o
 
 } // namespace
 
-const Paper* Papers::find(const Family& family, const QString& number) const {
-    const auto found = papers_.find(keyOf(family, number));
+const Paper* Papers::find(const QString& series, const Family& family, const QString& number) const {
+    const auto found = papers_.find(keyOf(series, family, number));
     return found == papers_.end() ? nullptr : &found->second;
 }
 
@@ -80,6 +87,7 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
     Database file = searched.database;
     for (const Record& header : file.select(table)) {
         Paper paper{&family,
+                    seriesOf(searched),
                     catalogueEntry(searched.file).name,
                     header[table.fac_aa],
                     header[table.fac_no],
@@ -92,7 +100,7 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
         const auto fault = [&](const QString& text) { faults.append({paper.file, paper.name(), text, &kind::Papers}); };
         if (paper.year != paper.date.right(4) || header[table.tri_datf] != sortKey(paper.date))
             fault(QStringLiteral("année ou clé de tri autre que la date %1").arg(paper.date));
-        const auto [twin, isNew] = papers_.emplace(keyOf(family, paper.number), paper);
+        const auto [twin, isNew] = papers_.emplace(keyOf(paper.series, family, paper.number), paper);
         if (!isNew)
             fault(twin->second.year == paper.year ? QStringLiteral("aussi dans %1").arg(twin->second.file)
                                                   : QStringLiteral("numéro aussi donné en %1").arg(twin->second.year));
@@ -109,7 +117,7 @@ void Papers::checkLine(const Family& family, const Record& line, const Paper& pa
     if (family.isPriced && !isPricedRight(table, line))
         fault(QStringLiteral("montants autres que quantité, prix et remise"), kind::Amounts);
     const QString unit = line[table.fac_imm], note = line[table.fac_nbl];
-    if (&table == &strfacl && !note.isEmpty()) invoiced_.append({paper.file, note, paper.number, paper.client});
+    if (&table == &strfacl && !note.isEmpty()) invoiced_.append({&paper, note});
     if (unit.isEmpty()) return;
     units_[unit].append(
         {&paper, line[table.fac_ref], line[table.fac_dep], line[table.fac_id1], note, line[table.fac_qte] < Decimal()});
@@ -133,7 +141,8 @@ QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const reference
         totals::VatBase& base = sums[key][line[table.fac_tva]];
         base.ht += line[table.fac_ht];
         base.vat += line[table.fac_ttc] - line[table.fac_ht];
-        if (const Paper* paper = find(family, line[table.fac_no])) checkLine(family, line, *paper, faults);
+        if (const Paper* paper = find(seriesOf(searched), family, line[table.fac_no]))
+            checkLine(family, line, *paper, faults);
     }
     QSet<QString> headers;
     for (const Record& row : file.select(family.headers))
@@ -149,29 +158,28 @@ QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const reference
 
 void checkNotes(const Papers& papers, Faults& faults) {
     const Family &notes = families()[0], &invoices = families()[2];
-    QSet<QString> held;
+    QSet<std::pair<const Paper*, const Paper*>> held;
     for (const Papers::Invoiced& line : papers.invoiced()) {
-        held.insert(line.note + u'/' + line.invoice);
-        const Paper* note = papers.find(notes, line.note);
+        const Paper& invoice = *line.invoice;
+        const Paper* note = papers.find(invoice.series, notes, line.note);
+        held.insert({note, &invoice});
         const auto fault = [&](const QString& text) {
-            faults.append({line.file, invoices.name + u' ' + line.invoice, text.arg(line.note), &kind::Notes});
+            faults.append({invoice.file, invoice.name(), text.arg(line.note), &kind::Notes});
         };
         if (!note)
             fault(QStringLiteral("bon de livraison %1 absent"));
-        else if (!note->isTransferred || note->invoice != line.invoice)
+        else if (!note->isTransferred || note->invoice != invoice.number)
             fault(QStringLiteral("le bon de livraison %1 ne la désigne pas"));
-        else if (note->client != line.client)
+        else if (note->client != invoice.client)
             fault(QStringLiteral("le bon de livraison %1 est à un autre client"));
     }
     for (const auto& [key, note] : papers.all()) {
         if (note.family != &notes || !note.isTransferred) continue;
-        const auto fault = [&note = note, &faults](const QString& text) {
+        const Paper* invoice = papers.find(note.series, invoices, note.invoice);
+        const QString text =
+            invoice ? QStringLiteral("la facture %1 n'en porte aucune ligne") : QStringLiteral("facture %1 absente");
+        if (!invoice || !held.contains(std::pair(&note, invoice)))
             faults.append({note.file, note.name(), text.arg(note.invoice), &kind::Notes});
-        };
-        if (!papers.find(invoices, note.invoice))
-            fault(QStringLiteral("facture %1 absente"));
-        else if (!held.contains(note.number + u'/' + note.invoice))
-            fault(QStringLiteral("la facture %1 n'en porte aucune ligne"));
     }
 }
 

@@ -105,7 +105,7 @@ private:
 
     /// The patient entered on the unit itself stands with a date or hospital of its own.
     void checkPatient(const UnitLine& line) {
-        const Paper* note = line.note.isEmpty() ? nullptr : papers_.find(families()[0], line.note);
+        const Paper* note = line.note.isEmpty() ? nullptr : papers_.find(line.paper->series, families()[0], line.note);
         const Paper& entered = note ? *note : *line.paper;
         const QString patient = unit_[strproduit.reg_pat];
         if (state_ == state::InStock || entered.patient.isEmpty() || patient == entered.patient ||
