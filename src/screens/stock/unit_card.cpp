@@ -148,13 +148,19 @@ void UnitCard::buildTray() {
     form_.bind(strproduit.reg_pat.name, patient_);
     form_.bind(strproduit.reg_clt.name, hospital_);
     form_.bind(strproduit.reg_dat.name, date_);
-    auto* implantationRow = new QHBoxLayout(implantation);
-    implantationRow->setContentsMargins(0, 0, 0, 0);
-    implantationRow->addWidget(new QLabel(QStringLiteral("Patient :"), implantation));
-    implantationRow->addWidget(patient_, 1);
+    auto* implantationRows = new QVBoxLayout(implantation);
+    implantationRows->setContentsMargins(0, 0, 0, 0);
+    auto* patientRow = new QHBoxLayout;
+    patientRow->addWidget(new QLabel(QStringLiteral("Patient :"), implantation));
+    patientRow->addWidget(patient_, 1);
+    implantationRows->addLayout(patientRow);
+    auto* implantationRow = new QHBoxLayout;
+    implantationRows->addLayout(implantationRow);
     implantationRow->addWidget(new QLabel(QStringLiteral("Client :"), implantation));
     implantationRow->addWidget(hospital_);
+    implantationRow->addWidget(new QLabel(QStringLiteral("Date :"), implantation));
     implantationRow->addWidget(date_);
+    implantationRow->addStretch();
     validateImplantation_ = form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&OK"), [this] { implant(); });
     implantationRow->addWidget(validateImplantation_);
     cancelImplantation_ =
@@ -162,7 +168,7 @@ void UnitCard::buildTray() {
     implantationRow->addWidget(cancelImplantation_);
     tray_->addWidget(conformity);
     tray_->addWidget(implantation);
-    tray_->setFixedHeight(34);
+    tray_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     tray_->hide();
 }
 
