@@ -116,15 +116,18 @@ void Layout::completeIndexes(const Table& table) {
         if (!found.kept.contains(indexName(table, number))) createIndex(table, number);
 }
 
-QStringList Layout::indexFaults(const QString& path, const Table& table) {
+QList<Layout::IndexFault> Layout::indexFaults(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
     workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-    const Indexes found = Layout(workspace).indexes(table);
-    QStringList faults;
-    for (const QString& name : found.others) faults.append(QStringLiteral("index %1 autre que déclaré").arg(name));
-    for (int number = 1; number <= table.indexes().size(); ++number)
-        if (const QString name = indexName(table, number); !(found.kept + found.others).contains(name))
-            faults.append(QStringLiteral("index %1 absent").arg(name));
+    QList<IndexFault> faults;
+    for (const Table* table : tables) {
+        const Indexes found = Layout(workspace).indexes(*table);
+        for (const QString& name : found.others)
+            faults.append({table, QStringLiteral("index %1 autre que déclaré").arg(name)});
+        for (int number = 1; number <= table->indexes().size(); ++number)
+            if (const QString name = indexName(*table, number); !(found.kept + found.others).contains(name))
+                faults.append({table, QStringLiteral("index %1 absent").arg(name)});
+    }
     return faults;
 }
 

@@ -15,8 +15,12 @@ public:
     /// nothing; waits for another workstation that is at it. A unique index that the file's own records contradict
     /// becomes a plain one. A file of another name is left as it is. Throws DataError when the file cannot be written.
     static void upgrade(const QString& path);
-    /// What of the indexes of a file's table is not as declared, one French line each; empty when all are.
-    static QStringList indexFaults(const QString& path, const Table& table);
+    /// An index that is not as declared.
+    struct IndexFault {
+        const Table* table;
+        QString text; ///< "index strproduit_3 absent"
+    };
+    static QList<IndexFault> indexFaults(const QString& path, const QList<const Table*>& tables);
     /// Makes the indexes of a file those that its tables declare, all or nothing. A unique one that the records
     /// contradict stays a plain one.
     static void repairIndexes(const QString& path, const QList<const Table*>& tables);

@@ -135,9 +135,8 @@ void checkContents(const Session& session, Faults& faults) {
     for (const CatalogueEntry& entry : catalogue()) {
         const QString path = session.path(entry.file);
         if (!QFile::exists(path)) continue;
-        for (const Table* table : tablesOf(entry.file))
-            for (const QString& text : Layout::indexFaults(path, *table))
-                faults.append({entry.name, table->name, text, &kind::Indexes});
+        for (const auto& [table, text] : Layout::indexFaults(path, tablesOf(entry.file)))
+            faults.append({entry.name, table->name, text, &kind::Indexes});
         if (!tablesOf(entry.file).contains(&strjournal)) continue;
         Workspace workspace;
         Database file = workspace.open(path);

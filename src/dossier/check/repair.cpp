@@ -14,11 +14,11 @@ QStringList repairIndexes(const Session& session) {
     for (const CatalogueEntry& entry : catalogue()) {
         const QString path = session.path(entry.file);
         if (!QFile::exists(path)) continue;
-        QStringList faults;
-        for (const Table* table : tablesOf(entry.file)) faults += Layout::indexFaults(path, *table);
+        const QList<Layout::IndexFault> faults = Layout::indexFaults(path, tablesOf(entry.file));
         if (faults.isEmpty()) continue;
         Layout::repairIndexes(path, tablesOf(entry.file));
-        for (const QString& fault : faults) mended.append(entry.name + QStringLiteral(" : refait, ") + fault);
+        for (const Layout::IndexFault& fault : faults)
+            mended.append(entry.name + QStringLiteral(" : refait, ") + fault.text);
     }
     return mended;
 }
