@@ -123,7 +123,9 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
         ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * 2)
             << "killed at write " << n;
         // What a kill left half-written stays: the whole dossier need not be read each time.
-        if (finished || n % 10 == 0) ASSERT_EQ(faultsOf(dossier.session), QStringList()) << "killed by write " << n;
+        if (finished || n % 10 == 0) {
+            ASSERT_EQ(faultsOf(dossier.session), QStringList()) << "killed by write " << n;
+        }
     }
     EXPECT_GT(kills, 50);
 }
