@@ -1,9 +1,12 @@
 #include "app/ctl/command.h"
 
 #include "data/errors.h"
+#include "dossier/creation.h"
+#include "shell/startup.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QTextStream>
 
 #include <cstdio>
@@ -14,6 +17,20 @@ namespace molven::ctl {
 
 void say(const QString& line) { QTextStream(stdout) << line << Qt::endl; }
 void complain(const QString& line) { QTextStream(stderr) << line << Qt::endl; }
+
+QCommandLineOption dossierOption() {
+    return {QStringLiteral("dossier"), QStringLiteral("nom ou dossier de données, s'il y en a plusieurs"),
+            QStringLiteral("NOM")};
+}
+
+Session sessionOf(const QCommandLineParser& parser, const QString& folder) {
+    const QString named = parser.value(QStringLiteral("dossier"));
+    const Session session = creation::open(folder, named);
+    if (named.isEmpty() && QFile::exists(session.path(DataFile::Societe)) && startup::dossiers(session).size() > 1)
+        complain(
+            QStringLiteral("plusieurs dossiers : lu le premier, %1 ; les autres par --dossier").arg(session.spe_nom));
+    return session;
+}
 
 namespace {
 

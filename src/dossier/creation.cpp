@@ -180,14 +180,17 @@ Session create(const Options& options) {
     return open(options.folder);
 }
 
-Session open(const QString& folder) {
+Session open(const QString& folder, const QString& name) {
     Session session;
     session.dossier_app = QDir(folder).absolutePath();
     startup::readCompany(session);
     startup::readFolders(session);
     const QList<Record> dossiers =
         QFile::exists(session.path(DataFile::Societe)) ? startup::dossiers(session) : QList<Record>();
-    if (!dossiers.isEmpty()) startup::chooseDossier(session, dossiers.first(), dossiers.first()[strsociete.soc_mot]);
+    if (!dossiers.isEmpty()) {
+        const Record chosen = name.isEmpty() ? dossiers.first() : startup::dossierNamed(dossiers, name);
+        startup::chooseDossier(session, chosen, chosen[strsociete.soc_mot]);
+    }
     startup::openDossier(session);
     return session;
 }

@@ -18,7 +18,8 @@ struct Options {
 /// dossier made.
 Session create(const Options& options);
 
-/// The session of an installation's dossier, opened without a login, for programs without windows.
-Session open(const QString& folder);
+/// The session of an installation's dossier, opened without a login, for programs without windows: the one that
+/// startup::dossierNamed() finds, the first where none is named.
+Session open(const QString& folder, const QString& name = {});
 
 } // namespace molven::creation

@@ -44,18 +44,10 @@ Files::Files(const Session& session) {
 }
 
 void Files::openOtherFolders(const Session& session) {
-    const auto canonical = [](const QString& path) { return QFileInfo(path).canonicalFilePath(); };
-    QSet<QString> opened{canonical(session.vente()), canonical(session.path(DataFile::Proforma))};
-    QStringList folders{session.chemin_base, session.chemin_gv};
-    if (QFileInfo::exists(session.path(DataFile::Societe)))
-        for (const Record& dossier : startup::dossiers(session))
-            folders.append(session.chemin_base + dossier[strsociete.soc_utilisateur].trimmed() + u'/');
-    folders.removeAll(QString());
-    for (const QString& folder : folders) {
+    for (const QString& folder : startup::otherFolders(session)) {
         for (const DataFile file : {DataFile::Vente, DataFile::Proforma}) {
             const QString path = folder + catalogueEntry(file).name;
-            if (!QFileInfo::exists(path) || opened.contains(canonical(path))) continue;
-            opened.insert(canonical(path));
+            if (!QFileInfo::exists(path)) continue;
             others_.push_back(std::make_unique<Workspace>());
             searched_.push_back(
                 {file, others_.back()->open(path), QStringLiteral(" (dossier %1)").arg(QDir(folder).dirName())});

@@ -22,7 +22,7 @@ namespace {
 const QString Staging = QStringLiteral(".restauration-"), SetAside = QStringLiteral("avant-restauration-");
 
 /// The data folder of the dossier, found without opening its files: they may be what is damaged.
-QString dataFolder(const QString& installation, const QString& word) {
+QString dataFolder(const QString& installation, const QString& name) {
     Session session;
     session.dossier_app = QDir(installation).absolutePath();
     if (!QFile::exists(session.path(DataFile::Societe))) {
@@ -30,15 +30,8 @@ QString dataFolder(const QString& installation, const QString& word) {
         if (!folder) throw Refusal(QStringLiteral("Le dossier %1 ne contient pas d'installation").arg(installation));
         return *folder;
     }
-    QStringList words, folders;
-    for (const Record& dossier : startup::dossiers(session)) {
-        words.append(dossier[strsociete.soc_mot].trimmed());
-        folders.append(usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]));
-    }
-    const qsizetype chosen = words.size() == 1 && word.isEmpty() ? 0 : words.indexOf(word.trimmed().toUpper());
-    if (chosen < 0)
-        throw Refusal(QStringLiteral("Indiquez le dossier par son mot : ") + words.join(QStringLiteral(", ")));
-    return folders[chosen];
+    const Record dossier = startup::dossierNamed(startup::dossiers(session), name);
+    return usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]);
 }
 
 void requireMove(bool isMoved, const QString& path) {
@@ -73,6 +66,37 @@ QStringList sound(const QDir& staging) {
     return names;
 }
 
+/// Files of different days do not go together: units of one, documents of another.
+void requireWhole(const QDir& folder, const QStringList& names) {
+    QStringList missing;
+    for (const QString& name : folder.entryList({QStringLiteral("*.mdb")}, QDir::Files))
+        if (!names.contains(name, Qt::CaseInsensitive) && !name.startsWith(u"tri", Qt::CaseInsensitive))
+            missing.append(name);
+    if (!missing.isEmpty())
+        throw Refusal(
+            QStringLiteral("La sauvegarde ne contient pas %1 : elle n'est pas entière (--partielle la reprend "
+                           "tout de même)")
+                .arg(missing.join(QStringLiteral(", "))));
+}
+
+/// The company whose data a file holds; empty when the file is too damaged to tell.
+QString companyOf(const QString& path) {
+    try {
+        Workspace workspace;
+        const auto company = workspace.open(path).find(strspecif, {});
+        return company ? company->value(strspecif.spe_cod) + u' ' + company->value(strspecif.spe_nom) : QString();
+    } catch (const DataError&) {
+        return {};
+    }
+}
+
+void requireSameCompany(const QDir& folder, const QDir& staging) {
+    const QString& file = catalogueEntry(DataFile::Molven).name;
+    const QString ours = companyOf(folder.filePath(file)), theirs = companyOf(staging.filePath(file));
+    if (!ours.isEmpty() && !theirs.isEmpty() && ours.section(u' ', 0, 0) != theirs.section(u' ', 0, 0))
+        throw Refusal(QStringLiteral("La sauvegarde est celle de %1, le dossier celui de %2").arg(theirs, ours));
+}
+
 /// Undoes or finishes what was being written in the dossier, its users' folders included: their journals stand on files
 /// that are about to be replaced. A file too damaged to be opened is left as it is.
 void settle(const QString& folder) {
@@ -104,8 +128,8 @@ void exchange(const QDir& folder, const QDir& staging, const QDir& setAside, con
 
 } // namespace
 
-Outcome restore(const QString& installation, const QString& backup, const QString& word) {
-    const QDir folder(dataFolder(installation, word));
+Outcome restore(const QString& installation, const QString& backup, const QString& name, Extent extent) {
+    const QDir folder(dataFolder(installation, name));
     if (!QDir(backup).exists()) throw Refusal(QStringLiteral("Le dossier %1 n'existe pas").arg(backup));
     for (const QString& left : folder.entryList({Staging + u'*'}, QDir::Dirs | QDir::Hidden))
         QDir(folder.filePath(left)).removeRecursively();
@@ -113,6 +137,8 @@ Outcome restore(const QString& installation, const QString& backup, const QStrin
     if (!staging.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder.path()));
     stage(QDir(backup), QDir(staging.path()));
     const QStringList names = sound(QDir(staging.path()));
+    if (extent == Extent::Whole) requireWhole(folder, names);
+    requireSameCompany(folder, QDir(staging.path()));
     settle(folder.path());
 
     const QString today = Clock::today().toString(QStringLiteral("yyyyMMdd"));

@@ -9,11 +9,14 @@ struct Outcome {
     QString setAside;  ///< folder that keeps those they replaced, with their journals
 };
 
+/// Whether a backup must hold every file that the dossier has.
+enum class Extent { Whole, Partial };
+
 /// Puts the database files of a backup (a folder of "*.mdb" files) in the place of those of an installation's dossier,
-/// the one with this word where societe.mdb lists several. Interrupted writings are finished or undone first, on both
-/// sides, so that no journal meets a file that is not its own. A fault before the exchange changes nothing; during it,
-/// the dossier does not open until this is done again. Throws Refusal for what is no sound backup, DataError for a file
-/// in use elsewhere.
-Outcome restore(const QString& installation, const QString& backup, const QString& word);
+/// named as startup::dossierNamed() takes it where societe.mdb lists several. A backup of another company is refused.
+/// Interrupted writings are finished or undone first, on both sides, so that no journal meets a file that is not its
+/// own. A fault before the exchange changes nothing; during it, the dossier does not open until this is done again.
+/// Throws Refusal for what is no sound backup, DataError for a file in use elsewhere.
+Outcome restore(const QString& installation, const QString& backup, const QString& name, Extent extent = Extent::Whole);
 
 } // namespace molven::restoration

@@ -1,5 +1,6 @@
 #include "shell/startup.h"
 
+#include "data/catalogue.h"
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/journal.h"
@@ -8,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace molven::startup {
 
@@ -71,6 +73,36 @@ QList<Record> dossiers(const Session& session) {
     QList<Record> rows;
     for (const Record& row : societe.select(strsociete)) rows.append(row);
     return rows;
+}
+
+Record dossierNamed(const QList<Record>& dossiers, const QString& text) {
+    const QString wanted = text.trimmed();
+    if (dossiers.size() == 1 && wanted.isEmpty()) return dossiers.first();
+    QStringList names;
+    for (const Record& dossier : dossiers) {
+        const QString folder = QDir(dossier[strsociete.soc_chemin].trimmed()).dirName();
+        for (const QString& name :
+             {dossier[strsociete.soc_mot].trimmed(), dossier[strsociete.soc_nom].trimmed(), folder})
+            if (!wanted.isEmpty() && name.compare(wanted, Qt::CaseInsensitive) == 0) return dossier;
+        names.append(dossier[strsociete.soc_nom].trimmed());
+    }
+    throw Refusal(QStringLiteral("Indiquez le dossier par --dossier : ") + names.join(QStringLiteral(", ")));
+}
+
+QStringList otherFolders(const Session& session) {
+    const auto canonical = [](const QString& path) { return QFileInfo(path).canonicalFilePath(); };
+    QStringList folders{session.chemin_base, session.chemin_gv}, seen{canonical(session.vente())}, others;
+    if (QFileInfo::exists(session.path(DataFile::Societe)))
+        for (const Record& dossier : dossiers(session))
+            folders.append(session.chemin_base + dossier[strsociete.soc_utilisateur].trimmed() + u'/');
+    folders.removeAll(QString());
+    for (const QString& folder : folders) {
+        const QString file = folder + catalogueEntry(DataFile::Vente).name;
+        if (!QFileInfo::exists(file) || seen.contains(canonical(file))) continue;
+        seen.append(canonical(file));
+        others.append(folder);
+    }
+    return others;
 }
 
 void chooseDossier(Session& session, const Record& dossier, const QString& typedWord) {

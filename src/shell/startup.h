@@ -24,6 +24,14 @@ bool readFolders(Session& session);
 /// The dossiers of societe.mdb in table order, after adding the user sub-folder to a file of an older version.
 QList<Record> dossiers(const Session& session);
 
+/// The dossier that a text names: by its word, its name or its data folder; the only one for an empty text. Throws
+/// Refusal with the names of the dossiers, never their words, which are what opens them.
+Record dossierNamed(const QList<Record>& dossiers, const QString& text);
+
+/// The folders, each ending with "/", where other users of the dossier and its second site keep their sales documents:
+/// those of the units are never in one file alone.
+QStringList otherFolders(const Session& session);
+
 /// Takes a dossier as chosen; throws Refusal " Mot de Passe Incorrect" unless the typed word is the dossier's.
 /// Returns nothing: the session holds the dossier's folders.
 void chooseDossier(Session& session, const Record& dossier, const QString& typedWord);

@@ -1,7 +1,6 @@
 #include "app/ctl/command.h"
 
 #include "dossier/check.h"
-#include "dossier/creation.h"
 #include "dossier/exposure.h"
 
 #include <QCommandLineParser>
@@ -39,7 +38,7 @@ void sayJson(const QList<check::Fault>& faults) {
 }
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {
-    const Session session = creation::open(arguments[0]);
+    const Session session = sessionOf(parser, arguments[0]);
     const bool isJson = parser.isSet(QStringLiteral("json"));
     if (parser.isSet(QStringLiteral("reparer")))
         for (const QString& line : check::repair(session))
@@ -58,6 +57,7 @@ Command checkCommand() {
             QStringLiteral("contrôle un dossier ; ne change rien sans --reparer"),
             QStringLiteral("DIR"),
             [](QCommandLineParser& parser) {
+                parser.addOption(dossierOption());
                 parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
                 parser.addOption({QStringLiteral("reparer"),
                                   QStringLiteral("recompte les stocks, recalcule les totaux et refait les index, puis "

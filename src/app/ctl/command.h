@@ -1,9 +1,12 @@
 #pragma once
 
+#include "shell/session.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+class QCommandLineOption;
 class QCommandLineParser;
 
 namespace molven::ctl {
@@ -28,6 +31,11 @@ Command companyCommand();
 Command importCommand();
 Command exportCommand();
 Command restoreCommand();
+
+/// "--dossier NOM", of the words that work on one dossier of an installation.
+QCommandLineOption dossierOption();
+/// The dossier that a call works on: the one named, or the only one. Of several it takes the first, and says so.
+Session sessionOf(const QCommandLineParser& parser, const QString& folder);
 
 /// One line on standard output.
 void say(const QString& line);

@@ -1,7 +1,6 @@
 #include "app/ctl/command.h"
 
 #include "data/database.h"
-#include "dossier/creation.h"
 #include "shell/company_address.h"
 
 #include <QCommandLineParser>
@@ -13,12 +12,13 @@ Command companyCommand() {
             QStringLiteral("montre, ou change, l'adresse de la société sur ses lettres"),
             QStringLiteral("DIR"),
             [](QCommandLineParser& parser) {
+                parser.addOption(dossierOption());
                 parser.addOption({QStringLiteral("adresse"),
                                   QStringLiteral("une ligne de l'adresse, jusqu'à quatre fois ; remplace l'adresse"),
                                   QStringLiteral("LIGNE")});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
-                const Session session = creation::open(arguments[0]);
+                const Session session = sessionOf(parser, arguments[0]);
                 Workspace workspace;
                 const Database molven = workspace.open(session.molven());
                 if (const QStringList typed = parser.values(QStringLiteral("adresse")); !typed.isEmpty())

@@ -3,7 +3,6 @@
 #include "data/csv.h"
 #include "data/errors.h"
 #include "data/record.h"
-#include "dossier/creation.h"
 #include "sales/record_trail.h"
 
 #include <QCommandLineParser>
@@ -16,6 +15,7 @@ namespace molven::ctl {
 namespace {
 
 void declare(QCommandLineParser& parser) {
+    parser.addOption(dossierOption());
     parser.addOptions(
         {{QStringLiteral("immat"), QStringLiteral("d'une unité"), QStringLiteral("IMMAT")},
          {QStringLiteral("document"), QStringLiteral("d'un document, NUMERO ou ANNEE/NUMERO"), QStringLiteral("DOC")},
@@ -58,7 +58,7 @@ void sayJson(const QList<Record>& rows) {
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {
     const QList<Record> rows =
-        record_trail::find(creation::open(arguments[0]), subjectOf(parser), parser.value(QStringLiteral("du")),
+        record_trail::find(sessionOf(parser, arguments[0]), subjectOf(parser), parser.value(QStringLiteral("du")),
                            parser.value(QStringLiteral("au")));
     if (parser.isSet(QStringLiteral("json"))) {
         sayJson(rows);

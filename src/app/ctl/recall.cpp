@@ -1,7 +1,6 @@
 #include "app/ctl/command.h"
 
 #include "data/csv.h"
-#include "dossier/creation.h"
 #include "sales/recall.h"
 
 #include <QCommandLineParser>
@@ -14,6 +13,7 @@ namespace molven::ctl {
 namespace {
 
 void declare(QCommandLineParser& parser) {
+    parser.addOption(dossierOption());
     parser.addOptions(
         {{QStringLiteral("lot"), QStringLiteral("numéro de lot"), QStringLiteral("LOT")},
          {QStringLiteral("ref-fournisseur"), QStringLiteral("référence du fournisseur"), QStringLiteral("REF")},
@@ -57,7 +57,7 @@ int run(const QCommandLineParser& parser, const QStringList& arguments) {
     const RecallQuery query{parser.value(QStringLiteral("lot")), parser.value(QStringLiteral("ref-fournisseur")),
                             parser.value(QStringLiteral("article")), parser.value(QStringLiteral("du")),
                             parser.value(QStringLiteral("au"))};
-    const QList<Record> units = recall::find(creation::open(arguments[0]), query);
+    const QList<Record> units = recall::find(sessionOf(parser, arguments[0]), query);
     if (parser.isSet(QStringLiteral("json")))
         sayJson(units);
     else if (parser.isSet(QStringLiteral("csv")))

@@ -2,7 +2,6 @@
 
 #include "data/errors.h"
 #include "data/safe_file.h"
-#include "dossier/creation.h"
 #include "dossier/reference_files.h"
 
 #include <QCommandLineParser>
@@ -17,11 +16,11 @@ const QString Replace = QStringLiteral("remplacer");
 
 QString kindsText() { return reference_files::kinds().join(u'|'); }
 
-int bringIn(const QCommandLineParser&, const QStringList& arguments) {
+int bringIn(const QCommandLineParser& parser, const QStringList& arguments) {
     QFile file(arguments[2]);
     if (!file.open(QIODevice::ReadOnly))
         throw Refusal(QStringLiteral("Impossible de lire le fichier %1 : %2").arg(arguments[2], file.errorString()));
-    const auto outcome = reference_files::bringIn(creation::open(arguments[0]), arguments[1], file.readAll());
+    const auto outcome = reference_files::bringIn(sessionOf(parser, arguments[0]), arguments[1], file.readAll());
     if (!outcome.ignored.isEmpty())
         say(QStringLiteral("champs ignorés, tenus par le programme : ") + outcome.ignored.join(QStringLiteral(", ")));
     for (const reference_files::Fault& fault : outcome.faults)
@@ -31,12 +30,20 @@ int bringIn(const QCommandLineParser&, const QStringList& arguments) {
     return outcome.faults.isEmpty() ? 0 : 1;
 }
 
+/// A file that a dossier lives by, or that guards it.
+bool isOurs(const QString& path) {
+    static const QStringList kinds{QStringLiteral("mdb"), QStringLiteral("hc"), QStringLiteral("svi")};
+    return kinds.contains(QFileInfo(QFileInfo(path).canonicalFilePath()).suffix().toLower());
+}
+
 int takeOut(const QCommandLineParser& parser, const QStringList& arguments) {
     const QString path = arguments[2];
     const bool replaces = parser.isSet(Replace);
+    if (replaces && isOurs(path))
+        throw Refusal(QStringLiteral("Le fichier %1 est un fichier du programme : il n'est pas remplacé").arg(path));
     if (!replaces && QFileInfo(path).isFile())
         throw Refusal(QStringLiteral("Le fichier %1 existe déjà : ajoutez --%2 pour le remplacer").arg(path, Replace));
-    writeWhole(path, reference_files::takeOut(creation::open(arguments[0]), arguments[1]),
+    writeWhole(path, reference_files::takeOut(sessionOf(parser, arguments[0]), arguments[1]),
                replaces ? Existing::Replace : Existing::Refuse);
     say(QStringLiteral("fichier écrit : ") + path);
     return 0;
@@ -48,7 +55,7 @@ Command importCommand() {
     return {QStringLiteral("import"),
             QStringLiteral("reprend un fichier CSV : ") + kindsText(),
             QStringLiteral("DIR QUOI FICHIER.csv"),
-            [](QCommandLineParser&) {},
+            [](QCommandLineParser& parser) { parser.addOption(dossierOption()); },
             bringIn,
             3};
 }
@@ -58,6 +65,7 @@ Command exportCommand() {
             QStringLiteral("écrit un fichier CSV : ") + kindsText(),
             QStringLiteral("DIR QUOI FICHIER.csv"),
             [](QCommandLineParser& parser) {
+                parser.addOption(dossierOption());
                 parser.addOption({Replace, QStringLiteral("remplace le fichier s'il existe déjà")});
             },
             takeOut,

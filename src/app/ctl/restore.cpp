@@ -9,8 +9,12 @@ namespace molven::ctl {
 
 namespace {
 
+const QString Partial = QStringLiteral("partielle");
+
 int restore(const QCommandLineParser& parser, const QStringList& arguments) {
-    const auto outcome = restoration::restore(arguments[0], arguments[1], parser.value(QStringLiteral("dossier")));
+    const auto outcome =
+        restoration::restore(arguments[0], arguments[1], parser.value(QStringLiteral("dossier")),
+                             parser.isSet(Partial) ? restoration::Extent::Partial : restoration::Extent::Whole);
     say(QStringLiteral("fichiers repris : ") + outcome.files.join(QStringLiteral(", ")));
     say(QStringLiteral("fichiers d'avant : ") + QDir::toNativeSeparators(outcome.setAside));
     return 0;
@@ -23,8 +27,8 @@ Command restoreCommand() {
             QStringLiteral("reprend les fichiers d'une sauvegarde, les autres postes étant fermés"),
             QStringLiteral("DIR SAUVEGARDE"),
             [](QCommandLineParser& parser) {
-                parser.addOption({QStringLiteral("dossier"), QStringLiteral("mot du dossier, s'il y en a plusieurs"),
-                                  QStringLiteral("MOT")});
+                parser.addOption(dossierOption());
+                parser.addOption({Partial, QStringLiteral("reprend une sauvegarde où des fichiers manquent")});
             },
             restore,
             2};

@@ -1,6 +1,5 @@
 #include "app/ctl/command.h"
 
-#include "dossier/creation.h"
 #include "sales/unit_history.h"
 
 #include <QCommandLineParser>
@@ -33,7 +32,7 @@ QJsonObject object(const UnitTrail& trail) {
 }
 
 int trace(const QCommandLineParser& parser, const QStringList& arguments) {
-    const UnitHistory history = unit_history::find(creation::open(arguments[0]), arguments[1]);
+    const UnitHistory history = unit_history::find(sessionOf(parser, arguments[0]), arguments[1]);
     if (!parser.isSet(QStringLiteral("json"))) {
         for (const QString& line : unit_history::lines(history)) say(line);
         return 0;
@@ -53,6 +52,7 @@ Command traceCommand() {
             QStringLiteral("raconte l'histoire d'une unité"),
             QStringLiteral("DIR IMMAT"),
             [](QCommandLineParser& parser) {
+                parser.addOption(dossierOption());
                 parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
             },
             trace,
