@@ -4,9 +4,10 @@
 #include "data/journal_tables.h"
 #include "data/row_reader.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QSysInfo>
+
+#include <pwd.h>
+#include <unistd.h>
 
 namespace molven {
 
@@ -26,9 +27,8 @@ QString workstation() {
 
 QString systemUser() {
     static const QString name = [] {
-        for (const char* variable : {"USERNAME", "USER", "LOGNAME"})
-            if (const QString value = qEnvironmentVariable(variable); !value.isEmpty()) return value;
-        return QFileInfo(QDir::homePath()).owner();
+        const passwd* account = getpwuid(getuid()); // what a variable says, anyone can change
+        return account ? QString::fromLocal8Bit(account->pw_name) : QString::number(getuid());
     }();
     return name;
 }

@@ -30,7 +30,7 @@ QString fittedNumber(const Field& field, const QString& value) {
     if (!number)
         throw DataError(DataError::NotANumber, QStringLiteral("Le champ %1 attend un nombre.").arg(field.name));
     QString text = number->rounded(field.scale).toString();
-    if (plainDigits(text, field.scale).value_or(0) > Number::Digits)
+    if (!Record::fits(field, *number))
         throw DataError(DataError::FieldTooSmall,
                         QStringLiteral("Le champ %1 est trop petit pour accepter ce nombre (%2 chiffres au plus).")
                             .arg(field.name)
@@ -39,6 +39,10 @@ QString fittedNumber(const Field& field, const QString& value) {
 }
 
 } // namespace
+
+bool Record::fits(const Field& field, const Decimal& number) {
+    return plainDigits(number.rounded(field.scale).toString(), field.scale).value_or(0) <= Number::Digits;
+}
 
 Record::Record(const Table& table) : table_(&table), values_(table.fields().size(), QString()) {}
 

@@ -49,6 +49,9 @@ public:
     /// for a text longer than the field or a number of too many digits, NotANumber for a text in a number's place.
     static QString fitted(const Field& field, const QString& value);
 
+    /// Whether a number, rounded to the field's scale, has no more digits than it keeps.
+    static bool fits(const Field& field, const Decimal& number);
+
     /// Copies every field that has the same name in both tables, as it is.
     void copyFrom(const Record& other);
     bool operator==(const Record& other) const { return table_ == other.table_ && values_ == other.values_; }

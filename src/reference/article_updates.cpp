@@ -50,9 +50,11 @@ void saveReimbursement(Database molven, const Reimbursement& list, const Record&
 FamilyAccount setFamilyAccount(Database molven, Database compta, const QString& family, const QString& account) {
     if (account.size() != 9) throw Refusal(QStringLiteral("Imputation comptable incorrecte"), strparam.cpt_par.name);
     if (family.trimmed().isEmpty()) throw Refusal(QStringLiteral(" Code obligatoire"), strparam.num_par.name);
+    Transaction transaction(molven.workspace(), QStringLiteral("Compte d'une famille"));
     const qint64 changed =
         molven.update(strarticle, {{strarticle.art_cpt, account}}, strarticle.art_fam == family.trimmed());
     if (changed == 0) throw Refusal(QStringLiteral("Aucun article dans cette famille"), strparam.num_par.name);
+    transaction.commit();
     return {changed, compta.count(strplan, strplan.cpt_aff == account) > 0};
 }
 

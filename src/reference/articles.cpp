@@ -4,6 +4,7 @@
 #include "reference/codes.h"
 #include "reference/ean.h"
 #include "reference/parameter_tables.h"
+#include "reference/prices.h"
 
 namespace molven::articles {
 
@@ -142,7 +143,7 @@ void checkLabels(const Record& article, const CompanyRules& rules) {
 
 void checkNumbers(const Record& article) {
     for (const Number* price : {&strarticle.art_pv1, &strarticle.art_ttc})
-        require(!(article[*price] < Decimal(0)), "Prix incorrect", price->name);
+        require(isPrice(article[*price]), "Prix incorrect", price->name);
     const Decimal least = article[strarticle.art_min];
     require(!(least < Decimal(0)) && least == least.rounded(0), "Stock minimum incorrect", strarticle.art_min.name);
 }

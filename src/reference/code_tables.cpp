@@ -6,7 +6,10 @@
 #include "reference/codes.h"
 #include "reference/parameter_tables.h"
 #include "reference/parties.h"
+#include "reference/prices.h"
 #include "reference/tariff_tables.h"
+
+#include <algorithm>
 
 namespace molven {
 
@@ -18,6 +21,21 @@ Criterion CodeTable::sameKey(const Record& record) const {
         same = same && (isPadded ? isOneOf(*field, codes::formsOf(*field->code, typed)) : *field == typed);
     }
     return same;
+}
+
+Criterion CodeTable::takenBy(const Record& record) const {
+    const QString code = record.value(*key.last()).trimmed();
+    const bool isNumber = std::all_of(code.begin(), code.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    if (!zerosAside || !isNumber) return sameKey(record);
+    QString bare = code;
+    while (bare.startsWith(u'0')) bare.remove(0, 1);
+    QStringList forms;
+    for (int width = static_cast<int>(bare.size()); width <= key.last()->size; ++width)
+        forms.append(padded(bare, width));
+    Criterion alike = isOneOf(*key.last(), forms);
+    for (const Text* field : key)
+        if (field != key.last()) alike = alike && *field == record.value(*field).trimmed();
+    return alike;
 }
 
 namespace code_tables {
@@ -43,7 +61,7 @@ void requirePercent(const Record& record, const Number& field) {
 }
 
 void requirePrice(const Record& record, const Number& field) {
-    require(!(record[field] < Decimal(0)), QStringLiteral("Prix incorrect"), field);
+    require(isPrice(record[field]), QStringLiteral("Prix incorrect"), field);
 }
 
 /// A count of days, from none to `most`.
@@ -94,7 +112,9 @@ const CodeTable& parameters() {
                                 {&strparam.cod_par, &strparam.num_par},
                                 {{strparam.num_par, NoCode}, {strparam.lib_par, NoLabel}},
                                 Exists,
-                                Missing};
+                                Missing,
+                                [](Database, Record&) {},
+                                true};
     return kind;
 }
 
@@ -217,7 +237,7 @@ void requireFilled(const CodeTable& kind, const Record& record) {
 }
 
 void requireNew(Database database, const CodeTable& kind, const Record& record) {
-    require(database.count(kind.table, kind.sameKey(record)) == 0, kind.exists, *kind.key.last());
+    require(database.count(kind.table, kind.takenBy(record)) == 0, kind.exists, *kind.key.last());
 }
 
 } // namespace
@@ -230,7 +250,7 @@ void check(Database database, const CodeTable& kind, Record& record, const Recor
 
 void requireWritable(Database database, const CodeTable& kind, Record record, const std::optional<Record>& before) {
     check(database, kind, record, before ? &*before : nullptr);
-    const bool exists = database.count(kind.table, kind.sameKey(record)) > 0;
+    const bool exists = database.count(kind.table, before ? kind.sameKey(record) : kind.takenBy(record)) > 0;
     require(exists == before.has_value(), before ? kind.missing : kind.exists, *kind.key.last());
 }
 

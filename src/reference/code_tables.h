@@ -21,9 +21,13 @@ struct CodeTable {
     QString missing;          ///< said of a change or a deletion without its record
     /// Further checks and computed fields; throws Refusal.
     std::function<void(Database, Record&)> complete = [](Database, Record&) {};
+    /// "1" and "001" cannot stand side by side: who types a code short means either.
+    bool zerosAside = false;
 
     /// The condition that finds the record with the same key, its codes typed short or whole.
     Criterion sameKey(const Record& record) const;
+    /// The condition that finds whatever makes a new record of that key one too many.
+    Criterion takenBy(const Record& record) const;
 };
 
 namespace code_tables {

@@ -52,7 +52,7 @@ struct DocumentHeaders : Table {
     Text fac_dep{this, "fac_dep", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of the document
     Text fac_mode{this, "fac_mode", 3}; ///< mode word of its kind; empty on old documents, see documents::isOfKind
     Text fac_uid{this, "fac_uid", 32};  ///< drawn at creation: tells it from a later document with its number
-    Text fac_pst{this, "fac_pst", 80};  ///< workstation and user creating it, until it has a line or is kept without
+    Text fac_pst{this, "fac_pst", 80};  ///< program creating it (see station.h), until it has a line or is kept without
 
     Trail trail{this, {fac_aa, fac_no}};
     KeptFields kept{this, {fac_ht, fac_ttc, fac_tv1, fac_tv2, fac_tv3, fac_tvp, fac_ffa}}; // the lines make the totals
@@ -111,6 +111,7 @@ struct DocumentLines : Table {
     Text fac_fimm{this, "fac_fimm", 30};                                  ///< supplier's serial
     Text fac_fref{this, "fac_fref", 20};                                  ///< supplier's reference
     Text fac_imp{this, "fac_imp", 9, codes::Account};                     ///< account charged
+    Text fac_ori{this, "fac_ori", 6}; ///< on credit notes: document of the sale that the unit was taken back from
     Trail trail{this, {fac_aa, fac_no, fac_lg}};
     Index by_number{this, {fac_no, fac_aa, fac_lg}};
     Index by_unit{this, {fac_imm, fac_no}};

@@ -9,10 +9,10 @@
 #include "sales/integration.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
+#include "sales/station.h"
 #include "sales/totals.h"
 #include "sales/unit_moves.h"
 
-#include <QSysInfo>
 #include <QUuid>
 
 namespace molven::documents {
@@ -27,12 +27,6 @@ Criterion numbered(const DocumentHeaders& table, const Record& header) {
 bool isSame(const DocumentHeaders& table, const Record& a, const Record& b) {
     return a[table.fac_uid] == b[table.fac_uid] && a[table.fac_clt] == b[table.fac_clt] &&
            a[table.fac_datf] == b[table.fac_datf];
-}
-
-/// Who creates a document, so that one cut short is offered for deletion to its own user alone.
-QString station() {
-    const QString user = qEnvironmentVariable("USER", qEnvironmentVariable("USERNAME"));
-    return (QSysInfo::machineHostName() + u'/' + user).left(strlive.fac_pst.size);
 }
 
 void require(bool held, const char* message, const Field& field) {
@@ -175,7 +169,7 @@ Record create(SalesBook& book, Record header, const QStringList& deliveryAddress
     header[table.fac_blv] = NotInvoiced;
     header[table.fac_mode] = book.kind().mode;
     header[table.fac_uid] = QUuid::createUuid().toString(QUuid::Id128);
-    header[table.fac_pst] = station();
+    header[table.fac_pst] = station::current();
     header[table.tri_datf] = sortKey(read[table.fac_datf]);
     setDueDate(book, header);
     totals::compute(book, header);
@@ -272,13 +266,14 @@ void checkAmounts(const DocumentKind& kind, const Record& header) {
         require(header[*amount] >= least && header[*amount] <= greatestAmount(), "Montant incorrect", *amount);
 }
 
-void checkDownPayment(const DocumentHeaders& table, const Record& header) {
+} // namespace
+
+void requireDownPaymentWithin(SalesBook& book, const Record& header) {
+    const DocumentHeaders& table = book.kind().headers;
     const Decimal paid = header[table.fac_acpt];
     require(paid >= Decimal(0), "Montant incorrect", table.fac_acpt);
     require(paid.isZero() || paid <= header[table.fac_ttc], "Acompte supérieur au total du document", table.fac_acpt);
 }
-
-} // namespace
 
 Record change(SalesBook& book, const Record& header, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
@@ -298,7 +293,7 @@ Record changeFooter(SalesBook& book, const Record& header, const Record& asRead)
     return rewrite(book, header, asRead, footerFields(table), [&](const Record& stored, Record& written) {
         if (written.value(table.fac_rglt) != stored[table.fac_rglt]) setDueDate(book, written);
         totals::compute(book, written);
-        checkDownPayment(table, written);
+        requireDownPaymentWithin(book, written);
     });
 }
 
@@ -312,6 +307,12 @@ Record refreshTotals(SalesBook& book, const Record& header) {
     return result;
 }
 
+QList<Record> linesRead(SalesBook& book, const Record& header) {
+    QList<Record> read;
+    for (const Record& line : lines(book, header)) read.append(line);
+    return read;
+}
+
 void requireDeletable(SalesBook& book, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
     require(book.kind().isDeletable, "Impossible de supprimer une Facture ou un Avoir ou un bon consignation",
@@ -319,12 +320,14 @@ void requireDeletable(SalesBook& book, const Record& asRead) {
     require(current(book, asRead)[table.fac_cpt] != Transferred, "Bon Livraison facturé !!! impossible", table.fac_no);
 }
 
-void remove(SalesBook& book, const Record& asRead) {
+void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead) {
     const DocumentHeaders& table = book.kind().headers;
     Transaction transaction(book.workspace, QStringLiteral("Suppression du document"));
     requireDeletable(book, asRead);
-    const QList<WatchedField> total{{&table.fac_ht, "Le total HT a été modifié"}};
-    requireUnchanged(current(book, asRead), asRead, openFields(table) + footerFields(table) + total);
+    const Record stored = current(book, asRead);
+    requireUnchanged(stored, asRead, openFields(table) + footerFields(table));
+    if (linesRead(book, stored) != linesAsRead)
+        throw ChangedElsewhere(QStringLiteral("Les lignes ont été modifiées par un autre poste"), table.fac_no.name);
     abandon(book, asRead);
     transaction.commit();
 }
@@ -348,8 +351,9 @@ void abandon(SalesBook& book, const Record& asRead) {
 QList<Record> unfinished(SalesBook& book) {
     const DocumentHeaders& table = book.kind().headers;
     QList<Record> found;
-    for (const Record& header : book.vente.select(table, table.fac_pst == station() && ofKind(book), table.fac_no))
-        if (book.vente.count(book.kind().lines, linesOf(book, header)) == 0) found.append(header);
+    for (const Record& header : book.vente.select(table, table.fac_pst > QString() && ofKind(book), table.fac_no))
+        if (station::isGone(header[table.fac_pst]) && book.vente.count(book.kind().lines, linesOf(book, header)) == 0)
+            found.append(header);
     return found;
 }
 

@@ -48,11 +48,16 @@ Record change(SalesBook& book, const Record& header, const Record& asRead);
 Record changeFooter(SalesBook& book, const Record& header, const Record& asRead);
 /// Computes the totals anew and writes them, after a change of the lines; inside the caller's transaction.
 Record refreshTotals(SalesBook& book, const Record& header);
+/// Throws Refusal when the down payment exceeds the document's total.
+void requireDownPaymentWithin(SalesBook& book, const Record& header);
 
 /// Throws Refusal unless the kind and the state of the document allow its deletion.
 void requireDeletable(SalesBook& book, const Record& asRead);
-/// Undoes every line and deletes the document. Throws ChangedElsewhere when anything on it was changed meanwhile.
-void remove(SalesBook& book, const Record& asRead);
+/// The lines of a document, in order.
+QList<Record> linesRead(SalesBook& book, const Record& header);
+/// Undoes every line and deletes the document. Throws ChangedElsewhere when anything on it, or its lines, was changed
+/// since its user read it.
+void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead);
 /// Drops a document left without lines, or whose user agrees to drop it for a zero total, whatever its kind. The
 /// delivery notes that an invoice had taken over are open again.
 void abandon(SalesBook& book, const Record& asRead);

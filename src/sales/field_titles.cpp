@@ -282,6 +282,7 @@ QString fieldTitle(const QString& table, const QString& field) {
         {QStringLiteral("fac_tip"), QStringLiteral("Code de remboursement")},
         {QStringLiteral("fac_tar"), QStringLiteral("Base du prix")},
         {QStringLiteral("fac_nbl"), QStringLiteral("Bon de livraison")},
+        {QStringLiteral("fac_ori"), QStringLiteral("Document repris")},
         {QStringLiteral("fac_fimm"), QStringLiteral("N° de série fournisseur")},
         {QStringLiteral("fac_fref"), QStringLiteral("Référence fournisseur")},
         {QStringLiteral("fac_imp"), QStringLiteral("Compte")},

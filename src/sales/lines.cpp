@@ -5,6 +5,7 @@
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "reference/prices.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/numbering.h"
@@ -70,6 +71,8 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     return draft;
 }
 
+bool isText(const DocumentLines& table, const Record& line) { return line[table.fac_qte].isZero(); }
+
 void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     const DocumentLines& table = book.kind().lines;
     Record& line = draft.line;
@@ -83,6 +86,7 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     line[table.fac_fimm] = unit[strproduit.fou_imm];
     line[table.fac_fref] = unit[strproduit.fou_ref];
     line[table.fac_qte] = 1;
+    if (book.kind().isCredit) line[table.fac_ori] = unit[strproduit.num_vte];
     if (type == u"G") {
         line[table.fac_id1] =
             QStringLiteral("N° Donneur : %1  N° Tissu : %2").arg(unit[strproduit.pee_cer], unit[strproduit.ino_cer]);
@@ -124,7 +128,7 @@ void requireBounds(SalesBook& book, const Record& line) {
     const Decimal quantity = line[table.fac_qte], price = line[table.fac_px], discount = line[table.fac_remx];
     require(quantity > Decimal(0) && quantity < Decimal(100'000) && quantity == quantity.rounded(2),
             "Quantité incorrecte", table.fac_qte);
-    require(price >= Decimal(0) && price < Decimal(1'000'000), "Prix incorrect", table.fac_px);
+    require(isPrice(price), "Prix incorrect", table.fac_px);
     require(discount >= Decimal(0) && discount <= Decimal(100), "Remise incorrecte", table.fac_remx);
 }
 
@@ -239,8 +243,7 @@ void change(SalesBook& book, const Record& asReadHeader, const Record& line, con
     Transaction transaction(book.workspace, QStringLiteral("Modification d'une ligne"));
     const Record header = documents::requireOpen(book, asReadHeader);
     Recordset stored = storedLine(book, header, asRead);
-    const bool isText = asRead[table.fac_tva].isEmpty();
-    if (isText) return;
+    if (isText(table, asRead)) return;
     requireBounds(book, line);
     const QString reference = asRead[table.fac_ref];
     if (line[table.fac_tip] != asRead[table.fac_tip])
@@ -259,7 +262,7 @@ void change(SalesBook& book, const Record& asReadHeader, const Record& line, con
         unit_moves::reprice(book, header, written);
     else if (article && movesStock(*article))
         articles::moveStock(book.molven, reference, asRead[table.fac_qte] - written[table.fac_qte]);
-    documents::refreshTotals(book, header);
+    documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
     transaction.commit();
 }
 
@@ -280,7 +283,7 @@ void remove(SalesBook& book, const Record& asReadHeader, const Record& asRead) {
     undo(book, header, asRead);
     line.remove();
     if (book.kind().isInvoice()) integration::release(book, header, {asRead[book.kind().lines.fac_nbl]});
-    documents::refreshTotals(book, header);
+    documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
     transaction.commit();
 }
 

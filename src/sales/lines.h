@@ -19,6 +19,8 @@ struct Draft {
 
 /// A line preset from an article for the document's client. Throws Refusal for an unknown article.
 Draft preset(SalesBook& book, const Record& header, const QString& reference);
+/// A line that is a designation only: it counts nothing.
+bool isText(const DocumentLines& table, const Record& line);
 /// Puts a checked unit on the line: identification, sterilisation, type, supplier's serial and reference.
 void setUnit(SalesBook& book, Draft& draft, const Record& unit);
 /// The codes that a line of the article may carry when it has several; empty otherwise.

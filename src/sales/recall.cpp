@@ -6,6 +6,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/document_tables.h"
+#include "sales/other_folders.h"
 #include "stock/units.h"
 
 #include <QRegularExpression>
@@ -45,18 +46,25 @@ Criterion criterion(const RecallQuery& query) {
 struct Files {
     explicit Files(const Session& session)
         : molven(workspace.open(session.molven())),
-          vente(workspace.open(session.vente())),
-          historic(workspace.open(session.historic())) {}
+          documents({workspace.open(session.vente())}),
+          historic(workspace.open(session.historic())),
+          others(session) {
+        documents.append(historic);
+        documents.append(others.files());
+    }
 
     Workspace workspace;
-    Database molven, vente, historic;
+    Database molven;
+    QList<Database> documents; ///< own, archived, other folders'
+    Database historic;
+    OtherFolders others;
 };
 
 /// Surgeon of the document that delivered or sold the unit, looked for where its number says.
 QString surgeonOf(Files& files, const Record& unit) {
     const std::pair<const DocumentHeaders*, const DocumentLines*> families[] = {
         {&strface, &strfacl}, {&strcsge, &strcsgl}, {&strlive, &strlivl}};
-    for (Database documents : {files.vente, files.historic})
+    for (Database documents : files.documents)
         for (const auto& [headers, lines] : families) {
             const auto line = documents.find(*lines, lines->fac_imm == unit[strproduit.imm_art] &&
                                                          lines->fac_no == unit[strproduit.num_vte]);
@@ -93,7 +101,8 @@ Record told(Files& files, const CompanyRules& rules, const Record& unit, bool ar
     row[strrappel.rap_pat] = patient;
     row[strrappel.rap_dat] = laid ? unit[strproduit.reg_dat] : unit[strproduit.dat_vte];
     row[strrappel.rap_doc] = unit[strproduit.num_vte];
-    row[strrappel.rap_lieu] = now.document.isEmpty() ? now.place : now.place + QStringLiteral(" - ") + now.document;
+    const QString place = QString(now.place).remove(QStringLiteral("(famille: )"));
+    row[strrappel.rap_lieu] = now.document.isEmpty() ? place : place + QStringLiteral(" - ") + now.document;
     row[strrappel.rap_arc] = archived ? QStringLiteral("O") : QStringLiteral("N");
     if (unit[strproduit.tes_vte] != state::InStock) row[strrappel.rap_chr] = surgeonOf(files, unit);
     return row;
@@ -130,6 +139,18 @@ QString letterName(const RecallQuery& query, const QString& hospital, const QDat
         if (subject.isEmpty()) subject = part.trimmed();
     return QStringLiteral("RAPPEL-%1-%2-%3.pdf")
         .arg(hospital, subject.replace(unusable, QStringLiteral("_")), day.toString(QStringLiteral("yyyyMMdd")));
+}
+
+QString letterSubject(const RecallQuery& query) {
+    const std::pair<const char*, QString> parts[] = {{" DU LOT ", query.lot},
+                                                     {" DE LA REFERENCE FOURNISSEUR ", query.supplierReference},
+                                                     {" DE L'ARTICLE ", query.reference}};
+    QString subject = QStringLiteral("RAPPEL");
+    for (const auto& [kind, value] : parts)
+        if (!value.trimmed().isEmpty()) subject += QString::fromLatin1(kind) + value.trimmed();
+    if (!isEmptyDate(query.firstDate)) subject += QStringLiteral(" RECU DU ") + query.firstDate;
+    if (!isEmptyDate(query.lastDate)) subject += QStringLiteral(" JUSQU'AU ") + query.lastDate;
+    return subject;
 }
 
 QString words(const RecallQuery& query) {

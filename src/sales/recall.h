@@ -16,6 +16,8 @@ struct RecallQuery {
     QString supplierReference;
     QString reference;
     QString firstDate, lastDate;
+
+    bool operator==(const RecallQuery&) const = default;
 };
 
 /// The units of a recall: where each is now and, when it was laid, in whom, by whom, where and on which paper. Never in
@@ -49,6 +51,9 @@ QList<Record> find(const Session& session, const RecallQuery& query);
 /// File name of the letter to a hospital: "RAPPEL-000001-LOT 12-20260315.pdf", with the first of lot, supplier's
 /// reference and article that is given. What no file name can hold becomes "_".
 QString letterName(const RecallQuery& query, const QString& hospital, const QDate& day);
+/// Subject of the letters and of the slips that come back: "RAPPEL DU LOT LOT 12", "RAPPEL DE L'ARTICLE HIP RECU DU
+/// ...".
+QString letterSubject(const RecallQuery& query);
 /// What is recalled, in words.
 QString words(const RecallQuery& query);
 /// Who has a unit, in words: its hospital, the main depot, a set, its supplier.

@@ -12,6 +12,7 @@
 #include "sales/document_kind.h"
 #include "stock/immatriculation.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -46,7 +47,9 @@ Selection selectionOf(const TrailSubject& subject) {
     const QString key = subject.key.trimmed();
     switch (subject.kind) {
     case TrailSubject::Kind::Unit: {
-        const Immatriculation unit = Immatriculation::fromText(key);
+        const Immatriculation unit = Immatriculation::fromText(key.section(u'/', -1)); // or as the journal names it
+        if (!unit.isValid())
+            throw Refusal(QStringLiteral("Immatriculation incorrecte : %1").arg(key), QStringLiteral("immat"));
         return {{&strproduit, &strconform}, keyed(unit.century() + u'/' + unit.number())};
     }
     case TrailSubject::Kind::Article:
@@ -73,7 +76,10 @@ Criterion between(const QString& firstDay, const QString& lastDay) {
     };
     Criterion days;
     if (const QString first = day(firstDay, "du"); !first.isEmpty()) days = days && strjournal.jou_dat >= first;
-    if (const QString last = day(lastDay, "au"); !last.isEmpty()) days = days && strjournal.jou_dat <= last;
+    const QString last = day(lastDay, "au");
+    if (!last.isEmpty()) days = days && strjournal.jou_dat <= last;
+    if (!last.isEmpty() && last < sortKey(firstDay))
+        throw Refusal(QStringLiteral("date fin < date début"), QStringLiteral("au"));
     return days;
 }
 
@@ -123,6 +129,14 @@ void append(QList<Record>& rows, const Record& entry, const Table& table) {
     }
 }
 
+/// When it happened, whatever the offset of the local time: the night the clocks go back has one hour twice.
+qint64 momentOf(const Record& entry) {
+    const QString day = entry[strjournal.jou_dat];
+    const QString text =
+        QStringLiteral("%1-%2-%3T%4").arg(day.left(4), day.mid(4, 2), day.mid(6, 2)).arg(entry[strjournal.jou_heu]);
+    return QDateTime::fromString(text, Qt::ISODateWithMs).toMSecsSinceEpoch();
+}
+
 /// The journalled tables of a file that a selection asks for.
 QList<const Table*> asked(DataFile file, const Selection& selection) {
     QList<const Table*> tables = tablesOf(file);
@@ -149,9 +163,8 @@ QList<Record> find(const Session& session, const TrailSubject& subject, const QS
             for (const Table* table : tables)
                 if (table->name == row[strjournal.jou_tab]) entries.append({row, table});
     }
-    const auto moment = [](const Record& entry) { return entry[strjournal.jou_dat] + entry[strjournal.jou_heu]; };
     std::stable_sort(entries.begin(), entries.end(),
-                     [&](const auto& a, const auto& b) { return moment(a.first) < moment(b.first); });
+                     [&](const auto& a, const auto& b) { return momentOf(a.first) < momentOf(b.first); });
     QList<Record> rows;
     for (const auto& [entry, table] : entries) append(rows, entry, *table);
     return rows;

@@ -99,6 +99,17 @@ void renumberUnits(const Files& files, const Renumbering& family, const QString&
     }
 }
 
+/// The lines that took the units of a sale back name it.
+void renumberCredits(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    for (Database file : files.all)
+        for (const Record& line :
+             file.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString()))
+            for (const DocumentLines* credits : {&strfacl, &strcsgl})
+                for (Database holder : files.all)
+                    holder.update(*credits, {{credits->fac_ori, to}},
+                                  credits->fac_imm == QString(line[family.lines.fac_imm]) && credits->fac_ori == from);
+}
+
 /// Delivery notes name the invoice that took them over, and its lines the note they came from.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
     for (Database file : files.all) {
@@ -130,6 +141,7 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
     if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
     renumberReferences(files, family, from, to);
+    if (family.file == DataFile::Vente && &family.headers != &strlive) renumberCredits(files, family, from, to);
     transaction.commit();
 }
 

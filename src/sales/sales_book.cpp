@@ -4,6 +4,7 @@ namespace molven {
 
 SalesBook::SalesBook(const Session& session, const DocumentKind& kind)
     : kind_(kind),
+      session_(session),
       rules_(session.rules()),
       deliversFromClientDepot_(session.spe_btl == u"O"),
       companyCurrency_(session.spe_mon),

@@ -15,6 +15,7 @@ public:
 
     const DocumentKind& kind() const { return kind_; }
     const CompanyRules& rules() const { return rules_; }
+    const Session& session() const { return session_; }
     /// Delivery notes may take units from the client's own depot.
     bool deliversFromClientDepot() const { return deliversFromClientDepot_; }
     /// Key of the company's currency as its own record names it; may be unknown.
@@ -22,6 +23,7 @@ public:
 
 private:
     const DocumentKind& kind_;
+    const Session session_;
     CompanyRules rules_;
     bool deliversFromClientDepot_;
     QString companyCurrency_;

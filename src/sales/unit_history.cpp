@@ -1,6 +1,7 @@
 #include "sales/unit_history.h"
 
 #include "data/errors.h"
+#include "sales/other_folders.h"
 #include "stock/units.h"
 
 namespace molven::unit_history {
@@ -13,9 +14,11 @@ QList<Record> allOf(const Recordset& records) {
     return rows;
 }
 
-UnitTrail trail(Database unitFile, Database documents, const Immatriculation& unit) {
+UnitTrail trail(Database unitFile, const QList<Database>& documents, const Immatriculation& unit) {
     const auto linesIn = [&](const DocumentLines& table) {
-        return allOf(documents.select(table, table.fac_imm == unit.number(), table.fac_no));
+        QList<Record> rows;
+        for (Database file : documents) rows += allOf(file.select(table, table.fac_imm == unit.number(), table.fac_no));
+        return rows;
     };
     return {allOf(unitFile.select(strproduit, unit.criterion())), linesIn(strbtrl), linesIn(strlivl), linesIn(strfacl),
             linesIn(strcsgl)};
@@ -32,8 +35,9 @@ UnitHistory find(const Session& session, const QString& typed, Source source) {
     Database historic = workspace.open(session.historic());
     UnitHistory history;
     history.immatriculation = unit.number();
-    history.current = trail(unitFile, vente, unit);
-    history.archived = trail(historic, historic, unit);
+    const OtherFolders others(session);
+    history.current = trail(unitFile, QList<Database>{vente} + others.files(), unit);
+    history.archived = trail(historic, {historic}, unit);
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));
     const Record& record =

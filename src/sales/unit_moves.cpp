@@ -6,8 +6,10 @@
 #include "reference/parties.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
+#include "sales/other_folders.h"
 #include "stock/units.h"
 
+#include <algorithm>
 #include <tuple>
 
 namespace molven::unit_moves {
@@ -108,34 +110,61 @@ void makeUnsold(SalesBook& book, Record& unit) {
     setImplantation(unit, {}, {}, {});
 }
 
+/// The delivery note of a number, in the first of the files that has it.
+std::optional<Record> noteOf(const QList<Database>& files, const QString& number) {
+    if (number.isEmpty()) return std::nullopt;
+    for (Database file : files)
+        if (const auto note = file.find(strlive, strlive.fac_no == number, Order::descending(strlive.fac_aa)))
+            return note;
+    return std::nullopt;
+}
+
 /// A line that sold a unit, with its document.
 struct Sale {
     const DocumentKind* kind;
     Record header;
     Record line;
+    std::optional<Record> note = {}; ///< the delivery note that an invoice's line came from
+    bool isOurs = true;              ///< of this folder, whose numbers follow each other
 };
 
-/// The latest sale of a unit in both families, current and archived; of two on one day, that of the book's own family.
-std::optional<Sale> latestSale(SalesBook& book, const QString& unit) {
-    const auto rank = [&book](const Sale& sale) {
-        return std::tuple(sale.header[sale.kind->headers.tri_datf], &sale.kind->headers == &book.kind().headers,
-                          sale.header[sale.kind->headers.fac_no]);
-    };
-    std::optional<Sale> latest;
+/// The sales of a unit in one file, in both families.
+QList<Sale> salesIn(Database file, Database archive, const QString& unit, bool isOurs) {
+    QList<Sale> found;
     for (const DocumentKind* kind : {&invoicing(), &consignment()}) {
         const DocumentLines& lines = kind->lines;
         const DocumentHeaders& headers = kind->headers;
-        for (Database file : {book.vente, book.historic})
-            for (const Record& line :
-                 file.select(lines, lines.fac_imm == unit && lines.fac_qte > QStringLiteral("0"))) {
-                const auto header =
-                    file.find(headers, headers.fac_no == line[lines.fac_no] && headers.fac_aa == line[lines.fac_aa]);
-                if (!header) continue;
-                const Sale sale{kind, *header, line};
-                if (!latest || rank(*latest) < rank(sale)) latest = sale;
-            }
+        for (const Record& line : file.select(lines, lines.fac_imm == unit && lines.fac_qte > QStringLiteral("0"))) {
+            const auto header =
+                file.find(headers, headers.fac_no == line[lines.fac_no] && headers.fac_aa == line[lines.fac_aa]);
+            const QString note = kind->isInvoice() ? line[lines.fac_nbl] : QString();
+            if (header) found.append({kind, *header, line, noteOf({file, archive}, note), isOurs});
+        }
     }
-    return latest;
+    return found;
+}
+
+/// Every sale of a unit: current, archived and in the dossier's other folders.
+QList<Sale> salesOf(SalesBook& book, const QString& unit) {
+    QList<Sale> found = salesIn(book.vente, book.historic, unit, true) + salesIn(book.historic, book.vente, unit, true);
+    const OtherFolders others(book.session());
+    for (const Database& file : others.files()) found += salesIn(file, book.historic, unit, false);
+    return found;
+}
+
+/// The sale that a line of a credit note took its unit back from. A line of old does not name it: of the sales to that
+/// client the latest, of two on one day that of the book's own family.
+std::optional<Sale> saleTakenBack(SalesBook& book, const Record& credit, const Record& creditLine) {
+    const auto rank = [&](const Sale& sale) {
+        const DocumentHeaders& headers = sale.kind->headers;
+        return std::tuple(sale.header[headers.fac_clt] == credit[book.kind().headers.fac_clt],
+                          sale.header[headers.fac_no] == creditLine[book.kind().lines.fac_ori],
+                          sale.header[headers.tri_datf], &headers == &book.kind().headers, sale.header[headers.fac_no]);
+    };
+    const QList<Sale> sales = salesOf(book, creditLine[book.kind().lines.fac_imm]);
+    const auto latest =
+        std::max_element(sales.begin(), sales.end(), [&](const Sale& a, const Sale& b) { return rank(a) < rank(b); });
+    return latest == sales.end() ? std::nullopt : std::optional(*latest);
 }
 
 QString depotOf(SalesBook& book, const Sale& sale) {
@@ -145,21 +174,11 @@ QString depotOf(SalesBook& book, const Sale& sale) {
     return client ? documents::depotOf(*client) : MainDepot;
 }
 
-/// The delivery note that an invoice's line came from, current or archived.
-std::optional<Record> noteOf(SalesBook& book, const QString& number) {
-    if (number.isEmpty()) return std::nullopt;
-    for (Database file : {book.vente, book.historic})
-        if (const auto note = file.find(strlive, strlive.fac_no == number, Order::descending(strlive.fac_aa)))
-            return note;
-    return std::nullopt;
-}
-
 /// Puts the unit back as a sale had left it.
 void sellAgain(SalesBook& book, const Sale& sale, Record& unit) {
-    const QString number = sale.kind->isInvoice() ? QString(sale.line[sale.kind->lines.fac_nbl]) : QString();
-    const auto note = noteOf(book, number);
-    moveTo(book, note ? delivery() : *sale.kind, note ? *note : sale.header, sale.line, depotOf(book, sale), unit);
-    if (note) invoiceDelivered(sale.header, number, unit);
+    moveTo(book, sale.note ? delivery() : *sale.kind, sale.note.value_or(sale.header), sale.line, depotOf(book, sale),
+           unit);
+    if (sale.note) invoiceDelivered(sale.header, sale.note->value(strlive.fac_no), unit);
 }
 
 /// Whatever sold a unit that has moved on since, or took it back, is part of its story: without it the later documents
@@ -171,6 +190,31 @@ void requireNotSale(const DocumentKind& kind, const Record& unit) {
                        "être supprimée")
             .arg(unit[strproduit.imm_art], unit[strproduit.num_vte]),
         kind.lines.fac_imm.name);
+}
+
+/// Whether the unit was sold again, by a sale that stands, after a credit note had taken that sale back.
+bool isFollowed(SalesBook& book, const Record& credit, const Sale& takenBack) {
+    const DocumentHeaders& table = book.kind().headers;
+    const QList<Sale> sales = salesOf(book, takenBack.line[takenBack.kind->lines.fac_imm]);
+    return std::any_of(sales.begin(), sales.end(), [&](const Sale& sale) {
+        const DocumentHeaders& headers = sale.kind->headers;
+        if (sale.header == takenBack.header) return false;
+        return sale.isOurs && &headers == &table ? sale.header[headers.fac_no] > credit[table.fac_no]
+                                                 : sale.header[headers.tri_datf] > credit[table.tri_datf];
+    });
+}
+
+/// Another folder's document may bear this one's number, client and day: the unit is its, once a credit note of this
+/// folder had taken it back from this one.
+bool isTakenBackHere(SalesBook& book, const Record& header, const Record& line) {
+    if (book.kind().isCredit || book.kind().isDelivery() || OtherFolders(book.session()).files().isEmpty())
+        return false;
+    qint64 credits = 0;
+    for (Database file : {book.vente, book.historic})
+        for (const DocumentLines* lines : {&strfacl, &strcsgl})
+            credits += file.count(*lines, lines->fac_imm == QString(line[book.kind().lines.fac_imm]) &&
+                                              lines->fac_ori == QString(header[book.kind().headers.fac_no]));
+    return credits > 0;
 }
 
 } // namespace
@@ -200,7 +244,9 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     const bool isHome = book.kind().isCredit && unit->value(strproduit.tes_vte) == state::InStock &&
                         unit->value(strproduit.num_vte) == documents::NotInvoiced;
     if (!isHome && !isHeldBy(book.kind(), header, *unit)) return requireNotSale(book.kind(), *unit);
-    const auto sale = book.kind().isCredit ? latestSale(book, number) : std::nullopt;
+    const auto sale = book.kind().isCredit ? saleTakenBack(book, header, line) : std::nullopt;
+    if ((isHome && sale && isFollowed(book, header, *sale)) || isTakenBackHere(book, header, line))
+        requireNotSale(book.kind(), *unit);
     Record moved = *unit;
     if (sale)
         sellAgain(book, *sale, moved);
@@ -245,7 +291,7 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
     for (const Record& line : documents::lines(book, after)) {
         const auto unit = line[lines.fac_imm].isEmpty() ? std::nullopt : unitOf(book, book.kind(), line);
         if (!unit || !isHeldBy(book.kind(), after, *unit)) continue;
-        const auto note = noteOf(book, line[lines.fac_nbl]);
+        const auto note = noteOf({book.vente, book.historic}, line[lines.fac_nbl]);
         const QString stands = unit->value(strproduit.reg_pat);
         const bool fromDocument =
             stands == former || (!patient.isEmpty() && note && stands == note->value(strlive.fac_pat));

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "sales/document_tables.h"
+#include "sales/other_folders.h"
 #include "stock/labels.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
@@ -48,6 +49,8 @@ void remove(const Session& session, const Immatriculation& unit) {
     units::remove(molven, unit);
     bool named = ancillaire.count(strstock, strstock.stk_imm_art == unit.number()) > 0;
     for (qsizetype i = 0; i < files.size(); ++i) named = named || isOn(papers()[i], files[i], unit.number());
+    const OtherFolders others(session);
+    for (const Database& file : others.files()) named = named || isOn(papers().first(), file, unit.number());
     if (named)
         throw Refusal(QStringLiteral("impossible de supprimer cette immatriculation"), QStringLiteral("txtrecimm"));
     labels::discard(tri, session.rules(), *read);

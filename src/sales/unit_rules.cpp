@@ -32,7 +32,7 @@ struct Source {
     }
     bool holds(const Record& unit) const {
         const QString depot = unit[strproduit.num_dep];
-        return depots.contains(depot) ||
+        return depots.contains(depot, Qt::CaseInsensitive) ||
                (!buyer.isEmpty() && unit[strproduit.clt_vte] == buyer && depot != ReturnedDepot);
     }
 };
@@ -88,10 +88,15 @@ Recordset candidates(SalesBook& book, const Record& header, const QString& refer
     return units;
 }
 
-Warnings warnings(SalesBook& book, const Record& unit) {
+Warnings warnings(SalesBook& book, const Record& header, const Record& unit) {
     Warnings found;
-    if (book.kind().isCredit) return found;
     const QString named = QStringLiteral("Immatriculation ") + unit[strproduit.imm_art];
+    if (book.kind().isCredit) {
+        const QString buyer = unit[strproduit.clt_vte];
+        if (!buyer.isEmpty() && buyer != header[book.kind().headers.fac_clt])
+            found.doubts.append(named + QStringLiteral(" : vendue au client ") + buyer);
+        return found;
+    }
     const QString expiry = unit[strproduit.dat_per];
     if (unit[strproduit.fab_con] == list::Scrapped)
         found.doubts.append(named + QStringLiteral(" : ") + units::conformityText(book.molven, unit));

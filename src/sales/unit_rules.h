@@ -16,11 +16,12 @@ Criterion available(SalesBook& book, const Record& header, const QString& refere
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
                      const QString& last);
 
-/// What speaks against letting a unit leave; nothing on credit notes.
+/// What speaks against letting a unit leave, or against taking it back.
 struct Warnings {
-    QStringList doubts; ///< reasons to ask before the unit is taken: scrapped, expired
-    QStringList notes;  ///< told only: expires within a month
+    QStringList
+        doubts; ///< reasons to ask before the unit is taken: scrapped, expired, another client's purchase credited
+    QStringList notes; ///< told only: expires within a month
 };
-Warnings warnings(SalesBook& book, const Record& unit);
+Warnings warnings(SalesBook& book, const Record& header, const Record& unit);
 
 } // namespace molven::unit_rules

@@ -19,6 +19,8 @@ Immatriculation Immatriculation::next(UnitFiles files, const QDate& receipt, int
         QString(files.molven.path()).replace(u'\\', u'/').section(u'/', 0, -2).endsWith(u"quilde", Qt::CaseInsensitive);
     QString prefix = receipt.toString(QStringLiteral("yyMM"));
     if (offset) prefix = QString::number(prefix.toInt() + 1000).rightJustified(4, u'0');
+    if (fromText(prefix + QStringLiteral("0001")).century_ != u"20")
+        throw Refusal(QStringLiteral("date livraison invalide"), strproduit.dat_liv.name);
     const Criterion ofMonth = strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix);
     const QString last = std::max(files.molven.greatest(strproduit, strproduit.imm_art, ofMonth),
                                   files.historic.greatest(strproduit, strproduit.imm_art, ofMonth));

@@ -20,6 +20,9 @@ UnitFiles openUnitFiles(Workspace& workspace, const Session& session);
 class Immatriculation {
 public:
     static constexpr int LastOfMonth = 9999;
+    /// Characters that a box of an immatriculation takes: another code scanned into it is refused whole, never cut to
+    /// the number of a unit.
+    static constexpr int LongestScan = 60;
 
     /// Pads a typed number to 8 digits; its century is "20" below "90", "19" from there on.
     static Immatriculation fromText(const QString& typed);
@@ -29,7 +32,8 @@ public:
     }
     /// Numbers the next `quantity` units received that day; drawn inside the caller's write transaction, after the last
     /// of the month, archived or not. One installation, whose data folder ends with "quilde/", numbers with the first
-    /// year digit raised by one. Throws Refusal when the month would pass 9999.
+    /// year digit raised by one. Throws Refusal when the month would pass 9999, and
+    /// for a month whose numbers would be read as those of the last century.
     static Immatriculation next(UnitFiles files, const QDate& receipt, int quantity = 1);
 
     /// The number that a user imposes on the first of `quantity` units, none of which may exist, archived or not.

@@ -5,8 +5,12 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
+#include "reference/code_kinds.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "reference/prices.h"
+#include "stock/gs1.h"
 #include "stock/units.h"
 
 #include <QSet>
@@ -50,6 +54,13 @@ void checkDates(const Receipt& receipt) {
             "date prevue livraison invalide", "dat_dlv");
     require(isEmptyDate(receipt.orderDate) || dateFromText(receipt.orderDate).isValid(), "date commande invalide",
             "dat_cde");
+}
+
+/// A scan that could not be read is no lot and no serial.
+void requireNoScan(const QString& text, const QString& field) {
+    if (!gs1::isScan(text.trimmed())) return;
+    gs1::parse(text.trimmed(), Clock::today(), field);
+    throw Refusal(QStringLiteral("Code scanné incorrect"), field);
 }
 
 constexpr int MostPieces = 999; ///< three digits on the label
@@ -140,10 +151,10 @@ void fillByType(Record& unit, const Receipt& receipt, const QString& type) {
     if (type == u"F") unit[strproduit.nof_art] = receipt.manufacturingOrder.trimmed();
 }
 
-void fillConformity(Record& unit, const Receipt& receipt) {
+void fillConformity(Record& unit, Database molven, const Receipt& receipt) {
     if (std::as_const(unit)[strproduit.pro_typ] != u"F") return;
     unit[strproduit.fab_con] = receipt.conformity;
-    unit[strproduit.fab_cau] = units::needsCause(receipt.conformity) ? receipt.cause.trimmed() : QString();
+    unit[strproduit.fab_cau] = units::causeOf(molven, {receipt.conformity, receipt.cause});
 }
 
 void fillFromArticle(Record& unit, const Record& article) {
@@ -168,7 +179,8 @@ void fillTyped(Record& unit, Database molven, const CompanyRules& rules, const R
         unit[strproduit.dat_per] = monthYear(receipt.expiryDate);
         if (rules.keepsSterilisationIndex()) unit[strproduit.ind_ste] = receipt.sterilisationIndex.trimmed();
     }
-    for (const Assignment& placed : units::placedIn(molven, rules, receipt.depot.trimmed()))
+    for (const Assignment& placed :
+         units::placedIn(molven, rules, codes::completed(molven, codes::Depot, receipt.depot)))
         unit.set(placed.field, placed.value);
     unit[strproduit.pro_pac] = *Decimal::parse(receipt.purchasePrice);
     unit[strproduit.fou_ref] = receipt.supplierReference.trimmed();
@@ -179,7 +191,7 @@ Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt
     Record unit(strproduit);
     fillFromArticle(unit, article);
     fillTyped(unit, molven, rules, receipt, article);
-    fillConformity(unit, receipt);
+    fillConformity(unit, molven, receipt);
     unit[strproduit.tes_vte] = state::InStock;
     unit[strproduit.pro_mon] = receipt.currency;
     unit[strproduit.dat_rel] = QStringLiteral("00000000");
@@ -215,11 +227,14 @@ void check(UnitFiles files, const Receipt& receipt, const Record& article, const
     Database molven = files.molven;
     require(filled(receipt.supplier), "Ces zones sont obligatoires en saisie", "fou_cde");
     require(parties::findSupplier(molven, receipt.supplier).has_value(), "Ce fournisseur n'existe pas", "fou_cde");
-    require(parameters::find(molven, list::Depot, receipt.depot).has_value(), "Ce dépôt n'existe pas", "num_dep");
+    require(codes::find(molven, codes::Depot, receipt.depot).has_value(), "Ce dépôt n'existe pas", "num_dep");
     checkDates(receipt);
     require(quantityOf(receipt) > 0, "Quantité incorrecte", "txtqte");
     const auto price = Decimal::parse(receipt.purchasePrice);
     require(price && *price > Decimal(0), "Prix Achat obligatoire", "pro_pac");
+    require(isPrice(*price), "Prix incorrect", "pro_pac");
+    requireNoScan(receipt.lot, strproduit.lot_art.name);
+    for (const QString& serial : receipt.supplierSerials) requireNoScan(serial, strproduit.fou_imm.name);
     require(receipt.lot.trimmed().size() <= strproduit.lot_art.size, "N° Lot trop long", "lot_art");
     checkSerials(files, receipt, changed);
     const QString type = article[strarticle.art_typ];

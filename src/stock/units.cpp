@@ -5,6 +5,7 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 
@@ -166,21 +167,33 @@ Record conformityChange(Database molven, const Record& unit) {
 
 bool needsCause(const QString& conformity) { return conformity != u"O"; }
 
+QString causeOf(Database molven, const Conformity& conformity) {
+    if (!needsCause(conformity.code)) return {};
+    const auto valueOf = [&](const Text&) { return conformity.code; };
+    const CodeKind* kind = codes::kindOf(strproduit.fab_cau, valueOf);
+    return kind ? codes::completed(molven, *kind, conformity.cause) : QString();
+}
+
 void checkConformity(Database molven, const Conformity& conformity, const QString& codeField,
                      const QString& causeField) {
     if (conformity.code.size() != 1 || !QStringLiteral("OXYZ").contains(conformity.code))
         throw Refusal(QStringLiteral("Taper O, X, Y ou Z !!"), codeField);
-    if (needsCause(conformity.code) && !parameters::find(molven, conformity.code, conformity.cause))
+    if (needsCause(conformity.code) && !parameters::find(molven, conformity.code, causeOf(molven, conformity)))
         throw Refusal(QStringLiteral("Cette cause n'existe pas"), causeField);
 }
 
-void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
-                      const QString& cause) {
+void changeConformity(Database molven, const Record& asRead, const QString& code, const QString& cause) {
+    const Immatriculation immatriculation = Immatriculation::fromText(asRead[strproduit.imm_art]);
     checkConformity(molven, {code, cause}, QStringLiteral("txtconf"), QStringLiteral("txtconfcau"));
     Transaction transaction(molven.workspace(), QStringLiteral("Conformité"));
     Record unit = required(molven, immatriculation);
+    const QString stored = conformityText(molven, unit);
+    if (unit.value(strproduit.fab_con) != asRead[strproduit.fab_con] ||
+        unit.value(strproduit.fab_cau) != asRead[strproduit.fab_cau])
+        throw Refusal(QStringLiteral("La conformité a été modifiée par un autre poste : ") + stored,
+                      QStringLiteral("txtconf"));
     unit[strproduit.fab_con] = code;
-    unit[strproduit.fab_cau] = needsCause(code) ? cause.trimmed() : QString();
+    unit[strproduit.fab_cau] = causeOf(molven, {code, cause});
     molven.insert(conformityChange(molven, unit));
     molven.update(strproduit,
                   {{strproduit.fab_con, unit.value(strproduit.fab_con)},
@@ -201,6 +214,12 @@ void change(Database molven, const Record& unit, const Record& before) {
     Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
     if (stored.isEmpty())
         throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+    const bool placedByNote = !before[strproduit.clt_vte].isEmpty() && before[strproduit.nbl_dep] != TakenBack;
+    if (placedByNote && unit[strproduit.num_dep] != before[strproduit.num_dep])
+        throw Refusal(QStringLiteral("Dépôt tenu par le bon N° %1 : passer par un bon de transfert ou le retour au "
+                                     "dépôt 001")
+                          .arg(before[strproduit.num_vte]),
+                      strproduit.num_dep.name);
     stored.edit(before);
     stored.draft() = unit;
     stored.update();

@@ -73,13 +73,14 @@ struct Conformity {
     QString cause;
 };
 bool needsCause(const QString& conformity);
+/// The cause in the form that its list keeps, "1" as "01"; none where the code needs none.
+QString causeOf(Database molven, const Conformity& conformity);
 /// Throws Refusal on one of the two fields for an unknown code, or a cause that is missing or unknown.
 void checkConformity(Database molven, const Conformity& conformity, const QString& codeField,
                      const QString& causeField);
-/// Changes the conformity of a unit and keeps the change in its history. Throws Refusal for an unknown unit, code or
-/// cause.
-void changeConformity(Database molven, const Immatriculation& immatriculation, const QString& code,
-                      const QString& cause);
+/// Changes the conformity of a unit, as its user read it, and keeps the change in its history. Throws Refusal for an
+/// unknown unit, code or cause, and when another workstation changed the conformity meanwhile.
+void changeConformity(Database molven, const Record& asRead, const QString& code, const QString& cause);
 /// The history record of a unit's present conformity, dated today.
 Record conformityChange(Database molven, const Record& unit);
 /// Rewrites the receipt data of a unit still in stock; `before` is the unit as the user read it. Throws Refusal when it

@@ -2,6 +2,8 @@
 
 #include "sales/integration.h"
 
+#include <QProcess>
+
 namespace molven {
 
 using test::lineOfArticle;
@@ -29,6 +31,16 @@ protected:
     SalesBook here, there;
 };
 
+/// Number of a process that ran and runs no more.
+qint64 endedProcess() {
+    QProcess process;
+    process.start(QStringLiteral("true"), QStringList());
+    process.waitForStarted();
+    const qint64 number = process.processId();
+    process.waitForFinished();
+    return number;
+}
+
 } // namespace
 
 TEST_F(TwoUsers, NeverOverwriteWhatTheOtherWroteInAHeader) {
@@ -42,7 +54,7 @@ TEST_F(TwoUsers, NeverOverwriteWhatTheOtherWroteInAHeader) {
     EXPECT_EQ(changeOf([&] { documents::change(here, ours, read); }),
               QStringLiteral("Le bon a été modifié par un autre poste : BON 7\n"
                              "Le patient a été modifié par un autre poste : DURAND"));
-    EXPECT_EQ(changeOf([&] { documents::remove(here, read); }).left(10), QStringLiteral("Le bon a é"));
+    EXPECT_EQ(changeOf([&] { documents::remove(here, read, {}); }).left(10), QStringLiteral("Le bon a é"));
 
     const Record footer = documents::current(here, read);
     theirs = footer;
@@ -78,10 +90,21 @@ TEST_F(TwoUsers, ActOnTheLineThatTheySaw) {
               QStringLiteral("La ligne 002 a été supprimée par un autre poste"));
 }
 
+TEST_F(TwoUsers, DoNotDeleteLinesThatTheyNeverSaw) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
+    const Record opened = newDocument(here);
+    document_lines::Draft free = lineOfUnit(there, opened, units[0]);
+    free.line[strlivl.fac_px] = Decimal(0);
+    document_lines::add(there, opened, {free}); // the totals stay as they were
+    EXPECT_EQ(changeOf([&] { documents::remove(here, documents::current(here, opened), {}); }),
+              QStringLiteral("Les lignes ont été modifiées par un autre poste"));
+    EXPECT_EQ(stateOf(units[0]).left(1), QStringLiteral("L"));
+}
+
 TEST_F(TwoUsers, ActOnTheDocumentThatTheyOpened) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
     const Record opened = newDocument(here);
-    documents::remove(there, opened);
+    documents::remove(there, opened, {});
     const auto add = [&] { document_lines::add(here, opened, {lineOfUnit(here, opened, units[0])}); };
     EXPECT_EQ(changeOf(add), QStringLiteral("Le document 000001 a été supprimé ou renuméroté par un autre poste"));
     const Record other = newDocument(there);
@@ -109,11 +132,16 @@ TEST_F(TwoUsers, FindTheDocumentsWhoseCreationWasCutShort) {
     document_lines::remove(here, lined, documents::lines(here, lined).record());
     documents::keep(here, kept);
     const Record elsewhere = newDocument(here);
-    here.vente.update(strlive, {{strlive.fac_pst, QStringLiteral("AUTRE/marie")}},
-                      strlive.fac_no == elsewhere[strlive.fac_no]);
+    const auto leftBy = [&](const Record& document, const QString& program) {
+        here.vente.update(strlive, {{strlive.fac_pst, program}}, strlive.fac_no == document[strlive.fac_no]);
+    };
+    leftBy(elsewhere, QStringLiteral("AUTRE/marie/1"));
+    EXPECT_TRUE(documents::unfinished(there).isEmpty()) << "the program that creates it still runs";
+    const QString running = cut[strlive.fac_pst];
+    leftBy(cut, running.left(running.lastIndexOf(u'/') + 1) + QString::number(endedProcess()));
     const QList<Record> found = documents::unfinished(there);
     ASSERT_EQ(found.size(), 1) << "a colleague may be typing the first line of the others";
-    EXPECT_EQ(found.first(), cut);
+    EXPECT_EQ(found.first()[strlive.fac_no], cut[strlive.fac_no]);
     documents::abandon(there, found.first());
     EXPECT_TRUE(documents::unfinished(here).isEmpty());
 }

@@ -289,11 +289,12 @@ TEST_F(Sales, UndoALineAndADeliveryNoteButNoInvoice) {
     EXPECT_EQ(stateOf(units[0]), QStringLiteral("N/001//000000"));
     EXPECT_EQ(dossier.unit(units[0]).value(strproduit.reg_pat) + dossier.unit(units[0]).value(strproduit.clt_vte),
               QString());
-    documents::remove(notes, documents::current(notes, note));
+    documents::remove(notes, documents::current(notes, note), documents::linesRead(notes, note));
     EXPECT_EQ(stateOf(units[1]), QStringLiteral("N/001//000000"));
     EXPECT_EQ(notes.vente.count(strlive) + notes.vente.count(strlivl), 0);
-    EXPECT_EQ(refusalOf([&] { documents::remove(invoices, documents::find(invoices, QStringLiteral("1")).value()); }),
-              QStringLiteral("Impossible de supprimer une Facture ou un Avoir ou un bon consignation"));
+    EXPECT_EQ(
+        refusalOf([&] { documents::remove(invoices, documents::find(invoices, QStringLiteral("1")).value(), {}); }),
+        QStringLiteral("Impossible de supprimer une Facture ou un Avoir ou un bon consignation"));
 }
 
 TEST_F(Sales, GiveAUnitBackToItsInvoiceWhenTheCreditLineIsDeleted) {
@@ -329,7 +330,7 @@ TEST_F(Sales, IntegrateADeliveryNoteOnceAndWhole) {
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
     const Record note = documents::find(notes, QStringLiteral("1")).value();
     EXPECT_EQ(note[strlive.fac_cpt] + note[strlive.fac_blv], QStringLiteral("T000001"));
-    EXPECT_EQ(refusalOf([&] { documents::remove(notes, note); }),
+    EXPECT_EQ(refusalOf([&] { documents::remove(notes, note, {}); }),
               QStringLiteral("Bon Livraison facturé !!! impossible"));
     EXPECT_EQ(refusalOf([&] { documents::change(notes, note, note); }),
               QStringLiteral("Document transféré non modifiable"));

@@ -74,6 +74,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Amount{"fac_acpt", "-1", "Montant incorrect"}, Amount{"fac_acpt", "94.95", "(accepté)"},
                     Amount{"fac_acpt", "94.96", "Acompte supérieur au total du document"}));
 
+TEST_F(SalesLimits, KeepTheDownPaymentWithinTheTotalWhenLinesChange) {
+    SalesBook invoices = book("FAC");
+    const Record header = newDocument(invoices);
+    document_lines::add(invoices, header, {lineOfArticle(invoices, header, QStringLiteral("FEE"))});
+    const Record read = documents::current(invoices, header);
+    Record footer = read;
+    footer[strface.fac_acpt] = Decimal(50);
+    documents::changeFooter(invoices, footer, read);
+    const Record line = documents::lines(invoices, header).record();
+    Record cheaper = line;
+    cheaper[strfacl.fac_px] = Decimal(10);
+    const QString told = QStringLiteral("Acompte supérieur au total du document");
+    EXPECT_EQ(refusalOf([&] { document_lines::change(invoices, header, cheaper, line); }), told);
+    EXPECT_EQ(refusalOf([&] { document_lines::remove(invoices, header, line); }), told);
+    EXPECT_EQ(documents::lines(invoices, header).record(), line);
+}
+
 TEST_F(SalesLimits, TakeLine996AndRefuseTheNextAndFillFreeNumbers) {
     SalesBook notes = book("LIV");
     const Record header = newDocument(notes);
@@ -94,7 +111,7 @@ TEST_F(SalesLimits, TakeLine996AndRefuseTheNextAndFillFreeNumbers) {
     EXPECT_EQ(refusalOf([] { numbering::typedLine(QStringLiteral(" ")); }), QStringLiteral("N° ligne obligatoire"));
 }
 
-TEST_F(SalesLimits, WarnOfScrappedAndExpiredUnits) {
+TEST_F(SalesLimits, WarnOfScrappedAndExpiredUnitsAndOfAnotherClientsPurchase) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
     SalesBook notes = book("LIV"), credits = book("AVO");
     Clock::set(QDate(2026, 3, 10));
@@ -102,7 +119,8 @@ TEST_F(SalesLimits, WarnOfScrappedAndExpiredUnits) {
         Record unit = dossier.unit(units[0]);
         unit[strproduit.dat_per] = QString::fromLatin1(expiry);
         unit[strproduit.fab_con] = QString::fromLatin1(conformity);
-        const unit_rules::Warnings found = unit_rules::warnings(of, unit);
+        const Record header = documents::blank(of, QStringLiteral("1"));
+        const unit_rules::Warnings found = unit_rules::warnings(of, header, unit);
         return QString(found.doubts.join(u';') + u'|' + found.notes.join(u';'))
             .replace(QStringLiteral("Immatriculation ") + units[0], QStringLiteral("I"));
     };
@@ -110,6 +128,9 @@ TEST_F(SalesLimits, WarnOfScrappedAndExpiredUnits) {
     EXPECT_EQ(warned(notes, "03/2026", "O"), QStringLiteral("|I : péremption proche, 03/2026"));
     EXPECT_EQ(warned(notes, "02/2026", "Z"), QStringLiteral("I : Ce produit est rebuté;I périmée depuis 02/2026|"));
     EXPECT_EQ(warned(credits, "02/2026", "Z"), QStringLiteral("|"));
+    notes.molven.update(strproduit, {{strproduit.clt_vte, QStringLiteral("000002")}}, Criterion());
+    EXPECT_EQ(warned(credits, "05/2026", "O"), QStringLiteral("I : vendue au client 000002|"));
+    EXPECT_EQ(warned(notes, "05/2026", "O"), QStringLiteral("|"));
 }
 
 TEST_F(SalesLimits, ChooseOneOfSeveralLppCodesForTheLine) {

@@ -88,6 +88,11 @@ TEST(Recalls, NameTheirLettersByHospitalSubjectAndDay) {
               QStringLiteral("RAPPEL-000001-LOT 1_é-20260315.pdf"));
     EXPECT_EQ(recall::letterName({{}, {}, QStringLiteral("HIP"), {}, {}}, QStringLiteral("000002"), day),
               QStringLiteral("RAPPEL-000002-HIP-20260315.pdf"));
+    EXPECT_EQ(recall::letterSubject({QStringLiteral(" LOT 1/é "), {}, {}, QStringLiteral("__/__/____"), {}}),
+              QStringLiteral("RAPPEL DU LOT LOT 1/é"));
+    EXPECT_EQ(recall::letterSubject({{}, {}, QStringLiteral("HIP"), QStringLiteral("01/03/2026"), {}}),
+              QStringLiteral("RAPPEL DE L'ARTICLE HIP RECU DU 01/03/2026"))
+        << "the hospital must know which recall it answers";
 }
 
 } // namespace molven

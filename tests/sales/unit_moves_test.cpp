@@ -166,6 +166,28 @@ TEST_F(UnitMoves, AreUndoneInTheOrderOppositeToTheirDocuments) {
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(1));
 }
 
+TEST_F(UnitMoves, GiveTheUnitBackToTheSaleThatWasCreditedNotToAnotherOfItsPast) {
+    const auto givenBack = [&](const char* sale, const QString& client) {
+        const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
+        dossier.document(QStringLiteral("FAC"), units, QStringLiteral("1"));
+        dossier.document(QStringLiteral("AVO"), units, QStringLiteral("1"));
+        SalesBook sales = book(sale), credits = book("AVO");
+        Record header = documents::blank(sales, client);
+        header[sales.kind().headers.fac_datf] = QStringLiteral("05/03/2026"); // typed in late
+        header = documents::create(sales, header);
+        document_lines::add(sales, header, {test::lineOfUnit(sales, header, units[0])});
+        const QString sold = stateOf(units[0]);
+        dossier.document(QStringLiteral("AVO"), units, client);
+        removeLine(credits, documents::last(credits).value());
+        return QString(stateOf(units[0]) + u'|' + sold);
+    };
+    for (const char* sale : {"FAC", "CSG"})
+        for (const char* client : {"1", "2"}) {
+            const QString both = givenBack(sale, QString::fromLatin1(client));
+            EXPECT_EQ(both.section(u'|', 0, 0), both.section(u'|', 1)) << sale << " to client " << client;
+        }
+}
+
 TEST_F(UnitMoves, CreditASaleFromTheDepotThatItWentTo) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
     SalesBook invoices = book("FAC");

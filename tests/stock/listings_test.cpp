@@ -138,18 +138,23 @@ TEST_F(Listings, FindPatientsByTheBeginningOfTheirNameAndKeepThemForPrinting) {
 
 TEST_F(Listings, ChangeAConformityAndKeepItsHistory) {
     const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
-    const Immatriculation number = Immatriculation::fromText(unit);
     Record cause(strparam);
     cause[strparam.cod_par] = QStringLiteral("Z");
     cause[strparam.num_par] = QStringLiteral("01");
     cause[strparam.lib_par] = QStringLiteral("CHUTE");
     molven.insert(cause);
-    EXPECT_EQ(refusalOf([&] { units::changeConformity(molven, number, QStringLiteral("Y"), QStringLiteral("01")); }),
+    EXPECT_EQ(refusalOf([&] {
+                  units::changeConformity(molven, dossier.unit(unit), QStringLiteral("Y"), QStringLiteral("01"));
+              }),
               QStringLiteral("Cette cause n'existe pas")); // known among the scrapped only
-    units::changeConformity(molven, number, QStringLiteral("Z"), QStringLiteral("01"));
+    units::changeConformity(molven, dossier.unit(unit), QStringLiteral("Z"), QStringLiteral("1"));
     EXPECT_EQ(found(asking({{QStringLiteral("txtfab_cau"), QStringLiteral("01")}}, {{QStringLiteral("Cmbconf"), 4}})),
               QStringList{unit});
-    units::changeConformity(molven, number, QStringLiteral("O"), {});
+    const Record scrapped = dossier.unit(unit);
+    units::changeConformity(molven, scrapped, QStringLiteral("O"), {});
+    EXPECT_TRUE(refusalOf([&] {
+                    units::changeConformity(molven, scrapped, QStringLiteral("O"), {});
+                }).startsWith(QStringLiteral("La conformité a été modifiée par un autre poste : ")));
     EXPECT_EQ(dossier.unit(unit)[strproduit.fab_cau], QString());
     QStringList history;
     for (const Record& change : molven.select(strconform)) history.append(change[strconform.conf_typ]);

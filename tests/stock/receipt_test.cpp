@@ -179,6 +179,11 @@ TEST(Receipts, TakeAnImposedNumberOnlyWhenAllOfTheRunAreFree) {
     EXPECT_EQ(impose("26030003", 1), QStringLiteral("Cette immatriculation existe déjà"));
     for (const char* wrong : {"26139999", "26030000", "26039999", "95030001", "2603000A", "123456789"})
         EXPECT_EQ(impose(wrong, 2), QStringLiteral("Immatriculation incorrecte")) << wrong;
+    Receipt mistyped = Dossier::receipt(QStringLiteral("HIP"), 1);
+    mistyped.deliveryDate = QStringLiteral("05/03/1995");
+    EXPECT_EQ(refusalOf([&] { receipts::receive(files, dossier.session.rules(), mistyped); }),
+              QStringLiteral("date livraison invalide"))
+        << "95030001 would be read as a number of the last century";
     EXPECT_EQ(impose("26029999", 1), QStringLiteral("(accepté)"));
     EXPECT_EQ(impose("5020001", 2), QStringLiteral("(accepté)"));
     EXPECT_EQ(dossier.unit(QStringLiteral("05020002"))[strproduit.pro_ann], QStringLiteral("20"));

@@ -1,0 +1,72 @@
+#include "support/sales.h"
+
+#include "sales/unit_history.h"
+#include "sales/unit_removal.h"
+
+#include <QDir>
+
+namespace molven {
+
+using test::newDocument;
+using test::refusalOf;
+
+namespace {
+
+/// Units of one stock, sold by two sites that keep their documents apart.
+class TwoSites : public test::Sales {
+protected:
+    TwoSites() {
+        const QString folder = dossier.session.chemin_base + QStringLiteral("GV/");
+        QDir().mkpath(folder);
+        for (const char* file : {"vente.mdb", "blent.mdb", "historic.mdb"})
+            QFile::copy(dossier.session.chemin_base + QString::fromLatin1(file), folder + QString::fromLatin1(file));
+        dossier.session.chemin_gv = folder;
+        there = dossier.session;
+        there.chemin_util = folder;
+    }
+    Record write(const Session& session, const char* mode, const QString& unit) {
+        SalesBook opened(session, documentKind(QString::fromLatin1(mode)));
+        const Record header = newDocument(opened);
+        document_lines::add(opened, header, {test::lineOfUnit(opened, header, unit)});
+        return header;
+    }
+    QString removeLineOf(const Session& session, const char* mode, const Record& header) {
+        SalesBook opened(session, documentKind(QString::fromLatin1(mode)));
+        return refusalOf([&] { document_lines::remove(opened, header, documents::lines(opened, header).record()); });
+    }
+
+    Session there;
+};
+
+} // namespace
+
+TEST_F(TwoSites, GiveAUnitBackToTheSaleOfTheOtherSite) {
+    const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
+    write(there, "FAC", unit);
+    const QString sold = stateOf(unit);
+    const Record credit = write(dossier.session, "AVO", unit);
+    EXPECT_EQ(removeLineOf(dossier.session, "AVO", credit), QStringLiteral("(accepté)"));
+    EXPECT_EQ(stateOf(unit), sold);
+    EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(0));
+}
+
+TEST_F(TwoSites, DoNotUndoTheSaleOfTheOtherThatBearsTheSameNumber) {
+    const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
+    const Record invoice = write(dossier.session, "FAC", unit);
+    write(dossier.session, "AVO", unit);
+    write(there, "FAC", unit);
+    EXPECT_TRUE(removeLineOf(dossier.session, "FAC", invoice).contains(QStringLiteral("reprise ou revendue")));
+    EXPECT_EQ(stateOf(unit), QStringLiteral("O/101/000001/000001"));
+}
+
+TEST_F(TwoSites, TellTheWholeStoryOfAUnit) {
+    const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
+    write(there, "FAC", unit);
+    write(there, "AVO", unit);
+    EXPECT_EQ(unit_history::find(dossier.session, unit).current.invoices.size(), 2);
+    EXPECT_EQ(refusalOf([&] { unit_removal::remove(dossier.session, Immatriculation::fromText(unit)); }),
+              QStringLiteral("impossible de supprimer cette immatriculation"))
+        << "its papers lie in the other folder";
+}
+
+} // namespace molven
