@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <functional>
+#include <string>
 
 namespace molven::bench {
 
@@ -14,8 +15,11 @@ const Session& session();
 /// Unit whose history is asked for: delivered, in the midst of the file.
 QString tracedUnit();
 
-/// Measures a deed, named "deed/molven" or "deed/bare", in milliseconds: the median of five repetitions.
-void add(const char* name, const std::function<void(benchmark::State&)>& function, int iterations);
+/// Measures a deed, named "deed/molven", "deed/unjournalled" or "deed/bare", in milliseconds: the median of five
+/// repetitions.
+void add(const std::string& name, const std::function<void(benchmark::State&)>& function, int iterations);
+/// The same deed while molven.mdb keeps no journal: what the journal costs.
+void addUnjournalled(const std::string& deed, const std::function<void(benchmark::State&)>& function, int iterations);
 
 void registerRules();
 void registerGrid();

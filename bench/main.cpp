@@ -1,3 +1,4 @@
+#include "bare_engine.h"
 #include "bench.h"
 #include "dossier.h"
 
@@ -32,13 +33,17 @@ public:
 
     void Finalize() override {
         ConsoleReporter::Finalize();
-        std::printf("\n%-28s %12s %12s %8s\n", "median", "molven ms", "bare ms", "ratio");
+        std::printf("\n%-28s %12s %12s %8s %18s %8s\n", "median", "molven ms", "bare ms", "ratio", "no journal ms",
+                    "journal");
         for (const auto& [name, time] : medians_) {
             const std::size_t slash = name.find("/molven");
             if (slash == std::string::npos) continue;
             const std::string deed = name.substr(0, slash);
             const double bare = medians_[deed + "/bare"];
-            std::printf("%-28s %12.3f %12.3f %8.2f\n", deed.c_str(), time, bare, time / bare);
+            std::printf("%-28s %12.3f %12.3f %8.2f", deed.c_str(), time, bare, time / bare);
+            if (const auto without = medians_.find(deed + "/unjournalled"); without != medians_.end())
+                std::printf(" %18.3f %8.2f", without->second, time / without->second);
+            std::printf("\n");
         }
     }
 
@@ -68,8 +73,19 @@ QString tracedUnit() {
     return delivered.at(delivered.count() / 2)[strproduit.imm_art];
 }
 
-void add(const char* name, const std::function<void(benchmark::State&)>& function, int iterations) {
-    benchmark::RegisterBenchmark(name, function)
+void addUnjournalled(const std::string& deed, const std::function<void(benchmark::State&)>& function, int iterations) {
+    add(
+        deed + "/unjournalled",
+        [function](benchmark::State& state) {
+            BareEngine(QStringList{current.molven()}).execute("alter table strjournal rename to aside");
+            function(state);
+            BareEngine(QStringList{current.molven()}).execute("alter table aside rename to strjournal");
+        },
+        iterations);
+}
+
+void add(const std::string& name, const std::function<void(benchmark::State&)>& function, int iterations) {
+    benchmark::RegisterBenchmark(name.c_str(), function)
         ->Unit(benchmark::kMillisecond)
         ->UseRealTime()
         ->Iterations(iterations)

@@ -79,6 +79,7 @@ void registerReference() {
     add("article_prefix_of_50000/molven", lookUpByRule, 50);
     add("article_prefix_of_50000/bare", lookUpBare, 50);
     add("price_push_of_20000/molven", pushByRule, 3);
+    addUnjournalled("price_push_of_20000", pushByRule, 3);
     add("price_push_of_20000/bare", pushBare, 3);
 }
 
