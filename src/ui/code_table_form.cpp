@@ -79,7 +79,7 @@ void CodeTableForm::setAdding(bool adding) {
     for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!adding);
     validate_->setEnabled(adding);
     setDefaultButton(adding ? validate_ : nullptr); // beside it, Return walks from box to box
-    setCancelButton(adding ? abandon_ : nullptr);
+    setCancelButton(adding ? abandon_ : nullptr, true);
 }
 
 bool CodeTableForm::isKeyTyped() const {
@@ -187,13 +187,31 @@ void CodeTableForm::save(const Record& record, const std::optional<Record>& befo
         code_tables::add(view_->database, view_->kind, record);
 }
 
+/// Writes the record shown; false when another workstation had changed it meanwhile.
+bool CodeTableForm::changed(const Record& record) {
+    const auto fresh = [this] {
+        const auto found = view_->database.find(view_->kind.table, view_->kind.sameKey(*shown_));
+        if (!found) throw Refusal(QStringLiteral("Cette fiche a été supprimée par un autre poste"));
+        return *found;
+    };
+    const auto reread = [&] {
+        const Record now = fresh();
+        panel_->reread(*shown_, now);
+        shown_ = now;
+    };
+    return written([&] { save(record, shown_); }, [&] { return panel_->changesOf(*shown_, fresh()); }, reread);
+}
+
 void CodeTableForm::write() {
     Record record = *shown_;
     panel_->store(record);
     // A code typed over the one brought up names another record, or none.
     if (!adding_ && isKeyTyped() && view_->database.count(view_->kind.table, typedKey()) == 0)
         throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
-    save(record, adding_ ? std::nullopt : shown_);
+    if (adding_)
+        save(record, std::nullopt);
+    else if (!changed(record))
+        return;
     endEntry();
     show(record);
     grid_->setFocus(); // only now: an empty current row would become the first one

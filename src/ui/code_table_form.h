@@ -69,6 +69,7 @@ private:
     void showRow(int row);
     void startAdding();
     void write();
+    bool changed(const Record& record);
     void remove();
     void endEntry();
     void print();

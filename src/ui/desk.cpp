@@ -27,6 +27,7 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     session.mode_ecran = mode;
     for (Form* form : windows()) {
         if (form->objectName() != name || form->mode() != mode || !form->isVisible()) continue;
+        form->guarded([form] { form->shownAgain(); });
         form->activateWindow();
         form->raise();
         return form;

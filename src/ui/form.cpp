@@ -76,6 +76,20 @@ bool Form::guarded(const std::function<void()>& handler) {
     return false;
 }
 
+bool Form::written(const std::function<void()>& write, const std::function<QString()>& changes,
+                   const std::function<void()>& reread) {
+    try {
+        write();
+        return true;
+    } catch (const DataError& error) {
+        if (error.number != DataError::RecordChanged) throw;
+    }
+    const QString told = QStringLiteral("Cette fiche a été modifiée par un autre poste :\n") + changes();
+    const QString offer = QStringLiteral("\n\nRelire la fiche ? Votre saisie reste à l'écran.");
+    if (prompt().ask(told + offer, {}, Icon::Warning)) reread();
+    return false;
+}
+
 void Form::focusField(const QString& field) {
     QWidget* control = bound_.value(field);
     if (!control && !field.isEmpty()) control = findChild<QWidget*>(field);
@@ -113,7 +127,10 @@ bool Form::settle(const QWidget* except) {
 
 void Form::setDefaultButton(QPushButton* button) { defaultButton_ = button; }
 
-void Form::setCancelButton(QPushButton* button) { cancelButton_ = button; }
+void Form::setCancelButton(QPushButton* button, bool asks) {
+    cancelButton_ = button;
+    cancelAsks_ = asks;
+}
 
 void Form::onLeft(Edit* edit, const std::function<void()>& handler) {
     edit->left = [this, handler] { return guarded(handler); };
@@ -154,6 +171,15 @@ void Form::pressReturn() {
         focusNextChild();
 }
 
+void Form::escape() {
+    if (pickPanel_ && pickPanel_->isVisible())
+        pickPanel_->leave();
+    else if (!cancelButton_ || !cancelButton_->isVisible() || !cancelButton_->isEnabled())
+        close();
+    else if (!cancelAsks_ || mayLoseWork())
+        cancelButton_->click();
+}
+
 void Form::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Return:
@@ -161,12 +187,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
         pressReturn();
         return;
     case Qt::Key_Escape:
-        if (pickPanel_ && pickPanel_->isVisible())
-            pickPanel_->leave();
-        else if (cancelButton_ && cancelButton_->isVisible() && cancelButton_->isEnabled())
-            cancelButton_->click();
-        else
-            close();
+        escape();
         return;
     case Qt::Key_F2:
         if (openPicker(focusWidget())) return;

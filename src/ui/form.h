@@ -32,6 +32,9 @@ public:
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 
+    /// The open window was asked for again: it reads anew what it was opened to show.
+    virtual void shownAgain() {}
+
     // For the form and the parts it is made of.
     Desk& desk() { return desk_; }
     Session& session() { return desk_.session; }
@@ -43,6 +46,10 @@ public:
     void bind(const QString& field, QWidget* control) { bound_.insert(field, control); }
     void focusField(const QString& field);
 
+    /// Writes a change of a record; false when another workstation had changed it meanwhile. The user is told `changes`
+    /// of it then, and `reread` runs when he wants to read it again under what he typed.
+    bool written(const std::function<void()>& write, const std::function<QString()>& changes,
+                 const std::function<void()>& reread);
     /// Leaves every box that was typed into, but that one; false when one refuses what stands in it.
     bool settle(const QWidget* except = nullptr);
     /// A push button with its handler, guarded, once the boxes are left.
@@ -65,8 +72,8 @@ protected:
     virtual bool hasUnsavedWork() const { return false; }
     /// True when nothing would be lost, or the user gives it up.
     bool mayLoseWork();
-    /// Pressed by Escape; without one, Escape closes the window.
-    void setCancelButton(QPushButton* button);
+    /// Pressed by Escape, once the user gave up what is typed when it `asks`; without one, Escape closes the window.
+    void setCancelButton(QPushButton* button, bool asks = false);
 
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -75,6 +82,7 @@ protected:
 
 private:
     void pressReturn();
+    void escape();
     void settleOnScreen();
 
     Desk& desk_;
@@ -83,6 +91,7 @@ private:
     QHash<QWidget*, std::function<void()>> pickers_;
     QPointer<QPushButton> defaultButton_;
     QPointer<QPushButton> cancelButton_;
+    bool cancelAsks_ = false;
     QPointer<PickPanel> pickPanel_;
 };
 

@@ -20,6 +20,7 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     setObjectName(name);
     setModel(model_);
     setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection); // the marked row is the record that deeds act upon
     setEditTriggers(NoEditTriggers);
     setAlternatingRowColors(true);
     setWordWrap(false);

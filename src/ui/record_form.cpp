@@ -169,7 +169,22 @@ void RecordForm::startChanging() {
 
 void RecordForm::validate() {
     const Record record = typed();
-    write(record, state_ == State::Adding ? std::nullopt : record_);
+    if (state_ == State::Adding) {
+        write(record, std::nullopt);
+    } else {
+        const auto fresh = [this] {
+            const auto found = find(record_->value(description_->key));
+            if (!found) throw Refusal(QStringLiteral("Cette fiche a été supprimée par un autre poste"));
+            return *found;
+        };
+        const auto changes = [&] { return panel_->changesOf(*record_, fresh()); };
+        const auto reread = [&] {
+            const Record now = fresh();
+            panel_->reread(*record_, now);
+            record_ = now;
+        };
+        if (!Form::written([&] { write(record, record_); }, changes, reread)) return;
+    }
     const auto written = find(record.value(description_->key).trimmed());
     list_->rows().refresh();
     show(written ? *written : record);

@@ -24,11 +24,13 @@ void RecordModel::setColumns(const QList<GridColumn>& columns) {
 
 void RecordModel::setQuery(Query query) {
     query_ = std::move(query);
+    filter_.clear(); // it was typed for other records
     refresh();
 }
 
 void RecordModel::setRecords(const QList<Record>& records) {
     query_ = nullptr;
+    filter_.clear();
     all_ = records;
     refresh();
 }

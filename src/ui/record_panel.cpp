@@ -23,7 +23,7 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
     if (!box.isDate) {
         const int size = field.size > 0 ? std::min(field.size, 40) : 12;
         made->setFixedWidth(std::clamp((box.characters > 0 ? box.characters : size) * 9 + 14, 34, 330));
-        if (field.size > 0) made->setMaxLength(field.size);
+        if (field.size > 0) made->setMaxLength(box.longest > 0 ? box.longest : field.size);
     }
     if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
     if (field.size == 1) // a flag: O/N, a kind, a state
@@ -108,6 +108,18 @@ void RecordPanel::load(const Record& record) {
     for (const FieldBox& box : boxes_) edits_[box.field]->put(textOf(box, record));
 }
 
+Decimal RecordPanel::number(const Number& field, const Record& loaded) const {
+    const auto box =
+        std::find_if(boxes_.begin(), boxes_.end(), [&](const FieldBox& one) { return one.field == &field; });
+    if (box == boxes_.end() || edits_[&field]->value().trimmed() == textOf(*box, loaded).trimmed())
+        return loaded[field];
+    const QString typed = edits_[&field]->value().trimmed();
+    if (typed.isEmpty()) return {};
+    const auto number = Decimal::parse(typed);
+    if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed, field.name);
+    return *number;
+}
+
 bool RecordPanel::isChanged(const FieldBox& box, const Record& record) const {
     return !box.readOnly && edits_[box.field]->value().trimmed() != textOf(box, record).trimmed();
 }
@@ -122,12 +134,31 @@ void RecordPanel::store(Record& record) const {
         }
         const auto number = Decimal::parse(typed);
         if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed, box.field->name);
+        if (!Record::fits(*box.field, *number))
+            throw Refusal(QStringLiteral("Valeur trop grande : ") + typed, box.field->name);
         record.set(*box.field, number->toString());
     }
 }
 
 bool RecordPanel::differsFrom(const Record& record) const {
     return std::any_of(boxes_.begin(), boxes_.end(), [&](const FieldBox& box) { return isChanged(box, record); });
+}
+
+QString RecordPanel::changesOf(const Record& shown, const Record& fresh) const {
+    QStringList lines;
+    for (const FieldBox& box : boxes_)
+        if (textOf(box, shown) != textOf(box, fresh))
+            lines.append(QString(box.caption).remove(u'&') + u' ' + textOf(box, shown) + QStringLiteral(" -> ") +
+                         textOf(box, fresh));
+    return lines.join(u'\n');
+}
+
+void RecordPanel::reread(const Record& shown, const Record& fresh) {
+    QHash<const Field*, QString> typed;
+    for (const FieldBox& box : boxes_)
+        if (isChanged(box, shown)) typed.insert(box.field, edits_[box.field]->text());
+    load(fresh);
+    for (auto kept = typed.begin(); kept != typed.end(); ++kept) edits_[kept.key()]->put(kept.value());
 }
 
 void RecordPanel::open(const FieldBox& box, bool editable) {

@@ -21,6 +21,7 @@ struct FieldBox {
     bool isDate = false;
     bool readOnly = false;
     QString listButton = {}; ///< object name of the button that opens the list behind the box; none when empty
+    int longest = 0;         ///< characters that may be typed; the field's own size when 0
 };
 
 /// Captioned boxes over the fields of a record, in columns, in the order in which a user reads them.
@@ -35,11 +36,18 @@ public:
     void setHint(const Field& field, const QString& text);
     void setCaption(const Field& field, const QString& caption);
     void load(const Record& record);
+    /// The number that a box holds: the record's own, to its last decimal, while the box shows it unchanged. Throws
+    /// Refusal.
+    Decimal number(const Number& field, const Record& loaded) const;
     /// Puts into the record what the boxes show otherwise than it does: a figure shown rounded and not touched keeps
     /// every digit. Throws Refusal for a number that is not one.
     void store(Record& record) const;
     /// True when what is typed is not what this record shows; an unreadable number is a change too.
     bool differsFrom(const Record& record) const;
+    /// After another workstation wrote the record shown: says which of its values the boxes show changed, one line a
+    /// value, and shows them without losing what is typed.
+    QString changesOf(const Record& shown, const Record& fresh) const;
+    void reread(const Record& shown, const Record& fresh);
     /// Boxes that are not read-only by nature.
     void setEditable(bool editable);
     /// These boxes only.

@@ -55,6 +55,34 @@ TEST_F(Screens, KeepADocumentFolderChosenWhileARecordIsLookedAt) {
               dossier.folder());
 }
 
+TEST_F(Screens, OfRecordsSayWhatAnotherWorkstationChangedAndKeepWhatIsTyped) {
+    Form* clients = desk->open(QStringLiteral("t_cltges"));
+    const auto box = [&](const char* name) {
+        return static_cast<Edit*>(clients->findChild<QLineEdit*>(QString::fromLatin1(name)));
+    };
+    const auto press = [&](const char* name) {
+        clients->findChild<QPushButton*>(QString::fromLatin1(name))->click();
+    };
+    box("txtclt_cod")->setText(QStringLiteral("1"));
+    ASSERT_TRUE(box("txtclt_cod")->left());
+    press("CmdModifier");
+    box("txtclt_l1")->setText(QStringLiteral("3 RUE NEUVE"));
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    const Criterion first = strclient.clt_cod == QStringLiteral("000001");
+    molven.update(strclient, {{strclient.clt_nom, QStringLiteral("HOPITAL D'AILLEURS")}}, first);
+    said->answers.enqueue(true);
+    press("cmdvalide");
+    const QString told = said->unchecked.dequeue();
+    EXPECT_TRUE(told.contains(QStringLiteral("CLINIQUE DE L'ÉTOILE -> HOPITAL D'AILLEURS"))) << told.toStdString();
+    EXPECT_EQ(box("txtclt_nom")->text() + u'/' + box("txtclt_l1")->text(),
+              QStringLiteral("HOPITAL D'AILLEURS/3 RUE NEUVE"));
+    press("cmdvalide");
+    const auto stored = molven.find(strclient, first);
+    EXPECT_EQ(stored->value(strclient.clt_nom) + u'/' + stored->value(strclient.clt_l1),
+              QStringLiteral("HOPITAL D'AILLEURS/3 RUE NEUVE"));
+}
+
 TEST_F(Screens, OfReprintsKnowTheDocumentModeAndTheReprintWord) {
     QStringList words;
     for (const char* screen : {"T_docedt", "T_docedt2", "T_docedt3", "T_docedt4", "T_btredt"})

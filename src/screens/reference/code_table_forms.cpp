@@ -37,7 +37,8 @@ void MolvenTableForm::tellCurrency() {
 void MolvenTableForm::saveReimbursement(const article_updates::Reimbursement& list, const Record& record,
                                         const std::optional<Record>& before, const QString& question) {
     code_tables::requireWritable(molven_, list.kind, record, before);
-    const bool intoArticles = prompt().ask(question);
+    const bool intoArticles =
+        prompt().confirm(question, record.value(*list.kind.key.first()) + u' ' + record[list.price].toString());
     article_updates::saveReimbursement(molven_, list, record, before, intoArticles);
     if (intoArticles)
         prompt().tell(QStringLiteral("Obligatoire : Faire une mise à jour des produits à partir des articles"));

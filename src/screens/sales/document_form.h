@@ -84,7 +84,8 @@ private:
     SalesBook book_;
     const DocumentHeaders& table_;
     std::optional<Record> document_;
-    bool touched_ = false; ///< created or changed since it was brought up
+    QList<Record> linesRead_; ///< as they stand on the screen
+    bool touched_ = false;    ///< created or changed since it was brought up
     Stage stage_ = Stage::Empty;
     HeaderEntry* header_ = nullptr;
     Grid* lines_ = nullptr;

@@ -87,10 +87,11 @@ void DocumentForm::abandon() {
 
 void DocumentForm::removeDocument() {
     const Record document = requireDocument();
+    const QList<Record> lines = linesRead_;
     if (!book_.kind().isDeletable) documents::requireDeletable(book_, document);
     if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer ce Bon Livraison ? "), about(document)))
         return;
-    documents::remove(book_, document);
+    documents::remove(book_, document, lines);
     touched_ = false;
     display(std::nullopt);
 }
@@ -189,6 +190,7 @@ void DocumentForm::readAgain() {
                                   order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
                                                         : order);
     });
+    linesRead_ = documents::linesRead(book_, *document_);
     const int count = lines_->rows().rowCount();
     if (count > 0) lines_->selectRow(count - 1);
     total_->setText(QStringLiteral("Total HT : ") +

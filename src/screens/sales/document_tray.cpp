@@ -88,8 +88,8 @@ void DocumentForm::addRange(const QStringList& units) {
         document_lines::setUnit(book_, draft, unit);
         drafts.append(draft);
     }
-    unit_warnings::tellNotes(*this, book_, checked);
-    if (!unit_warnings::areAccepted(*this, book_, checked)) return;
+    unit_warnings::tellNotes(*this, book_, *document_, checked);
+    if (!unit_warnings::areAccepted(*this, book_, *document_, checked)) return;
     document_lines::add(book_, *document_, drafts);
     touched_ = true;
     refresh();

@@ -43,7 +43,8 @@ QList<FieldBox> boxes(const DocumentLines& l) {
              {},
              false,
              false,
-             QStringLiteral("Cmdimm")},
+             QStringLiteral("Cmdimm"),
+             Immatriculation::LongestScan},
             {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1")},
             {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 40, {}, false, true},
             {&l.fac_qte, QStringLiteral("Quantité :"), QStringLiteral("txtqte"), 8, small},
@@ -232,7 +233,7 @@ void LineEntry::startChanging(const Record& header, const Record& line) {
 void LineEntry::fillFrom(const Record& line) {
     draft_.line = line;
     draft_.tracked = !line[table_.fac_imm].isEmpty();
-    draft_.isText = line[table_.fac_tva].isEmpty();
+    draft_.isText = document_lines::isText(table_, line);
     draft_.reimbursements = document_lines::reimbursementsOf(book_, line[table_.fac_ref]);
     if (book_.kind().isCredit) draft_.line[table_.fac_qte] = -line[table_.fac_qte];
     shown_ = draft_.line;
@@ -313,19 +314,16 @@ void LineEntry::takeUnit() {
     document_lines::setUnit(book_, draft_, unit);
     show();
     takeAmounts();
-    unit_warnings::tellNotes(form_, book_, {unit});
+    unit_warnings::tellNotes(form_, book_, *header_, {unit});
     validate_->setFocus();
 }
 
 /// Shows the net price that follows from what is typed.
 void LineEntry::takeAmounts() {
     if (draft_.isText) return;
-    const auto number = [this](const Number& field) {
-        const auto value = Decimal::parse(typed(field).isEmpty() ? QStringLiteral("0") : typed(field));
-        if (!value) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed(field), field.name);
-        return *value;
-    };
     Record& line = draft_.line;
+    const Record loaded = line;
+    const auto number = [&](const Number& field) { return panel_->number(field, loaded); };
     line[table_.fac_lg] = typed(table_.fac_lg);
     line[table_.fac_li1] = typed(table_.fac_li1);
     line[table_.fac_qte] = number(table_.fac_qte);
@@ -346,11 +344,12 @@ void LineEntry::validate() {
         units.append(unit_rules::check(book_, *header_, typed(table_.fac_imm)));
         document_lines::setUnit(book_, draft_, units.first());
     }
+    if (draft_.reimbursements.size() > 1) takeReimbursement();
     takeAmounts();
     draft_.line[table_.fac_li1] = typed(table_.fac_li1);
     if (const QString warning = document_lines::stockWarning(book_, draft_); !warning.isEmpty())
         form_.prompt().tell(warning, {}, Icon::Warning);
-    if (!unit_warnings::areAccepted(form_, book_, units)) return;
+    if (!unit_warnings::areAccepted(form_, book_, *header_, units)) return;
     if (purpose_ == Purpose::Insert) {
         document_lines::insert(book_, *header_, draft_, *chosen_);
         written();

@@ -71,8 +71,7 @@ Letter letterTo(const Session& session, const QStringList& senderAddress, const 
          {&strclient.clt_l1, &strclient.clt_l2, &strclient.clt_l3, &strclient.clt_l4, &strclient.clt_l5})
         if (const QString text = client[*line]; !text.isEmpty()) letter.address.append(text);
     letter.placeAndDate = QStringLiteral("Le ") + dateText(Clock::today());
-    letter.subject =
-        QStringLiteral("RAPPEL") + (query.lot.isEmpty() ? QString() : QStringLiteral(" DU LOT ") + query.lot);
+    letter.subject = recall::letterSubject(query);
     letter.paragraphs = {
         QStringLiteral("Madame, Monsieur,"),
         QStringLiteral(
@@ -120,7 +119,6 @@ Report reportOf(const RecallQuery& query, const QList<Record>& units) {
                     unit[r.rap_doc], unit[r.rap_lieu]});
     }
     report.total(countOf(units));
-    report.count();
     return report;
 }
 
@@ -173,12 +171,16 @@ void RecallForm::exportAll() {
     all.exportCsv();
 }
 
+RecallQuery RecallForm::typedQuery() const {
+    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
+    return {value("txtlot_art"), value("txtfou_ref"), value("txtref_art"), value("Mskdeb"), value("Mskfin")};
+}
+
 void RecallForm::find() {
     units_.clear();
     grid_->rows().setRecords({});
     count_->clear();
-    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
-    query_ = {value("txtlot_art"), value("txtfou_ref"), value("txtref_art"), value("Mskdeb"), value("Mskfin")};
+    query_ = typedQuery();
     units_ = recall::find(session(), query_);
     grid_->rows().setRecords(units_);
     count_->setText(countOf(units_));
@@ -186,6 +188,9 @@ void RecallForm::find() {
 
 void RecallForm::requireUnits() const {
     if (units_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), strproduit.lot_art.name);
+    if (!(typedQuery() == query_))
+        throw Refusal(QStringLiteral("Les critères ont changé depuis la recherche : rechercher d'abord"),
+                      strproduit.lot_art.name);
 }
 
 void RecallForm::print() {

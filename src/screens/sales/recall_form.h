@@ -19,6 +19,7 @@ private:
     QLayout* buttons();
     void exportAll();
     void find();
+    RecallQuery typedQuery() const;
     void requireUnits() const;
     void print();
     void writeLetters();

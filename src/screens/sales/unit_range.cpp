@@ -38,7 +38,7 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     first_->setObjectName(QStringLiteral("txtimmdeb"));
     last_->setObjectName(QStringLiteral("txtimmfin"));
     for (Edit* edit : {first_, last_}) {
-        edit->setMaxLength(8);
+        edit->setMaxLength(Immatriculation::LongestScan);
         edit->setFixedWidth(100);
         form_.onLeft(edit, [this] { list(); });
     }
@@ -74,7 +74,11 @@ void UnitRange::open(const Record& header, const QString& reference, const QStri
 
 /// The units between the bounds; all of them are chosen once the user gave the last one.
 void UnitRange::list() {
+    grid_->rows().setRecords({}); // what other bounds gave is not on offer
     const bool bounded = !last_->text().trimmed().isEmpty();
+    for (const Edit* edit : {first_, last_})
+        if (!edit->text().trimmed().isEmpty() && !Immatriculation::fromText(edit->text()).isValid())
+            throw Refusal(QStringLiteral("Immatriculation inconnue"), edit->objectName());
     if (bounded) last_->put(Immatriculation::fromText(last_->text()).number());
     const QString end = bounded ? last_->text() : QStringLiteral("99999999");
     QList<Record> rows;

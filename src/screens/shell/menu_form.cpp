@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFrame>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QProcess>
@@ -97,12 +98,11 @@ void MenuForm::buildPanels() {
     });
     ostraneBook_ = button(QStringLiteral("Optostrane"), QStringLiteral("Livre &OSTRANE"), [] {});
     ostraneBook_->setCheckable(true);
-    auto* leaveBook =
-        leaveButton(QStringLiteral("cmdnonok"), QStringLiteral("&Annuler"), [this] { bookPanel_->hide(); });
+    leaveBook_ = leaveButton(QStringLiteral("cmdnonok"), QStringLiteral("&Annuler"), [this] { bookPanel_->hide(); });
     auto* bookLayout = static_cast<QGridLayout*>(bookPanel_->layout());
     bookLayout->addWidget(ostraneBook_, 1, 0);
     bookLayout->addWidget(salesBook_, 1, 1);
-    bookLayout->addWidget(leaveBook, 1, 2);
+    bookLayout->addWidget(leaveBook_, 1, 2);
 
     numberPanel_ = panel(QStringLiteral("Frame4"), QString(), numberCaption_);
     oldNumber_ = new Edit(numberPanel_);
@@ -114,7 +114,7 @@ void MenuForm::buildPanels() {
         onLeft(box, [box] { box->put(padded(box->text(), 6)); });
     }
     auto* apply = button(QStringLiteral("Cmdoknum"), QStringLiteral("&Valider"), [this] { renumber(); });
-    auto* leaveNumber = leaveButton(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
+    leaveNumber_ = leaveButton(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
         numberPanel_->hide();
         prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
     });
@@ -124,7 +124,7 @@ void MenuForm::buildPanels() {
     numberLayout->addWidget(new QLabel(QStringLiteral("Nouveau numéro :"), numberPanel_), 2, 0);
     numberLayout->addWidget(newNumber_, 2, 1);
     numberLayout->addWidget(apply, 3, 1);
-    numberLayout->addWidget(leaveNumber, 3, 2);
+    numberLayout->addWidget(leaveNumber_, 3, 2);
 
     logo_ = new QLabel(this);
     logo_->setObjectName(QStringLiteral("Imglogo"));
@@ -289,6 +289,21 @@ void MenuForm::renumber() {
     renumbering::renumber(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
     numberPanel_->hide();
     prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));
+}
+
+/// Escape leaves what stands open in the window; the program is left by its menu entry and by closing the window.
+void MenuForm::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) return Form::keyPressEvent(event);
+    if (wordPanel_->isVisible()) {
+        wordPanel_->hide();
+        dossiers_->setFocus();
+    } else if (bookPanel_->isVisible()) {
+        leaveBook_->click();
+    } else if (numberPanel_->isVisible()) {
+        leaveNumber_->click();
+    } else if (dossiers_->isVisible()) {
+        close();
+    }
 }
 
 void MenuForm::closeEvent(QCloseEvent* event) { event->setAccepted(desk().quit()); }

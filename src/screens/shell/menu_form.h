@@ -22,6 +22,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void buildMenu();
@@ -52,11 +53,13 @@ private:
     QLabel* bookCaption_;
     QPushButton* salesBook_;
     QPushButton* ostraneBook_;
+    QPushButton* leaveBook_;
     QString bookMode_;
     QFrame* numberPanel_;
     QLabel* numberCaption_;
     Edit* oldNumber_;
     Edit* newNumber_;
+    QPushButton* leaveNumber_;
     const Renumbering* renumbering_ = nullptr;
     QLabel* logo_;
     QLabel* welcome_;

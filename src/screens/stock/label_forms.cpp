@@ -117,11 +117,18 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
     printButton->setFocus();
 }
 
+/// Other units' labels wait by now.
+void LabelPrintForm::shownAgain() {
+    grid_->rows().setFilter({});
+    grid_->rows().refresh();
+}
+
 void LabelPrintForm::print() {
-    const Recordset rows = tri_.select(etiq);
-    if (rows.isEmpty()) throw Refusal(QStringLiteral("Aucune étiquette à imprimer"));
+    const RecordModel& rows = grid_->rows();
+    if (rows.rowCount() == 0) throw Refusal(QStringLiteral("Aucune étiquette à imprimer"));
     QList<ProductLabel> labels;
-    for (const Record& row : rows) {
+    for (int i = 0; i < rows.rowCount(); ++i) {
+        const Record row = rows.record(i).value();
         labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp],
                        row[etiq.e_ori], row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
         for (const auto& [code, label] :

@@ -39,6 +39,8 @@ class LabelPrintForm : public Form {
 public:
     explicit LabelPrintForm(Desk& desk);
 
+    void shownAgain() override;
+
 private:
     void print();
 

@@ -5,6 +5,7 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
+#include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "screens/price_notice.h"
@@ -261,8 +262,7 @@ void ReceiptForm::showHints() {
         panel_->setHint(strproduit.fou_cde, {});
     }
     Edit* depot = panel_->edit(strproduit.num_dep);
-    const QString whole = padded(depot->value(), strparam.num_par.size);
-    if (parameters::find(molven_, list::Depot, whole)) depot->put(whole);
+    depot->put(codes::completed(molven_, codes::Depot, depot->value()));
     panel_->setHint(strproduit.num_dep, parameters::label(molven_, list::Depot, depot->value()));
 }
 

@@ -62,7 +62,7 @@ Edit* UnitCard::searchBox(const QString& name, int characters, const std::functi
 }
 
 QLayout* UnitCard::buildSearch() {
-    number_ = searchBox(QStringLiteral("txtrecimm"), 8, [this] { findByNumber(); });
+    number_ = searchBox(QStringLiteral("txtrecimm"), Immatriculation::LongestScan, [this] { findByNumber(); });
     number_->isKey = true;
     reference_ = searchBox(QStringLiteral("txtrecref"), 13, [this] { findByReference(); });
     supplierSerial_ = searchBox(QStringLiteral("txtrecfimm"), 30, [this] { findBySupplierSerial(); });
@@ -357,8 +357,8 @@ void UnitCard::openConformity() {
 }
 
 void UnitCard::changeConformity() {
-    const Immatriculation unit = Immatriculation::fromText(requireUnit()[strproduit.imm_art]);
-    units::changeConformity(molven_, unit, conformityCode_->text().trimmed().toUpper(), cause_->text().trimmed());
+    units::changeConformity(molven_, requireUnit(), conformityCode_->text().trimmed().toUpper(),
+                            cause_->text().trimmed());
     refresh();
 }
 

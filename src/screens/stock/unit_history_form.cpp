@@ -57,7 +57,7 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
       heading_(new QLabel(this)),
       situation_(new QLabel(this)) {
     number_->setObjectName(QStringLiteral("txtimm"));
-    number_->setMaxLength(8);
+    number_->setMaxLength(Immatriculation::LongestScan);
     number_->setFixedWidth(110);
     heading_->setObjectName(QStringLiteral("Label1"));
     situation_->setObjectName(QStringLiteral("Lbltrac1"));
