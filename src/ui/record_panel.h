@@ -34,6 +34,8 @@ public:
     /// The words shown beside a code box: the label behind the code, or "inconnu".
     void setHint(const Field& field, const QString& text);
     void setCaption(const Field& field, const QString& caption);
+    /// Marks the boxes that must not stay empty.
+    void markRequired(const QList<const Field*>& fields);
     void load(const Record& record);
     /// Puts into the record what the boxes show otherwise than it does: a figure shown rounded and not touched keeps
     /// every digit. Throws Refusal for a number that is not one.
