@@ -1,4 +1,5 @@
 #include "play/player.h"
+#include "ui/style.h"
 
 #include <gmock/gmock.h>
 
@@ -11,6 +12,7 @@ int main(int argc, char* argv[]) {
     molven::play::useScreen();
     QApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    molven::style::apply(application);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,7 @@
 #include "screens/screens.h"
 #include "ui/desk.h"
 #include "ui/printer.h"
+#include "ui/style.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -26,6 +27,7 @@ QString lockPath(const QString& home) {
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    style::apply(application);
     QTranslator toolkit;
     if (toolkit.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
@@ -44,6 +46,8 @@ int main(int argc, char* argv[]) {
     const bool first = lock.tryLock(0);
     Desk desk(home, std::make_unique<MessageBoxPrompt>(), std::make_unique<PreviewPrinter>());
     desk.isAlreadyRunning = [first] { return !first; };
+    desk.habits.keepIn(std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("MOLVEN"),
+                                                   QStringLiteral("fenetres")));
     startProgram(desk);
     return QApplication::exec();
 }

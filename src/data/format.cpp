@@ -44,4 +44,8 @@ QString folded(const QString& text) {
 
 QString shown(const Decimal& value) { return value.toString().replace(u'.', u','); }
 
+QString counted(qint64 count, const QString& noun) {
+    return QString::number(count) + u' ' + noun + (count > 1 ? QStringLiteral("s") : QString());
+}
+
 } // namespace molven

@@ -168,7 +168,7 @@ QString words(const RecallQuery& query) {
 
 QString holder(const Record& unit) {
     const QString client = unit[strrappel.rap_clt], name = unit[strrappel.rap_nom], depot = unit[strrappel.rap_dep];
-    if (!client.isEmpty()) return QStringLiteral("Etablissement : ") + (name.isEmpty() ? client : name);
+    if (!client.isEmpty()) return QStringLiteral("Établissement : ") + (name.isEmpty() ? client : name);
     if (unit[strrappel.rap_etat] == state::InSet) return QStringLiteral("Dans un ancillaire, dépôt ") + depot;
     if (depot == MainDepot) return QStringLiteral("Au dépôt principal ") + depot;
     if (depot == ReturnedDepot) return QStringLiteral("Retournés au fournisseur");

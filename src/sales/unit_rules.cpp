@@ -1,7 +1,5 @@
 #include "sales/unit_rules.h"
 
-#include "data/clock.h"
-#include "data/dates.h"
 #include "data/errors.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
@@ -100,11 +98,9 @@ Warnings warnings(SalesBook& book, const Record& header, const Record& unit) {
     const QString expiry = unit[strproduit.dat_per];
     if (unit[strproduit.fab_con] == list::Scrapped)
         found.doubts.append(named + QStringLiteral(" : ") + units::conformityText(book.molven, unit));
-    if (!isMonthYear(expiry)) return found;
-    const QDate lastDay = QDate(expiry.right(4).toInt(), expiry.left(2).toInt(), 1).addMonths(1).addDays(-1);
-    if (lastDay < Clock::today())
+    if (units::expiryOf(unit) == units::Expiry::Past)
         found.doubts.append(named + QStringLiteral(" périmée depuis ") + expiry);
-    else if (lastDay <= Clock::today().addMonths(1))
+    else if (units::expiryOf(unit) == units::Expiry::Soon)
         found.notes.append(named + QStringLiteral(" : péremption proche, ") + expiry);
     return found;
 }

@@ -24,12 +24,10 @@ namespace molven {
 namespace {
 
 template <class Screen>
-void add(Desk& desk, const char* name) {
-    desk.addScreen(QString::fromLatin1(name), [](Desk& owner) -> Form* { return new Screen(owner); });
+void add(Desk& desk, const char* name, const QStringList& modes = {}) {
+    desk.addScreen(
+        QString::fromLatin1(name), [](Desk& owner) -> Form* { return new Screen(owner); }, modes);
 }
-
-/// The maintenance screen: one of its modes is built.
-Form* maintenance(Desk& desk) { return desk.session.mode_ecran == u"ANG" ? new EnglishLabelForm(desk) : nullptr; }
 
 } // namespace
 
@@ -59,7 +57,7 @@ void addScreens(Desk& desk) {
     add<TariffForm>(desk, "T_partarif");
     add<DiscountForm>(desk, "T_parrem");
     add<CommissionRateForm>(desk, "T_partxrep");
-    desk.addScreen(QStringLiteral("T_utilit"), maintenance);
+    add<EnglishLabelForm>(desk, "T_utilit", {QStringLiteral("ANG")});
     add<ReceiptForm>(desk, "T_proges");
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");

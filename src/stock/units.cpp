@@ -78,6 +78,14 @@ QString conformityName(const QString& code) {
     return QStringLiteral("Conforme");
 }
 
+Expiry expiryOf(const Record& unit) {
+    const QString month = unit[strproduit.dat_per];
+    if (!isMonthYear(month)) return Expiry::None;
+    const QDate lastDay = QDate(month.right(4).toInt(), month.left(2).toInt(), 1).addMonths(1).addDays(-1);
+    if (lastDay < Clock::today()) return Expiry::Past;
+    return lastDay <= Clock::today().addMonths(1) ? Expiry::Soon : Expiry::Good;
+}
+
 QString conformityText(Database molven, const Record& unit) {
     const QString code = unit[strproduit.fab_con];
     if (code.isEmpty()) return {};

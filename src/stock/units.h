@@ -46,6 +46,10 @@ QString stateName(const QString& unitState);
 /// "Conforme", "Retouché", "Dérogé" or "Rebuté".
 QString conformityName(const QString& code);
 
+/// A unit is good until the last day of its month of expiry, and expires soon in the month before that day.
+enum class Expiry { None, Good, Soon, Past };
+Expiry expiryOf(const Record& unit);
+
 /// Deletes a unit still in stock with its conformity history, and lowers its article's quantity. Throws Refusal for
 /// another. What papers name a unit is known above: a user's deletion goes through `unit_removal`.
 void remove(Database molven, const Immatriculation& immatriculation);

@@ -4,6 +4,7 @@
 #include "dossier/references.h"
 #include "ui/pick_panel.h"
 #include "ui/printed_list.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,11 +18,11 @@ void CodeTableForm::build(const CodeTableView& view) {
     view_.emplace(view);
     auto* caption = new QLabel(view.caption, this);
     caption->setObjectName(QStringLiteral("Label1"));
-    QFont bold = caption->font();
-    bold.setBold(true);
-    caption->setFont(bold);
+    style::makeHeading(*caption);
     grid_ = new Grid(QStringLiteral("DBGrid1"), view.columns, this);
     panel_ = new RecordPanel(view.boxes, 1, this);
+    panel_->markRequired(keyFields());
+    for (const CodeTable::Required& field : view.kind.required) panel_->markRequired({&field.field});
     for (const FieldBox& box : panel_->boxes()) {
         const Field& field = *box.field;
         bind(field.name, panel_->edit(field));
@@ -76,8 +77,9 @@ Record CodeTableForm::blank() const {
 void CodeTableForm::setAdding(bool adding) {
     adding_ = adding;
     grid_->setEnabled(!adding);
-    for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!adding);
-    validate_->setEnabled(adding);
+    for (QPushButton* made : {add_, change_, remove_})
+        allow(made, !adding, QStringLiteral("Une fiche est en cours d'ajout : validez-la ou annulez"));
+    allow(validate_, adding, QStringLiteral("Rien n'est en cours d'ajout"));
     setDefaultButton(adding ? validate_ : nullptr); // beside it, Return walks from box to box
     setCancelButton(adding ? abandon_ : nullptr, true);
 }

@@ -2,6 +2,7 @@
 
 #include "ui/edit.h"
 #include "ui/form.h"
+#include "ui/style.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -18,7 +19,7 @@ Edit* makeEdit(const CriterionBox& box, QWidget* parent) {
     if (box.kind == CriterionBox::Kind::Month) return new DateBox(parent, DateBox::Precision::Month);
     auto* edit = new Edit(parent);
     edit->setMaxLength(box.characters);
-    edit->setFixedWidth(std::min(box.characters, 16) * 9 + 14);
+    edit->setFixedWidth(style::boxWidth(std::min(box.characters, 16)));
     return edit;
 }
 
@@ -26,9 +27,8 @@ Edit* makeEdit(const CriterionBox& box, QWidget* parent) {
 
 CriteriaPanel::CriteriaPanel(Form& form, const QList<CriterionBox>& boxes, int columns) : QWidget(&form) {
     auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setHorizontalSpacing(6);
-    layout->setVerticalSpacing(3);
+    style::nest(*layout);
+    style::spaceAsBoxes(*layout);
     int place = 0;
     for (const CriterionBox& box : boxes) {
         QWidget* made = nullptr;

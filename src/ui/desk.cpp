@@ -34,9 +34,7 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     }
     Form* form = nullptr;
     try {
-        const auto factory = factories_.constFind(name);
-        if (factory != factories_.constEnd()) form = (*factory)(*this);
-        if (!form) form = new UnbuiltForm(*this, name, title);
+        form = isBuilt(name, mode) ? screens_[name].factory(*this) : new UnbuiltForm(*this, name, title);
     } catch (const Refusal& refusal) {
         prompt().tell(refusal.text);
         return nullptr;
@@ -49,6 +47,11 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     form->show();
     form->activateWindow();
     return form;
+}
+
+bool Desk::isBuilt(const QString& name, const QString& mode) const {
+    const auto screen = screens_.constFind(name);
+    return screen != screens_.constEnd() && (screen->modes.isEmpty() || screen->modes.contains(mode));
 }
 
 QList<Form*> Desk::windows() const {

@@ -2,6 +2,7 @@
 
 #include "printing/report.h"
 #include "shell/session.h"
+#include "ui/habits.h"
 #include "ui/prompt.h"
 
 #include <QHash>
@@ -26,7 +27,7 @@ public:
 /// One run of the program: its session, its open windows, what it says and prints. Every screen is handed it.
 class Desk {
 public:
-    /// Makes a screen, or null for a mode not built yet; the mode word stands in the session.
+    /// Makes a screen; the mode word stands in the session.
     using Factory = std::function<Form*(Desk&)>;
 
     Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer);
@@ -35,6 +36,7 @@ public:
     Desk& operator=(const Desk&) = delete;
 
     Session session;
+    Habits habits;
 
     Prompt& prompt() { return *prompt_; }
     /// True when the job was printed or saved.
@@ -42,7 +44,11 @@ public:
     /// A list, headed by the company and the day.
     bool print(const Report& report);
 
-    void addScreen(const QString& name, const Factory& factory) { factories_.insert(name, factory); }
+    /// A screen that is built for these mode words only, for all when there are none.
+    void addScreen(const QString& name, const Factory& factory, const QStringList& modes = {}) {
+        screens_.insert(name, {factory, modes});
+    }
+    bool isBuilt(const QString& name, const QString& mode) const;
     /// Opens a screen under a mode word, or shows it again when it is open in that mode. `title` names the menu
     /// entry, for a screen not built yet.
     Form* open(const QString& name, const QString& mode = {}, const QString& title = {});
@@ -59,9 +65,14 @@ public:
     std::function<bool()> isAlreadyRunning = [] { return false; };
 
 private:
+    struct Screen {
+        Factory factory;
+        QStringList modes;
+    };
+
     std::unique_ptr<Prompt> prompt_;
     std::unique_ptr<PrintTarget> printer_;
-    QHash<QString, Factory> factories_;
+    QHash<QString, Screen> screens_;
     QList<QPointer<Form>> windows_;
     bool quitting_ = false;
     bool fontTold_ = false;

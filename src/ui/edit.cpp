@@ -1,6 +1,7 @@
 #include "ui/edit.h"
 
 #include "data/dates.h"
+#include "ui/style.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -30,29 +31,21 @@ void Edit::put(const QString& newText) {
     settled_ = text();
     setCursorPosition(0);
     if (!leaving_) setRefused(false);
+    style::markMended(*this);
 }
 
 void Edit::setEditable(bool editable) {
     setReadOnly(!editable);
     setFocusPolicy(editable ? Qt::StrongFocus : Qt::ClickFocus);
-    showState();
 }
 
 void Edit::setRefused(bool refused) {
     refusedText_ = refused ? text() : QString();
-    if (refused == refused_) return;
     refused_ = refused;
-    showState();
-}
-
-void Edit::showState() {
-    const QColor refusedBase(0xff, 0xe3, 0xe0);
-    QPalette colours = parentWidget() ? parentWidget()->palette() : QPalette();
-    if (isReadOnly())
-        colours.setColor(QPalette::Base, colours.color(QPalette::Window));
-    else if (refused_)
-        colours.setColor(QPalette::Base, refusedBase);
-    setPalette(colours);
+    if (!refused)
+        style::markMended(*this);
+    else if (!style::isRefused(*this)) // whoever refused did not name the box
+        style::markRefused(*this, QStringLiteral("Valeur refusée"));
 }
 
 QString Edit::value() const {
@@ -94,7 +87,7 @@ void Edit::focusOutEvent(QFocusEvent* event) {
 
 DateBox::DateBox(QWidget* parent, Precision precision) : Edit(parent) {
     setInputMask(precision == Precision::Day ? QStringLiteral("99/99/9999;_") : QStringLiteral("99/9999;_"));
-    setFixedWidth(precision == Precision::Day ? 100 : 80);
+    setFixedWidth(style::boxWidth(precision == Precision::Day ? 10 : 7));
     put({});
 }
 

@@ -39,7 +39,6 @@ protected:
 
 private:
     void setRefused(bool refused);
-    void showState();
 
     QString settled_;
     QString refusedText_;

@@ -1,7 +1,9 @@
 #include "ui/form.h"
 
+#include "ui/accessible_names.h"
 #include "ui/edit.h"
 #include "ui/pick_panel.h"
+#include "ui/style.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -35,12 +37,37 @@ Form::Form(Desk& desk, const QString& name) : desk_(desk), mode_(desk.session.mo
 
 Form::~Form() = default;
 
+namespace {
+
+/// Under which a window's place is kept.
+QString placeOf(const Form& form) { return form.habit() + QStringLiteral("/place"); }
+
+constexpr Qt::WindowStates FillsTheScreen = Qt::WindowMaximized | Qt::WindowFullScreen;
+
+/// A window of which a part stood on a screen that is gone comes back whole.
+void bringOntoScreen(QWidget& window) {
+    if (window.windowState() & FillsTheScreen) return;
+    const QRect left = window.geometry();
+    const QScreen* found = QApplication::screenAt(left.center());
+    const QRect screen = (found ? found : QApplication::primaryScreen())->availableGeometry();
+    QRect whole(left.topLeft(), left.size().boundedTo(screen.size()));
+    whole.moveLeft(std::clamp(whole.left(), screen.left(), screen.right() + 1 - whole.width()));
+    whole.moveTop(std::clamp(whole.top(), screen.top(), screen.bottom() + 1 - whole.height()));
+    window.setGeometry(whole);
+}
+
+} // namespace
+
 void Form::applyTitle(const QString& caption, Qt::WindowStates state) {
     setWindowTitle(caption);
+    if (!isVisible()) standsAsLeft_ = restoreGeometry(desk_.habits.value(placeOf(*this)).toByteArray());
+    if (standsAsLeft_) return bringOntoScreen(*this);
     resize(sizeHint().expandedTo(this->size()));
     settleOnScreen();
     setWindowState(state);
 }
+
+QString Form::habit() const { return mode_.isEmpty() ? objectName() : objectName() + u' ' + mode_; }
 
 /// Keeps the window, its frame included, on the screen, and in the middle of it.
 void Form::settleOnScreen() {
@@ -56,7 +83,14 @@ void Form::settleOnScreen() {
 
 void Form::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) settleOnScreen();
+    nameControls(*this);
+    if (standsAsLeft_ || windowState() & FillsTheScreen) return;
+    settleOnScreen();
+}
+
+void Form::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) desk_.habits.set(placeOf(*this), saveGeometry());
+    QWidget::hideEvent(event);
 }
 
 bool Form::guarded(const std::function<void()>& handler) {
@@ -64,6 +98,7 @@ bool Form::guarded(const std::function<void()>& handler) {
         handler();
         return true;
     } catch (const Refusal& refusal) {
+        markRefused(refusal);
         prompt().tell(refusal.text);
         focusField(refusal.field);
     } catch (const DataError& error) {
@@ -90,9 +125,32 @@ bool Form::written(const std::function<void()>& write, const std::function<QStri
     return false;
 }
 
-void Form::focusField(const QString& field) {
+QWidget* Form::controlOf(const QString& field) const {
     QWidget* control = bound_.value(field);
-    if (!control && !field.isEmpty()) control = findChild<QWidget*>(field);
+    return control || field.isEmpty() ? control : findChild<QWidget*>(field);
+}
+
+/// The box says what was refused until it is typed into, or the next attempt.
+void Form::markRefused(const Refusal& refusal) {
+    auto* box = qobject_cast<QLineEdit*>(controlOf(refusal.field));
+    if (!box) return;
+    style::markRefused(*box, refusal.text);
+    connect(
+        box, &QLineEdit::textChanged, box, [box] { style::markMended(*box); }, Qt::SingleShotConnection);
+}
+
+void Form::mendBoxes() {
+    for (QLineEdit* box : findChildren<QLineEdit*>())
+        if (const auto* edit = dynamic_cast<Edit*>(box); !edit || !edit->isRefused()) style::markMended(*box);
+}
+
+void Form::allow(QPushButton* button, bool allowed, const QString& why) {
+    button->setEnabled(allowed);
+    button->setToolTip(allowed ? QString() : why);
+}
+
+void Form::focusField(const QString& field) {
+    QWidget* control = controlOf(field);
     if (!control || !control->isVisible()) return;
     control->setFocus(Qt::OtherFocusReason);
     if (auto* edit = qobject_cast<QLineEdit*>(control)) edit->selectAll();
@@ -108,7 +166,10 @@ QPushButton* Form::leaveButton(const QString& name, const QString& caption, cons
     auto* made = new QPushButton(caption, this);
     made->setObjectName(name);
     made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, [this, handler] { guarded(handler); });
+    connect(made, &QPushButton::clicked, this, [this, handler] {
+        mendBoxes();
+        guarded(handler);
+    });
     return made;
 }
 
@@ -125,7 +186,11 @@ bool Form::settle(const QWidget* except) {
     return std::all_of(boxes.begin(), boxes.end(), [](Edit* edit) { return edit->leave(); });
 }
 
-void Form::setDefaultButton(QPushButton* button) { defaultButton_ = button; }
+void Form::setDefaultButton(QPushButton* button) {
+    if (defaultButton_) defaultButton_->setDefault(false);
+    defaultButton_ = button;
+    if (button) button->setDefault(true); // shown and announced as such
+}
 
 void Form::setCancelButton(QPushButton* button, bool asks) {
     cancelButton_ = button;

@@ -29,6 +29,8 @@ public:
     ~Form() override;
 
     const QString& mode() const { return mode_; }
+    /// The name under which the user's habits with this window are kept.
+    QString habit() const;
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 
@@ -45,6 +47,8 @@ public:
     /// A refusal naming this table field puts the focus on that control.
     void bind(const QString& field, QWidget* control) { bound_.insert(field, control); }
     void focusField(const QString& field);
+    /// Whether a button can act, and why it cannot, which its tip says.
+    void allow(QPushButton* button, bool allowed, const QString& why);
 
     /// Writes a change of a record; false when another workstation had changed it meanwhile. The user is told `changes`
     /// of it then, and `reread` runs when he wants to read it again under what he typed.
@@ -78,12 +82,16 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void pressReturn();
     void escape();
     void settleOnScreen();
+    QWidget* controlOf(const QString& field) const;
+    void markRefused(const Refusal& refusal);
+    void mendBoxes();
 
     Desk& desk_;
     QString mode_;
@@ -93,6 +101,7 @@ private:
     QPointer<QPushButton> cancelButton_;
     bool cancelAsks_ = false;
     QPointer<PickPanel> pickPanel_;
+    bool standsAsLeft_ = false; ///< where and as large as the user left it
 };
 
 } // namespace molven

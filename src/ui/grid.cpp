@@ -3,6 +3,8 @@
 #include "data/csv.h"
 #include "data/safe_file.h"
 #include "ui/form.h"
+#include "ui/grid_columns.h"
+#include "ui/style.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -28,13 +30,12 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // the order of the query, until a header is clicked
     setSortingEnabled(true);
     setTabKeyNavigation(false);
-    horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setHighlightSections(false);
     verticalHeader()->setVisible(false);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    verticalHeader()->setDefaultSectionSize(24);
-    applyWidths();
+    verticalHeader()->setDefaultSectionSize(style::RowHeight);
+    columns_ = new GridColumns(*this);
     model_->guard = [this](const std::function<void()>& work) { guarded(work); };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
@@ -42,9 +43,11 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     });
     connect(model_, &RecordModel::modelReset, this, [this] {
         showFilter();
+        columns_->fit();
         if (rowsChanged) guarded(rowsChanged);
     });
     buildFilterStrip();
+    beginColumns({});
 }
 
 void Grid::buildFilterStrip() {
@@ -58,7 +61,7 @@ void Grid::buildFilterStrip() {
     clear->setFocusPolicy(Qt::NoFocus);
     connect(clear, &QToolButton::clicked, this, [this] { setFilter({}); });
     auto* line = new QHBoxLayout(filterStrip_);
-    line->setContentsMargins(6, 1, 6, 1);
+    style::nest(*line);
     line->addWidget(filterText_, 1);
     line->addWidget(clear);
     filterStrip_->hide();
@@ -68,7 +71,7 @@ void Grid::buildFilterStrip() {
 void Grid::showFilter() {
     const bool filtered = !model_->filter().isEmpty();
     if (filtered)
-        filterText_->setText(QStringLiteral("Filtre : %1     %2 sur %3     Echap : effacer")
+        filterText_->setText(QStringLiteral("Filtre : %1     %2 sur %3     Échap : effacer")
                                  .arg(model_->filter())
                                  .arg(model_->rowCount())
                                  .arg(model_->unfilteredCount()));
@@ -107,6 +110,17 @@ void Grid::focusInEvent(QFocusEvent* event) {
     QTableView::focusInEvent(event);
     if (!hadCurrent) selectionModel()->setCurrentIndex({}, QItemSelectionModel::NoUpdate); // what is chosen stays
     following_ = false;
+    update(); // the edge shows the focus
+}
+
+void Grid::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    update();
+}
+
+void Grid::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    columns_->fit();
 }
 
 void Grid::mousePressEvent(QMouseEvent* event) {
@@ -131,15 +145,18 @@ void Grid::guarded(const std::function<void()>& work) {
         work();
 }
 
-void Grid::setColumns(const QList<GridColumn>& columns) {
+void Grid::setColumns(const QList<GridColumn>& columns, const QString& habit) {
     model_->setColumns(columns);
-    horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    applyWidths();
+    beginColumns(habit);
 }
 
-void Grid::applyWidths() {
-    for (int i = 0; i < model_->columns().size(); ++i) setColumnWidth(i, model_->columns()[i].width);
+void Grid::beginColumns(const QString& habit) {
+    auto* form = dynamic_cast<Form*>(window());
+    const QString name = form && habit.isEmpty() ? form->habit() + u'/' + objectName() : habit;
+    columns_->begin(form ? &form->desk().habits : nullptr, name);
 }
+
+void Grid::restoreColumns() { columns_->restoreDefaults(); }
 
 std::optional<Record> Grid::current() const { return model_->record(currentIndex().row()); }
 

@@ -9,15 +9,22 @@ class QLabel;
 
 namespace molven {
 
-/// A list of records. A clicked header sorts; typing filters (Backspace takes back, Escape clears) and shows the filter
-/// below the rows; Ctrl+C copies the chosen rows, Ctrl+E exports what is shown as CSV; Return or a double click
-/// chooses. The current row is the record that the screen shows and acts upon, however it became current.
+class GridColumns;
+
+/// A list of records. A clicked header sorts, a dragged one moves or widens its column, and stays so; typing filters
+/// (Backspace takes back, Escape clears) and shows the filter below the rows; Ctrl+C copies the chosen rows, Ctrl+E
+/// exports what is shown as CSV; Return or a double click chooses. The current row is the record that the screen shows
+/// and acts upon, however it became current.
 class Grid : public QTableView {
 public:
     Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent);
 
     RecordModel& rows() { return *model_; }
-    void setColumns(const QList<GridColumn>& columns);
+    /// Other columns; the user's habits with them are kept under a name of their own, else under the grid's.
+    void setColumns(const QList<GridColumn>& columns, const QString& habit = {});
+
+    /// Columns as they are described, whatever the user did with them.
+    void restoreColumns();
 
     std::optional<Record> current() const;
     void selectRow(int row);
@@ -37,6 +44,8 @@ public:
 protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -48,11 +57,12 @@ private:
     void tellCurrent();
     void buildFilterStrip();
     void showFilter();
-    void applyWidths();
+    void beginColumns(const QString& habit);
     void copySelection() const;
     void setFilter(const QString& text);
 
     RecordModel* model_;
+    GridColumns* columns_ = nullptr;
     QFrame* filterStrip_ = nullptr;
     QLabel* filterText_ = nullptr;
     int pressedOver_ = -1; ///< row that was current when the mouse went down

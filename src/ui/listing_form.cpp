@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "ui/edit.h"
 #include "ui/printed_list.h"
+#include "ui/style.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -19,7 +20,7 @@ void ListingForm::build(const Listing& listing) {
         auto* edit = new Edit(this);
         edit->setObjectName(name);
         edit->setMaxLength(listing_->range.size);
-        edit->setFixedWidth(listing_->range.size * 9 + 14);
+        edit->setFixedWidth(style::boxWidth(listing_->range.size));
         if (listing_->digits > 0) onLeft(edit, [this, edit] { edit->put(padded(edit->text(), listing_->digits)); });
         return edit;
     };
@@ -39,7 +40,7 @@ void ListingForm::build(const Listing& listing) {
     criteria->addWidget(first_);
     criteria->addWidget(new QLabel(QStringLiteral("au :"), this));
     criteria->addWidget(last_);
-    criteria->addSpacing(16);
+    criteria->addSpacing(style::WideGap);
     criteria->addWidget(new QLabel(QStringLiteral("Tri par :"), this));
     criteria->addWidget(orders_);
     criteria->addStretch();

@@ -6,6 +6,7 @@
 #include "reference/tariff_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
+#include "ui/unit_marks.h"
 
 namespace molven::pick_lists {
 
@@ -171,7 +172,7 @@ QList<GridColumn> unitColumns() {
             {&strproduit.pro_li1, QStringLiteral("Désignation"), 300},
             {&strproduit.lot_art, QStringLiteral("Lot"), 90},
             {&strproduit.dat_per, QStringLiteral("Péremption"), 90},
-            {&strproduit.tes_vte, QStringLiteral("Etat"), 45},
+            unitStateColumn(),
             {&strproduit.num_dep, QStringLiteral("Dépôt"), 55},
             {&strproduit.clt_vte, QStringLiteral("Client"), 65},
             {&strproduit.num_vte, QStringLiteral("Document"), 80}};

@@ -1,6 +1,8 @@
 #include "ui/pick_panel.h"
 
+#include "data/format.h"
 #include "ui/form.h"
+#include "ui/style.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -17,9 +19,8 @@ PickPanel::PickPanel(QWidget* form)
     setFrameShape(StyledPanel);
     setFrameShadow(Raised);
     setAutoFillBackground(true);
-    QFont bold = title_->font();
-    bold.setBold(true);
-    title_->setFont(bold);
+    style::makeHeading(*title_);
+    style::makeQuiet(*hint_);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(title_);
     layout->addWidget(grid_);
@@ -28,10 +29,22 @@ PickPanel::PickPanel(QWidget* form)
     hide();
 }
 
+namespace {
+
+/// Every list of these columns is the same to its user, on whichever screen it opens.
+QString habitOf(const QList<GridColumn>& columns) {
+    QStringList names;
+    for (const GridColumn& column : columns) names.append(column.field->name);
+    return QStringLiteral("listes/") + names.join(u'+');
+}
+
+} // namespace
+
 void PickPanel::open(const PickList& list) {
     back_ = parentWidget()->focusWidget();
     title_->setText(list.title);
-    grid_->setColumns(list.columns);
+    grid_->setAccessibleName(list.title);
+    grid_->setColumns(list.columns, habitOf(list.columns));
     if (list.query)
         grid_->rows().setQuery(list.query);
     else
@@ -49,10 +62,8 @@ void PickPanel::open(const PickList& list) {
 }
 
 void PickPanel::showCount() {
-    const int count = grid_->rows().rowCount();
-    hint_->setText(QStringLiteral("%1 %2 - tapez pour filtrer, Entrée choisit, Echap ferme")
-                       .arg(count)
-                       .arg(count > 1 ? QStringLiteral("lignes") : QStringLiteral("ligne")));
+    hint_->setText(counted(grid_->rows().rowCount(), QStringLiteral("ligne")) +
+                   QStringLiteral(" - tapez pour filtrer, Entrée choisit, Échap ferme"));
 }
 
 void PickPanel::settle() {

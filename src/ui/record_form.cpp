@@ -1,4 +1,5 @@
 #include "ui/record_form.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -18,11 +19,12 @@ void RecordForm::build(const Description& description) {
     codes_->wire([this](const Field&) { showWords(); });
     list_->becameCurrent = list_->chosen = [this](const Record& row) { bringUp(row); };
     panel_->edit(description.key)->isKey = true;
+    panel_->markRequired(description.required + QList<const Field*>{&description.key});
     onLeft(panel_->edit(description.key), [this] { lookUp(); });
 
     auto* record = new QWidget(this);
     auto* recordLayout = new QVBoxLayout(record);
-    recordLayout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*recordLayout);
     recordLayout->addWidget(panel_);
     extraRows_ = new QVBoxLayout;
     recordLayout->addLayout(extraRows_);
@@ -35,17 +37,22 @@ void RecordForm::build(const Description& description) {
     room->setWidget(record);
     auto* right = new QWidget(this);
     auto* rightLayout = new QVBoxLayout(right);
-    rightLayout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*rightLayout);
     rightLayout->addWidget(room, 1);
     rightLayout->addLayout(buttonRow());
     auto* split = new QSplitter(this);
     split->addWidget(list_);
     split->addWidget(right);
     split->setStretchFactor(1, 1);
-    split->setSizes({340, 900});
+    split->setSizes({380, 880});
+    split->setChildrenCollapsible(false);
+    const QString place = habit() + QStringLiteral("/partage");
+    split->restoreState(this->desk().habits.value(place).toByteArray());
+    connect(split, &QSplitter::splitterMoved, this,
+            [this, split, place] { this->desk().habits.set(place, split->saveState()); });
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(split);
-    resize(1240, 740);
+    resize(1264, 760);
     applyTitle(description.title);
     setState(State::Viewing);
     panel_->edit(description.key)->setFocus();
@@ -108,8 +115,10 @@ void RecordForm::setState(State state) {
         panel_->setEditable(true);
     if (state == State::Changing) panel_->edit(description_->key)->setEditable(false);
     list_->setEnabled(!editing);
-    for (QPushButton* made : {add_, change_, remove_}) made->setEnabled(!editing);
-    for (QPushButton* made : {validate_, abandon_}) made->setEnabled(editing);
+    for (QPushButton* made : {add_, change_, remove_})
+        allow(made, !editing, QStringLiteral("Une fiche est en cours de saisie : validez-la ou annulez"));
+    for (QPushButton* made : {validate_, abandon_})
+        allow(made, editing, QStringLiteral("Rien n'est en cours de saisie : ajoutez ou modifiez une fiche"));
     stateChanged();
     showWords();
 }

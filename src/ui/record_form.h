@@ -29,6 +29,7 @@ protected:
         QString unknown;                      ///< said when the code typed has no record
         QString noneChosen;                   ///< said when a button needs a record on the screen
         QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
+        QList<const Field*> required = {};    ///< besides the key, must not stay empty
     };
 
     RecordForm(Desk& desk, const QString& name) : Form(desk, name) {}

@@ -141,7 +141,27 @@ int RecordModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(columns_.size());
 }
 
+/// The part of a cell's mark that a view asks for; nothing where there is none.
+QVariant RecordModel::marked(const QModelIndex& index, int role) const {
+    try {
+        const auto row = record(index.row());
+        if (!row) return {};
+        const CellMark mark = columns_[index.column()].mark(*row);
+        if (mark.word.isEmpty()) return {};
+        if (role == Qt::DisplayRole) return mark.word;
+        if (role == Qt::ToolTipRole) return mark.tip;
+        if (role == Qt::ForegroundRole) return style::colour(mark.tone);
+        return style::dot(mark.tone);
+    } catch (const DataError&) {
+        return {};
+    }
+}
+
 QVariant RecordModel::data(const QModelIndex& index, int role) const {
+    const bool ofMark =
+        role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::ForegroundRole || role == Qt::DecorationRole;
+    if (ofMark && columns_[index.column()].mark)
+        if (const QVariant found = marked(index, role); found.isValid()) return found;
     if (role == Qt::DisplayRole) return text(index.row(), index.column());
     if (role == Qt::TextAlignmentRole && columns_[index.column()].field->kind == Field::Kind::Number)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);

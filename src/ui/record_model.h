@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "ui/style.h"
 
 #include <QAbstractTableModel>
 
@@ -9,12 +10,20 @@
 
 namespace molven {
 
+/// What a cell shows instead of its value: a word with its colour, and more in its tip.
+struct CellMark {
+    QString word;
+    style::Tone tone;
+    QString tip;
+};
+
 /// A column of a grid: a field and its title. Numbers are shown by their pattern.
 struct GridColumn {
     const Field* field;
     QString title;
-    int width = 100;      ///< pixels
-    QString pattern = {}; ///< "#####0.00"; empty shows the shortest form
+    int width = 100;                                  ///< pixels
+    QString pattern = {};                             ///< "#####0.00"; empty shows the shortest form
+    std::function<CellMark(const Record&)> mark = {}; ///< shown for a value that only the program reads
 };
 
 /// The rows of a grid: either a selection of the engine, read by pages, or records at hand.
@@ -55,6 +64,7 @@ public:
 private:
     Criterion filterCriterion() const;
     bool holds(const Record& record) const;
+    QVariant marked(const QModelIndex& index, int role) const;
     void rearrange();
 
     QList<GridColumn> columns_;

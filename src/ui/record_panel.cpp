@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "ui/style.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -22,7 +23,7 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
     made->setObjectName(box.control.isEmpty() ? QStringLiteral("txt") + field.name : box.control);
     if (!box.isDate) {
         const int size = field.size > 0 ? std::min(field.size, 40) : 12;
-        made->setFixedWidth(std::clamp((box.characters > 0 ? box.characters : size) * 9 + 14, 34, 330));
+        made->setFixedWidth(style::boxWidth(box.characters > 0 ? box.characters : size));
         if (field.size > 0) made->setMaxLength(box.longest > 0 ? box.longest : field.size);
     }
     if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
@@ -37,9 +38,8 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
 
 RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent) : QWidget(parent), boxes_(boxes) {
     auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(4, 4, 4, 4);
-    layout->setHorizontalSpacing(8);
-    layout->setVerticalSpacing(4);
+    style::nest(*layout);
+    style::spaceAsBoxes(*layout);
     const auto rows = (boxes_.size() + columns - 1) / columns;
     for (qsizetype i = 0; i < boxes_.size(); ++i) {
         const FieldBox& box = boxes_[i];
@@ -58,7 +58,7 @@ RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* par
 
 QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
     auto* line = new QHBoxLayout;
-    line->setSpacing(6);
+    line->setSpacing(style::Gap);
     line->addWidget(edit);
     if (!box.listButton.isEmpty()) {
         auto* list = new QToolButton(this);
@@ -71,9 +71,11 @@ QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
     auto* hint = new QLabel(this);
     hint->setObjectName(QStringLiteral("lbl") + box.field->name);
     hint->setTextFormat(Qt::PlainText);
+    style::makeQuiet(*hint);
     hint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     hints_.insert(box.field, hint);
     line->addWidget(hint, 1);
+    line->addStretch(); // for a hint that is shown elsewhere
     return line;
 }
 
@@ -86,6 +88,11 @@ void RecordPanel::setHint(const Field& field, const QString& text) {
     if (!hint) return;
     hint->setText(text);
     hint->setToolTip(text); // whole, where the window is too narrow for it
+}
+
+void RecordPanel::markRequired(const QList<const Field*>& fields) {
+    for (const Field* field : fields)
+        if (Edit* made = edit(*field)) style::markRequired(*made, true);
 }
 
 void RecordPanel::setCaption(const Field& field, const QString& caption) {

@@ -35,6 +35,8 @@ public:
     /// The words shown beside a code box: the label behind the code, or "inconnu".
     void setHint(const Field& field, const QString& text);
     void setCaption(const Field& field, const QString& caption);
+    /// Marks the boxes that must not stay empty.
+    void markRequired(const QList<const Field*>& fields);
     void load(const Record& record);
     /// The number that a box holds: the record's own, to its last decimal, while the box shows it unchanged. Throws
     /// Refusal.

@@ -1,5 +1,7 @@
 #include "ui/unbuilt_form.h"
 
+#include "ui/style.h"
+
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -10,7 +12,7 @@ UnbuiltForm::UnbuiltForm(Desk& desk, const QString& name, const QString& title) 
     auto* layout = new QVBoxLayout(this);
     auto* text = new QLabel(QStringLiteral("Cet écran n'est pas encore disponible dans cette version."), this);
     text->setObjectName(QStringLiteral("Label1"));
-    text->setMargin(24);
+    style::letBreathe(*layout);
     layout->addWidget(text);
     layout->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }), 0,
                       Qt::AlignRight);

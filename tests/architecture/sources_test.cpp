@@ -107,4 +107,15 @@ TEST(Sources, HaveNoSqlAboveTheDataLayerAndNoWidgetBelowTheWindows) {
     }
 }
 
+TEST(Sources, SetTheLookInOnePlaceOnly) {
+    static const QRegularExpression look(QStringLiteral("setStyleSheet|setPalette|setBold|setContentsMargins|"
+                                                        "setMargin\\(|\\bQColor\\(|\\bQFont\\b|setFixedWidth\\(\\d"));
+    for (const QString& path : sources()) {
+        const QString name = relative(path);
+        const bool isScreen = name.startsWith(u"ui/") || name.startsWith(u"screens/");
+        if (!isScreen || name == u"ui/style.cpp" || name == u"ui/quiet_style.cpp") continue;
+        EXPECT_EQ(look.match(textOf(path)).captured().toStdString(), "") << name.toStdString();
+    }
+}
+
 } // namespace molven

@@ -54,6 +54,12 @@ TEST(Codes, ArePaddedOnlyWhenTheyAreNumbers) {
     EXPECT_EQ(padded(QStringLiteral("1234567"), 6), QStringLiteral("1234567"));
 }
 
+TEST(Counts, AgreeWithTheirNoun) {
+    EXPECT_EQ(counted(0, QStringLiteral("unité")), QStringLiteral("0 unité"));
+    EXPECT_EQ(counted(1, QStringLiteral("unité")), QStringLiteral("1 unité"));
+    EXPECT_EQ(counted(2, QStringLiteral("unité")), QStringLiteral("2 unités"));
+}
+
 TEST(Dates, HaveASortKeyAndRefuseDaysThatDoNotExist) {
     EXPECT_EQ(sortKey(QStringLiteral("05/03/2014")), QStringLiteral("20140305"));
     EXPECT_EQ(sortKey(EmptyDate), QString());

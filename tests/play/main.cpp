@@ -1,5 +1,7 @@
 #include "play/player.h"
 
+#include "ui/style.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -13,6 +15,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
+    style::apply(application);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Joue des scénarios sur un dossier de programme"));
     parser.addHelpOption();

@@ -64,11 +64,11 @@ TEST(Recalls, FindEveryUnitOfALotWhereverItIs) {
     for (const Record& unit : recall::find(dossier.session, {QStringLiteral("LOT-1"), {}, {}, {}, {}}))
         holders.append(unit[strrappel.rap_imm].right(1) + u' ' + recall::holder(unit) + u' ' +
                        recall::stateWords(unit));
-    const QString first = QStringLiteral("Etablissement : ") + client(molven, "000001");
+    const QString first = QStringLiteral("Établissement : ") + client(molven, "000001");
     EXPECT_EQ(holders, (QStringList{QStringLiteral("4 Au dépôt principal 001 En stock"),
                                     QStringLiteral("1 ") + first + QStringLiteral(" Livré"),
                                     QStringLiteral("3 ") + first + QStringLiteral(" Vendu, archivé"),
-                                    QStringLiteral("2 Etablissement : ") + client(molven, "000002") +
+                                    QStringLiteral("2 Établissement : ") + client(molven, "000002") +
                                         QStringLiteral(" Vendu")}));
 
     const auto refused = [&dossier](const RecallQuery& query) {

@@ -9,6 +9,7 @@
 #include "shell/tables.h"
 #include "ui/edit.h"
 #include "ui/form.h"
+#include "ui/style.h"
 
 #include <QAction>
 #include <QFrame>
@@ -83,12 +84,52 @@ TEST_F(Screens, OfRecordsSayWhatAnotherWorkstationChangedAndKeepWhatIsTyped) {
               QStringLiteral("HOPITAL D'AILLEURS/3 RUE NEUVE"));
 }
 
+TEST_F(Screens, KeepAMarkOnARefusedBoxUntilItIsMended) {
+    Form* clients = desk->open(QStringLiteral("t_cltges"));
+    const auto press = [clients](const char* name) {
+        clients->findChild<QPushButton*>(QString::fromLatin1(name))->click();
+    };
+    const auto* remove = clients->findChild<QPushButton*>(QStringLiteral("CmdSupprime"));
+    press("CmdAjout");
+    EXPECT_TRUE(remove->toolTip().contains(QStringLiteral("en cours de saisie"))) << "why it cannot act now";
+    auto* name = clients->findChild<QLineEdit*>(QStringLiteral("txtclt_nom"));
+    EXPECT_TRUE(style::isRequired(*name));
+    const QString tip = name->toolTip();
+    press("cmdvalide");
+    EXPECT_EQ(said->unchecked.dequeue(), QStringLiteral(" Nom obligatoire"));
+    EXPECT_TRUE(style::isRefused(*name));
+    EXPECT_EQ(name->toolTip(), QStringLiteral("Nom obligatoire"));
+    name->setText(QStringLiteral("CLINIQUE"));
+    EXPECT_FALSE(style::isRefused(*name));
+    EXPECT_EQ(name->toolTip(), tip);
+    name->clear();
+    press("cmdvalide");
+    EXPECT_TRUE(style::isRefused(*name));
+    said->answers.enqueue(true);
+    press("cmdannule");
+    EXPECT_FALSE(style::isRefused(*name)) << "the record it was refused for is given up";
+    EXPECT_TRUE(remove->toolTip().isEmpty());
+    said->unchecked.clear();
+}
+
+TEST_F(Screens, OfTheMenuTellTheEntriesThatWouldDoNothing) {
+    Form* menu = desk->open(QStringLiteral("Tmenu"));
+    ASSERT_NE(menu, nullptr);
+    const auto entry = [menu](const char* name) { return menu->findChild<QAction*>(QString::fromLatin1(name)); };
+    EXPECT_FALSE(style::isIdle(*entry("mnu1_fic_art_ges")));
+    EXPECT_TRUE(style::isIdle(*entry("mnu_sta_51")));
+    EXPECT_EQ(entry("mnu_sta_51")->toolTip(), QStringLiteral("Pas encore disponible dans cette version"));
+    EXPECT_TRUE(style::isIdle(*entry("mnu1_fic_par_pan1")));
+    EXPECT_EQ(entry("mnu1_fic_par_pan1")->toolTip(), QStringLiteral("Sans objet pour votre société"));
+    EXPECT_TRUE(entry("mnu1_fic_par_pan1")->isEnabled()) << "it still answers";
+}
+
 TEST_F(Screens, OfReprintsKnowTheDocumentModeAndTheReprintWord) {
     QStringList words;
     for (const char* screen : {"T_docedt", "T_docedt2", "T_docedt3", "T_docedt4", "T_btredt"})
-        desk->addScreen(QString::fromLatin1(screen), [&words](Desk& owner) -> Form* {
+        desk->addScreen(QString::fromLatin1(screen), [&words, screen](Desk& owner) {
             words.append(owner.session.mode_ecran);
-            return nullptr;
+            return new Form(owner, QString::fromLatin1(screen));
         });
     Form* menu = desk->open(QStringLiteral("Tmenu"));
     ASSERT_NE(menu, nullptr);

@@ -8,9 +8,15 @@
 #include "ui/menu_bar.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QAction>
 #include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace molven {
@@ -84,6 +90,28 @@ protected:
 
 TEST_F(EveryScreen, HasAnAccessKeyForOneControlOnly) {
     walk([](const Form& form) { EXPECT_EQ(clashes(form).join(u'\n'), QString()); });
+}
+
+TEST_F(EveryScreen, HasANameForEveryControl) {
+    walk([](const Form& form) {
+        for (QWidget* control : form.findChildren<QWidget*>()) {
+            const bool acts = qobject_cast<QLineEdit*>(control) || qobject_cast<QComboBox*>(control) ||
+                              qobject_cast<QAbstractButton*>(control) || qobject_cast<QAbstractItemView*>(control);
+            if (!acts || !control->isVisible() || qobject_cast<QHeaderView*>(control)) continue;
+            const QString name = QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name);
+            EXPECT_TRUE(name.contains(QRegularExpression(QStringLiteral("\\p{L}"))))
+                << control->objectName().toStdString() << " : " << name.toStdString();
+        }
+    });
+}
+
+TEST_F(EveryScreen, MarksTheButtonThatReturnPressesOnceAtMost) {
+    walk([](const Form& form) {
+        int marked = 0;
+        for (const auto* button : form.findChildren<QPushButton*>())
+            if (button->isVisible() && button->isDefault()) ++marked;
+        EXPECT_LE(marked, 1);
+    });
 }
 
 TEST_F(EveryScreen, FitsASmallScreenWithItsFrame) {

@@ -9,6 +9,7 @@
 #include "stock/stock_tables.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
+#include "ui/style.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -86,7 +87,9 @@ ArticleForm::ArticleForm(Desk& desk)
            strarticle.art_ref,
            QStringLiteral("Référence Inconnue"),
            QStringLiteral("Aucun article sélectionné"),
-           {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}}});
+           {{DataFile::Molven, molven_}, {DataFile::Compta, compta_}},
+           {&strarticle.art_li1, &strarticle.art_typ, &strarticle.art_hom, &strarticle.art_ste, &strarticle.art_fou,
+            &strarticle.art_fam}});
     auto* row = new QHBoxLayout;
     const std::pair<QString, QWidget*> entries[] = {{session().rules().hasAncillarySets()
                                                          ? QStringLiteral("(A)rticle(T)exte (X)ancillaire :")
@@ -122,7 +125,7 @@ void ArticleForm::buildFollowUp() {
         auto* edit = new Edit(this);
         edit->setObjectName(name);
         edit->setMaxLength(1);
-        edit->setFixedWidth(34);
+        edit->setFixedWidth(style::boxWidth(1));
         connect(edit, &QLineEdit::textEdited, edit, [edit](const QString& typed) { edit->setText(typed.toUpper()); });
         onLeft(edit, [this, edit] {
             adaptToKind();

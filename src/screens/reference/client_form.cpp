@@ -75,7 +75,8 @@ ClientForm::ClientForm(Desk& desk)
            strclient.clt_cod,
            QStringLiteral("Ce code n'existe pas"),
            QStringLiteral(" N° Client obligatoire"),
-           {{DataFile::Molven, molven_}}});
+           {{DataFile::Molven, molven_}},
+           {&strclient.clt_nom}});
     country_ = new QLabel(session().rules().country(), this);
     country_->setObjectName(QStringLiteral("lblpays"));
     extraRows()->addWidget(country_);

@@ -6,6 +6,7 @@
 #include "shell/folder_files.h"
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/style.h"
 
 #include <QDir>
 #include <QDragEnterEvent>
@@ -36,7 +37,7 @@ DocumentShelf::DocumentShelf(Form& form)
                    1);
     row->addWidget(choose);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(4, 0, 4, 0);
+    style::nest(*layout);
     layout->addWidget(grid_);
     layout->addLayout(row);
 }

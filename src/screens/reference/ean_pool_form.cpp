@@ -7,6 +7,7 @@
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/printed_list.h"
+#include "ui/style.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -30,7 +31,7 @@ EanPoolForm::EanPoolForm(Desk& desk)
     code_->setMaxLength(13);
     quantity_->setObjectName(QStringLiteral("txtnb"));
     quantity_->setMaxLength(6);
-    quantity_->setFixedWidth(80);
+    quantity_->setFixedWidth(style::boxWidth(6));
     count_->setObjectName(QStringLiteral("Label1"));
     bind(strgencode.ean_code.name, code_);
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {

@@ -50,7 +50,8 @@ SupplierForm::SupplierForm(Desk& desk)
            strfournis.fou_cod,
            QStringLiteral("Ce code n'existe pas"),
            QStringLiteral(" N° Fournisseur obligatoire"),
-           {{DataFile::Molven, molven_}, {DataFile::Compta, workspace_.open(session().path(DataFile::Compta))}}});
+           {{DataFile::Molven, molven_}, {DataFile::Compta, workspace_.open(session().path(DataFile::Compta))}},
+           {&strfournis.fou_nom, &strfournis.fou_rglt}});
     extraRows()->addWidget(documents_);
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Supplier, requireRecord()[strfournis.fou_cod]};

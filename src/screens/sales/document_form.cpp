@@ -8,6 +8,7 @@
 #include "screens/sales/unit_range.h"
 #include "screens/shell/trail_form.h"
 #include "ui/grid.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -38,7 +39,6 @@ QList<GridColumn> lineColumns(const DocumentLines& l) {
 DocumentForm::DocumentForm(Desk& desk)
     : Form(desk, QStringLiteral("T_gestion")), book_(session(), documentKind(mode())), table_(book_.kind().headers) {
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(8, 8, 8, 8);
     layout->addLayout(buildDocumentButtons());
     header_ = new HeaderEntry(*this, book_);
     header_->numberTyped = [this] { displayTyped(); };
@@ -79,12 +79,10 @@ QLayout* DocumentForm::buildDocumentButtons() {
     whenIdle_ = {add_, last};
     kindLabel_ = new QLabel(book_.kind().label, this);
     kindLabel_->setObjectName(QStringLiteral("Label1"));
-    QFont bold = kindLabel_->font();
-    bold.setBold(true);
-    kindLabel_->setFont(bold);
+    style::makeHeading(*kindLabel_);
     auto* row = new QHBoxLayout;
     row->addWidget(kindLabel_);
-    row->addSpacing(12);
+    row->addSpacing(style::WideGap);
     for (QPushButton* made : {add_, change, validate_, cancel, remove}) row->addWidget(made);
     row->addStretch();
     for (QPushButton* made : {before, after, last, ofClient, printButton, quit_}) row->addWidget(made);
@@ -172,10 +170,12 @@ void DocumentForm::setStage(Stage stage) {
 
 void DocumentForm::showButtons() {
     const bool typing = stage_ == Stage::Entering || stage_ == Stage::Changing;
-    for (QPushButton* made : whenTyping_) made->setEnabled(typing);
-    for (QPushButton* made : whenIdle_) made->setEnabled(!typing);
-    for (QPushButton* made : whenShown_) made->setEnabled(stage_ == Stage::Shown);
-    for (QPushButton* made : whenOpen_) made->setEnabled(stage_ == Stage::Shown || stage_ == Stage::Changing);
+    const QString whyNot = typing ? QStringLiteral("L'en-tête est en cours de saisie : validez-le ou annulez")
+                                  : QStringLiteral("Aucun document n'est affiché");
+    for (QPushButton* made : whenTyping_) allow(made, typing, QStringLiteral("Rien n'est en cours de saisie"));
+    for (QPushButton* made : whenIdle_) allow(made, !typing, whyNot);
+    for (QPushButton* made : whenShown_) allow(made, stage_ == Stage::Shown, whyNot);
+    for (QPushButton* made : whenOpen_) allow(made, stage_ == Stage::Shown || stage_ == Stage::Changing, whyNot);
 }
 
 } // namespace molven

@@ -229,7 +229,7 @@ void DocumentForm::print() {
     requireDocument();
     const bool barcodes = prompt().ask(QStringLiteral("Edition Code Barre? "));
     const QString screen = reprintScreen(session().rules(), mode(), barcodes);
-    desk().open(screen, mode(), QStringLiteral("Edition : ") + book_.kind().shownLabel);
+    desk().open(screen, mode(), QStringLiteral("Édition : ") + book_.kind().shownLabel);
 }
 
 /// Escape leaves one thing at a time, from the inside out, and never leads to the question of a deletion.

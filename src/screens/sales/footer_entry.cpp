@@ -9,6 +9,7 @@
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -77,7 +78,7 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
     row->addWidget(validate_);
     row->addWidget(leave);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addWidget(boxes_);
     layout->addLayout(row);
 }
@@ -86,7 +87,7 @@ void FooterEntry::open(const Record& document) {
     show(document);
     const bool open = document[table_.fac_cpt] != documents::Transferred;
     boxes_->setEditable(open);
-    validate_->setEnabled(open);
+    form_.allow(validate_, open, QStringLiteral("Ce document est transféré en comptabilité"));
     boxes_->edit(table_.fac_rem)->setFocus();
 }
 

@@ -12,6 +12,7 @@
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -90,17 +91,17 @@ void HeaderEntry::build() {
         return made;
     };
     boxes_ = new RecordPanel(headerBoxes(book_.kind()), 2, this);
+    boxes_->markRequired({&table_.fac_clt});
     address_ = new RecordPanel(addressBoxes(), 1, this);
     invoiced_ = words(QStringLiteral("Lbladresse"));
-    invoiced_->setFixedWidth(165);
-    invoiced_->setContentsMargins(0, 8, 0, 0);
+    invoiced_->setFixedWidth(style::boxWidth(16));
     memo_ = words(QStringLiteral("Lblmemo"));
     for (const FieldBox& box : boxes_->boxes()) form_.bind(box.field->name, boxes_->edit(*box.field));
     auto* right = new QVBoxLayout;
     right->addWidget(address_);
     right->addWidget(memo_, 1);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    style::nest(*row);
     row->addWidget(boxes_, 1);
     row->addWidget(invoiced_);
     row->addLayout(right);

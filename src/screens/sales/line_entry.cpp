@@ -15,6 +15,7 @@
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -81,7 +82,7 @@ void LineEntry::build() {
         auto* made = new Edit(this);
         made->setObjectName(name);
         made->setEditable(false);
-        made->setFixedWidth(44);
+        made->setFixedWidth(style::boxWidth(3));
         return made;
     };
     clientDiscount_ = category(QStringLiteral("txtremc"));
@@ -98,12 +99,12 @@ void LineEntry::build() {
     buttons->addWidget(clientDiscount_);
     buttons->addWidget(new QLabel(QStringLiteral("article :"), this));
     buttons->addWidget(articleDiscount_);
-    buttons->addSpacing(16);
+    buttons->addSpacing(style::WideGap);
     buttons->addWidget(priceNotice(form_.session(), this));
     buttons->addStretch();
     for (QPushButton* made : {validate_, validateChange_, range_, leave}) buttons->addWidget(made);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addWidget(panel_);
     layout->addLayout(buttons);
     form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });

@@ -5,6 +5,7 @@
 #include "ui/edit.h"
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -29,7 +30,7 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
                             [this] { attempt([this] { integrate(); }); })) {
     number_->setObjectName(QStringLiteral("txtchoix"));
     number_->setMaxLength(6);
-    number_->setFixedWidth(80);
+    number_->setFixedWidth(style::boxWidth(6));
     form_.onLeft(number_, [this] { number_->put(padded(number_->text(), 6)); });
     grid_->becameCurrent = [this](const Record& note) { number_->put(note[strlive.fac_no]); };
     grid_->chosen = [this](const Record& note) {
@@ -45,7 +46,7 @@ NoteChoice::NoteChoice(Form& form, SalesBook& book)
     row->addWidget(validate_);
     row->addWidget(leave);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addWidget(grid_);
     layout->addLayout(row);
 }

@@ -12,6 +12,7 @@
 #include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
+#include "ui/unit_marks.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -30,7 +31,7 @@ QList<GridColumn> columns() {
             {&r.rap_ref, QStringLiteral("Référence"), 95},
             {&r.rap_li1, QStringLiteral("Désignation"), 290},
             {&r.rap_lot, QStringLiteral("Lot"), 85},
-            {&r.rap_etat, QStringLiteral("Etat"), 40},
+            stateColumn(r.rap_etat),
             {&r.rap_dep, QStringLiteral("Dépôt"), 50},
             {&r.rap_clt, QStringLiteral("Client"), 60},
             {&r.rap_nom, QStringLiteral("Nom"), 190},
@@ -50,10 +51,10 @@ QString countOf(const QList<Record>& units) {
 /// What the hospital sends back, to be told apart from the letters of other recalls.
 void addSlip(Letter& letter, const QString& hospital, qsizetype units) {
     const QString blank(24, u'.');
-    letter.slipTitle = QStringLiteral("ACCUSE DE RECEPTION à retourner à ") + letter.sender;
+    letter.slipTitle = QStringLiteral("ACCUSÉ DE RÉCEPTION à retourner à ") + letter.sender;
     letter.slip = {
         letter.subject + QStringLiteral("   ") + letter.placeAndDate,
-        QStringLiteral("Etablissement : ") + hospital,
+        QStringLiteral("Établissement : ") + hospital,
         QStringLiteral("Dispositifs concernés : %1   mis à part : %2   déjà posés : %2").arg(units).arg(blank),
         QStringLiteral("Introuvables (immatriculations) : ") + blank + blank + blank,
         QStringLiteral("Nom et fonction : ") + blank + blank,

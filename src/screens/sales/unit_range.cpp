@@ -6,6 +6,7 @@
 #include "ui/edit.h"
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/style.h"
 
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
@@ -39,7 +40,7 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     last_->setObjectName(QStringLiteral("txtimmfin"));
     for (Edit* edit : {first_, last_}) {
         edit->setMaxLength(Immatriculation::LongestScan);
-        edit->setFixedWidth(100);
+        edit->setFixedWidth(style::boxWidth(10));
         form_.onLeft(edit, [this] { list(); });
     }
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -55,7 +56,7 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     row->addWidget(validate_);
     row->addWidget(leave);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addLayout(row);
     layout->addWidget(grid_);
 }

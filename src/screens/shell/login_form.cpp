@@ -3,6 +3,7 @@
 #include "shell/access.h"
 #include "shell/startup.h"
 #include "ui/edit.h"
+#include "ui/style.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -29,8 +30,7 @@ LoginForm::LoginForm(Desk& desk)
     personalised_->hide();
 
     auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(24, 20, 24, 20);
-    layout->setVerticalSpacing(12);
+    style::letBreathe(*layout);
     layout->addWidget(company_, 0, 0, 1, 3);
     layout->addWidget(caption_, 1, 0);
     layout->addWidget(word_, 1, 1, 1, 2);

@@ -8,6 +8,7 @@
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
+#include "ui/style.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -46,6 +47,7 @@ void MenuForm::buildMenu() {
             action = menu->menuAction();
         } else {
             action = parent ? parent->addAction(entry.caption) : bar_->addAction(entry.caption);
+            if (parent) parent->setToolTipsVisible(true); // which say why an entry does nothing
             action->setSeparator(entry.action == MenuAction::Separator);
             connect(action, &QAction::triggered, this, [this, &entry] { guarded([&] { act(entry); }); });
         }
@@ -197,6 +199,22 @@ void MenuForm::applyCompanySwitches() {
     const CompanyRules rules = session().rules();
     for (const MenuEntry& entry : menuTree())
         if (entry.available) findChild<QAction*>(entry.name)->setEnabled((rules.*entry.available)());
+    for (const MenuEntry& entry : menuTree()) style::markIdle(*findChild<QAction*>(entry.name), whyIdle(entry));
+}
+
+/// Why an entry that can be chosen would do nothing; empty for one that acts.
+QString MenuForm::whyIdle(const MenuEntry& entry) {
+    const CompanyRules rules = session().rules();
+    if (entry.action == MenuAction::Submenu || entry.action == MenuAction::Separator) return {};
+    if (entry.action == MenuAction::Nothing || (entry.allowed && !(rules.*entry.allowed)()))
+        return entry.refusal.isEmpty() ? QStringLiteral("Sans objet pour votre société") : entry.refusal;
+    const bool isScreen = entry.action == MenuAction::Screen || entry.action == MenuAction::InvoiceChoice;
+    const bool isReprint = entry.action == MenuAction::Reprint;
+    const QString target = isScreen ? entry.target : isReprint ? reprintScreen(rules, entry.mode, false) : entry.name;
+    const bool opensScreen =
+        isScreen || isReprint || entry.action == MenuAction::Compaction || entry.action == MenuAction::Backup;
+    if (!opensScreen || desk().isBuilt(target, entry.mode)) return {};
+    return QStringLiteral("Pas encore disponible dans cette version");
 }
 
 void MenuForm::act(const MenuEntry& entry) {

@@ -36,6 +36,7 @@ private:
     void setMenusAvailable(bool available);
     void applyCompanySwitches();
 
+    QString whyIdle(const MenuEntry& entry);
     void act(const MenuEntry& entry);
     void openReprint(const MenuEntry& entry);
     void startProgram(const QString& program);

@@ -1,6 +1,7 @@
 #include "screens/shell/secret_forms.h"
 
 #include "ui/edit.h"
+#include "ui/style.h"
 
 #include <QFile>
 #include <QGridLayout>
@@ -21,8 +22,7 @@ Edit* secretBox(const QString& name, QWidget* parent) {
 
 void layOut(QWidget* form, const QList<std::pair<QString, Edit*>>& boxes, QPushButton* ok, QPushButton* cancel) {
     auto* layout = new QGridLayout(form);
-    layout->setContentsMargins(24, 20, 24, 20);
-    layout->setVerticalSpacing(12);
+    style::letBreathe(*layout);
     int row = 0;
     for (const auto& [caption, box] : boxes) {
         auto* label = new QLabel(caption, form);
@@ -95,7 +95,7 @@ NewSecretForm::NewSecretForm(Desk& desk, const QString& name, access::Secret sec
     applyTitle(caption);
     if (!desk.isAlreadyRunning()) return;
     prompt().tell(QStringLiteral("Ce programme est déjà lancé"), QStringLiteral("Applicatif Ronce"), Icon::Stop);
-    ok->setEnabled(false);
+    allow(ok, false, QStringLiteral("Ce programme est déjà lancé"));
 }
 
 } // namespace molven

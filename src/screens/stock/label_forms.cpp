@@ -5,6 +5,7 @@
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
+#include "ui/style.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -55,7 +56,7 @@ LabelSelectionForm::Range LabelSelectionForm::range(const QString& first, const 
         auto* edit = new Edit(this);
         edit->setObjectName(name);
         edit->setMaxLength(6);
-        edit->setFixedWidth(80);
+        edit->setFixedWidth(style::boxWidth(6));
         onLeft(edit, [edit] { edit->put(padded(edit->text(), 6)); });
         return edit;
     };
@@ -113,7 +114,7 @@ LabelPrintForm::LabelPrintForm(Desk& desk)
     layout->setColumnStretch(1, 1);
     setDefaultButton(printButton);
     resize(840, 480);
-    applyTitle(QStringLiteral("Edition étiquettes"));
+    applyTitle(QStringLiteral("Édition étiquettes"));
     printButton->setFocus();
 }
 
@@ -136,7 +137,7 @@ void LabelPrintForm::print() {
             if (const QString further = row[*code]; !further.isEmpty())
                 labels.last().furtherLpp.append((further + u' ' + row[*label]).trimmed());
     }
-    PrintJob job(QStringLiteral("Etiquettes"));
+    PrintJob job(QStringLiteral("Étiquettes"));
     label_page::print(job, labels, desk().barcodeFamily(),
                       paper_->currentIndex() == 1 ? label_page::Paper::Sheet : label_page::Paper::Column);
     desk().print(job);

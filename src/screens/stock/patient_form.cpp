@@ -165,7 +165,7 @@ void PatientForm::print() {
 void PatientForm::makeLabels() {
     const Recordset units = patient_enquiry::select(units_, requireSelection());
     const bool replace = prompt().confirm(QStringLiteral("Voulez-vous effacer le fichier actuel ?"),
-                                          QStringLiteral("Etiquettes en attente"));
+                                          QStringLiteral("Étiquettes en attente"));
     labels::fill(molven_, tri_, session().rules(), units, replace ? labels::Waiting::Replaced : labels::Waiting::Kept);
     desk().open(QStringLiteral("T_etibarre"));
 }

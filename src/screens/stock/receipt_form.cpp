@@ -15,6 +15,7 @@
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
+#include "ui/style.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -86,12 +87,14 @@ ReceiptForm::ReceiptForm(Desk& desk)
     clearReceipt();
     resize(1260, 740);
     applyTitle(QStringLiteral("Gestion des entrées en stock"));
+    setDefaultButton(validate_);
     panel_->edit(strproduit.ref_art)->setFocus();
 }
 
 QWidget* ReceiptForm::buildReceipt() {
     auto* box = new QGroupBox(QStringLiteral("Entrée en stock"), this);
     panel_ = new RecordPanel(boxes(), 2, box);
+    panel_->markRequired({&strproduit.ref_art, &strproduit.fou_cde, &strproduit.pro_pac});
     for (const FieldBox& fieldBox : panel_->boxes()) bind(fieldBox.field->name, panel_->edit(*fieldBox.field));
     serials_ = new SerialList(box);
     fresh_ = leaveButton(QStringLiteral("CmdAjout"), QStringLiteral("&Nouvelle entrée"), [this] {
@@ -118,9 +121,7 @@ QWidget* ReceiptForm::buildReceipt() {
     buttons->addWidget(finish);
     auto* layout = new QVBoxLayout(box);
     auto* designation = panel_->findChild<QLabel*>(QStringLiteral("lbl") + strproduit.ref_art.name);
-    QFont bold = designation->font();
-    bold.setBold(true);
-    designation->setFont(bold);
+    style::makeHeading(*designation);
     layout->addWidget(designation); // beside the code only its first letters would show
     layout->addWidget(panel_);
     layout->addLayout(quantityRow(box));
@@ -137,21 +138,26 @@ QLayout* ReceiptForm::quantityRow(QWidget* box) {
     quantity_ = new Edit(box);
     quantity_->setObjectName(QStringLiteral("txtqte"));
     quantity_->setMaxLength(4);
-    quantity_->setFixedWidth(60);
+    quantity_->setFixedWidth(style::boxWidth(4));
     quantity_->setAlignment(Qt::AlignRight);
-    created_ = namedLabel(QStringLiteral("lblcrepro"), box);
-    createdLast_ = namedLabel(QStringLiteral("lblcreprofin"), box);
+    createdWords_ = new QWidget(box);
+    createdWords_->hide();
+    created_ = namedLabel(QStringLiteral("lblcrepro"), createdWords_);
+    createdLast_ = namedLabel(QStringLiteral("lblcreprofin"), createdWords_);
+    auto* words = new QHBoxLayout(createdWords_);
+    style::nest(*words);
+    words->addWidget(new QLabel(QStringLiteral("Créées du :"), createdWords_));
+    words->addWidget(created_);
+    words->addWidget(new QLabel(QStringLiteral("au :"), createdWords_));
+    words->addWidget(createdLast_);
     onLeft(quantity_, [this] { quantityTyped(); });
     auto* row = new QHBoxLayout;
     auto* caption = new QLabel(QStringLiteral("Q&uantité :"), box);
     caption->setBuddy(quantity_);
     row->addWidget(caption);
     row->addWidget(quantity_);
-    row->addSpacing(20);
-    row->addWidget(new QLabel(QStringLiteral("Créées du :"), box));
-    row->addWidget(created_);
-    row->addWidget(new QLabel(QStringLiteral("au :"), box));
-    row->addWidget(createdLast_);
+    row->addSpacing(style::WideGap);
+    row->addWidget(createdWords_);
     row->addStretch();
     return row;
 }
@@ -368,6 +374,7 @@ void ReceiptForm::receive() {
     const receipts::Created created = receipts::receive(files_, session().rules(), receipt, progress());
     created_->setText(created.first);
     createdLast_->setText(created.last);
+    createdWords_->show();
     units_->list(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
                  strproduit.imm_art <= created.last);
     prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);

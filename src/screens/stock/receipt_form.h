@@ -60,6 +60,7 @@ private:
     SerialList* serials_ = nullptr;
     QPushButton* fresh_ = nullptr;
     QPushButton* validate_ = nullptr;
+    QWidget* createdWords_ = nullptr; ///< the two, with their captions
     QLabel* created_ = nullptr;
     QLabel* createdLast_ = nullptr;
     UnitCard* units_ = nullptr;

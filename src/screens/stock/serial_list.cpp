@@ -3,6 +3,7 @@
 #include "data/errors.h"
 #include "stock/unit_tables.h"
 #include "ui/grid.h"
+#include "ui/style.h"
 
 #include <QLabel>
 #include <QShortcut>
@@ -17,7 +18,7 @@ SerialList::SerialList(QWidget* parent)
                      {{&strproduit.fou_imm, QStringLiteral("N° série fournisseur"), 300}}, this)) {
     count_->setObjectName(QStringLiteral("lblserie"));
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addWidget(count_);
     layout->addWidget(grid_);
     auto* takeOut = new QShortcut(Qt::Key_Delete, grid_);

@@ -14,6 +14,7 @@
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/pick_lists.h"
+#include "ui/style.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -36,9 +37,7 @@ UnitCard::UnitCard(Form& form)
         return made;
     };
     title_ = label(QStringLiteral("Lblproduit"));
-    QFont bold = title_->font();
-    bold.setBold(true);
-    title_->setFont(bold);
+    style::makeHeading(*title_);
     place_ = label(QStringLiteral("Lbltrac1"));
     document_ = label(QStringLiteral("Lbltrac2"));
     conformity_ = label(QStringLiteral("Lblconform"));
@@ -56,7 +55,7 @@ Edit* UnitCard::searchBox(const QString& name, int characters, const std::functi
     auto* edit = new Edit(this);
     edit->setObjectName(name);
     edit->setMaxLength(characters);
-    edit->setFixedWidth(std::min(characters, 14) * 9 + 14);
+    edit->setFixedWidth(style::boxWidth(std::min(characters, 14)));
     form_.onLeft(edit, find);
     return edit;
 }
@@ -123,9 +122,9 @@ void UnitCard::buildTray() {
     auto* conformity = new QWidget(this);
     conformityCode_ = box(QStringLiteral("txtconf"), 1, conformity);
     cause_ = box(QStringLiteral("txtconfcau"), 3, conformity);
-    for (Edit* edit : {conformityCode_, cause_}) edit->setFixedWidth(44);
+    for (Edit* edit : {conformityCode_, cause_}) edit->setFixedWidth(style::boxWidth(3));
     auto* conformityRow = new QHBoxLayout(conformity);
-    conformityRow->setContentsMargins(0, 0, 0, 0);
+    style::nest(*conformityRow);
     conformityRow->addWidget(new QLabel(QStringLiteral("Conformité O/X/Y/Z :"), conformity));
     conformityRow->addWidget(conformityCode_);
     conformityRow->addWidget(new QLabel(QStringLiteral("Cause :"), conformity));
@@ -141,7 +140,7 @@ void UnitCard::buildTray() {
     auto* implantation = new QWidget(this);
     patient_ = box(QStringLiteral("txtreg_pat"), strproduit.reg_pat.size, implantation);
     hospital_ = box(QStringLiteral("txtreg_clt"), 6, implantation);
-    hospital_->setFixedWidth(68);
+    hospital_->setFixedWidth(style::boxWidth(6));
     form_.onLeft(hospital_, [this] { hospital_->put(padded(hospital_->text(), strproduit.reg_clt.size)); });
     date_ = new DateBox(implantation);
     date_->setObjectName(QStringLiteral("txtreg_dat"));
@@ -149,7 +148,7 @@ void UnitCard::buildTray() {
     form_.bind(strproduit.reg_clt.name, hospital_);
     form_.bind(strproduit.reg_dat.name, date_);
     auto* implantationRows = new QVBoxLayout(implantation);
-    implantationRows->setContentsMargins(0, 0, 0, 0);
+    style::nest(*implantationRows);
     auto* patientRow = new QHBoxLayout;
     patientRow->addWidget(new QLabel(QStringLiteral("Patient :"), implantation));
     patientRow->addWidget(patient_, 1);

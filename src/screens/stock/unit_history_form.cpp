@@ -5,6 +5,7 @@
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
+#include "ui/style.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -58,13 +59,11 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
       situation_(new QLabel(this)) {
     number_->setObjectName(QStringLiteral("txtimm"));
     number_->setMaxLength(Immatriculation::LongestScan);
-    number_->setFixedWidth(110);
+    number_->setFixedWidth(style::boxWidth(8));
     heading_->setObjectName(QStringLiteral("Label1"));
     situation_->setObjectName(QStringLiteral("Lbltrac1"));
     for (QLabel* label : {heading_, situation_}) label->setTextFormat(Qt::PlainText);
-    QFont bold = heading_->font();
-    bold.setBold(true);
-    heading_->setFont(bold);
+    style::makeHeading(*heading_);
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     setDefaultButton(search);
@@ -74,7 +73,7 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
     top->addWidget(caption);
     top->addWidget(number_);
     top->addWidget(search);
-    top->addSpacing(16);
+    top->addSpacing(style::WideGap);
     top->addWidget(heading_, 1);
     top->addWidget(trailButton(*this, [this] {
         find();
@@ -99,6 +98,7 @@ void UnitHistoryForm::addShelf(QGridLayout* layout, int row, int column, int num
     const bool isUnit = rows()[row].isUnit;
     auto* grid = new Grid(QStringLiteral("DBGrid%1").arg(number),
                           isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
+    grid->setAccessibleName(caption);
     auto* title = new QLabel(caption, this);
     auto* count = new QLabel(QStringLiteral("0"), this);
     count->setObjectName(QStringLiteral("Lblnb%1").arg(number));

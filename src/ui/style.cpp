@@ -1,0 +1,172 @@
+#include "ui/style.h"
+
+#include "ui/quiet_style.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QToolTip>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace molven::style {
+
+namespace {
+
+Scheme current = Scheme::Light;
+
+const char* const RefusedProperty = "molvenRefused";
+const char* const OwnTipProperty = "molvenOwnTip";
+const char* const RequiredProperty = "molvenRequired";
+const char* const IdleProperty = "molvenIdle";
+
+/// The system's own palette shows which scheme it is in, whatever the platform.
+Scheme systemScheme() {
+    QApplication::setPalette(QPalette());
+    return QApplication::palette().color(QPalette::Window).lightness() < 128 ? Scheme::Dark : Scheme::Light;
+}
+
+/// Follows the system when it turns dark or light while the program runs.
+class SchemeWatch : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ThemeChange && watched->isWindowType()) apply(systemScheme());
+        return false;
+    }
+};
+
+} // namespace
+
+QPalette palette(Scheme scheme) {
+    const Colours& c = colours(scheme);
+    QPalette made(c.button, c.window);
+    const auto set = [&made](QPalette::ColorRole role, const QColor& active, const QColor& disabled) {
+        made.setColor(QPalette::Active, role, active);
+        made.setColor(QPalette::Inactive, role, active);
+        made.setColor(QPalette::Disabled, role, disabled);
+    };
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) set(role, c.text, c.quiet);
+    set(QPalette::Window, c.window, c.window);
+    set(QPalette::Base, c.base, c.window);
+    set(QPalette::AlternateBase, c.alternate, c.window);
+    set(QPalette::Button, c.button, c.window);
+    set(QPalette::Highlight, c.chosen, c.line);
+    set(QPalette::HighlightedText, c.chosenText, c.text);
+    set(QPalette::PlaceholderText, c.quiet, c.quiet);
+    set(QPalette::ToolTipBase, c.base, c.base);
+    set(QPalette::ToolTipText, c.text, c.text);
+    set(QPalette::BrightText, c.alarm, c.alarm);
+    set(QPalette::Link, c.accent, c.quiet);
+    set(QPalette::LinkVisited, c.accent, c.quiet);
+    set(QPalette::Mid, c.line, c.line);
+    set(QPalette::Dark, c.edge, c.line);
+    return made;
+}
+
+void apply(Scheme scheme) {
+    current = scheme;
+    if (!dynamic_cast<QuietStyle*>(QApplication::style())) QApplication::setStyle(new QuietStyle);
+    QApplication::setPalette(palette(scheme));
+    QToolTip::setPalette(palette(scheme));
+}
+
+void apply(QApplication& application) {
+    apply(systemScheme());
+    application.installEventFilter(new SchemeWatch(&application));
+}
+
+Scheme scheme() { return current; }
+
+QColor colour(Tone tone, Scheme scheme) {
+    const Colours& c = colours(scheme);
+    switch (tone) {
+    case Tone::Quiet:
+        return c.quiet;
+    case Tone::Good:
+        return c.good;
+    case Tone::Away:
+        return c.away;
+    case Tone::Done:
+        return c.done;
+    case Tone::Warning:
+        return c.warning;
+    case Tone::Alarm:
+        break;
+    }
+    return c.alarm;
+}
+
+QColor colour(Tone tone) { return colour(tone, current); }
+
+QIcon dot(Tone tone) {
+    constexpr int Size = 48; // scaled down to the size of the row's icons, sharp at every zoom
+    QPixmap drawn(Size, Size);
+    drawn.fill(Qt::transparent);
+    QPainter painter(&drawn);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour(tone));
+    painter.drawEllipse(QRect(Size / 4, Size / 4, Size / 2, Size / 2));
+    return QIcon(drawn);
+}
+
+int boxWidth(int characters) { return std::clamp(characters * 9 + 16, 36, 330); }
+
+void nest(QLayout& layout) { layout.setContentsMargins(0, 0, 0, 0); }
+
+void spaceAsBoxes(QGridLayout& layout) {
+    layout.setHorizontalSpacing(8);
+    layout.setVerticalSpacing(4);
+}
+
+void letBreathe(QLayout& layout) {
+    layout.setContentsMargins(24, 20, 24, 20);
+    layout.setSpacing(12);
+}
+
+void makeHeading(QLabel& label) {
+    QFont font = label.font();
+    font.setBold(true);
+    label.setFont(font);
+}
+
+void makeQuiet(QLabel& label) { label.setForegroundRole(QPalette::PlaceholderText); }
+
+bool isRefused(const QWidget& box) { return box.property(RefusedProperty).toBool(); }
+
+void markRefused(QWidget& box, const QString& text) {
+    if (!isRefused(box)) {
+        box.setProperty(OwnTipProperty, box.toolTip());
+        box.setProperty(RefusedProperty, true);
+    }
+    box.setToolTip(text.trimmed());
+    box.update();
+}
+
+void markMended(QWidget& box) {
+    if (!isRefused(box)) return;
+    box.setProperty(RefusedProperty, QVariant());
+    box.setToolTip(box.property(OwnTipProperty).toString());
+    box.update();
+}
+
+bool isRequired(const QWidget& box) { return box.property(RequiredProperty).toBool(); }
+
+void markRequired(QWidget& box, bool required) {
+    box.setProperty(RequiredProperty, required);
+    box.update();
+}
+
+bool isIdle(const QAction& entry) { return entry.property(IdleProperty).toBool(); }
+
+void markIdle(QAction& entry, const QString& why) {
+    entry.setProperty(IdleProperty, !why.isEmpty());
+    entry.setToolTip(why);
+}
+
+} // namespace molven::style
