@@ -2,6 +2,7 @@
 
 #include "printing/report.h"
 #include "shell/session.h"
+#include "ui/notices.h"
 #include "ui/prompt.h"
 
 #include <QHash>
@@ -37,6 +38,9 @@ public:
     Session session;
 
     Prompt& prompt() { return *prompt_; }
+    /// Tells news that asks nothing, in the line of notices of the window the user is in.
+    void notify(const QString& text);
+    const QList<Notice>& notices() const { return notices_.all(); }
     /// True when the job was printed or saved.
     bool print(const PrintJob& job) { return printer_->print(job); }
     /// A list, headed by the company and the day.
@@ -59,7 +63,10 @@ public:
     std::function<bool()> isAlreadyRunning = [] { return false; };
 
 private:
+    Form* current() const;
+
     std::unique_ptr<Prompt> prompt_;
+    Notices notices_;
     std::unique_ptr<PrintTarget> printer_;
     QHash<QString, Factory> factories_;
     QList<QPointer<Form>> windows_;

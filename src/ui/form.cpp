@@ -1,11 +1,14 @@
 #include "ui/form.h"
 
 #include "ui/edit.h"
+#include "ui/pick_lists.h"
 #include "ui/pick_panel.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
@@ -31,7 +34,14 @@ void showDataError(Prompt& prompt, const DataError& error) {
     prompt.tell(lines.join(u'\n'), QStringLiteral("Erreurs d'accès aux données"));
 }
 
-Form::Form(Desk& desk, const QString& name) : desk_(desk), mode_(desk.session.mode_ecran) { setObjectName(name); }
+Form::Form(Desk& desk, const QString& name)
+    : desk_(desk), mode_(desk.session.mode_ecran), noticeLine_(new QLabel(this)) {
+    setObjectName(name);
+    noticeLine_->setObjectName(QStringLiteral("Notices"));
+    noticeLine_->setTextFormat(Qt::PlainText);
+    noticeLine_->setMargin(4);
+    setContentsMargins(0, 0, 0, noticeLine_->sizeHint().height());
+}
 
 Form::~Form() = default;
 
@@ -171,6 +181,9 @@ void Form::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_F2:
         if (openPicker(focusWidget())) return;
         break;
+    case Qt::Key_F8:
+        pick(pick_lists::notices(desk_.notices()));
+        return;
     default:
         break;
     }
@@ -186,7 +199,24 @@ void Form::closeEvent(QCloseEvent* event) { event->setAccepted(mayLoseWork()); }
 
 void Form::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    placeNoticeLine();
     if (pickPanel_) pickPanel_->settle();
+}
+
+/// The foot that the window's margin keeps free of its layout.
+void Form::placeNoticeLine() {
+    const int high = contentsMargins().bottom();
+    noticeLine_->setGeometry(0, height() - high, width(), high);
+}
+
+void Form::showNotices(const QStringList& texts) {
+    const QString more = texts.size() > 1 ? QStringLiteral("  (%1 avis, F8 : liste)").arg(texts.size()) : QString();
+    noticeLine_->setText(texts.last().simplified() + more);
+    noticeLine_->setToolTip(texts.join(u'\n'));
+    for (const auto change : {QAccessible::NameChanged, QAccessible::Alert}) {
+        QAccessibleEvent told(noticeLine_, change);
+        QAccessible::updateAccessibility(&told);
+    }
 }
 
 } // namespace molven

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QLabel;
 class QPushButton;
 
 namespace molven {
@@ -22,13 +23,16 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// the control bound to its field, a data error goes to the data-error display, and the window stays open.
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
 /// and does nothing when one of them refuses, or while a key stands refused.
-/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field.
+/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
+/// the session's notices.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);
     ~Form() override;
 
     const QString& mode() const { return mode_; }
+    /// Shows news in the line at the foot, and says it to screen readers.
+    void showNotices(const QStringList& texts);
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 
@@ -36,6 +40,7 @@ public:
     Desk& desk() { return desk_; }
     Session& session() { return desk_.session; }
     Prompt& prompt() { return desk_.prompt(); }
+    void notify(const QString& text) { desk_.notify(text); }
 
     /// Runs a handler; false when it was refused or failed.
     bool guarded(const std::function<void()>& handler);
@@ -76,6 +81,7 @@ protected:
 private:
     void pressReturn();
     void settleOnScreen();
+    void placeNoticeLine();
 
     Desk& desk_;
     QString mode_;
@@ -84,6 +90,7 @@ private:
     QPointer<QPushButton> defaultButton_;
     QPointer<QPushButton> cancelButton_;
     QPointer<PickPanel> pickPanel_;
+    QLabel* noticeLine_;
 };
 
 } // namespace molven

@@ -116,7 +116,7 @@ void MenuForm::buildPanels() {
     auto* apply = button(QStringLiteral("Cmdoknum"), QStringLiteral("&Valider"), [this] { renumber(); });
     auto* leaveNumber = leaveButton(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
         numberPanel_->hide();
-        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+        notify(QStringLiteral("traitement abandonné"));
     });
     auto* numberLayout = static_cast<QGridLayout*>(numberPanel_->layout());
     numberLayout->addWidget(new QLabel(QStringLiteral("Numéro actuel :"), numberPanel_), 1, 0);
@@ -256,7 +256,7 @@ void MenuForm::startProgram(const QString& program) {
 }
 
 void MenuForm::updateDepotFamilies() {
-    prompt().tell(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(units::updateDepotFamilies(session())));
+    notify(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(units::updateDepotFamilies(session())));
 }
 
 void MenuForm::askBook(const MenuEntry& entry) {
@@ -270,7 +270,7 @@ void MenuForm::askBook(const MenuEntry& entry) {
 void MenuForm::startRenumbering(const MenuEntry& entry) {
     renumbering_ = renumbering::ofMenu(entry.name);
     if (!prompt().ask(renumbering_->question, QStringLiteral("Utilitaires"))) {
-        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+        notify(QStringLiteral("traitement abandonné"));
         return;
     }
     Workspace workspace;
@@ -288,7 +288,7 @@ void MenuForm::renumber() {
     if (!prompt().confirm(QStringLiteral("Numérotation ok ? ?"), QStringLiteral("Utilitaires : ") + numbers)) return;
     renumbering::renumber(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
     numberPanel_->hide();
-    prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));
+    notify(QStringLiteral("traitement terminé"));
 }
 
 void MenuForm::closeEvent(QCloseEvent* event) { event->setAccepted(desk().quit()); }

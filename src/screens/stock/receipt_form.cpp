@@ -370,7 +370,7 @@ void ReceiptForm::receive() {
     createdLast_->setText(created.last);
     units_->list(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
                  strproduit.imm_art <= created.last);
-    prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);
+    notify(QStringLiteral("Nous allons créer l'immat ") + created.first);
     clearUnit();
     panel_->edit(strproduit.ref_art)->setFocus();
 }
