@@ -1,6 +1,7 @@
 #include "ui/form.h"
 
 #include "ui/edit.h"
+#include "ui/grid.h"
 #include "ui/pick_lists.h"
 #include "ui/pick_panel.h"
 
@@ -104,7 +105,10 @@ QPushButton* Form::leaveButton(const QString& name, const QString& caption, cons
     auto* made = new QPushButton(caption, this);
     made->setObjectName(name);
     made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, [this, handler] { guarded(handler); });
+    connect(made, &QPushButton::clicked, this, [this, handler] {
+        noticeLine_->clear();
+        guarded(handler);
+    });
     return made;
 }
 
@@ -123,7 +127,20 @@ bool Form::settle(const QWidget* except) {
 
 void Form::setDefaultButton(QPushButton* button) { defaultButton_ = button; }
 
+QPushButton* Form::validation() const {
+    return defaultButton_ ? defaultButton_.data() : findChild<QPushButton*>(QStringLiteral("cmdvalide"));
+}
+
 void Form::setCancelButton(QPushButton* button) { cancelButton_ = button; }
+
+Prompt& Form::prompt() {
+    if (isVisible() && !isActiveWindow()) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    }
+    return desk_.prompt();
+}
 
 void Form::onLeft(Edit* edit, const std::function<void()>& handler) {
     edit->left = [this, handler] { return guarded(handler); };
@@ -152,13 +169,58 @@ void Form::pick(const PickList& list) {
     pickPanel_->open(list);
 }
 
+namespace {
+
+bool isUsable(const QWidget* control) { return control && control->isVisible() && control->isEnabled(); }
+
+/// The names that the buttons behind a key bear on every screen; the first that can be pressed is meant.
+QStringList buttonsBehind(int key) {
+    switch (key) {
+    case Qt::Key_N:
+        return {QStringLiteral("CmdAjout")};
+    case Qt::Key_P:
+        return {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt"),
+                QStringLiteral("Cmdetiq")};
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+/// False for a key that means nothing on this screen.
+bool Form::answersStandardKey(int key) {
+    if (pickPanel_ && pickPanel_->isVisible()) return false;
+    QPushButton* meant = key == Qt::Key_S ? validation() : nullptr;
+    for (const QString& name : buttonsBehind(key)) {
+        if (isUsable(meant)) break;
+        meant = findChild<QPushButton*>(name);
+    }
+    if (isUsable(meant))
+        meant->click();
+    else if (key == Qt::Key_F)
+        startFilter();
+    else
+        return false;
+    return true;
+}
+
+/// Typing filters the list the user is in, or the first that can be.
+void Form::startFilter() {
+    QList<Grid*> lists;
+    for (QTableView* view : findChildren<QTableView*>())
+        if (auto* list = dynamic_cast<Grid*>(view); list && isUsable(list)) lists.append(list);
+    std::stable_partition(lists.begin(), lists.end(), [](const Grid* list) { return list->hasFocus(); });
+    if (!lists.isEmpty() && settle()) lists.first()->startFilter();
+}
+
 void Form::pressReturn() {
     if (auto* focused = qobject_cast<QAbstractButton*>(focusWidget())) {
         focused->click();
         return;
     }
     if (auto* edit = dynamic_cast<Edit*>(focusWidget()); edit && !edit->leave()) return;
-    if (defaultButton_ && defaultButton_->isVisible() && defaultButton_->isEnabled())
+    if (isUsable(defaultButton_))
         defaultButton_->click();
     else
         focusNextChild();
@@ -173,7 +235,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Escape:
         if (pickPanel_ && pickPanel_->isVisible())
             pickPanel_->leave();
-        else if (cancelButton_ && cancelButton_->isVisible() && cancelButton_->isEnabled())
+        else if (isUsable(cancelButton_))
             cancelButton_->click();
         else
             close();
@@ -185,6 +247,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
         pick(pick_lists::notices(desk_.notices()));
         return;
     default:
+        if (event->modifiers() == Qt::ControlModifier && answersStandardKey(event->key())) return;
         break;
     }
     QWidget::keyPressEvent(event);

@@ -24,14 +24,14 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
 /// and does nothing when one of them refuses, or while a key stands refused.
 /// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
-/// the session's notices.
+/// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);
     ~Form() override;
 
     const QString& mode() const { return mode_; }
-    /// Shows news in the line at the foot, and says it to screen readers.
+    /// Shows news in the line at the foot until the next deed, and says it to screen readers.
     void showNotices(const QStringList& texts);
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
@@ -39,7 +39,8 @@ public:
     // For the form and the parts it is made of.
     Desk& desk() { return desk_; }
     Session& session() { return desk_.session; }
-    Prompt& prompt() { return desk_.prompt(); }
+    /// What it says and asks stands over this window, which comes to the front.
+    Prompt& prompt();
     void notify(const QString& text) { desk_.notify(text); }
 
     /// Runs a handler; false when it was refused or failed.
@@ -66,6 +67,8 @@ protected:
     void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
     /// Pressed by Return outside a button.
     void setDefaultButton(QPushButton* button);
+    /// Pressed by Ctrl+S: the default button, else `cmdvalide`.
+    virtual QPushButton* validation() const;
     /// Typed work that closing the window would lose: the user is asked first.
     virtual bool hasUnsavedWork() const { return false; }
     /// True when nothing would be lost, or the user gives it up.
@@ -80,6 +83,8 @@ protected:
 
 private:
     void pressReturn();
+    bool answersStandardKey(int key);
+    void startFilter();
     void settleOnScreen();
     void placeNoticeLine();
 

@@ -2,8 +2,6 @@
 
 #include "data/clock.h"
 
-#include "data/clock.h"
-
 #include <QApplication>
 #include <QTimer>
 #include <QWidget>

@@ -205,7 +205,7 @@ void MenuForm::act(const MenuEntry& entry) {
         if (!entry.refusal.isEmpty()) prompt().tell(entry.refusal, {}, Icon::Information);
         return;
     }
-    if (!entry.notice.isEmpty()) prompt().tell(entry.notice);
+    if (!entry.notice.isEmpty()) notify(entry.notice);
     switch (entry.action) {
     case MenuAction::Screen:
         desk().open(entry.target, entry.mode, entry.caption);

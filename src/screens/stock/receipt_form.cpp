@@ -171,6 +171,10 @@ void ReceiptForm::keyPressEvent(QKeyEvent* event) {
     Form::keyPressEvent(event);
 }
 
+QPushButton* ReceiptForm::validation() const {
+    return units_->isAncestorOf(focusWidget()) ? units_->validateButton(focusWidget()) : validate_;
+}
+
 bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || units_->hasUnsavedWork(); }
 
 void ReceiptForm::setPickers() {
