@@ -1,6 +1,7 @@
 #include "data/format.h"
 
 #include <algorithm>
+#include <array>
 
 namespace molven {
 
@@ -36,9 +37,33 @@ QString padded(const QString& code, int width) {
     return numeric ? text.rightJustified(width, u'0') : text;
 }
 
-QString folded(const QString& text) {
+namespace {
+
+QString foldedByRules(const QString& text) {
     QString plain = text.normalized(QString::NormalizationForm_D).toLower();
     plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+    return plain;
+}
+
+constexpr std::size_t Western = 0x100; ///< characters of Latin-1, each of which folds to one
+
+const std::array<QChar, Western>& foldedWestern() {
+    static const auto table = [] {
+        std::array<QChar, Western> made;
+        for (std::size_t i = 0; i < Western; ++i) made[i] = foldedByRules(QChar(static_cast<char16_t>(i))).front();
+        return made;
+    }();
+    return table;
+}
+
+} // namespace
+
+QString folded(const QString& text) {
+    const auto isWestern = [](QChar c) { return c.unicode() < Western; };
+    if (!std::all_of(text.begin(), text.end(), isWestern)) return foldedByRules(text);
+    const auto& table = foldedWestern();
+    QString plain = text;
+    for (QChar& c : plain) c = table[c.unicode()];
     return plain;
 }
 

@@ -73,6 +73,23 @@ QString words(Database file, const Field& field, const CodeKind& kind, const QSt
     return kind.hint.isEmpty() ? field.unknown : kind.hint;
 }
 
+QList<Offer> offers(Database file, const CodeKind& kind, const QString& typed, int most) {
+    QList<Offer> found;
+    const QString text = typed.trimmed();
+    if (text.isEmpty() || !kind.table) return found;
+    const Criterion byCode = startsWith(*kind.key, text) || isOneOf(*kind.key, formsOf(kind, text));
+    const auto add = [&](const Criterion& criterion, const Field& order) {
+        const Recordset records = file.select(*kind.table, ofKind(kind) && criterion, order);
+        for (qint64 i = 0; i < records.count() && found.size() < most; ++i) {
+            const Record& record = records.at(i);
+            found.append({record.value(*kind.key), kind.words ? record.value(*kind.words) : QString()});
+        }
+    };
+    add(byCode, *kind.key);
+    if (kind.words && found.size() < most) add(contains(*kind.words, text) && !byCode, *kind.words);
+    return found;
+}
+
 void require(Database file, const Field& field, const CodeKind& kind, const QString& code) {
     if (!field.unknown.isEmpty() && !kind.acceptsUnknown && !isKnown(file, kind, code))
         throw Refusal(field.unknown, field.name);

@@ -26,6 +26,14 @@ bool isKnown(Database file, const CodeKind& kind, const QString& code);
 /// What is shown beside a code: the words of its record, or that it is unknown.
 QString words(Database file, const Field& field, const CodeKind& kind, const QString& code);
 
+/// A code that a half-typed one may mean.
+struct Offer {
+    QString code, words;
+};
+
+/// At most so many codes that begin as typed or whose number it is, in their order; then those whose words hold it.
+QList<Offer> offers(Database file, const CodeKind& kind, const QString& typed, int most);
+
 /// Throws Refusal, with the field, for a code that the field may not hold.
 void require(Database file, const Field& field, const CodeKind& kind, const QString& code);
 /// Completes every code of a record whose table lies in one of these files, in the order of the fields, and throws

@@ -1,6 +1,7 @@
 #include "ui/code_boxes.h"
 
 #include "reference/codes.h"
+#include "ui/completion.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -14,6 +15,7 @@ CodeBoxes::CodeBoxes(Form& form, RecordPanel& panel, const QHash<DataFile, Datab
 
 void CodeBoxes::wire(const std::function<void(const Field&)>& changed) {
     changed_ = changed;
+    offer();
     for (const FieldBox& box : panel_.boxes()) {
         const Field& field = *box.field;
         if (!field.code) continue;
@@ -24,6 +26,23 @@ void CodeBoxes::wire(const std::function<void(const Field&)>& changed) {
         });
         if (QAbstractButton* list = panel_.listButton(field)) // the form may have put a list of its own there
             QObject::connect(list, &QAbstractButton::clicked, &form_, [this, edit] { form_.openPicker(edit); });
+    }
+}
+
+void CodeBoxes::offer() {
+    for (const FieldBox& box : panel_.boxes()) {
+        const Field& field = *box.field;
+        if (!field.code) continue;
+        new Completion(panel_.edit(field), [this, &field](const QString& typed) {
+            QList<Completion::Line> lines;
+            form_.guarded([&] {
+                const auto coded = boxOf(field);
+                if (!coded || coded->kind.key == &field) return;
+                for (const codes::Offer& offer : codes::offers(coded->file, coded->kind, typed, Completion::MostLines))
+                    lines.append({offer.code, offer.words});
+            });
+            return lines;
+        });
     }
 }
 

@@ -13,7 +13,8 @@ class Form;
 class RecordPanel;
 
 /// The code boxes of a panel, by the kinds of their fields: a code typed short is completed on leaving, its words stand
-/// beside it, F2 opens its list. Boxes whose kind lies in none of the files are left alone.
+/// beside it, F2 opens its list, and what may be meant is offered below it while it is typed. Boxes whose kind lies in
+/// none of the files are left alone.
 class CodeBoxes {
 public:
     /// The panel and the files outlive it.
@@ -23,6 +24,8 @@ public:
     std::function<QString(const Text& field)> valueOf = [](const Text&) { return QString(); };
     /// Takes over the leaving of the boxes and their lists; `changed` is run when one was left or chosen for.
     void wire(const std::function<void(const Field&)>& changed);
+    /// Offers codes while one is typed; for screens that take over leaving and lists themselves.
+    void offer();
     /// Leaving these boxes also refuses a code that they may not hold; the others are refused when the record is
     /// written.
     void refuseOnLeaving(const QList<const Field*>& fields) { refusing_ = fields; }

@@ -33,6 +33,7 @@ protected:
     CodeTableForm(Desk& desk, const QString& name) : Form(desk, name) {}
     /// Builds the screen; called once by the subclass.
     void build(const CodeTableView& view);
+    QPushButton* validation() const override { return adding_ ? validate_ : change_; }
 
     /// The codes on the screen changed, the words beside them stand: what else follows from them.
     virtual void shown() {}

@@ -16,6 +16,27 @@ namespace molven {
 Desk::Desk(const QString& programFolder, std::unique_ptr<Prompt> prompt, std::unique_ptr<PrintTarget> printer)
     : prompt_(std::move(prompt)), printer_(std::move(printer)) {
     session.dossier_app = programFolder;
+    notices_.show = [this](const QStringList& texts) {
+        Form* form = current();
+        if (form) form->showNotices(texts);
+        return form != nullptr;
+    };
+}
+
+/// The window the user is in: the active one, or the one opened last.
+Form* Desk::current() const {
+    const QList<Form*> open = windows();
+    for (auto form = open.rbegin(); form != open.rend(); ++form)
+        if ((*form)->isVisible() && (*form)->isActiveWindow()) return *form;
+    for (auto form = open.rbegin(); form != open.rend(); ++form)
+        if ((*form)->isVisible()) return *form;
+    return nullptr;
+}
+
+void Desk::notify(const QString& text) {
+    prompt().hear(text);
+    const Form* form = current();
+    notices_.add(form ? form->windowTitle() : QString(), text);
 }
 
 Desk::~Desk() {
@@ -46,6 +67,7 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     windows_.append(form);
     form->show();
     form->activateWindow();
+    notices_.flush();
     return form;
 }
 

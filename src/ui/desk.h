@@ -3,6 +3,7 @@
 #include "printing/report.h"
 #include "shell/session.h"
 #include "ui/habits.h"
+#include "ui/notices.h"
 #include "ui/prompt.h"
 
 #include <QHash>
@@ -39,6 +40,9 @@ public:
     Habits habits;
 
     Prompt& prompt() { return *prompt_; }
+    /// Tells news that asks nothing, in the line of notices of the window the user is in.
+    void notify(const QString& text);
+    const QList<Notice>& notices() const { return notices_.all(); }
     /// True when the job was printed or saved.
     bool print(const PrintJob& job) { return printer_->print(job); }
     /// A list, headed by the company and the day.
@@ -69,8 +73,10 @@ private:
         Factory factory;
         QStringList modes;
     };
+    Form* current() const;
 
     std::unique_ptr<Prompt> prompt_;
+    Notices notices_;
     std::unique_ptr<PrintTarget> printer_;
     QHash<QString, Screen> screens_;
     QList<QPointer<Form>> windows_;

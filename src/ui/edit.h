@@ -33,6 +33,8 @@ public:
     QString value() const;
 
 protected:
+    /// Gives what was typed short its full form, before it is taken.
+    virtual void complete() {}
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -46,11 +48,25 @@ private:
     bool leaving_ = false;
 };
 
-/// A masked box "__/__/____" for a date, or "__/____" for a month.
+/// A masked box "__/__/____" for a date, or "__/____" for a month, typed as people type one: "1205", "12,5" and "5/29"
+/// are completed on leaving; "t" is today, "+15" and "-3" count days (or months) from today; F4 opens a calendar.
 class DateBox : public Edit {
 public:
     enum class Precision { Day, Month };
     explicit DateBox(QWidget* parent = nullptr, Precision precision = Precision::Day);
+
+protected:
+    void complete() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    bool takesOffset(const QString& key);
+    QString shownAs(const QDate& date) const;
+    void openCalendar();
+
+    Precision precision_;
+    QString offset_; ///< as typed so far: "+15"
 };
 
 } // namespace molven

@@ -2,12 +2,16 @@
 
 #include "ui/accessible_names.h"
 #include "ui/edit.h"
+#include "ui/grid.h"
+#include "ui/pick_lists.h"
 #include "ui/pick_panel.h"
 #include "ui/style.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
@@ -33,7 +37,14 @@ void showDataError(Prompt& prompt, const DataError& error) {
     prompt.tell(lines.join(u'\n'), QStringLiteral("Erreurs d'accès aux données"));
 }
 
-Form::Form(Desk& desk, const QString& name) : desk_(desk), mode_(desk.session.mode_ecran) { setObjectName(name); }
+Form::Form(Desk& desk, const QString& name)
+    : desk_(desk), mode_(desk.session.mode_ecran), noticeLine_(new QLabel(this)) {
+    setObjectName(name);
+    noticeLine_->setObjectName(QStringLiteral("Notices"));
+    noticeLine_->setTextFormat(Qt::PlainText);
+    noticeLine_->setMargin(4);
+    setContentsMargins(0, 0, 0, noticeLine_->sizeHint().height());
+}
 
 Form::~Form() = default;
 
@@ -168,6 +179,7 @@ QPushButton* Form::leaveButton(const QString& name, const QString& caption, cons
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this, [this, handler] {
         mendBoxes();
+        noticeLine_->clear();
         guarded(handler);
     });
     return made;
@@ -197,6 +209,20 @@ void Form::setCancelButton(QPushButton* button, bool asks) {
     cancelAsks_ = asks;
 }
 
+QPushButton* Form::validation() const {
+    return defaultButton_ ? defaultButton_.data() : findChild<QPushButton*>(QStringLiteral("cmdvalide"));
+}
+
+
+Prompt& Form::prompt() {
+    if (isVisible() && !isActiveWindow()) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    }
+    return desk_.prompt();
+}
+
 void Form::onLeft(Edit* edit, const std::function<void()>& handler) {
     edit->left = [this, handler] { return guarded(handler); };
 }
@@ -224,13 +250,58 @@ void Form::pick(const PickList& list) {
     pickPanel_->open(list);
 }
 
+namespace {
+
+bool isUsable(const QWidget* control) { return control && control->isVisible() && control->isEnabled(); }
+
+/// The names that the buttons behind a key bear on every screen; the first that can be pressed is meant.
+QStringList buttonsBehind(int key) {
+    switch (key) {
+    case Qt::Key_N:
+        return {QStringLiteral("CmdAjout")};
+    case Qt::Key_P:
+        return {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt"),
+                QStringLiteral("Cmdetiq")};
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+/// False for a key that means nothing on this screen.
+bool Form::answersStandardKey(int key) {
+    if (pickPanel_ && pickPanel_->isVisible()) return false;
+    QPushButton* meant = key == Qt::Key_S ? validation() : nullptr;
+    for (const QString& name : buttonsBehind(key)) {
+        if (isUsable(meant)) break;
+        meant = findChild<QPushButton*>(name);
+    }
+    if (isUsable(meant))
+        meant->click();
+    else if (key == Qt::Key_F)
+        startFilter();
+    else
+        return false;
+    return true;
+}
+
+/// Typing filters the list the user is in, or the first that can be.
+void Form::startFilter() {
+    QList<Grid*> lists;
+    for (QTableView* view : findChildren<QTableView*>())
+        if (auto* list = dynamic_cast<Grid*>(view); list && isUsable(list)) lists.append(list);
+    std::stable_partition(lists.begin(), lists.end(), [](const Grid* list) { return list->hasFocus(); });
+    if (!lists.isEmpty() && settle()) lists.first()->startFilter();
+}
+
 void Form::pressReturn() {
     if (auto* focused = qobject_cast<QAbstractButton*>(focusWidget())) {
         focused->click();
         return;
     }
     if (auto* edit = dynamic_cast<Edit*>(focusWidget()); edit && !edit->leave()) return;
-    if (defaultButton_ && defaultButton_->isVisible() && defaultButton_->isEnabled())
+    if (isUsable(defaultButton_))
         defaultButton_->click();
     else
         focusNextChild();
@@ -239,7 +310,7 @@ void Form::pressReturn() {
 void Form::escape() {
     if (pickPanel_ && pickPanel_->isVisible())
         pickPanel_->leave();
-    else if (!cancelButton_ || !cancelButton_->isVisible() || !cancelButton_->isEnabled())
+    else if (!isUsable(cancelButton_))
         close();
     else if (!cancelAsks_ || mayLoseWork())
         cancelButton_->click();
@@ -257,7 +328,11 @@ void Form::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_F2:
         if (openPicker(focusWidget())) return;
         break;
+    case Qt::Key_F8:
+        pick(pick_lists::notices(desk_.notices()));
+        return;
     default:
+        if (event->modifiers() == Qt::ControlModifier && answersStandardKey(event->key())) return;
         break;
     }
     QWidget::keyPressEvent(event);
@@ -272,7 +347,24 @@ void Form::closeEvent(QCloseEvent* event) { event->setAccepted(mayLoseWork()); }
 
 void Form::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    placeNoticeLine();
     if (pickPanel_) pickPanel_->settle();
+}
+
+/// The foot that the window's margin keeps free of its layout.
+void Form::placeNoticeLine() {
+    const int high = contentsMargins().bottom();
+    noticeLine_->setGeometry(0, height() - high, width(), high);
+}
+
+void Form::showNotices(const QStringList& texts) {
+    const QString more = texts.size() > 1 ? QStringLiteral("  (%1 avis, F8 : liste)").arg(texts.size()) : QString();
+    noticeLine_->setText(texts.last().simplified() + more);
+    noticeLine_->setToolTip(texts.join(u'\n'));
+    for (const auto change : {QAccessible::NameChanged, QAccessible::Alert}) {
+        QAccessibleEvent told(noticeLine_, change);
+        QAccessible::updateAccessibility(&told);
+    }
 }
 
 } // namespace molven

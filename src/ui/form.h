@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QLabel;
 class QPushButton;
 
 namespace molven {
@@ -22,7 +23,8 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// the control bound to its field, a data error goes to the data-error display, and the window stays open.
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
 /// and does nothing when one of them refuses, or while a key stands refused.
-/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field.
+/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
+/// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);
@@ -31,6 +33,8 @@ public:
     const QString& mode() const { return mode_; }
     /// The name under which the user's habits with this window are kept.
     QString habit() const;
+    /// Shows news in the line at the foot until the next deed, and says it to screen readers.
+    void showNotices(const QStringList& texts);
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 
@@ -40,7 +44,9 @@ public:
     // For the form and the parts it is made of.
     Desk& desk() { return desk_; }
     Session& session() { return desk_.session; }
-    Prompt& prompt() { return desk_.prompt(); }
+    /// What it says and asks stands over this window, which comes to the front.
+    Prompt& prompt();
+    void notify(const QString& text) { desk_.notify(text); }
 
     /// Runs a handler; false when it was refused or failed.
     bool guarded(const std::function<void()>& handler);
@@ -72,6 +78,8 @@ protected:
     void applyTitle(const QString& caption, Qt::WindowStates state = Qt::WindowNoState);
     /// Pressed by Return outside a button.
     void setDefaultButton(QPushButton* button);
+    /// Pressed by Ctrl+S: the default button, else `cmdvalide`.
+    virtual QPushButton* validation() const;
     /// Typed work that closing the window would lose: the user is asked first.
     virtual bool hasUnsavedWork() const { return false; }
     /// True when nothing would be lost, or the user gives it up.
@@ -92,6 +100,9 @@ private:
     QWidget* controlOf(const QString& field) const;
     void markRefused(const Refusal& refusal);
     void mendBoxes();
+    bool answersStandardKey(int key);
+    void startFilter();
+    void placeNoticeLine();
 
     Desk& desk_;
     QString mode_;
@@ -102,6 +113,7 @@ private:
     bool cancelAsks_ = false;
     QPointer<PickPanel> pickPanel_;
     bool standsAsLeft_ = false; ///< where and as large as the user left it
+    QLabel* noticeLine_;
 };
 
 } // namespace molven

@@ -79,6 +79,14 @@ void Grid::showFilter() {
     updateGeometries();
 }
 
+void Grid::startFilter() {
+    setFocus(Qt::ShortcutFocusReason);
+    if (!model_->filter().isEmpty()) return;
+    filterText_->setText(QStringLiteral("Filtre : tapez ce que vous cherchez     Echap : fermer"));
+    filterStrip_->show();
+    updateGeometries();
+}
+
 void Grid::updateGeometries() {
     if (settingMargins_) return;
     QTableView::updateGeometries();
@@ -218,6 +226,7 @@ void Grid::keyPressEvent(QKeyEvent* event) {
         return event->ignore();
     }
     if (event->key() == Qt::Key_Escape && !model_->filter().isEmpty()) return setFilter({});
+    if (event->key() == Qt::Key_Escape && filterStrip_->isVisible()) return showFilter();
     if (event->key() == Qt::Key_Backspace)
         return setFilter(model_->filter().chopped(std::min<qsizetype>(1, model_->filter().size())));
     const QString typed = event->text();

@@ -31,6 +31,8 @@ public:
     /// Makes the row of that record current without telling becameCurrent: the screen shows it already. No row is
     /// current when none has these key values.
     void followRecord(const Record& record, const QList<const Field*>& key);
+    /// Says that typing filters.
+    void startFilter();
     /// The rows as semicolon-separated text with a header line.
     QString csv() const;
     /// Asks for a file and writes them there.

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QShortcutEvent>
+#include <QStyleOptionMenuItem>
 
 namespace molven {
 
@@ -36,6 +37,12 @@ bool MenuBar::event(QEvent* event) {
         if (!pressed.isEmpty() && walk(QKeySequence(pressed[0].key()).toString())) return true;
     }
     return QMenuBar::event(event);
+}
+
+/// The caption that Return opens looks pressed: styles show no other that it is the current one.
+void MenuBar::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
+    QMenuBar::initStyleOption(option, action);
+    if (action && action == activeAction()) option->state |= QStyle::State_Sunken;
 }
 
 void MenuBar::keyPressEvent(QKeyEvent* event) {

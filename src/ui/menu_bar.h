@@ -13,6 +13,7 @@ public:
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
 
 private:
     /// True when several captions have that key, and the next of them is highlighted now.

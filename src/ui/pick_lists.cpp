@@ -125,6 +125,15 @@ struct LetterTable : Table {
 };
 const LetterTable strlettre{"strlettre"};
 
+/// The news of the session. Never in a file: rows of a list.
+struct NoticeTable : Table {
+    using Table::Table;
+    Text avi_heu{this, "avi_heu", 8};
+    Label avi_fen{this, "avi_fen"};
+    Label avi_txt{this, "avi_txt"};
+};
+const NoticeTable stravis{"stravis"};
+
 } // namespace
 
 PickList letters(const CodeKind& kind, const std::function<void(const QString&)>& chosen) {
@@ -139,6 +148,24 @@ PickList letters(const CodeKind& kind, const std::function<void(const QString&)>
             {{&strlettre.let_cod, QStringLiteral("Code"), 80}, {&strlettre.let_lib, QStringLiteral("Libellé"), 400}},
             {},
             [chosen](const Record& row) { chosen(row[strlettre.let_cod]); },
+            rows};
+}
+
+PickList notices(const QList<Notice>& told) {
+    QList<Record> rows;
+    for (auto notice = told.rbegin(); notice != told.rend(); ++notice) {
+        Record row(stravis);
+        row[stravis.avi_heu] = notice->at.toString(QStringLiteral("HH:mm:ss"));
+        row[stravis.avi_fen] = notice->window;
+        row[stravis.avi_txt] = notice->text;
+        rows.append(row);
+    }
+    return {QStringLiteral("AVIS DE LA SESSION"),
+            {{&stravis.avi_heu, QStringLiteral("Heure"), 80},
+             {&stravis.avi_fen, QStringLiteral("Fenêtre"), 200},
+             {&stravis.avi_txt, QStringLiteral("Avis"), 400}},
+            {},
+            [](const Record&) {},
             rows};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/code_kind.h"
+#include "ui/notices.h"
 #include "ui/pick_panel.h"
 
 namespace molven::pick_lists {
@@ -32,6 +33,9 @@ PickList units(Database molven, const QString& title, const Criterion& criterion
 
 /// Movements of an article kept by quantity, by date; to look at only.
 PickList movements(Database molven, const QString& reference);
+
+/// What the session was told, newest first; to look at only.
+PickList notices(const QList<Notice>& told);
 
 /// Columns of a grid of units, as every list of units shows them.
 QList<GridColumn> unitColumns();

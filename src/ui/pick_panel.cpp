@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 namespace molven {
@@ -41,7 +42,7 @@ QString habitOf(const QList<GridColumn>& columns) {
 } // namespace
 
 void PickPanel::open(const PickList& list) {
-    back_ = parentWidget()->focusWidget();
+    if (!isVisible()) back_ = parentWidget()->focusWidget();
     title_->setText(list.title);
     grid_->setAccessibleName(list.title);
     grid_->setColumns(list.columns, habitOf(list.columns));
@@ -57,8 +58,18 @@ void PickPanel::open(const PickList& list) {
     settle();
     show();
     raise();
-    if (grid_->rows().rowCount() > 0) grid_->selectRow(0);
+    if (grid_->rows().rowCount() > 0) grid_->selectRow(rowOfTyped());
     grid_->setFocus();
+}
+
+/// The row of the code that stands in the box behind which the list opens, the first row without one.
+int PickPanel::rowOfTyped() const {
+    const auto* box = qobject_cast<const QLineEdit*>(back_.data());
+    if (!box || box->text().trimmed().isEmpty()) return 0;
+    const Field* code = grid_->rows().columns().first().field;
+    Record wanted = *grid_->rows().record(0);
+    wanted.set(*code, box->text().trimmed());
+    return std::max(0, grid_->rows().rowOf(wanted, {code}));
 }
 
 void PickPanel::showCount() {

@@ -33,6 +33,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    int rowOfTyped() const;
     void showCount();
 
     QLabel* title_;

@@ -13,7 +13,9 @@ enum class Icon { None, Information, Warning, Stop, Question };
 class Prompt {
 public:
     virtual ~Prompt() = default;
-    /// A message with one button.
+    /// A piece of news that asks nothing: the windows show it in their line of notices, without stopping the hands.
+    virtual void hear(const QString& text) { Q_UNUSED(text) }
+    /// A message with one button, for what the user must know before going on: a refusal, a warning, a fault.
     virtual void tell(const QString& text, const QString& title = {}, Icon icon = Icon::Information) = 0;
     /// A question; true for yes, which is the default.
     virtual bool ask(const QString& text, const QString& title = {}, Icon icon = Icon::Question) = 0;

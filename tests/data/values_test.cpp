@@ -69,6 +69,18 @@ TEST(Dates, HaveASortKeyAndRefuseDaysThatDoNotExist) {
     EXPECT_TRUE(isEmptyDate(EmptyDate));
 }
 
+TEST(Dates, AreUnderstoodAsPeopleTypeThem) {
+    const QDate today(2026, 11, 25);
+    for (const auto& [typed, meant] :
+         {std::pair("12/5", "12/05/2026"), std::pair("5/3/26", "05/03/2026"), std::pair("05/03/76", "05/03/2076"),
+          std::pair("05/03/77", "05/03/1977"), std::pair("01/02/2031", "01/02/2031"), std::pair("12/05/", "12/05/2026"),
+          std::pair("12", ""), std::pair("31/02", ""), std::pair("12/5/202", ""), std::pair("//", "")})
+        EXPECT_EQ(dateText(typedDay(QString::fromLatin1(typed), today)), QString::fromLatin1(meant)) << typed;
+    for (const auto& [typed, meant] :
+         {std::pair("5/29", "05/2029"), std::pair("05/2029", "05/2029"), std::pair("13/29", ""), std::pair("05/", "")})
+        EXPECT_EQ(monthText(typedMonth(QString::fromLatin1(typed), today)), QString::fromLatin1(meant)) << typed;
+}
+
 TEST(Dates, OfSterilisationAndExpiryAreAMonthAndAYear) {
     EXPECT_TRUE(isMonthYear(QStringLiteral("12/2030")));
     for (const char* wrong : {"13/2030", "00/2030", "1/2030", "12/30", "12/2030x", "__/____"})

@@ -2,6 +2,8 @@
 
 namespace molven::play {
 
+void ScriptedPrompt::hear(const QString& text) { unchecked.enqueue(text); }
+
 void ScriptedPrompt::tell(const QString& text, const QString&, Icon) { unchecked.enqueue(text); }
 
 bool ScriptedPrompt::ask(const QString& text, const QString&, Icon) {

@@ -9,6 +9,7 @@ namespace molven::play {
 /// Stands in for the user in front of message boxes.
 class ScriptedPrompt : public Prompt {
 public:
+    void hear(const QString& text) override;
     void tell(const QString& text, const QString& title, Icon icon) override;
     bool ask(const QString& text, const QString& title, Icon icon) override;
     bool confirm(const QString& text, const QString& about) override;

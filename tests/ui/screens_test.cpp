@@ -5,6 +5,7 @@
 #include "shell/menu_tree.h"
 #include "support/dossier.h"
 #include "ui/form.h"
+#include "ui/grid.h"
 #include "ui/menu_bar.h"
 
 #include <QAbstractButton>
@@ -17,6 +18,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace molven {
@@ -124,6 +126,70 @@ TEST_F(EveryScreen, FitsASmallScreenWithItsFrame) {
     });
 }
 
+TEST_F(EveryScreen, AnswersTheStandardKeys) {
+    const std::pair<Qt::Key, QStringList> keys[] = {
+        {Qt::Key_N, {QStringLiteral("CmdAjout")}},
+        {Qt::Key_P, {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt")}},
+        {Qt::Key_S, {QStringLiteral("cmdvalide"), QStringLiteral("Cmdvalstk")}}};
+    int answered = 0;
+    walk([&](Form& form) {
+        for (const auto& [key, names] : keys)
+            for (const QString& name : names) {
+                auto* meant = form.findChild<QAbstractButton*>(name);
+                if (!meant || !meant->isVisible() || !meant->isEnabled()) continue;
+                SCOPED_TRACE(name.toStdString());
+                const QSignalSpy clicks(meant, &QAbstractButton::clicked);
+                said->answers.clear();
+                said->answers.append({true, true});
+                QTest::keyClick(form.focusWidget() ? form.focusWidget() : &form, key, Qt::ControlModifier);
+                EXPECT_EQ(clicks.count(), 1);
+                ++answered;
+                if (!form.isVisible()) return;
+            }
+    });
+    EXPECT_GT(answered, 60);
+    said->unchecked.clear();
+    said->unanswered.clear();
+}
+
+TEST_F(EveryScreen, ComesToTheFrontWhenItAsksWhetherTypedWorkIsLost) {
+    desk->open(QStringLiteral("Tmenu"));
+    Form* clients = desk->open(QStringLiteral("t_cltges"));
+    Form* suppliers = desk->open(QStringLiteral("T_fouges"));
+    ASSERT_NE(clients, nullptr);
+    ASSERT_NE(suppliers, nullptr);
+    clients->findChild<QPushButton*>(QStringLiteral("CmdAjout"))->click();
+    clients->findChild<QLineEdit*>(QStringLiteral("txtclt_nom"))->setText(QStringLiteral("A moitié"));
+    suppliers->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(suppliers));
+    said->answers.append(false);
+    EXPECT_FALSE(desk->quit());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(clients)) << "the question is about this window";
+    said->unchecked.clear();
+}
+
+TEST_F(EveryScreen, FiltersItsListByCtrlF) {
+    Form* vat = desk->open(QStringLiteral("T_parfac"));
+    ASSERT_NE(vat, nullptr);
+    auto* box = vat->findChild<QLineEdit*>(QStringLiteral("txtpar1_lib"));
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_F, Qt::ControlModifier);
+    auto* grid = dynamic_cast<Grid*>(vat->focusWidget());
+    ASSERT_NE(grid, nullptr);
+    const int all = grid->rows().rowCount();
+    QTest::keyClicks(grid, QStringLiteral("norm"));
+    EXPECT_LT(grid->rows().rowCount(), all);
+}
+
+namespace {
+
+QRgb background(MenuBar& bar, const QAction* entry) {
+    const QRect caption = bar.actionGeometry(const_cast<QAction*>(entry));
+    return bar.grab().toImage().pixel(caption.left() + 3, caption.center().y());
+}
+
+} // namespace
+
 TEST(MenuBars, WalkThroughCaptionsThatShareAnAccessKeyAndOpenNothing) {
     QWidget window;
     MenuBar bar(&window);
@@ -140,6 +206,7 @@ TEST(MenuBars, WalkThroughCaptionsThatShareAnAccessKeyAndOpenNothing) {
     for (const int expected : {1, 3, 4, 1}) {
         QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
         EXPECT_EQ(bar.activeAction(), entries[expected]);
+        EXPECT_NE(background(bar, entries[expected]), background(bar, entries[0])) << "Return opens what looks so";
     }
     EXPECT_EQ(opened, 0);
     QTest::keyClick(&bar, Qt::Key_Return);

@@ -131,9 +131,10 @@ void ParameterForm::pushAccount() {
     const QString account = typed(strparam.cpt_par);
     Database compta = workspace_.open(session().path(DataFile::Compta));
     const auto given = article_updates::setFamilyAccount(molven_, compta, typed(strparam.num_par), account);
-    prompt().tell(QStringLiteral("Il y a eu %1 articles mis à jour ").arg(given.articles));
+    notify(QStringLiteral("Il y a eu %1 articles mis à jour ").arg(given.articles));
     if (!given.isInChart)
-        prompt().tell(QStringLiteral("Attention : le compte %1 n'est pas dans le plan comptable").arg(account));
+        prompt().tell(QStringLiteral("Attention : le compte %1 n'est pas dans le plan comptable").arg(account), {},
+                      Icon::Warning);
 }
 
 void ParameterForm::buildPan() {

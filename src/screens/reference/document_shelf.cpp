@@ -59,7 +59,7 @@ void DocumentShelf::chooseFolder() {
 
 void DocumentShelf::take(const QString& folder) {
     keepFolder(folder);
-    form_.prompt().tell(QStringLiteral("Enregistrés sous :  ") + QDir::toNativeSeparators(folder));
+    form_.notify(QStringLiteral("Enregistrés sous :  ") + QDir::toNativeSeparators(folder));
     show(folder);
 }
 

@@ -118,7 +118,7 @@ void LppCodificationForm::run() {
     });
     QApplication::restoreOverrideCursor();
     if (!done) return;
-    prompt().tell(QStringLiteral("Traitement termine"));
+    notify(QStringLiteral("Traitement termine"));
     if (faults.isEmpty()) return;
     Report report(QStringLiteral("Liste des erreurs - Codification des LPP à partir des codes TIPS"),
                   {{QStringLiteral("Référence")},

@@ -75,7 +75,7 @@ void DocumentForm::validateHeader() {
 void DocumentForm::startChanging() {
     documents::requireOpen(book_, requireDocument());
     if (!mayLeaveTray()) return;
-    prompt().tell(QStringLiteral("modifs possibles : chirurgien/transport/bon/patient/lignes "));
+    notify(QStringLiteral("modifs possibles : chirurgien/transport/bon/patient/lignes "));
     setStage(Stage::Changing);
     header_->focusFirst();
 }

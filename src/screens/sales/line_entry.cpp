@@ -293,7 +293,7 @@ void LineEntry::takeArticle() {
     articleDiscount_->put(std::as_const(*article)[strarticle.art_rem]);
     show();
     takeAmounts();
-    if (!draft_.priceMessage.isEmpty()) form_.prompt().tell(draft_.priceMessage);
+    if (!draft_.priceMessage.isEmpty()) form_.notify(draft_.priceMessage);
     box(draft_.tracked  ? static_cast<const Field&>(table_.fac_imm)
         : draft_.isText ? static_cast<const Field&>(table_.fac_li1)
                         : table_.fac_qte)

@@ -216,9 +216,9 @@ void RecallForm::writeLetters() {
         printed(letterTo(session(), address, client, query_, hospital.value()))
             .savePdf(freeName(folder + u'/' + recall::letterName(query_, hospital.key(), Clock::today())));
     }
-    prompt().tell(QStringLiteral("Lettres enregistrées dans %1 : %2")
-                      .arg(QDir::toNativeSeparators(folder))
-                      .arg(byHospital.size()));
+    notify(QStringLiteral("Lettres enregistrées dans %1 : %2")
+               .arg(QDir::toNativeSeparators(folder))
+               .arg(byHospital.size()));
 }
 
 } // namespace molven

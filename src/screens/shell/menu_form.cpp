@@ -118,7 +118,7 @@ void MenuForm::buildPanels() {
     auto* apply = button(QStringLiteral("Cmdoknum"), QStringLiteral("&Valider"), [this] { renumber(); });
     leaveNumber_ = leaveButton(QStringLiteral("Cmdnonnum"), QStringLiteral("&Annuler"), [this] {
         numberPanel_->hide();
-        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+        notify(QStringLiteral("traitement abandonné"));
     });
     auto* numberLayout = static_cast<QGridLayout*>(numberPanel_->layout());
     numberLayout->addWidget(new QLabel(QStringLiteral("Numéro actuel :"), numberPanel_), 1, 0);
@@ -223,7 +223,7 @@ void MenuForm::act(const MenuEntry& entry) {
         if (!entry.refusal.isEmpty()) prompt().tell(entry.refusal, {}, Icon::Information);
         return;
     }
-    if (!entry.notice.isEmpty()) prompt().tell(entry.notice);
+    if (!entry.notice.isEmpty()) notify(entry.notice);
     switch (entry.action) {
     case MenuAction::Screen:
         desk().open(entry.target, entry.mode, entry.caption);
@@ -274,7 +274,7 @@ void MenuForm::startProgram(const QString& program) {
 }
 
 void MenuForm::updateDepotFamilies() {
-    prompt().tell(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(units::updateDepotFamilies(session())));
+    notify(QStringLiteral("Il y a eu %1 produits mis à jour ").arg(units::updateDepotFamilies(session())));
 }
 
 void MenuForm::askBook(const MenuEntry& entry) {
@@ -288,7 +288,7 @@ void MenuForm::askBook(const MenuEntry& entry) {
 void MenuForm::startRenumbering(const MenuEntry& entry) {
     renumbering_ = renumbering::ofMenu(entry.name);
     if (!prompt().ask(renumbering_->question, QStringLiteral("Utilitaires"))) {
-        prompt().tell(QStringLiteral("traitement abandonné"), QStringLiteral("Utilitaires"));
+        notify(QStringLiteral("traitement abandonné"));
         return;
     }
     Workspace workspace;
@@ -306,7 +306,7 @@ void MenuForm::renumber() {
     if (!prompt().confirm(QStringLiteral("Numérotation ok ? ?"), QStringLiteral("Utilitaires : ") + numbers)) return;
     renumbering::renumber(session(), *renumbering_, oldNumber_->text(), newNumber_->text());
     numberPanel_->hide();
-    prompt().tell(QStringLiteral("traitement terminé"), QStringLiteral("Utilitaires"));
+    notify(QStringLiteral("traitement terminé"));
 }
 
 /// Escape leaves what stands open in the window; the program is left by its menu entry and by closing the window.

@@ -178,6 +178,10 @@ void ReceiptForm::keyPressEvent(QKeyEvent* event) {
     Form::keyPressEvent(event);
 }
 
+QPushButton* ReceiptForm::validation() const {
+    return units_->isAncestorOf(focusWidget()) ? units_->validateButton(focusWidget()) : validate_;
+}
+
 bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || units_->hasUnsavedWork(); }
 
 void ReceiptForm::setPickers() {
@@ -377,7 +381,7 @@ void ReceiptForm::receive() {
     createdWords_->show();
     units_->list(strproduit.pro_ann == QStringLiteral("20") && strproduit.imm_art >= created.first &&
                  strproduit.imm_art <= created.last);
-    prompt().tell(QStringLiteral("Nous allons créer l'immat ") + created.first);
+    notify(QStringLiteral("Nous allons créer l'immat ") + created.first);
     clearUnit();
     panel_->edit(strproduit.ref_art)->setFocus();
 }

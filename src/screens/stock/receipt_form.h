@@ -22,6 +22,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool hasUnsavedWork() const override;
+    QPushButton* validation() const override;
 
 private:
     QWidget* buildReceipt();
