@@ -161,7 +161,7 @@ void DateBox::openCalendar() {
     connect(calendar, &QCalendarWidget::clicked, this, choose);
     connect(calendar, &QCalendarWidget::activated, this, choose);
     auto* layout = new QVBoxLayout(popup);
-    layout->setContentsMargins(0, 0, 0, 0);
+    style::nest(*layout);
     layout->addWidget(calendar);
     popup->adjustSize();
     const QRect screen = this->screen()->availableGeometry();

@@ -42,8 +42,7 @@ Form::Form(Desk& desk, const QString& name)
     setObjectName(name);
     noticeLine_->setObjectName(QStringLiteral("Notices"));
     noticeLine_->setTextFormat(Qt::PlainText);
-    noticeLine_->setMargin(4);
-    setContentsMargins(0, 0, 0, noticeLine_->sizeHint().height());
+    style::keepFoot(*this, *noticeLine_);
 }
 
 Form::~Form() = default;

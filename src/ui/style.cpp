@@ -129,6 +129,11 @@ void letBreathe(QLayout& layout) {
     layout.setSpacing(12);
 }
 
+void keepFoot(QWidget& window, QLabel& line) {
+    line.setMargin(4);
+    window.setContentsMargins(0, 0, 0, line.sizeHint().height());
+}
+
 void makeHeading(QLabel& label) {
     QFont font = label.font();
     font.setBold(true);

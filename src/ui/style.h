@@ -53,6 +53,9 @@ void spaceAsBoxes(QGridLayout& layout);
 /// A layout of a window with a few boxes only.
 void letBreathe(QLayout& layout);
 
+/// Keeps the foot of a window free for one line of words.
+void keepFoot(QWidget& window, QLabel& line);
+
 // Type
 
 /// What the lines or boxes below are about.
