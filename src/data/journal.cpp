@@ -1,6 +1,7 @@
 #include "data/journal.h"
 
 #include "data/clock.h"
+#include "data/digest.h"
 #include "data/journal_tables.h"
 #include "data/row_reader.h"
 
@@ -120,12 +121,21 @@ QStringList Journal::head() {
                     author::operatorCode(), author::programVersion(), workspace_.deed_, table_.name});
 }
 
-void Journal::added(const Record& record) {
+void Journal::added(const Record& record) { found(QStringLiteral("C"), record); }
+
+void Journal::found(const QString& kind, const Record& record) {
     if (!active()) return;
     QStringList parts;
     for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
-    workspace_.run(entry(file_) + QStringLiteral("values (?,?,?,?,?,?,?,?,?,'C','')"),
-                   head() + notNull({parts.join(u'/')}));
+    workspace_.run(entry(file_) + QStringLiteral("values (?,?,?,?,?,?,?,?,?,?,?)"),
+                   head() + notNull({parts.join(u'/'), kind, digest::of(record)}));
+}
+
+void Journal::takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table) {
+    Journal journal(workspace, qualifiedTable, table);
+    if (!table.trail() || !journal.active()) return;
+    Statement& rows = workspace.run(QStringLiteral("select %1 from %2").arg(table.columns(), qualifiedTable));
+    while (rows.next()) journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {

@@ -34,6 +34,8 @@ public:
 
     /// A record is added.
     void added(const Record& record);
+    /// The records that a table of an older file already holds; its journal answers for them from now on.
+    static void takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table);
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
     /// One field of these records will be given another's value.
@@ -56,6 +58,7 @@ private:
     /// Whether the file keeps a journal; its former days are sealed when it is asked first.
     bool active();
     QStringList head();
+    void found(const QString& kind, const Record& record);
     void changing(const QList<Change>& changes, const QStringList& given, const Criterion& criterion);
     void enter(const QString& kind, const QString& values, const QStringList& bound, const Criterion& criterion);
     void sealFormerDays();

@@ -1,6 +1,7 @@
 #include "data/layout.h"
 
 #include "data/catalogue.h"
+#include "data/journal.h"
 #include "data/sqlite_engine.h"
 #include "data/workspace.h"
 
@@ -61,11 +62,13 @@ void Layout::upgrade(const QString& path) {
     try {
         Workspace workspace;
         workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-        Transaction transaction(workspace);
+        Transaction transaction(workspace, QStringLiteral("Reprise"));
         // Another workstation may have done it while this one waited.
         if (workspace.mark(QStringLiteral("main"), "user_version") >= sqlite::SchemaVersion) return;
         Layout layout(workspace);
         for (const Table* table : tablesOf(*file)) layout.complete(*table);
+        for (const Table* table : tablesOf(*file))
+            Journal::takeOver(workspace, QStringLiteral("main.") + table->name, *table);
         workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
         transaction.commit();
     } catch (const DataError& error) {
@@ -129,6 +132,34 @@ QList<Layout::IndexFault> Layout::indexFaults(const QString& path, const QList<c
                 faults.append({table, QStringLiteral("index %1 absent").arg(name)});
     }
     return faults;
+}
+
+QStringList Layout::foreignObjects(const QString& path) {
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    QStringList found;
+    Statement& rows = workspace.run(
+        QStringLiteral("select type||' '||name from main.sqlite_master where type in ('trigger','view') order by 1"));
+    while (rows.next()) found.append(rows.text(0));
+    return found;
+}
+
+QList<std::pair<const Field*, qint64>> Layout::misfits(const QString& path, const Table& table) {
+    QStringList counts;
+    for (const Field* field : table.fields())
+        counts.append((field->kind == Field::Kind::Number
+                           ? QStringLiteral("sum(typeof(%1) not in ('integer','real','null'))")
+                           : QStringLiteral("sum(typeof(%1)<>'text')"))
+                          .arg(field->name));
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    QList<std::pair<const Field*, qint64>> found;
+    Statement& row = workspace.run(QStringLiteral("select %1 from main.%2").arg(counts.join(u','), table.name));
+    row.next();
+    for (const Field* field : table.fields())
+        if (const qint64 count = row.integer(field->position)) found.append({field, count});
+    row.finish();
+    return found;
 }
 
 void Layout::repairIndexes(const QString& path, const QList<const Table*>& tables) {

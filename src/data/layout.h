@@ -11,9 +11,10 @@ class Layout {
 public:
     /// Makes a new file of ours with these tables, whole or not at all.
     static void create(const QString& path, const QList<const Table*>& tables);
-    /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, all or
-    /// nothing; waits for another workstation that is at it. A unique index that the file's own records contradict
-    /// becomes a plain one. A file of another name is left as it is. Throws DataError when the file cannot be written.
+    /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, and its
+    /// journal an entry for each record, all or nothing; waits for another workstation that is at it. A unique index
+    /// that the file's own records contradict becomes a plain one. A file of another name is left as it is. Throws
+    /// DataError when the file cannot be written.
     static void upgrade(const QString& path);
     /// An index that is not as declared.
     struct IndexFault {
@@ -21,6 +22,11 @@ public:
         QString text; ///< "index strproduit_3 absent"
     };
     static QList<IndexFault> indexFaults(const QString& path, const QList<const Table*>& tables);
+    /// Triggers and views of a file, "trigger x": the program makes none.
+    static QStringList foreignObjects(const QString& path);
+    /// Fields of a table that hold something else than they are for, a text in a number's place, and in how many
+    /// records.
+    static QList<std::pair<const Field*, qint64>> misfits(const QString& path, const Table& table);
     /// Makes the indexes of a file those that its tables declare, all or nothing. A unique one that the records
     /// contradict stays a plain one.
     static void repairIndexes(const QString& path, const QList<const Table*>& tables);

@@ -8,6 +8,7 @@
 #include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "stock/unit_deeds.h"
 
 namespace molven::units {
 
@@ -141,7 +142,7 @@ void requireSold(const Record& unit) {
 void implant(Database molven, const Record& before, const Implantation& implantation) {
     if (!dateFromText(implantation.date).isValid())
         throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
-    Transaction transaction(molven.workspace(), QStringLiteral("Implantation"));
+    Transaction transaction(molven.workspace(), ImplantationDeed);
     const Immatriculation immatriculation = Immatriculation::fromText(before[strproduit.imm_art]);
     const Record stored = required(molven, immatriculation);
     requireSold(stored);
@@ -217,7 +218,7 @@ void requireChangeable(const Record& unit) {
 }
 
 void change(Database molven, const Record& unit, const Record& before) {
-    Transaction transaction(molven.workspace(), QStringLiteral("Modification d'une unité"));
+    Transaction transaction(molven.workspace(), CorrectionDeed);
     requireChangeable(before);
     Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
     if (stored.isEmpty())

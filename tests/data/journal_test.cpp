@@ -35,9 +35,10 @@ protected:
     /// "C HIP" or "M HIP {...}" of every entry of a file, in order.
     static QStringList entries(Database file) {
         QStringList found;
-        for (const Record& row : file.select(strjournal))
-            found.append(
-                (row[strjournal.jou_gen] + u' ' + row[strjournal.jou_cle] + u' ' + row[strjournal.jou_val]).trimmed());
+        for (const Record& row : file.select(strjournal)) {
+            const QString how = row[strjournal.jou_gen], values = how == u"C" ? QString() : row[strjournal.jou_val];
+            found.append((how + u' ' + row[strjournal.jou_cle] + u' ' + values).trimmed());
+        }
         return found;
     }
 

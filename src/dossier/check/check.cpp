@@ -1,8 +1,6 @@
 #include "dossier/check.h"
 
 #include "data/errors.h"
-#include "data/journal.h"
-#include "data/journal_tables.h"
 #include "data/layout.h"
 #include "data/snapshot.h"
 #include "dossier/check/checks.h"
@@ -10,6 +8,7 @@
 #include "shell/tables.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QSet>
 
@@ -32,42 +31,62 @@ const Kind Notes{QStringLiteral("bons facturés"),
                  QStringLiteral("supprimer de la facture les lignes de ce bon, puis l'intégrer de nouveau")};
 const Kind Totals{QStringLiteral("totaux"),
                   QStringLiteral("molvenctl check --reparer recalcule les totaux d'après les lignes"), true};
+const Kind WaitingTotals{
+    QStringLiteral("totaux en attente"),
+    QStringLiteral("rétablir d'abord ce qui est signalé de ces documents, d'après l'imprimé ou une sauvegarde ; les "
+                   "totaux ne sont recalculés qu'ensuite")};
 const Kind Amounts{QStringLiteral("montants"), QStringLiteral("ouvrir le document et valider de nouveau la ligne")};
 const Kind Units{QStringLiteral("produits"),
                  QStringLiteral("lire l'historique du produit ; supprimer la ligne en trop, ou la saisir de nouveau")};
 const Kind Quantities{QStringLiteral("stocks"),
                       QStringLiteral("molvenctl check --reparer recompte le stock d'après les produits"), true};
+const Kind WaitingQuantities{
+    QStringLiteral("stocks en attente"),
+    QStringLiteral("rétablir d'abord les produits signalés ; le stock n'est recompté qu'ensuite")};
 const Kind Patients{QStringLiteral("patients et lots"),
                     QStringLiteral("vérifier sur le document papier, puis corriger le produit ou le document")};
 const Kind Sets{QStringLiteral("ancillaires"),
                 QStringLiteral("vérifier où est le produit, puis le retirer de l'ancillaire ou l'y remettre")};
+const Kind Conformity{QStringLiteral("conformité"),
+                      QStringLiteral("vérifier l'historique du produit, puis changer sa conformité de nouveau")};
+const Kind Foreign{QStringLiteral("objets étrangers"),
+                   QStringLiteral("demander qui les a mis et les retirer avec l'outil qui les a faits ; comparer avec "
+                                  "une sauvegarde d'avant")};
 const Kind Values{QStringLiteral("valeurs"), QStringLiteral("ressaisir la valeur dans la fiche ou le document")};
 const Kind Altered{QStringLiteral("changements sans auteur"),
                    QStringLiteral("lire l'historique de la fiche et y remettre la valeur juste")};
+const Kind Added{
+    QStringLiteral("ajouts sans auteur"),
+    QStringLiteral("demander d'où vient la fiche ; la supprimer dans le programme, et la ressaisir si elle est juste")};
+const Kind Removed{QStringLiteral("suppressions sans auteur"),
+                   QStringLiteral("ressaisir la fiche d'après son historique et le document imprimé, ou restaurer une "
+                                  "sauvegarde (molvenctl restaurer)")};
+const Kind AlteredSums{QStringLiteral("totaux et stocks sans auteur"),
+                       QStringLiteral("molvenctl check --reparer, quand rien d'autre n'est en doute"), true};
 
 } // namespace kind
 
-void checkFile(const CatalogueEntry& entry, const QString& path, Faults& faults) {
-    const auto fault = [&](const QString& subject, const QString& text, const Kind& kind) {
-        faults.append({entry.name, subject, text, &kind});
+void checkFile(const DossierFile& file, Faults& faults) {
+    const auto fault = [&](const QString& subject, const QString& text) {
+        faults.append({file.entry->name, subject, text, &kind::File});
     };
     try {
         Workspace workspace;
-        Database file = workspace.open(path);
-        for (const QString& engineFault : file.integrityFaults())
-            fault(entry.name, QStringLiteral("contrôle du moteur : ") + engineFault, kind::File);
-        for (const Table* table : tablesOf(entry.file)) {
-            const QStringList columns = file.columns(*table);
+        Database database = workspace.open(file.path);
+        for (const QString& engineFault : database.integrityFaults())
+            fault(file.entry->name, QStringLiteral("contrôle du moteur : ") + engineFault);
+        for (const Table* table : tablesOf(file.entry->file)) {
+            const QStringList columns = database.columns(*table);
             if (columns.isEmpty()) {
-                fault(table->name, QStringLiteral("table absente"), kind::File);
+                fault(table->name, QStringLiteral("table absente"));
                 continue;
             }
             for (const Field* field : table->fields())
                 if (!columns.contains(field->name, Qt::CaseInsensitive))
-                    fault(table->name, QStringLiteral("champ %1 absent").arg(field->name), kind::File);
+                    fault(table->name, QStringLiteral("champ %1 absent").arg(field->name));
         }
     } catch (const DataError& error) {
-        fault(entry.name, error.description, kind::File);
+        fault(file.entry->name, error.description);
     }
 }
 
@@ -89,6 +108,18 @@ public:
     }
 
     const QHash<QString, QString>& folders() const { return folders_; }
+
+    /// Where a file's copy lies, below the folder of the copies.
+    QString copy(const QString& path) const {
+        const QFileInfo file(path);
+        return folders_.value(cleaned(file.path())) + u'/' + file.fileName();
+    }
+
+    /// The file that a copy was made of.
+    QString original(const QString& path, const QString& copy) const {
+        const QFileInfo file(QDir(copy).relativeFilePath(path));
+        return QDir(folders_.key(file.path())).filePath(file.fileName());
+    }
 
     /// The session of the copied dossier.
     Session session(const QString& copy) const {
@@ -120,30 +151,39 @@ QStringList fileNames() {
     return names;
 }
 
-/// Each file of the copy, but those of which there is none.
-void checkFiles(const Session& session, const QSet<QString>& notCopied, Faults& faults) {
-    for (const CatalogueEntry& entry : catalogue()) {
-        const QString path = session.path(entry.file);
-        if (notCopied.contains(entry.name)) continue;
-        if (entry.file == DataFile::Societe && !QFile::exists(path)) continue;
-        checkFile(entry, path, faults);
-    }
+/// What else a file tells, once the engine finds it sound.
+void checkContents(const DossierFile& file, Faults& faults) {
+    const QString name = file.entry->name;
+    for (const auto& [table, text] : Layout::indexFaults(file.path, tablesOf(file.entry->file)))
+        faults.append({name, table->name, text, &kind::Indexes, {file.path, table, {}}});
+    for (const QString& object : Layout::foreignObjects(file.path))
+        faults.append({name, object, QStringLiteral("ne vient pas du programme"), &kind::Foreign});
+    for (const Table* table : tablesOf(file.entry->file))
+        for (const auto& [field, count] : Layout::misfits(file.path, *table))
+            faults.append(
+                {name, table->name,
+                 (field->kind == Field::Kind::Number ? QStringLiteral("%1 : du texte à la place d'un nombre, %2 fois")
+                                                     : QStringLiteral("%1 : autre chose que du texte, %2 fois"))
+                     .arg(field->name, QString::number(count)),
+                 &kind::Values});
 }
 
-/// What each file tells by itself, once the engine finds all sound.
-void checkContents(const Session& session, Faults& faults) {
+/// The files that a dossier must have, and those of its other folders; without those that could not be copied.
+QList<DossierFile> filesOf(const Session& session, const QString& folder, const QSet<QString>& notCopied) {
+    QList<DossierFile> files;
+    QSet<QString> listed;
+    const auto add = [&](const CatalogueEntry& entry, const QString& path) {
+        if (listed.contains(path) || notCopied.contains(QDir(folder).relativeFilePath(path))) return;
+        listed.insert(path);
+        files.append({&entry, path});
+    };
     for (const CatalogueEntry& entry : catalogue()) {
-        const QString path = session.path(entry.file);
-        if (!QFile::exists(path)) continue;
-        for (const auto& [table, text] : Layout::indexFaults(path, tablesOf(entry.file)))
-            faults.append({entry.name, table->name, text, &kind::Indexes});
-        if (!tablesOf(entry.file).contains(&strjournal)) continue;
-        Workspace workspace;
-        Database file = workspace.open(path);
-        for (const QString& broken : Journal::faults(file))
-            faults.append({entry.name, strjournal.name, broken, &kind::Journal});
-        checkAgainstJournal(entry, file, faults);
+        const QString path = QDir::cleanPath(session.path(entry.file));
+        if (entry.file != DataFile::Societe || QFile::exists(path)) add(entry, path);
+        QDirIterator others(folder, {entry.name}, QDir::Files, QDirIterator::Subdirectories);
+        while (others.hasNext()) add(entry, QDir::cleanPath(others.next()));
     }
+    return files;
 }
 
 } // namespace
@@ -156,12 +196,14 @@ QList<Fault> run(const Session& session) {
     QSet<QString> notCopied;
     for (const auto& [path, error] : snapshot.faults()) {
         const QString name = QFileInfo(path).fileName();
-        notCopied.insert(name);
+        notCopied.insert(copies.copy(path));
         faults.append({name, name, error.description, &kind::File});
     }
-    checkFiles(copied, notCopied, faults);
+    const QList<DossierFile> dossier = filesOf(copied, snapshot.folder(), notCopied);
+    for (const DossierFile& file : dossier) checkFile(file, faults);
     if (!faults.isEmpty()) return faults; // the rules below read files that must be sound
-    checkContents(copied, faults);
+    for (const DossierFile& file : dossier) checkContents(file, faults);
+    checkJournals(dossier, faults);
     references::Files files(copied);
     if (files[DataFile::Molven].count(strspecif) != 1)
         faults.append({QStringLiteral("molven.mdb"), strspecif.name,
@@ -171,9 +213,12 @@ QList<Fault> run(const Session& session) {
     checkQuantities(files, faults);
     checkSets(files, faults);
     checkNotes(papers, faults);
+    checkProformas(files, faults);
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))
         faults.append({orphan.file, orphan.code, orphan.text, &kind::Codes});
+    holdBack(faults);
+    for (Fault& fault : faults) fault.place.path = copies.original(fault.place.path, snapshot.folder());
     return faults;
 }
 

@@ -14,8 +14,8 @@ namespace molven::check {
 using Faults = QList<Fault>;
 
 namespace kind {
-extern const Kind File, Indexes, Journal, Codes, Papers, Notes, Totals, Amounts, Units, Quantities, Patients, Sets,
-    Values, Altered;
+extern const Kind File, Indexes, Journal, Codes, Papers, Notes, Totals, WaitingTotals, Amounts, Units, Quantities,
+    WaitingQuantities, Patients, Sets, Conformity, Values, Foreign, Altered, AlteredSums, Added, Removed;
 } // namespace kind
 
 /// The tables of one family of documents.
@@ -32,17 +32,19 @@ const QList<Family>& families();
 struct Paper {
     const Family* family;
     QString series; ///< whose numbers it shares: each user folder has its own
-    QString file, year, number, client, date, patient, depot, invoice;
+    QString file, path, year, number, client, date, patient, depot, invoice;
     bool isTransferred = false;
 
     QString name() const { return family->name + u' ' + number; }
+    Place place() const { return {path, &family->headers, year + u'/' + number}; }
 };
 
 /// What a line says of its unit.
 struct UnitLine {
     const Paper* paper;
     QString reference, depot, identification, note;
-    bool takesBack = false;
+    bool takesBack;
+    QString serial, sterilisation, sterilised, expiry; ///< empty on lines of old
 };
 
 /// Every document of the current and archived files, read once.
@@ -74,15 +76,52 @@ private:
     QList<Invoiced> invoiced_;
 };
 
-void checkFile(const CatalogueEntry& entry, const QString& path, Faults& faults);
+/// A database file of the dossier, in one of its folders.
+struct DossierFile {
+    const CatalogueEntry* entry;
+    QString path;
+};
+
+/// What a file tells by itself: whether the engine finds it sound, its tables, its fields.
+void checkFile(const DossierFile& file, Faults& faults);
 void checkNotes(const Papers& papers, Faults& faults);
+void checkProformas(references::Files& files, Faults& faults);
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults);
 void checkQuantities(references::Files& files, Faults& faults);
 void checkSets(references::Files& files, Faults& faults);
 /// Dates and immatriculations that are none.
+void checkUnitValues(const QString& fileName, const Record& unit, Faults& faults);
 void checkValues(references::Files& files, Faults& faults);
-/// Records that no longer hold what the journal last wrote of them: changed by something else than the program.
-void checkAgainstJournal(const CatalogueEntry& entry, Database file, Faults& faults);
+/// Journals that were altered, and records that are not as the journals say: changed, added or removed by something
+/// else than the program.
+void checkJournals(const QList<DossierFile>& files, Faults& faults);
+
+/// The conformity history of every unit, current or archived.
+class Conformities {
+public:
+    explicit Conformities(Database molven);
+    /// What of a unit of that file does not agree with its history; empty when all does. To be asked once a unit.
+    QString faultOf(Database file, const Record& unit);
+    /// Histories of units that were not asked for.
+    void tellLeft(Faults& faults) const;
+
+private:
+    struct History {
+        qint64 changes = 0;
+        QString code, cause; ///< the latest
+    };
+    QString fileName_;
+    QHash<QString, History> histories_; ///< by century and immatriculation
+};
+
+/// What last changed a field of a unit, as the journal of its file tells it; nothing when it was never changed.
+std::optional<QString> lastDeed(Database file, const Record& unit, const Field& field);
+
+/// Whether repair() writes that field of a table.
+bool isMended(const Table& table, const Field& field);
+/// Totals and counts that rest on what another fault puts in doubt are not to be mended: gives their faults the kind
+/// that waits.
+void holdBack(Faults& faults);
 
 /// Units that are not invoiced, by reference in upper case.
 QHash<QString, qint64> unitsInStock(Database molven);

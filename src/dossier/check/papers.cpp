@@ -73,10 +73,12 @@ Papers::Papers(references::Files& files, Faults& faults) {
                 totals::put(table, expected, sums.value(header[table.fac_aa] + u'/' + header[table.fac_no]),
                             header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
                 if (sameTotals(table, header, expected)) continue;
-                faults.append({catalogueEntry(searched.file).name, family.name + u' ' + header[table.fac_no],
+                faults.append({catalogueEntry(searched.file).name,
+                               family.name + u' ' + header[table.fac_no],
                                QStringLiteral("totaux autres que ceux des lignes : TTC %1 pour %2")
                                    .arg(header[table.fac_ttc].toFixed(2), expected.value(table.fac_ttc)),
-                               &kind::Totals});
+                               &kind::Totals,
+                               {searched.database.path(), &table, header[table.fac_aa] + u'/' + header[table.fac_no]}});
             }
         }
     }
@@ -89,6 +91,7 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
         Paper paper{&family,
                     seriesOf(searched),
                     catalogueEntry(searched.file).name,
+                    searched.database.path(),
                     header[table.fac_aa],
                     header[table.fac_no],
                     header[table.fac_clt],
@@ -97,7 +100,9 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
                     depotOf(family, header),
                     header[table.fac_blv],
                     header[table.fac_cpt] == documents::Transferred};
-        const auto fault = [&](const QString& text) { faults.append({paper.file, paper.name(), text, &kind::Papers}); };
+        const auto fault = [&](const QString& text) {
+            faults.append({paper.file, paper.name(), text, &kind::Papers, paper.place()});
+        };
         if (paper.year != paper.date.right(4) || header[table.tri_datf] != sortKey(paper.date))
             fault(QStringLiteral("année ou clé de tri autre que la date %1").arg(paper.date));
         const auto [twin, isNew] = papers_.emplace(keyOf(paper.series, family, paper.number), paper);
@@ -110,7 +115,8 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
 void Papers::checkLine(const Family& family, const Record& line, const Paper& paper, Faults& faults) {
     const DocumentLines& table = family.lines;
     const auto fault = [&](const QString& text, const Kind& kind) {
-        faults.append({paper.file, paper.name(), QStringLiteral("ligne %1 : ").arg(line[table.fac_lg]) + text, &kind});
+        faults.append({paper.file, paper.name(), QStringLiteral("ligne %1 : ").arg(line[table.fac_lg]) + text, &kind,
+                       paper.place()});
     };
     if (const QString client = line[table.fac_clt]; !client.isEmpty() && client != paper.client)
         fault(QStringLiteral("client %1 sur un document du client %2").arg(client, paper.client), kind::Papers);
@@ -119,41 +125,84 @@ void Papers::checkLine(const Family& family, const Record& line, const Paper& pa
     const QString unit = line[table.fac_imm], note = line[table.fac_nbl];
     if (&table == &strfacl && !note.isEmpty()) invoiced_.append({&paper, note});
     if (unit.isEmpty()) return;
-    units_[unit].append(
-        {&paper, line[table.fac_ref], line[table.fac_dep], line[table.fac_id1], note, line[table.fac_qte] < Decimal()});
+    units_[unit].append({&paper, line[table.fac_ref], line[table.fac_dep], line[table.fac_id1], note,
+                         line[table.fac_qte] < Decimal(), line[table.fac_fimm], line[table.fac_ste],
+                         line[table.fac_dst], line[table.fac_dpr]});
 }
+
+namespace {
+
+/// Whether the headers and lines of a file's documents belong together.
+class Structure {
+public:
+    Structure(const references::Files::Searched& searched, const Family& family, Faults& faults)
+        : file_(searched.database), name_(catalogueEntry(searched.file).name), family_(family), faults_(faults) {}
+
+    /// False for the hidden line.
+    bool add(const Record& line) {
+        const DocumentLines& table = family_.lines;
+        const QString key = line[table.fac_aa] + u'/' + line[table.fac_no], number = line[table.fac_lg];
+        const bool isHidden = number == numbering::HiddenLine;
+        (isHidden ? hidden_ : lined_).insert(key);
+        if (isHidden) return false;
+        if (const QString one = key + u'/' + number; numbered_.contains(one))
+            tell({key}, QStringLiteral("ligne %1 en double").arg(number));
+        else
+            numbered_.insert(one);
+        return true;
+    }
+
+    void finish() {
+        QSet<QString> headers;
+        for (const Record& row : file_.select(family_.headers))
+            headers.insert(row[family_.headers.fac_aa] + u'/' + row[family_.headers.fac_no]);
+        tell((lined_ | hidden_) - headers, QStringLiteral("lignes sans en-tête"));
+        tell(headers - lined_ - hidden_, QStringLiteral("aucune ligne"));
+        tell(lined_ - hidden_, QStringLiteral("enregistrement 000 absent"));
+    }
+
+private:
+    void tell(const QSet<QString>& keys, const QString& text) {
+        for (const QString& key : keys)
+            faults_.append(
+                {name_, family_.name + u' ' + key, text, &kind::Papers, {file_.path(), &family_.headers, key}});
+    }
+
+    Database file_;
+    const QString name_;
+    const Family& family_;
+    Faults& faults_;
+    QSet<QString> hidden_, lined_, numbered_;
+};
+
+} // namespace
 
 QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const references::Files::Searched& searched,
                                                                  const Family& family, Faults& faults) {
     const DocumentLines& table = family.lines;
-    const QString fileName = catalogueEntry(searched.file).name;
     QHash<QString, QMap<QString, totals::VatBase>> sums;
-    QSet<QString> hidden, lined, numbered;
+    Structure structure(searched, family, faults);
     Database file = searched.database;
     for (const Record& line : file.select(table)) {
-        const QString key = line[table.fac_aa] + u'/' + line[table.fac_no], number = line[table.fac_lg];
-        (number == numbering::HiddenLine ? hidden : lined).insert(key);
-        if (number == numbering::HiddenLine) continue;
-        if (numbered.contains(key + u'/' + number))
-            faults.append(
-                {fileName, family.name + u' ' + key, QStringLiteral("ligne %1 en double").arg(number), &kind::Papers});
-        numbered.insert(key + u'/' + number);
-        totals::VatBase& base = sums[key][line[table.fac_tva]];
+        if (!structure.add(line)) continue;
+        totals::VatBase& base = sums[line[table.fac_aa] + u'/' + line[table.fac_no]][line[table.fac_tva]];
         base.ht += line[table.fac_ht];
         base.vat += line[table.fac_ttc] - line[table.fac_ht];
         if (const Paper* paper = find(seriesOf(searched), family, line[table.fac_no]))
             checkLine(family, line, *paper, faults);
     }
-    QSet<QString> headers;
-    for (const Record& row : file.select(family.headers))
-        headers.insert(row[family.headers.fac_aa] + u'/' + row[family.headers.fac_no]);
-    const auto tell = [&](const QSet<QString>& keys, const QString& text) {
-        for (const QString& key : keys) faults.append({fileName, family.name + u' ' + key, text, &kind::Papers});
-    };
-    tell((lined | hidden) - headers, QStringLiteral("lignes sans en-tête"));
-    tell(headers - lined - hidden, QStringLiteral("aucune ligne"));
-    tell(lined - hidden, QStringLiteral("enregistrement 000 absent"));
+    structure.finish();
     return sums;
+}
+
+void checkProformas(references::Files& files, Faults& faults) {
+    static const Family proformas{strface, strfacl, QStringLiteral("proforma"), false, true};
+    for (references::Files::Searched searched : files.searched()) {
+        if (searched.file != DataFile::Proforma && searched.file != DataFile::Ostrane) continue;
+        Structure structure(searched, proformas, faults);
+        for (const Record& line : searched.database.select(proformas.lines)) structure.add(line);
+        structure.finish();
+    }
 }
 
 void checkNotes(const Papers& papers, Faults& faults) {
@@ -164,7 +213,7 @@ void checkNotes(const Papers& papers, Faults& faults) {
         const Paper* note = papers.find(invoice.series, notes, line.note);
         held.insert({note, &invoice});
         const auto fault = [&](const QString& text) {
-            faults.append({invoice.file, invoice.name(), text.arg(line.note), &kind::Notes});
+            faults.append({invoice.file, invoice.name(), text.arg(line.note), &kind::Notes, invoice.place()});
         };
         if (!note)
             fault(QStringLiteral("bon de livraison %1 absent"));
@@ -179,7 +228,7 @@ void checkNotes(const Papers& papers, Faults& faults) {
         const QString text =
             invoice ? QStringLiteral("la facture %1 n'en porte aucune ligne") : QStringLiteral("facture %1 absente");
         if (!invoice || !held.contains(std::pair(&note, invoice)))
-            faults.append({note.file, note.name(), text.arg(note.invoice), &kind::Notes});
+            faults.append({note.file, note.name(), text.arg(note.invoice), &kind::Notes, note.place()});
     }
 }
 

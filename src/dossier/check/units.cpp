@@ -1,8 +1,9 @@
 #include "dossier/check/checks.h"
 
-#include "reference/articles.h"
+#include "data/journal_tables.h"
 #include "reference/parameters.h"
-#include "stock/stock_tables.h"
+#include "sales/record_trail.h"
+#include "stock/unit_deeds.h"
 #include "stock/units.h"
 
 #include <QSet>
@@ -11,13 +12,18 @@ namespace molven::check {
 
 namespace {
 
-const QString MolvenFile = QStringLiteral("molven.mdb");
+/// A file of units, current or archived.
+struct UnitsFile {
+    QString name;
+    Database database;
+};
 
 /// One unit beside the lines that name it.
 class UnitCheck {
 public:
-    UnitCheck(const Papers& papers, const Record& unit, const QList<UnitLine>& lines, Faults& faults)
-        : papers_(papers), unit_(unit), lines_(lines), state_(unit[strproduit.tes_vte]), faults_(faults) {}
+    UnitCheck(const Papers& papers, const UnitsFile& file, const Record& unit, const QList<UnitLine>& lines,
+              Faults& faults)
+        : papers_(papers), file_(file), unit_(unit), lines_(lines), state_(unit[strproduit.tes_vte]), faults_(faults) {}
 
     void run() {
         if (state_.size() != 1 || !QStringLiteral("NLOA").contains(state_))
@@ -29,7 +35,7 @@ public:
 
 private:
     void tell(const QString& text, const Kind& kind = kind::Units) {
-        faults_.append({MolvenFile, unit_[strproduit.imm_art], text, &kind});
+        faults_.append({file_.name, unit_[strproduit.imm_art], text, &kind});
     }
     QString document() const { return unit_[strproduit.num_vte]; }
 
@@ -99,33 +105,52 @@ private:
         const bool isHome = line.takesBack && unit_[strproduit.num_dep] == MainDepot;
         if (!depot.isEmpty() && !isHome && unit_[strproduit.num_dep] != depot)
             tell(QStringLiteral("dépôt %1 pour %2 sur %3").arg(unit_[strproduit.num_dep], depot, name));
+        if (state_ == state::InStock) return; // its data may have been corrected since it came back
         checkPatient(line);
         checkLot(line);
+        checkIdentity(line, strproduit.fou_imm, line.serial);
+        checkIdentity(line, strproduit.num_ste, line.sterilisation);
+        checkIdentity(line, strproduit.dat_ste, line.sterilised);
+        checkIdentity(line, strproduit.dat_per, line.expiry);
     }
+
+    void checkIdentity(const UnitLine& line, const Text& field, const QString& written) {
+        if (written.isEmpty() || unit_[field] == written || wasChanged(field)) return;
+        tell(QStringLiteral("%1 « %2 », « %3 » sur %4")
+                 .arg(record_trail::fieldTitle(strproduit.name, field.name), unit_[field], written, line.paper->name()),
+             kind::Patients);
+    }
+
+    bool wasChanged(const Field& field) const { return lastDeed(file_.database, unit_, field).has_value(); }
 
     /// The patient entered on the unit itself stands with a date or hospital of its own.
     void checkPatient(const UnitLine& line) {
         const Paper* note = line.note.isEmpty() ? nullptr : papers_.find(line.paper->series, families()[0], line.note);
         const Paper& entered = note ? *note : *line.paper;
         const QString patient = unit_[strproduit.reg_pat];
-        if (state_ == state::InStock || entered.patient.isEmpty() || patient == entered.patient ||
-            patient == line.paper->patient)
-            return;
+        if (patient == entered.patient || patient == line.paper->patient) return;
         if (patient.isEmpty())
-            tell(QStringLiteral("patient absent : %1 sur %2").arg(entered.patient, entered.name()), kind::Patients);
-        else if (unit_[strproduit.reg_dat] == entered.date && unit_[strproduit.reg_clt] == entered.client)
-            tell(QStringLiteral("patient %1, %2 sur %3").arg(patient, entered.patient, entered.name()), kind::Patients);
+            return tell(QStringLiteral("patient absent : %1 sur %2").arg(entered.patient, entered.name()),
+                        kind::Patients);
+        if (unit_[strproduit.reg_dat] != entered.date || unit_[strproduit.reg_clt] != entered.client) return;
+        const auto deed = lastDeed(file_.database, unit_, strproduit.reg_pat);
+        if (deed == units::ImplantationDeed || (!deed && entered.patient.isEmpty())) return;
+        tell(QStringLiteral("patient %1, %2 sur %3")
+                 .arg(patient, entered.patient.isEmpty() ? QStringLiteral("aucun") : entered.patient, entered.name()),
+             kind::Patients);
     }
 
     void checkLot(const UnitLine& line) {
         static const QString Lot = QStringLiteral("N° Lot : ");
         if (!line.identification.startsWith(Lot)) return;
         const QString printed = line.identification.mid(Lot.size()).section(QStringLiteral("  N° pièce"), 0, 0);
-        if (const QString lot = unit_[strproduit.lot_art]; lot.trimmed() != printed.trimmed())
+        const QString lot = unit_[strproduit.lot_art];
+        if (lot.trimmed() != printed.trimmed() && !wasChanged(strproduit.lot_art))
             tell(QStringLiteral("lot « %1 », « %2 » sur %3").arg(lot, printed, line.paper->name()), kind::Patients);
     }
 
     const Papers& papers_;
+    const UnitsFile& file_;
     const Record& unit_;
     const QList<UnitLine>& lines_;
     const QString state_;
@@ -134,76 +159,43 @@ private:
 
 } // namespace
 
+std::optional<QString> lastDeed(Database file, const Record& unit, const Field& field) {
+    const QString key = unit[strproduit.pro_ann] + u'/' + unit[strproduit.imm_art];
+    std::optional<QString> deed;
+    for (const Record& entry :
+         file.select(strjournal, strjournal.jou_cle == key && strjournal.jou_tab == strproduit.name &&
+                                     strjournal.jou_gen == QStringLiteral("M") &&
+                                     contains(strjournal.jou_val, u'"' + field.name + u'"')))
+        deed = entry[strjournal.jou_act];
+    return deed;
+}
+
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults) {
-    QSet<QString> seen, numbers;
-    for (const Record& unit : files[DataFile::Molven].select(strproduit)) {
-        const QString number = unit[strproduit.imm_art], key = unit[strproduit.pro_ann] + number;
-        if (seen.contains(key))
-            faults.append({MolvenFile, key, QStringLiteral("immatriculation en double"), &kind::Units});
-        seen.insert(key);
-        numbers.insert(number);
-        UnitCheck(papers, unit, papers.units().value(number), faults).run();
+    QHash<QString, QString> seen; // in which file
+    QSet<QString> numbers;
+    Conformities conformities(files[DataFile::Molven]);
+    for (const DataFile holder : {DataFile::Molven, DataFile::Historic}) {
+        const UnitsFile file{catalogueEntry(holder).name, files[holder]};
+        for (const Record& unit : files[holder].select(strproduit)) {
+            const QString number = unit[strproduit.imm_art], key = unit[strproduit.pro_ann] + number;
+            if (const QString other = seen.value(key); other == file.name)
+                faults.append({file.name, key, QStringLiteral("immatriculation en double"), &kind::Units});
+            else if (!other.isEmpty())
+                faults.append({file.name, number, QStringLiteral("immatriculation aussi dans ") + other, &kind::Units});
+            seen.insert(key, file.name);
+            numbers.insert(number);
+            UnitCheck(papers, file, unit, papers.units().value(number), faults).run();
+            if (const QString text = conformities.faultOf(file.database, unit); !text.isEmpty())
+                faults.append({file.name, number, text, &kind::Conformity});
+            checkUnitValues(file.name, unit, faults);
+        }
     }
-    for (const Record& unit : files[DataFile::Historic].select(strproduit)) {
-        const QString number = unit[strproduit.imm_art];
-        if (seen.contains(unit[strproduit.pro_ann] + number))
-            faults.append({QStringLiteral("historic.mdb"), number,
-                           QStringLiteral("immatriculation aussi dans molven.mdb"), &kind::Units});
-        numbers.insert(number);
-    }
+    conformities.tellLeft(faults);
     for (auto lines = papers.units().begin(); lines != papers.units().end(); ++lines)
         if (!numbers.contains(lines.key()))
             faults.append({lines->first().paper->file, lines.key(),
                            QStringLiteral("immatriculation absente, portée par ") + lines->first().paper->name(),
                            &kind::Units});
-}
-
-QHash<QString, qint64> unitsInStock(Database molven) {
-    QHash<QString, qint64> counted;
-    const auto counts = molven.countBy(strproduit, strproduit.ref_art, strproduit.tes_vte != state::Sold);
-    for (auto count = counts.begin(); count != counts.end(); ++count) counted[count.key().toUpper()] += count.value();
-    return counted;
-}
-
-void checkQuantities(references::Files& files, Faults& faults) {
-    QHash<QString, qint64> inStock = unitsInStock(files[DataFile::Molven]);
-    for (const Record& row : files[DataFile::Molven].select(strarticle, strarticle.art_aig == follow_up::ByUnit)) {
-        const QString reference = row[strarticle.art_ref];
-        const Decimal counted = static_cast<long long>(inStock.take(reference.toUpper()));
-        if (const Decimal stock = row[strarticle.art_stk]; stock != counted)
-            faults.append({MolvenFile, reference,
-                           QStringLiteral("art_stk = %1 pour %2 unités").arg(stock.toString(), counted.toString()),
-                           &kind::Quantities});
-    }
-    for (auto left = inStock.begin(); left != inStock.end(); ++left)
-        faults.append(
-            {MolvenFile, left.key(), QStringLiteral("unités d'un article absent ou non suivi"), &kind::Units});
-}
-
-void checkSets(references::Files& files, Faults& faults) {
-    QHash<QString, std::pair<QString, QString>> places; // unit -> set and its depot
-    for (const Record& line : files[DataFile::Ancillaire].select(strstock, strstock.stk_imm_art != QString())) {
-        const QString unit = line[strstock.stk_imm_art];
-        if (places.contains(unit))
-            faults.append(
-                {QStringLiteral("ancillaire.mdb"), unit, QStringLiteral("sur deux lignes d'ancillaire"), &kind::Sets});
-        places.insert(unit, {line[strstock.stk_anc_imm], line[strstock.stk_num_dep]});
-    }
-    const Criterion concerned = strproduit.tes_vte == state::InSet || strproduit.stk_anc_imm != QString();
-    for (const Record& unit : files[DataFile::Molven].select(strproduit, concerned)) {
-        const QString number = unit[strproduit.imm_art];
-        const auto [set, depot] = places.take(number);
-        const auto fault = [&](const QString& text) { faults.append({MolvenFile, number, text, &kind::Sets}); };
-        if (set.isEmpty())
-            fault(QStringLiteral("dans un ancillaire qui ne la contient pas"));
-        else if (unit[strproduit.tes_vte] != state::InSet || unit[strproduit.stk_anc_imm] != set)
-            fault(QStringLiteral("dans l'ancillaire %1, mais pas dans cet état").arg(set));
-        else if (unit[strproduit.num_dep] != depot)
-            fault(QStringLiteral("dépôt %1, son ancillaire %2 est en %3").arg(unit[strproduit.num_dep], set, depot));
-    }
-    for (auto place = places.begin(); place != places.end(); ++place)
-        faults.append({QStringLiteral("ancillaire.mdb"), place.key(),
-                       QStringLiteral("dans l'ancillaire %1, mais pas dans cet état").arg(place->first), &kind::Sets});
 }
 
 } // namespace molven::check

@@ -1,0 +1,213 @@
+#include "support/dossier.h"
+
+#include "data/digest.h"
+#include "dossier/check.h"
+#include "reference/party_tables.h"
+#include "sales/document_tables.h"
+#include "stock/stock_tables.h"
+#include "stock/units.h"
+
+#include <QFile>
+
+namespace molven {
+
+using test::Dossier;
+
+namespace {
+
+QStringList told(const Session& session) {
+    QStringList texts;
+    for (const check::Fault& fault : check::run(session)) texts.append(fault.subject + " : " + fault.text);
+    return texts;
+}
+
+/// As a hand outside the program would write it.
+void plant(const Session& session, DataFile file, const char* sql) {
+    Workspace workspace;
+    workspace.open(session.path(file)).firstValue(QString::fromUtf8(sql));
+}
+
+std::string joined(const QStringList& texts) { return texts.join(u'\n').toStdString(); }
+
+/// A dossier whose invoice "000001" sold "26030001" and "26030002", with "26030003" in stock.
+class Sold : public Dossier {
+public:
+    Sold() {
+        const QStringList units = receive(QStringLiteral("HIP"), 3);
+        document(QStringLiteral("FAC"), units.first(2));
+    }
+};
+
+/// The same, with the invoice and its units archived.
+class Archived : public Sold {
+public:
+    Archived() {
+        Workspace workspace;
+        Database molven = workspace.open(session.molven()), vente = workspace.open(session.vente()),
+                 historic = workspace.open(session.historic());
+        Transaction transaction(workspace, QStringLiteral("Archivage"));
+        move(vente, historic, strface, {});
+        move(vente, historic, strfacl, {});
+        move(molven, historic, strproduit, strproduit.tes_vte == state::Sold);
+        transaction.commit();
+    }
+
+private:
+    static void move(Database from, Database to, const Table& table, const Criterion& criterion) {
+        for (const Record& record : from.select(table, criterion)) to.insert(record);
+        from.remove(table, criterion);
+    }
+};
+
+struct Planted {
+    const char* name;
+    DataFile file;
+    const char* sql;
+    const char* told;
+};
+
+} // namespace
+
+class Unmended : public testing::TestWithParam<Planted> {};
+
+TEST_P(Unmended, IsToldAndNotCoveredUp) {
+    Sold dossier;
+    plant(dossier.session, GetParam().file, GetParam().sql);
+    const QStringList before = told(dossier.session);
+    EXPECT_TRUE(before.contains(QString::fromUtf8(GetParam().told))) << joined(before);
+    EXPECT_TRUE(check::repair(dossier.session).isEmpty());
+    EXPECT_EQ(told(dossier.session), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dossiers, Unmended,
+    testing::Values(Planted{"line", DataFile::Vente,
+                            "update strfacl set fac_px=1,fac_pv=1,fac_ht=1,fac_ttc=1.06 where fac_lg='001'",
+                            "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 96.01"},
+                    Planted{"lines_lost", DataFile::Vente, "delete from strfacl", "facture 2026/000001 : aucune ligne"},
+                    Planted{"line_lost", DataFile::Vente, "delete from strfacl where fac_lg='002'",
+                            "Ligne de la facture 2026/000001/002 : supprimé hors du programme"},
+                    Planted{"line_twice", DataFile::Vente,
+                            "insert into strfacl select * from strfacl where fac_lg='001'",
+                            "facture 2026/000001 : ligne 001 en double"},
+                    Planted{"discount", DataFile::Vente, "update strface set fac_rem=50",
+                            "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 94.95"},
+                    Planted{"unit_lost", DataFile::Molven, "delete from strproduit where imm_art='26030003'",
+                            "HIP : art_stk = 1 pour 0 unités"},
+                    Planted{"unit_unsold", DataFile::Molven,
+                            "update strproduit set tes_vte='N' where imm_art='26030002'",
+                            "HIP : art_stk = 1 pour 2 unités"},
+                    Planted{"journal_lost", DataFile::Molven, "delete from strjournal where rowid>10",
+                            "Unité 20/26030003 : ajouté hors du programme"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+class ArchivedBreakages : public testing::TestWithParam<Planted> {};
+
+TEST_P(ArchivedBreakages, AreReported) {
+    Archived dossier;
+    ASSERT_EQ(told(dossier.session), QStringList());
+    plant(dossier.session, DataFile::Historic, GetParam().sql);
+    const QStringList found = told(dossier.session);
+    EXPECT_TRUE(found.contains(QString::fromUtf8(GetParam().told))) << joined(found);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dossiers, ArchivedBreakages,
+    testing::Values(
+        Planted{"state", DataFile::Historic, "update strproduit set tes_vte='N' where imm_art='26030001'",
+                "26030001 : vendue par le document 000001, mais pas dans cet état"},
+        Planted{"client", DataFile::Historic, "update strproduit set clt_vte='000002' where imm_art='26030001'",
+                "26030001 : client ou date autres que ceux de facture 000001"},
+        Planted{"depot", DataFile::Historic, "update strproduit set num_dep='102' where imm_art='26030001'",
+                "26030001 : dépôt 102 pour 101 sur facture 000001"},
+        Planted{"document", DataFile::Historic, "update strproduit set num_vte='000009' where imm_art='26030001'",
+                "26030001 : vendue sans ligne sur la facture ou le bon de consignation 000009"},
+        Planted{"patient", DataFile::Historic, "update strproduit set reg_pat='' where imm_art='26030001'",
+                "26030001 : patient absent : D'ALMEIDA Hélène sur facture 000001"},
+        Planted{"patient_of_document", DataFile::Historic, "update strface set fac_pat='DURAND'",
+                "26030001 : patient D'ALMEIDA Hélène, DURAND sur facture 000001"},
+        Planted{"lot", DataFile::Historic, "update strproduit set lot_art='AUTRE' where imm_art='26030001'",
+                "26030001 : lot « AUTRE », « LOT-1 » sur facture 000001"},
+        Planted{"lot_of_line", DataFile::Historic, "update strfacl set fac_id1='N° Lot : AUTRE' where fac_lg='001'",
+                "26030001 : lot « LOT-1 », « AUTRE » sur facture 000001"},
+        Planted{"date", DataFile::Historic, "update strproduit set dat_liv='31/02/2026' where imm_art='26030001'",
+                "26030001 : dat_liv : date impossible « 31/02/2026 »"},
+        Planted{"sold_twice", DataFile::Historic, "update strfacl set fac_imm='26030001' where fac_lg='002'",
+                "26030001 : vendue deux fois : 000001 000001"},
+        Planted{"unit_lost", DataFile::Historic, "delete from strproduit where imm_art='26030001'",
+                "26030001 : immatriculation absente, portée par facture 000001"},
+        Planted{"document_lost", DataFile::Historic, "delete from strface",
+                "26030001 : vendue sans ligne sur la facture ou le bon de consignation 000001"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Dossiers, ArchivedByAnotherToolAreSound) {
+    const Sold dossier;
+    {
+        Workspace workspace;
+        Database vente = workspace.open(dossier.session.vente());
+        workspace.open(dossier.session.historic());
+        for (const char* sql : {"insert into f1.strface select * from main.strface", "delete from main.strface",
+                                "insert into f1.strfacl select * from main.strfacl", "delete from main.strfacl"})
+            vente.firstValue(QString::fromUtf8(sql));
+    }
+    EXPECT_EQ(told(dossier.session), QStringList());
+}
+
+TEST(Dossiers, OlderThanTheirJournalAreSoundAndAnsweredForFromThenOn) {
+    const Sold dossier;
+    for (const DataFile file : {DataFile::Molven, DataFile::Vente})
+        for (const char* sql : {"delete from strjournal", "pragma user_version=2"}) plant(dossier.session, file, sql);
+    EXPECT_EQ(told(dossier.session), QStringList());
+    plant(dossier.session, DataFile::Molven, "delete from strproduit where imm_art='26030003'");
+    EXPECT_TRUE(told(dossier.session).contains(QStringLiteral("Unité 20/26030003 : supprimé hors du programme")));
+}
+
+TEST(Dossiers, AreSoundAgainOnceTheProgramPutAValueRight) {
+    const Sold dossier;
+    plant(dossier.session, DataFile::Molven, "update strclient set clt_nom='INTRUS' where clt_cod='000001'");
+    EXPECT_EQ(told(dossier.session), QStringList("Client 000001 : changé hors du programme : Nom"));
+    Workspace workspace;
+    workspace.open(dossier.session.molven())
+        .update(strclient, {{strclient.clt_nom, QStringLiteral("CLINIQUE")}},
+                strclient.clt_cod == QStringLiteral("000001"));
+    EXPECT_EQ(told(dossier.session), QStringList());
+}
+
+TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAreSound) {
+    const Dossier dossier;
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    for (const int quantity : {1, 2}) {
+        Record movement(strmvtstk);
+        movement[strmvtstk.ref_stk] = QStringLiteral("SCREW");
+        movement[strmvtstk.dat_stk] = QStringLiteral("05/03/2026");
+        movement[strmvtstk.tri_stk] = QStringLiteral("20260305");
+        movement[strmvtstk.qte_stk] = Decimal(quantity);
+        molven.insert(movement);
+    }
+    molven.update(strmvtstk, {{strmvtstk.qte_stk, QStringLiteral("3")}}, strmvtstk.qte_stk == Decimal(2));
+    EXPECT_EQ(told(dossier.session), QStringList());
+    plant(dossier.session, DataFile::Molven, "update strmvtstk set qte_stk=4 where qte_stk=3");
+    EXPECT_NE(told(dossier.session), QStringList());
+}
+
+TEST(Digest, TellsTheFieldsOfEveryTableApart) {
+    for (const CatalogueEntry& entry : catalogue())
+        for (const Table* table : tablesOf(entry.file)) {
+            QSet<digest::Mark> marks;
+            for (const Field* field : table->fields()) marks.insert(digest::markOf(*field));
+            EXPECT_EQ(marks.size(), table->fields().size()) << table->name.toStdString();
+        }
+}
+
+TEST(Digest, OfANumberDoesNotDependOnHowItIsWritten) {
+    const Number& price = strproduit.pro_vte;
+    for (const auto& [one, same] : {std::pair("12.50", "12.5"), std::pair("007", "7"), std::pair("-0", "0.00"),
+                                    std::pair("1.0e-04", "0.0001"), std::pair("-3.10", "-3.1")})
+        EXPECT_EQ(digest::markOf(price, QString::fromUtf8(one)), digest::markOf(price, QString::fromUtf8(same))) << one;
+    EXPECT_NE(digest::markOf(price, u"1"), digest::markOf(price, u"10"));
+    EXPECT_NE(digest::markOf(price, u"0"), digest::markOf(price, u""));
+    EXPECT_NE(digest::markOf(strproduit.lot_art, u"1.0"), digest::markOf(strproduit.lot_art, u"1"));
+}
+
+} // namespace molven
