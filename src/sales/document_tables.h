@@ -111,7 +111,10 @@ struct DocumentLines : Table {
     Text fac_fimm{this, "fac_fimm", 30};                                  ///< supplier's serial
     Text fac_fref{this, "fac_fref", 20};                                  ///< supplier's reference
     Text fac_imp{this, "fac_imp", 9, codes::Account};                     ///< account charged
-    Text fac_ori{this, "fac_ori", 6}; ///< on credit notes: document of the sale that the unit was taken back from
+    Text fac_ori{this, "fac_ori", 6};     ///< on credit notes: document of the sale that the unit was taken back from,
+    Label fac_opat{this, "fac_opat", 40}; ///< and the implantation that it ended: patient,
+    Text fac_oclt{this, "fac_oclt", 6};   ///< hospital,
+    Text fac_odat{this, "fac_odat", 10};  ///< date "dd/mm/yyyy"
     Trail trail{this, {fac_aa, fac_no, fac_lg}};
     Index by_number{this, {fac_no, fac_aa, fac_lg}};
     Index by_unit{this, {fac_imm, fac_no}};

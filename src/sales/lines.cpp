@@ -86,7 +86,12 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     line[table.fac_fimm] = unit[strproduit.fou_imm];
     line[table.fac_fref] = unit[strproduit.fou_ref];
     line[table.fac_qte] = 1;
-    if (book.kind().isCredit) line[table.fac_ori] = unit[strproduit.num_vte];
+    if (book.kind().isCredit) {
+        line[table.fac_ori] = unit[strproduit.num_vte];
+        line[table.fac_opat] = unit[strproduit.reg_pat];
+        line[table.fac_oclt] = unit[strproduit.reg_clt];
+        line[table.fac_odat] = unit[strproduit.reg_dat];
+    }
     if (type == u"G") {
         line[table.fac_id1] =
             QStringLiteral("N° Donneur : %1  N° Tissu : %2").arg(unit[strproduit.pee_cer], unit[strproduit.ino_cer]);

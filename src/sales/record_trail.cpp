@@ -149,6 +149,12 @@ QList<const Table*> asked(DataFile file, const Selection& selection) {
 
 } // namespace
 
+QString subjectTitle(const TrailSubject& subject) {
+    const QString family = subject.key.section(u'/', -3, -3);
+    if (subject.kind != TrailSubject::Kind::Document || family.isEmpty()) return subject.key;
+    return tableTitle(family) + u' ' + subject.key.section(u'/', -2);
+}
+
 QList<Record> find(const Session& session, const TrailSubject& subject, const QString& firstDay,
                    const QString& lastDay) {
     const Selection selection = selectionOf(subject);

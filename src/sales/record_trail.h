@@ -40,6 +40,8 @@ namespace record_trail {
 QList<Record> find(const Session& session, const TrailSubject& subject, const QString& firstDay = {},
                    const QString& lastDay = {});
 
+/// The subject in French: "Bon de livraison 2030/000093", "HIP".
+QString subjectTitle(const TrailSubject& subject);
 /// A table in French: "Article".
 QString tableTitle(const QString& table);
 /// A field of a table in French, its name when it has no other: "Prix de vente HT".

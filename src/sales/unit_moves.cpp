@@ -252,6 +252,10 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
         sellAgain(book, *sale, moved);
     else
         makeUnsold(book, moved);
+    // What a user entered on the unit itself is on no document.
+    const DocumentLines& lines = book.kind().lines;
+    if (sale && !line[lines.fac_ori].isEmpty())
+        setImplantation(moved, line[lines.fac_opat], line[lines.fac_oclt], line[lines.fac_odat]);
     store(book, *unit, moved);
 }
 

@@ -188,6 +188,20 @@ TEST_F(UnitMoves, GiveTheUnitBackToTheSaleThatWasCreditedNotToAnotherOfItsPast) 
         }
 }
 
+TEST_F(UnitMoves, KeepTheImplantationEnteredOnTheUnitThroughACreditNoteThatIsUndone) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
+    dossier.document(QStringLiteral("FAC"), units);
+    SalesBook credits = book("AVO");
+    credits.molven.update(
+        strproduit, {{strproduit.reg_pat, QStringLiteral("ZOE")}, {strproduit.reg_dat, QStringLiteral("09/03/2026")}},
+        strproduit.imm_art == units[0]);
+    const QString before = implantationOf(units[0]);
+    dossier.document(QStringLiteral("AVO"), units);
+    EXPECT_EQ(implantationOf(units[0]).left(3), QStringLiteral("|||"));
+    removeLine(credits, documents::last(credits).value());
+    EXPECT_EQ(implantationOf(units[0]), before);
+}
+
 TEST_F(UnitMoves, CreditASaleFromTheDepotThatItWentTo) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
     SalesBook invoices = book("FAC");

@@ -48,7 +48,7 @@ TrailForm::TrailForm(Desk& desk)
     layout->addWidget(grid_, 1);
     layout->addLayout(row);
     resize(1180, 560);
-    applyTitle(QStringLiteral("Historique : ") + subject.key);
+    applyTitle(QStringLiteral("Historique : ") + record_trail::subjectTitle(subject));
     if (!rows.isEmpty()) grid_->selectRow(static_cast<int>(rows.size()) - 1);
     grid_->setFocus();
 }
