@@ -134,13 +134,15 @@ QList<Layout::IndexFault> Layout::indexFaults(const QString& path, const QList<c
     return faults;
 }
 
-QStringList Layout::foreignObjects(const QString& path) {
+QStringList Layout::foreignObjects(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
     workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-    QStringList found;
-    Statement& rows = workspace.run(
-        QStringLiteral("select type||' '||name from main.sqlite_master where type in ('trigger','view') order by 1"));
-    while (rows.next()) found.append(rows.text(0));
+    QStringList own, found;
+    for (const Table* table : tables) own.append(QStringLiteral("table ") + table->name);
+    Statement& rows = workspace.run(QStringLiteral("select type||' '||name from main.sqlite_master where type<>'index' "
+                                                   "and substr(name,1,7)<>'sqlite_' order by 1"));
+    while (rows.next())
+        if (!own.contains(rows.text(0), Qt::CaseInsensitive)) found.append(rows.text(0));
     return found;
 }
 
@@ -166,7 +168,13 @@ void Layout::repairIndexes(const QString& path, const QList<const Table*>& table
     Workspace workspace;
     workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
     Transaction transaction(workspace);
-    for (const Table* table : tables) Layout(workspace).completeIndexes(*table);
+    Layout layout(workspace);
+    for (const Table* table : tables) {
+        const Indexes found = layout.indexes(*table);
+        for (const QString& name : found.kept + found.others)
+            workspace.run(QStringLiteral("drop index \"%1\"").arg(name));
+        for (int number = 1; number <= table->indexes().size(); ++number) layout.createIndex(*table, number);
+    }
     transaction.commit();
 }
 

@@ -22,13 +22,13 @@ public:
         QString text; ///< "index strproduit_3 absent"
     };
     static QList<IndexFault> indexFaults(const QString& path, const QList<const Table*>& tables);
-    /// Triggers and views of a file, "trigger x": the program makes none.
-    static QStringList foreignObjects(const QString& path);
+    /// What a file holds besides these tables and their indexes: "trigger x", "table y".
+    static QStringList foreignObjects(const QString& path, const QList<const Table*>& tables);
     /// Fields of a table that hold something else than they are for, a text in a number's place, and in how many
     /// records.
     static QList<std::pair<const Field*, qint64>> misfits(const QString& path, const Table& table);
-    /// Makes the indexes of a file those that its tables declare, all or nothing. A unique one that the records
-    /// contradict stays a plain one.
+    /// Makes the indexes of a file anew as its tables declare them, all or nothing. A unique one that the records
+    /// contradict becomes a plain one.
     static void repairIndexes(const QString& path, const QList<const Table*>& tables);
     /// A column as the engine declares it.
     static QString definition(const Field& field);

@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
         Planted{"lot_of_line", DataFile::Historic, "update strfacl set fac_id1='N° Lot : AUTRE' where fac_lg='001'",
                 "26030001 : lot « LOT-1 », « AUTRE » sur facture 000001"},
         Planted{"date", DataFile::Historic, "update strproduit set dat_liv='31/02/2026' where imm_art='26030001'",
-                "26030001 : dat_liv : date impossible « 31/02/2026 »"},
+                "26030001 : Date de réception : date impossible « 31/02/2026 »"},
         Planted{"sold_twice", DataFile::Historic, "update strfacl set fac_imm='26030001' where fac_lg='002'",
                 "26030001 : vendue deux fois : 000001 000001"},
         Planted{"unit_lost", DataFile::Historic, "delete from strproduit where imm_art='26030001'",
@@ -160,6 +160,52 @@ TEST(Dossiers, OlderThanTheirJournalAreSoundAndAnsweredForFromThenOn) {
     EXPECT_EQ(told(dossier.session), QStringList());
     plant(dossier.session, DataFile::Molven, "delete from strproduit where imm_art='26030003'");
     EXPECT_TRUE(told(dossier.session).contains(QStringLiteral("Unité 20/26030003 : supprimé hors du programme")));
+}
+
+TEST(Dossiers, OfWhichAnIndexLostRecordsAreReadAllTheSameAndMended) {
+    const Sold dossier;
+    const auto declare = [&dossier](const char* ending) {
+        Workspace workspace;
+        Database molven = workspace.open(dossier.session.molven());
+        molven.firstValue(QStringLiteral("pragma writable_schema=on"));
+        molven.firstValue(QStringLiteral("update sqlite_master set sql='CREATE INDEX strproduit_6 on strproduit "
+                                         "(lot_art)%1' where name='strproduit_6'")
+                              .arg(QString::fromLatin1(ending)));
+    };
+    declare(" where imm_art is null");
+    plant(dossier.session, DataFile::Molven, "reindex strproduit_6");
+    declare("");
+    EXPECT_EQ(told(dossier.session), QStringList("strproduit : index strproduit_6 incomplet"));
+    EXPECT_EQ(check::repair(dossier.session).size(), 1);
+    EXPECT_EQ(told(dossier.session), QStringList());
+}
+
+TEST(Dossiers, WhoseUnitCameBackAndWasCorrectedAreSound) {
+    Sold dossier;
+    dossier.document(QStringLiteral("AVO"), {QStringLiteral("26030001")});
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    const Record before = dossier.unit(QStringLiteral("26030001"));
+    Record corrected = before;
+    corrected[strproduit.lot_art] = QStringLiteral("CORRIGE");
+    units::change(molven, corrected, before);
+    EXPECT_EQ(told(dossier.session), QStringList());
+    // A note may bear the number of the credit note: each family has its own.
+    for (const QString& unit : {QStringLiteral("26030003"), QStringLiteral("26030001")})
+        dossier.document(QStringLiteral("LIV"), {unit});
+    EXPECT_EQ(dossier.unit(QStringLiteral("26030001")).value(strproduit.num_vte), QStringLiteral("000002"));
+    EXPECT_EQ(told(dossier.session), QStringList());
+}
+
+TEST(Dossiers, WhosePatientWasReplacedOnTheUnitAreSound) {
+    Sold dossier;
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    const Record unit = dossier.unit(QStringLiteral("26030001"));
+    units::Implantation implantation = units::implantationOf(unit);
+    implantation.patient = QStringLiteral("MARTIN Louis");
+    units::implant(molven, unit, implantation);
+    EXPECT_EQ(told(dossier.session), QStringList());
 }
 
 TEST(Dossiers, AreSoundAgainOnceTheProgramPutAValueRight) {

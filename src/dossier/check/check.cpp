@@ -10,7 +10,10 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
+
+#include <algorithm>
 
 namespace molven::check {
 
@@ -66,15 +69,50 @@ const Kind AlteredSums{QStringLiteral("totaux et stocks sans auteur"),
 
 } // namespace kind
 
+namespace {
+
+/// Indexes that lack records or hold others, by what the engine says of a file.
+QStringList damagedIndexes(const QStringList& engineFaults) {
+    static const QRegularExpression damage(QStringLiteral("(?:missing from|differ from|entries in|entry in|of) index "
+                                                          "(\\S+)$"));
+    QStringList names;
+    for (const QString& fault : engineFaults)
+        if (const auto match = damage.match(fault); match.hasMatch()) names.append(match.captured(1));
+    names.removeDuplicates();
+    return names;
+}
+
+/// What the engine finds in a copy, but for its indexes: they are made anew, since what is read by them must not miss
+/// a record.
+QStringList engineFaults(const DossierFile& copy, Faults& faults) {
+    const auto read = [&copy] {
+        Workspace workspace;
+        return workspace.open(copy.path).integrityFaults();
+    };
+    const QStringList found = read();
+    const QStringList indexes = damagedIndexes(found);
+    if (indexes.isEmpty()) return found;
+    for (const QString& index : indexes)
+        faults.append({copy.entry->name,
+                       index.section(u'_', 0, 0),
+                       QStringLiteral("index %1 incomplet").arg(index),
+                       &kind::Indexes,
+                       {copy.path, nullptr, {}}});
+    Layout::repairIndexes(copy.path, tablesOf(copy.entry->file));
+    return read();
+}
+
+} // namespace
+
 void checkFile(const DossierFile& file, Faults& faults) {
     const auto fault = [&](const QString& subject, const QString& text) {
         faults.append({file.entry->name, subject, text, &kind::File});
     };
     try {
+        for (const QString& engineFault : engineFaults(file, faults))
+            fault(file.entry->name, QStringLiteral("contrôle du moteur : ") + engineFault);
         Workspace workspace;
         Database database = workspace.open(file.path);
-        for (const QString& engineFault : database.integrityFaults())
-            fault(file.entry->name, QStringLiteral("contrôle du moteur : ") + engineFault);
         for (const Table* table : tablesOf(file.entry->file)) {
             const QStringList columns = database.columns(*table);
             if (columns.isEmpty()) {
@@ -156,7 +194,7 @@ void checkContents(const DossierFile& file, Faults& faults) {
     const QString name = file.entry->name;
     for (const auto& [table, text] : Layout::indexFaults(file.path, tablesOf(file.entry->file)))
         faults.append({name, table->name, text, &kind::Indexes, {file.path, table, {}}});
-    for (const QString& object : Layout::foreignObjects(file.path))
+    for (const QString& object : Layout::foreignObjects(file.path, tablesOf(file.entry->file)))
         faults.append({name, object, QStringLiteral("ne vient pas du programme"), &kind::Foreign});
     for (const Table* table : tablesOf(file.entry->file))
         for (const auto& [field, count] : Layout::misfits(file.path, *table))
@@ -188,22 +226,14 @@ QList<DossierFile> filesOf(const Session& session, const QString& folder, const 
 
 } // namespace
 
-QList<Fault> run(const Session& session) {
-    const Copies copies(session);
-    const Snapshot snapshot(fileNames(), copies.folders());
-    const Session copied = copies.session(snapshot.folder());
-    Faults faults;
-    QSet<QString> notCopied;
-    for (const auto& [path, error] : snapshot.faults()) {
-        const QString name = QFileInfo(path).fileName();
-        notCopied.insert(copies.copy(path));
-        faults.append({name, name, error.description, &kind::File});
-    }
-    const QList<DossierFile> dossier = filesOf(copied, snapshot.folder(), notCopied);
-    for (const DossierFile& file : dossier) checkFile(file, faults);
-    if (!faults.isEmpty()) return faults; // the rules below read files that must be sound
-    for (const DossierFile& file : dossier) checkContents(file, faults);
-    checkJournals(dossier, faults);
+namespace {
+
+bool areSound(const Faults& faults) {
+    return std::none_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.kind == &kind::File; });
+}
+
+/// What the records say, in files that are sound.
+void checkRecords(const Session& copied, Faults& faults) {
     references::Files files(copied);
     if (files[DataFile::Molven].count(strspecif) != 1)
         faults.append({QStringLiteral("molven.mdb"), strspecif.name,
@@ -217,6 +247,28 @@ QList<Fault> run(const Session& session) {
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))
         faults.append({orphan.file, orphan.code, orphan.text, &kind::Codes});
+}
+
+} // namespace
+
+QList<Fault> run(const Session& session) {
+    const Copies copies(session);
+    const Snapshot snapshot(fileNames(), copies.folders());
+    const Session copied = copies.session(snapshot.folder());
+    Faults faults;
+    QSet<QString> notCopied;
+    for (const auto& [path, error] : snapshot.faults()) {
+        const QString name = QFileInfo(path).fileName();
+        notCopied.insert(copies.copy(path));
+        faults.append({name, name, error.description, &kind::File});
+    }
+    const QList<DossierFile> dossier = filesOf(copied, snapshot.folder(), notCopied);
+    for (const DossierFile& file : dossier) checkFile(file, faults);
+    if (areSound(faults)) {
+        for (const DossierFile& file : dossier) checkContents(file, faults);
+        checkJournals(dossier, faults);
+        checkRecords(copied, faults);
+    }
     holdBack(faults);
     for (Fault& fault : faults) fault.place.path = copies.original(fault.place.path, snapshot.folder());
     return faults;

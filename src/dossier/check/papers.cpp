@@ -1,13 +1,15 @@
 #include "dossier/check/checks.h"
 
+#include "data/clock.h"
 #include "data/dates.h"
+#include "data/journal_tables.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
 #include "sales/pricing.h"
+#include "sales/record_trail.h"
+#include "sales/station.h"
 
 #include <QSet>
-
-#include <algorithm>
 
 namespace molven::check {
 
@@ -47,9 +49,15 @@ bool isPricedRight(const DocumentLines& table, const Record& line) {
     return line[table.fac_pv] == pricing::net(line[table.fac_px], line[table.fac_remx]) && stored == total;
 }
 
-bool sameTotals(const DocumentHeaders& table, const Record& one, const Record& other) {
-    const QList<const Number*> fields = totals::fields(table);
-    return std::all_of(fields.begin(), fields.end(), [&](const Number* field) { return one[*field] == other[*field]; });
+/// "TTC 7.00 pour 94.95", or the first other total that differs; empty when none does.
+QString difference(const DocumentHeaders& table, const Record& stored, const Record& expected) {
+    const auto words = [&](const QString& title, const Number& field) {
+        return QStringLiteral("%1 %2 pour %3").arg(title, stored[field].toFixed(2), expected[field].toFixed(2));
+    };
+    if (stored[table.fac_ttc] != expected[table.fac_ttc]) return words(QStringLiteral("TTC"), table.fac_ttc);
+    for (const Number* field : totals::fields(table))
+        if (stored[*field] != expected[*field]) return words(record_trail::fieldTitle(table.name, field->name), *field);
+    return {};
 }
 
 } // namespace
@@ -72,11 +80,11 @@ Papers::Papers(references::Files& files, Faults& faults) {
                 Record expected = header;
                 totals::put(table, expected, sums.value(header[table.fac_aa] + u'/' + header[table.fac_no]),
                             header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
-                if (sameTotals(table, header, expected)) continue;
+                const QString differing = difference(table, header, expected);
+                if (differing.isEmpty()) continue;
                 faults.append({catalogueEntry(searched.file).name,
                                family.name + u' ' + header[table.fac_no],
-                               QStringLiteral("totaux autres que ceux des lignes : TTC %1 pour %2")
-                                   .arg(header[table.fac_ttc].toFixed(2), expected.value(table.fac_ttc)),
+                               QStringLiteral("totaux autres que ceux des lignes : ") + differing,
                                &kind::Totals,
                                {searched.database.path(), &table, header[table.fac_aa] + u'/' + header[table.fac_no]}});
             }
@@ -153,15 +161,27 @@ public:
     }
 
     void finish() {
-        QSet<QString> headers;
-        for (const Record& row : file_.select(family_.headers))
-            headers.insert(row[family_.headers.fac_aa] + u'/' + row[family_.headers.fac_no]);
+        QSet<QString> headers, empty;
+        for (const Record& header : file_.select(family_.headers)) {
+            const QString key = header[family_.headers.fac_aa] + u'/' + header[family_.headers.fac_no];
+            headers.insert(key);
+            if (!lined_.contains(key) && !hidden_.contains(key) && !isBeingTyped(header, key)) empty.insert(key);
+        }
         tell((lined_ | hidden_) - headers, QStringLiteral("lignes sans en-tête"));
-        tell(headers - lined_ - hidden_, QStringLiteral("aucune ligne"));
+        tell(empty, QStringLiteral("aucune ligne"));
         tell(lined_ - hidden_, QStringLiteral("enregistrement 000 absent"));
     }
 
 private:
+    /// Between its header and its first line a document has none; what a program left so is told at once on its own
+    /// workstation, elsewhere from the next day on.
+    bool isBeingTyped(const Record& header, const QString& key) {
+        const QString program = header[family_.headers.fac_pst];
+        if (program.isEmpty() || station::isGone(program)) return false;
+        return file_.count(strjournal, strjournal.jou_cle == key && strjournal.jou_tab == family_.headers.name &&
+                                           strjournal.jou_dat == sortKey(Clock::today())) > 0;
+    }
+
     void tell(const QSet<QString>& keys, const QString& text) {
         for (const QString& key : keys)
             faults_.append(

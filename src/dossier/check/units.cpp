@@ -1,6 +1,7 @@
 #include "dossier/check/checks.h"
 
 #include "data/journal_tables.h"
+#include "dossier/check/ledger.h"
 #include "reference/parameters.h"
 #include "sales/record_trail.h"
 #include "stock/unit_deeds.h"
@@ -53,7 +54,7 @@ private:
         sold = sold.mid(takenBack);
         if (sold.size() > 1) return tell(QStringLiteral("vendue deux fois : ") + sold.join(u' ')), false;
         const bool isSold = state_ == state::Sold;
-        if (isSold && !lineOf(true))
+        if (isSold && !lineOfDocument())
             return tell(QStringLiteral("vendue sans ligne sur la facture ou le bon de consignation ") + document()),
                    false;
         if (isSold != !sold.isEmpty())
@@ -76,18 +77,29 @@ private:
         return true;
     }
 
-    /// The line of the document that the unit names, of a sale or another.
-    const UnitLine* lineOf(bool sale) const {
-        for (auto line = lines_.rbegin(); line != lines_.rend(); ++line)
-            if (line->paper->number == document() && sale == (line->paper->family->sells && !line->takesBack))
-                return &*line;
-        return nullptr;
+    /// Whether the line's document may have put the unit in its state.
+    bool suits(const UnitLine& line) const {
+        const Family& family = *line.paper->family;
+        if (state_ == state::Delivered) return &family == &families()[0];
+        return (state_ == state::Sold) == (family.sells && !line.takesBack);
+    }
+    bool agrees(const UnitLine& line) const {
+        return unit_[strproduit.clt_vte] == line.paper->client && unit_[strproduit.dat_vte] == line.paper->date;
+    }
+
+    /// The line of the document that the unit names: documents of two families may bear one number.
+    const UnitLine* lineOfDocument() const {
+        const UnitLine* found = nullptr;
+        for (const UnitLine& line : lines_)
+            if (line.paper->number == document() && suits(line) && (!found || agrees(line) || !agrees(*found)))
+                found = &line;
+        return found;
     }
 
     /// The line that put the unit where it is; null for a unit that no document holds.
     const UnitLine* holdingLine() {
         if (state_ == state::InSet) return nullptr;
-        if (const UnitLine* line = lineOf(state_ == state::Sold)) return line;
+        if (const UnitLine* line = lineOfDocument()) return line;
         if (!document().isEmpty() && document() != u"000000")
             tell(QStringLiteral("en stock, sans ligne sur son document ") + document());
         return nullptr;
@@ -98,8 +110,7 @@ private:
         const QString name = paper.name();
         if (line.reference.compare(unit_[strproduit.ref_art], Qt::CaseInsensitive) != 0)
             tell(QStringLiteral("article %1 sur %2").arg(line.reference, name));
-        if (unit_[strproduit.clt_vte] != paper.client || unit_[strproduit.dat_vte] != paper.date)
-            tell(QStringLiteral("client ou date autres que ceux de ") + name);
+        if (!agrees(line)) tell(QStringLiteral("client ou date autres que ceux de ") + name);
         const bool isTransfer = !paper.family->isPriced;
         const QString depot = isTransfer ? paper.depot : line.depot;
         const bool isHome = line.takesBack && unit_[strproduit.num_dep] == MainDepot;
@@ -159,6 +170,39 @@ private:
 
 } // namespace
 
+namespace {
+
+/// Which numbers and serials units bear; one number a unit, and one serial within a supplier's reference, or within the
+/// article when that is empty.
+class Bearers {
+public:
+    void add(const UnitsFile& file, const Record& unit, Faults& faults) {
+        const QString number = unit[strproduit.imm_art], key = unit[strproduit.pro_ann] + number;
+        QString& holder = holders_[recordKey(key)];
+        if (holder == file.name)
+            faults.append({file.name, key, QStringLiteral("immatriculation en double"), &kind::Units});
+        else if (!holder.isEmpty())
+            faults.append({file.name, number, QStringLiteral("immatriculation aussi dans ") + holder, &kind::Units});
+        holder = file.name;
+        numbers_.insert(recordKey(number));
+        const QString serial = unit[strproduit.fou_imm].trimmed(), reference = unit[strproduit.fou_ref].trimmed();
+        if (serial.isEmpty()) return;
+        const QString within = reference.isEmpty() ? u'/' + unit[strproduit.ref_art] : reference;
+        QString& other = serials_[recordKey(QString(within + u'|' + serial).toUpper())];
+        if (!other.isEmpty() && other != number)
+            faults.append({file.name, number, QStringLiteral("N° de série %1 aussi porté par %2").arg(serial, other),
+                           &kind::Values});
+        other = number;
+    }
+    bool know(const QString& number) const { return numbers_.contains(recordKey(number)); }
+
+private:
+    QHash<RecordKey, QString> holders_, serials_; ///< the file of a number, the number of a serial
+    QSet<RecordKey> numbers_;
+};
+
+} // namespace
+
 std::optional<QString> lastDeed(Database file, const Record& unit, const Field& field) {
     const QString key = unit[strproduit.pro_ann] + u'/' + unit[strproduit.imm_art];
     std::optional<QString> deed;
@@ -171,19 +215,13 @@ std::optional<QString> lastDeed(Database file, const Record& unit, const Field& 
 }
 
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults) {
-    QHash<QString, QString> seen; // in which file
-    QSet<QString> numbers;
+    Bearers bearers;
     Conformities conformities(files[DataFile::Molven]);
     for (const DataFile holder : {DataFile::Molven, DataFile::Historic}) {
         const UnitsFile file{catalogueEntry(holder).name, files[holder]};
         for (const Record& unit : files[holder].select(strproduit)) {
-            const QString number = unit[strproduit.imm_art], key = unit[strproduit.pro_ann] + number;
-            if (const QString other = seen.value(key); other == file.name)
-                faults.append({file.name, key, QStringLiteral("immatriculation en double"), &kind::Units});
-            else if (!other.isEmpty())
-                faults.append({file.name, number, QStringLiteral("immatriculation aussi dans ") + other, &kind::Units});
-            seen.insert(key, file.name);
-            numbers.insert(number);
+            const QString number = unit[strproduit.imm_art];
+            bearers.add(file, unit, faults);
             UnitCheck(papers, file, unit, papers.units().value(number), faults).run();
             if (const QString text = conformities.faultOf(file.database, unit); !text.isEmpty())
                 faults.append({file.name, number, text, &kind::Conformity});
@@ -192,7 +230,7 @@ void checkUnits(references::Files& files, const Papers& papers, Faults& faults) 
     }
     conformities.tellLeft(faults);
     for (auto lines = papers.units().begin(); lines != papers.units().end(); ++lines)
-        if (!numbers.contains(lines.key()))
+        if (!bearers.know(lines.key()))
             faults.append({lines->first().paper->file, lines.key(),
                            QStringLiteral("immatriculation absente, portée par ") + lines->first().paper->name(),
                            &kind::Units});

@@ -1,6 +1,7 @@
 #include "dossier/check/checks.h"
 
 #include "data/dates.h"
+#include "sales/record_trail.h"
 #include "stock/immatriculation.h"
 #include "stock/stock_tables.h"
 
@@ -16,12 +17,16 @@ struct DateField {
     const Text* key;
 };
 
+QString titleOf(const Record& record, const Field& field) {
+    return record_trail::fieldTitle(record.table().name, field.name);
+}
+
 QString faultOf(const DateField& field, const Record& record) {
     const QString date = record[field.date];
     if (!isEmptyDate(date) && !dateFromText(date).isValid())
-        return QStringLiteral("%1 : date impossible « %2 »").arg(field.date.name, date);
+        return QStringLiteral("%1 : date impossible « %2 »").arg(titleOf(record, field.date), date);
     if (field.key && record[*field.key].trimmed() != sortKey(date))
-        return QStringLiteral("%1 autre que la date %2").arg(field.key->name, date);
+        return QStringLiteral("%1 : clé de tri autre que %2").arg(titleOf(record, field.date), date);
     return {};
 }
 
@@ -50,7 +55,8 @@ void checkUnitValues(const QString& fileName, const Record& unit, Faults& faults
     checkDates(fileName, unit, number, dates, faults);
     for (const Text* month : {&u.dat_ste, &u.dat_per})
         if (const QString text = unit[*month]; text.contains(digit) && !isMonthYear(text))
-            faults.append({fileName, number, QStringLiteral("%1 : mois impossible « %2 »").arg(month->name, text),
+            faults.append({fileName, number,
+                           QStringLiteral("%1 : mois impossible « %2 »").arg(titleOf(unit, *month), text),
                            &kind::Values});
 }
 
