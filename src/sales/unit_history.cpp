@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "sales/other_folders.h"
+#include "sales/unit_steps.h"
 #include "stock/units.h"
 
 namespace molven::unit_history {
@@ -14,14 +15,20 @@ QList<Record> allOf(const Recordset& records) {
     return rows;
 }
 
-UnitTrail trail(Database unitFile, const QList<Database>& documents, const Immatriculation& unit) {
+/// Puts the lines that one file has of a unit to the others of the trail, and their steps on its road.
+void collect(UnitTrail& trail, QList<Record>& road, Database file, const Immatriculation& unit,
+             const QString& whose = {}) {
     const auto linesIn = [&](const DocumentLines& table) {
-        QList<Record> rows;
-        for (Database file : documents) rows += allOf(file.select(table, table.fac_imm == unit.number(), table.fac_no));
-        return rows;
+        return allOf(file.select(table, table.fac_imm == unit.number(), table.fac_no));
     };
-    return {allOf(unitFile.select(strproduit, unit.criterion())), linesIn(strbtrl), linesIn(strlivl), linesIn(strfacl),
-            linesIn(strcsgl)};
+    const UnitTrail found{{}, linesIn(strbtrl), linesIn(strlivl), linesIn(strfacl), linesIn(strcsgl)};
+    trail.transfers += found.transfers;
+    trail.deliveries += found.deliveries;
+    trail.invoices += found.invoices;
+    trail.consignments += found.consignments;
+    QList<Record> steps = unit_steps::documents(found, file);
+    for (Record& step : steps) step[strsuivi.sui_arc] = whose;
+    road += steps;
 }
 
 } // namespace
@@ -33,16 +40,22 @@ UnitHistory find(const Session& session, const QString& typed, Source source) {
     Database unitFile = workspace.open(source == Source::Virtual ? session.path(DataFile::Virtuel) : session.molven());
     Database vente = workspace.open(session.vente());
     Database historic = workspace.open(session.historic());
+    const OtherFolders others(session);
     UnitHistory history;
     history.immatriculation = unit.number();
-    const OtherFolders others(session);
-    history.current = trail(unitFile, QList<Database>{vente} + others.files(), unit);
-    history.archived = trail(historic, {historic}, unit);
+    history.current.unit = allOf(unitFile.select(strproduit, unit.criterion()));
+    history.archived.unit = allOf(historic.select(strproduit, unit.criterion()));
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));
     const Record& record =
         history.current.unit.isEmpty() ? history.archived.unit.first() : history.current.unit.first();
     history.label = record[strproduit.pro_li1];
+    QList<Record> road{unit_steps::arrival(record)};
+    collect(history.current, road, vente, unit);
+    for (const Database& file : others.files())
+        collect(history.current, road, file, unit, QStringLiteral("autre dossier"));
+    collect(history.archived, road, historic, unit, QStringLiteral("archive"));
+    history.steps = unit_steps::sorted(road + unit_steps::stay(record));
     return history;
 }
 

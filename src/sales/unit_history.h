@@ -21,6 +21,7 @@ struct UnitHistory {
     QString label; ///< article label
     UnitTrail current;
     UnitTrail archived;
+    QList<Record> steps; ///< its road in time, of strsuivi
 };
 
 namespace unit_history {

@@ -2,6 +2,7 @@
 
 #include "data/csv.h"
 #include "data/safe_file.h"
+#include "ui/cell_tips.h"
 #include "ui/form.h"
 #include "ui/grid_columns.h"
 #include "ui/style.h"
@@ -36,6 +37,7 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(style::RowHeight);
     columns_ = new GridColumns(*this);
+    new CellTips(*this); // goes with the grid
     model_->guard = [this](const std::function<void()>& work) { guarded(work); };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {

@@ -107,7 +107,7 @@ void GridColumns::userResized(int column, int width) {
 /// Columns of words give and take room; codes, dates and numbers stay whole.
 bool GridColumns::yields(int column) const {
     const Field& field = *grid_.rows().columns()[column].field;
-    return !chosen_.contains(field.name) && field.kind != Field::Kind::Number && field.size >= 20;
+    return !chosen_.contains(field.name) && field.kind != Field::Kind::Number && field.size > 20;
 }
 
 /// What the column needs for its title and the rows in sight; the described width while there are none.
@@ -121,7 +121,7 @@ int GridColumns::widthOf(int column) const {
         const QModelIndex cell = model.index(row, column);
         const bool marked = model.data(cell, Qt::DecorationRole).isValid();
         const int words = metrics.horizontalAdvance(model.data(cell, Qt::DisplayRole).toString());
-        width = std::max(width, std::min(Widest, words + Padding + (marked ? grid_.iconSize().width() + 4 : 0)));
+        width = std::max(width, std::min(Widest, marked ? grid_.sizeHintForIndex(cell).width() : words + Padding));
     }
     return width;
 }

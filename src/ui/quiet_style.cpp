@@ -109,6 +109,14 @@ void drawButton(const QStyleOption& button, QPainter& painter) {
     roundedBox(painter, inner, Qt::transparent, filled ? c.onAccent : c.accent, filled ? 1 : 2);
 }
 
+/// Below the title of the group.
+void drawGroupFrame(const QStyleOption& group, QPainter& painter, const QWidget* widget) {
+    const Colours& c = colours(scheme());
+    const bool changing = widget && isChanging(*widget);
+    const QRect room = group.rect.adjusted(0, group.fontMetrics.height() + Gap, 0, 0);
+    roundedBox(painter, room, Qt::transparent, changing ? c.accent : c.line, changing ? 2 : 1);
+}
+
 void drawHeader(const QRect& room, QPainter& painter, bool isLast) {
     const Colours& c = colours(scheme());
     painter.fillRect(room, c.window);
@@ -179,7 +187,7 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
         if (option->state & State_Enabled) drawButton(*option, *painter);
         return;
     case PE_FrameGroupBox:
-        return roundedBox(*painter, option->rect, Qt::transparent, c.line);
+        return drawGroupFrame(*option, *painter, widget);
     case PE_Frame:
         if (qobject_cast<const QAbstractItemView*>(widget))
             return roundedBox(*painter, option->rect, Qt::transparent,

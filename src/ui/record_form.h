@@ -23,7 +23,7 @@ protected:
         QString title;
         QList<GridColumn> list; ///< columns of DBGrid1
         RecordModel::Query query;
-        QList<FieldBox> boxes;
+        QList<BoxGroup> boxes;
         int columns = 2;                      ///< of boxes
         const Text& key;                      ///< the code a record is found by
         QString unknown;                      ///< said when the code typed has no record

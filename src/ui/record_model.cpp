@@ -157,12 +157,29 @@ QVariant RecordModel::marked(const QModelIndex& index, int role) const {
     }
 }
 
+namespace {
+
+/// A number as it is read on the screen: "1 779,00".
+QString inThousands(QString number) {
+    auto end = number.indexOf(u',');
+    if (end < 0) end = number.size();
+    const qsizetype first = number.startsWith(u'-') ? 1 : 0;
+    if (number.contains(QChar(u' '))) return number; // its pattern did it
+    for (end -= 3; end > first; end -= 3) number.insert(end, QChar(u' '));
+    return number;
+}
+
+} // namespace
+
 QVariant RecordModel::data(const QModelIndex& index, int role) const {
     const bool ofMark =
         role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::ForegroundRole || role == Qt::DecorationRole;
     if (ofMark && columns_[index.column()].mark)
         if (const QVariant found = marked(index, role); found.isValid()) return found;
-    if (role == Qt::DisplayRole) return text(index.row(), index.column());
+    if (role == Qt::DisplayRole) {
+        const QString shown = text(index.row(), index.column());
+        return columns_[index.column()].field->kind == Field::Kind::Number ? inThousands(shown) : shown;
+    }
     if (role == Qt::TextAlignmentRole && columns_[index.column()].field->kind == Field::Kind::Number)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -34,26 +34,83 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
     return made;
 }
 
+/// A group is named on a line of its own unless its first box leaves room for the name.
+bool hasTitleLine(const BoxGroup& group) { return !group.title.isEmpty() && !group.boxes.first().caption.isEmpty(); }
+
+int linesOf(const BoxGroup& group) { return static_cast<int>(group.boxes.size()) + (hasTitleLine(group) ? 1 : 0); }
+
+/// The column of each group when no column has more lines than that.
+QList<int> columnsWithin(const QList<BoxGroup>& groups, int most) {
+    QList<int> columns;
+    int column = 0, lines = 0;
+    for (const BoxGroup& group : groups) {
+        if (lines > 0 && lines + linesOf(group) > most) {
+            ++column;
+            lines = 0;
+        }
+        lines += linesOf(group);
+        columns.append(column);
+    }
+    return columns;
+}
+
+/// The column of each group where the longest column is as short as can be.
+QList<int> columnsOf(const QList<BoxGroup>& groups, int columns) {
+    int most = 1;
+    for (const BoxGroup& group : groups) most = std::max(most, linesOf(group));
+    while (columnsWithin(groups, most).last() >= columns) ++most;
+    return columnsWithin(groups, most);
+}
+
+QList<BoxGroup> eachAlone(const QList<FieldBox>& boxes) {
+    QList<BoxGroup> groups;
+    for (const FieldBox& box : boxes) groups.append({{}, {box}});
+    return groups;
+}
+
 } // namespace
 
-RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent) : QWidget(parent), boxes_(boxes) {
+RecordPanel::RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent)
+    : RecordPanel(eachAlone(boxes), columns, parent) {}
+
+RecordPanel::RecordPanel(const QList<BoxGroup>& groups, int columns, QWidget* parent) : QWidget(parent) {
     auto* layout = new QGridLayout(this);
     style::nest(*layout);
     style::spaceAsBoxes(*layout);
-    const auto rows = (boxes_.size() + columns - 1) / columns;
-    for (qsizetype i = 0; i < boxes_.size(); ++i) {
-        const FieldBox& box = boxes_[i];
-        const int row = static_cast<int>(i % rows), column = static_cast<int>(i / rows) * 2;
-        Edit* made = makeEdit(box, this);
-        auto* caption = new QLabel(box.caption, this);
-        caption->setBuddy(made);
-        captions_.insert(box.field, caption);
-        layout->addWidget(caption, row, column, Qt::AlignRight);
-        layout->addLayout(lineOf(box, made), row, column + 1);
-        layout->setColumnStretch(column + 1, 1);
-        edits_.insert(box.field, made);
+    const QList<int> places = columnsOf(groups, columns);
+    int row = 0;
+    for (qsizetype i = 0; i < groups.size(); ++i) {
+        if (i > 0 && places[i] != places[i - 1]) row = 0;
+        add(groups[i], *layout, places[i] * 2, row);
     }
-    layout->setRowStretch(static_cast<int>(rows), 1);
+    for (int column = 0; column <= places.last(); ++column) layout->setColumnStretch(column * 2 + 1, 1);
+    layout->setRowStretch(layout->rowCount(), 1);
+}
+
+void RecordPanel::add(const BoxGroup& group, QGridLayout& layout, int column, int& row) {
+    if (hasTitleLine(group)) {
+        auto* title = new QLabel(group.title, this);
+        style::makeHeading(*title);
+        layout.addWidget(title, row++, column, 1, 2, Qt::AlignBottom);
+    }
+    for (const FieldBox& box : group.boxes) {
+        auto* caption = new QLabel(box.caption, this);
+        if (box.caption.isEmpty() && &box == &group.boxes.first()) {
+            caption->setText(group.title);
+            style::makeHeading(*caption);
+        }
+        add(box, layout, column, row++, caption);
+    }
+}
+
+void RecordPanel::add(const FieldBox& box, QGridLayout& layout, int column, int row, QLabel* caption) {
+    Edit* made = makeEdit(box, this);
+    caption->setBuddy(made);
+    layout.addWidget(caption, row, column, Qt::AlignRight);
+    layout.addLayout(lineOf(box, made), row, column + 1);
+    boxes_.append(box);
+    captions_.insert(box.field, caption);
+    edits_.insert(box.field, made);
 }
 
 QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
@@ -72,6 +129,7 @@ QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
     hint->setObjectName(QStringLiteral("lbl") + box.field->name);
     hint->setTextFormat(Qt::PlainText);
     style::makeQuiet(*hint);
+    hint->setWordWrap(true); // words are never cut
     hint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     hints_.insert(box.field, hint);
     line->addWidget(hint, 1);
@@ -87,7 +145,6 @@ void RecordPanel::setHint(const Field& field, const QString& text) {
     QLabel* hint = hints_.value(&field);
     if (!hint) return;
     hint->setText(text);
-    hint->setToolTip(text); // whole, where the window is too narrow for it
 }
 
 void RecordPanel::markRequired(const QList<const Field*>& fields) {

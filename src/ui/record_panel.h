@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QGridLayout;
 class QLabel;
 
 namespace molven {
@@ -24,9 +25,18 @@ struct FieldBox {
     int longest = 0;         ///< characters that may be typed; the field's own size when 0
 };
 
-/// Captioned boxes over the fields of a record, in columns, in the order in which a user reads them.
+/// Boxes that belong together, under a name: above them, or before the first one when that has no caption of its own.
+struct BoxGroup {
+    QString title;
+    QList<FieldBox> boxes;
+};
+
+/// Captioned boxes over the fields of a record, in columns, in the order in which a user reads them. A group stands
+/// whole in one column.
 class RecordPanel : public QWidget {
 public:
+    RecordPanel(const QList<BoxGroup>& groups, int columns, QWidget* parent);
+    /// Boxes that need no groups: they fill the columns evenly.
     RecordPanel(const QList<FieldBox>& boxes, int columns, QWidget* parent);
 
     Edit* edit(const Field& field) const;
@@ -57,6 +67,8 @@ public:
     const QList<FieldBox>& boxes() const { return boxes_; }
 
 private:
+    void add(const BoxGroup& group, QGridLayout& layout, int column, int& row);
+    void add(const FieldBox& box, QGridLayout& layout, int column, int row, QLabel* caption);
     QLayout* lineOf(const FieldBox& box, Edit* edit);
     void open(const FieldBox& box, bool editable);
     bool isChanged(const FieldBox& box, const Record& record) const;

@@ -22,6 +22,7 @@ Scheme current = Scheme::Light;
 const char* const RefusedProperty = "molvenRefused";
 const char* const OwnTipProperty = "molvenOwnTip";
 const char* const RequiredProperty = "molvenRequired";
+const char* const ChangingProperty = "molvenChanging";
 const char* const IdleProperty = "molvenIdle";
 
 /// The system's own palette shows which scheme it is in, whatever the platform.
@@ -121,7 +122,7 @@ void nest(QLayout& layout) { layout.setContentsMargins(0, 0, 0, 0); }
 
 void spaceAsBoxes(QGridLayout& layout) {
     layout.setHorizontalSpacing(8);
-    layout.setVerticalSpacing(4);
+    layout.setVerticalSpacing(3);
 }
 
 void letBreathe(QLayout& layout) {
@@ -134,10 +135,12 @@ void keepFoot(QWidget& window, QLabel& line) {
     window.setContentsMargins(0, 0, 0, line.sizeHint().height());
 }
 
-void makeHeading(QLabel& label) {
-    QFont font = label.font();
+void makeHeading(QLabel& label) { emphasise(label); }
+
+void emphasise(QWidget& value) {
+    QFont font = value.font();
     font.setBold(true);
-    label.setFont(font);
+    value.setFont(font);
 }
 
 void makeQuiet(QLabel& label) { label.setForegroundRole(QPalette::PlaceholderText); }
@@ -165,6 +168,13 @@ bool isRequired(const QWidget& box) { return box.property(RequiredProperty).toBo
 void markRequired(QWidget& box, bool required) {
     box.setProperty(RequiredProperty, required);
     box.update();
+}
+
+bool isChanging(const QWidget& group) { return group.property(ChangingProperty).toBool(); }
+
+void markChanging(QWidget& group, bool changing) {
+    group.setProperty(ChangingProperty, changing);
+    group.update();
 }
 
 bool isIdle(const QAction& entry) { return entry.property(IdleProperty).toBool(); }

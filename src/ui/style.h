@@ -60,6 +60,8 @@ void keepFoot(QWidget& window, QLabel& line);
 
 /// What the lines or boxes below are about.
 void makeHeading(QLabel& label);
+/// The figure among several that matters.
+void emphasise(QWidget& value);
 /// Words that only explain.
 void makeQuiet(QLabel& label);
 
@@ -72,6 +74,10 @@ bool isRefused(const QWidget& box);
 /// Marks a box that must not stay empty.
 void markRequired(QWidget& box, bool required);
 bool isRequired(const QWidget& box);
+
+/// Marks a group of boxes that change a record where they usually make a new one.
+void markChanging(QWidget& group, bool changing);
+bool isChanging(const QWidget& group);
 
 /// Marks a menu entry that can be chosen but will do nothing, and why; an entry that acts has no reason.
 void markIdle(QAction& entry, const QString& why);

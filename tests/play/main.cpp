@@ -21,10 +21,12 @@ int main(int argc, char* argv[]) {
     parser.addHelpOption();
     parser.addOptions(
         {{QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR")},
+         {QStringLiteral("sombre"), QStringLiteral("images dans les couleurs sombres")},
          {QStringLiteral("out"), QStringLiteral("dossier des images et des PDF"), QStringLiteral("DIR")}});
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("scénarios"), QStringLiteral("FILE..."));
     parser.process(application);
     if (!parser.isSet(QStringLiteral("home")) || parser.positionalArguments().isEmpty()) parser.showHelp(2);
+    if (parser.isSet(QStringLiteral("sombre"))) style::apply(style::Scheme::Dark);
     const QString out = parser.value(QStringLiteral("out"));
     if (!out.isEmpty()) QDir().mkpath(out);
 

@@ -4,6 +4,7 @@
 #include "sales/integration.h"
 #include "sales/renumbering.h"
 #include "sales/unit_history.h"
+#include "sales/unit_steps.h"
 
 namespace molven {
 
@@ -21,6 +22,13 @@ TEST(UnitHistories, TellEveryDocumentOfAUnitCurrentAndArchived) {
     EXPECT_EQ(history.current.deliveries.size() + history.current.invoices.size(), 2);
     EXPECT_EQ(history.archived.invoices.size(), 0);
     EXPECT_TRUE(unit_history::lines(history).join(u'\n').contains(QStringLiteral("patient D'ALMEIDA Hélène")));
+    const auto road = [&history] {
+        QStringList steps;
+        for (const Record& step : history.steps)
+            steps.append(step[strsuivi.sui_lib] + u' ' + step[strsuivi.sui_mode] + step[strsuivi.sui_arc]);
+        return steps.join(u',');
+    };
+    EXPECT_EQ(road(), QStringLiteral("Réception ,Bon de Livraison LIV,Facture FAC,Pose "));
 
     Workspace workspace;
     Database molven = workspace.open(dossier.session.molven());
@@ -30,6 +38,7 @@ TEST(UnitHistories, TellEveryDocumentOfAUnitCurrentAndArchived) {
     history = unit_history::find(dossier.session, unit);
     EXPECT_TRUE(history.current.unit.isEmpty());
     EXPECT_EQ(history.archived.unit.size(), 1);
+    EXPECT_EQ(road(), QStringLiteral("Réception ,Bon de Livraison LIV,Facture FAC,Pose "));
     EXPECT_EQ(refusalOf([&] { unit_history::find(dossier.session, QStringLiteral("26039999")); }),
               QStringLiteral("Immatriculation inconnue"));
 }

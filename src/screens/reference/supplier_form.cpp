@@ -12,28 +12,32 @@ namespace molven {
 
 namespace {
 
-QList<FieldBox> boxes() {
+QList<BoxGroup> groups() {
     const auto& f = strfournis;
-    return {{&f.fou_cod, QStringLiteral("N° Fournisseur :")},
-            {&f.fou_nom, QStringLiteral("Nom :"), {}, 30},
-            {&f.fou_abr, QStringLiteral("Nom abrégé :")},
-            {&f.fou_resp, QStringLiteral("Responsable :"), {}, 30},
-            {&f.fou_l1, QStringLiteral("Adresse :"), {}, 30},
-            {&f.fou_l2, {}, {}, 30},
-            {&f.fou_l3, {}, {}, 30},
-            {&f.fou_l4, {}, {}, 30},
-            {&f.fou_l5, QStringLiteral("CP Ville :"), {}, 30},
-            {&f.fou_chemin, QStringLiteral("Documents :"), {}, 30},
-            {&f.fou_tel1, QStringLiteral("Téléphone :"), {}, 15},
-            {&f.fou_tel2, QStringLiteral("Téléphone 2 :"), {}, 15},
-            {&f.fou_fax1, QStringLiteral("Télécopie :"), {}, 15},
-            {&f.fou_fax2, QStringLiteral("Télécopie 2 :"), {}, 15},
-            {&f.fou_mail, QStringLiteral("Courriel :"), {}, 30},
-            {&f.fou_fam, QStringLiteral("Famille :")},
-            {&f.fou_exp, QStringLiteral("Expédition :")},
-            {&f.fou_rglt, QStringLiteral("Règlement :")},
-            {&f.fou_clt, QStringLiteral("N° client :")},
-            {&f.fou_cpt, QStringLiteral("Compte comptable :")}};
+    return {{QStringLiteral("Identité"),
+             {{&f.fou_cod, QStringLiteral("N° Fournisseur :")},
+              {&f.fou_nom, QStringLiteral("Nom :"), {}, 30},
+              {&f.fou_abr, QStringLiteral("Nom abrégé :")},
+              {&f.fou_resp, QStringLiteral("Responsable :"), {}, 30}}},
+            {QStringLiteral("Adresse :"),
+             {{&f.fou_l1, {}, {}, 30},
+              {&f.fou_l2, {}, {}, 30},
+              {&f.fou_l3, {}, {}, 30},
+              {&f.fou_l4, {}, {}, 30},
+              {&f.fou_l5, QStringLiteral("CP Ville :"), {}, 30}}},
+            {QStringLiteral("Documents :"), {{&f.fou_chemin, {}, {}, 30}}},
+            {QStringLiteral("Téléphone et courriel"),
+             {{&f.fou_tel1, QStringLiteral("Téléphone :"), {}, 15},
+              {&f.fou_tel2, QStringLiteral("Téléphone 2 :"), {}, 15},
+              {&f.fou_fax1, QStringLiteral("Télécopie :"), {}, 15},
+              {&f.fou_fax2, QStringLiteral("Télécopie 2 :"), {}, 15},
+              {&f.fou_mail, QStringLiteral("Courriel :"), {}, 30}}},
+            {QStringLiteral("Conditions"),
+             {{&f.fou_fam, QStringLiteral("Famille :")},
+              {&f.fou_exp, QStringLiteral("Expédition :")},
+              {&f.fou_rglt, QStringLiteral("Règlement :")},
+              {&f.fou_clt, QStringLiteral("N° client :")},
+              {&f.fou_cpt, QStringLiteral("Compte comptable :")}}}};
 }
 
 } // namespace
@@ -45,7 +49,7 @@ SupplierForm::SupplierForm(Desk& desk)
     build({QStringLiteral("Gestion des fournisseurs"),
            suppliers.columns,
            suppliers.query,
-           boxes(),
+           groups(),
            2,
            strfournis.fou_cod,
            QStringLiteral("Ce code n'existe pas"),

@@ -143,7 +143,7 @@ void DocumentForm::buildTray() {
         part->attempt = [this](const std::function<void()>& deed) { attempt(deed); };
         tray_->addWidget(part);
     }
-    tray_->setFixedHeight(220);
+    tray_->setFixedHeight(248);
 }
 
 /// What validates the header comes behind its last box, the lines behind the buttons of the document.

@@ -20,6 +20,8 @@ class UnitRange;
 class DocumentForm : public Form {
 public:
     explicit DocumentForm(Desk& desk);
+    /// Shows the document of a number, unless the user keeps what is typed on another one.
+    void bringUp(const QString& number);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -45,6 +47,8 @@ private:
     void display(const std::optional<Record>& document);
     void leafTo(const std::optional<Record>& document);
     void displayTyped();
+    /// Throws Refusal "N° inconnu".
+    Record numbered(const QString& number);
     void pickDocument();
     void print();
     void readAgain();

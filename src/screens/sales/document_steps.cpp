@@ -119,9 +119,17 @@ void DocumentForm::leafTo(const std::optional<Record>& document) {
 
 void DocumentForm::displayTyped() {
     if (header_->number().isEmpty() || stage_ == Stage::Entering || stage_ == Stage::Changing) return;
-    const auto found = documents::find(book_, header_->number());
+    leafTo(numbered(header_->number()));
+}
+
+Record DocumentForm::numbered(const QString& number) {
+    const auto found = documents::find(book_, number);
     if (!found) throw Refusal(QStringLiteral("N° inconnu"), table_.fac_no.name);
-    leafTo(found);
+    return *found;
+}
+
+void DocumentForm::bringUp(const QString& number) {
+    guarded([&] { leafTo(numbered(number)); });
 }
 
 void DocumentForm::pickDocument() {

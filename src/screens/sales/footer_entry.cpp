@@ -19,30 +19,33 @@ namespace molven {
 
 namespace {
 
-QList<FieldBox> footerBoxes(const DocumentHeaders& h) {
+QList<BoxGroup> groups(const DocumentHeaders& h) {
     const QString money = QStringLiteral("#####0.00");
-    return {{&h.fac_rem, QStringLiteral("Remise % :"), QStringLiteral("txtrem"), 8, QStringLiteral("#0.00")},
-            {&h.fac_esc, QStringLiteral("Escompte % :"), QStringLiteral("txtesc"), 8, QStringLiteral("#0.00")},
-            {&h.fac_port, QStringLiteral("Port HT :"), QStringLiteral("Txtport"), 10, money},
-            {&h.fac_exo, QStringLiteral("Exonéré :"), QStringLiteral("Txtexo"), 10, money},
-            {&h.fac_acpt, QStringLiteral("Acompte :"), QStringLiteral("txtacpt"), 10, money},
-            {&h.fac_rglt,
-             QStringLiteral("Règlement :"),
-             QStringLiteral("txtrglt"),
-             0,
-             {},
-             false,
-             false,
-             QStringLiteral("Cmdrgt")},
-            {&h.fac_ech, QStringLiteral("Echéance :"), QStringLiteral("txtech"), 10, {}, false, true},
-            {&h.fac_mes, QStringLiteral("Message :"), QStringLiteral("txtmes"), 26},
-            {&h.fac_ht, QStringLiteral("Total HT :"), QStringLiteral("txtht"), 12, money, false, true},
-            {&h.fac_tv1, QStringLiteral("TVA 1 :"), QStringLiteral("txttv1"), 10, money, false, true},
-            {&h.fac_tv2, QStringLiteral("TVA 2 :"), QStringLiteral("txttv2"), 10, money, false, true},
-            {&h.fac_tv3, QStringLiteral("TVA 3 :"), QStringLiteral("txttv3"), 10, money, false, true},
-            {&h.fac_tvp, QStringLiteral("TVA port :"), QStringLiteral("txttvp"), 10, money, false, true},
-            {&h.fac_ttc, QStringLiteral("Total TTC :"), QStringLiteral("txtttc"), 12, money, false, true},
-            {&h.fac_ffa, QStringLiteral("Net à payer :"), QStringLiteral("txtffa"), 12, money, false, true}};
+    return {{QStringLiteral("Remises et frais"),
+             {{&h.fac_rem, QStringLiteral("Remise % :"), QStringLiteral("txtrem"), 8, QStringLiteral("#0.00")},
+              {&h.fac_esc, QStringLiteral("Escompte % :"), QStringLiteral("txtesc"), 8, QStringLiteral("#0.00")},
+              {&h.fac_port, QStringLiteral("Port HT :"), QStringLiteral("Txtport"), 10, money},
+              {&h.fac_exo, QStringLiteral("Exonéré :"), QStringLiteral("Txtexo"), 10, money},
+              {&h.fac_acpt, QStringLiteral("Acompte :"), QStringLiteral("txtacpt"), 10, money}}},
+            {QStringLiteral("Règlement"),
+             {{&h.fac_rglt,
+               QStringLiteral("Règlement :"),
+               QStringLiteral("txtrglt"),
+               0,
+               {},
+               false,
+               false,
+               QStringLiteral("Cmdrgt")},
+              {&h.fac_ech, QStringLiteral("Echéance :"), QStringLiteral("txtech"), 10, {}, false, true},
+              {&h.fac_mes, QStringLiteral("Message :"), QStringLiteral("txtmes"), 26}}},
+            {QStringLiteral("Totaux"),
+             {{&h.fac_ht, QStringLiteral("Total HT :"), QStringLiteral("txtht"), 12, money, false, true},
+              {&h.fac_tv1, QStringLiteral("TVA 1 :"), QStringLiteral("txttv1"), 10, money, false, true},
+              {&h.fac_tv2, QStringLiteral("TVA 2 :"), QStringLiteral("txttv2"), 10, money, false, true},
+              {&h.fac_tv3, QStringLiteral("TVA 3 :"), QStringLiteral("txttv3"), 10, money, false, true},
+              {&h.fac_tvp, QStringLiteral("TVA port :"), QStringLiteral("txttvp"), 10, money, false, true},
+              {&h.fac_ttc, QStringLiteral("Total TTC :"), QStringLiteral("txtttc"), 12, money, false, true},
+              {&h.fac_ffa, QStringLiteral("Net à payer :"), QStringLiteral("txtffa"), 12, money, false, true}}}};
 }
 
 } // namespace
@@ -53,12 +56,13 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
       book_(book),
       table_(book.kind().headers),
       document_(table_),
-      boxes_(new RecordPanel(footerBoxes(table_), 3, this)),
+      boxes_(new RecordPanel(groups(table_), 3, this)),
       validate_(form.button(QStringLiteral("Cmdvalpied"), QStringLiteral("Va&lider le pied"),
                             [this] { attempt([this] { validate(); }); })),
       otherVat_(new QLabel(this)) {
     otherVat_->setObjectName(QStringLiteral("lblautretva"));
     for (const FieldBox& box : boxes_->boxes()) form_.bind(box.field->name, boxes_->edit(*box.field));
+    style::emphasise(*boxes_->edit(table_.fac_ffa));
     form_.onPick(
         boxes_->edit(table_.fac_rglt),
         [this] {

@@ -31,6 +31,12 @@ CriterionBox listBox(const char* name, const char* caption, const QStringList& o
     return {QString::fromLatin1(name), QString::fromUtf8(caption), 0, CriterionBox::Kind::Text, options};
 }
 
+/// What units are asked, in words.
+QString wordsOf(const ListingSelection& selection) {
+    const QString words = listing::words(unit_listing::criteria(), selection);
+    return QStringLiteral("Sélection : ") + (words.isEmpty() ? QStringLiteral("tous les produits") : words);
+}
+
 CriterionBox boxOf(const ListingCriterion& one) {
     using Match = ListingCriterion::Match;
     const int characters = one.match == Match::Year ? 4 : std::min(one.field.size, 16);
@@ -63,11 +69,20 @@ ListingSelection selectionOf(const CriteriaPanel& panel, const ListingCriteria& 
     return selection;
 }
 
+/// The other criteria unfold when they are asked for.
+void setUsual(QList<CriterionBox>& boxes, const QStringList& names) {
+    for (CriterionBox& box : boxes) box.isUsual = names.contains(box.name);
+}
+
 QList<CriterionBox> unitBoxes() {
     QList<CriterionBox> boxes;
     append(boxes, unit_listing::criteria());
     boxes.append(listBox("Cmbtri", "Tri par :", unit_listing::orders()));
     boxes.append(listBox("Cmbrelance", "Relance :", {QStringLiteral("Non"), QStringLiteral("Oui")}));
+    setUsual(boxes, {QStringLiteral("DEBIMM"), QStringLiteral("FINIMM"), QStringLiteral("REFD"), QStringLiteral("REFF"),
+                     QStringLiteral("REF1"), QStringLiteral("txtnum_dep"), QStringLiteral("txtlot_art"),
+                     QStringLiteral("txtdat_per"), QStringLiteral("txtfou_cde"), QStringLiteral("txtreg_pat"),
+                     QStringLiteral("Cmbetat"), QStringLiteral("Cmbtri")});
     return boxes;
 }
 
@@ -159,7 +174,7 @@ void UnitListForm::select() {
     reminderWords_ = !isReminder_      ? QString()
                      : withoutReminded ? QStringLiteral("Relance : produits jamais relancés")
                                        : QStringLiteral("Relance : produits déjà relancés compris");
-    words_->setText(QStringLiteral("Sélection : ") + listing::words(unit_listing::criteria(), selection));
+    words_->setText(wordsOf(selection));
     const Criterion criterion = unit_listing::criterion(molven_, selection, withoutReminded);
     if (molven_.count(strproduit, criterion) == 0)
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), QStringLiteral("DEBIMM"));
@@ -196,8 +211,7 @@ Report UnitListForm::report() {
                                                          {QStringLiteral("N° Pièce")},
                                                          {QStringLiteral("Péremption")},
                                                          {QStringLiteral("Dépôt Initial")}});
-    const QString words = listing::words(unit_listing::criteria(), selection_);
-    report.say(QStringLiteral("Sélection : ") + (words.isEmpty() ? QStringLiteral("tous les produits") : words));
+    report.say(wordsOf(selection_));
     report.say(reminderWords_);
     const bool byClient = selection_.order == 2;
     std::optional<QString> client;
@@ -272,6 +286,9 @@ QList<CriterionBox> stockBoxes() {
     boxes.append({QStringLiteral("Mskdate"), QStringLiteral("Stock à la date :"), 10, CriterionBox::Kind::Day});
     append(boxes, stock_listing::unitCriteria());
     boxes.append(listBox("Cmbtri", "Tri des produits :", stock_listing::unitOrders()));
+    setUsual(boxes, {QStringLiteral("REF1"), QStringLiteral("REFD"), QStringLiteral("REFF"), QStringLiteral("txtfam"),
+                     QStringLiteral("txtfou"), QStringLiteral("Mskdate"), QStringLiteral("txtnum_dep"),
+                     QStringLiteral("Cmbtri")});
     return boxes;
 }
 

@@ -29,39 +29,44 @@ namespace molven {
 
 namespace {
 
-QList<FieldBox> boxes() {
+QList<BoxGroup> groups() {
     const auto& u = strproduit;
-    return {{&u.ref_art, QStringLiteral("Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdrefstk")},
-            {&u.fou_cde, QStringLiteral("Fournisseur :"), {}, 0, {}, false, false, QStringLiteral("Cmdfoustk")},
-            {&u.num_cde, QStringLiteral("N° commande :"), {}, 14},
-            {&u.dat_cde, QStringLiteral("Date commande :"), {}, 0, {}, true},
-            {&u.num_liv, QStringLiteral("N° BL fournisseur :"), {}, 14},
-            {&u.dat_liv, QStringLiteral("Date réception :"), QStringLiteral("Mskdlivstk"), 0, {}, true},
-            {&u.dat_dlv, QStringLiteral("Livraison prévue :"), {}, 0, {}, true},
-            {&u.num_dep,
-             QStringLiteral("Dépôt :"),
-             QStringLiteral("Txtdepstk"),
-             4,
-             {},
-             false,
-             false,
-             QStringLiteral("Cmddepstk")},
-            {&u.pro_pac, QStringLiteral("Prix d'achat :"), {}, 10},
-            {&u.lot_art, QStringLiteral("N° lot :"), {}, 14},
-            {&u.num_ste, QStringLiteral("Lot stérilisation :"), {}, 14},
-            {&u.dat_ste, QStringLiteral("Date stérilisation :"), {}, 0, {}, true},
-            {&u.dat_per, QStringLiteral("Péremption :"), {}, 0, {}, true},
-            {&u.ind_ste, QStringLiteral("Indice stérilisation :")},
-            {&u.ino_cer, QStringLiteral("Certificat / N° tissu :"), {}, 14},
-            {&u.pee_cer, QStringLiteral("2e certificat / N° donneur :"), {}, 14},
-            {&u.reg_art, QStringLiteral("Registre / prélèvement :"), {}, 14},
-            {&u.pie_art, QStringLiteral("Nombre de pièces :"), {}, 6},
-            {&u.nof_art, QStringLiteral("Ordre fabrication :"), {}, 14},
-            {&u.fab_con, QStringLiteral("Conformité O/X/Y/Z :")},
-            {&u.fab_cau, QStringLiteral("Cause :")},
-            {&u.fou_imm, QStringLiteral("N° sé&rie fournisseur :"), {}, 16},
-            {&u.fou_ref, QStringLiteral("Réf. fournisseur :"), {}, 16},
-            {&u.imm_art, QStringLiteral("Immat. imposée :")}};
+    return {{QStringLiteral("Livraison"),
+             {{&u.ref_art, QStringLiteral("Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdrefstk")},
+              {&u.fou_cde, QStringLiteral("Fournisseur :"), {}, 0, {}, false, false, QStringLiteral("Cmdfoustk")},
+              {&u.num_cde, QStringLiteral("N° commande :"), {}, 14},
+              {&u.dat_cde, QStringLiteral("Date commande :"), {}, 0, {}, true},
+              {&u.num_liv, QStringLiteral("N° BL fournisseur :"), {}, 14},
+              {&u.dat_liv, QStringLiteral("Date réception :"), QStringLiteral("Mskdlivstk"), 0, {}, true},
+              {&u.dat_dlv, QStringLiteral("Livraison prévue :"), {}, 0, {}, true},
+              {&u.num_dep,
+               QStringLiteral("Dépôt :"),
+               QStringLiteral("Txtdepstk"),
+               4,
+               {},
+               false,
+               false,
+               QStringLiteral("Cmddepstk")},
+              {&u.pro_pac, QStringLiteral("Prix d'achat :"), {}, 10}}},
+            {QStringLiteral("Lot et stérilisation"),
+             {{&u.lot_art, QStringLiteral("N° lot :"), {}, 14},
+              {&u.num_ste, QStringLiteral("Lot stérilisation :"), {}, 14},
+              {&u.dat_ste, QStringLiteral("Date stérilisation :"), {}, 0, {}, true},
+              {&u.dat_per, QStringLiteral("Péremption :"), {}, 0, {}, true},
+              {&u.ind_ste, QStringLiteral("Indice stérilisation :")}}},
+            {QStringLiteral("Certificats et pièces"),
+             {{&u.ino_cer, QStringLiteral("Certificat / N° tissu :"), {}, 14},
+              {&u.pee_cer, QStringLiteral("2e certificat / N° donneur :"), {}, 14},
+              {&u.reg_art, QStringLiteral("Registre / prélèvement :"), {}, 14},
+              {&u.pie_art, QStringLiteral("Nombre de pièces :"), {}, 6}}},
+            {QStringLiteral("Fabrication"),
+             {{&u.nof_art, QStringLiteral("Ordre fabrication :"), {}, 14},
+              {&u.fab_con, QStringLiteral("Conformité O/X/Y/Z :")},
+              {&u.fab_cau, QStringLiteral("Cause :")}}},
+            {QStringLiteral("Identification"),
+             {{&u.fou_imm, QStringLiteral("N° sé&rie fournisseur :"), {}, 16},
+              {&u.fou_ref, QStringLiteral("Réf. fournisseur :"), {}, 16},
+              {&u.imm_art, QStringLiteral("Immat. imposée :")}}}};
 }
 
 QLabel* namedLabel(const QString& name, QWidget* parent) {
@@ -92,8 +97,8 @@ ReceiptForm::ReceiptForm(Desk& desk)
 }
 
 QWidget* ReceiptForm::buildReceipt() {
-    auto* box = new QGroupBox(QStringLiteral("Entrée en stock"), this);
-    panel_ = new RecordPanel(boxes(), 2, box);
+    auto* box = box_ = new QGroupBox(this);
+    panel_ = new RecordPanel(groups(), 2, box);
     panel_->markRequired({&strproduit.ref_art, &strproduit.fou_cde, &strproduit.pro_pac});
     for (const FieldBox& fieldBox : panel_->boxes()) bind(fieldBox.field->name, panel_->edit(*fieldBox.field));
     serials_ = new SerialList(box);

@@ -4,6 +4,7 @@
 #include "stock/receipt.h"
 #include "ui/form.h"
 
+class QGroupBox;
 class QLabel;
 class QLayout;
 
@@ -50,12 +51,14 @@ private:
     void listSerial();
     void quantityTyped();
     void startChanging(const Record& unit);
+    void showMode();
     void readAgain();
     void writeChange();
 
     Workspace workspace_;
     UnitFiles files_;
     Database molven_;
+    QGroupBox* box_ = nullptr;
     RecordPanel* panel_ = nullptr;
     Edit* quantity_ = nullptr;
     SerialList* serials_ = nullptr;

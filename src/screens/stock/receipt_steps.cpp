@@ -12,6 +12,10 @@
 #include "stock/gs1.h"
 #include "stock/units.h"
 #include "ui/record_panel.h"
+#include "ui/style.h"
+
+#include <QGroupBox>
+#include <QPushButton>
 
 namespace molven {
 
@@ -58,6 +62,7 @@ void ReceiptForm::clearUnit() {
 
 void ReceiptForm::clearReceipt() {
     changed_.reset();
+    showMode();
     quantity_->setEditable(true);
     for (const Text* field : KeptByChange) panel_->edit(*field)->setEditable(true);
     for (const FieldBox& box : panel_->boxes()) panel_->edit(*box.field)->put({});
@@ -108,11 +113,20 @@ void ReceiptForm::requireSameGoods(const Gs1Code& code, const std::optional<Reco
                       strproduit.fou_imm.name);
 }
 
+/// The same boxes receive units and change one: which of both is seen at once.
+void ReceiptForm::showMode() {
+    box_->setTitle(changed_ ? QStringLiteral("Modification de l'immatriculation ") + (*changed_)[strproduit.imm_art]
+                            : QStringLiteral("Entrée en stock"));
+    style::markChanging(*box_, changed_.has_value());
+    validate_->setText(changed_ ? QStringLiteral("&Valider la modification") : QStringLiteral("&Valider l'entrée"));
+}
+
 /// Brings a unit's receipt back into the boxes.
 void ReceiptForm::startChanging(const Record& unit) {
     serials_->clear();
     serials_->expect(1);
     changed_ = unit;
+    showMode();
     panel_->load(unit);
     quantity_->put(QStringLiteral("1"));
     quantity_->setEditable(false);

@@ -1,13 +1,14 @@
 #include "screens/stock/unit_history_form.h"
 
-#include "sales/unit_history.h"
+#include "sales/unit_steps.h"
+#include "screens/sales/document_form.h"
 #include "screens/shell/trail_form.h"
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
 #include "ui/style.h"
 
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
@@ -41,6 +42,14 @@ QList<GridColumn> lineColumns(const DocumentLines& lines) {
             {&lines.fac_pv, QStringLiteral("Prix net"), 70, QStringLiteral("#####0.00")}};
 }
 
+QList<GridColumn> roadColumns() {
+    return {{&strsuivi.sui_dat, QStringLiteral("Date"), 85},
+            {&strsuivi.sui_lib, QStringLiteral("Etape"), 150},
+            {&strsuivi.sui_no, QStringLiteral("N°"), 90},
+            {&strsuivi.sui_qui, QStringLiteral("Chez"), 380},
+            {&strsuivi.sui_arc, QStringLiteral("Fichier"), 70}};
+}
+
 /// Numbers of the grids: 1 to 4 and 5 to 8 as the enquiry has always had them, the consignment notes behind.
 int gridNumber(int row, int column) { return row < 4 ? column * 4 + row + 1 : 9 + column; }
 
@@ -57,71 +66,94 @@ UnitHistoryForm::UnitHistoryForm(Desk& desk, const QString& name, unit_history::
       number_(new Edit(this)),
       heading_(new QLabel(this)),
       situation_(new QLabel(this)) {
-    number_->setObjectName(QStringLiteral("txtimm"));
-    number_->setMaxLength(Immatriculation::LongestScan);
-    number_->setFixedWidth(style::boxWidth(8));
     heading_->setObjectName(QStringLiteral("Label1"));
     situation_->setObjectName(QStringLiteral("Lbltrac1"));
     for (QLabel* label : {heading_, situation_}) label->setTextFormat(Qt::PlainText);
     style::makeHeading(*heading_);
-    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
-    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
-    setDefaultButton(search);
-    auto* top = new QHBoxLayout;
-    auto* caption = new QLabel(QStringLiteral("&Immatriculation :"), this);
-    caption->setBuddy(number_);
-    top->addWidget(caption);
-    top->addWidget(number_);
-    top->addWidget(search);
-    top->addSpacing(style::WideGap);
-    top->addWidget(heading_, 1);
-    top->addWidget(trailButton(*this, [this] {
-        find();
-        return TrailSubject{TrailSubject::Kind::Unit, number_->text()};
-    }));
-    top->addWidget(quit);
-    auto* layout = new QGridLayout(this);
-    layout->addLayout(top, 0, 0, 1, 2);
-    layout->addWidget(situation_, 1, 0, 1, 2);
-    for (int row = 0; row < rows().size(); ++row)
-        for (int column = 0; column < 2; ++column)
-            addShelf(layout, row, column, gridNumber(row, column),
-                     rows()[row].caption +
-                         (column == 0 ? QStringLiteral(" - en cours") : QStringLiteral(" - archive")));
-    resize(1260, 740);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(searchRow());
+    layout->addWidget(situation_);
+    road_ = buildRoad();
+    layout->addWidget(road_);
+    for (int row = 0; row < rows().size(); ++row) {
+        rows_.append(buildRow(row));
+        layout->addLayout(rows_.last().layout);
+    }
+    resize(1264, 760);
     applyTitle(source == unit_history::Source::Virtual ? QStringLiteral("Tracabilité d'une immatriculation virtuelle")
                                                        : QStringLiteral("Tracabilité d'une immatriculation"));
+    clear();
     number_->setFocus();
 }
 
-void UnitHistoryForm::addShelf(QGridLayout* layout, int row, int column, int number, const QString& caption) {
-    const bool isUnit = rows()[row].isUnit;
-    auto* grid = new Grid(QStringLiteral("DBGrid%1").arg(number),
-                          isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
-    grid->setAccessibleName(caption);
-    auto* title = new QLabel(caption, this);
-    auto* count = new QLabel(QStringLiteral("0"), this);
-    count->setObjectName(QStringLiteral("Lblnb%1").arg(number));
-    auto* head = new QHBoxLayout;
-    head->addWidget(title);
-    head->addStretch();
-    head->addWidget(count);
-    const int place = 2 + row * 2;
-    layout->addLayout(head, place, column);
-    layout->addWidget(grid, place + 1, column);
-    layout->setRowStretch(place + 1, isUnit ? 0 : 1);
-    if (isUnit) grid->setFixedHeight(72);
-    shelves_.append({grid, count});
+QLayout* UnitHistoryForm::searchRow() {
+    number_->setObjectName(QStringLiteral("txtimm"));
+    number_->setMaxLength(Immatriculation::LongestScan);
+    number_->setFixedWidth(style::boxWidth(8));
+    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
+    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    setDefaultButton(search);
+    auto* caption = new QLabel(QStringLiteral("&Immatriculation :"), this);
+    caption->setBuddy(number_);
+    auto* row = new QHBoxLayout;
+    row->addWidget(caption);
+    row->addWidget(number_);
+    row->addWidget(search);
+    row->addSpacing(style::WideGap);
+    row->addWidget(heading_, 1);
+    row->addWidget(trailButton(*this, [this] {
+        find();
+        return TrailSubject{TrailSubject::Kind::Unit, number_->text()};
+    }));
+    row->addWidget(quit);
+    return row;
+}
+
+Grid* UnitHistoryForm::buildRoad() {
+    auto* road = new Grid(QStringLiteral("DBGridsuivi"), roadColumns(), this);
+    road->setAccessibleName(QStringLiteral("Suivi dans le temps"));
+    road->chosen = [this](const Record& step) { openDocument(step); };
+    return road;
+}
+
+UnitHistoryForm::ShelfRow UnitHistoryForm::buildRow(int row) {
+    const Row& family = rows()[row];
+    auto* layout = new QHBoxLayout;
+    ShelfRow made{layout, {}};
+    for (int column = 0; column < 2; ++column) {
+        const QString caption =
+            family.caption + (column == 0 ? QStringLiteral(" - en cours") : QStringLiteral(" - archive"));
+        const QString number = QString::number(gridNumber(row, column));
+        auto* grid = new Grid(QStringLiteral("DBGrid") + number,
+                              family.isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
+        grid->setAccessibleName(caption);
+        if (family.isUnit) grid->setFixedHeight(72);
+        auto* title = new QLabel(caption, this);
+        auto* count = new QLabel(this);
+        count->setObjectName(QStringLiteral("Lblnb") + number);
+        for (QLabel* label : {title, count}) label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        auto* head = new QHBoxLayout;
+        head->addWidget(title, 1);
+        head->addWidget(count);
+        auto* shelf = new QVBoxLayout;
+        shelf->addLayout(head);
+        shelf->addWidget(grid);
+        layout->addLayout(shelf);
+        made.shelves[column] = {grid, count, shelf};
+    }
+    return made;
 }
 
 void UnitHistoryForm::find() {
+    clear();
+    show(unit_history::find(session(), number_->text(), source_));
+}
+
+void UnitHistoryForm::clear() {
     heading_->clear();
     situation_->clear();
-    for (const Shelf& shelf : shelves_) {
-        shelf.grid->rows().setRecords({});
-        shelf.count->setText(QStringLiteral("0"));
-    }
-    show(unit_history::find(session(), number_->text(), source_));
+    road_->rows().setRecords({});
+    for (ShelfRow& row : rows_) fill(row, {}, {});
 }
 
 void UnitHistoryForm::show(const UnitHistory& history) {
@@ -131,12 +163,33 @@ void UnitHistoryForm::show(const UnitHistory& history) {
     const UnitTrail& kept = history.current.unit.isEmpty() ? history.archived : history.current;
     const units::Situation now = units::situation(kept.unit.first(), session().rules());
     situation_->setText(now.document.isEmpty() ? now.place : now.place + QStringLiteral(" - ") + now.document);
-    for (qsizetype i = 0; i < shelves_.size(); ++i) {
-        const UnitTrail& trail = i % 2 == 0 ? history.current : history.archived;
-        const QList<Record>& records = trail.*rows()[i / 2].records;
-        shelves_[i].grid->rows().setRecords(records);
-        shelves_[i].count->setText(QString::number(records.size()));
+    road_->rows().setRecords(history.steps);
+    for (qsizetype i = 0; i < rows_.size(); ++i) {
+        const auto records = rows()[i].records;
+        fill(rows_[i], history.current.*records, history.archived.*records);
     }
+}
+
+void UnitHistoryForm::fill(ShelfRow& row, const QList<Record>& current, const QList<Record>& archived) {
+    const QList<Record> records[] = {current, archived};
+    for (int column = 0; column < 2; ++column) {
+        const auto& [grid, count, layout] = row.shelves[column];
+        const bool isEmpty = records[column].isEmpty();
+        grid->rows().setRecords(records[column]);
+        grid->setVisible(!isEmpty);
+        count->setText(QString::number(records[column].size()));
+        row.layout->setStretchFactor(layout, isEmpty ? 0 : 1);
+        row.layout->setAlignment(layout, isEmpty ? Qt::AlignTop : Qt::Alignment());
+    }
+}
+
+void UnitHistoryForm::openDocument(const Record& step) {
+    const QString mode = step[strsuivi.sui_mode];
+    if (mode.isEmpty()) return;
+    if (const QString whose = step[strsuivi.sui_arc]; !whose.isEmpty())
+        throw Refusal(QStringLiteral("Ce document n'est pas parmi vos documents en cours : ") + whose);
+    if (auto* form = dynamic_cast<DocumentForm*>(desk().open(QStringLiteral("T_gestion"), mode)))
+        form->bringUp(step[strsuivi.sui_no]);
 }
 
 } // namespace molven
