@@ -110,11 +110,14 @@ void renumberCredits(const Files& files, const Renumbering& family, const QStrin
                                   credits->fac_imm == QString(line[family.lines.fac_imm]) && credits->fac_ori == from);
 }
 
-/// Delivery notes name the invoice that took them over, and its lines the note they came from.
+/// Delivery notes name the invoice that took them over, and its lines the note they came from; a renewed transfer note
+/// names the new one.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
     for (Database file : files.all) {
         if (&family.headers == &strface && family.file == DataFile::Vente)
             file.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);
+        if (&family.headers == &strbtre)
+            file.update(strbtre, {{strbtre.fac_eta, u'T' + to}}, strbtre.fac_eta == u'T' + from);
         if (&family.headers != &strlive) continue;
         file.update(strfacl, {{strfacl.fac_nbl, to}}, strfacl.fac_nbl == from);
         for (const Record& line : file.select(strfacl, strfacl.fac_nbl == to && strfacl.fac_imm != QString()))
