@@ -214,6 +214,7 @@ QList<Fault> run(const Session& session) {
     checkSets(files, faults);
     checkNotes(papers, faults);
     checkProformas(files, faults);
+    checkRenewals(papers, faults);
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))
         faults.append({orphan.file, orphan.code, orphan.text, &kind::Codes});

@@ -53,7 +53,7 @@ private:
         sold = sold.mid(takenBack);
         if (sold.size() > 1) return tell(QStringLiteral("vendue deux fois : ") + sold.join(u' ')), false;
         const bool isSold = state_ == state::Sold;
-        if (isSold && !lineOf(true))
+        if (isSold && !documentLine())
             return tell(QStringLiteral("vendue sans ligne sur la facture ou le bon de consignation ") + document()),
                    false;
         if (isSold != !sold.isEmpty())
@@ -76,18 +76,26 @@ private:
         return true;
     }
 
-    /// The line of the document that the unit names, of a sale or another.
-    const UnitLine* lineOf(bool sale) const {
+    /// True for a line of the kind that leaves a unit in this one's state: documents of other kinds may bear the number
+    /// that the unit names.
+    bool leavesSo(const UnitLine& line) const {
+        const Family* family = line.paper->family;
+        if (state_ == state::Sold) return family->sells && !line.takesBack;
+        if (state_ == state::Delivered) return family == &families()[0];
+        return unit_[strproduit.nbl_dep] == TakenBack ? line.takesBack : !family->isPriced;
+    }
+
+    /// The line of the document that the unit names.
+    const UnitLine* documentLine() const {
         for (auto line = lines_.rbegin(); line != lines_.rend(); ++line)
-            if (line->paper->number == document() && sale == (line->paper->family->sells && !line->takesBack))
-                return &*line;
+            if (line->paper->number == document() && leavesSo(*line)) return &*line;
         return nullptr;
     }
 
     /// The line that put the unit where it is; null for a unit that no document holds.
     const UnitLine* holdingLine() {
         if (state_ == state::InSet) return nullptr;
-        if (const UnitLine* line = lineOf(state_ == state::Sold)) return line;
+        if (const UnitLine* line = documentLine()) return line;
         if (!document().isEmpty() && document() != u"000000")
             tell(QStringLiteral("en stock, sans ligne sur son document ") + document());
         return nullptr;
