@@ -144,7 +144,8 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
     if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
     renumberReferences(files, family, from, to);
-    if (family.file == DataFile::Vente && &family.headers != &strlive) renumberCredits(files, family, from, to);
+    const bool sells = &family.headers == &strface || &family.headers == &strcsge;
+    if (family.file == DataFile::Vente && sells) renumberCredits(files, family, from, to);
     transaction.commit();
 }
 

@@ -1,6 +1,7 @@
 #include "support/sales.h"
 
 #include "dossier/check.h"
+#include "sales/renumbering.h"
 #include "sales/transfer_notes.h"
 
 namespace molven {
@@ -9,6 +10,12 @@ using test::newDocument;
 using test::refusalOf;
 
 namespace {
+
+QStringList faultsOf(const Session& session) {
+    QStringList lines;
+    for (const check::Fault& fault : check::run(session)) lines.append(fault.subject + u' ' + fault.text);
+    return lines;
+}
 
 class Transfers : public test::Sales {
 protected:
@@ -93,12 +100,6 @@ TEST_F(Transfers, AreTypedByUnitsOfTheDepotAndTextsAlone) {
     document_lines::add(notes, note, {test::lineOfArticle(notes, note, QStringLiteral("NOTE"))});
     document_lines::remove(notes, note, documents::lines(notes, note).record());
     EXPECT_EQ(documents::lines(notes, note).count(), 0);
-}
-
-QStringList faultsOf(const Session& session) {
-    QStringList lines;
-    for (const check::Fault& fault : check::run(session)) lines.append(fault.subject + u' ' + fault.text);
-    return lines;
 }
 
 class LinesTakenOff : public Transfers, public testing::WithParamInterface<const char*> {};
@@ -190,6 +191,24 @@ TEST_F(Transfers, AreRenewedOnceWithTheUnitsThatAreLeft) {
     EXPECT_EQ(stateOf(units[1]), QStringLiteral("N/101/000001/000001"));
     documents::abandon(notes, renewed);
     EXPECT_EQ(transfer_notes::renewedOn(documents::current(notes, note)), QString()) << "it may be renewed again";
+}
+
+TEST_F(Transfers, AreRenumberedWithTheNoteThatTheyRenew) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
+    const Record note = transfer(units, "1", "001", "101");
+    transfer_notes::renew(notes, transfer_notes::renewal(notes, note, QStringLiteral("2")), units, {}, note);
+    transfer(units, "1", "102", "101");
+    dossier.document(QStringLiteral("FAC"), units);
+    dossier.document(QStringLiteral("AVO"), units);
+    const Renumbering& ofTransfers = *renumbering::ofMenu(QStringLiteral("mnu_util_num_btr"));
+    for (const char* number : {"1", "2"})
+        renumbering::renumber(dossier.session, ofTransfers, QString::fromLatin1(number),
+                              QStringLiteral("90000") + QString::fromLatin1(number));
+    EXPECT_EQ(documents::find(notes, QStringLiteral("900001"))->value(strbtre.fac_eta), QStringLiteral("T900002"));
+    EXPECT_EQ(notes.vente.find(strfacl, strfacl.fac_qte < QStringLiteral("0"))->value(strfacl.fac_ori),
+              QStringLiteral("000001"))
+        << "the invoice of the same number keeps its own";
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 } // namespace molven
