@@ -247,7 +247,7 @@ void checkRenewals(const Papers& papers, Faults& faults) {
         const Paper* next = papers.find(note.series, *note.family, note.renewal);
         const QString renewed = QStringLiteral("renouvelé sur le bon ") + note.renewal;
         const auto fault = [&](const QString& text) {
-            faults.append({note.file, note.name(), renewed + text, &kind::Papers});
+            faults.append({note.file, note.name(), renewed + text, &kind::Papers, note.place()});
         };
         if (!next)
             fault(QStringLiteral(" absent"));
