@@ -3,8 +3,10 @@
 #include "dossier.h"
 
 #include "data/clock.h"
+#include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
+#include "sales/transfer_notes.h"
 #include "sales/unit_history.h"
 #include "sales/unit_rules.h"
 #include "stock/receipt.h"
@@ -15,6 +17,7 @@ namespace molven::bench {
 namespace {
 
 constexpr int UnitsDelivered = 50;
+constexpr int UnitsTransferred = 200;
 const QString Month = QStringLiteral("4001"); // no other unit is received in January 2040
 
 Receipt receipt(int units) {
@@ -89,13 +92,13 @@ void receiveBare(benchmark::State& state, int units) {
     }
 }
 
-QStringList unitsInStock() {
+QStringList unitsInStock(int count) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     const Recordset stock = molven.select(
         strproduit, strproduit.tes_vte == state::InStock && strproduit.ref_art == Article, strproduit.imm_art);
     QStringList numbers;
-    for (int i = 0; i < UnitsDelivered; ++i) numbers.append(stock.at(i)[strproduit.imm_art]);
+    for (int i = 0; i < count; ++i) numbers.append(stock.at(i)[strproduit.imm_art]);
     return numbers;
 }
 
@@ -106,16 +109,28 @@ Record deliver(SalesBook& book, const QStringList& units) {
     QList<document_lines::Draft> drafts;
     for (const QString& number : units) {
         const Record unit = unit_rules::check(book, header, number);
-        drafts.append(document_lines::preset(book, header, unit[strproduit.ref_art]));
-        document_lines::setUnit(book, drafts.last(), unit);
+        drafts.append(document_lines::ofUnit(book, header, unit));
     }
     document_lines::add(book, header, drafts);
     transaction.commit();
     return header;
 }
 
+void transferByRule(benchmark::State& state) {
+    const QStringList units = unitsInStock(UnitsTransferred);
+    SalesBook notes(session(), documentKind(QStringLiteral("BTR")));
+    Record header = documents::blank(notes, Client);
+    header[strbtre.fac_depd] = MainDepot;
+    for (auto _ : state) {
+        const Record note = transfer_notes::write(notes, header, units);
+        state.PauseTiming();
+        documents::abandon(notes, note);
+        state.ResumeTiming();
+    }
+}
+
 void deliverByRule(benchmark::State& state) {
-    const QStringList units = unitsInStock();
+    const QStringList units = unitsInStock(UnitsDelivered);
     SalesBook book(session(), documentKind(QStringLiteral("LIV")));
     for (auto _ : state) {
         const Record header = deliver(book, units);
@@ -133,7 +148,7 @@ std::vector<QByteArray> documentValues(const Table& table,
 }
 
 void deliverBare(benchmark::State& state) {
-    const QStringList units = unitsInStock();
+    const QStringList units = unitsInStock(UnitsDelivered);
     BareEngine engine({session().molven(), session().vente()});
     const auto client = engine.prepare(QStringLiteral("select * from strclient where clt_cod = ?"));
     const auto number = engine.prepare(QStringLiteral("select max(fac_no) from f1.strlive"));
@@ -241,6 +256,7 @@ void registerRules() {
             deed + "/bare", [units](benchmark::State& state) { receiveBare(state, units); }, 3);
     }
     add("delivery_note_of_50/molven", deliverByRule, 3);
+    add("transfer_note_of_200/molven", transferByRule, 3);
     add("delivery_note_of_50/bare", deliverBare, 3);
     add("trace_one_unit/molven", traceByRule, 50);
     add("trace_one_unit/bare", traceBare, 50);

@@ -4,7 +4,7 @@
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
-#include "reference/parties.h"
+#include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/lines.h"
@@ -59,6 +59,7 @@ public:
           invoices_(session, documentKind(QStringLiteral("FAC"))),
           credits_(session, documentKind(QStringLiteral("AVO"))),
           consignmentCredits_(session, documentKind(QStringLiteral("AVG"))),
+          transfers_(session, documentKind(QStringLiteral("BTR"))),
           ancillaire_(invoices_.workspace.open(session.path(DataFile::Ancillaire))) {}
 
     void receive();
@@ -88,7 +89,7 @@ private:
     Dice& dice_;
     const QDate today_;
     const int units_;
-    SalesBook deliveries_, consignments_, invoices_, credits_, consignmentCredits_;
+    SalesBook deliveries_, consignments_, invoices_, credits_, consignmentCredits_, transfers_;
     Database ancillaire_;
     std::vector<Received> received_;
     QList<Event> events_;
@@ -197,6 +198,8 @@ SalesBook& Life::bookOf(const Event& event) {
         return consignmentCredits_;
     case Event::Kind::Credit:
         return credits_;
+    case Event::Kind::Transfer:
+        return transfers_;
     default:
         return invoices_;
     }
@@ -248,12 +251,8 @@ Record headerOf(SalesBook& book, const Event& event, Dice& dice) {
 void Life::writeSale(SalesBook& book, const Event& event) {
     const Record header = headerOf(book, event, dice_);
     QList<document_lines::Draft> drafts;
-    for (const QString& number : event.units) {
-        const Record unit = unit_rules::check(book, header, number);
-        document_lines::Draft draft = document_lines::preset(book, header, unit[strproduit.ref_art]);
-        document_lines::setUnit(book, draft, unit);
-        drafts.append(draft);
-    }
+    for (const QString& number : event.units)
+        drafts.append(document_lines::ofUnit(book, header, unit_rules::check(book, header, number)));
     if (dice_.chance(20) && !book.kind().isCredit) {
         document_lines::Draft draft = document_lines::preset(
             book, header, QStringLiteral("VSP%1").arg(15 + 5 * dice_.below(24), 3, 10, QLatin1Char('0')));
@@ -270,14 +269,9 @@ void Life::invoiceNote(const Event& event) {
 }
 
 void Life::transfer(const Event& event) {
-    const auto client = parties::findClient(invoices_.molven, QString::number(event.client));
-    TransferNote note;
-    note.client = QString::number(event.client);
-    note.from = QStringLiteral("001");
-    note.to = documents::depotOf(*client);
-    note.date = dateText(event.day);
-    note.units = event.units;
-    transfer_notes::write(invoices_.molven, invoices_.vente, invoices_.historic, session_.rules(), note);
+    Record header = documents::blank(transfers_, QString::number(event.client));
+    header[strbtre.fac_depd] = MainDepot;
+    transfer_notes::write(transfers_, header, event.units);
 }
 
 void Life::fillSet(const Event& event) {

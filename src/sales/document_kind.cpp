@@ -1,32 +1,113 @@
 #include "sales/document_kind.h"
 
-#include "data/errors.h"
 #include "stock/units.h"
 
 #include <algorithm>
 
 namespace molven {
 
+namespace {
+
+const QString NoDocument = QStringLiteral(" Aucun document pour ce client");
+const QString OpenOnSales = QStringLiteral("modifs possibles : chirurgien/transport/bon/patient/lignes ");
+
+QList<WatchedField> openOnTransfers(const DocumentHeaders& table) {
+    return {{&table.fac_trs, "Le transport a été modifié"},
+            {&table.fac_btr, "Le bon a été modifié"},
+            {&table.fac_pat, "Le patient a été modifié"}};
+}
+
+QList<WatchedField> openOnSales(const DocumentHeaders& table) {
+    return QList<WatchedField>{{&table.fac_chr, "Le chirurgien a été modifié"}} + openOnTransfers(table);
+}
+
+} // namespace
+
 const QList<DocumentKind>& documentKinds() {
     static const QList<DocumentKind> kinds{
-        {QStringLiteral("LIV"), strlive, strlivl, QStringLiteral("Gestion des Bons de Livraison"),
-         QStringLiteral("Bon de Livraison"), QStringLiteral("Bon de Livraison"),
-         QStringLiteral("LES BONS DE LIVRAISON"), state::Delivered, false, false, true,
-         QStringLiteral("un bon de livraison : voir la gestion des bons de livraison")},
-        {QStringLiteral("CSG"), strcsge, strcsgl, QStringLiteral("Gestion des Bons de Consignation"),
-         QStringLiteral("Bon de consignation"), QStringLiteral("Bon de Consignation"),
-         QStringLiteral("LES BONS DE CONSIGNATION"), state::Sold, false, true, false,
-         QStringLiteral("un bon de consignation : voir la gestion des bons de consignation")},
-        {QStringLiteral("FAC"), strface, strfacl, QStringLiteral("Gestion des Factures"),
-         QStringLiteral("Facture/Avoir"), QStringLiteral("Facture"), QStringLiteral("LES FACTURES"), state::Sold, false,
-         false, false, QStringLiteral("une facture : voir la gestion des factures")},
-        {QStringLiteral("AVO"), strface, strfacl, QStringLiteral("Gestion des Avoirs"), QStringLiteral("Facture/Avoir"),
-         QStringLiteral("Avoir"), QStringLiteral("LES FACTURES"), state::InStock, true, false, false,
-         QStringLiteral("un avoir : voir la gestion des avoirs")},
-        {QStringLiteral("AVG"), strcsge, strcsgl, QStringLiteral("Gestion des Avoirs Bons Consignation"),
-         QStringLiteral("Bon de consignation"), QStringLiteral("Avoir Bons"),
-         QStringLiteral("LES BONS DE CONSIGNATION"), state::InStock, true, true, false,
-         QStringLiteral("un avoir de bons de consignation : voir la gestion des avoirs bons consignation")},
+        {.mode = QStringLiteral("LIV"),
+         .headers = strlive,
+         .lines = strlivl,
+         .depot = strlive.fac_dep,
+         .title = QStringLiteral("Gestion des Bons de Livraison"),
+         .label = QStringLiteral("Bon de Livraison"),
+         .shownLabel = QStringLiteral("Bon de Livraison"),
+         .listTitle = QStringLiteral("LES BONS DE LIVRAISON"),
+         .noneListed = NoDocument,
+         .unitState = state::Delivered,
+         .isDeletable = true,
+         .open = openOnSales(strlive),
+         .openWords = OpenOnSales},
+        {.mode = QStringLiteral("CSG"),
+         .headers = strcsge,
+         .lines = strcsgl,
+         .depot = strcsge.fac_dep,
+         .title = QStringLiteral("Gestion des Bons de Consignation"),
+         .label = QStringLiteral("Bon de consignation"),
+         .shownLabel = QStringLiteral("Bon de Consignation"),
+         .listTitle = QStringLiteral("LES BONS DE CONSIGNATION"),
+         .noneListed = NoDocument,
+         .unitState = state::Sold,
+         .isConsignment = true,
+         .open = openOnSales(strcsge),
+         .openWords = OpenOnSales,
+         .whereabouts = QStringLiteral("un bon de consignation : voir la gestion des bons de consignation")},
+        {.mode = QStringLiteral("FAC"),
+         .headers = strface,
+         .lines = strfacl,
+         .depot = strface.fac_dep,
+         .title = QStringLiteral("Gestion des Factures"),
+         .label = QStringLiteral("Facture/Avoir"),
+         .shownLabel = QStringLiteral("Facture"),
+         .listTitle = QStringLiteral("LES FACTURES"),
+         .noneListed = NoDocument,
+         .unitState = state::Sold,
+         .open = openOnSales(strface),
+         .openWords = OpenOnSales,
+         .whereabouts = QStringLiteral("une facture : voir la gestion des factures")},
+        {.mode = QStringLiteral("AVO"),
+         .headers = strface,
+         .lines = strfacl,
+         .depot = strface.fac_dep,
+         .title = QStringLiteral("Gestion des Avoirs"),
+         .label = QStringLiteral("Facture/Avoir"),
+         .shownLabel = QStringLiteral("Avoir"),
+         .listTitle = QStringLiteral("LES FACTURES"),
+         .noneListed = NoDocument,
+         .unitState = state::InStock,
+         .isCredit = true,
+         .open = openOnSales(strface),
+         .openWords = OpenOnSales,
+         .whereabouts = QStringLiteral("un avoir : voir la gestion des avoirs")},
+        {.mode = QStringLiteral("AVG"),
+         .headers = strcsge,
+         .lines = strcsgl,
+         .depot = strcsge.fac_dep,
+         .title = QStringLiteral("Gestion des Avoirs Bons Consignation"),
+         .label = QStringLiteral("Bon de consignation"),
+         .shownLabel = QStringLiteral("Avoir Bons"),
+         .listTitle = QStringLiteral("LES BONS DE CONSIGNATION"),
+         .noneListed = NoDocument,
+         .unitState = state::InStock,
+         .isCredit = true,
+         .isConsignment = true,
+         .open = openOnSales(strcsge),
+         .openWords = OpenOnSales,
+         .whereabouts =
+             QStringLiteral("un avoir de bons de consignation : voir la gestion des avoirs bons consignation")},
+        {.mode = QStringLiteral("BTR"),
+         .headers = strbtre,
+         .lines = strbtrl,
+         .depot = strbtre.fac_depa,
+         .title = QStringLiteral("Gestion des Bons de Transfert"),
+         .label = QStringLiteral("Bon de Transfert"),
+         .shownLabel = QStringLiteral("Bon de Transfert"),
+         .listTitle = QStringLiteral("LES BONS DE TRANSFERT"),
+         .noneListed = QStringLiteral("Aucun Bon de transfert pour ce client"),
+         .unitState = state::InStock,
+         .isPriced = false,
+         .open = openOnTransfers(strbtre),
+         .openWords = QStringLiteral("modifs possibles : transport/bon/patient/les lignes")},
     };
     return kinds;
 }

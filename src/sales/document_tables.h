@@ -54,6 +54,9 @@ struct DocumentHeaders : Table {
     Text fac_uid{this, "fac_uid", 32};  ///< drawn at creation: tells it from a later document with its number
     Text fac_pst{this, "fac_pst", 80};  ///< program creating it (see station.h), until it has a line or is kept without
 
+    /// The lines of the address.
+    QList<const Label*> address() const { return {&fac_l1, &fac_l2, &fac_l3, &fac_l4, &fac_l5}; }
+
     Trail trail{this, {fac_aa, fac_no}};
     KeptFields kept{this, {fac_ht, fac_ttc, fac_tv1, fac_tv2, fac_tv3, fac_tvp, fac_ffa}}; // the lines make the totals
     Index by_number{this, {fac_no, fac_aa}, Uniqueness::Unique};
@@ -65,13 +68,13 @@ inline const DocumentHeaders strlive{"strlive"};
 inline const DocumentHeaders strcsge{"strcsge"};
 inline const DocumentHeaders strface{"strface"};
 
-/// Header of a transfer note.
+/// Header of a transfer note; its address is the one delivered to.
 struct TransferHeaders : DocumentHeaders {
     using DocumentHeaders::DocumentHeaders;
     Text fac_depd{this, "fac_depd", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of departure
     Text fac_depa{this, "fac_depa", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of arrival
-    Text fac_dat{this, "fac_dat", 10};                                 ///< date "dd/mm/yyyy"
-    Text fac_eta{this, "fac_eta", 7};                                  ///< state: "N000000" when created
+    Text fac_dat{this, "fac_dat", 10};                                 ///< fac_datf again
+    Text fac_eta{this, "fac_eta", 7}; ///< "N000000"; once renewed "T" and the number of the new note
 };
 inline const TransferHeaders strbtre{"strbtre"};
 
@@ -133,6 +136,9 @@ struct DeliveryAddresses : Table {
     Label bl_l3{this, "bl_l3", 40};
     Label bl_l4{this, "bl_l4", 40};
     Label bl_l5{this, "bl_l5", 40};
+    /// The lines of the address.
+    QList<const Label*> address() const { return {&bl_l1, &bl_l2, &bl_l3, &bl_l4, &bl_l5}; }
+
     Trail trail{this, {bl_cod}};
     Index by_client{this, {bl_cod}, Uniqueness::Unique};
 };

@@ -2,8 +2,8 @@
 
 #include "data/clock.h"
 #include "data/dates.h"
-#include "data/errors.h"
 #include "data/format.h"
+#include "data/require.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/integration.h"
@@ -11,9 +11,12 @@
 #include "sales/numbering.h"
 #include "sales/station.h"
 #include "sales/totals.h"
+#include "sales/transfer_notes.h"
 #include "sales/unit_moves.h"
 
 #include <QUuid>
+
+#include <algorithm>
 
 namespace molven::documents {
 
@@ -29,10 +32,6 @@ bool isSame(const DocumentHeaders& table, const Record& a, const Record& b) {
            a[table.fac_datf] == b[table.fac_datf];
 }
 
-void require(bool held, const char* message, const Field& field) {
-    if (!held) throw Refusal(QString::fromUtf8(message), field.name);
-}
-
 } // namespace
 
 bool isOfKind(const DocumentKind& kind, const Record& header) {
@@ -42,7 +41,8 @@ bool isOfKind(const DocumentKind& kind, const Record& header) {
 
 Criterion ofKind(SalesBook& book) {
     const DocumentHeaders& table = book.kind().headers;
-    if (book.kind().isDelivery()) return {};
+    const auto inSeries = [&table](const DocumentKind& kind) { return &kind.headers == &table; };
+    if (std::count_if(documentKinds().begin(), documentKinds().end(), inSeries) == 1) return {};
     const Criterion negative = table.fac_ht < QStringLiteral("0");
     const Criterion ofOld = table.fac_mode == QString() && (book.kind().isCredit ? negative : !negative);
     return table.fac_mode == book.kind().mode || ofOld;
@@ -86,32 +86,83 @@ QString depotOf(const Record& client) {
     return depot.isEmpty() ? MainDepot : depot;
 }
 
+namespace {
+
+using AddressLines = QList<const Label*>;
+
+void copyAddress(const Record& from, const AddressLines& lines, Record& to, const AddressLines& into) {
+    for (qsizetype i = 0; i < into.size(); ++i) to[*into[i]] = from[*lines[i]];
+}
+
+AddressLines postalLines() {
+    return {&strclient.clt_l1, &strclient.clt_l2, &strclient.clt_l3, &strclient.clt_l4, &strclient.clt_l5};
+}
+
+AddressLines deliveryLines() {
+    return {&strclient.clt_liv1, &strclient.clt_liv2, &strclient.clt_liv3, &strclient.clt_liv4, &strclient.clt_liv5};
+}
+
+/// What a sale takes over from its client; a transfer has no use for it.
+void presetSale(SalesBook& book, const Record& client, Record& header) {
+    const DocumentHeaders& table = book.kind().headers;
+    copyAddress(client, postalLines(), header, table.address());
+    header[table.fac_rep] = client[strclient.clt_rep];
+    header[table.fac_exp] = client[strclient.clt_exp];
+    header[table.fac_rglt] = client[strclient.clt_rgt];
+    header[table.fac_clm] = client[strclient.clt_memo];
+}
+
+} // namespace
+
+QString euroOf(SalesBook& book, const QString& currency) {
+    const auto found = book.molven.find(strmonnaie, strmonnaie.mon_cle == currency);
+    return found ? shown(std::as_const(*found)[strmonnaie.mon_euro]) : QString();
+}
+
+Record blank(SalesBook& book) {
+    const DocumentHeaders& table = book.kind().headers;
+    Record header(table);
+    header[table.fac_datf] = dateText(Clock::today());
+    if (!book.kind().isPriced) return header;
+    const QString currency = parameters::companyCurrency(book.molven, book.companyCurrency());
+    header[table.fac_mon] = currency;
+    header[table.fac_eur] = euroOf(book, currency);
+    return header;
+}
+
 Record blank(SalesBook& book, const QString& code) {
     const DocumentHeaders& table = book.kind().headers;
     const auto found = parties::findClient(book.molven, code);
     require(found.has_value(), "Ce code n'existe pas", table.fac_clt);
     const Record& client = *found;
-    const bool invoicing = book.kind().isInvoice() || book.kind().isCredit;
-    require(!invoicing || client[strclient.clt_fac] != u"N", "Ce client n'a pas d'autorisation de facturation",
-            table.fac_clt);
-
-    Record header(table);
+    require(!book.kind().isInvoicing() || client[strclient.clt_fac] != u"N",
+            "Ce client n'a pas d'autorisation de facturation", table.fac_clt);
+    Record header = blank(book);
     header[table.fac_clt] = client[strclient.clt_cod];
     header[table.fac_nom] = client[strclient.clt_nom];
-    header[table.fac_l1] = client[strclient.clt_l1];
-    header[table.fac_l2] = client[strclient.clt_l2];
-    header[table.fac_l3] = client[strclient.clt_l3];
-    header[table.fac_l4] = client[strclient.clt_l4];
-    header[table.fac_l5] = client[strclient.clt_l5];
-    header[table.fac_rep] = client[strclient.clt_rep];
-    header[table.fac_exp] = client[strclient.clt_exp];
     header[table.fac_trs] = client[strclient.clt_exp];
-    header[table.fac_rglt] = client[strclient.clt_rgt];
-    header[table.fac_clm] = client[strclient.clt_memo];
-    header[table.fac_dep] = book.kind().isCredit ? MainDepot : depotOf(client);
-    header[table.fac_mon] = parameters::companyCurrency(book.molven, book.companyCurrency());
-    header[table.fac_datf] = dateText(Clock::today());
+    header[book.kind().depot] = book.kind().isCredit ? MainDepot : depotOf(client);
+    if (book.kind().isTransfer())
+        copyAddress(client, deliveryLines(), header, table.address());
+    else
+        presetSale(book, client, header);
     return header;
+}
+
+Record presetDeliveryAddress(const Record& client) {
+    Record address(strbl);
+    copyAddress(client, deliveryLines(), address, strbl.address());
+    return address;
+}
+
+Record deliveryAddress(SalesBook& book, const Record& header) {
+    const DocumentHeaders& table = book.kind().headers;
+    Record address(strbl);
+    if (book.kind().isTransfer())
+        copyAddress(header, table.address(), address, strbl.address());
+    else if (const auto kept = book.blent.find(strbl, strbl.bl_cod == header[table.fac_clt]))
+        address = *kept;
+    return address;
 }
 
 namespace {
@@ -121,7 +172,7 @@ void checkCode(SalesBook& book, const Record& header, const Text& field, const Q
     require(code.isEmpty() || parameters::find(book.molven, letter, code), "Ce code n'existe pas", field);
 }
 
-void check(SalesBook& book, const Record& header) {
+void checkSale(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
     require(!header[table.fac_clt].isEmpty(), "Client obligatoire", table.fac_clt);
     const QDate date = dateFromText(header[table.fac_datf]);
@@ -137,12 +188,13 @@ void check(SalesBook& book, const Record& header) {
             table.fac_dep);
 }
 
-void keepDeliveryAddress(SalesBook& book, const QString& client, const QStringList& address) {
-    if (address.isEmpty()) return;
-    Record kept(strbl);
+/// A sale keeps the address under its client, a transfer on itself.
+void keepDeliveryAddress(SalesBook& book, Record& header, const Record& address) {
+    const DocumentHeaders& table = book.kind().headers;
+    if (book.kind().isTransfer()) return copyAddress(address, strbl.address(), header, table.address());
+    Record kept = address;
+    const QString client = header.value(table.fac_clt);
     kept[strbl.bl_cod] = client;
-    const Label* fields[] = {&strbl.bl_l1, &strbl.bl_l2, &strbl.bl_l3, &strbl.bl_l4, &strbl.bl_l5};
-    for (int i = 0; i < 5; ++i) kept[*fields[i]] = address.value(i);
     book.blent.remove(strbl, strbl.bl_cod == client);
     book.blent.insert(kept);
 }
@@ -157,11 +209,14 @@ void setDueDate(SalesBook& book, Record& header) {
 
 } // namespace
 
-Record create(SalesBook& book, Record header, const QStringList& deliveryAddress) {
+Record create(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress) {
     const DocumentHeaders& table = book.kind().headers;
     const Record& read = header;
     Transaction transaction(book.workspace, QStringLiteral("Création du document"));
-    check(book, header);
+    if (book.kind().isTransfer())
+        transfer_notes::check(book, header);
+    else
+        checkSale(book, header);
     header[table.fac_aa] = read[table.fac_datf].right(4);
     header[table.fac_no] = numbering::next(book.vente, book.historic, table);
     header[table.fac_lg] = HeaderKey;
@@ -171,10 +226,13 @@ Record create(SalesBook& book, Record header, const QStringList& deliveryAddress
     header[table.fac_uid] = QUuid::createUuid().toString(QUuid::Id128);
     header[table.fac_pst] = station::current();
     header[table.tri_datf] = sortKey(read[table.fac_datf]);
-    setDueDate(book, header);
-    totals::compute(book, header);
+    if (deliveryAddress) keepDeliveryAddress(book, header, *deliveryAddress);
+    if (book.kind().isTransfer()) transfer_notes::complete(header);
+    if (book.kind().isPriced) {
+        setDueDate(book, header);
+        totals::compute(book, header);
+    }
     book.vente.insert(header);
-    keepDeliveryAddress(book, read[table.fac_clt], deliveryAddress);
     transaction.commit();
     return header;
 }
@@ -206,13 +264,6 @@ Record requireOpen(SalesBook& book, const Record& asRead) {
 }
 
 namespace {
-
-QList<WatchedField> openFields(const DocumentHeaders& table) {
-    return {{&table.fac_chr, "Le chirurgien a été modifié"},
-            {&table.fac_trs, "Le transport a été modifié"},
-            {&table.fac_btr, "Le bon a été modifié"},
-            {&table.fac_pat, "Le patient a été modifié"}};
-}
 
 QList<WatchedField> footerFields(const DocumentHeaders& table) {
     return {
@@ -277,7 +328,7 @@ void requireDownPaymentWithin(SalesBook& book, const Record& header) {
 
 Record change(SalesBook& book, const Record& header, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
-    return rewrite(book, header, asRead, openFields(table), [&](const Record& stored, const Record& written) {
+    return rewrite(book, header, asRead, book.kind().open, [&](const Record& stored, const Record& written) {
         // A code that was deleted since stays on the documents that have it.
         for (const auto& [field, letter] :
              {std::pair(&table.fac_chr, list::Surgeon), std::pair(&table.fac_trs, list::Dispatch)})
@@ -300,7 +351,7 @@ Record changeFooter(SalesBook& book, const Record& header, const Record& asRead)
 Record refreshTotals(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
     Recordset record = writable(book, header);
-    totals::compute(book, record.draft());
+    if (book.kind().isPriced) totals::compute(book, record.draft());
     record[table.fac_pst] = QString();
     const Record result = record.draft();
     record.update();
@@ -325,7 +376,7 @@ void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsR
     Transaction transaction(book.workspace, QStringLiteral("Suppression du document"));
     requireDeletable(book, asRead);
     const Record stored = current(book, asRead);
-    requireUnchanged(stored, asRead, openFields(table) + footerFields(table));
+    requireUnchanged(stored, asRead, book.kind().open + footerFields(table));
     if (linesRead(book, stored) != linesAsRead)
         throw ChangedElsewhere(QStringLiteral("Les lignes ont été modifiées par un autre poste"), table.fac_no.name);
     abandon(book, asRead);
@@ -344,6 +395,7 @@ void abandon(SalesBook& book, const Record& asRead) {
     }
     book.vente.remove(lineTable, lineTable.fac_no == header[table.fac_no] && lineTable.fac_aa == header[table.fac_aa]);
     if (book.kind().isInvoice()) integration::release(book, header, notes);
+    if (book.kind().isTransfer()) transfer_notes::release(book, header);
     book.vente.remove(table, numbered(table, header));
     transaction.commit();
 }
@@ -384,7 +436,7 @@ Criterion documentsOf(SalesBook& book, const QString& client) {
 Recordset ofClient(SalesBook& book, const QString& client) {
     const DocumentHeaders& table = book.kind().headers;
     Recordset found = book.vente.select(table, documentsOf(book, client), {table.tri_datf, table.fac_no});
-    if (found.isEmpty()) throw Refusal(QStringLiteral(" Aucun document pour ce client"), table.fac_clt.name);
+    if (found.isEmpty()) throw Refusal(book.kind().noneListed, table.fac_clt.name);
     return found;
 }
 

@@ -24,13 +24,22 @@ std::optional<Record> last(SalesBook& book);
 std::optional<Record> before(SalesBook& book, const QString& number);
 std::optional<Record> after(SalesBook& book, const QString& number);
 
-/// A header preset from a client and dated today. Throws Refusal for an unknown client, or one without
+/// A header without client, dated today, a sale's in the company's currency.
+Record blank(SalesBook& book);
+/// The same preset from a client. Throws Refusal for an unknown client, or one without
 /// invoicing authorisation on invoices and credit notes.
 Record blank(SalesBook& book, const QString& client);
 
+/// The euro field of a header in that currency.
+QString euroOf(SalesBook& book, const QString& currency);
+/// The address (`strbl`) that a new document of the client is delivered to.
+Record presetDeliveryAddress(const Record& client);
+/// The address that a document is delivered to: a transfer's own, for a sale the one last used for its client.
+Record deliveryAddress(SalesBook& book, const Record& header);
+
 /// Draws the number and writes the header, in one transaction; answers the header as written. Throws Refusal
 /// with the first fault.
-Record create(SalesBook& book, Record header, const QStringList& deliveryAddress = {});
+Record create(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress = {});
 
 // `asRead` is always the header as the user last saw it. It names the document itself, not whatever bears its number
 // now: these functions throw ChangedElsewhere when the document is gone or its number was drawn again.
@@ -40,13 +49,14 @@ Record current(SalesBook& book, const Record& asRead);
 /// The same; throws Refusal "Document transféré non modifiable" unless it may still be changed.
 Record requireOpen(SalesBook& book, const Record& asRead);
 
-/// Rewrites the fields of a header that stay open to change: surgeon, dispatch, voucher, patient; a corrected patient
+/// Rewrites the fields of a header that its kind leaves open to change; a corrected patient
 /// reaches the units that the document holds. Throws ChangedElsewhere when one of them was changed meanwhile.
 Record change(SalesBook& book, const Record& header, const Record& asRead);
 /// Rewrites the footer and its totals: discounts, down payment, carriage, exemption, payment mode. Throws
 /// ChangedElsewhere when one of them was changed meanwhile.
 Record changeFooter(SalesBook& book, const Record& header, const Record& asRead);
-/// Computes the totals anew and writes them, after a change of the lines; inside the caller's transaction.
+/// Computes the totals anew, if the kind has any, and writes them after a change of the lines; inside the caller's
+/// transaction.
 Record refreshTotals(SalesBook& book, const Record& header);
 /// Throws Refusal when the down payment exceeds the document's total.
 void requireDownPaymentWithin(SalesBook& book, const Record& header);
@@ -59,7 +69,7 @@ QList<Record> linesRead(SalesBook& book, const Record& header);
 /// since its user read it.
 void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead);
 /// Drops a document left without lines, or whose user agrees to drop it for a zero total, whatever its kind. The
-/// delivery notes that an invoice had taken over are open again.
+/// delivery notes that an invoice had taken over are open again, a transfer note that it renewed may be renewed again.
 void abandon(SalesBook& book, const Record& asRead);
 
 /// The documents of this kind whose creation was cut short at this workstation: a header and no line.

@@ -1,7 +1,7 @@
 #include "sales/lines.h"
 
-#include "data/errors.h"
 #include "data/format.h"
+#include "data/require.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
@@ -46,6 +46,7 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     Record& line = draft.line;
     draft.tracked = article[strarticle.art_aig] == follow_up::ByUnit;
     draft.isText = article[strarticle.art_aig] == follow_up::TextLine;
+    require(book.kind().isPriced || draft.tracked || draft.isText, "Cet article ni suivi, ni texte", table.fac_ref);
     const pricing::Preset price =
         pricing::preset(book.molven, article, client, book.rules().printsThirdLabel(), book.kind().isConsignment);
     line[table.fac_ref] = article[strarticle.art_ref];
@@ -53,8 +54,9 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     line[table.fac_li2] = price.designation.value(1);
     line[table.fac_li3] = price.designation.value(2);
     line[table.fac_clt] = header[headers.fac_clt];
-    line[table.fac_dep] = header[headers.fac_dep];
+    line[table.fac_dep] = header[book.kind().depot];
     line[table.fac_cpt] = documents::Open;
+    if (!book.kind().isPriced) return draft;
     line[table.fac_imp] = article[strarticle.art_cpt];
     if (draft.isText) return draft;
     draft.withoutVat = price.withoutVat;
@@ -105,6 +107,12 @@ void setUnit(SalesBook& book, Draft& draft, const Record& unit) {
     }
 }
 
+Draft ofUnit(SalesBook& book, const Record& header, const Record& unit) {
+    Draft draft = preset(book, header, unit[strproduit.ref_art]);
+    setUnit(book, draft, unit);
+    return draft;
+}
+
 QString stockWarning(SalesBook& book, const Draft& draft) {
     const DocumentLines& table = book.kind().lines;
     const Record& line = draft.line;
@@ -122,10 +130,6 @@ QStringList reimbursementsOf(SalesBook& book, const QString& reference) {
 }
 
 namespace {
-
-void require(bool held, const char* message, const Field& field) {
-    if (!held) throw Refusal(QString::fromUtf8(message), field.name);
-}
 
 /// What the boxes of a line can show: "####0.00" and "#####0.00".
 void requireBounds(SalesBook& book, const Record& line) {
@@ -148,11 +152,11 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
     const DocumentHeaders& headers = book.kind().headers;
     Record line = draft.line;
     const Record& read = line;
-    if (draft.tracked) unit_rules::check(book, header, read[table.fac_imm]);
+    if (draft.tracked) unit_rules::checkAgain(book, header, read[table.fac_imm]);
     line[table.fac_aa] = header[headers.fac_aa];
     line[table.fac_no] = header[headers.fac_no];
     line[table.fac_lg] = number;
-    if (!draft.isText) {
+    if (!draft.isText && book.kind().isPriced) {
         requireBounds(book, line);
         requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
         line[table.fac_qte] = read[table.fac_qte] * direction(book.kind());

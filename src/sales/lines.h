@@ -14,7 +14,7 @@ struct Draft {
     bool isText = false;        ///< designation only
     bool withoutVat = true;     ///< price basis
     QStringList reimbursements; ///< the LPP codes to choose `fac_tip` from when the article has several
-    QString priceMessage;       ///< "Ce prix de vente est HT" or TTC; empty for a text
+    QString priceMessage;       ///< "Ce prix de vente est HT" or TTC; empty for a text and on a transfer
 };
 
 /// A line preset from an article for the document's client. Throws Refusal for an unknown article.
@@ -23,6 +23,8 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference);
 bool isText(const DocumentLines& table, const Record& line);
 /// Puts a checked unit on the line: identification, sterilisation, type, supplier's serial and reference.
 void setUnit(SalesBook& book, Draft& draft, const Record& unit);
+/// The line of a checked unit, preset from its article.
+Draft ofUnit(SalesBook& book, const Record& header, const Record& unit);
 /// The codes that a line of the article may carry when it has several; empty otherwise.
 QStringList reimbursementsOf(SalesBook& book, const QString& reference);
 /// A warning when an untracked article's stock does not cover the quantity; empty otherwise.

@@ -110,11 +110,14 @@ void renumberCredits(const Files& files, const Renumbering& family, const QStrin
                                   credits->fac_imm == QString(line[family.lines.fac_imm]) && credits->fac_ori == from);
 }
 
-/// Delivery notes name the invoice that took them over, and its lines the note they came from.
+/// Delivery notes name the invoice that took them over, and its lines the note they came from; a renewed transfer note
+/// names the new one.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
     for (Database file : files.all) {
         if (&family.headers == &strface && family.file == DataFile::Vente)
             file.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);
+        if (&family.headers == &strbtre)
+            file.update(strbtre, {{strbtre.fac_eta, u'T' + to}}, strbtre.fac_eta == u'T' + from);
         if (&family.headers != &strlive) continue;
         file.update(strfacl, {{strfacl.fac_nbl, to}}, strfacl.fac_nbl == from);
         for (const Record& line : file.select(strfacl, strfacl.fac_nbl == to && strfacl.fac_imm != QString()))
@@ -141,7 +144,8 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
     if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
     renumberReferences(files, family, from, to);
-    if (family.file == DataFile::Vente && &family.headers != &strlive) renumberCredits(files, family, from, to);
+    const bool sells = &family.headers == &strface || &family.headers == &strcsge;
+    if (family.file == DataFile::Vente && sells) renumberCredits(files, family, from, to);
     transaction.commit();
 }
 

@@ -52,6 +52,11 @@ void setDocument(Record& unit, const DocumentKind& kind, const Record& header) {
     unit[strproduit.nbl_dep] = kind.isCredit ? TakenBack : QString(header[kind.headers.fac_no]);
 }
 
+/// A transfer leaves its unit the client's name and the patient in full, a sale the beginning of them.
+QString shortened(const DocumentKind& kind, const QString& text, const Field& field) {
+    return text.left(kind.isTransfer() ? field.size : 10);
+}
+
 void setImplantation(Record& unit, const QString& patient, const QString& client, const QString& date) {
     unit[strproduit.reg_pat] = patient;
     unit[strproduit.reg_clt] = client;
@@ -80,9 +85,10 @@ void moveTo(SalesBook& book, const DocumentKind& kind, const Record& header, con
     setDocument(unit, kind, header);
     place(book, unit, depot);
     unit[strproduit.clt_dep] = header[kind.headers.fac_clt];
-    unit[strproduit.nom_dep] = header[kind.headers.fac_nom].left(10);
+    unit[strproduit.nom_dep] = shortened(kind, header[kind.headers.fac_nom], strproduit.nom_dep);
     unit[strproduit.clt_vte] = header[kind.headers.fac_clt];
-    unit[strproduit.ref_vte] = header[kind.headers.fac_pat].left(10);
+    unit[strproduit.ref_vte] = shortened(kind, header[kind.headers.fac_pat], strproduit.ref_vte);
+    if (kind.isTransfer()) return;
     if (kind.isCredit) {
         setImplantation(unit, {}, {}, {});
         return;
@@ -98,9 +104,9 @@ void invoiceDelivered(const Record& invoice, const QString& note, Record& unit) 
     unit[strproduit.ref_vte] = DeliveryReference + note;
 }
 
-void makeUnsold(SalesBook& book, Record& unit) {
+void makeUnsold(SalesBook& book, Record& unit, const QString& depot) {
     unit[strproduit.tes_vte] = state::InStock;
-    place(book, unit, MainDepot);
+    place(book, unit, depot);
     for (const Text* emptied :
          {&strproduit.clt_dep, &strproduit.nbl_dep, &strproduit.clt_vte, &strproduit.dat_vte, &strproduit.tri_vte})
         unit[*emptied] = QString();
@@ -119,8 +125,8 @@ std::optional<Record> noteOf(const QList<Database>& files, const QString& number
     return std::nullopt;
 }
 
-/// A line that sold a unit, with its document.
-struct Sale {
+/// A line that moved a unit, with its document.
+struct Move {
     const DocumentKind* kind;
     Record header;
     Record line;
@@ -128,13 +134,23 @@ struct Sale {
     bool isOurs = true;              ///< of this folder, whose numbers follow each other
 };
 
-/// The sales of a unit in one file, in both families.
-QList<Sale> salesIn(Database file, Database archive, const QString& unit, bool isOurs) {
-    QList<Sale> found;
-    for (const DocumentKind* kind : {&invoicing(), &consignment()}) {
+using Kinds = QList<const DocumentKind*>;
+
+/// Invoices and credit notes share a table: the sign tells their lines apart.
+Criterion linesOf(const DocumentKind& kind, const QString& unit) {
+    const DocumentLines& lines = kind.lines;
+    const Criterion ofUnit = lines.fac_imm == unit;
+    if (!kind.isPriced) return ofUnit;
+    return ofUnit && (kind.isCredit ? lines.fac_qte < QStringLiteral("0") : lines.fac_qte > QStringLiteral("0"));
+}
+
+/// The moves of a unit by documents of these kinds, in one file.
+QList<Move> movesIn(Database file, Database archive, const QString& unit, const Kinds& kinds, bool isOurs) {
+    QList<Move> found;
+    for (const DocumentKind* kind : kinds) {
         const DocumentLines& lines = kind->lines;
         const DocumentHeaders& headers = kind->headers;
-        for (const Record& line : file.select(lines, lines.fac_imm == unit && lines.fac_qte > QStringLiteral("0"))) {
+        for (const Record& line : file.select(lines, linesOf(*kind, unit))) {
             const auto header =
                 file.find(headers, headers.fac_no == line[lines.fac_no] && headers.fac_aa == line[lines.fac_aa]);
             const QString note = kind->isInvoice() ? line[lines.fac_nbl] : QString();
@@ -144,38 +160,48 @@ QList<Sale> salesIn(Database file, Database archive, const QString& unit, bool i
     return found;
 }
 
-/// Every sale of a unit: current, archived and in the dossier's other folders.
-QList<Sale> salesOf(SalesBook& book, const QString& unit) {
-    QList<Sale> found = salesIn(book.vente, book.historic, unit, true) + salesIn(book.historic, book.vente, unit, true);
+/// Every such move: current, archived and in the dossier's other folders.
+QList<Move> movesOf(SalesBook& book, const QString& unit, const Kinds& kinds) {
+    QList<Move> found =
+        movesIn(book.vente, book.historic, unit, kinds, true) + movesIn(book.historic, book.vente, unit, kinds, true);
     const OtherFolders others(book.session());
-    for (const Database& file : others.files()) found += salesIn(file, book.historic, unit, false);
+    for (const Database& file : others.files()) found += movesIn(file, book.historic, unit, kinds, false);
     return found;
+}
+
+QList<Move> salesOf(SalesBook& book, const QString& unit) {
+    return movesOf(book, unit, {&invoicing(), &consignment()});
+}
+
+/// The move of the highest rank.
+template <class Rank>
+std::optional<Move> highest(const QList<Move>& moves, const Rank& rank) {
+    const auto found = std::max_element(moves.begin(), moves.end(),
+                                        [&rank](const Move& a, const Move& b) { return rank(a) < rank(b); });
+    return found == moves.end() ? std::nullopt : std::optional(*found);
 }
 
 /// The sale that a line of a credit note took its unit back from. A line of old does not name it: of the sales to that
 /// client the latest, of two on one day that of the book's own family.
-std::optional<Sale> saleTakenBack(SalesBook& book, const Record& credit, const Record& creditLine) {
-    const auto rank = [&](const Sale& sale) {
+std::optional<Move> saleTakenBack(SalesBook& book, const Record& credit, const Record& creditLine) {
+    return highest(salesOf(book, creditLine[book.kind().lines.fac_imm]), [&](const Move& sale) {
         const DocumentHeaders& headers = sale.kind->headers;
         return std::tuple(sale.header[headers.fac_clt] == credit[book.kind().headers.fac_clt],
                           sale.header[headers.fac_no] == creditLine[book.kind().lines.fac_ori],
                           sale.header[headers.tri_datf], &headers == &book.kind().headers, sale.header[headers.fac_no]);
-    };
-    const QList<Sale> sales = salesOf(book, creditLine[book.kind().lines.fac_imm]);
-    const auto latest =
-        std::max_element(sales.begin(), sales.end(), [&](const Sale& a, const Sale& b) { return rank(a) < rank(b); });
-    return latest == sales.end() ? std::nullopt : std::optional(*latest);
+    });
 }
 
-QString depotOf(SalesBook& book, const Sale& sale) {
-    const QString depot = sale.line[sale.kind->lines.fac_dep];
+QString depotOf(SalesBook& book, const Move& move) {
+    if (move.kind->isTransfer()) return move.header[strbtre.fac_depa];
+    const QString depot = move.line[move.kind->lines.fac_dep];
     if (!depot.isEmpty()) return depot;
-    const auto client = parties::findClient(book.molven, sale.header[sale.kind->headers.fac_clt]);
+    const auto client = parties::findClient(book.molven, move.header[move.kind->headers.fac_clt]);
     return client ? documents::depotOf(*client) : MainDepot;
 }
 
 /// Puts the unit back as a sale had left it.
-void sellAgain(SalesBook& book, const Sale& sale, Record& unit) {
+void sellAgain(SalesBook& book, const Move& sale, Record& unit) {
     moveTo(book, sale.note ? delivery() : *sale.kind, sale.note.value_or(sale.header), sale.line, depotOf(book, sale),
            unit);
     if (sale.note) invoiceDelivered(sale.header, sale.note->value(strlive.fac_no), unit);
@@ -193,10 +219,10 @@ void requireNotSale(const DocumentKind& kind, const Record& unit) {
 }
 
 /// Whether the unit was sold again, by a sale that stands, after a credit note had taken that sale back.
-bool isFollowed(SalesBook& book, const Record& credit, const Sale& takenBack) {
+bool isFollowed(SalesBook& book, const Record& credit, const Move& takenBack) {
     const DocumentHeaders& table = book.kind().headers;
-    const QList<Sale> sales = salesOf(book, takenBack.line[takenBack.kind->lines.fac_imm]);
-    return std::any_of(sales.begin(), sales.end(), [&](const Sale& sale) {
+    const QList<Move> sales = salesOf(book, takenBack.line[takenBack.kind->lines.fac_imm]);
+    return std::any_of(sales.begin(), sales.end(), [&](const Move& sale) {
         const DocumentHeaders& headers = sale.kind->headers;
         if (sale.header == takenBack.header) return false;
         return sale.isOurs && &headers == &table ? sale.header[headers.fac_no] > credit[table.fac_no]
@@ -217,19 +243,52 @@ bool isTakenBackHere(SalesBook& book, const Record& header, const Record& line) 
     return credits > 0;
 }
 
+/// The move that left a unit in stock where the note found it: the latest but the note's own, when it was into that
+/// depot; of two on one day such a one, then one by a transfer.
+std::optional<Move> moveBefore(SalesBook& book, const Record& note, const QString& unit) {
+    const QString from = note[strbtre.fac_depd];
+    QList<Move> moves =
+        movesOf(book, unit, {&book.kind(), &documentKind(QStringLiteral("AVO")), &documentKind(QStringLiteral("AVG"))});
+    moves.removeIf([&note](const Move& move) { return move.header == note; });
+    const auto latest = highest(moves, [&](const Move& move) {
+        const DocumentHeaders& headers = move.kind->headers;
+        return std::tuple(move.header[headers.tri_datf], depotOf(book, move) == from, move.kind->isTransfer(),
+                          move.header[headers.fac_no]);
+    });
+    return latest && depotOf(book, *latest) == from ? latest : std::nullopt;
+}
+
+/// Undoes a transfer: the unit lies in the depot of departure again, as the document had left it that moved it there.
+void takeBack(SalesBook& book, const Record& note, const Record& unit) {
+    const QString number = unit[strproduit.imm_art], from = note[strbtre.fac_depd];
+    if (!isHeldBy(book.kind(), note, unit))
+        throw Refusal(QStringLiteral("L'immatriculation %1 a été déplacée depuis (document %2, dépôt %3) : sa ligne ne "
+                                     "peut être supprimée")
+                          .arg(number, unit[strproduit.num_vte], unit[strproduit.num_dep]),
+                      strbtrl.fac_imm.name);
+    Record moved = unit;
+    if (const auto before = moveBefore(book, note, number))
+        moveTo(book, *before->kind, before->header, before->line, from, moved);
+    else
+        makeUnsold(book, moved, from);
+    store(book, unit, moved);
+}
+
 } // namespace
 
 bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit) {
     const DocumentHeaders& table = kind.headers;
     return unit[strproduit.tes_vte] == kind.unitState && unit[strproduit.num_vte] == header[table.fac_no] &&
            unit[strproduit.clt_vte] == header[table.fac_clt] && unit[strproduit.dat_vte] == header[table.fac_datf] &&
-           unit[strproduit.num_dep] != ReturnedDepot && (!kind.isCredit || unit[strproduit.nbl_dep] == TakenBack);
+           unit[strproduit.num_dep] != ReturnedDepot && (!kind.isCredit || unit[strproduit.nbl_dep] == TakenBack) &&
+           (!kind.isTransfer() ||
+            (unit[strproduit.nbl_dep] == header[table.fac_no] && unit[strproduit.num_dep] == header[strbtre.fac_depa]));
 }
 
 void apply(SalesBook& book, const Record& header, const Record& line) {
     const auto unit = unitOf(book, book.kind(), line);
     Record moved = unit.value();
-    moveTo(book, book.kind(), header, line, header[book.kind().headers.fac_dep], moved);
+    moveTo(book, book.kind(), header, line, header[book.kind().depot], moved);
     store(book, *unit, moved);
 }
 
@@ -240,6 +299,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
         throw Refusal(QStringLiteral("L'immatriculation %1 est archivée : sa ligne ne peut être supprimée").arg(number),
                       book.kind().lines.fac_imm.name);
     if (!unit) return;
+    if (book.kind().isTransfer()) return takeBack(book, header, *unit);
     // A unit whose later sale was undone came home; its credit note still stands behind it.
     const bool isHome = book.kind().isCredit && unit->value(strproduit.tes_vte) == state::InStock &&
                         unit->value(strproduit.num_vte) == documents::NotInvoiced;
@@ -251,7 +311,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     if (sale)
         sellAgain(book, *sale, moved);
     else
-        makeUnsold(book, moved);
+        makeUnsold(book, moved, MainDepot);
     // What a user entered on the unit itself is on no document.
     const DocumentLines& lines = book.kind().lines;
     if (sale && !line[lines.fac_ori].isEmpty())
@@ -300,8 +360,8 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
         const bool fromDocument =
             stands == former || (!patient.isEmpty() && note && stands == note->value(strlive.fac_pat));
         Record corrected = *unit;
-        if (!book.kind().isCredit && fromDocument) corrected[strproduit.reg_pat] = patient;
-        if (!note) corrected[strproduit.ref_vte] = patient.left(10);
+        if (book.kind().unitState != state::InStock && fromDocument) corrected[strproduit.reg_pat] = patient;
+        if (!note) corrected[strproduit.ref_vte] = shortened(book.kind(), patient, strproduit.ref_vte);
         store(book, *unit, corrected);
     }
 }

@@ -12,8 +12,9 @@ bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit
 /// What a validated line does to its unit.
 void apply(SalesBook& book, const Record& header, const Record& line);
 /// What deleting a line does to its unit: a sale's goes back to the main depot unsold, a credit note's to the sale it
-/// was taken from, whichever family and file holds it. A unit that has left a delivery note since is left alone.
-/// Throws Refusal for an archived unit, and for one that was taken back or sold again since.
+/// was taken from, whichever family and file holds it, a transfer's to the depot of departure. A unit that has left a
+/// delivery note since is left alone. Throws Refusal for an archived unit, and for one that was taken back, sold again
+/// or transferred since.
 void undo(SalesBook& book, const Record& header, const Record& line);
 
 /// The unit of a delivery note's line is sold by the invoice. Throws Refusal unless the note still holds it.

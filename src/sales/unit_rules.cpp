@@ -36,6 +36,8 @@ struct Source {
 };
 
 Source sourceOf(SalesBook& book, const Record& header) {
+    if (book.kind().isTransfer())
+        return {{header[strbtre.fac_depd]}, QStringLiteral("Cette immatriculation est au dépôt"), {}};
     const QString own = clientDepot(book, header);
     if (book.kind().isCredit)
         return {{own},
@@ -53,22 +55,52 @@ Source sourceOf(SalesBook& book, const Record& header) {
 
 [[noreturn]] void refuse(const QString& message) { throw Refusal(message, strlivl.fac_imm.name); }
 
+enum class Obstacle { None, Delivered, Sold, NotSold, Elsewhere };
+
+Obstacle obstacleOf(const DocumentKind& kind, const Source& source, const Record& unit) {
+    const QString unitState = unit[strproduit.tes_vte];
+    if (unitState == state::Delivered) return Obstacle::Delivered;
+    if (kind.isCredit && unitState != state::Sold) return Obstacle::NotSold;
+    if (!kind.isCredit && unitState == state::Sold) return Obstacle::Sold;
+    return unitState == state::InSet || !source.holds(unit) ? Obstacle::Elsewhere : Obstacle::None;
+}
+
+QString words(Obstacle obstacle, const Source& source) {
+    switch (obstacle) {
+    case Obstacle::Delivered:
+        return QStringLiteral("Cette immatriculation a été livrée");
+    case Obstacle::Sold:
+        return QStringLiteral("Cette immatriculation a été vendue");
+    case Obstacle::NotSold:
+        return QStringLiteral("Cette immatriculation n'a pas été vendue");
+    default:
+        return source.refusal;
+    }
+}
+
+QString transferWords(Obstacle obstacle, const Record& unit) {
+    const QString refused = QStringLiteral("Non transferable -- Immat : ") + unit[strproduit.imm_art];
+    const QString document = unit[strproduit.num_vte], depot = unit[strproduit.num_dep];
+    if (obstacle == Obstacle::Delivered) return refused + QStringLiteral(" a été livré , BL N° : ") + document;
+    if (obstacle == Obstacle::Sold) return refused + QStringLiteral(" a été vendue , FACT N° : ") + document;
+    return refused + QStringLiteral(" est au dépot : ") + depot;
+}
+
+Record checked(SalesBook& book, const Record& header, const QString& number, bool isTyped) {
+    const auto unit = units::find(book.molven, Immatriculation::fromText(number));
+    if (!unit) refuse(QStringLiteral("Immatriculation inconnue"));
+    const Source source = sourceOf(book, header);
+    const Obstacle obstacle = obstacleOf(book.kind(), source, *unit);
+    if (obstacle == Obstacle::None) return *unit;
+    refuse(isTyped || !book.kind().isTransfer() ? words(obstacle, source) : transferWords(obstacle, *unit));
+}
+
 } // namespace
 
-Record check(SalesBook& book, const Record& header, const QString& typed) {
-    const auto found = units::find(book.molven, Immatriculation::fromText(typed));
-    if (!found) refuse(QStringLiteral("Immatriculation inconnue"));
-    const Record& unit = *found;
-    const QString unitState = unit[strproduit.tes_vte];
-    if (unitState == state::Delivered) refuse(QStringLiteral("Cette immatriculation a été livrée"));
-    if (book.kind().isCredit) {
-        if (unitState != state::Sold) refuse(QStringLiteral("Cette immatriculation n'a pas été vendue"));
-    } else if (unitState == state::Sold) {
-        refuse(QStringLiteral("Cette immatriculation a été vendue"));
-    }
-    const Source source = sourceOf(book, header);
-    if (unitState == state::InSet || !source.holds(unit)) refuse(source.refusal);
-    return *found;
+Record check(SalesBook& book, const Record& header, const QString& typed) { return checked(book, header, typed, true); }
+
+Record checkAgain(SalesBook& book, const Record& header, const QString& number) {
+    return checked(book, header, number, false);
 }
 
 Criterion available(SalesBook& book, const Record& header, const QString& reference) {
@@ -95,6 +127,7 @@ Warnings warnings(SalesBook& book, const Record& header, const Record& unit) {
             found.doubts.append(named + QStringLiteral(" : vendue au client ") + buyer);
         return found;
     }
+    if (book.kind().isTransfer() && header[strbtre.fac_depa] == MainDepot) return found;
     const QString expiry = unit[strproduit.dat_per];
     if (unit[strproduit.fab_con] == list::Scrapped)
         found.doubts.append(named + QStringLiteral(" : ") + units::conformityText(book.molven, unit));

@@ -8,6 +8,9 @@ namespace molven::unit_rules {
 /// The unit of a typed immatriculation, checked for the document. Throws Refusal with the first fault: unknown,
 /// delivered, sold, not sold, or not in a depot the document may take it from.
 Record check(SalesBook& book, const Record& header, const QString& typed);
+/// The same for a unit that was chosen before and is written now; the refusal of a transfer says which unit it is, and
+/// the document or the depot that has it.
+Record checkAgain(SalesBook& book, const Record& header, const QString& number);
 
 /// The condition on the units of an article that the document may take.
 Criterion available(SalesBook& book, const Record& header, const QString& reference);
@@ -16,7 +19,7 @@ Criterion available(SalesBook& book, const Record& header, const QString& refere
 Recordset candidates(SalesBook& book, const Record& header, const QString& reference, const QString& first,
                      const QString& last);
 
-/// What speaks against letting a unit leave, or against taking it back.
+/// What speaks against letting a unit leave, or against taking it back; nothing for one that a transfer brings home.
 struct Warnings {
     QStringList
         doubts; ///< reasons to ask before the unit is taken: scrapped, expired, another client's purchase credited

@@ -69,6 +69,7 @@ void addScreens(Desk& desk) {
     add<VirtualPatientForm>(desk, "T_tracabv");
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
+    add<DocumentForm>(desk, "T_btrges");
     add<TrailForm>(desk, "T_histo");
 }
 

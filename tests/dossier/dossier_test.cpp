@@ -59,9 +59,10 @@ class Breakages : public testing::TestWithParam<Breakage> {};
 
 TEST_P(Breakages, AreReported) {
     Dossier dossier;
-    const QStringList units = dossier.receive(QStringLiteral("HIP"), 4);
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 5);
     dossier.document(QStringLiteral("LIV"), {units[0]});
     dossier.document(QStringLiteral("FAC"), {units[1]});
+    dossier.document(QStringLiteral("BTR"), {units[4]});
     SalesBook invoices(dossier.session, documentKind(QStringLiteral("FAC")));
     dossier.document(QStringLiteral("LIV"), {units[2]});
     integration::integrate(invoices, test::newDocument(invoices), QStringLiteral("2"));
@@ -147,8 +148,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "bon de consignation 2026/000001 : aucune ligne"},
         Breakage{"hidden", DataFile::Vente, "delete from strlivl where fac_lg='000' and fac_no='000001'",
                  "bon de livraison 2026/000001 : enregistrement 000 absent"},
-        Breakage{"stock", DataFile::Molven, "update strarticle set art_stk=3 where art_ref='HIP'",
-                 "HIP : art_stk = 3 pour 2 unités"},
+        Breakage{"stock", DataFile::Molven, "update strarticle set art_stk=4 where art_ref='HIP'",
+                 "HIP : art_stk = 4 pour 3 unités"},
         Breakage{"state", DataFile::Molven, "update strproduit set tes_vte='Q' where imm_art='26030004'",
                  "26030004 : état inconnu : Q"},
         Breakage{"set", DataFile::Molven, "update strproduit set tes_vte='A' where imm_art='26030004'",
@@ -170,6 +171,14 @@ INSTANTIATE_TEST_SUITE_P(
                  "26030001 : dépôt 102 pour 101 sur bon de livraison 000001"},
         Breakage{"other_client", DataFile::Molven, "update strproduit set clt_vte='000002' where imm_art='26030001'",
                  "26030001 : client ou date autres que ceux de bon de livraison 000001"},
+        Breakage{"transferred_depot", DataFile::Molven, "update strproduit set num_dep='102' where imm_art='26030005'",
+                 "26030005 : dépôt 102 pour 101 sur bon de transfert 000001"},
+        Breakage{"transfer_date", DataFile::Vente, "update strbtre set fac_dat='11/03/2026'",
+                 "bon de transfert 000001 : date 11/03/2026 et 10/03/2026"},
+        Breakage{"renewal", DataFile::Vente, "update strbtre set fac_eta='T000009'",
+                 "bon de transfert 000001 : renouvelé sur le bon 000009 absent"},
+        Breakage{"renewal_elsewhere", DataFile::Vente, "update strbtre set fac_eta='T000001'",
+                 "bon de transfert 000001 : renouvelé sur le bon 000001, qui part du dépôt 001"},
         Breakage{"lot", DataFile::Molven, "update strproduit set lot_art='' where imm_art='26030002'",
                  "26030002 : lot «  », « LOT-1 » sur facture 000001"},
         Breakage{"patient", DataFile::Molven, "update strproduit set reg_pat='' where imm_art='26030001'",

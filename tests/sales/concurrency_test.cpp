@@ -2,9 +2,11 @@
 #include "support/processes.h"
 
 #include "dossier/check.h"
+#include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/numbering.h"
+#include "sales/transfer_notes.h"
 #include "stock/units.h"
 
 #include <QSet>
@@ -58,6 +60,17 @@ void invoiceFirstNote(const Session& session) {
     const Recordset notes = integration::openDeliveryNotes(invoices, invoice);
     integration::integrate(invoices, invoice, notes.at(0)[strlive.fac_no]);
     transaction.commit();
+}
+
+/// The transfer note that carries on the last one, with the two units that lie there.
+void renewLastTransfer(const Session& session) {
+    SalesBook notes(session, documentKind(QStringLiteral("BTR")));
+    const Record note = documents::last(notes).value();
+    QStringList units;
+    for (const Record& line : transfer_notes::remaining(notes, note)) units.append(line[strbtrl.fac_imm]);
+    const bool isHome = note[strbtre.fac_depa] == MainDepot;
+    const Record header = transfer_notes::renewal(notes, note, QString::number(isHome ? 2 : 1));
+    transfer_notes::renew(notes, header, units, {}, note);
 }
 
 void writeNotes(Dossier& dossier) {
@@ -133,7 +146,13 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
 INSTANTIATE_TEST_SUITE_P(AtAnyWrite, KilledWriters,
                          testing::Values(Deed{"delivery", strlive, strlivl,
                                               [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
-                                         Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote}),
+                                         Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote},
+                                         Deed{"renewal", strbtre, strbtrl,
+                                              [](Dossier& d) {
+                                                  const QStringList units = d.receive(QStringLiteral("HIP"), 2);
+                                                  d.document(QStringLiteral("BTR"), units);
+                                              },
+                                              renewLastTransfer}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace molven

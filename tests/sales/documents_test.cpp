@@ -9,7 +9,6 @@
 #include "sales/integration.h"
 #include "sales/numbering.h"
 #include "sales/totals.h"
-#include "sales/transfer_notes.h"
 
 namespace molven {
 
@@ -55,14 +54,7 @@ TEST_F(Sales, RefuseAUnitThatIsElsewhereOrInAnotherState) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 5);
     dossier.document(QStringLiteral("LIV"), {units[0]});
     dossier.document(QStringLiteral("FAC"), {units[1]});
-    {
-        Workspace workspace;
-        TransferNote note{
-            QStringLiteral("2"), QStringLiteral("001"), QStringLiteral("102"), QStringLiteral("09/03/2026"), {}, {}, {},
-            {units[2], units[3]}};
-        transfer_notes::write(workspace.open(dossier.session.molven()), workspace.open(dossier.session.vente()),
-                              workspace.open(dossier.session.historic()), dossier.session.rules(), note);
-    }
+    dossier.document(QStringLiteral("BTR"), {units[2], units[3]}, QStringLiteral("2"));
     for (const char* mode : {"LIV", "CSG", "FAC"}) {
         EXPECT_EQ(checkOf(mode, QStringLiteral("77777777")), QStringLiteral("Immatriculation inconnue")) << mode;
         EXPECT_EQ(checkOf(mode, units[0]), QStringLiteral("Cette immatriculation a été livrée")) << mode;
@@ -118,7 +110,9 @@ TEST_F(Sales, CheckTheHeaderInOrder) {
     EXPECT_EQ(refused(), QStringLiteral("Dépôt inconnu"));
     EXPECT_EQ(notes.vente.count(strlive), 0);
     header[strlive.fac_dep] = QStringLiteral("101");
-    const Record written = documents::create(notes, header, {QStringLiteral("QUAI D'OR")});
+    Record address(strbl);
+    address[strbl.bl_l1] = QStringLiteral("QUAI D'OR");
+    const Record written = documents::create(notes, header, address);
     EXPECT_EQ(written[strlive.fac_no] + written[strlive.fac_aa] + written[strlive.fac_lg] + written[strlive.fac_cpt] +
                   written[strlive.fac_blv] + written[strlive.tri_datf] + written[strlive.fac_ech],
               QStringLiteral("0000012026ENTN0000002026031009/04/2026"));
@@ -362,33 +356,6 @@ TEST_F(Sales, OfferARangeOfTheUnitsThatMayLeave) {
     EXPECT_EQ(count(units[1], units[4]), 3);
     EXPECT_EQ(refusalOf([&] { count(units[2], units[2]); }),
               QStringLiteral("Aucune immatriculation disponible dans le dépôt"));
-}
-
-TEST_F(Sales, TransferUnitsOnlyFromTheDepotTheyLieIn) {
-    const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
-    dossier.document(QStringLiteral("LIV"), {units[1]});
-    Workspace workspace;
-    Database molven = workspace.open(dossier.session.molven());
-    Database vente = workspace.open(dossier.session.vente());
-    Database historic = workspace.open(dossier.session.historic());
-    const auto transfer = [&](const QStringList& moved, const char* from = "001", const char* to = "101") {
-        const TransferNote note{QStringLiteral("1"),
-                                QString::fromLatin1(from),
-                                QString::fromLatin1(to),
-                                QStringLiteral("09/03/2026"),
-                                {},
-                                {},
-                                {},
-                                moved};
-        return refusalOf([&] { transfer_notes::write(molven, vente, historic, dossier.session.rules(), note); });
-    };
-    EXPECT_EQ(transfer({units[0]}, "001", "001"), QStringLiteral("dépôt initial = dépôt du client"));
-    EXPECT_EQ(transfer({units[0], units[1]}),
-              QStringLiteral("Non transferable -- Immat : %1 a été livré , BL N° : 000001").arg(units[1]));
-    EXPECT_EQ(vente.count(strbtre), 0) << "one unit refused, nothing written";
-    EXPECT_EQ(transfer({units[0]}), QStringLiteral("(accepté)"));
-    EXPECT_EQ(transfer({units[0]}), QStringLiteral("Non transferable -- Immat : %1 est au dépot : 101").arg(units[0]));
-    EXPECT_EQ(stateOf(units[0]), QStringLiteral("N/101/000001/000001"));
 }
 
 } // namespace molven

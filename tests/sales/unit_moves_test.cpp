@@ -2,7 +2,6 @@
 
 #include "reference/article_tables.h"
 #include "sales/integration.h"
-#include "sales/transfer_notes.h"
 
 namespace molven {
 

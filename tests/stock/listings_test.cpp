@@ -2,7 +2,6 @@
 
 #include "data/clock.h"
 #include "reference/parameter_tables.h"
-#include "sales/transfer_notes.h"
 #include "stock/patient_enquiry.h"
 #include "stock/stock_listing.h"
 #include "stock/unit_listing.h"
@@ -75,16 +74,7 @@ TEST_F(Listings, RemindEachUnitOnceUnlessAskedAgain) {
 TEST_F(Listings, TellStatesApartAndReturnOnlyWhatIsInStock) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
     dossier.document(QStringLiteral("LIV"), {units[0]});
-    transfer_notes::write(molven, workspace.open(dossier.session.vente()), workspace.open(dossier.session.historic()),
-                          dossier.session.rules(),
-                          {QStringLiteral("2"),
-                           QStringLiteral("001"),
-                           QStringLiteral("102"),
-                           QStringLiteral("09/03/2026"),
-                           {},
-                           {},
-                           {},
-                           {units[1]}});
+    dossier.document(QStringLiteral("BTR"), {units[1]}, QStringLiteral("2"));
     const auto inState = [this](int option) { return found(asking({}, {{QStringLiteral("Cmbetat"), option}})); };
     EXPECT_EQ(inState(1), QStringList());
     EXPECT_EQ(inState(2), units.mid(1));

@@ -164,14 +164,12 @@ Record newDocument(SalesBook& book, const QString& client) {
     Record header = documents::blank(book, client);
     header[table.fac_datf] = QStringLiteral("10/03/2026");
     header[table.fac_pat] = QStringLiteral("D'ALMEIDA Hélène");
+    if (book.kind().isTransfer()) header[strbtre.fac_depd] = MainDepot;
     return documents::create(book, header);
 }
 
 document_lines::Draft lineOfUnit(SalesBook& book, const Record& header, const QString& number) {
-    const Record unit = unit_rules::check(book, header, number);
-    document_lines::Draft draft = document_lines::preset(book, header, unit[strproduit.ref_art]);
-    document_lines::setUnit(book, draft, unit);
-    return draft;
+    return document_lines::ofUnit(book, header, unit_rules::check(book, header, number));
 }
 
 document_lines::Draft lineOfArticle(SalesBook& book, const Record& header, const QString& reference, int quantity) {

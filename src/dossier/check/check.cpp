@@ -244,6 +244,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     checkSets(files, faults);
     checkNotes(papers, faults);
     checkProformas(files, faults);
+    checkRenewals(papers, faults);
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))
         faults.append({orphan.file, orphan.code, orphan.text, &kind::Codes});

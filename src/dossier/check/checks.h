@@ -34,6 +34,7 @@ struct Paper {
     QString series; ///< whose numbers it shares: each user folder has its own
     QString file, path, year, number, client, date, patient, depot, invoice;
     bool isTransferred = false;
+    QString from = {}, renewal = {}; ///< of a transfer note: depot of departure, number of the note that renewed it
 
     QString name() const { return family->name + u' ' + number; }
     Place place() const { return {path, &family->headers, year + u'/' + number}; }
@@ -86,6 +87,8 @@ struct DossierFile {
 void checkFile(const DossierFile& file, Faults& faults);
 void checkNotes(const Papers& papers, Faults& faults);
 void checkProformas(references::Files& files, Faults& faults);
+/// Transfer notes and the ones that renewed them.
+void checkRenewals(const Papers& papers, Faults& faults);
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults);
 void checkQuantities(references::Files& files, Faults& faults);
 void checkSets(references::Files& files, Faults& faults);

@@ -8,6 +8,7 @@
 #include "sales/pricing.h"
 #include "sales/record_trail.h"
 #include "sales/station.h"
+#include "sales/transfer_notes.h"
 
 #include <QSet>
 
@@ -32,8 +33,10 @@ QString seriesOf(const references::Files::Searched& searched) {
     return searched.file == DataFile::Historic ? QString() : searched.place;
 }
 
+bool isTransfer(const Family& family) { return &family.headers == &strbtre; }
+
 QString depotOf(const Family& family, const Record& header) {
-    return &family.headers == &strbtre ? header[strbtre.fac_depa] : header[family.headers.fac_dep];
+    return isTransfer(family) ? header[strbtre.fac_depa] : header[family.headers.fac_dep];
 }
 
 bool isHolding(const references::Files::Searched& searched) {
@@ -113,6 +116,12 @@ void Papers::readHeaders(const references::Files::Searched& searched, const Fami
         };
         if (paper.year != paper.date.right(4) || header[table.tri_datf] != sortKey(paper.date))
             fault(QStringLiteral("année ou clé de tri autre que la date %1").arg(paper.date));
+        if (isTransfer(family)) {
+            paper.from = header[strbtre.fac_depd];
+            paper.renewal = transfer_notes::renewedOn(header);
+            if (const QString date = header[strbtre.fac_dat]; date != paper.date)
+                fault(QStringLiteral("date %1 et %2").arg(date, paper.date));
+        }
         const auto [twin, isNew] = papers_.emplace(keyOf(paper.series, family, paper.number), paper);
         if (!isNew)
             fault(twin->second.year == paper.year ? QStringLiteral("aussi dans %1").arg(twin->second.file)
@@ -249,6 +258,21 @@ void checkNotes(const Papers& papers, Faults& faults) {
             invoice ? QStringLiteral("la facture %1 n'en porte aucune ligne") : QStringLiteral("facture %1 absente");
         if (!invoice || !held.contains(std::pair(&note, invoice)))
             faults.append({note.file, note.name(), text.arg(note.invoice), &kind::Notes, note.place()});
+    }
+}
+
+void checkRenewals(const Papers& papers, Faults& faults) {
+    for (const auto& [key, note] : papers.all()) {
+        if (note.renewal.isEmpty()) continue;
+        const Paper* next = papers.find(note.series, *note.family, note.renewal);
+        const QString renewed = QStringLiteral("renouvelé sur le bon ") + note.renewal;
+        const auto fault = [&](const QString& text) {
+            faults.append({note.file, note.name(), renewed + text, &kind::Papers, note.place()});
+        };
+        if (!next)
+            fault(QStringLiteral(" absent"));
+        else if (next->from != note.depot)
+            fault(QStringLiteral(", qui part du dépôt ") + next->from);
     }
 }
 

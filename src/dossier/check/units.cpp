@@ -80,8 +80,9 @@ private:
     /// Whether the line's document may have put the unit in its state.
     bool suits(const UnitLine& line) const {
         const Family& family = *line.paper->family;
+        if (state_ == state::Sold) return family.sells && !line.takesBack;
         if (state_ == state::Delivered) return &family == &families()[0];
-        return (state_ == state::Sold) == (family.sells && !line.takesBack);
+        return unit_[strproduit.nbl_dep] == TakenBack ? line.takesBack : !family.isPriced;
     }
     bool agrees(const UnitLine& line) const {
         return unit_[strproduit.clt_vte] == line.paper->client && unit_[strproduit.dat_vte] == line.paper->date;

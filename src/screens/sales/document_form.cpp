@@ -17,33 +17,16 @@
 
 namespace molven {
 
-namespace {
+DocumentForm::DocumentForm(Desk& desk) : DocumentForm(desk, documentKind(desk.session.mode_ecran)) {}
 
-QList<GridColumn> lineColumns(const DocumentLines& l) {
-    const QString money = QStringLiteral("#####0.00");
-    return {{&l.fac_lg, QStringLiteral("Ligne"), 50},
-            {&l.fac_imm, QStringLiteral("Immatriculation"), 115},
-            {&l.fac_ref, QStringLiteral("Référence"), 110},
-            {&l.fac_li1, QStringLiteral("Désignation"), 330},
-            {&l.fac_id1, QStringLiteral("Identification"), 170},
-            {&l.fac_qte, QStringLiteral("Qté"), 50},
-            {&l.fac_px, QStringLiteral("Prix"), 80, money},
-            {&l.fac_remx, QStringLiteral("Rem. %"), 60, QStringLiteral("#0.00")},
-            {&l.fac_pv, QStringLiteral("Prix net"), 80, money},
-            {&l.fac_ht, QStringLiteral("Total HT"), 90, money},
-            {&l.fac_nbl, QStringLiteral("BL"), 70}};
-}
-
-} // namespace
-
-DocumentForm::DocumentForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_gestion")), book_(session(), documentKind(mode())), table_(book_.kind().headers) {
+DocumentForm::DocumentForm(Desk& desk, const DocumentKind& kind)
+    : Form(desk, layoutOf(kind).screen), layout_(layoutOf(kind)), book_(session(), kind), table_(kind.headers) {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buildDocumentButtons());
-    header_ = new HeaderEntry(*this, book_);
+    header_ = new HeaderEntry(*this, book_, layout_);
     header_->numberTyped = [this] { displayTyped(); };
     layout->addWidget(header_);
-    lines_ = new Grid(QStringLiteral("DBGrid1"), lineColumns(book_.kind().lines), this);
+    lines_ = new Grid(QStringLiteral("DBGrid1"), layout_.lines, this);
     layout->addWidget(lines_, 1);
     layout->addLayout(buildLineButtons());
     buildTray();
@@ -72,9 +55,13 @@ QLayout* DocumentForm::buildDocumentButtons() {
         leaveButton(QStringLiteral("cmdLast"), QStringLiteral("De&rnier"), [this] { leafTo(documents::last(book_)); });
     auto* ofClient =
         button(QStringLiteral("Cmddoc"), QStringLiteral("&Documents du client"), [this] { pickDocument(); });
+    auto* renew = deed(QStringLiteral("Cmdtransfer"), QStringLiteral("Ren&ouveler"), [this] { startRenewal(); });
     auto* printButton = button(QStringLiteral("cmdedt"), QStringLiteral("&Edition"), [this] { print(); });
     quit_ = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
-    whenShown_ = {change, remove, before, after, printButton};
+    show(Part::Deletion, remove);
+    show(Part::Printing, printButton);
+    show(Part::Renewal, renew);
+    whenShown_ = {change, remove, renew, before, after, printButton};
     whenTyping_ = {validate_, cancel};
     whenIdle_ = {add_, last};
     kindLabel_ = new QLabel(book_.kind().label, this);
@@ -83,7 +70,7 @@ QLayout* DocumentForm::buildDocumentButtons() {
     auto* row = new QHBoxLayout;
     row->addWidget(kindLabel_);
     row->addSpacing(style::WideGap);
-    for (QPushButton* made : {add_, change, validate_, cancel, remove}) row->addWidget(made);
+    for (QPushButton* made : {add_, change, validate_, cancel, remove, renew}) row->addWidget(made);
     row->addStretch();
     for (QPushButton* made : {before, after, last, ofClient, printButton, quit_}) row->addWidget(made);
     return row;
@@ -96,7 +83,9 @@ QLayout* DocumentForm::buildLineButtons() {
     auto* remove = deed(QStringLiteral("Cmdsuplig"), QStringLiteral("Su&pprimer la ligne"), [this] { removeLine(); });
     auto* notes = deed(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
     auto* footer = deed(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
-    notes->setVisible(book_.kind().isInvoice());
+    show(Part::LineChange, change);
+    show(Part::Integration, notes);
+    show(Part::Footer, footer);
     whenOpen_ = {addLine_, insert, change, remove, notes};
     whenShown_ += footer;
     total_ = new QLabel(this);
@@ -114,16 +103,12 @@ QLayout* DocumentForm::buildLineButtons() {
 }
 
 void DocumentForm::buildTray() {
-    lineEntry_ = new LineEntry(*this, book_);
-    unitRange_ = new UnitRange(*this, book_);
-    noteChoice_ = new NoteChoice(*this, book_);
-    footer_ = new FooterEntry(*this, book_);
-    const auto changed = [this] {
-        touched_ = true;
-        refresh();
-    };
-    lineEntry_->written = changed;
-    lineEntry_->left = [this] { leaveTray(); };
+    tray_ = new QStackedWidget(this);
+    tray_->setFixedHeight(248);
+    addToTray(lineEntry_ = new LineEntry(*this, book_, layout_));
+    addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
+    if (layout_.has(Part::Integration)) addToTray(noteChoice_ = new NoteChoice(*this, book_));
+    if (layout_.has(Part::Footer)) addToTray(footer_ = new FooterEntry(*this, book_));
     lineEntry_->rangeWanted = [this](const QString& reference, const QString& first) {
         unitRange_->open(*document_, reference, first);
         showTray(unitRange_);
@@ -133,18 +118,19 @@ void DocumentForm::buildTray() {
         showTray(lineEntry_);
         lineEntry_->focusUnit();
     };
-    noteChoice_->integrated = changed;
-    noteChoice_->left = [this] { leaveTray(); };
-    footer_->written = changed;
-    footer_->left = [this] { leaveTray(); };
-    tray_ = new QStackedWidget(this);
-    for (TrayPart* part : {static_cast<TrayPart*>(lineEntry_), static_cast<TrayPart*>(unitRange_),
-                           static_cast<TrayPart*>(noteChoice_), static_cast<TrayPart*>(footer_)}) {
-        part->attempt = [this](const std::function<void()>& deed) { attempt(deed); };
-        tray_->addWidget(part);
-    }
-    tray_->setFixedHeight(248);
 }
+
+void DocumentForm::addToTray(TrayPart* part) {
+    part->attempt = [this](const std::function<void()>& deed) { attempt(deed); };
+    part->left = [this] { leaveTray(); };
+    part->written = [this] {
+        touched_ = true;
+        refresh();
+    };
+    tray_->addWidget(part);
+}
+
+void DocumentForm::show(Part part, QPushButton* button) { button->setVisible(layout_.has(part)); }
 
 /// What validates the header comes behind its last box, the lines behind the buttons of the document.
 void DocumentForm::orderKeyboard() {
@@ -160,6 +146,7 @@ void DocumentForm::orderKeyboard() {
 
 void DocumentForm::setStage(Stage stage) {
     stage_ = stage;
+    renewal_.reset();
     header_->setOpen(stage == Stage::Entering   ? HeaderEntry::Open::New
                      : stage == Stage::Changing ? HeaderEntry::Open::Kept
                      : stage == Stage::Shown    ? HeaderEntry::Open::Number

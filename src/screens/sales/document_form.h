@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sales/sales_book.h"
+#include "screens/sales/document_layout.h"
 #include "ui/form.h"
 
 class QLabel;
@@ -16,7 +17,7 @@ class NoteChoice;
 class TrayPart;
 class UnitRange;
 
-/// Entry of one kind of sales document: header, lines, footer. The mode word chooses the kind.
+/// Entry of one kind of document. The mode word chooses the kind; its layout says which parts the screen is made of.
 class DocumentForm : public Form {
 public:
     explicit DocumentForm(Desk& desk);
@@ -28,12 +29,19 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    using Part = DocumentLayout::Part;
     enum class Stage { Empty, Entering, Shown, Changing };
+
+    DocumentForm(Desk& desk, const DocumentKind& kind);
 
     // Building, in document_form.cpp.
     QLayout* buildDocumentButtons();
     QLayout* buildLineButtons();
     void buildTray();
+    void addToTray(TrayPart* part);
+    using Form::show;
+    /// The button of a part, out of sight where the kind has no such part.
+    void show(Part part, QPushButton* button);
     void orderKeyboard();
     void setStage(Stage stage);
     void showButtons();
@@ -53,6 +61,7 @@ private:
     void print();
     void readAgain();
     void refresh();
+    QString totalWords() const;
     /// A button whose deed may meet what another workstation did meanwhile.
     QPushButton* deed(const QString& name, const QString& caption, const std::function<void()>& handler);
     void attempt(const std::function<void()>& deed);
@@ -70,8 +79,13 @@ private:
     /// The document in words, for questions that destroy.
     QString about(const Record& document) const;
 
+    // The renewal of a transfer note, in document_renewal.cpp.
+    void startRenewal();
+
     // What opens below the lines, in document_tray.cpp.
     void showTray(TrayPart* part);
+    /// Shows a part and starts it, unless the user keeps what is typed in another.
+    void openTray(TrayPart* part, const std::function<void()>& start);
     void leaveTray();
     TrayPart* trayPart() const;
     /// False when the user keeps what is typed there.
@@ -85,18 +99,25 @@ private:
     void openFooter();
     Record requireLine() const;
 
+    const DocumentLayout layout_;
     SalesBook book_;
     const DocumentHeaders& table_;
     std::optional<Record> document_;
     QList<Record> linesRead_; ///< as they stand on the screen
     bool touched_ = false;    ///< created or changed since it was brought up
     Stage stage_ = Stage::Empty;
+    /// The note that the one being entered renews, and the units that go on.
+    struct Renewal {
+        Record note;
+        QStringList units;
+    };
+    std::optional<Renewal> renewal_;
     HeaderEntry* header_ = nullptr;
     Grid* lines_ = nullptr;
     LineEntry* lineEntry_ = nullptr;
     UnitRange* unitRange_ = nullptr;
-    NoteChoice* noteChoice_ = nullptr;
-    FooterEntry* footer_ = nullptr;
+    NoteChoice* noteChoice_ = nullptr; ///< none where the kind has no integration
+    FooterEntry* footer_ = nullptr;    ///< none where it has no footer
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;
     QLabel* total_ = nullptr;

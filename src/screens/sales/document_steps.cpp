@@ -3,17 +3,19 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "sales/documents.h"
+#include "sales/transfer_notes.h"
 #include "screens/sales/document_form.h"
-#include "screens/sales/footer_entry.h"
 #include "screens/sales/header_entry.h"
-#include "screens/sales/tray_part.h"
+#include "screens/sales/line_entry.h"
 #include "shell/menu_tree.h"
 #include "ui/edit.h"
+#include "ui/grid.h"
 #include "ui/pick_panel.h"
 
 #include <QCloseEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QStackedWidget>
 
 namespace molven {
 
@@ -37,9 +39,9 @@ QString DocumentForm::about(const Record& document) const {
 }
 
 bool DocumentForm::mayLeaveHeader() {
-    return !header_->isTyped() ||
-           prompt().confirm(LoseTyped,
-                            document_ ? about(*document_) : book_.kind().label + QStringLiteral(", en-tête"));
+    return !header_->isTyped() || prompt().confirm(LoseTyped, document_ && stage_ != Stage::Entering
+                                                                  ? about(*document_)
+                                                                  : book_.kind().label + QStringLiteral(", en-tête"));
 }
 
 bool DocumentForm::mayLeaveTray() {
@@ -56,8 +58,7 @@ void DocumentForm::startNew() {
     total_->clear();
     kindLabel_->setText(book_.kind().label);
     setStage(Stage::Entering);
-    header_->focusFirst();
-    header_->startNew(client);
+    header_->startNew(client, [this](const QString& code) { return documents::blank(book_, code); });
 }
 
 void DocumentForm::validateHeader() {
@@ -66,8 +67,9 @@ void DocumentForm::validateHeader() {
         touched_ = true;
         return display(documents::change(book_, header_->changed(), header_->asRead()));
     }
-    const Record header = header_->entered();
-    display(documents::create(book_, header, header_->deliveryAddress()));
+    const Record header = header_->entered(), address = header_->deliveryAddress();
+    display(renewal_ ? transfer_notes::renew(book_, header, renewal_->units, address, renewal_->note)
+                     : documents::create(book_, header, address));
     touched_ = true;
     addLine_->setFocus();
 }
@@ -75,7 +77,7 @@ void DocumentForm::validateHeader() {
 void DocumentForm::startChanging() {
     documents::requireOpen(book_, requireDocument());
     if (!mayLeaveTray()) return;
-    notify(QStringLiteral("modifs possibles : chirurgien/transport/bon/patient/lignes "));
+    notify(book_.kind().openWords);
     setStage(Stage::Changing);
     header_->focusFirst();
 }
@@ -135,12 +137,7 @@ void DocumentForm::bringUp(const QString& number) {
 void DocumentForm::pickDocument() {
     const QString client = header_->client();
     documents::ofClient(book_, client);
-    pick({book_.kind().listTitle,
-          {{&table_.fac_no, QStringLiteral("N°"), 80},
-           {&table_.fac_datf, QStringLiteral("Date"), 100},
-           {&table_.fac_pat, QStringLiteral("Patient"), 260},
-           {&table_.fac_ht, QStringLiteral("Total HT"), 100, QStringLiteral("#####0.00")},
-           {&table_.fac_cpt, QStringLiteral("Etat"), 50}},
+    pick({book_.kind().listTitle, layout_.documents,
           [this, client](const Criterion& filter, const Order& order) {
               return book_.vente.select(table_, documents::documentsOf(book_, client) && filter,
                                         order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
@@ -201,13 +198,19 @@ void DocumentForm::readAgain() {
     linesRead_ = documents::linesRead(book_, *document_);
     const int count = lines_->rows().rowCount();
     if (count > 0) lines_->selectRow(count - 1);
-    total_->setText(QStringLiteral("Total HT : ") +
-                    format(std::as_const(*document_)[table_.fac_ht], QStringLiteral("#####0.00")));
+    total_->setText(totalWords());
+}
+
+QString DocumentForm::totalWords() const {
+    if (book_.kind().isPriced)
+        return QStringLiteral("Total HT : ") + format((*document_)[table_.fac_ht], QStringLiteral("#####0.00"));
+    const int units = lines_->rows().rowCount();
+    return units == 1 ? QStringLiteral("1 ligne") : QStringLiteral("%1 lignes").arg(units);
 }
 
 void DocumentForm::refresh() {
     readAgain();
-    footer_->show(*document_);
+    for (int i = 0; i < tray_->count(); ++i) static_cast<TrayPart*>(tray_->widget(i))->follow(*document_);
 }
 
 QString DocumentForm::closingQuestion() {
@@ -215,7 +218,7 @@ QString DocumentForm::closingQuestion() {
     const auto found = stored();
     if (!found || (*found)[table_.fac_cpt] == documents::Transferred) return {};
     if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0) return NoLine;
-    return std::as_const(*found)[table_.fac_ht].isZero()
+    return book_.kind().isPriced && std::as_const(*found)[table_.fac_ht].isZero()
                ? QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ")
                : QString();
 }
@@ -265,7 +268,11 @@ void DocumentForm::keyPressEvent(QKeyEvent* event) {
         guarded([this] { leaveInnermost(); });
     } else if (isReturn && edit && edit->isUnsettled()) {
         // What was just typed or scanned is taken first; the next Return validates.
-        if (edit->leave() && focusWidget() == edit) focusNextChild();
+        if (!edit->leave()) return;
+        if (trayPart() == lineEntry_ && lineEntry_->isScanned(edit))
+            lineEntry_->validation()->click();
+        else if (focusWidget() == edit)
+            focusNextChild();
     } else {
         Form::keyPressEvent(event);
     }

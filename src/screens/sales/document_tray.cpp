@@ -27,6 +27,12 @@ void DocumentForm::showTray(TrayPart* part) {
     setDefaultButton(part->validation());
 }
 
+void DocumentForm::openTray(TrayPart* part, const std::function<void()>& start) {
+    if (!mayLeaveTray()) return;
+    showTray(part);
+    if (!guarded(start)) leaveTray();
+}
+
 void DocumentForm::leaveTray() {
     tray_->hide();
     const bool typing = stage_ == Stage::Entering || stage_ == Stage::Changing;
@@ -42,25 +48,19 @@ Record DocumentForm::requireLine() const {
 
 void DocumentForm::addLine() {
     documents::requireOpen(book_, requireDocument());
-    if (!mayLeaveTray()) return;
-    showTray(lineEntry_);
-    lineEntry_->startAdding(*document_);
+    openTray(lineEntry_, [this] { lineEntry_->startAdding(*document_); });
 }
 
 void DocumentForm::insertLine() {
     documents::requireOpen(book_, requireDocument());
     const Record line = requireLine();
-    if (!mayLeaveTray()) return;
-    showTray(lineEntry_);
-    lineEntry_->startInserting(*document_, line);
+    openTray(lineEntry_, [&] { lineEntry_->startInserting(*document_, line); });
 }
 
 void DocumentForm::changeLine() {
     documents::requireOpen(book_, requireDocument());
     const Record line = requireLine();
-    if (!mayLeaveTray()) return;
-    showTray(lineEntry_);
-    lineEntry_->startChanging(*document_, line);
+    openTray(lineEntry_, [&] { lineEntry_->startChanging(*document_, line); });
 }
 
 void DocumentForm::removeLine() {
@@ -82,11 +82,8 @@ void DocumentForm::addRange(const QStringList& units) {
     QList<document_lines::Draft> drafts;
     QList<Record> checked;
     for (const QString& number : units) {
-        const Record unit = unit_rules::check(book_, *document_, number);
-        checked.append(unit);
-        document_lines::Draft draft = document_lines::preset(book_, *document_, unit[strproduit.ref_art]);
-        document_lines::setUnit(book_, draft, unit);
-        drafts.append(draft);
+        checked.append(unit_rules::checkAgain(book_, *document_, number));
+        drafts.append(document_lines::ofUnit(book_, *document_, checked.last()));
     }
     unit_warnings::tellNotes(*this, book_, *document_, checked);
     if (!unit_warnings::areAccepted(*this, book_, *document_, checked)) return;
@@ -98,16 +95,12 @@ void DocumentForm::addRange(const QStringList& units) {
 
 void DocumentForm::openIntegration() {
     documents::requireOpen(book_, requireDocument());
-    if (!mayLeaveTray()) return;
-    showTray(noteChoice_);
-    if (!guarded([this] { noteChoice_->open(*document_); })) leaveTray();
+    openTray(noteChoice_, [this] { noteChoice_->open(*document_); });
 }
 
 void DocumentForm::openFooter() {
     requireDocument();
-    if (!mayLeaveTray()) return;
-    showTray(footer_);
-    footer_->open(*document_);
+    openTray(footer_, [this] { footer_->open(*document_); });
 }
 
 } // namespace molven

@@ -88,14 +88,14 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
 }
 
 void FooterEntry::open(const Record& document) {
-    show(document);
+    follow(document);
     const bool open = document[table_.fac_cpt] != documents::Transferred;
     boxes_->setEditable(open);
     form_.allow(validate_, open, QStringLiteral("Ce document est transféré en comptabilité"));
     boxes_->edit(table_.fac_rem)->setFocus();
 }
 
-void FooterEntry::show(const Record& document) {
+void FooterEntry::follow(const Record& document) {
     document_ = document;
     fill(document);
 }

@@ -16,14 +16,10 @@ public:
     FooterEntry(Form& form, SalesBook& book);
 
     void open(const Record& document);
-    /// The document's totals anew, after its lines changed.
-    void show(const Record& document);
-
     QPushButton* validation() const override { return validate_; }
     QString unsaved() const override;
+    void follow(const Record& document) override;
     void reread(const Record& document) override;
-
-    std::function<void()> written; ///< the footer and the totals changed
 
 private:
     void fill(const Record& footer);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sales/sales_book.h"
+#include "ui/code_boxes.h"
 
 #include <QWidget>
 
@@ -10,13 +11,14 @@ class QLabel;
 
 namespace molven {
 
+struct DocumentLayout;
 class Form;
 class RecordPanel;
 
 /// The header of a sales document: its boxes, the client's addresses and memo, the words beside the codes.
 class HeaderEntry : public QWidget {
 public:
-    HeaderEntry(Form& form, SalesBook& book);
+    HeaderEntry(Form& form, SalesBook& book, const DocumentLayout& layout);
 
     enum class Open {
         Search, ///< a number, or the client whose documents are wanted
@@ -26,8 +28,10 @@ public:
     };
     void setOpen(Open open);
 
-    /// An empty header of today in the company's currency, for the client already typed if there is one.
-    void startNew(const QString& client);
+    /// What a new header holds for a client. Throws Refusal for one that may not have it.
+    using Preset = std::function<Record(const QString& client)>;
+    /// Opens a new header of today, for the client already typed if there is one; these fields stay as preset.
+    void startNew(const QString& client, const Preset& preset, const QList<const Field*>& fixed = {});
     void show(const std::optional<Record>& document);
     /// Shows a document read anew; what the user changed meanwhile stays in its box.
     void reread(const Record& document);
@@ -43,7 +47,8 @@ public:
 
     /// The new header as typed. Throws Refusal for a client that may not have one.
     Record entered();
-    QStringList deliveryAddress() const;
+    /// The address typed (`strbl`).
+    Record deliveryAddress() const;
     /// The shown document with what the user changed.
     Record changed() const;
 
@@ -56,25 +61,28 @@ public:
 
 private:
     void build();
-    void setPickers();
-    void setChecks();
+    void wire();
     void takeClient();
     void searchClient();
     void load(const Record& header, const Record& address);
-    void setCurrency(Record& header, const QString& currency);
     void showEuro();
     void showWords();
+    QList<const Field*> fieldsOfNew() const;
     QString typed(const Field& field) const;
 
     Form& form_;
     SalesBook& book_;
     const DocumentHeaders& table_;
+    const DocumentLayout& layout_;
     Open open_ = Open::Search;
     Record shown_;         ///< what the boxes showed before the user typed
     Record preset_;        ///< what a new header was preset with
     Record presetAddress_; ///< and its delivery address
+    Preset presetFor_;
+    QList<const Field*> fixed_;
     RecordPanel* boxes_ = nullptr;
     RecordPanel* address_ = nullptr;
+    std::optional<CodeBoxes> codes_;
     QLabel* invoiced_ = nullptr;
     QLabel* memo_ = nullptr;
 };

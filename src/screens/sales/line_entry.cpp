@@ -9,9 +9,11 @@
 #include "sales/numbering.h"
 #include "sales/unit_rules.h"
 #include "screens/price_notice.h"
+#include "screens/sales/document_layout.h"
 #include "screens/sales/typed_boxes.h"
 #include "screens/sales/unit_range.h"
 #include "screens/sales/unit_warnings.h"
+#include "stock/units.h"
 #include "ui/form.h"
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
@@ -24,69 +26,21 @@
 
 namespace molven {
 
-namespace {
-
-QList<FieldBox> boxes(const DocumentLines& l) {
-    const QString price = QStringLiteral("#####0.00"), small = QStringLiteral("####0.00");
-    return {{&l.fac_lg, QStringLiteral("Ligne :"), QStringLiteral("txtlg")},
-            {&l.fac_ref,
-             QStringLiteral("Référence :"),
-             QStringLiteral("txtref"),
-             0,
-             {},
-             false,
-             false,
-             QStringLiteral("Cmdref")},
-            {&l.fac_imm,
-             QStringLiteral("Immatriculation :"),
-             QStringLiteral("txtimm"),
-             0,
-             {},
-             false,
-             false,
-             QStringLiteral("Cmdimm"),
-             Immatriculation::LongestScan},
-            {&l.fac_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1")},
-            {&l.fac_id1, QStringLiteral("Identification :"), QStringLiteral("txtid1"), 40, {}, false, true},
-            {&l.fac_qte, QStringLiteral("Quantité :"), QStringLiteral("txtqte"), 8, small},
-            {&l.fac_px, QStringLiteral("Prix unitaire :"), QStringLiteral("txtpx"), 10, price},
-            {&l.fac_remx, QStringLiteral("Remise % :"), QStringLiteral("txtremx"), 6, QStringLiteral("#0.00")},
-            {&l.fac_pv, QStringLiteral("Prix net :"), QStringLiteral("Txtpv"), 10, small, false, true},
-            {&l.fac_pa, QStringLiteral("Prix d'achat :"), QStringLiteral("txtpa"), 10, price, false, true},
-            {&l.fac_tva, QStringLiteral("Code TVA :"), QStringLiteral("Txttva"), 0, {}, false, true},
-            {&l.fac_tar, QStringLiteral("Base H/T :"), QStringLiteral("txttar"), 4, {}, false, true},
-            {&l.fac_tip,
-             QStringLiteral("Remboursement :"),
-             QStringLiteral("txttip"),
-             0,
-             {},
-             false,
-             false,
-             QStringLiteral("Cmdtip")},
-            {&l.fac_nho, QStringLiteral("Homologation :"), QStringLiteral("txtnho"), 16, {}, false, true},
-            {&l.fac_dpr, QStringLiteral("Péremption :"), QStringLiteral("txtdpr"), 8, {}, false, true}};
-}
-
-} // namespace
-
-LineEntry::LineEntry(Form& form, SalesBook& book)
-    : TrayPart(&form), form_(form), book_(book), table_(book.kind().lines), draft_(table_), shown_(table_) {
+LineEntry::LineEntry(Form& form, SalesBook& book, const DocumentLayout& layout)
+    : TrayPart(&form),
+      form_(form),
+      book_(book),
+      table_(book.kind().lines),
+      layout_(layout),
+      draft_(table_),
+      shown_(table_) {
     build();
     setPickers();
 }
 
 void LineEntry::build() {
-    panel_ = new RecordPanel(boxes(table_), 3, this);
+    panel_ = new RecordPanel(layout_.line, 3, this);
     for (const FieldBox& fieldBox : panel_->boxes()) form_.bind(fieldBox.field->name, box(*fieldBox.field));
-    const auto category = [this](const QString& name) {
-        auto* made = new Edit(this);
-        made->setObjectName(name);
-        made->setEditable(false);
-        made->setFixedWidth(style::boxWidth(3));
-        return made;
-    };
-    clientDiscount_ = category(QStringLiteral("txtremc"));
-    articleDiscount_ = category(QStringLiteral("Txtrema"));
     validate_ = form_.button(QStringLiteral("cmdValidlig"), QStringLiteral("Valider la &ligne"),
                              [this] { attempt([this] { validate(); }); });
     validateChange_ = form_.button(QStringLiteral("cmdvalmajlig"), QStringLiteral("Valider &la modification"),
@@ -95,12 +49,7 @@ void LineEntry::build() {
     auto* leave =
         form_.leaveButton(QStringLiteral("Cmdquitlig"), QStringLiteral("&Fin des lignes"), [this] { left(); });
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new QLabel(QStringLiteral("Catégories de remise, client :"), this));
-    buttons->addWidget(clientDiscount_);
-    buttons->addWidget(new QLabel(QStringLiteral("article :"), this));
-    buttons->addWidget(articleDiscount_);
-    buttons->addSpacing(style::WideGap);
-    buttons->addWidget(priceNotice(form_.session(), this));
+    if (book_.kind().isPriced) addDiscounts(*buttons);
     buttons->addStretch();
     for (QPushButton* made : {validate_, validateChange_, range_, leave}) buttons->addWidget(made);
     auto* layout = new QVBoxLayout(this);
@@ -109,9 +58,27 @@ void LineEntry::build() {
     layout->addLayout(buttons);
     form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });
     form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
+    if (!book_.kind().isPriced) return;
     form_.onLeft(box(table_.fac_tip), [this] { takeReimbursement(); });
     for (const Number* amount : {&table_.fac_qte, &table_.fac_px, &table_.fac_remx})
         form_.onLeft(box(*amount), [this] { takeAmounts(); });
+}
+
+/// The discount categories that a price depends on, and the currency it is in.
+void LineEntry::addDiscounts(QHBoxLayout& row) {
+    const auto category = [this, &row](const QString& caption, const QString& name) {
+        auto* made = new Edit(this);
+        made->setObjectName(name);
+        made->setEditable(false);
+        made->setFixedWidth(style::boxWidth(3));
+        row.addWidget(new QLabel(caption, this));
+        row.addWidget(made);
+        return made;
+    };
+    clientDiscount_ = category(QStringLiteral("Catégories de remise, client :"), QStringLiteral("txtremc"));
+    articleDiscount_ = category(QStringLiteral("article :"), QStringLiteral("Txtrema"));
+    row.addSpacing(style::WideGap);
+    row.addWidget(priceNotice(form_.session(), this));
 }
 
 void LineEntry::setPickers() {
@@ -126,8 +93,9 @@ void LineEntry::setPickers() {
         panel_->listButton(table_.fac_ref));
     form_.onPick(
         box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
-    form_.onPick(
-        box(table_.fac_tip), [this] { pickReimbursement(); }, panel_->listButton(table_.fac_tip));
+    if (book_.kind().isPriced)
+        form_.onPick(
+            box(table_.fac_tip), [this] { pickReimbursement(); }, panel_->listButton(table_.fac_tip));
 }
 
 void LineEntry::pickUnit() {
@@ -189,13 +157,21 @@ QString LineEntry::unsaved() const {
 
 void LineEntry::focusUnit() { box(table_.fac_imm)->setFocus(Qt::OtherFocusReason); }
 
+bool LineEntry::isScanned(const Edit* edit) const {
+    const bool takesScans = edit == box(table_.fac_ref) || edit == box(table_.fac_imm);
+    return takesScans && purpose_ == Purpose::Add && !book_.kind().isPriced &&
+           !draft_.line.value(table_.fac_imm).isEmpty();
+}
+
 void LineEntry::start(Purpose purpose, const Record& header) {
     purpose_ = purpose;
     header_ = header;
     draft_ = document_lines::Draft(table_);
-    const auto client = parties::findClient(book_.molven, header[book_.kind().headers.fac_clt]);
-    clientDiscount_->put(client ? QString(std::as_const(*client)[strclient.clt_rem]) : QString());
-    articleDiscount_->put({});
+    if (book_.kind().isPriced) {
+        const auto client = parties::findClient(book_.molven, header[book_.kind().headers.fac_clt]);
+        clientDiscount_->put(client ? QString(std::as_const(*client)[strclient.clt_rem]) : QString());
+        articleDiscount_->put({});
+    }
     validate_->setVisible(purpose != Purpose::Change);
     range_->setVisible(purpose == Purpose::Add);
     validateChange_->setVisible(purpose == Purpose::Change);
@@ -283,14 +259,26 @@ void LineEntry::adaptBoxes() {
     panel_->setEditableOnly(open);
 }
 
+/// An immatriculation scanned where an article was asked for.
+bool LineEntry::isUnit(const QString& typed) {
+    return !articles::find(book_.molven, typed) && units::find(book_.molven, Immatriculation::fromText(typed));
+}
+
 void LineEntry::takeArticle() {
     const QString reference = typed(table_.fac_ref);
     if (reference.isEmpty()) return;
+    if (isUnit(reference)) {
+        box(table_.fac_ref)->put({});
+        box(table_.fac_imm)->put(reference);
+        return takeUnit();
+    }
     const QString number = typed(table_.fac_lg);
     draft_ = document_lines::preset(book_, *header_, reference);
     draft_.line[table_.fac_lg] = number;
-    const auto article = articles::find(book_.molven, reference);
-    articleDiscount_->put(std::as_const(*article)[strarticle.art_rem]);
+    if (book_.kind().isPriced) {
+        const auto article = articles::find(book_.molven, reference);
+        articleDiscount_->put(std::as_const(*article)[strarticle.art_rem]);
+    }
     show();
     takeAmounts();
     if (!draft_.priceMessage.isEmpty()) form_.notify(draft_.priceMessage);
@@ -321,7 +309,7 @@ void LineEntry::takeUnit() {
 
 /// Shows the net price that follows from what is typed.
 void LineEntry::takeAmounts() {
-    if (draft_.isText) return;
+    if (draft_.isText || !book_.kind().isPriced) return;
     Record& line = draft_.line;
     const Record loaded = line;
     const auto number = [&](const Number& field) { return panel_->number(field, loaded); };
@@ -371,7 +359,7 @@ void LineEntry::changeLine() {
 void LineEntry::askRange() {
     const QString reference = typed(table_.fac_ref);
     if (reference.isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table_.fac_ref.name);
-    if (typed(table_.fac_imm).isEmpty()) throw Refusal(QStringLiteral("Saisir la 1ere immat. "), table_.fac_imm.name);
+    if (typed(table_.fac_imm).isEmpty()) throw Refusal(layout_.askFirstUnit, table_.fac_imm.name);
     rangeWanted(reference, typed(table_.fac_imm));
 }
 

@@ -3,8 +3,11 @@
 #include "sales/lines.h"
 #include "screens/sales/tray_part.h"
 
+class QHBoxLayout;
+
 namespace molven {
 
+struct DocumentLayout;
 class Edit;
 class Form;
 class RecordPanel;
@@ -12,7 +15,7 @@ class RecordPanel;
 /// The boxes in which one line of a document is added, inserted or changed.
 class LineEntry : public TrayPart {
 public:
-    LineEntry(Form& form, SalesBook& book);
+    LineEntry(Form& form, SalesBook& book, const DocumentLayout& layout);
 
     void startAdding(const Record& header);
     /// Before an existing line.
@@ -23,8 +26,9 @@ public:
     QString unsaved() const override;
     void reread(const Record& document) override;
     void focusUnit();
+    /// True when the box was given a unit and the line asks for nothing else: scan after scan adds lines.
+    bool isScanned(const Edit* edit) const;
 
-    std::function<void()> written; ///< the document's lines changed
     /// The user wants a range of units of this article, from this immatriculation on.
     std::function<void(const QString& reference, const QString& first)> rangeWanted;
 
@@ -32,12 +36,14 @@ private:
     enum class Purpose { Add, Insert, Change };
 
     void build();
+    void addDiscounts(QHBoxLayout& row);
     void setPickers();
     void pickUnit();
     void pickReimbursement();
     void start(Purpose purpose, const Record& header);
     void show();
     void adaptBoxes();
+    bool isUnit(const QString& typed);
     void takeArticle();
     void takeUnit();
     void takeAmounts();
@@ -57,6 +63,7 @@ private:
     Form& form_;
     SalesBook& book_;
     const DocumentLines& table_;
+    const DocumentLayout& layout_;
     RecordPanel* panel_ = nullptr;
     Edit* clientDiscount_ = nullptr;
     Edit* articleDiscount_ = nullptr;

@@ -64,7 +64,7 @@ void NoteChoice::open(const Record& invoice) {
 
 void NoteChoice::integrate() {
     integration::integrate(book_, *invoice_, number_->text());
-    integrated();
+    written();
     grid_->rows().refresh();
     number_->put({});
     if (grid_->rows().rowCount() == 0) left();

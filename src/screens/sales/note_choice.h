@@ -20,8 +20,6 @@ public:
     QPushButton* validation() const override { return validate_; }
     void reread(const Record& invoice) override { invoice_ = invoice; }
 
-    std::function<void()> integrated; ///< the invoice has further lines
-
 private:
     void integrate();
 

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "sales/unit_rules.h"
+#include "screens/sales/document_layout.h"
 #include "stock/immatriculation.h"
 #include "ui/edit.h"
 #include "ui/form.h"
@@ -27,10 +28,11 @@ QList<GridColumn> unitChoiceColumns() {
             {&strproduit.num_vte, QStringLiteral("Document"), 80}};
 }
 
-UnitRange::UnitRange(Form& form, SalesBook& book)
+UnitRange::UnitRange(Form& form, SalesBook& book, const DocumentLayout& layout)
     : TrayPart(&form),
       form_(form),
       book_(book),
+      layout_(layout),
       first_(new Edit(this)),
       last_(new Edit(this)),
       grid_(new Grid(QStringLiteral("DBGrid3"), unitChoiceColumns(), this)),
@@ -55,10 +57,10 @@ UnitRange::UnitRange(Form& form, SalesBook& book)
     row->addStretch();
     row->addWidget(validate_);
     row->addWidget(leave);
-    auto* layout = new QVBoxLayout(this);
-    style::nest(*layout);
-    layout->addLayout(row);
-    layout->addWidget(grid_);
+    auto* column = new QVBoxLayout(this);
+    style::nest(*column);
+    column->addLayout(row);
+    column->addWidget(grid_);
 }
 
 void UnitRange::open(const Record& header, const QString& reference, const QString& first) {
@@ -98,8 +100,7 @@ void UnitRange::choose() {
         units.append((*grid_->rows().record(index.row()))[strproduit.imm_art]);
     if (units.isEmpty()) throw Refusal(QStringLiteral("Aucune immat selectionnee"), QStringLiteral("txtimmdeb"));
     units.sort();
-    if (!form_.prompt().ask(QStringLiteral("Confirmation des %1 immatriculations sélectionnées ? ").arg(units.size())))
-        return;
+    if (!form_.prompt().ask(layout_.confirmRange.arg(units.size()))) return;
     chosen(units);
 }
 

@@ -6,6 +6,7 @@
 
 namespace molven {
 
+struct DocumentLayout;
 class Edit;
 class Form;
 class Grid;
@@ -17,7 +18,7 @@ QList<GridColumn> unitChoiceColumns();
 /// Chooses several units of one article at once, from a first immatriculation to a last one.
 class UnitRange : public TrayPart {
 public:
-    UnitRange(Form& form, SalesBook& book);
+    UnitRange(Form& form, SalesBook& book, const DocumentLayout& layout);
 
     /// Throws Refusal when the document may take none of them.
     void open(const Record& header, const QString& reference, const QString& first);
@@ -33,6 +34,7 @@ private:
 
     Form& form_;
     SalesBook& book_;
+    const DocumentLayout& layout_;
     std::optional<Record> header_;
     QString reference_;
     Edit* first_;
