@@ -5,6 +5,7 @@
 #include "screens/sales/header_entry.h"
 #include "screens/sales/line_entry.h"
 #include "screens/sales/note_choice.h"
+#include "screens/sales/scan_entry.h"
 #include "screens/sales/unit_range.h"
 #include "screens/shell/trail_form.h"
 #include "ui/grid.h"
@@ -94,15 +95,16 @@ QLayout* DocumentForm::buildLineButtons() {
     auto* insert = deed(QStringLiteral("Cmdinsertlig"), QStringLiteral("&Insérer"), [this] { insertLine(); });
     auto* change = deed(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
     auto* remove = deed(QStringLiteral("Cmdsuplig"), QStringLiteral("Su&pprimer la ligne"), [this] { removeLine(); });
+    auto* scans = deed(QStringLiteral("Cmdlecture"), QStringLiteral("Lire à la douc&hette"), [this] { openScans(); });
     auto* notes = deed(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
     auto* footer = deed(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
     notes->setVisible(book_.kind().isInvoice());
-    whenOpen_ = {addLine_, insert, change, remove, notes};
+    whenOpen_ = {addLine_, insert, change, remove, scans, notes};
     whenShown_ += footer;
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("lbltotal"));
     auto* row = new QHBoxLayout;
-    for (QPushButton* made : {addLine_, insert, change, remove, notes, footer}) row->addWidget(made);
+    for (QPushButton* made : {addLine_, insert, change, remove, scans, notes, footer}) row->addWidget(made);
     row->addWidget(trailButton(*this, [this] {
         const Record& shown = requireDocument();
         return TrailSubject{TrailSubject::Kind::Document,
@@ -118,6 +120,7 @@ void DocumentForm::buildTray() {
     unitRange_ = new UnitRange(*this, book_);
     noteChoice_ = new NoteChoice(*this, book_);
     footer_ = new FooterEntry(*this, book_);
+    scans_ = new ScanEntry(*this, book_);
     const auto changed = [this] {
         touched_ = true;
         refresh();
@@ -135,11 +138,14 @@ void DocumentForm::buildTray() {
     };
     noteChoice_->integrated = changed;
     noteChoice_->left = [this] { leaveTray(); };
+    scans_->written = changed;
+    scans_->left = [this] { leaveTray(); };
     footer_->written = changed;
     footer_->left = [this] { leaveTray(); };
     tray_ = new QStackedWidget(this);
-    for (TrayPart* part : {static_cast<TrayPart*>(lineEntry_), static_cast<TrayPart*>(unitRange_),
-                           static_cast<TrayPart*>(noteChoice_), static_cast<TrayPart*>(footer_)}) {
+    for (TrayPart* part :
+         {static_cast<TrayPart*>(lineEntry_), static_cast<TrayPart*>(unitRange_), static_cast<TrayPart*>(noteChoice_),
+          static_cast<TrayPart*>(scans_), static_cast<TrayPart*>(footer_)}) {
         part->attempt = [this](const std::function<void()>& deed) { attempt(deed); };
         tray_->addWidget(part);
     }

@@ -13,6 +13,7 @@ class Grid;
 class HeaderEntry;
 class LineEntry;
 class NoteChoice;
+class ScanEntry;
 class TrayPart;
 class UnitRange;
 
@@ -76,6 +77,7 @@ private:
     void insertLine();
     void changeLine();
     void removeLine();
+    void openScans();
     void addRange(const QStringList& units);
     void openIntegration();
     void openFooter();
@@ -92,6 +94,7 @@ private:
     LineEntry* lineEntry_ = nullptr;
     UnitRange* unitRange_ = nullptr;
     NoteChoice* noteChoice_ = nullptr;
+    ScanEntry* scans_ = nullptr;
     FooterEntry* footer_ = nullptr;
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;

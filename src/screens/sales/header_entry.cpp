@@ -108,6 +108,8 @@ void HeaderEntry::build() {
 }
 
 void HeaderEntry::setPickers() {
+    codes_.emplace(form_, *boxes_, QHash<DataFile, Database>{{DataFile::Molven, book_.molven}});
+    codes_->offer();
     const auto put = [this](const Text& field, const Text& from) {
         return [this, &field, &from](const Record& row) {
             boxes_->edit(field)->put(row[from]);

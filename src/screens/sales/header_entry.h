@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sales/sales_book.h"
+#include "ui/code_boxes.h"
 
 #include <QWidget>
 
@@ -73,6 +74,7 @@ private:
     Record shown_;         ///< what the boxes showed before the user typed
     Record preset_;        ///< what a new header was preset with
     Record presetAddress_; ///< and its delivery address
+    std::optional<CodeBoxes> codes_;
     RecordPanel* boxes_ = nullptr;
     RecordPanel* address_ = nullptr;
     QLabel* invoiced_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "sales/lines.h"
 #include "screens/sales/tray_part.h"
+#include "ui/code_boxes.h"
 
 namespace molven {
 
@@ -57,6 +58,7 @@ private:
     Form& form_;
     SalesBook& book_;
     const DocumentLines& table_;
+    std::optional<CodeBoxes> codes_;
     RecordPanel* panel_ = nullptr;
     Edit* clientDiscount_ = nullptr;
     Edit* articleDiscount_ = nullptr;
