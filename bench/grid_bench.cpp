@@ -61,11 +61,37 @@ void openBare(benchmark::State& state) {
     }
 }
 
+/// What typing a filter into a grid of all units takes, character by character, until its rows show.
+void filterGrid(benchmark::State& state) {
+    Workspace workspace;
+    Database molven = workspace.open(session().molven());
+    Grid grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), nullptr);
+    grid.resize(1200, 700);
+    grid.rows().setQuery([&molven](const Criterion& filter, const Order& order) {
+        return molven.select(strproduit, filter,
+                             order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+    });
+    grid.show();
+    const auto show = [&grid](const QString& filter) {
+        grid.rows().setFilter(filter);
+        if (grid.rows().rowCount() > 0) grid.selectRow(0);
+        QApplication::processEvents();
+    };
+    const QString typed = QStringLiteral("LOT0");
+    for (auto _ : state) {
+        for (int count = 1; count <= typed.size(); ++count) show(typed.left(count));
+        state.PauseTiming();
+        show({});
+        state.ResumeTiming();
+    }
+}
+
 } // namespace
 
 void registerGrid() {
     add("unit_grid_to_its_end/molven", openGrid, 3);
     add("unit_grid_to_its_end/bare", openBare, 3);
+    add("four_keys_of_a_unit_filter/molven", filterGrid, 3);
 }
 
 } // namespace molven::bench

@@ -5,6 +5,8 @@
 #include "data/database.h"
 #include "reference/article_updates.h"
 #include "reference/articles.h"
+#include "reference/code_kinds.h"
+#include "reference/codes.h"
 
 #include <sqlite3.h>
 
@@ -38,6 +40,15 @@ void lookUpBare(benchmark::State& state) {
         while (sqlite3_step(keys.get()) == SQLITE_ROW) found.push_back(sqlite3_column_int64(keys.get(), 0));
         for (const sqlite3_int64 key : found) BareEngine::run(record, {QByteArray::number(key)});
     }
+}
+
+/// What is offered below a code box: by the beginning of a code, by a part of a label, and where nothing fits.
+void offerByRule(benchmark::State& state) {
+    Workspace workspace;
+    Database molven = workspace.open(session().molven());
+    const QStringList typed{QStringLiteral("A0"), QStringLiteral("taille 7"), QStringLiteral("zzzz")};
+    for (auto _ : state)
+        for (const QString& text : typed) benchmark::DoNotOptimize(codes::offers(molven, codes::Article, text, 8));
 }
 
 void pushByRule(benchmark::State& state) {
@@ -78,6 +89,7 @@ void pushBare(benchmark::State& state) {
 void registerReference() {
     add("article_prefix_of_50000/molven", lookUpByRule, 50);
     add("article_prefix_of_50000/bare", lookUpBare, 50);
+    add("three_offers_of_50000/molven", offerByRule, 10);
     add("price_push_of_20000/molven", pushByRule, 3);
     addUnjournalled("price_push_of_20000", pushByRule, 3);
     add("price_push_of_20000/bare", pushBare, 3);

@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -85,6 +86,15 @@ public:
     /// Deletes the current record; the next one becomes current.
     void remove();
 
+    /// Those of these records, in their order, of which one of the fields begins with the text. Only indexes are read:
+    /// a field that none serves is not looked at. Read again, it is the whole selection.
+    Recordset beginningWith(const QList<const Field*>& fields, const QString& text) const;
+    /// Told how many records were looked at; false stops.
+    using Progress = std::function<bool(int done, int total)>;
+    /// Those of these records, in their order, that meet the criterion; nothing when it was stopped. Read again, it is
+    /// the whole selection.
+    std::optional<Recordset> meeting(const Criterion& criterion, const Progress& progress) const;
+
     /// Reads the selection again.
     void requery();
 
@@ -103,6 +113,9 @@ private:
     QString keysSql(const Criterion& criterion) const;
     const Page& page(qint64 number) const;
     std::optional<Record> fetch(Key key) const;
+    /// The records of these keys alone.
+    Recordset reducedTo(const std::vector<Key>& kept) const;
+    void readBeginnings(const Field& field, const QString& text, std::vector<Key>& found) const;
     void writeChanges(const Record& before, const Record& written);
     /// The condition that selects the current record.
     Criterion current() const;

@@ -12,6 +12,7 @@
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
 #include "screens/shell/trail_form.h"
+#include "screens/stock/delivery_form.h"
 #include "screens/stock/label_forms.h"
 #include "screens/stock/listing_forms.h"
 #include "screens/stock/patient_form.h"
@@ -59,6 +60,7 @@ void addScreens(Desk& desk) {
     add<CommissionRateForm>(desk, "T_partxrep");
     add<EnglishLabelForm>(desk, "T_utilit", {QStringLiteral("ANG")});
     add<ReceiptForm>(desk, "T_proges");
+    add<DeliveryForm>(desk, "T_lecliv");
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");
     add<UnitHistoryForm>(desk, "T_traimm");

@@ -32,6 +32,7 @@ void Completion::offer() {
         list_ = new QListWidget(box_->window());
         list_->setObjectName(QStringLiteral("LstChoix"));
         list_->setFocusPolicy(Qt::NoFocus);
+        list_->setAccessibleName(QStringLiteral("Codes proposés"));
         list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         connect(list_, &QListWidget::itemClicked, this, [this] { choose(); });
     }

@@ -178,7 +178,7 @@ QPushButton* Form::leaveButton(const QString& name, const QString& caption, cons
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this, [this, handler] {
         mendBoxes();
-        noticeLine_->clear();
+        clearNotices();
         guarded(handler);
     });
     return made;
@@ -354,6 +354,11 @@ void Form::resizeEvent(QResizeEvent* event) {
 void Form::placeNoticeLine() {
     const int high = contentsMargins().bottom();
     noticeLine_->setGeometry(0, height() - high, width(), high);
+}
+
+void Form::clearNotices() {
+    noticeLine_->clear();
+    noticeLine_->setToolTip({});
 }
 
 void Form::showNotices(const QStringList& texts) {

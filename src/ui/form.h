@@ -35,6 +35,8 @@ public:
     QString habit() const;
     /// Shows news in the line at the foot until the next deed, and says it to screen readers.
     void showNotices(const QStringList& texts);
+    /// Another deed begins.
+    void clearNotices();
     /// Opens the list behind a control, as F2 does.
     bool openPicker(QWidget* control);
 

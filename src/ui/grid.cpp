@@ -5,6 +5,7 @@
 #include "ui/cell_tips.h"
 #include "ui/form.h"
 #include "ui/grid_columns.h"
+#include "ui/progress.h"
 #include "ui/style.h"
 
 #include <QApplication>
@@ -73,10 +74,12 @@ void Grid::buildFilterStrip() {
 void Grid::showFilter() {
     const bool filtered = !model_->filter().isEmpty();
     if (filtered)
-        filterText_->setText(QStringLiteral("Filtre : %1     %2 sur %3     Échap : effacer")
-                                 .arg(model_->filter())
-                                 .arg(model_->rowCount())
-                                 .arg(model_->unfilteredCount()));
+        filterText_->setText(
+            QStringLiteral("Filtre : %1     %2 sur %3     %4Échap : effacer")
+                .arg(model_->filter())
+                .arg(model_->rowCount())
+                .arg(model_->unfilteredCount())
+                .arg(model_->showsBeginnings() ? QStringLiteral("débuts de codes, F3 : partout     ") : QString()));
     filterStrip_->setVisible(filtered);
     updateGeometries();
 }
@@ -84,7 +87,7 @@ void Grid::showFilter() {
 void Grid::startFilter() {
     setFocus(Qt::ShortcutFocusReason);
     if (!model_->filter().isEmpty()) return;
-    filterText_->setText(QStringLiteral("Filtre : tapez ce que vous cherchez     Echap : fermer"));
+    filterText_->setText(QStringLiteral("Filtre : tapez ce que vous cherchez     Échap : fermer"));
     filterStrip_->show();
     updateGeometries();
 }
@@ -182,6 +185,13 @@ void Grid::choose() {
     });
 }
 
+void Grid::searchThrough() {
+    guarded([this] {
+        model_->searchThrough(progress(*this, QStringLiteral("Recherche de : ") + model_->filter()));
+        if (model_->rowCount() > 0) selectRow(0);
+    });
+}
+
 void Grid::setFilter(const QString& text) {
     guarded([&] {
         model_->setFilter(text);
@@ -189,17 +199,26 @@ void Grid::setFilter(const QString& text) {
     });
 }
 
-QString Grid::csv() const {
+namespace {
+
+QString csvOf(const RecordModel& rows, const Recordset::Progress& told) {
     QStringList titles;
-    for (const GridColumn& column : model_->columns()) titles.append(column.title);
-    QString lines = molven::csv::line(titles);
-    for (int row = 0; row < model_->rowCount(); ++row) {
+    for (const GridColumn& column : rows.columns()) titles.append(column.title);
+    QString lines = csv::line(titles);
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        if (!told(row, rows.rowCount())) throw Refusal(QStringLiteral("Opération abandonnée"));
         QStringList cells;
-        for (int column = 0; column < model_->columnCount(); ++column) cells.append(model_->text(row, column));
-        lines += molven::csv::line(cells);
+        for (int column = 0; column < rows.columnCount(); ++column) cells.append(rows.text(row, column));
+        lines += csv::line(cells);
     }
-    if (!model_->filter().isEmpty()) lines += molven::csv::line({QStringLiteral("filtre : ") + model_->filter()});
+    if (!rows.filter().isEmpty()) lines += csv::line({rows.filterWords()});
     return lines;
+}
+
+} // namespace
+
+QString Grid::csv() const {
+    return csvOf(*model_, [](int, int) { return true; });
 }
 
 void Grid::copySelection() const {
@@ -216,11 +235,15 @@ void Grid::exportCsv() {
     const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Exporter la liste"), QString(),
                                                       QStringLiteral("Fichiers CSV (*.csv)"));
     if (path.isEmpty()) return;
-    guarded([&] { writeWhole(path, molven::csv::file(csv())); });
+    guarded([&] {
+        const QString lines = csvOf(*model_, progress(*this, QStringLiteral("Export de la liste")));
+        writeWhole(path, molven::csv::file(lines));
+    });
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) return copySelection();
+    if (event->key() == Qt::Key_F3 && model_->showsBeginnings()) return searchThrough();
     if (event->key() == Qt::Key_E && event->modifiers() == Qt::ControlModifier)
         return exportWanted ? exportWanted() : exportCsv();
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {

@@ -62,6 +62,7 @@ private:
     void beginColumns(const QString& habit);
     void copySelection() const;
     void setFilter(const QString& text);
+    void searchThrough();
 
     RecordModel* model_;
     GridColumns* columns_ = nullptr;

@@ -22,7 +22,7 @@ QString groupTitle(const QString& column, const QString& value) {
 Report printedList(const QString& title, const RecordModel& rows, const ListLayout& layout) {
     Report report(title, columnsOf(rows));
     report.say(layout.words);
-    if (!rows.filter().isEmpty()) report.say(QStringLiteral("filtre : ") + rows.filter());
+    if (!rows.filter().isEmpty()) report.say(rows.filterWords());
     QString group;
     for (int row = 0; row < rows.rowCount(); ++row) {
         QStringList cells;

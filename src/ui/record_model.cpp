@@ -15,6 +15,7 @@ void RecordModel::setColumns(const QList<GridColumn>& columns) {
     beginResetModel();
     columns_ = columns;
     query_ = nullptr;
+    whole_.reset();
     all_.clear();
     rows_ = QList<Record>();
     filter_.clear();
@@ -36,7 +37,13 @@ void RecordModel::setRecords(const QList<Record>& records) {
 }
 
 void RecordModel::refresh() {
+    whole_.reset();
+    reread();
+}
+
+void RecordModel::reread() {
     beginResetModel();
+    isSearchedThrough_ = false;
     rearrange();
     if (filter_.isEmpty()) unfilteredCount_ = rowCount();
     endResetModel();
@@ -44,8 +51,24 @@ void RecordModel::refresh() {
 
 void RecordModel::setFilter(const QString& text) {
     if (text == filter_) return;
+    if (filter_.isEmpty() && isLarge() && query_) whole_ = std::get<Recordset>(rows_);
     filter_ = text;
-    refresh();
+    reread();
+}
+
+void RecordModel::searchThrough(const Recordset::Progress& progress) {
+    const auto found = whole_->meeting(filterCriterion(), progress);
+    if (!found) return;
+    beginResetModel();
+    rows_ = *found;
+    isSearchedThrough_ = true;
+    endResetModel();
+}
+
+QString RecordModel::filterWords() const {
+    if (filter_.isEmpty()) return {};
+    return QStringLiteral("filtre : ") + filter_ +
+           (showsBeginnings() ? QStringLiteral(" (débuts de codes)") : QString());
 }
 
 Criterion RecordModel::filterCriterion() const {
@@ -56,6 +79,12 @@ Criterion RecordModel::filterCriterion() const {
         any = any.always() ? held : any || held;
     }
     return any;
+}
+
+QList<const Field*> RecordModel::columnFields() const {
+    QList<const Field*> fields;
+    for (const GridColumn& column : columns_) fields.append(column.field);
+    return fields;
 }
 
 bool RecordModel::holds(const Record& record) const {
@@ -71,7 +100,14 @@ void RecordModel::rearrange() {
             const Field& field = *columns_[sortColumn_].field;
             order = sortOrder_ == Qt::AscendingOrder ? Order(field) : Order::descending(field);
         }
-        rows_.emplace<Recordset>(query_(filterCriterion(), order));
+        if (!whole_ && !filter_.isEmpty() && isLarge()) whole_ = query_({}, order);
+        if (!whole_)
+            rows_.emplace<Recordset>(query_(filterCriterion(), order));
+        else if (filter_.isEmpty())
+            rows_ = *whole_;
+        else
+            rows_ = whole_->beginningWith(columnFields(), filter_);
+        if (filter_.isEmpty()) whole_.reset();
         return;
     }
     QList<Record> shown;

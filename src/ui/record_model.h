@@ -42,9 +42,17 @@ public:
     void setColumns(const QList<GridColumn>& columns);
     /// Reads the rows again.
     void refresh();
-    /// Keeps the rows that hold this text in a column.
+    /// Keeps the rows that hold this text in a column; of a selection of many rows, those of which
+    /// an indexed column begins with it, so that it answers while one types.
     void setFilter(const QString& text);
+    void setSearchedThrough(int cells) { searchedThrough_ = cells; }
+    /// True while a filter was compared with beginnings only.
+    bool showsBeginnings() const { return whole_.has_value() && !filter_.isEmpty() && !isSearchedThrough_; }
+    /// Looks for the filter everywhere in such a selection; the rows stay when it is stopped.
+    void searchThrough(const Recordset::Progress& progress);
     const QString& filter() const { return filter_; }
+    /// What narrows the rows, for a paper or a file; empty without filter.
+    QString filterWords() const;
     /// How many rows there are without the filter, as last read.
     int unfilteredCount() const { return unfilteredCount_; }
     /// The row of the record that has the same values in these fields, -1 when none does.
@@ -63,8 +71,11 @@ public:
 
 private:
     Criterion filterCriterion() const;
+    QList<const Field*> columnFields() const;
     bool holds(const Record& record) const;
     QVariant marked(const QModelIndex& index, int role) const;
+    bool isLarge() const { return unfilteredCount_ > searchedThrough_ / std::max<qsizetype>(1, columns_.size()); }
+    void reread();
     void rearrange();
 
     QList<GridColumn> columns_;
@@ -75,6 +86,9 @@ private:
     int unfilteredCount_ = 0;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+    std::optional<Recordset> whole_; ///< the large selection of which a filter shows a part
+    bool isSearchedThrough_ = false;
+    int searchedThrough_ = 250'000; ///< cells, up to which a filter is looked for everywhere
 };
 
 } // namespace molven

@@ -5,6 +5,7 @@
 #include "screens/sales/header_entry.h"
 #include "screens/sales/line_entry.h"
 #include "screens/sales/note_choice.h"
+#include "screens/sales/scan_entry.h"
 #include "screens/sales/unit_range.h"
 #include "screens/shell/trail_form.h"
 #include "ui/grid.h"
@@ -81,17 +82,18 @@ QLayout* DocumentForm::buildLineButtons() {
     auto* insert = deed(QStringLiteral("Cmdinsertlig"), QStringLiteral("&Insérer"), [this] { insertLine(); });
     auto* change = deed(QStringLiteral("cmdmodiflig"), QStringLiteral("Modifier la li&gne"), [this] { changeLine(); });
     auto* remove = deed(QStringLiteral("Cmdsuplig"), QStringLiteral("Su&pprimer la ligne"), [this] { removeLine(); });
+    auto* scans = deed(QStringLiteral("Cmdlecture"), QStringLiteral("Lire à la douc&hette"), [this] { openScans(); });
     auto* notes = deed(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
     auto* footer = deed(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
     show(Part::LineChange, change);
     show(Part::Integration, notes);
     show(Part::Footer, footer);
-    whenOpen_ = {addLine_, insert, change, remove, notes};
+    whenOpen_ = {addLine_, insert, change, remove, scans, notes};
     whenShown_ += footer;
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("lbltotal"));
     auto* row = new QHBoxLayout;
-    for (QPushButton* made : {addLine_, insert, change, remove, notes, footer}) row->addWidget(made);
+    for (QPushButton* made : {addLine_, insert, change, remove, scans, notes, footer}) row->addWidget(made);
     row->addWidget(trailButton(*this, [this] {
         const Record& shown = requireDocument();
         return TrailSubject{TrailSubject::Kind::Document,
@@ -108,6 +110,7 @@ void DocumentForm::buildTray() {
     addToTray(lineEntry_ = new LineEntry(*this, book_, layout_));
     addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
     if (layout_.has(Part::Integration)) addToTray(noteChoice_ = new NoteChoice(*this, book_));
+    addToTray(scans_ = new ScanEntry(*this, book_));
     if (layout_.has(Part::Footer)) addToTray(footer_ = new FooterEntry(*this, book_));
     lineEntry_->rangeWanted = [this](const QString& reference, const QString& first) {
         unitRange_->open(*document_, reference, first);

@@ -14,6 +14,7 @@ class Grid;
 class HeaderEntry;
 class LineEntry;
 class NoteChoice;
+class ScanEntry;
 class TrayPart;
 class UnitRange;
 
@@ -94,6 +95,7 @@ private:
     void insertLine();
     void changeLine();
     void removeLine();
+    void openScans();
     void addRange(const QStringList& units);
     void openIntegration();
     void openFooter();
@@ -117,6 +119,7 @@ private:
     LineEntry* lineEntry_ = nullptr;
     UnitRange* unitRange_ = nullptr;
     NoteChoice* noteChoice_ = nullptr; ///< none where the kind has no integration
+    ScanEntry* scans_ = nullptr;
     FooterEntry* footer_ = nullptr;    ///< none where it has no footer
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;

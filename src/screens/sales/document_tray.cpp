@@ -8,6 +8,7 @@
 #include "screens/sales/footer_entry.h"
 #include "screens/sales/line_entry.h"
 #include "screens/sales/note_choice.h"
+#include "screens/sales/scan_entry.h"
 #include "screens/sales/unit_range.h"
 #include "screens/sales/unit_warnings.h"
 #include "ui/grid.h"
@@ -76,6 +77,13 @@ void DocumentForm::removeLine() {
     touched_ = true;
     leaveTray();
     refresh();
+}
+
+void DocumentForm::openScans() {
+    documents::requireOpen(book_, requireDocument());
+    if (!mayLeaveTray()) return;
+    showTray(scans_);
+    scans_->open(*document_);
 }
 
 void DocumentForm::addRange(const QStringList& units) {

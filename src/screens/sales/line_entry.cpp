@@ -82,6 +82,8 @@ void LineEntry::addDiscounts(QHBoxLayout& row) {
 }
 
 void LineEntry::setPickers() {
+    codes_.emplace(form_, *panel_, QHash<DataFile, Database>{{DataFile::Molven, book_.molven}});
+    codes_->offer();
     form_.onPick(
         box(table_.fac_ref),
         [this] {

@@ -2,6 +2,7 @@
 
 #include "sales/lines.h"
 #include "screens/sales/tray_part.h"
+#include "ui/code_boxes.h"
 
 class QHBoxLayout;
 
@@ -64,6 +65,7 @@ private:
     SalesBook& book_;
     const DocumentLines& table_;
     const DocumentLayout& layout_;
+    std::optional<CodeBoxes> codes_;
     RecordPanel* panel_ = nullptr;
     Edit* clientDiscount_ = nullptr;
     Edit* articleDiscount_ = nullptr;

@@ -14,6 +14,7 @@
 #include "stock/gs1.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
+#include "ui/progress.h"
 #include "ui/record_panel.h"
 #include "ui/style.h"
 
@@ -21,7 +22,6 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -118,8 +118,11 @@ QWidget* ReceiptForm::buildReceipt() {
         clearReceipt();
         units_->focusSearch();
     });
+    auto* delivery = button(QStringLiteral("Cmdlecliv"), QStringLiteral("&Lire une livraison"),
+                            [this] { this->desk().open(QStringLiteral("T_lecliv")); });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(fresh_);
+    buttons->addWidget(delivery);
     buttons->addWidget(priceNotice(session(), box));
     buttons->addStretch();
     buttons->addWidget(validate_);
@@ -190,6 +193,8 @@ QPushButton* ReceiptForm::validation() const {
 bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || units_->hasUnsavedWork(); }
 
 void ReceiptForm::setPickers() {
+    codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, molven_}});
+    codes_->offer();
     const auto picker = [this](const Text& field, const Text& from,
                                const std::function<PickList(const pick_lists::Chosen&)>& makeList) {
         onPick(
@@ -353,25 +358,6 @@ Receipt ReceiptForm::typed() const {
     return receipt;
 }
 
-/// A long receipt shows how far it is and can be abandoned.
-receipts::Progress ReceiptForm::progress() {
-    auto dialog = std::make_shared<QProgressDialog>(QStringLiteral("Création des produits"), QString(), 0, 0, this);
-    dialog->setWindowTitle(QStringLiteral("Réception"));
-    dialog->setWindowModality(Qt::ApplicationModal);
-    dialog->setMinimumDuration(500);
-    // Return may have been pressed twice: only Escape and the mouse give a receipt up.
-    auto* cancel = new QPushButton(QStringLiteral("&Annuler"));
-    cancel->setAutoDefault(false);
-    cancel->setFocusPolicy(Qt::NoFocus);
-    dialog->setCancelButton(cancel);
-    return [dialog](int done, int total) {
-        if (done % 50 > 0) return true;
-        dialog->setMaximum(total);
-        dialog->setValue(done);
-        return !dialog->wasCanceled();
-    };
-}
-
 void ReceiptForm::receive() {
     if (!units_->mayLeaveTray()) return;
     Receipt receipt = typed();
@@ -380,7 +366,8 @@ void ReceiptForm::receive() {
     receipt.currency = parameters::companyCurrency(molven_, session().spe_mon);
     created_->clear();
     createdLast_->clear();
-    const receipts::Created created = receipts::receive(files_, session().rules(), receipt, progress());
+    const receipts::Created created =
+        receipts::receive(files_, session().rules(), receipt, progress(*this, QStringLiteral("Création des produits")));
     created_->setText(created.first);
     createdLast_->setText(created.last);
     createdWords_->show();

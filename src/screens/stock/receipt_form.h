@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "stock/receipt.h"
+#include "ui/code_boxes.h"
 #include "ui/form.h"
 
 class QGroupBox;
@@ -36,7 +37,6 @@ private:
     void presetFrom(const Record& article);
     void showByType(const Record& article);
     Receipt typed() const;
-    receipts::Progress progress();
     void receive();
     /// What stands in the boxes.
     QStringList contents() const;
@@ -60,6 +60,7 @@ private:
     Database molven_;
     QGroupBox* box_ = nullptr;
     RecordPanel* panel_ = nullptr;
+    std::optional<CodeBoxes> codes_; ///< only offer here: a scan in a code box is no code
     Edit* quantity_ = nullptr;
     SerialList* serials_ = nullptr;
     QPushButton* fresh_ = nullptr;

@@ -1,0 +1,92 @@
+// Parts of a selection that are found while one types.
+
+#include "data/format.h"
+#include "support/dossier.h"
+#include "ui/record_model.h"
+
+#include <QTest>
+
+namespace molven {
+
+namespace {
+
+class PartsOfASelection : public testing::Test {
+protected:
+    PartsOfASelection() : molven(workspace.open(dossier.session.molven())) {
+        march = dossier.receive(QStringLiteral("HIP"), 12);
+        april = dossier.receive(QStringLiteral("GRAFT"), 2, QStringLiteral("05/04/2026"));
+        molven.update(strproduit, {{strproduit.pro_ann, QStringLiteral("19")}}, strproduit.imm_art == march[10]);
+        molven.update(strproduit, {{strproduit.lot_art, QStringLiteral("Été-2")}}, strproduit.imm_art == march[3]);
+    }
+    Recordset all() { return molven.select(strproduit, {}, Order::descending(strproduit.imm_art)); }
+    static QStringList numbers(const Recordset& units) {
+        QStringList found;
+        for (const Record& unit : units) found.append(unit[strproduit.imm_art]);
+        return found;
+    }
+    QStringList beginning(const QList<const Field*>& fields, const char* text) {
+        return numbers(all().beginningWith(fields, QString::fromUtf8(text)));
+    }
+
+    test::Dossier dossier;
+    Workspace workspace;
+    Database molven;
+    QStringList march, april;
+};
+
+} // namespace
+
+TEST_F(PartsOfASelection, BeginWithATextInTheirOwnOrder) {
+    EXPECT_EQ(beginning({&strproduit.imm_art}, "2604"), (QStringList{april[1], april[0]}));
+    EXPECT_EQ(beginning({&strproduit.imm_art}, "2603001"), (QStringList{march[11], march[10], march[9]}))
+        << "of both centuries";
+    EXPECT_EQ(beginning({&strproduit.imm_art, &strproduit.ref_art}, "gra"), (QStringList{april[1], april[0]}));
+    EXPECT_EQ(beginning({&strproduit.lot_art}, "été"), QStringList()) << "a code's accents count";
+    EXPECT_EQ(beginning({&strproduit.lot_art}, "Ét"), QStringList(march[3]));
+    EXPECT_EQ(beginning({&strproduit.pro_li1}, "ARTICLE"), QStringList()) << "no index serves it";
+    const Recordset grafts = molven.select(strproduit, strproduit.ref_art == QStringLiteral("GRAFT"));
+    EXPECT_EQ(grafts.beginningWith({&strproduit.imm_art}, QStringLiteral("26")).count(), 2)
+        << "of the selection, not of the table";
+}
+
+TEST_F(PartsOfASelection, AreSearchedThroughUntilStopped) {
+    const Criterion held = contains(strproduit.lot_art, QStringLiteral("ete"));
+    int told = 0;
+    const auto found = all().meeting(held, [&](int, int total) {
+        told = total;
+        return true;
+    });
+    ASSERT_TRUE(found);
+    EXPECT_EQ(numbers(*found), QStringList(march[3]));
+    EXPECT_EQ(told, 14);
+    EXPECT_FALSE(all().meeting(held, [](int, int) { return false; }));
+}
+
+TEST_F(PartsOfASelection, AreWhatAFilterShowsOfALargeListUntilItIsSearchedThrough) {
+    RecordModel model({{&strproduit.imm_art, QStringLiteral("Immat.")}, {&strproduit.lot_art, QStringLiteral("Lot")}});
+    model.setSearchedThrough(5);
+    model.setQuery([this](const Criterion& filter, const Order& order) {
+        return molven.select(strproduit, filter, order.terms.isEmpty() ? Order(strproduit.imm_art) : order);
+    });
+    ASSERT_EQ(model.rowCount(), 14);
+    model.setFilter(QStringLiteral("te-2"));
+    EXPECT_EQ(model.rowCount(), 0);
+    EXPECT_TRUE(model.showsBeginnings());
+    model.searchThrough([](int, int) { return false; });
+    EXPECT_EQ(model.rowCount(), 0) << "stopped";
+    model.searchThrough([](int, int) { return true; });
+    EXPECT_EQ(model.rowCount(), 1);
+    EXPECT_FALSE(model.showsBeginnings());
+    model.setFilter(QStringLiteral("2604"));
+    EXPECT_EQ(model.rowCount(), 2);
+    model.sort(0, Qt::DescendingOrder);
+    EXPECT_EQ(model.text(0, 0), april[1]);
+    dossier.receive(QStringLiteral("HIP"), 1, QStringLiteral("06/04/2026"));
+    model.refresh();
+    EXPECT_EQ(model.rowCount(), 3) << "read anew under the same filter";
+    model.setFilter({});
+    EXPECT_EQ(model.rowCount(), 15);
+    EXPECT_EQ(model.unfilteredCount(), 15);
+}
+
+} // namespace molven
