@@ -123,7 +123,6 @@ QWidget* ReceiptForm::buildReceipt() {
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(fresh_);
     buttons->addWidget(delivery);
-    buttons->addWidget(priceNotice(session(), box));
     buttons->addStretch();
     buttons->addWidget(validate_);
     buttons->addWidget(finish);
@@ -133,6 +132,7 @@ QWidget* ReceiptForm::buildReceipt() {
     layout->addWidget(designation); // beside the code only its first letters would show
     layout->addWidget(panel_);
     layout->addLayout(quantityRow(box));
+    layout->addWidget(priceNotice(session(), box));
     layout->addWidget(serials_, 1);
     layout->addStretch();
     layout->addLayout(buttons);
