@@ -2,6 +2,7 @@
 
 #include "sales/unit_history.h"
 #include "sales/unit_removal.h"
+#include "sales/unit_steps.h"
 
 #include <QDir>
 
@@ -63,7 +64,12 @@ TEST_F(TwoSites, TellTheWholeStoryOfAUnit) {
     const QString unit = dossier.receive(QStringLiteral("HIP"), 1).first();
     write(there, "FAC", unit);
     write(there, "AVO", unit);
-    EXPECT_EQ(unit_history::find(dossier.session, unit).current.invoices.size(), 2);
+    const UnitHistory history = unit_history::find(dossier.session, unit);
+    EXPECT_EQ(history.current.invoices.size(), 2);
+    EXPECT_EQ(std::count_if(history.steps.begin(), history.steps.end(),
+                            [](const Record& step) { return step[strsuivi.sui_arc] == u"autre dossier"; }),
+              2)
+        << "its number names another document here";
     EXPECT_EQ(refusalOf([&] { unit_removal::remove(dossier.session, Immatriculation::fromText(unit)); }),
               QStringLiteral("impossible de supprimer cette immatriculation"))
         << "its papers lie in the other folder";
