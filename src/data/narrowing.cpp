@@ -33,7 +33,9 @@ const Index* indexWith(const Table& table, const Field& field, qsizetype place) 
 
 /// Served by an index that begins with the field, or has it behind one of few values.
 void Recordset::readBeginnings(const Field& field, const QString& text, std::vector<Key>& found) const {
-    const Criterion begins = startsWith(field, text);
+    // Between codes the bounds alone tell; the order of labels puts others between them.
+    const Criterion begins =
+        field.kind == Field::Kind::Code ? field >= text && field < text + QChar(0xFFFF) : startsWith(field, text);
     QString sql;
     if (indexWith(*table_, field, 0)) {
         sql = QStringLiteral("select rowid from %1 where %2").arg(qualified_, begins.sql);
