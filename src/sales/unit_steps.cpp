@@ -32,9 +32,11 @@ Record headerOf(Database& file, const DocumentHeaders& headers, const Record& li
 
 Record transferStep(Database& file, const Record& line) {
     const Record note = headerOf(file, strbtre, line);
-    return step(note[strbtre.fac_dat], QStringLiteral("Bon de transfert"), line[strlivl.fac_no],
-                QStringLiteral("%1 du dépôt %2 au dépôt %3")
-                    .arg(note[strbtre.fac_nom], note[strbtre.fac_depd], note[strbtre.fac_depa]));
+    Record made = step(note[strbtre.fac_dat], QStringLiteral("Bon de transfert"), line[strlivl.fac_no],
+                       QStringLiteral("%1 du dépôt %2 au dépôt %3")
+                           .arg(note[strbtre.fac_nom], note[strbtre.fac_depd], note[strbtre.fac_depa]));
+    made[strsuivi.sui_mode] = QStringLiteral("BTR");
+    return made;
 }
 
 /// What a document is; of a mode word that is not known, the first kind of its table.

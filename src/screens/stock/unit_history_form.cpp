@@ -188,7 +188,7 @@ void UnitHistoryForm::openDocument(const Record& step) {
     if (mode.isEmpty()) return;
     if (const QString whose = step[strsuivi.sui_arc]; !whose.isEmpty())
         throw Refusal(QStringLiteral("Ce document n'est pas parmi vos documents en cours : ") + whose);
-    if (auto* form = dynamic_cast<DocumentForm*>(desk().open(QStringLiteral("T_gestion"), mode)))
+    if (auto* form = dynamic_cast<DocumentForm*>(desk().open(layoutOf(documentKind(mode)).screen, mode)))
         form->bringUp(step[strsuivi.sui_no]);
 }
 
