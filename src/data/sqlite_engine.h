@@ -8,7 +8,8 @@ namespace molven::sqlite {
 
 /// Marks a file as ours: "MOLV".
 constexpr int ApplicationId = 0x4D4F4C56;
-/// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are opened.
+/// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
+/// opened.
 constexpr int SchemaVersion = 3;
 constexpr int BusyTimeoutMs = 10'000;
 /// Number of the DataError for a file that another workstation is writing.

@@ -212,7 +212,6 @@ QPushButton* Form::validation() const {
     return defaultButton_ ? defaultButton_.data() : findChild<QPushButton*>(QStringLiteral("cmdvalide"));
 }
 
-
 Prompt& Form::prompt() {
     if (isVisible() && !isActiveWindow()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);

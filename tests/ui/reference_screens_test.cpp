@@ -61,9 +61,7 @@ TEST_F(Screens, OfRecordsSayWhatAnotherWorkstationChangedAndKeepWhatIsTyped) {
     const auto box = [&](const char* name) {
         return static_cast<Edit*>(clients->findChild<QLineEdit*>(QString::fromLatin1(name)));
     };
-    const auto press = [&](const char* name) {
-        clients->findChild<QPushButton*>(QString::fromLatin1(name))->click();
-    };
+    const auto press = [&](const char* name) { clients->findChild<QPushButton*>(QString::fromLatin1(name))->click(); };
     box("txtclt_cod")->setText(QStringLiteral("1"));
     ASSERT_TRUE(box("txtclt_cod")->left());
     press("CmdModifier");

@@ -120,7 +120,7 @@ private:
     UnitRange* unitRange_ = nullptr;
     NoteChoice* noteChoice_ = nullptr; ///< none where the kind has no integration
     ScanEntry* scans_ = nullptr;
-    FooterEntry* footer_ = nullptr;    ///< none where it has no footer
+    FooterEntry* footer_ = nullptr; ///< none where it has no footer
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;
     QLabel* total_ = nullptr;
