@@ -25,6 +25,16 @@ double residentMegabytes() {
     return fields.value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
+/// All units, in the order of their list.
+void showUnits(Grid& grid, Database molven) {
+    grid.resize(1200, 700);
+    grid.rows().setQuery([molven](const Criterion& filter, const Order& order) mutable {
+        return molven.select(strproduit, filter,
+                             order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+    });
+    grid.show();
+}
+
 void openGrid(benchmark::State& state) {
     double grown = 0;
     for (auto _ : state) {
@@ -32,12 +42,7 @@ void openGrid(benchmark::State& state) {
         Workspace workspace;
         Database molven = workspace.open(session().molven());
         Grid grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), nullptr);
-        grid.resize(1200, 700);
-        grid.rows().setQuery([&molven](const Criterion& filter, const Order& order) {
-            return molven.select(strproduit, filter,
-                                 order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
-        });
-        grid.show();
+        showUnits(grid, molven);
         grid.selectRow(grid.rows().rowCount() - 1);
         QApplication::processEvents();
         grown = std::max(grown, residentMegabytes() - before);
@@ -66,12 +71,7 @@ void filterGrid(benchmark::State& state) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     Grid grid(QStringLiteral("DBGrid1"), pick_lists::unitColumns(), nullptr);
-    grid.resize(1200, 700);
-    grid.rows().setQuery([&molven](const Criterion& filter, const Order& order) {
-        return molven.select(strproduit, filter,
-                             order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
-    });
-    grid.show();
+    showUnits(grid, molven);
     const auto show = [&grid](const QString& filter) {
         grid.rows().setFilter(filter);
         if (grid.rows().rowCount() > 0) grid.selectRow(0);
