@@ -321,9 +321,9 @@ int deleteFile(sqlite3_vfs*, const char* name, int isSynchronised) {
 const char* disk() {
     static const char* const name = "molven";
     static sqlite3_vfs made = [] {
-        // What an inner transaction would undo is kept in memory up to that size: each record written with its journal
-        // entry is one, and its pages would go to the disk a second time.
-        constexpr int UndoInMemory = 16 << 20;
+        // What an inner transaction would undo is kept in memory up to that size, which the engine takes at once: each
+        // record written with its journal entry is one, and its pages would go to the disk a second time.
+        constexpr int UndoInMemory = 256 << 10;
         sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, UndoInMemory);
         sqlite3_initialize();
         sqlite3_vfs copy = *engineDisk();
