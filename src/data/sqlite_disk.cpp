@@ -321,9 +321,10 @@ int deleteFile(sqlite3_vfs*, const char* name, int isSynchronised) {
 const char* disk() {
     static const char* const name = "molven";
     static sqlite3_vfs made = [] {
-        // What an inner transaction would undo is kept in memory up to that size, which the engine takes at once: each
-        // record written with its journal entry is one, and its pages would go to the disk a second time.
-        constexpr int UndoInMemory = 256 << 10;
+        // What an inner transaction would undo is kept in memory up to that size: each record written with its journal
+        // entry is one, and its pages would go to the disk a second time. The engine takes the size at once, and writes
+        // it out at once when there is more: its writes stay below 128 KB.
+        constexpr int UndoInMemory = 120 << 10;
         sqlite3_config(SQLITE_CONFIG_STMTJRNL_SPILL, UndoInMemory);
         sqlite3_initialize();
         sqlite3_vfs copy = *engineDisk();
