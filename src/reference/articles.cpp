@@ -4,6 +4,7 @@
 #include "reference/codes.h"
 #include "reference/ean.h"
 #include "reference/parameter_tables.h"
+#include "reference/parameters.h"
 #include "reference/prices.h"
 
 namespace molven::articles {
@@ -136,6 +137,16 @@ void checkStocked(Database molven, const Record& article) {
             "N° Homologation/CE obligatoire", strarticle.art_nho.name);
 }
 
+/// A sub-family belongs to one family; an old record that is wrong there stays changeable elsewhere.
+void checkSubFamily(Database molven, const Record& article, const std::optional<Record>& before) {
+    const QString family = article[strarticle.art_fam], subFamily = article[strarticle.art_sfam];
+    if (!filled(subFamily) || codes::SubFamily.besides.contains(subFamily)) return;
+    if (before && (*before)[strarticle.art_fam] == family && (*before)[strarticle.art_sfam] == subFamily) return;
+    const Criterion ofFamily = parameters::ofList(list::SubFamily) && strparam.num_par == subFamily;
+    require(molven.count(strparam, ofFamily && strparam.cpt_par == family) > 0,
+            "Cette sous-famille n'est pas de la famille de l'article", strarticle.art_sfam.name);
+}
+
 void checkLabels(const Record& article, const CompanyRules& rules) {
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         checkValue(rules, label->name, article[*label]);
@@ -225,6 +236,7 @@ QString save(Database molven, Database compta, Database gencode, const CompanyRu
     article[strarticle.art_anc] = entry.kind;
     if (entry.kind != u"T" && entry.stocked == u"O") checkStocked(molven, article);
     codes::check({{DataFile::Molven, molven}}, article, before ? &*before : nullptr);
+    checkSubFamily(molven, article, before);
     if (entry.severalLpp && read[strarticle.art_lpp] == SeveralLpp) {
         entry.severalLpp = arrangedLpp(*entry.severalLpp);
         codes::check({{DataFile::Molven, molven}}, *entry.severalLpp);

@@ -103,6 +103,27 @@ TEST_F(ArticleFiles, RefuseUnknownLettersAndAccounts) {
     }
 }
 
+TEST_F(ArticleFiles, TakeASubFamilyOfTheirFamilyAlone) {
+    for (const char* family : {"000", "ABC"}) {
+        Record subFamily(strparam);
+        subFamily[strparam.cod_par] = list::SubFamily;
+        subFamily[strparam.num_par] = family[0] == '0' ? QStringLiteral("770") : QStringLiteral("771");
+        subFamily[strparam.cpt_par] = QString::fromLatin1(family);
+        molven.insert(subFamily);
+    }
+    const auto kept = [this](const char* subFamily) {
+        articles::Entry entry = entryOf("HIP");
+        const Record before = entry.article;
+        entry.article[strarticle.art_sfam] = QString::fromLatin1(subFamily);
+        return save(entry, before);
+    };
+    EXPECT_EQ(kept("770"), QStringLiteral("(accepté)"));
+    EXPECT_EQ(kept("771"), QStringLiteral("Cette sous-famille n'est pas de la famille de l'article"));
+    molven.update(strarticle, {{strarticle.art_sfam, QStringLiteral("771")}},
+                  strarticle.art_ref == QStringLiteral("HIP"));
+    EXPECT_EQ(kept("771"), QStringLiteral("(accepté)")) << "an old article stays changeable";
+}
+
 TEST_F(ArticleFilesOfMd, KnowNoAncillaryKindAndTakeNoEan) {
     articles::Entry entry = entryOf("HIP");
     entry.kind = QStringLiteral("X");
