@@ -62,6 +62,8 @@ public:
     /// of it then, and `reread` runs when he wants to read it again under what he typed.
     bool written(const std::function<void()>& write, const std::function<QString()>& changes,
                  const std::function<void()>& reread);
+    /// The question before typed work is lost; `about` names it.
+    bool givesUp(const QString& about);
     /// Leaves every box that was typed into, but that one; false when one refuses what stands in it.
     bool settle(const QWidget* except = nullptr);
     /// A push button with its handler, guarded, once the boxes are left.
@@ -86,10 +88,12 @@ protected:
     virtual bool hasUnsavedWork() const { return false; }
     /// True when nothing would be lost, or the user gives it up.
     bool mayLoseWork();
+    /// Asked when the window is to close: whether it may.
+    virtual bool mayClose() { return mayLoseWork(); }
     /// Pressed by Escape, once the user gave up what is typed when it `asks`; without one, Escape closes the window.
     void setCancelButton(QPushButton* button, bool asks = false);
 
-    void closeEvent(QCloseEvent* event) override;
+    void closeEvent(QCloseEvent* event) final;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

@@ -56,7 +56,6 @@ void LineEntry::build() {
     style::nest(*layout);
     layout->addWidget(panel_);
     layout->addLayout(buttons);
-    form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });
     form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
     if (!book_.kind().isPriced) return;
     form_.onLeft(box(table_.fac_tip), [this] { takeReimbursement(); });
@@ -83,16 +82,9 @@ void LineEntry::addDiscounts(QHBoxLayout& row) {
 
 void LineEntry::setPickers() {
     codes_.emplace(form_, *panel_, QHash<DataFile, Database>{{DataFile::Molven, book_.molven}});
-    codes_->offer();
-    form_.onPick(
-        box(table_.fac_ref),
-        [this] {
-            form_.pick(pick_lists::articles(book_.molven, [this](const Record& article) {
-                box(table_.fac_ref)->put(article[strarticle.art_ref]);
-                form_.guarded([this] { takeArticle(); });
-            }));
-        },
-        panel_->listButton(table_.fac_ref));
+    codes_->wire([this](const Field& field) {
+        if (&field == &table_.fac_ref) takeArticle();
+    });
     form_.onPick(
         box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
     if (book_.kind().isPriced)
