@@ -257,6 +257,8 @@ QStringList buttonsBehind(int key) {
     switch (key) {
     case Qt::Key_N:
         return {QStringLiteral("CmdAjout")};
+    case Qt::Key_H:
+        return {QStringLiteral("Cmdhisto")};
     case Qt::Key_P:
         return {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt"),
                 QStringLiteral("Cmdetiq")};

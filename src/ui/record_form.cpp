@@ -45,11 +45,15 @@ void RecordForm::build(const Description& description) {
     style::nest(*rightLayout);
     rightLayout->addWidget(room, 1);
     rightLayout->addLayout(buttonRow());
+    auto* left = new QWidget(this);
+    underList_ = new QVBoxLayout(left);
+    style::nest(*underList_);
+    underList_->addWidget(list_, 1);
     auto* split = new QSplitter(this);
-    split->addWidget(list_);
+    split->addWidget(left);
     split->addWidget(right);
     split->setStretchFactor(1, 1);
-    split->setSizes({380, 880});
+    split->setSizes({350, 910});
     split->setChildrenCollapsible(false);
     const QString place = habit() + QStringLiteral("/partage");
     split->restoreState(this->desk().habits.value(place).toByteArray());

@@ -72,6 +72,7 @@ protected:
     /// Where a subclass puts its own buttons and boxes.
     QHBoxLayout* extraButtons() { return extraButtons_; }
     QVBoxLayout* extraRows() { return extraRows_; }
+    QVBoxLayout* underList() { return underList_; }
 
     bool hasUnsavedWork() const override { return entry_.hasUnsavedWork(); }
 
@@ -95,6 +96,7 @@ private:
     std::optional<CodeBoxes> codes_;
     QHBoxLayout* extraButtons_ = nullptr;
     QVBoxLayout* extraRows_ = nullptr;
+    QVBoxLayout* underList_ = nullptr;
 };
 
 } // namespace molven

@@ -111,7 +111,6 @@ QLayout* DocumentForm::buildLineButtons() {
 
 void DocumentForm::buildTray() {
     tray_ = new QStackedWidget(this);
-    tray_->setFixedHeight(248);
     addToTray(lineEntry_ = new LineEntry(*this, book_, layout_));
     addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
     if (layout_.has(Part::Integration)) addToTray(noteChoice_ = new NoteChoice(*this, book_));

@@ -269,10 +269,7 @@ void DocumentForm::keyPressEvent(QKeyEvent* event) {
     } else if (isReturn && edit && edit->isUnsettled()) {
         // What was just typed or scanned is taken first; the next Return validates.
         if (!edit->leave()) return;
-        if (trayPart() == lineEntry_ && lineEntry_->isScanned(edit))
-            lineEntry_->validation()->click();
-        else if (focusWidget() == edit)
-            focusNextChild();
+        if (focusWidget() == edit) focusNextChild();
     } else {
         Form::keyPressEvent(event);
     }

@@ -24,6 +24,7 @@ TrayPart* DocumentForm::trayPart() const {
 
 void DocumentForm::showTray(TrayPart* part) {
     tray_->setCurrentWidget(part);
+    tray_->setFixedHeight(part->sizeHint().height());
     tray_->show();
     setDefaultButton(part->validation());
 }

@@ -151,12 +151,6 @@ QString LineEntry::unsaved() const {
 
 void LineEntry::focusUnit() { box(table_.fac_imm)->setFocus(Qt::OtherFocusReason); }
 
-bool LineEntry::isScanned(const Edit* edit) const {
-    const bool takesScans = edit == box(table_.fac_ref) || edit == box(table_.fac_imm);
-    return takesScans && purpose_ == Purpose::Add && !book_.kind().isPriced &&
-           !draft_.line.value(table_.fac_imm).isEmpty();
-}
-
 void LineEntry::start(Purpose purpose, const Record& header) {
     purpose_ = purpose;
     header_ = header;

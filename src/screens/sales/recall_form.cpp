@@ -134,7 +134,7 @@ RecallForm::RecallForm(Desk& desk)
            .list = columns(),
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); }}},
            .deeds = {{QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},
-                     {QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] { exportAll(); }},
+                     {QStringLiteral("Cmdexp"), QStringLiteral("E&xporter"), [this] { exportAll(); }},
                      {QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"),
                       [this] { writeLetters(); }}},
            .files = {{DataFile::Molven, molven_}},

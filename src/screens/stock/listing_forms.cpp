@@ -15,6 +15,7 @@
 #include "stock/units.h"
 #include "ui/edit.h"
 #include "ui/printed_list.h"
+#include "ui/progress.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -127,9 +128,11 @@ void UnitListForm::select() {
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), QStringLiteral("DEBIMM"));
     selection_ = selection;
     selected_ = criterion;
-    showRows([this](const Criterion& filter, const Order& order) {
-        return molven_.select(strproduit, selected_ && filter,
-                              order.terms.isEmpty() ? unit_listing::order(selection_) : order);
+    patiently(*this, workspace_, QStringLiteral("Recherche des produits"), [this] {
+        showRows([this](const Criterion& filter, const Order& order) {
+            return molven_.select(strproduit, selected_ && filter,
+                                  order.terms.isEmpty() ? unit_listing::order(selection_) : order);
+        });
     });
 }
 
@@ -137,8 +140,12 @@ Recordset UnitListForm::selected() { return molven_.select(strproduit, selected_
 
 void UnitListForm::print() {
     requireSelection();
-    working_copy::keep(tri_, selected());
-    if (desk().print(report())) unit_listing::markSelected(molven_, tri_, isReminder_);
+    std::optional<Report> read;
+    patiently(*this, workspace_, QStringLiteral("Lecture des produits"), [&] {
+        working_copy::keep(tri_, selected());
+        read = report();
+    });
+    if (desk().print(*read)) unit_listing::markSelected(molven_, tri_, isReminder_);
 }
 
 Report UnitListForm::report() {
@@ -175,7 +182,8 @@ QString UnitListForm::nameOf(const QString& client) const {
 
 void UnitListForm::makeLabels() {
     requireSelection();
-    labels::fill(molven_, tri_, session().rules(), selected());
+    patiently(*this, workspace_, QStringLiteral("Préparation des étiquettes"),
+              [this] { labels::fill(molven_, tri_, session().rules(), selected()); });
     desk().open(QStringLiteral("T_etibarre"));
 }
 
@@ -186,7 +194,8 @@ void UnitListForm::returnUnits() {
         QStringLiteral("%1 à retourner, parmi toute la sélection : %2")
             .arg(away == 1 ? QStringLiteral("1 produit") : QStringLiteral("%1 produits").arg(away), words());
     if (!prompt().confirm(QStringLiteral("voulez-vous retourner ces produits au dépôt 001 ?"), about)) return;
-    unit_listing::returnToMainDepot(molven_, session().rules(), selected_);
+    patiently(*this, workspace_, QStringLiteral("Retour au dépôt 001"),
+              [this] { unit_listing::returnToMainDepot(molven_, session().rules(), selected_); });
     list().rows().refresh();
 }
 
@@ -288,8 +297,10 @@ void StockListForm::listArticlesAt() {
     step_->setText(QStringLiteral("TRAITEMENT EN COURS"));
     step_->repaint();
     const auto finished = qScopeGuard([this] { step_->setText(QStringLiteral("TRAITEMENT TERMINE")); });
-    showArticles(stock_listing::articlesAt(molven_, asked, sortKey(date)),
-                 QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
+    QList<Record> found;
+    patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date,
+              [&] { found = stock_listing::articlesAt(molven_, asked, sortKey(date)); });
+    showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
 }
 
 void StockListForm::showArticles(const QList<Record>& found, const QString& title) {
@@ -320,15 +331,20 @@ void StockListForm::listUnits() {
                        {&strproduit.imm_art, QStringLiteral("Immatriculation"), 130},
                        {&strproduit.pro_li1, QStringLiteral("Désignation"), 640},
                        {&strproduit.pro_pac, QStringLiteral("P.Achat"), 110, amountPattern()}});
-    showRows([this](const Criterion& filter, const Order& order) {
-        return molven_.select(strproduit, *units_ && filter,
-                              order.terms.isEmpty() ? stock_listing::unitOrder(unitSelection_) : order);
+    patiently(*this, workspace_, QStringLiteral("Recherche des produits"), [this] {
+        showRows([this](const Criterion& filter, const Order& order) {
+            return molven_.select(strproduit, *units_ && filter,
+                                  order.terms.isEmpty() ? stock_listing::unitOrder(unitSelection_) : order);
+        });
     });
 }
 
 void StockListForm::print() {
     requireSelection();
-    desk().print(units_ ? unitReport() : articleReport());
+    std::optional<Report> read;
+    patiently(*this, workspace_, QStringLiteral("Lecture du stock"),
+              [&] { read = units_ ? unitReport() : articleReport(); });
+    desk().print(*read);
 }
 
 QString StockListForm::amountPattern() {

@@ -3,6 +3,7 @@
 #include "printing/report.h"
 #include "reference/code_kinds.h"
 #include "stock/labels.h"
+#include "ui/progress.h"
 
 namespace molven {
 
@@ -95,9 +96,11 @@ PatientEnquiry PatientForm::typed() const {
 void PatientForm::select() {
     enquiry_ = typed();
     clearSelection(patient_enquiry::words(enquiry_));
-    patient_enquiry::select(units_, enquiry_); // refuses what is not one
-    showRows([this](const Criterion& filter, const Order& order) {
-        return patient_enquiry::rows(units_, enquiry_, filter, order);
+    patiently(*this, workspace_, QStringLiteral("Recherche des produits"), [this] {
+        patient_enquiry::select(units_, enquiry_); // refuses what is not one
+        showRows([this](const Criterion& filter, const Order& order) {
+            return patient_enquiry::rows(units_, enquiry_, filter, order);
+        });
     });
 }
 

@@ -127,7 +127,6 @@ void UnitCard::buildTray() {
                QStringLiteral("pose"), [this] { implant(); });
     for (const FieldBox& box : implantation_.boxes->boxes())
         form_.bind(box.field->name, implantation_.boxes->edit(*box.field));
-    tray_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     tray_->hide();
 }
 
@@ -174,6 +173,7 @@ void UnitCard::openTray(Entry& entry, const Record& shown) {
     entry.boxes->load(shown);
     entry.codes->showWords();
     tray_->setCurrentWidget(entry.page);
+    tray_->setFixedHeight(entry.page->sizeHint().height());
     tray_->show();
     entry.boxes->edit(*entry.boxes->boxes().first().field)->setFocus();
 }
