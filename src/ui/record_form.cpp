@@ -53,7 +53,7 @@ void RecordForm::build(const Description& description) {
     split->addWidget(left);
     split->addWidget(right);
     split->setStretchFactor(1, 1);
-    split->setSizes({350, 910});
+    split->setSizes({320, 940});
     split->setChildrenCollapsible(false);
     const QString place = habit() + QStringLiteral("/partage");
     split->restoreState(this->desk().habits.value(place).toByteArray());

@@ -102,7 +102,7 @@ TEST_F(UnitLists, TellTheNameBehindACode) {
     };
     grid.showNames(true);
     EXPECT_EQ(shown(strproduit.num_dep), QStringLiteral("DEPOT PRINCIPAL"));
-    EXPECT_EQ(shown(strproduit.lot_art), QStringLiteral("L1")) << "no code";
+    EXPECT_EQ(shown(strproduit.lot_art), QStringLiteral("LOT-1")) << "no code";
     EXPECT_EQ(tipOver(strproduit.num_dep), QStringLiteral("001  DEPOT PRINCIPAL"));
     EXPECT_TRUE(grid.csv().contains(QStringLiteral(";001;"))) << "what is exported stays the code";
     open();

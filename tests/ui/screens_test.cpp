@@ -177,9 +177,9 @@ TEST_F(EveryScreen, ShowsARecordWholeOnASmallScreen) {
 TEST_F(EveryScreen, AnswersTheStandardKeys) {
     const std::pair<Qt::Key, QStringList> keys[] = {
         {Qt::Key_N, {QStringLiteral("CmdAjout")}},
-        {Qt::Key_H, {QStringLiteral("Cmdhisto")}},
         {Qt::Key_P, {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt")}},
-        {Qt::Key_S, {QStringLiteral("cmdvalide"), QStringLiteral("Cmdvalstk")}}};
+        {Qt::Key_S, {QStringLiteral("cmdvalide"), QStringLiteral("Cmdvalstk")}},
+        {Qt::Key_H, {QStringLiteral("Cmdhisto")}}};
     int answered = 0;
     walk([&](Form& form) {
         for (const auto& [key, names] : keys)

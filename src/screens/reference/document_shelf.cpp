@@ -39,8 +39,8 @@ DocumentShelf::DocumentShelf(Form& form)
     row->addWidget(choose);
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
+    layout->addLayout(row); // away from the buttons of the record
     layout->addWidget(grid_);
-    layout->addLayout(row);
 }
 
 void DocumentShelf::show(const QString& folder) {

@@ -110,6 +110,7 @@ LppCodificationForm::LppCodificationForm(Desk& desk)
 
 void LppCodificationForm::run() {
     QList<lpp_codification::Fault> faults;
+    const QString before = step_->text();
     const bool done = guarded([&] {
         faults = lpp_codification::run(session(), [this](const QString& title) {
             step_->setText(title);
@@ -117,7 +118,7 @@ void LppCodificationForm::run() {
             return progress(*this, title);
         });
     });
-    if (!done) return step_->clear();
+    if (!done) return step_->setText(before);
     notify(QStringLiteral("Traitement termine"));
     if (faults.isEmpty()) return;
     Report report(QStringLiteral("Liste des erreurs - Codification des LPP à partir des codes TIPS"),
