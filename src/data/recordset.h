@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/criteria.h"
+#include "data/progress.h"
 #include "data/record.h"
 
 #include <QHash>
@@ -89,8 +90,6 @@ public:
     /// Those of these records, in their order, of which one of the fields begins with the text. Only indexes are read:
     /// a field that none serves is not looked at. Read again, it is the whole selection.
     Recordset beginningWith(const QList<const Field*>& fields, const QString& text) const;
-    /// Told how many records were looked at; false stops.
-    using Progress = std::function<bool(int done, int total)>;
     /// Those of these records, in their order, that meet the criterion; nothing when it was stopped. Read again, it is
     /// the whole selection.
     std::optional<Recordset> meeting(const Criterion& criterion, const Progress& progress) const;

@@ -5,9 +5,10 @@
 
 namespace molven {
 
-/// Throws Refusal with this text (UTF-8) and the field unless `held`.
-inline void require(bool held, const char* message, const Field& field) {
-    if (!held) throw Refusal(QString::fromUtf8(message), field.name);
+/// Throws Refusal with this text and the control or field unless `held`.
+inline void require(bool held, const QString& message, const QString& field) {
+    if (!held) throw Refusal(message, field);
 }
+inline void require(bool held, const QString& message, const Field& field) { require(held, message, field.name); }
 
 } // namespace molven

@@ -40,6 +40,7 @@ void Statement::step() {
     }
     const DataError error = sqlite::fault(connection_);
     sqlite3_reset(statement_);
+    if (code == SQLITE_INTERRUPT) throw Refusal(QStringLiteral("Opération abandonnée"));
     throw error;
 }
 

@@ -75,6 +75,14 @@ Statement& Workspace::run(const QString& sql, const QStringList& values) {
     return *statement;
 }
 
+Watch::Watch(Workspace& workspace, std::function<bool()> goesOn) : workspace_(workspace), goesOn_(std::move(goesOn)) {
+    constexpr int Steps = 20'000; // a few milliseconds of the engine's work
+    sqlite3_progress_handler(
+        workspace_.connection_, Steps, [](void* self) { return static_cast<Watch*>(self)->goesOn_() ? 0 : 1; }, this);
+}
+
+Watch::~Watch() { sqlite3_progress_handler(workspace_.connection_, 0, nullptr, nullptr); }
+
 Transaction::Transaction(Workspace& workspace, const QString& deed)
     : workspace_(workspace), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
     workspace_.run(depth_ == 0 ? QStringLiteral("begin immediate") : QStringLiteral("savepoint ") + savepoint());

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -31,6 +32,7 @@ public:
 
 private:
     friend class Transaction;
+    friend class Watch;
     friend class Database;
     friend class Recordset;
     friend class Journal;
@@ -52,6 +54,20 @@ private:
     QString deed_;                  ///< what they do, for the journal
     QString moment_;                ///< when the outermost first wrote to a journal; empty before
     QHash<QString, bool> journals_; ///< file -> whether it keeps a journal, as known in this transaction
+};
+
+/// While it lives, long statements of a workspace ask every few milliseconds whether to go on. Stopped, a statement
+/// throws Refusal; the transaction it wrote in is undone.
+class Watch {
+public:
+    Watch(Workspace& workspace, std::function<bool()> goesOn);
+    ~Watch();
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+private:
+    Workspace& workspace_;
+    std::function<bool()> goesOn_;
 };
 
 /// A scope that writes all or nothing: rolls back unless commit() was called. A transaction inside another leaves the

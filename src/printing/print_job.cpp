@@ -35,7 +35,14 @@ void PrintJob::setBold(bool bold) {
 }
 
 void PrintJob::print(const QString& text) {
-    if (!text.isEmpty()) pieces_.append({page_, x_, y_, font_, text});
+    if (text.isEmpty()) return;
+    onPage_[page_].pieces.append(pieces_.size());
+    pieces_.append({page_, x_, y_, font_, text});
+}
+
+void PrintJob::bar(int width, int height) {
+    onPage_[page_].bars.append(bars_.size());
+    bars_.append({page_, x_, y_, width, height});
 }
 
 int PrintJob::print(const QString& text, int width, int lineStep) {
@@ -85,10 +92,11 @@ void PrintJob::paint(QPainter& painter, int page) const {
     painter.save();
     const double dotsPerTwip = static_cast<double>(painter.device()->logicalDpiX()) / TwipsPerInch;
     painter.scale(dotsPerTwip, dotsPerTwip);
-    for (const PrintedBar& bar : bars_)
-        if (bar.page == page) painter.fillRect(bar.x, bar.y, bar.width, bar.height, Qt::black);
-    for (const PrintedText& piece : pieces_) {
-        if (piece.page != page) continue;
+    const Page shown = onPage_.value(page);
+    for (const qsizetype i : shown.bars)
+        painter.fillRect(bars_[i].x, bars_[i].y, bars_[i].width, bars_[i].height, Qt::black);
+    for (const qsizetype i : shown.pieces) {
+        const PrintedText& piece = pieces_[i];
         const QFont font = inTwips(piece.font);
         painter.setFont(font);
         double baseline = piece.y + QFontMetricsF(font).ascent();
@@ -107,7 +115,7 @@ QPageLayout PrintJob::pageLayout() const {
             QMarginsF(margin, margin, margin, margin), QPageLayout::Point};
 }
 
-void PrintJob::savePdf(const QString& path) const {
+void PrintJob::savePdf(const QString& path, const Progress& told) const {
     QByteArray bytes;
     QBuffer file(&bytes);
     file.open(QIODevice::WriteOnly);
@@ -117,6 +125,7 @@ void PrintJob::savePdf(const QString& path) const {
     writer.setResolution(600);
     QPainter painter(&writer);
     for (int page = 0; page < pages(); ++page) {
+        tell(told, page, pages());
         if (page > 0) writer.newPage();
         paint(painter, page);
     }

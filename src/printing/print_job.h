@@ -1,7 +1,10 @@
 #pragma once
 
+#include "data/progress.h"
+
 #include <QFont>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QList>
 #include <QPageLayout>
 #include <QStringList>
@@ -51,7 +54,7 @@ public:
     /// A text broken at its blanks to lines of that width in the current font; a longer word is cut.
     QStringList lines(const QString& text, int width) const;
     /// Fills a rectangle at the current position.
-    void bar(int width, int height) { bars_.append({page_, x_, y_, width, height}); }
+    void bar(int width, int height);
     void newPage() { toPage(lastPage_ + 1); }
     /// Goes on writing on a page, the first is 0.
     void toPage(int page) { page_ = page, lastPage_ = std::max(lastPage_, page); }
@@ -69,8 +72,8 @@ public:
     void paint(QPainter& painter, int page) const;
     /// The paper of the job and its margins.
     QPageLayout pageLayout() const;
-    /// PDF on the job's paper. Throws Refusal when the file cannot be written.
-    void savePdf(const QString& path) const;
+    /// PDF on the job's paper. Throws Refusal when the file cannot be written, or its user stopped it.
+    void savePdf(const QString& path, const Progress& told = {}) const;
 
     static constexpr int MarginTwips = 284; ///< 5 mm on every side
     /// Sides of the printable page, twips.
@@ -88,6 +91,11 @@ private:
     int x_ = 0, y_ = 0, page_ = 0, lastPage_ = 0;
     QList<PrintedText> pieces_;
     QList<PrintedBar> bars_;
+    /// What stands on one page, by its place among all.
+    struct Page {
+        QList<qsizetype> pieces, bars;
+    };
+    QHash<int, Page> onPage_;
 };
 
 } // namespace molven

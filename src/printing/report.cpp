@@ -21,7 +21,6 @@ void Report::say(const QString& words) {
 
 void Report::row(const QStringList& cells) {
     ++rows_;
-    table_.measure(cells);
     lines_.append({Line::Kind::Row, cells});
 }
 
@@ -32,9 +31,10 @@ void Report::total(const QString& text) { lines_.append({Line::Kind::Total, {tex
 /// Lays the lines of a report out on pages; the headings come last, when the number of pages is known.
 class ReportWriter {
 public:
-    ReportWriter(const Report& report, const QString& company, const QString& date)
+    ReportWriter(const Report& report, const QString& company, const QString& date, const Progress& told)
         : report_(report),
-          table_(report.table_),
+          told_(told),
+          table_(measured()),
           job_(report.title_, isLying() ? Orientation::Lying : Orientation::Upright),
           width_(TextWidth[isLying()]),
           company_(company),
@@ -45,7 +45,11 @@ public:
 
     PrintJob write() {
         y_ = top_ + table_.printTitles(job_, FilingMargin, top_);
-        for (qsizetype i = 0; i < report_.lines_.size(); ++i) writeLine(i);
+        const qsizetype lines = report_.lines_.size();
+        for (qsizetype i = 0; i < lines; ++i) {
+            tell(told_, lines + i, 2 * lines); // the first half was the measuring
+            writeLine(i);
+        }
         writeCount();
         for (int page = 0; page < job_.pages(); ++page) printHeading(page);
         return job_;
@@ -54,7 +58,19 @@ public:
 private:
     using Line = Report::Line;
 
-    bool isLying() const { return report_.table_.naturalWidth() > TextWidth[0]; }
+    bool isLying() const { return naturalWidth_ > TextWidth[0]; }
+
+    /// The columns as wide as what they hold.
+    PaperTable measured() {
+        PaperTable table = report_.table_;
+        const qsizetype lines = report_.lines_.size();
+        for (qsizetype i = 0; i < lines; ++i) {
+            tell(told_, i, 2 * lines);
+            if (report_.lines_[i].kind == Line::Kind::Row) table.measure(report_.lines_[i].cells);
+        }
+        naturalWidth_ = table.naturalWidth();
+        return table;
+    }
 
     int height(qsizetype i) const {
         if (i >= report_.lines_.size()) return 0;
@@ -134,6 +150,8 @@ private:
     }
 
     const Report& report_;
+    const Progress& told_;
+    int naturalWidth_ = 0; ///< of the table, before it is fitted to the paper
     PaperTable table_;
     PrintJob job_;
     const int width_;
@@ -142,8 +160,8 @@ private:
     int top_ = 0, y_ = 0;
 };
 
-PrintJob Report::print(const QString& company, const QString& date) const {
-    return ReportWriter(*this, company, date).write();
+PrintJob Report::print(const QString& company, const QString& date, const Progress& told) const {
+    return ReportWriter(*this, company, date, told).write();
 }
 
 } // namespace molven

@@ -23,7 +23,8 @@ public:
 
     qsizetype rows() const { return rows_; }
     /// The list of this company on paper, its pages numbered; the date is "dd/mm/yyyy".
-    PrintJob print(const QString& company, const QString& date) const;
+    /// Throws Refusal when its user stopped it.
+    PrintJob print(const QString& company, const QString& date, const Progress& told = {}) const;
 
 private:
     friend class ReportWriter;

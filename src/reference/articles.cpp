@@ -1,6 +1,7 @@
 #include "reference/articles.h"
 
 #include "data/errors.h"
+#include "data/require.h"
 #include "reference/codes.h"
 #include "reference/ean.h"
 #include "reference/parameter_tables.h"
@@ -73,10 +74,6 @@ Entry entryOf(const Record& article) {
 }
 
 namespace {
-
-void require(bool held, const char* message, const QString& field) {
-    if (!held) throw Refusal(QString::fromUtf8(message), field);
-}
 
 bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
 

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "data/require.h"
 #include "reference/article_tables.h"
 #include "reference/codes.h"
 #include "reference/parameter_tables.h"
@@ -46,10 +47,6 @@ const QString NoCode = QStringLiteral(" Code obligatoire");
 const QString NoLabel = QStringLiteral(" Libellé obligatoire");
 const QString Exists = QStringLiteral("Ce code existe déjà");
 const QString Missing = QStringLiteral("Ce code n'existe pas");
-
-void require(bool held, const QString& message, const Field& field) {
-    if (!held) throw Refusal(message, field.name);
-}
 
 void requireBetween(const Record& record, const Number& field, const Decimal& least, const Decimal& most,
                     const QString& message) {

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "data/require.h"
 #include "reference/codes.h"
 #include "reference/parameters.h"
 
@@ -12,10 +13,6 @@
 namespace molven::parties {
 
 namespace {
-
-void require(bool held, const QString& message, const Field& field) {
-    if (!held) throw Refusal(message, field.name);
-}
 
 bool isNumber(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });

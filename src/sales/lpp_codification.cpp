@@ -24,15 +24,22 @@ std::optional<Fault> codify(Database molven, const Record& article) {
 }
 
 /// Every unit follows its article, even one that is no longer followed by unit.
-void carryIntoUnits(Database molven) {
-    for (const QString& reference : molven.countBy(strproduit, strproduit.ref_art).keys())
+void carryIntoUnits(Database molven, const Progress& told) {
+    const QStringList references = molven.countBy(strproduit, strproduit.ref_art).keys();
+    for (qsizetype i = 0; i < references.size(); ++i) {
+        const QString& reference = references[i];
+        tell(told, i, references.size());
         if (const auto article = articles::find(molven, reference))
             molven.update(strproduit, {{strproduit.pro_lpp, std::as_const(*article)[strarticle.art_lpp]}},
                           strproduit.ref_art == reference);
+    }
 }
 
-void carryIntoOpenNotes(Database molven, Database vente) {
-    for (const Record& note : vente.select(strlive, !(strlive.fac_cpt == documents::Transferred))) {
+void carryIntoOpenNotes(Database molven, Database vente, const Progress& told) {
+    const Recordset notes = vente.select(strlive, !(strlive.fac_cpt == documents::Transferred));
+    qsizetype done = 0;
+    for (const Record& note : notes) {
+        tell(told, done++, notes.count());
         const Criterion lines = strlivl.fac_no == note[strlive.fac_no] && strlivl.fac_aa == note[strlive.fac_aa] &&
                                 strlivl.fac_lg != QStringLiteral("000");
         for (const QString& reference : vente.countBy(strlivl, strlivl.fac_ref, lines).keys()) {
@@ -46,19 +53,23 @@ void carryIntoOpenNotes(Database molven, Database vente) {
 
 } // namespace
 
-QList<Fault> run(const Session& session, const std::function<void(const QString& title)>& step) {
+QList<Fault> run(const Session& session, const std::function<Progress(const QString& title)>& step) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database vente = workspace.open(session.vente());
     Transaction transaction(workspace, QStringLiteral("Codification LPP"));
     QList<Fault> faults;
-    step(QStringLiteral("Mise à Jour des fiches Articles"));
-    for (const Record& article : molven.select(strarticle, strarticle.art_tip != QString(), strarticle.art_ref))
+    const Recordset articles = molven.select(strarticle, strarticle.art_tip != QString(), strarticle.art_ref);
+    Progress told = step(QStringLiteral("Mise à Jour des fiches Articles"));
+    qsizetype done = 0;
+    for (const Record& article : articles) {
+        tell(told, done++, articles.count());
         if (const auto fault = codify(molven, article)) faults.append(*fault);
-    step(QStringLiteral("Mise à jour des des fiches Produits"));
-    carryIntoUnits(molven);
-    step(QStringLiteral("Mise à jour des des lignes des Bons Livraison"));
-    carryIntoOpenNotes(molven, vente);
+    }
+    told = step(QStringLiteral("Mise à jour des des fiches Produits"));
+    carryIntoUnits(molven, told);
+    told = step(QStringLiteral("Mise à jour des des lignes des Bons Livraison"));
+    carryIntoOpenNotes(molven, vente, told);
     transaction.commit();
     return faults;
 }

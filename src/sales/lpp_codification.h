@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/progress.h"
 #include "shell/session.h"
 
 #include <QList>
@@ -18,7 +19,8 @@ struct Fault {
 };
 
 /// Derives the articles' LPP codes from their TIPS codes, then carries them into the units and into the lines of the
-/// delivery notes not yet invoiced. All in one transaction. `step` is told the title of each step as it begins.
-QList<Fault> run(const Session& session, const std::function<void(const QString& title)>& step);
+/// delivery notes not yet invoiced. All in one transaction. `step` is told the title of each step as it begins, and
+/// answers who is told how far it is; stopped, nothing is changed and Refusal is thrown.
+QList<Fault> run(const Session& session, const std::function<Progress(const QString& title)>& step);
 
 } // namespace molven::lpp_codification

@@ -77,7 +77,7 @@ DeliveredUnit read(Database molven, const QString& scanned, const QList<Delivere
 }
 
 QList<receipts::Created> receive(UnitFiles files, const CompanyRules& rules, const Receipt& delivery,
-                                 const QList<DeliveredUnit>& units, const receipts::Progress& progress) {
+                                 const QList<DeliveredUnit>& units, const Progress& progress) {
     if (units.isEmpty()) refuse(QStringLiteral("Aucun produit lu"));
     const auto total = static_cast<int>(units.size());
     int done = 0;

@@ -26,7 +26,7 @@ DeliveredUnit read(Database molven, const QString& scanned, const QList<Delivere
 /// get one run of numbers. `delivery` gives what they have in common: supplier, order, delivery, depot, operator,
 /// currency. Throws Refusal with the first fault, behind the unit it is about; then nothing is received.
 QList<receipts::Created> receive(UnitFiles files, const CompanyRules& rules, const Receipt& delivery,
-                                 const QList<DeliveredUnit>& units, const receipts::Progress& progress = {});
+                                 const QList<DeliveredUnit>& units, const Progress& progress = {});
 
 } // namespace deliveries
 } // namespace molven

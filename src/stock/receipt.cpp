@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "data/require.h"
 #include "reference/articles.h"
 #include "reference/code_kinds.h"
 #include "reference/codes.h"
@@ -20,10 +21,6 @@ namespace molven::receipts {
 namespace {
 
 bool filled(const QString& value) { return !value.trimmed().isEmpty(); }
-
-void require(bool held, const char* message, const char* field) {
-    if (!held) throw Refusal(QString::fromUtf8(message), QString::fromLatin1(field));
-}
 
 } // namespace
 
@@ -258,7 +255,7 @@ Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& recei
                                       ? Immatriculation::next(files, dateFromText(receipt.deliveryDate), quantity)
                                       : Immatriculation::imposed(files, receipt.firstNumber, quantity);
     for (int i = 0; i < quantity; ++i) {
-        if (progress && !progress(i, quantity)) throw Refusal(QStringLiteral("Opération abandonnée"));
+        tell(progress, i, quantity);
         const Immatriculation immatriculation = first.plus(i);
         unit[strproduit.imm_art] = immatriculation.number();
         unit[strproduit.pro_ann] = immatriculation.century();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/progress.h"
 #include "shell/company_rules.h"
 #include "stock/immatriculation.h"
 
@@ -39,8 +40,6 @@ struct Created {
 
 /// The article of a receipt. Throws Refusal when it is unknown or not followed by unit.
 Record followedArticle(Database molven, const QString& reference);
-/// Told how many units are done; false abandons the receipt, which then writes nothing.
-using Progress = std::function<bool(int done, int total)>;
 /// Creates the units and updates the article's quantity, average and last purchase price, in one transaction. Throws
 /// Refusal with the first fault of the receipt, in the order of the screen.
 Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});

@@ -1,9 +1,7 @@
 #include "ui/cell_tips.h"
 
-#include "data/database.h"
 #include "data/errors.h"
-#include "reference/codes.h"
-#include "ui/form.h"
+#include "ui/code_names.h"
 #include "ui/grid.h"
 
 #include <QHelpEvent>
@@ -33,18 +31,14 @@ QString CellTips::tipOf(const QModelIndex& cell) const {
     return grid_.fontMetrics().horizontalAdvance(text) > room ? text : QString();
 }
 
-/// A tip is worth no message: where the codes cannot be read, there is none.
+/// Where the name stands in the cell, the code too.
 QString CellTips::wordsBehind(const QModelIndex& cell) const {
     const Field& field = *grid_.rows().columns()[cell.column()].field;
-    auto* form = dynamic_cast<Form*>(grid_.window());
     try {
         const auto row = grid_.rows().record(cell.row());
-        const CodeKind* kind = form && row ? codes::kindOf(field, *row) : nullptr;
-        if (!kind || kind->key == &field) return {};
-        const QString code = row->value(field);
-        if (!kind->table) return kind->meanings.value(kind->letters.indexOf(code));
-        Workspace workspace;
-        return codes::words(workspace.open(form->session().path(kind->file)), field, *kind, code);
+        const QString words = row ? grid_.names().of(field, *row) : QString();
+        const bool isNamed = !words.isEmpty() && grid_.rows().showsNames();
+        return isNamed ? row->value(field) + QStringLiteral("  ") + words : words;
     } catch (const DataError&) {
         return {};
     }

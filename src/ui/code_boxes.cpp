@@ -6,8 +6,6 @@
 #include "ui/pick_lists.h"
 #include "ui/record_panel.h"
 
-#include <QAbstractButton>
-
 namespace molven {
 
 CodeBoxes::CodeBoxes(Form& form, RecordPanel& panel, const QHash<DataFile, Database>& files)
@@ -19,14 +17,23 @@ void CodeBoxes::wire(const std::function<void(const Field&)>& changed) {
     for (const FieldBox& box : panel_.boxes()) {
         const Field& field = *box.field;
         if (!field.code) continue;
-        Edit* edit = panel_.edit(field);
-        form_.onLeft(edit, [this, &field] { leave(field); });
-        form_.onPick(edit, [this, edit, &field] {
-            if (!edit->isReadOnly()) openList(field);
-        });
-        if (QAbstractButton* list = panel_.listButton(field)) // the form may have put a list of its own there
-            QObject::connect(list, &QAbstractButton::clicked, &form_, [this, edit] { form_.openPicker(edit); });
+        form_.onLeft(panel_.edit(field), [this, &field] { leave(field); });
+        form_.onPick(
+            panel_.edit(field), [this, &field] { openList(field); }, panel_.listButton(field));
     }
+}
+
+void CodeBoxes::list(const Field& field, const std::function<PickList()>& makeList) {
+    form_.onPick(panel_.edit(field), [this, makeList] { form_.pick(makeList()); });
+}
+
+std::function<void(const Record&)> CodeBoxes::put(const Field& field, const Field& from) {
+    return [this, &field, &from](const Record& row) { take(field, row.value(from)); };
+}
+
+void CodeBoxes::take(const Field& field, const QString& code) {
+    panel_.edit(field)->put(code);
+    form_.guarded([this, &field] { leave(field); });
 }
 
 void CodeBoxes::offer() {
@@ -60,21 +67,16 @@ std::optional<CodeBoxes::Box> CodeBoxes::boxOf(const Field& field) const {
 void CodeBoxes::leave(const Field& field) {
     const auto box = boxOf(field);
     Edit* edit = panel_.edit(field);
-    if (box) edit->put(codes::completed(box->file, box->kind, edit->value()));
+    if (box && !edit->takesScans) edit->put(codes::completed(box->file, box->kind, edit->value()));
     changed_(field);
     if (box && refusing_.contains(&field)) codes::require(box->file, field, box->kind, edit->value());
 }
 
 void CodeBoxes::openList(const Field& field) {
-    const auto put = [this, &field](const QString& code) {
-        panel_.edit(field)->put(code);
-        form_.guarded([this, &field] { leave(field); });
-    };
-    if (!field.code->letters.isEmpty()) return form_.pick(pick_lists::letters(*field.code, put));
-    const auto box = boxOf(field);
-    if (!box) return;
-    form_.pick(pick_lists::codes(box->file, box->kind,
-                                 [put, key = box->kind.key](const Record& row) { put(row.value(*key)); }));
+    if (!field.code->letters.isEmpty())
+        return form_.pick(
+            pick_lists::letters(*field.code, [this, &field](const QString& letter) { take(field, letter); }));
+    if (const auto box = boxOf(field)) form_.pick(pick_lists::codes(box->file, box->kind, put(field, *box->kind.key)));
 }
 
 void CodeBoxes::showWords() {

@@ -2,6 +2,7 @@
 
 #include "data/code_kind.h"
 #include "data/database.h"
+#include "ui/pick_panel.h"
 
 #include <QHash>
 
@@ -22,10 +23,13 @@ public:
 
     /// Value of a field that has no box here and on which the kind of another depends.
     std::function<QString(const Text& field)> valueOf = [](const Text&) { return QString(); };
-    /// Takes over the leaving of the boxes and their lists; `changed` is run when one was left or chosen for.
+    /// Takes over the leaving of the boxes and their lists; `changed` is run when one was left or chosen for. What a
+    /// scanner may have typed is left as it is, for `changed` to take.
     void wire(const std::function<void(const Field&)>& changed);
-    /// Offers codes while one is typed; for screens that take over leaving and lists themselves.
-    void offer();
+    /// Another list behind a box than its kind's; it opens while the box is open.
+    void list(const Field& field, const std::function<PickList()>& makeList);
+    /// Puts what a list gave into a box, which is left then as if it had been typed.
+    std::function<void(const Record&)> put(const Field& field, const Field& from);
     /// Leaving these boxes also refuses a code that they may not hold; the others are refused when the record is
     /// written.
     void refuseOnLeaving(const QList<const Field*>& fields) { refusing_ = fields; }
@@ -34,6 +38,8 @@ public:
     void showWords();
 
 private:
+    void offer();
+    void take(const Field& field, const QString& code);
     /// What a code box is worked with; nothing where the record gives the field no kind.
     struct Box {
         const CodeKind& kind;

@@ -14,6 +14,11 @@
 
 namespace molven {
 
+CodeTableForm::CodeTableForm(Desk& desk, const QString& name)
+    : Form(desk, name), entry_(*this, QStringLiteral("Une fiche est en cours d'ajout : validez-la ou annulez")) {
+    entry_.isTyped = [this] { return panel_->differsFrom(shownRecord()); }; // its boxes are open all the time
+}
+
 void CodeTableForm::build(const CodeTableView& view) {
     view_.emplace(view);
     auto* caption = new QLabel(view.caption, this);
@@ -43,28 +48,30 @@ void CodeTableForm::build(const CodeTableView& view) {
     layout->addLayout(buttonRow());
     resize(860, 620);
     applyTitle(view.title);
-    shown_ = blank();
-    setAdding(false);
+    entry_.view(blank());
+    adapt();
     showRow(0);
     grid_->setFocus();
 }
 
 QLayout* CodeTableForm::buttonRow() {
-    add_ = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startAdding(); });
+    auto* add = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startAdding(); });
     change_ = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { write(); });
-    remove_ = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { remove(); });
+    auto* remove = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { this->remove(); });
     validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { write(); });
     abandon_ = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { refresh(); });
     auto* printButton = button(QStringLiteral("Cmdvisu"), QStringLiteral("&Imprimer"), [this] { print(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
+    entry_.add(RecordState::Acts::Idle, {add, change_, remove});
+    entry_.add(RecordState::Acts::Entering, {validate_});
     extraButtons_ = new QHBoxLayout;
     auto* row = new QHBoxLayout;
-    for (QPushButton* made : {add_, change_, remove_}) row->addWidget(made);
+    for (QPushButton* made : {add, change_, remove}) row->addWidget(made);
     row->addLayout(extraButtons_);
     row->addStretch();
     for (QPushButton* made : {validate_, abandon_, printButton, quit}) row->addWidget(made);
     if (view_->hasFixedRows)
-        for (QPushButton* made : {add_, remove_, validate_}) made->hide();
+        for (QPushButton* made : {add, remove, validate_}) made->hide();
     return row;
 }
 
@@ -74,12 +81,9 @@ Record CodeTableForm::blank() const {
     return record;
 }
 
-void CodeTableForm::setAdding(bool adding) {
-    adding_ = adding;
+void CodeTableForm::adapt() {
+    const bool adding = entry_.isEntering();
     grid_->setEnabled(!adding);
-    for (QPushButton* made : {add_, change_, remove_})
-        allow(made, !adding, QStringLiteral("Une fiche est en cours d'ajout : validez-la ou annulez"));
-    allow(validate_, adding, QStringLiteral("Rien n'est en cours d'ajout"));
     setDefaultButton(adding ? validate_ : nullptr); // beside it, Return walks from box to box
     setCancelButton(adding ? abandon_ : nullptr, true);
 }
@@ -112,8 +116,6 @@ QString CodeTableForm::nameOf(const Record& record) const {
     return name;
 }
 
-bool CodeTableForm::hasUnsavedWork() const { return panel_->differsFrom(*shown_); }
-
 void CodeTableForm::left(const Field& field) { keyFields().contains(&field) ? lookUp() : showWords(); }
 
 void CodeTableForm::showWords() {
@@ -134,23 +136,24 @@ void CodeTableForm::completeKey() {
 }
 
 void CodeTableForm::lookUp() {
-    if (!adding_ && isKeyTyped()) completeKey();
-    const auto found = !adding_ && isKeyTyped() ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
-    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(*shown_).values) return showWords();
-    Record underTypedKey = *shown_; // another key is no work that would be lost, the other boxes are
+    const bool searching = !entry_.isEntering() && isKeyTyped();
+    if (searching) completeKey();
+    const auto found = searching ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
+    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(shownRecord()).values) return showWords();
+    Record underTypedKey = shownRecord(); // another key is no work that would be lost, the other boxes are
     for (const Text* key : view_->kind.key)
         if (panel_->edit(*key)) underTypedKey.set(*key, typed(*key));
     if (!panel_->differsFrom(underTypedKey) || mayLoseWork()) return show(*found);
     for (const Text* key : view_->kind.key)
-        if (Edit* edit = panel_->edit(*key)) edit->put(shown_->value(*key));
+        if (Edit* edit = panel_->edit(*key)) edit->put(shownRecord().value(*key));
     showWords();
 }
 
 /// Another row became current: its record comes up, unless the user keeps what is typed over the one shown.
 void CodeTableForm::bringUp(const Record& row) {
-    if (adding_) return;
-    if (view_->kind.sameKey(row).values != view_->kind.sameKey(*shown_).values && !mayLoseWork()) {
-        const auto back = [this] { grid_->followRecord(*shown_, keyFields()); };
+    if (entry_.isEntering()) return;
+    if (view_->kind.sameKey(row).values != view_->kind.sameKey(shownRecord()).values && !mayLoseWork()) {
+        const auto back = [this] { grid_->followRecord(shownRecord(), keyFields()); };
         QTimer::singleShot(0, this, back); // once the click is over
         return;
     }
@@ -159,10 +162,11 @@ void CodeTableForm::bringUp(const Record& row) {
 
 void CodeTableForm::show(const Record& record) {
     const auto fresh = view_->database.find(view_->kind.table, view_->kind.sameKey(record));
-    shown_ = fresh ? *fresh : blank();
-    panel_->load(*shown_);
+    entry_.view(fresh ? *fresh : blank());
+    adapt();
+    panel_->load(shownRecord());
     showWords();
-    grid_->followRecord(*shown_, keyFields());
+    grid_->followRecord(shownRecord(), keyFields());
 }
 
 /// Shows the record of a row, the last one when there are fewer; empty boxes for an empty table.
@@ -173,9 +177,9 @@ void CodeTableForm::showRow(int row) {
 
 void CodeTableForm::startAdding() {
     if (!mayLoseWork()) return;
-    shown_ = blank();
-    panel_->load(*shown_);
-    setAdding(true);
+    entry_.startAdding(blank());
+    adapt();
+    panel_->load(shownRecord());
     showWords();
     Edit* first = panel_->edit(*panel_->boxes().first().field);
     first->setFocus();
@@ -191,26 +195,19 @@ void CodeTableForm::save(const Record& record, const std::optional<Record>& befo
 
 /// Writes the record shown; false when another workstation had changed it meanwhile.
 bool CodeTableForm::changed(const Record& record) {
-    const auto fresh = [this] {
-        const auto found = view_->database.find(view_->kind.table, view_->kind.sameKey(*shown_));
-        if (!found) throw Refusal(QStringLiteral("Cette fiche a été supprimée par un autre poste"));
-        return *found;
-    };
-    const auto reread = [&] {
-        const Record now = fresh();
-        panel_->reread(*shown_, now);
-        shown_ = now;
-    };
-    return written([&] { save(record, shown_); }, [&] { return panel_->changesOf(*shown_, fresh()); }, reread);
+    return entry_.change(
+        [&] { save(record, shownRecord()); }, *panel_,
+        [this] { return view_->database.find(view_->kind.table, view_->kind.sameKey(shownRecord())); });
 }
 
 void CodeTableForm::write() {
-    Record record = *shown_;
+    const bool adding = entry_.isEntering();
+    Record record = shownRecord();
     panel_->store(record);
     // A code typed over the one brought up names another record, or none.
-    if (!adding_ && isKeyTyped() && view_->database.count(view_->kind.table, typedKey()) == 0)
+    if (!adding && isKeyTyped() && view_->database.count(view_->kind.table, typedKey()) == 0)
         throw Refusal(view_->kind.missing, view_->kind.key.last()->name);
-    if (adding_)
+    if (adding)
         save(record, std::nullopt);
     else if (!changed(record))
         return;
@@ -238,7 +235,7 @@ void CodeTableForm::remove() {
 }
 
 void CodeTableForm::refresh() {
-    const Record before = *shown_;
+    const Record before = shownRecord();
     endEntry();
     if (view_->database.count(view_->kind.table, view_->kind.sameKey(before)) > 0)
         show(before);
@@ -248,19 +245,9 @@ void CodeTableForm::refresh() {
 }
 
 void CodeTableForm::endEntry() {
-    setAdding(false);
+    entry_.view(entry_.record());
+    adapt();
     grid_->rows().refresh();
-}
-
-std::function<void(const Record&)> CodeTableForm::put(const Field& field, const Field& from) {
-    return [this, &field, &from](const Record& row) {
-        panel_->edit(field)->put(row.value(from));
-        left(field);
-    };
-}
-
-void CodeTableForm::picker(const Field& field, const std::function<PickList()>& list) {
-    onPick(panel_->edit(field), [this, list] { pick(list()); });
 }
 
 void CodeTableForm::print() {

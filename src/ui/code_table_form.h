@@ -5,6 +5,7 @@
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/record_panel.h"
+#include "ui/record_state.h"
 
 class QHBoxLayout;
 
@@ -30,10 +31,10 @@ struct CodeTableView {
 /// up; it is changed, deleted, or a new one is added; the list is printed.
 class CodeTableForm : public Form {
 protected:
-    CodeTableForm(Desk& desk, const QString& name) : Form(desk, name) {}
+    CodeTableForm(Desk& desk, const QString& name);
     /// Builds the screen; called once by the subclass.
     void build(const CodeTableView& view);
-    QPushButton* validation() const override { return adding_ ? validate_ : change_; }
+    QPushButton* validation() const override { return entry_.isEntering() ? validate_ : change_; }
 
     /// The codes on the screen changed, the words beside them stand: what else follows from them.
     virtual void shown() {}
@@ -45,14 +46,14 @@ protected:
     RecordPanel& panel() { return *panel_; }
     QString typed(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
     /// Puts what a list gave into a box.
-    std::function<void(const Record&)> put(const Field& field, const Field& from);
+    std::function<void(const Record&)> put(const Field& field, const Field& from) { return codes_->put(field, from); }
     /// Another list behind a code box than its kind's.
-    void picker(const Field& field, const std::function<PickList()>& list);
+    void picker(const Field& field, const std::function<PickList()>& list) { codes_->list(field, list); }
     QHBoxLayout* extraButtons() { return extraButtons_; }
     /// Gives up what is typed, reads the list again and shows the record again.
     void refresh();
 
-    bool hasUnsavedWork() const override;
+    bool hasUnsavedWork() const override { return entry_.hasUnsavedWork(); }
 
 private:
     QLayout* buttonRow();
@@ -74,7 +75,8 @@ private:
     void remove();
     void endEntry();
     void print();
-    void setAdding(bool adding);
+    void adapt();
+    const Record& shownRecord() const { return *entry_.record(); }
     Record blank() const;
 
     std::optional<CodeTableView> view_;
@@ -82,13 +84,10 @@ private:
     RecordPanel* panel_ = nullptr;
     std::optional<CodeBoxes> codes_;
     QHBoxLayout* extraButtons_ = nullptr;
-    QPushButton* add_ = nullptr;
     QPushButton* change_ = nullptr;
-    QPushButton* remove_ = nullptr;
     QPushButton* validate_ = nullptr;
     QPushButton* abandon_ = nullptr;
-    std::optional<Record> shown_; ///< as read
-    bool adding_ = false;
+    RecordState entry_;
 };
 
 } // namespace molven

@@ -76,11 +76,11 @@ QWidget* CriteriaPanel::buttonRow() {
         made->setAutoDefault(false);
         return made;
     };
-    more_ = button(QStringLiteral("Cmdplus"), QStringLiteral("Plus de critères"));
+    more_ = button(QStringLiteral("Cmdplus"), QStringLiteral("Plus de &critères"));
     connect(more_, &QPushButton::clicked, this, [this] { fold(!folded_); });
     more_->setVisible(std::any_of(criteria_.begin(), criteria_.end(),
                                   [](const Criterion& criterion) { return !criterion.box.isUsual; }));
-    auto* kept = button(QStringLiteral("Cmdcriteres"), QStringLiteral("Critères gardés"));
+    auto* kept = button(QStringLiteral("Cmdcriteres"), QStringLiteral("Critèr&es gardés"));
     keptMenu_ = new QMenu(kept);
     kept->setMenu(keptMenu_);
     connect(keptMenu_, &QMenu::aboutToShow, this, [this] { fillKeptMenu(); });
@@ -114,7 +114,7 @@ bool CriteriaPanel::isFilled(const Criterion& criterion) const {
 
 void CriteriaPanel::fold(bool folded) {
     folded_ = folded;
-    more_->setText(folded ? QStringLiteral("Plus de critères") : QStringLiteral("Moins de critères"));
+    more_->setText(folded ? QStringLiteral("Plus de &critères") : QStringLiteral("Moins de &critères"));
     arrange();
 }
 

@@ -14,6 +14,7 @@ class QPushButton;
 
 namespace molven {
 
+struct CodeKind;
 class Edit;
 class Form;
 
@@ -26,7 +27,10 @@ struct CriterionBox {
     int characters = 13;
     Kind kind = Kind::Text;
     QStringList options = {};
-    bool isUsual = true; ///< always in sight; the others unfold
+    bool isUsual = true;            ///< always in sight; the others unfold
+    const CodeKind* code = nullptr; ///< of a code
+    bool isBound = false;           ///< one end of a range: what is typed stands as it is
+    int digits = 0;                 ///< of a number padded with zeros
 };
 
 /// Captioned criteria in rows, in the order in which a user reads them. A refusal that names one puts the focus on it.

@@ -5,6 +5,7 @@
 #include "printing/barcode_font.h"
 #include "shell/folder_files.h"
 #include "ui/form.h"
+#include "ui/progress.h"
 #include "ui/unbuilt_form.h"
 
 #include <QApplication>
@@ -101,7 +102,10 @@ bool Desk::quit() {
     return true;
 }
 
-bool Desk::print(const Report& report) { return print(report.print(session.spe_nom, dateText(Clock::today()))); }
+bool Desk::print(const Report& report) {
+    const Progress told = current() ? progress(*current(), QStringLiteral("Mise en page")) : Progress();
+    return print(report.print(session.spe_nom, dateText(Clock::today()), told));
+}
 
 QString Desk::barcodeFamily() {
     const QString named = firstLine(session.programFile(QStringLiteral("POLICE.HC"))).value_or(QString());

@@ -229,8 +229,8 @@ void Form::onPick(QWidget* control, const std::function<void()>& handler, QAbstr
     pickers_.insert(control, handler);
     control->setToolTip(QStringLiteral("F2 : liste"));
     if (!listButton) return;
-    connect(listButton, &QAbstractButton::clicked, this, [this, control, handler] {
-        if (settle(control)) guarded(handler);
+    connect(listButton, &QAbstractButton::clicked, this, [this, control] {
+        if (settle(control)) openPicker(control);
     });
 }
 
@@ -257,6 +257,8 @@ QStringList buttonsBehind(int key) {
     switch (key) {
     case Qt::Key_N:
         return {QStringLiteral("CmdAjout")};
+    case Qt::Key_H:
+        return {QStringLiteral("Cmdhisto")};
     case Qt::Key_P:
         return {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt"),
                 QStringLiteral("Cmdetiq")};
@@ -336,12 +338,13 @@ void Form::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
-bool Form::mayLoseWork() {
-    return !hasUnsavedWork() ||
-           prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), windowTitle());
+bool Form::givesUp(const QString& about) {
+    return prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), about);
 }
 
-void Form::closeEvent(QCloseEvent* event) { event->setAccepted(mayLoseWork()); }
+bool Form::mayLoseWork() { return !hasUnsavedWork() || givesUp(windowTitle()); }
+
+void Form::closeEvent(QCloseEvent* event) { event->setAccepted(mayClose()); }
 
 void Form::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);

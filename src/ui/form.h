@@ -24,7 +24,8 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
 /// and does nothing when one of them refuses, or while a key stands refused.
 /// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
-/// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list.
+/// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list,
+/// Ctrl+H shows the record's history.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);
@@ -62,6 +63,8 @@ public:
     /// of it then, and `reread` runs when he wants to read it again under what he typed.
     bool written(const std::function<void()>& write, const std::function<QString()>& changes,
                  const std::function<void()>& reread);
+    /// The question before typed work is lost; `about` names it.
+    bool givesUp(const QString& about);
     /// Leaves every box that was typed into, but that one; false when one refuses what stands in it.
     bool settle(const QWidget* except = nullptr);
     /// A push button with its handler, guarded, once the boxes are left.
@@ -86,10 +89,12 @@ protected:
     virtual bool hasUnsavedWork() const { return false; }
     /// True when nothing would be lost, or the user gives it up.
     bool mayLoseWork();
+    /// Asked when the window is to close: whether it may.
+    virtual bool mayClose() { return mayLoseWork(); }
     /// Pressed by Escape, once the user gave up what is typed when it `asks`; without one, Escape closes the window.
     void setCancelButton(QPushButton* button, bool asks = false);
 
-    void closeEvent(QCloseEvent* event) override;
+    void closeEvent(QCloseEvent* event) final;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

@@ -3,6 +3,7 @@
 #include "data/csv.h"
 #include "data/safe_file.h"
 #include "ui/cell_tips.h"
+#include "ui/code_names.h"
 #include "ui/form.h"
 #include "ui/grid_columns.h"
 #include "ui/progress.h"
@@ -20,7 +21,7 @@
 namespace molven {
 
 Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent)
-    : QTableView(parent), model_(new RecordModel(columns, this)) {
+    : QTableView(parent), model_(new RecordModel(columns, this)), names_(std::make_unique<CodeNames>(*this)) {
     setObjectName(name);
     setModel(model_);
     setSelectionBehavior(SelectRows);
@@ -39,12 +40,14 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     verticalHeader()->setDefaultSectionSize(style::RowHeight);
     columns_ = new GridColumns(*this);
     new CellTips(*this); // goes with the grid
+    model_->nameOf = [this](const Field& field, const Record& row) { return names_->of(field, row); };
     model_->guard = [this](const std::function<void()>& work) { guarded(work); };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
         if (index.row() == pressedOver_) tellCurrent(); // the others were told when they became current
     });
     connect(model_, &RecordModel::modelReset, this, [this] {
+        names_->forget();
         showFilter();
         columns_->fit();
         if (rowsChanged) guarded(rowsChanged);
@@ -52,6 +55,8 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     buildFilterStrip();
     beginColumns({});
 }
+
+Grid::~Grid() = default;
 
 void Grid::buildFilterStrip() {
     filterStrip_ = new QFrame(this);
@@ -171,6 +176,8 @@ void Grid::beginColumns(const QString& habit) {
 
 void Grid::restoreColumns() { columns_->restoreDefaults(); }
 
+void Grid::showNames(bool shown) { columns_->showNames(shown); }
+
 std::optional<Record> Grid::current() const { return model_->record(currentIndex().row()); }
 
 void Grid::selectRow(int row) {
@@ -201,7 +208,7 @@ void Grid::setFilter(const QString& text) {
 
 namespace {
 
-QString csvOf(const RecordModel& rows, const Recordset::Progress& told) {
+QString csvOf(const RecordModel& rows, const Progress& told) {
     QStringList titles;
     for (const GridColumn& column : rows.columns()) titles.append(column.title);
     QString lines = csv::line(titles);

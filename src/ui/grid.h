@@ -4,27 +4,34 @@
 
 #include <QTableView>
 
+#include <memory>
+
 class QFrame;
 class QLabel;
 
 namespace molven {
 
+class CodeNames;
 class GridColumns;
 
 /// A list of records. A clicked header sorts, a dragged one moves or widens its column, and stays so; typing filters
 /// (Backspace takes back, Escape clears) and shows the filter below the rows; Ctrl+C copies the chosen rows, Ctrl+E
-/// exports what is shown as CSV; Return or a double click chooses. The current row is the record that the screen shows
-/// and acts upon, however it became current.
+/// exports what is shown as CSV; the menu of the headers shows codes as their names. Return or a double click chooses.
+/// The current row is the record that the screen shows and acts upon, however it became current.
 class Grid : public QTableView {
 public:
     Grid(const QString& name, const QList<GridColumn>& columns, QWidget* parent);
+    ~Grid() override;
 
     RecordModel& rows() { return *model_; }
+    CodeNames& names() { return *names_; }
     /// Other columns; the user's habits with them are kept under a name of their own, else under the grid's.
     void setColumns(const QList<GridColumn>& columns, const QString& habit = {});
 
     /// Columns as they are described, whatever the user did with them.
     void restoreColumns();
+    /// Codes as their names, or as they are; the user's habit from then on.
+    void showNames(bool shown);
 
     std::optional<Record> current() const;
     void selectRow(int row);
@@ -65,6 +72,7 @@ private:
     void searchThrough();
 
     RecordModel* model_;
+    std::unique_ptr<CodeNames> names_;
     GridColumns* columns_ = nullptr;
     QFrame* filterStrip_ = nullptr;
     QLabel* filterText_ = nullptr;

@@ -35,11 +35,23 @@ GridColumns::GridColumns(Grid& grid) : QObject(&grid), grid_(grid), header_(*gri
     connect(&header_, &QHeaderView::sortIndicatorChanged, this, [this](int column, Qt::SortOrder order) {
         if (!working_) keepSort(column, order);
     });
-    connect(&header_, &QHeaderView::customContextMenuRequested, this, [this](const QPoint& place) {
-        QMenu menu;
-        menu.addAction(QStringLiteral("Colonnes d'origine"), this, [this] { restoreDefaults(); });
-        menu.exec(header_.mapToGlobal(place));
-    });
+    connect(&header_, &QHeaderView::customContextMenuRequested, this, &GridColumns::openMenu);
+}
+
+void GridColumns::openMenu(const QPoint& place) {
+    QMenu menu;
+    QAction* names = menu.addAction(QStringLiteral("&Noms à la place des codes"), this, &GridColumns::showNames);
+    names->setCheckable(true);
+    names->setChecked(grid_.rows().showsNames());
+    menu.addAction(QStringLiteral("&Colonnes d'origine"), this, [this] { restoreDefaults(); });
+    menu.exec(header_.mapToGlobal(place));
+}
+
+void GridColumns::showNames(bool shown) {
+    if (habits_) habits_->set(name_ + QStringLiteral("/noms"), shown);
+    grid_.rows().showNames(shown);
+    held_.clear();
+    fit();
 }
 
 QString GridColumns::nameOf(int column) const { return grid_.rows().columns()[column].field->name; }
@@ -65,6 +77,7 @@ void GridColumns::restore() {
     const QScopedValueRollback working(working_, true);
     for (int i = 0; i < header_.count(); ++i) header_.moveSection(header_.visualIndex(i), i);
     header_.setSortIndicator(-1, Qt::AscendingOrder);
+    grid_.rows().showNames(habits_ && habits_->value(name_ + QStringLiteral("/noms")).toBool());
     if (!habits_) return;
     int place = 0;
     for (const QString& kept : habits_->value(name_ + QStringLiteral("/colonnes")).toStringList()) {
@@ -107,7 +120,8 @@ void GridColumns::userResized(int column, int width) {
 /// Columns of words give and take room; codes, dates and numbers stay whole.
 bool GridColumns::yields(int column) const {
     const Field& field = *grid_.rows().columns()[column].field;
-    return !chosen_.contains(field.name) && field.kind != Field::Kind::Number && field.size > 20;
+    const bool holdsWords = field.size > 20 || (field.code && grid_.rows().showsNames());
+    return !chosen_.contains(field.name) && field.kind != Field::Kind::Number && holdsWords;
 }
 
 /// What the column needs for its title and the rows in sight; the described width while there are none.

@@ -5,6 +5,7 @@
 #include <QString>
 
 class QHeaderView;
+class QPoint;
 
 namespace molven {
 
@@ -23,11 +24,14 @@ public:
     void fit();
     /// Columns as they are described.
     void restoreDefaults();
+    /// Codes as their names, or as they are.
+    void showNames(bool shown);
 
 private:
     void restore();
     void keep();
     void keepSort(int column, Qt::SortOrder order);
+    void openMenu(const QPoint& place);
     void userResized(int column, int width);
     void share(QList<int>& widths, int room) const;
     bool yields(int column) const;

@@ -1,11 +1,6 @@
 #pragma once
 
-#include "data/database.h"
-#include "ui/form.h"
-#include "ui/grid.h"
-
-class QComboBox;
-class QLabel;
+#include "ui/selection_form.h"
 
 namespace molven {
 
@@ -26,27 +21,25 @@ struct Listing {
     QString rangeCaption;
     int digits; ///< of a numeric code, 0 for a text
     QList<ListingOrder> orders;
+    const CodeKind* kind = nullptr; ///< of the bounds
 };
 
-/// Criteria, then the selection in a grid, then the paper.
-class ListingForm : public Form {
+/// The records of a table between two bounds, sorted one of several ways, on screen and on paper.
+class ListingForm : public SelectionForm {
 protected:
-    ListingForm(Desk& desk, const QString& name) : Form(desk, name) {}
+    ListingForm(Desk& desk, const QString& name) : SelectionForm(desk, name) {}
     void build(const Listing& listing);
 
 private:
     void select();
     void print();
     const ListingOrder& order() const;
+    QString first() const { return criteria().value(QStringLiteral("txtdeb")); }
+    QString last() const { return criteria().value(QStringLiteral("txtfin")); }
     /// The bounds and the order in words.
-    QString words() const;
+    QString asked() const;
 
     std::optional<Listing> listing_;
-    Edit* first_ = nullptr;
-    Edit* last_ = nullptr;
-    QComboBox* orders_ = nullptr;
-    Grid* grid_ = nullptr;
-    QLabel* count_ = nullptr;
 };
 
 } // namespace molven

@@ -1,6 +1,7 @@
 #include "ui/printer.h"
 
 #include "data/errors.h"
+#include "ui/progress.h"
 #include "ui/prompt.h"
 
 #include <QApplication>
@@ -22,7 +23,7 @@ bool savePdf(const PrintJob& job, QWidget* parent) {
                                      QStringLiteral("Fichiers PDF (*.pdf)"));
     if (path.isEmpty()) return false;
     try {
-        job.savePdf(path);
+        job.savePdf(path, progress(*parent, QStringLiteral("Enregistrement du PDF")));
         return true;
     } catch (const Refusal& refusal) {
         MessageBoxPrompt().tell(refusal.text, {}, Icon::Warning);
@@ -30,9 +31,10 @@ bool savePdf(const PrintJob& job, QWidget* parent) {
     }
 }
 
-void paint(const PrintJob& job, QPrinter& printer) {
+/// On the screen or on paper; what is stopped ends with the page reached.
+void paint(const PrintJob& job, QPrinter& printer, const Progress& told) {
     QPainter painter(&printer);
-    for (int page = 0; page < job.pages(); ++page) {
+    for (int page = 0; page < job.pages() && told(page, job.pages()); ++page) {
         if (page > 0) printer.newPage();
         job.paint(painter, page);
     }
@@ -52,8 +54,9 @@ bool PreviewPrinter::print(const PrintJob& job) {
     QPrintPreviewDialog preview(&printer, QApplication::activeWindow());
     preview.setWindowTitle(QStringLiteral("Aperçu : ") + job.title());
     preview.resize(900, 700);
-    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
-                     [&job](QPrinter* target) { paint(job, *target); });
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview, [&job, &preview](QPrinter* target) {
+        paint(job, *target, progress(preview, QStringLiteral("Préparation des pages")));
+    });
     if (auto* bar = preview.findChild<QToolBar*>())
         bar->addAction(QStringLiteral("Enregistrer en PDF..."), &preview,
                        [&] { isSaved = savePdf(job, &preview) || isSaved; });

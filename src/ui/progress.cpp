@@ -1,8 +1,10 @@
 #include "ui/progress.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 
 namespace molven {
 
@@ -10,9 +12,7 @@ namespace {
 
 constexpr int ShownAfterMs = 500, ToldEveryMs = 50;
 
-} // namespace
-
-std::function<bool(int done, int total)> progress(QWidget& over, const QString& what) {
+std::shared_ptr<QProgressDialog> dialogOver(QWidget& over, const QString& what) {
     auto dialog = std::make_shared<QProgressDialog>(what, QString(), 0, 0, over.window());
     dialog->setWindowTitle(over.window()->windowTitle());
     dialog->setWindowModality(Qt::ApplicationModal);
@@ -21,6 +21,13 @@ std::function<bool(int done, int total)> progress(QWidget& over, const QString& 
     stop->setAutoDefault(false);
     stop->setFocusPolicy(Qt::NoFocus);
     dialog->setCancelButton(stop);
+    return dialog;
+}
+
+} // namespace
+
+Progress progress(QWidget& over, const QString& what) {
+    const auto dialog = dialogOver(over, what);
     QElapsedTimer told;
     told.start();
     return [dialog, told](int done, int total) mutable {
@@ -30,6 +37,25 @@ std::function<bool(int done, int total)> progress(QWidget& over, const QString& 
         dialog->setValue(done);
         return !dialog->wasCanceled();
     };
+}
+
+void patiently(QWidget& over, Workspace& workspace, const QString& what, const std::function<void()>& work) {
+    QWidget& window = *over.window();
+    const auto dialog = dialogOver(over, what);
+    QElapsedTimer begun, told;
+    begun.start();
+    told.start();
+    // The engine is in the middle of a statement: nothing behind the display may ask it for records.
+    window.setUpdatesEnabled(false);
+    const auto after = qScopeGuard([&window] { window.setUpdatesEnabled(true); });
+    const Watch watch(workspace, [&] {
+        if (begun.elapsed() < ShownAfterMs || told.elapsed() < ToldEveryMs) return true;
+        told.restart();
+        dialog->show();
+        QApplication::processEvents();
+        return !dialog->wasCanceled();
+    });
+    work();
 }
 
 } // namespace molven

@@ -9,6 +9,11 @@
 
 namespace molven {
 
+RecordForm::RecordForm(Desk& desk, const QString& name)
+    : Form(desk, name), entry_(*this, QStringLiteral("Une fiche est en cours de saisie : validez-la ou annulez")) {
+    entry_.isTyped = [this] { return entry_.isEntering() && (panel_->differsFrom(*record()) || hasFurtherChanges()); };
+}
+
 void RecordForm::build(const Description& description) {
     description_.emplace(description);
     list_ = new Grid(QStringLiteral("DBGrid1"), description.list, this);
@@ -40,11 +45,15 @@ void RecordForm::build(const Description& description) {
     style::nest(*rightLayout);
     rightLayout->addWidget(room, 1);
     rightLayout->addLayout(buttonRow());
+    auto* left = new QWidget(this);
+    underList_ = new QVBoxLayout(left);
+    style::nest(*underList_);
+    underList_->addWidget(list_, 1);
     auto* split = new QSplitter(this);
-    split->addWidget(list_);
+    split->addWidget(left);
     split->addWidget(right);
     split->setStretchFactor(1, 1);
-    split->setSizes({380, 880});
+    split->setSizes({320, 940});
     split->setChildrenCollapsible(false);
     const QString place = habit() + QStringLiteral("/partage");
     split->restoreState(this->desk().habits.value(place).toByteArray());
@@ -54,71 +63,72 @@ void RecordForm::build(const Description& description) {
     layout->addWidget(split);
     resize(1264, 760);
     applyTitle(description.title);
-    setState(State::Viewing);
+    adapt();
     panel_->edit(description.key)->setFocus();
 }
 
 QLayout* RecordForm::buttonRow() {
-    add_ = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startAdding(); });
-    change_ = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
-    remove_ = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeRecord(); });
-    validate_ = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validate(); });
-    abandon_ = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
+    auto* add = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { startAdding(); });
+    auto* change = button(QStringLiteral("CmdModifier"), QStringLiteral("&Modifier"), [this] { startChanging(); });
+    auto* remove = button(QStringLiteral("CmdSupprime"), QStringLiteral("&Supprimer"), [this] { removeRecord(); });
+    auto* validation = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { validate(); });
+    auto* cancel = leaveButton(QStringLiteral("cmdannule"), QStringLiteral("A&nnuler"), [this] { abandon(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
-    setDefaultButton(validate_);
-    setCancelButton(abandon_);
+    setDefaultButton(validation);
+    setCancelButton(cancel);
+    entry_.add(RecordState::Acts::Idle, {add, change, remove});
+    entry_.add(RecordState::Acts::Entering, {validation, cancel});
+    entry_.view({});
     extraButtons_ = new QHBoxLayout;
     auto* row = new QHBoxLayout;
-    for (QPushButton* made : {add_, change_, remove_}) row->addWidget(made);
+    for (QPushButton* made : {add, change, remove}) row->addWidget(made);
     row->addLayout(extraButtons_);
     row->addStretch();
-    for (QPushButton* made : {validate_, abandon_, quit}) row->addWidget(made);
+    for (QPushButton* made : {validation, cancel, quit}) row->addWidget(made);
     return row;
 }
 
 Record RecordForm::typed() const {
-    Record record = *record_;
-    panel_->store(record);
-    return record;
+    Record typed = *record();
+    panel_->store(typed);
+    return typed;
 }
 
 const Record& RecordForm::requireRecord() const {
-    if (!record_) throw Refusal(description_->noneChosen, description_->key.name);
-    return *record_;
+    if (!record()) throw Refusal(description_->noneChosen, description_->key.name);
+    return *record();
 }
 
 void RecordForm::bringUp(const Record& row) {
-    if (state_ != State::Viewing) return;
+    if (entry_.isEntering()) return;
     const auto fresh = find(row.value(description_->key));
     if (!fresh) throw Refusal(description_->unknown, description_->key.name);
     show(*fresh);
 }
 
 void RecordForm::show(const Record& record) {
-    record_ = record;
     panel_->load(record);
-    setState(State::Viewing);
+    entry_.view(record);
+    adapt();
     list_->followRecord(record, {&description_->key});
 }
 
 void RecordForm::clearScreen() {
-    show(Record(blank().table()));
-    record_.reset();
+    const Record empty(blank().table());
+    panel_->load(empty);
+    entry_.view({});
+    adapt();
+    list_->followRecord(empty, {&description_->key});
 }
 
-void RecordForm::setState(State state) {
-    state_ = state;
-    const bool editing = state != State::Viewing;
-    if (state == State::Viewing)
-        panel_->setEditableOnly({&description_->key});
-    else
+/// Opens the boxes that the state leaves open.
+void RecordForm::adapt() {
+    if (entry_.isEntering())
         panel_->setEditable(true);
-    if (state == State::Changing) panel_->edit(description_->key)->setEditable(false);
-    list_->setEnabled(!editing);
-    for (QPushButton* made : {add_, change_, remove_})
-        allow(made, !editing, QStringLiteral("Une fiche est en cours de saisie : validez-la ou annulez"));
-    for (QPushButton* made : {validate_, abandon_})
-        allow(made, editing, QStringLiteral("Rien n'est en cours de saisie : ajoutez ou modifiez une fiche"));
+    else
+        panel_->setEditableOnly({&description_->key});
+    if (state() == State::Changing) panel_->edit(description_->key)->setEditable(false);
+    list_->setEnabled(!entry_.isEntering());
     stateChanged();
     showWords();
 }
@@ -128,27 +138,14 @@ void RecordForm::showWords() {
     shown();
 }
 
-void RecordForm::picker(const Field& field, const std::function<PickList()>& list) {
-    onPick(panel_->edit(field), [this, list] {
-        if (state_ != State::Viewing) pick(list());
-    });
-}
-
 void RecordForm::keyPicker(const std::function<PickList(const std::function<void(const Record&)>&)>& list) {
     onPick(panel_->edit(description_->key), [this, list] {
-        if (state_ == State::Viewing) pick(list([this](const Record& row) { show(row); }));
+        if (!entry_.isEntering()) pick(list([this](const Record& row) { show(row); }));
     });
-}
-
-std::function<void(const Record&)> RecordForm::put(const Field& field, const Field& from) {
-    return [this, &field, &from](const Record& row) {
-        panel_->edit(field)->put(row.value(from));
-        showWords();
-    };
 }
 
 void RecordForm::lookUp() {
-    if (state_ != State::Viewing) return showWords();
+    if (entry_.isEntering()) return showWords();
     const QString key = panel_->edit(description_->key)->value().trimmed();
     if (key.isEmpty()) return clearScreen();
     const auto found = find(key);
@@ -157,9 +154,9 @@ void RecordForm::lookUp() {
 }
 
 void RecordForm::startAdding() {
-    record_ = blank();
-    panel_->load(*record_);
-    setState(State::Adding);
+    entry_.startAdding(blank());
+    panel_->load(*record());
+    adapt();
     panel_->edit(description_->key)->setFocus();
     panel_->edit(description_->key)->selectAll();
 }
@@ -168,7 +165,8 @@ void RecordForm::startChanging() {
     const auto fresh = find(requireRecord().value(description_->key));
     if (!fresh) throw Refusal(description_->unknown, description_->key.name);
     show(*fresh);
-    setState(State::Changing);
+    entry_.startChanging();
+    adapt();
     for (const FieldBox& box : panel_->boxes()) {
         if (panel_->edit(*box.field)->isReadOnly()) continue;
         panel_->edit(*box.field)->setFocus();
@@ -178,22 +176,11 @@ void RecordForm::startChanging() {
 
 void RecordForm::validate() {
     const Record record = typed();
-    if (state_ == State::Adding) {
+    if (state() == State::Adding)
         write(record, std::nullopt);
-    } else {
-        const auto fresh = [this] {
-            const auto found = find(record_->value(description_->key));
-            if (!found) throw Refusal(QStringLiteral("Cette fiche a été supprimée par un autre poste"));
-            return *found;
-        };
-        const auto changes = [&] { return panel_->changesOf(*record_, fresh()); };
-        const auto reread = [&] {
-            const Record now = fresh();
-            panel_->reread(*record_, now);
-            record_ = now;
-        };
-        if (!Form::written([&] { write(record, record_); }, changes, reread)) return;
-    }
+    else if (!entry_.change([&] { write(record, this->record()); }, *panel_,
+                            [this] { return find(this->record()->value(description_->key)); }))
+        return;
     const auto written = find(record.value(description_->key).trimmed());
     list_->rows().refresh();
     show(written ? *written : record);
@@ -202,7 +189,8 @@ void RecordForm::validate() {
 
 void RecordForm::abandon() {
     if (!mayLoseWork()) return;
-    const auto before = record_ && state_ == State::Changing ? find(record_->value(description_->key)) : std::nullopt;
+    const auto before =
+        record() && state() == State::Changing ? find(record()->value(description_->key)) : std::nullopt;
     if (before)
         show(*before);
     else
@@ -216,10 +204,6 @@ void RecordForm::removeRecord() {
     erase(record);
     list_->rows().refresh();
     clearScreen();
-}
-
-bool RecordForm::hasUnsavedWork() const {
-    return state_ != State::Viewing && (panel_->differsFrom(*record_) || hasFurtherChanges());
 }
 
 } // namespace molven

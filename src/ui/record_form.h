@@ -5,6 +5,7 @@
 #include "ui/grid.h"
 #include "ui/pick_panel.h"
 #include "ui/record_panel.h"
+#include "ui/record_state.h"
 
 class QHBoxLayout;
 class QVBoxLayout;
@@ -15,7 +16,7 @@ namespace molven {
 /// validate, abandon. A code typed in the key box brings its record up. The subclass says what the record is.
 class RecordForm : public Form {
 public:
-    enum class State { Viewing, Adding, Changing };
+    using State = RecordState::State;
 
 protected:
     /// What is on the screen and how the user meets it.
@@ -32,7 +33,7 @@ protected:
         QList<const Field*> required = {};    ///< besides the key, must not stay empty
     };
 
-    RecordForm(Desk& desk, const QString& name) : Form(desk, name) {}
+    RecordForm(Desk& desk, const QString& name);
     /// Builds the screen; called once by the subclass.
     void build(const Description& description);
 
@@ -52,32 +53,33 @@ protected:
     /// What a deletion is about, for its question: "Client 000007, CLINIQUE DU PARC".
     virtual QString nameOf(const Record& record) const = 0;
 
-    State state() const { return state_; }
+    State state() const { return entry_.state(); }
     RecordPanel& panel() { return *panel_; }
     /// The record as it stands in the boxes, over the one brought up.
     Record typed() const;
-    const std::optional<Record>& record() const { return record_; }
+    const std::optional<Record>& record() const { return entry_.record(); }
     void show(const Record& record);
     QString typedCode(const Field& field) const { return panel_->edit(field)->value().trimmed(); }
     CodeBoxes& codeBoxes() { return *codes_; }
     /// Another list behind a code box than its kind's, while the record is changed.
-    void picker(const Field& field, const std::function<PickList()>& list);
+    void picker(const Field& field, const std::function<PickList()>& list) { codes_->list(field, list); }
     /// The list behind the key box, while records are looked at.
     void keyPicker(const std::function<PickList(const std::function<void(const Record&)>&)>& list);
     /// Puts what a list gave into a box.
-    std::function<void(const Record&)> put(const Field& field, const Field& from);
+    std::function<void(const Record&)> put(const Field& field, const Field& from) { return codes_->put(field, from); }
     /// The record brought up; throws Refusal when there is none.
     const Record& requireRecord() const;
     /// Where a subclass puts its own buttons and boxes.
     QHBoxLayout* extraButtons() { return extraButtons_; }
     QVBoxLayout* extraRows() { return extraRows_; }
+    QVBoxLayout* underList() { return underList_; }
 
-    bool hasUnsavedWork() const override;
+    bool hasUnsavedWork() const override { return entry_.hasUnsavedWork(); }
 
 private:
     QLayout* buttonRow();
     void bringUp(const Record& row);
-    void setState(State state);
+    void adapt();
     void showWords();
     void lookUp();
     void startAdding();
@@ -88,18 +90,13 @@ private:
     void clearScreen();
 
     std::optional<Description> description_;
-    State state_ = State::Viewing;
-    std::optional<Record> record_;
+    RecordState entry_;
     Grid* list_ = nullptr;
     RecordPanel* panel_ = nullptr;
     std::optional<CodeBoxes> codes_;
     QHBoxLayout* extraButtons_ = nullptr;
     QVBoxLayout* extraRows_ = nullptr;
-    QPushButton* add_ = nullptr;
-    QPushButton* change_ = nullptr;
-    QPushButton* remove_ = nullptr;
-    QPushButton* validate_ = nullptr;
-    QPushButton* abandon_ = nullptr;
+    QVBoxLayout* underList_ = nullptr;
 };
 
 } // namespace molven

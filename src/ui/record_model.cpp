@@ -56,7 +56,7 @@ void RecordModel::setFilter(const QString& text) {
     reread();
 }
 
-void RecordModel::searchThrough(const Recordset::Progress& progress) {
+void RecordModel::searchThrough(const Progress& progress) {
     const auto found = whole_->meeting(filterCriterion(), progress);
     if (!found) return;
     beginResetModel();
@@ -193,6 +193,22 @@ QVariant RecordModel::marked(const QModelIndex& index, int role) const {
     }
 }
 
+void RecordModel::showNames(bool shown) {
+    if (shown == namesShown_) return;
+    namesShown_ = shown;
+    if (rowCount() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+/// What stands for a code; a record that is gone has none.
+QString RecordModel::named(const QModelIndex& index) const {
+    try {
+        const auto row = record(index.row());
+        return row ? nameOf(*columns_[index.column()].field, *row) : QString();
+    } catch (const DataError&) {
+        return {};
+    }
+}
+
 namespace {
 
 /// A number as it is read on the screen: "1 779,00".
@@ -212,6 +228,8 @@ QVariant RecordModel::data(const QModelIndex& index, int role) const {
         role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::ForegroundRole || role == Qt::DecorationRole;
     if (ofMark && columns_[index.column()].mark)
         if (const QVariant found = marked(index, role); found.isValid()) return found;
+    if (role == Qt::DisplayRole && namesShown_)
+        if (const QString name = named(index); !name.isEmpty()) return name;
     if (role == Qt::DisplayRole) {
         const QString shown = text(index.row(), index.column());
         return columns_[index.column()].field->kind == Field::Kind::Number ? inThousands(shown) : shown;

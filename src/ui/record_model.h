@@ -49,10 +49,17 @@ public:
     /// True while a filter was compared with beginnings only.
     bool showsBeginnings() const { return whole_.has_value() && !filter_.isEmpty() && !isSearchedThrough_; }
     /// Looks for the filter everywhere in such a selection; the rows stay when it is stopped.
-    void searchThrough(const Recordset::Progress& progress);
+    void searchThrough(const Progress& progress);
     const QString& filter() const { return filter_; }
     /// What narrows the rows, for a paper or a file; empty without filter.
     QString filterWords() const;
+    /// Shows the words behind the codes in their place; filter, sort, copy, export and print keep the code.
+    void showNames(bool shown);
+    bool showsNames() const { return namesShown_; }
+    /// The words behind the code of a field, empty where it holds none.
+    std::function<QString(const Field& field, const Record& row)> nameOf = [](const Field&, const Record&) {
+        return QString();
+    };
     /// How many rows there are without the filter, as last read.
     int unfilteredCount() const { return unfilteredCount_; }
     /// The row of the record that has the same values in these fields, -1 when none does.
@@ -74,6 +81,7 @@ private:
     QList<const Field*> columnFields() const;
     bool holds(const Record& record) const;
     QVariant marked(const QModelIndex& index, int role) const;
+    QString named(const QModelIndex& index) const;
     bool isLarge() const { return unfilteredCount_ > searchedThrough_ / std::max<qsizetype>(1, columns_.size()); }
     void reread();
     void rearrange();
@@ -88,6 +96,7 @@ private:
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     std::optional<Recordset> whole_; ///< the large selection of which a filter shows a part
     bool isSearchedThrough_ = false;
+    bool namesShown_ = false;
     int searchedThrough_ = 250'000; ///< cells, up to which a filter is looked for everywhere
 };
 

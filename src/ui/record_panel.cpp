@@ -37,7 +37,11 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
 /// A group is named on a line of its own unless its first box leaves room for the name.
 bool hasTitleLine(const BoxGroup& group) { return !group.title.isEmpty() && !group.boxes.first().caption.isEmpty(); }
 
-int linesOf(const BoxGroup& group) { return static_cast<int>(group.boxes.size()) + (hasTitleLine(group) ? 1 : 0); }
+int linesOf(const BoxGroup& group) {
+    const auto lines =
+        std::count_if(group.boxes.begin(), group.boxes.end(), [](const FieldBox& box) { return !box.beside; });
+    return static_cast<int>(lines) + (hasTitleLine(group) ? 1 : 0);
+}
 
 /// The column of each group when no column has more lines than that.
 QList<int> columnsWithin(const QList<BoxGroup>& groups, int most) {
@@ -64,7 +68,12 @@ QList<int> columnsOf(const QList<BoxGroup>& groups, int columns) {
 
 QList<BoxGroup> eachAlone(const QList<FieldBox>& boxes) {
     QList<BoxGroup> groups;
-    for (const FieldBox& box : boxes) groups.append({{}, {box}});
+    for (const FieldBox& box : boxes) {
+        if (box.beside)
+            groups.last().boxes.append(box);
+        else
+            groups.append({{}, {box}});
+    }
     return groups;
 }
 
@@ -99,32 +108,43 @@ void RecordPanel::add(const BoxGroup& group, QGridLayout& layout, int column, in
             caption->setText(group.title);
             style::makeHeading(*caption);
         }
-        add(box, layout, column, row++, caption);
+        add(box, layout, column, box.beside ? row : row++, caption);
     }
 }
 
 void RecordPanel::add(const FieldBox& box, QGridLayout& layout, int column, int row, QLabel* caption) {
     Edit* made = makeEdit(box, this);
     caption->setBuddy(made);
-    layout.addWidget(caption, row, column, Qt::AlignRight);
-    layout.addLayout(lineOf(box, made), row, column + 1);
+    if (box.beside) {
+        const int end = line_->count() - 2; // before the words of the line's first box
+        line_->insertSpacing(end, style::Gap);
+        line_->insertWidget(end + 1, caption);
+        line_->insertWidget(end + 2, made);
+        if (QAbstractButton* list = listButtonOf(box)) line_->insertWidget(end + 3, list);
+    } else {
+        layout.addWidget(caption, row, column, Qt::AlignRight);
+        layout.addLayout(line_ = lineOf(box, made), row, column + 1);
+    }
     boxes_.append(box);
     captions_.insert(box.field, caption);
     edits_.insert(box.field, made);
 }
 
-QLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
+QAbstractButton* RecordPanel::listButtonOf(const FieldBox& box) {
+    if (box.listButton.isEmpty()) return nullptr;
+    auto* list = new QToolButton(this);
+    list->setObjectName(box.listButton);
+    list->setText(QStringLiteral("…"));
+    list->setFocusPolicy(Qt::NoFocus);
+    listButtons_.insert(box.field, list);
+    return list;
+}
+
+QHBoxLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
     auto* line = new QHBoxLayout;
     line->setSpacing(style::Gap);
     line->addWidget(edit);
-    if (!box.listButton.isEmpty()) {
-        auto* list = new QToolButton(this);
-        list->setObjectName(box.listButton);
-        list->setText(QStringLiteral("…"));
-        list->setFocusPolicy(Qt::NoFocus);
-        listButtons_.insert(box.field, list);
-        line->addWidget(list);
-    }
+    if (QAbstractButton* list = listButtonOf(box)) line->addWidget(list);
     auto* hint = new QLabel(this);
     hint->setObjectName(QStringLiteral("lbl") + box.field->name);
     hint->setTextFormat(Qt::PlainText);

@@ -8,6 +8,7 @@
 
 class QAbstractButton;
 class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 
 namespace molven {
@@ -23,6 +24,7 @@ struct FieldBox {
     bool readOnly = false;
     QString listButton = {}; ///< object name of the button that opens the list behind the box; none when empty
     int longest = 0;         ///< characters that may be typed; the field's own size when 0
+    bool beside = false;     ///< stands on the line of the box before it, without words of its own
 };
 
 /// Boxes that belong together, under a name: above them, or before the first one when that has no caption of its own.
@@ -69,7 +71,8 @@ public:
 private:
     void add(const BoxGroup& group, QGridLayout& layout, int column, int& row);
     void add(const FieldBox& box, QGridLayout& layout, int column, int row, QLabel* caption);
-    QLayout* lineOf(const FieldBox& box, Edit* edit);
+    QHBoxLayout* lineOf(const FieldBox& box, Edit* edit);
+    QAbstractButton* listButtonOf(const FieldBox& box);
     void open(const FieldBox& box, bool editable);
     bool isChanged(const FieldBox& box, const Record& record) const;
 
@@ -78,6 +81,7 @@ private:
     QHash<const Field*, QLabel*> captions_;
     QHash<const Field*, QLabel*> hints_;
     QHash<const Field*, QAbstractButton*> listButtons_;
+    QHBoxLayout* line_ = nullptr; ///< of the box added last
 };
 
 } // namespace molven

@@ -122,7 +122,7 @@ void nest(QLayout& layout) { layout.setContentsMargins(0, 0, 0, 0); }
 
 void spaceAsBoxes(QGridLayout& layout) {
     layout.setHorizontalSpacing(8);
-    layout.setVerticalSpacing(3);
+    layout.setVerticalSpacing(2);
 }
 
 void letBreathe(QLayout& layout) {

@@ -145,6 +145,37 @@ TEST_F(TwoFiles, AFileInUseElsewhereIsNotReplaced) {
     EXPECT_EQ(test::dataErrorOf([&] { Database::create(first, {&strclient}); }), DataError::CannotOpen);
 }
 
+TEST_F(TwoFiles, ALongStatementIsStoppedAndLeavesEverythingAsBefore) {
+    Workspace workspace;
+    Database database = workspace.open(first);
+    {
+        Transaction many(workspace);
+        for (int i = 0; i < 3'000; ++i) {
+            Record one = client();
+            one[strclient.clt_cod] = QString::number(i);
+            database.insert(one);
+        }
+        many.commit();
+    }
+    const auto memos = [&] { return database.count(strclient, strclient.clt_memo == QStringLiteral("x")); };
+    int asked = 0;
+    const Watch watch(workspace, [&asked] { return ++asked < 3; });
+    EXPECT_THROW(
+        {
+            Transaction transaction(workspace);
+            database.update(strclient, {{strclient.clt_memo, QStringLiteral("x")}}, {});
+            transaction.commit();
+        },
+        Refusal);
+    EXPECT_EQ(asked, 3);
+    asked = -1'000'000;
+    EXPECT_EQ(memos(), 0);
+    Transaction next(workspace);
+    database.update(strclient, {{strclient.clt_memo, QStringLiteral("x")}}, {});
+    next.commit();
+    EXPECT_EQ(memos(), 3'000) << "what comes after is written";
+}
+
 TEST_F(TwoFiles, AFullDiskLeavesEverythingAsBefore) {
     {
         Workspace workspace;

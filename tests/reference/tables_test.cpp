@@ -173,9 +173,15 @@ TEST_F(Tables, TellLppCodesFromTipsCodesOnlyWhenThereIsOne) {
     set("CUP", strarticle.art_tip, "T2");
     set("GRAFT", strarticle.art_tip, "T9");
     set("HIP", strarticle.art_aig, "K"); // units follow their article, even one that is no longer followed by unit
+    const auto stopped = [](const QString&) { return Progress([](int done, int) { return done == 0; }); };
+    EXPECT_EQ(refusalOf([&] { lpp_codification::run(dossier.session, stopped); }),
+              QStringLiteral("Opération abandonnée"));
+    EXPECT_EQ(article("HIP").value(strarticle.art_lpp), QStringLiteral("3100001")) << "nothing of it is kept";
     QStringList steps;
-    const QList<lpp_codification::Fault> faults =
-        lpp_codification::run(dossier.session, [&](const QString& title) { steps.append(title); });
+    const QList<lpp_codification::Fault> faults = lpp_codification::run(dossier.session, [&](const QString& title) {
+        steps.append(title);
+        return Progress();
+    });
     EXPECT_EQ(steps, QStringList({QStringLiteral("Mise à Jour des fiches Articles"),
                                   QStringLiteral("Mise à jour des des fiches Produits"),
                                   QStringLiteral("Mise à jour des des lignes des Bons Livraison")}));

@@ -96,6 +96,21 @@ TEST_F(UnitLists, TellTheNameBehindACode) {
     };
     EXPECT_EQ(tipOver(strproduit.num_dep), QStringLiteral("DEPOT PRINCIPAL"));
     EXPECT_EQ(tipOver(strproduit.ref_art), QStringLiteral("ARTICLE HIP"));
+
+    const auto shown = [&grid](const Field& field) {
+        return grid.rows().index(0, grid.rows().columnOf(field.name)).data().toString();
+    };
+    grid.showNames(true);
+    EXPECT_EQ(shown(strproduit.num_dep), QStringLiteral("DEPOT PRINCIPAL"));
+    EXPECT_EQ(shown(strproduit.lot_art), QStringLiteral("LOT-1")) << "no code";
+    EXPECT_EQ(tipOver(strproduit.num_dep), QStringLiteral("001  DEPOT PRINCIPAL"));
+    EXPECT_TRUE(grid.csv().contains(QStringLiteral(";001;"))) << "what is exported stays the code";
+    open();
+    form->findChild<QAbstractButton*>(QStringLiteral("cmdvalide"))->click();
+    Grid& again = *static_cast<Grid*>(form->findChild<QTableView*>(QStringLiteral("DBGrid1")));
+    EXPECT_TRUE(again.rows().showsNames()) << "the user's habit";
+    again.restoreColumns();
+    EXPECT_FALSE(again.rows().showsNames());
 }
 
 TEST(Numbers, AreReadInThousandsAndStayAsTheyAreForTheRest) {

@@ -18,6 +18,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -83,7 +85,7 @@ protected:
         }
     }
 
-    const test::Dossier dossier;
+    test::Dossier dossier;
     play::ScriptedPrompt* said = nullptr;
     std::unique_ptr<Desk> desk;
 };
@@ -92,6 +94,38 @@ protected:
 
 TEST_F(EveryScreen, HasAnAccessKeyForOneControlOnly) {
     walk([](const Form& form) { EXPECT_EQ(clashes(form).join(u'\n'), QString()); });
+}
+
+TEST_F(EveryScreen, HasNoClashWithWhatOpensBelowTheLinesOfADocument) {
+    dossier.document(QStringLiteral("LIV"), dossier.receive(QStringLiteral("HIP"), 1));
+    dossier.document(QStringLiteral("FAC"), dossier.receive(QStringLiteral("HIP"), 1));
+    int opened = 0;
+    for (const char* mode : {"LIV", "FAC"}) {
+        Form* form = desk->open(QStringLiteral("T_gestion"), QString::fromLatin1(mode));
+        ASSERT_NE(form, nullptr);
+        form->findChild<QPushButton*>(QStringLiteral("cmdLast"))->click();
+        for (const char* part : {"Cmdajoutlig", "cmdmodiflig", "Cmdlecture", "Cmdvisupied"}) {
+            SCOPED_TRACE(std::string(mode) + ' ' + part);
+            form->findChild<QPushButton*>(QString::fromLatin1(part))->click();
+            EXPECT_EQ(clashes(*form).join(u'\n'), QString());
+            for (const char* leave : {"Cmdquitlig", "Cmdquitlect", "Cmdquitpied"})
+                if (auto* button = form->findChild<QPushButton*>(QString::fromLatin1(leave)); button->isVisible()) {
+                    button->click();
+                    ++opened;
+                }
+        }
+        delete form;
+    }
+    EXPECT_EQ(opened, 8);
+}
+
+TEST_F(EveryScreen, HasAKeyForEveryButton) {
+    walk([](const Form& form) {
+        for (const auto* button : form.findChildren<QPushButton*>())
+            EXPECT_TRUE(!button->isVisible() || button->objectName() == u"Cmdhisto" || // Ctrl+H
+                        !accessKey(button->text()).isEmpty())
+                << button->objectName().toStdString() << " : " << button->text().toStdString();
+    });
 }
 
 TEST_F(EveryScreen, HasANameForEveryControl) {
@@ -126,11 +160,26 @@ TEST_F(EveryScreen, FitsASmallScreenWithItsFrame) {
     });
 }
 
+TEST_F(EveryScreen, ShowsARecordWholeOnASmallScreen) {
+    int seen = 0;
+    walk([&seen](Form& form) {
+        for (const auto* area : form.findChildren<QScrollArea*>()) {
+            form.resize(1280 - 8, 720 - 40);
+            QApplication::processEvents();
+            EXPECT_EQ(area->verticalScrollBar()->maximum(), 0);
+            EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0);
+            ++seen;
+        }
+    });
+    EXPECT_GE(seen, 3);
+}
+
 TEST_F(EveryScreen, AnswersTheStandardKeys) {
     const std::pair<Qt::Key, QStringList> keys[] = {
         {Qt::Key_N, {QStringLiteral("CmdAjout")}},
         {Qt::Key_P, {QStringLiteral("Cmdimp"), QStringLiteral("Cmdvisu"), QStringLiteral("cmdedt")}},
-        {Qt::Key_S, {QStringLiteral("cmdvalide"), QStringLiteral("Cmdvalstk")}}};
+        {Qt::Key_S, {QStringLiteral("cmdvalide"), QStringLiteral("Cmdvalstk")}},
+        {Qt::Key_H, {QStringLiteral("Cmdhisto")}}};
     int answered = 0;
     walk([&](Form& form) {
         for (const auto& [key, names] : keys)

@@ -20,6 +20,18 @@ namespace molven {
 
 namespace {
 
+/// A value to look at, on the line of the one before.
+FieldBox besideIt(const Field& field, const char* caption, const char* control, int characters,
+                  const QString& pattern = {}) {
+    return {.field = &field,
+            .caption = QString::fromUtf8(caption),
+            .control = QString::fromLatin1(control),
+            .characters = characters,
+            .pattern = pattern,
+            .readOnly = true,
+            .beside = true};
+}
+
 QList<BoxGroup> groups(const CompanyRules& rules) {
     const auto& a = strarticle;
     const QString price = articles::pricePattern(rules);
@@ -32,7 +44,10 @@ QList<BoxGroup> groups(const CompanyRules& rules) {
             {QStringLiteral("Nature"),
              {{&a.art_typ, QStringLiteral("Type F/N/G :"), QStringLiteral("Txttyp")},
               {&a.art_hom, QStringLiteral("Homologation O/N :"), QStringLiteral("Txthom")},
-              {&a.art_ste, QStringLiteral("Stérilisation O/N :"), QStringLiteral("Txtste")},
+              {.field = &a.art_ste,
+               .caption = QStringLiteral("Stérilisation O/N :"),
+               .control = QStringLiteral("Txtste"),
+               .beside = true},
               {&a.art_nho, QStringLiteral("N° HOMOLOGATION :"), QStringLiteral("txtnho")},
               {&a.art_ori, QStringLiteral("Origine H/A/N :"), QStringLiteral("Txtori")}}},
             {QStringLiteral("Remboursement"),
@@ -53,11 +68,11 @@ QList<BoxGroup> groups(const CompanyRules& rules) {
             {QStringLiteral("Stock et achats"),
              {{&a.art_gpie, QStringLiteral("Pièces gérées O/N :"), QStringLiteral("txtgpie")},
               {&a.art_min, QStringLiteral("Stock minimum :"), QStringLiteral("txtmin"), 8},
-              {&a.art_stk, QStringLiteral("Stock :"), QStringLiteral("txtstk"), 8, {}, false, true},
+              besideIt(a.art_stk, "Stock :", "txtstk", 8),
               {&a.art_cdec, QStringLiteral("En commande client :"), QStringLiteral("txtcdec"), 8, {}, false, true},
-              {&a.art_cdef, QStringLiteral("En commande fournisseur :"), QStringLiteral("txtcdef"), 8, {}, false, true},
-              {&a.art_pam, QStringLiteral("Prix moyen d'achat :"), QStringLiteral("txtpam"), 10, price, false, true},
-              {&a.art_dpa, QStringLiteral("Dernier prix d'achat :"), QStringLiteral("txtdpa"), 10, price, false, true},
+              besideIt(a.art_cdef, "fournisseur :", "txtcdef", 8),
+              {&a.art_pam, QStringLiteral("Prix moyen d'achat :"), QStringLiteral("txtpam"), 8, price, false, true},
+              besideIt(a.art_dpa, "dernier prix :", "txtdpa", 8, price),
               {&a.art_ean, QStringLiteral("Code EAN :"), QStringLiteral("txtart_ean")}}},
             {QStringLiteral("Comptes"),
              {{&a.art_cpt, QStringLiteral("Compte vente :"), QStringLiteral("Txtcpt")},
@@ -110,10 +125,14 @@ ArticleForm::ArticleForm(Desk& desk)
         row->addWidget(entry);
     }
     row->addStretch();
+    auto* words = new QHBoxLayout;
+    words->addWidget(followUp_);
+    words->addSpacing(style::WideGap);
+    words->addWidget(priceNotice(session(), this));
+    words->addStretch();
     extraRows()->addLayout(row);
-    extraRows()->addWidget(followUp_);
     extraRows()->addWidget(severalLpp_);
-    extraRows()->addWidget(priceNotice(session(), this));
+    extraRows()->addLayout(words);
     orderTabs();
     extraButtons()->addWidget(
         button(QStringLiteral("Cmdvismvt"), QStringLiteral("M&ouvements"), [this] { showMovements(); }));

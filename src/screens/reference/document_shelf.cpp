@@ -32,14 +32,15 @@ DocumentShelf::DocumentShelf(Form& form)
     grid_->setFixedHeight(120);
     auto* choose = form.button(QStringLiteral("Cmddossier"), QStringLiteral("D&ossier des documents..."),
                                [this] { chooseFolder(); });
+    auto* hint = new QLabel(QStringLiteral("Double clic : ouvrir. Glissez un fichier ici pour l'attacher."), this);
+    hint->setWordWrap(true);
     auto* row = new QHBoxLayout;
-    row->addWidget(new QLabel(QStringLiteral("Double clic : ouvrir. Glissez un fichier ici pour l'attacher."), this),
-                   1);
+    row->addWidget(hint, 1);
     row->addWidget(choose);
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
+    layout->addLayout(row); // away from the buttons of the record
     layout->addWidget(grid_);
-    layout->addLayout(row);
 }
 
 void DocumentShelf::show(const QString& folder) {

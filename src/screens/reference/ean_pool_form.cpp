@@ -7,6 +7,7 @@
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/printed_list.h"
+#include "ui/progress.h"
 #include "ui/style.h"
 
 #include <QApplication>
@@ -108,16 +109,16 @@ LppCodificationForm::LppCodificationForm(Desk& desk)
 }
 
 void LppCodificationForm::run() {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
     QList<lpp_codification::Fault> faults;
+    const QString before = step_->text();
     const bool done = guarded([&] {
         faults = lpp_codification::run(session(), [this](const QString& title) {
             step_->setText(title);
             step_->repaint();
+            return progress(*this, title);
         });
     });
-    QApplication::restoreOverrideCursor();
-    if (!done) return;
+    if (!done) return step_->setText(before);
     notify(QStringLiteral("Traitement termine"));
     if (faults.isEmpty()) return;
     Report report(QStringLiteral("Liste des erreurs - Codification des LPP à partir des codes TIPS"),

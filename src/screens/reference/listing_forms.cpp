@@ -1,6 +1,7 @@
 #include "screens/reference/listing_forms.h"
 
 #include "reference/articles.h"
+#include "reference/code_kinds.h"
 #include "reference/party_tables.h"
 
 namespace molven {
@@ -24,7 +25,8 @@ ArticleListing::ArticleListing(Desk& desk) : ListingForm(desk, QStringLiteral("T
            0,
            {{QStringLiteral("Référence"), strarticle.art_ref},
             {QStringLiteral("Libellé"), strarticle.art_li1},
-            {QStringLiteral("Famille"), {strarticle.art_fam, strarticle.art_ref}, &strarticle.art_fam}}});
+            {QStringLiteral("Famille"), {strarticle.art_fam, strarticle.art_ref}, &strarticle.art_fam}},
+           &codes::Article});
 }
 
 ClientListing::ClientListing(Desk& desk) : ListingForm(desk, QStringLiteral("t_cltedt")) {
@@ -44,7 +46,8 @@ ClientListing::ClientListing(Desk& desk) : ListingForm(desk, QStringLiteral("t_c
            {{QStringLiteral("Code"), strclient.clt_cod},
             {QStringLiteral("Nom"), strclient.clt_nom},
             {QStringLiteral("Famille"), {strclient.clt_fam, strclient.clt_nom}, &strclient.clt_fam},
-            {QStringLiteral("Représentant"), {strclient.clt_rep, strclient.clt_nom}, &strclient.clt_rep}}});
+            {QStringLiteral("Représentant"), {strclient.clt_rep, strclient.clt_nom}, &strclient.clt_rep}},
+           &codes::Client});
 }
 
 SupplierListing::SupplierListing(Desk& desk) : ListingForm(desk, QStringLiteral("T_fouedt")) {
@@ -62,7 +65,8 @@ SupplierListing::SupplierListing(Desk& desk) : ListingForm(desk, QStringLiteral(
            6,
            {{QStringLiteral("Code"), strfournis.fou_cod},
             {QStringLiteral("Nom"), strfournis.fou_nom},
-            {QStringLiteral("Famille"), {strfournis.fou_fam, strfournis.fou_nom}, &strfournis.fou_fam}}});
+            {QStringLiteral("Famille"), {strfournis.fou_fam, strfournis.fou_nom}, &strfournis.fou_fam}},
+           &codes::Supplier});
 }
 
 } // namespace molven

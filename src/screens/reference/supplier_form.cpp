@@ -56,7 +56,7 @@ SupplierForm::SupplierForm(Desk& desk)
            QStringLiteral(" N° Fournisseur obligatoire"),
            {{DataFile::Molven, molven_}, {DataFile::Compta, workspace_.open(session().path(DataFile::Compta))}},
            {&strfournis.fou_nom, &strfournis.fou_rglt}});
-    extraRows()->addWidget(documents_);
+    underList()->addWidget(documents_);
     extraButtons()->addWidget(trailButton(*this, [this] {
         return TrailSubject{TrailSubject::Kind::Supplier, requireRecord()[strfournis.fou_cod]};
     }));

@@ -21,7 +21,12 @@ namespace molven {
 DocumentForm::DocumentForm(Desk& desk) : DocumentForm(desk, documentKind(desk.session.mode_ecran)) {}
 
 DocumentForm::DocumentForm(Desk& desk, const DocumentKind& kind)
-    : Form(desk, layoutOf(kind).screen), layout_(layoutOf(kind)), book_(session(), kind), table_(kind.headers) {
+    : Form(desk, layoutOf(kind).screen),
+      layout_(layoutOf(kind)),
+      book_(session(), kind),
+      table_(kind.headers),
+      entry_(*this, QStringLiteral("L'en-tête est en cours de saisie : validez-le ou annulez"),
+             QStringLiteral("Aucun document n'est affiché")) {
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buildDocumentButtons());
     header_ = new HeaderEntry(*this, book_, layout_);
@@ -62,9 +67,9 @@ QLayout* DocumentForm::buildDocumentButtons() {
     show(Part::Deletion, remove);
     show(Part::Printing, printButton);
     show(Part::Renewal, renew);
-    whenShown_ = {change, remove, renew, before, after, printButton};
-    whenTyping_ = {validate_, cancel};
-    whenIdle_ = {add_, last};
+    entry_.add(Acts::Entering, {validate_, cancel});
+    entry_.add(Acts::Idle, {add_, last});
+    entry_.add(Acts::Shown, {change, remove, renew, before, after, printButton});
     kindLabel_ = new QLabel(book_.kind().label, this);
     kindLabel_->setObjectName(QStringLiteral("Label1"));
     style::makeHeading(*kindLabel_);
@@ -88,8 +93,8 @@ QLayout* DocumentForm::buildLineButtons() {
     show(Part::LineChange, change);
     show(Part::Integration, notes);
     show(Part::Footer, footer);
-    whenOpen_ = {addLine_, insert, change, remove, scans, notes};
-    whenShown_ += footer;
+    entry_.add(Acts::Open, {addLine_, insert, change, remove, scans, notes});
+    entry_.add(Acts::Shown, {footer});
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("lbltotal"));
     auto* row = new QHBoxLayout;
@@ -106,14 +111,13 @@ QLayout* DocumentForm::buildLineButtons() {
 
 void DocumentForm::buildTray() {
     tray_ = new QStackedWidget(this);
-    tray_->setFixedHeight(248);
     addToTray(lineEntry_ = new LineEntry(*this, book_, layout_));
     addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
     if (layout_.has(Part::Integration)) addToTray(noteChoice_ = new NoteChoice(*this, book_));
     addToTray(scans_ = new ScanEntry(*this, book_));
     if (layout_.has(Part::Footer)) addToTray(footer_ = new FooterEntry(*this, book_));
     lineEntry_->rangeWanted = [this](const QString& reference, const QString& first) {
-        unitRange_->open(*document_, reference, first);
+        unitRange_->open(*shown(), reference, first);
         showTray(unitRange_);
     };
     unitRange_->chosen = [this](const QStringList& units) { addRange(units); };
@@ -139,33 +143,21 @@ void DocumentForm::show(Part part, QPushButton* button) { button->setVisible(lay
 void DocumentForm::orderKeyboard() {
     header_->setTabOrderBefore(validate_);
     QList<QWidget*> order{validate_};
-    for (const QList<QPushButton*>& buttons : {whenTyping_, whenIdle_, whenShown_})
-        for (QPushButton* button : buttons)
+    for (const Acts acts : {Acts::Entering, Acts::Idle, Acts::Shown})
+        for (QPushButton* button : entry_.buttons(acts))
             if (!order.contains(button)) order.append(button);
     order += {quit_, lines_};
-    for (QPushButton* button : whenOpen_) order.append(button);
+    for (QPushButton* button : entry_.buttons(Acts::Open)) order.append(button);
     for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 
-void DocumentForm::setStage(Stage stage) {
-    stage_ = stage;
+void DocumentForm::adapt() {
     renewal_.reset();
-    header_->setOpen(stage == Stage::Entering   ? HeaderEntry::Open::New
-                     : stage == Stage::Changing ? HeaderEntry::Open::Kept
-                     : stage == Stage::Shown    ? HeaderEntry::Open::Number
-                                                : HeaderEntry::Open::Search);
-    showButtons();
+    header_->setOpen(entry_.state() == State::Adding     ? HeaderEntry::Open::New
+                     : entry_.state() == State::Changing ? HeaderEntry::Open::Kept
+                     : shown()                           ? HeaderEntry::Open::Number
+                                                         : HeaderEntry::Open::Search);
     leaveTray();
-}
-
-void DocumentForm::showButtons() {
-    const bool typing = stage_ == Stage::Entering || stage_ == Stage::Changing;
-    const QString whyNot = typing ? QStringLiteral("L'en-tête est en cours de saisie : validez-le ou annulez")
-                                  : QStringLiteral("Aucun document n'est affiché");
-    for (QPushButton* made : whenTyping_) allow(made, typing, QStringLiteral("Rien n'est en cours de saisie"));
-    for (QPushButton* made : whenIdle_) allow(made, !typing, whyNot);
-    for (QPushButton* made : whenShown_) allow(made, stage_ == Stage::Shown, whyNot);
-    for (QPushButton* made : whenOpen_) allow(made, stage_ == Stage::Shown || stage_ == Stage::Changing, whyNot);
 }
 
 } // namespace molven

@@ -3,6 +3,7 @@
 #include "sales/sales_book.h"
 #include "screens/sales/document_layout.h"
 #include "ui/form.h"
+#include "ui/record_state.h"
 
 class QLabel;
 class QStackedWidget;
@@ -27,11 +28,12 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
+    bool mayClose() override;
 
 private:
     using Part = DocumentLayout::Part;
-    enum class Stage { Empty, Entering, Shown, Changing };
+    using State = RecordState::State;
+    using Acts = RecordState::Acts;
 
     DocumentForm(Desk& desk, const DocumentKind& kind);
 
@@ -44,8 +46,8 @@ private:
     /// The button of a part, out of sight where the kind has no such part.
     void show(Part part, QPushButton* button);
     void orderKeyboard();
-    void setStage(Stage stage);
-    void showButtons();
+    /// Opens and closes what the state of the document opens and closes.
+    void adapt();
 
     // The document and its header, in document_steps.cpp.
     void startNew();
@@ -77,6 +79,7 @@ private:
     bool mayLeaveHeader();
     void leaveInnermost();
     const Record& requireDocument() const;
+    const std::optional<Record>& shown() const { return entry_.record(); }
     /// The document in words, for questions that destroy.
     QString about(const Record& document) const;
 
@@ -104,10 +107,9 @@ private:
     const DocumentLayout layout_;
     SalesBook book_;
     const DocumentHeaders& table_;
-    std::optional<Record> document_;
+    RecordState entry_;       ///< of the document shown
     QList<Record> linesRead_; ///< as they stand on the screen
     bool touched_ = false;    ///< created or changed since it was brought up
-    Stage stage_ = Stage::Empty;
     /// The note that the one being entered renews, and the units that go on.
     struct Renewal {
         Record note;
@@ -124,10 +126,6 @@ private:
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;
     QLabel* total_ = nullptr;
-    QList<QPushButton*> whenShown_;  ///< usable while a document is displayed
-    QList<QPushButton*> whenOpen_;   ///< ... and while it is being changed: they concern its lines
-    QList<QPushButton*> whenTyping_; ///< usable while a header is typed
-    QList<QPushButton*> whenIdle_;   ///< usable unless a header is typed, which they would lose
     QPushButton* add_ = nullptr;
     QPushButton* addLine_ = nullptr;
     QPushButton* validate_ = nullptr;

@@ -17,7 +17,8 @@ void DocumentForm::startRenewal() {
     const Record note = documents::current(book_, document);
     transfer_notes::requireRenewable(book_, note);
     const QList<Record> lines = transfer_notes::remaining(book_, note);
-    setStage(Stage::Entering);
+    entry_.startAdding(note);
+    adapt();
     renewal_ = {note, {}};
     for (const Record& line : lines) renewal_->units.append(line[strbtrl.fac_imm]);
     lines_->rows().setRecords(lines);

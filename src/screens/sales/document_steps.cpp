@@ -12,7 +12,7 @@
 #include "ui/grid.h"
 #include "ui/pick_panel.h"
 
-#include <QCloseEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -22,15 +22,14 @@ namespace molven {
 namespace {
 
 const QString NoLine = QStringLiteral("Aucune ligne sur ce document ,voulez-vous le supprimer ? ");
-const QString LoseTyped = QStringLiteral("Abandonner les modifications en cours ?");
 
 } // namespace
 
 /// The document that deeds are done to: the one the number box names, never another that was shown before.
 const Record& DocumentForm::requireDocument() const {
-    if (!document_ || padded(header_->number(), 6) != std::as_const(*document_)[table_.fac_no])
+    if (!shown() || padded(header_->number(), 6) != (*shown())[table_.fac_no])
         throw Refusal(QStringLiteral("N° inconnu"), table_.fac_no.name);
-    return *document_;
+    return *shown();
 }
 
 QString DocumentForm::about(const Record& document) const {
@@ -39,31 +38,31 @@ QString DocumentForm::about(const Record& document) const {
 }
 
 bool DocumentForm::mayLeaveHeader() {
-    return !header_->isTyped() || prompt().confirm(LoseTyped, document_ && stage_ != Stage::Entering
-                                                                  ? about(*document_)
-                                                                  : book_.kind().label + QStringLiteral(", en-tête"));
+    return !header_->isTyped() ||
+           givesUp(shown() && entry_.state() != State::Adding ? about(*shown())
+                                                              : book_.kind().label + QStringLiteral(", en-tête"));
 }
 
 bool DocumentForm::mayLeaveTray() {
     const TrayPart* part = trayPart();
     const QString unsaved = part ? part->unsaved() : QString();
-    return unsaved.isEmpty() || prompt().confirm(LoseTyped, unsaved);
+    return unsaved.isEmpty() || givesUp(unsaved);
 }
 
 void DocumentForm::startNew() {
     if (!mayLeaveTray() || !closeDocument()) return;
-    const QString client = stage_ == Stage::Empty ? header_->client() : QString();
-    document_.reset();
+    const QString client = !shown() && !entry_.isEntering() ? header_->client() : QString();
+    entry_.startAdding();
     lines_->rows().setRecords({});
     total_->clear();
     kindLabel_->setText(book_.kind().label);
-    setStage(Stage::Entering);
+    adapt();
     header_->startNew(client, [this](const QString& code) { return documents::blank(book_, code); });
 }
 
 void DocumentForm::validateHeader() {
     if (!mayLeaveTray()) return;
-    if (stage_ == Stage::Changing) {
+    if (entry_.state() == State::Changing) {
         touched_ = true;
         return display(documents::change(book_, header_->changed(), header_->asRead()));
     }
@@ -78,12 +77,13 @@ void DocumentForm::startChanging() {
     documents::requireOpen(book_, requireDocument());
     if (!mayLeaveTray()) return;
     notify(book_.kind().openWords);
-    setStage(Stage::Changing);
+    entry_.startChanging();
+    adapt();
     header_->focusFirst();
 }
 
 void DocumentForm::abandon() {
-    display(document_);
+    display(shown());
     add_->setFocus();
 }
 
@@ -99,13 +99,13 @@ void DocumentForm::removeDocument() {
 }
 
 void DocumentForm::display(const std::optional<Record>& document) {
-    const bool same = document && document_ && (*document)[table_.fac_no] == (*document_)[table_.fac_no];
+    const bool same = document && shown() && (*document)[table_.fac_no] == (*shown())[table_.fac_no];
     if (!same && !closeDocument()) return;
     if (!same) touched_ = false;
-    document_ = document;
+    entry_.view(document);
     header_->show(document);
     kindLabel_->setText(document ? book_.kind().shownLabel : book_.kind().label);
-    setStage(document ? Stage::Shown : Stage::Empty);
+    adapt();
     if (document) return refresh();
     lines_->rows().setRecords({});
     total_->clear();
@@ -120,7 +120,7 @@ void DocumentForm::leafTo(const std::optional<Record>& document) {
 }
 
 void DocumentForm::displayTyped() {
-    if (header_->number().isEmpty() || stage_ == Stage::Entering || stage_ == Stage::Changing) return;
+    if (header_->number().isEmpty() || entry_.isEntering()) return;
     leafTo(numbered(header_->number()));
 }
 
@@ -163,18 +163,18 @@ void DocumentForm::attempt(const std::function<void()>& deed) {
 /// The document shown as it is now, nothing when another workstation deleted it.
 std::optional<Record> DocumentForm::stored() {
     try {
-        return documents::current(book_, *document_);
+        return documents::current(book_, *shown());
     } catch (const ChangedElsewhere&) {
         return std::nullopt;
     }
 }
 
 void DocumentForm::reread() {
-    if (!document_) return;
+    if (!shown()) return;
     if (!stored()) return display(std::nullopt);
     readAgain();
-    if (stage_ == Stage::Changing) header_->reread(*document_);
-    if (TrayPart* part = trayPart()) part->reread(*document_);
+    if (entry_.state() == State::Changing) header_->reread(*shown());
+    if (TrayPart* part = trayPart()) part->reread(*shown());
 }
 
 /// Documents that a crash left without lines come up one after the other with the question that closes them.
@@ -188,14 +188,14 @@ void DocumentForm::offerUnfinished() {
 
 /// Reads header and lines again. A header being changed keeps what its user reads and types.
 void DocumentForm::readAgain() {
-    document_ = documents::current(book_, *document_);
-    if (stage_ == Stage::Shown) header_->show(document_);
+    entry_.reread(documents::current(book_, *shown()));
+    if (!entry_.isEntering()) header_->show(shown());
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
-        return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *document_) && filter,
+        return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *shown()) && filter,
                                   order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
                                                         : order);
     });
-    linesRead_ = documents::linesRead(book_, *document_);
+    linesRead_ = documents::linesRead(book_, *shown());
     const int count = lines_->rows().rowCount();
     if (count > 0) lines_->selectRow(count - 1);
     total_->setText(totalWords());
@@ -203,18 +203,18 @@ void DocumentForm::readAgain() {
 
 QString DocumentForm::totalWords() const {
     if (book_.kind().isPriced)
-        return QStringLiteral("Total HT : ") + format((*document_)[table_.fac_ht], QStringLiteral("#####0.00"));
+        return QStringLiteral("Total HT : ") + format((*shown())[table_.fac_ht], QStringLiteral("#####0.00"));
     const int units = lines_->rows().rowCount();
     return units == 1 ? QStringLiteral("1 ligne") : QStringLiteral("%1 lignes").arg(units);
 }
 
 void DocumentForm::refresh() {
     readAgain();
-    for (int i = 0; i < tray_->count(); ++i) static_cast<TrayPart*>(tray_->widget(i))->follow(*document_);
+    for (int i = 0; i < tray_->count(); ++i) static_cast<TrayPart*>(tray_->widget(i))->follow(*shown());
 }
 
 QString DocumentForm::closingQuestion() {
-    if (!document_ || !touched_) return {};
+    if (!shown() || !touched_) return {};
     const auto found = stored();
     if (!found || (*found)[table_.fac_cpt] == documents::Transferred) return {};
     if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0) return NoLine;
@@ -227,12 +227,12 @@ bool DocumentForm::closeDocument() {
     const QString question = closingQuestion();
     touched_ = false;
     if (question.isEmpty()) return true;
-    const bool dropped = prompt().confirm(question, about(*document_));
+    const bool dropped = prompt().confirm(question, about(*shown()));
     return guarded([&] {
         if (dropped)
-            documents::abandon(book_, *document_);
+            documents::abandon(book_, *shown());
         else if (question == NoLine)
-            documents::keep(book_, *document_);
+            documents::keep(book_, *shown());
     });
 }
 
@@ -247,7 +247,7 @@ void DocumentForm::print() {
 void DocumentForm::leaveInnermost() {
     if (TrayPart* part = trayPart()) {
         if (mayLeaveTray()) part->left();
-    } else if (stage_ == Stage::Entering || stage_ == Stage::Changing) {
+    } else if (entry_.isEntering()) {
         if (mayLeaveHeader()) abandon();
     } else if (header_->restoreNumber()) {
         header_->focusNumber();
@@ -269,19 +269,16 @@ void DocumentForm::keyPressEvent(QKeyEvent* event) {
     } else if (isReturn && edit && edit->isUnsettled()) {
         // What was just typed or scanned is taken first; the next Return validates.
         if (!edit->leave()) return;
-        if (trayPart() == lineEntry_ && lineEntry_->isScanned(edit))
-            lineEntry_->validation()->click();
-        else if (focusWidget() == edit)
-            focusNextChild();
+        if (focusWidget() == edit) focusNextChild();
     } else {
         Form::keyPressEvent(event);
     }
 }
 
-void DocumentForm::closeEvent(QCloseEvent* event) {
+bool DocumentForm::mayClose() {
     bool leave = true;
     guarded([&] { leave = mayLeaveTray() && mayLeaveHeader() && closeDocument(); });
-    event->setAccepted(leave);
+    return leave;
 }
 
 } // namespace molven

@@ -24,6 +24,7 @@ TrayPart* DocumentForm::trayPart() const {
 
 void DocumentForm::showTray(TrayPart* part) {
     tray_->setCurrentWidget(part);
+    tray_->setFixedHeight(part->sizeHint().height());
     tray_->show();
     setDefaultButton(part->validation());
 }
@@ -36,9 +37,8 @@ void DocumentForm::openTray(TrayPart* part, const std::function<void()>& start) 
 
 void DocumentForm::leaveTray() {
     tray_->hide();
-    const bool typing = stage_ == Stage::Entering || stage_ == Stage::Changing;
-    setDefaultButton(typing ? validate_ : nullptr);
-    if (stage_ == Stage::Shown || stage_ == Stage::Changing) addLine_->setFocus();
+    setDefaultButton(entry_.isEntering() ? validate_ : nullptr);
+    if (addLine_->isEnabled()) addLine_->setFocus();
 }
 
 Record DocumentForm::requireLine() const {
@@ -49,19 +49,19 @@ Record DocumentForm::requireLine() const {
 
 void DocumentForm::addLine() {
     documents::requireOpen(book_, requireDocument());
-    openTray(lineEntry_, [this] { lineEntry_->startAdding(*document_); });
+    openTray(lineEntry_, [this] { lineEntry_->startAdding(*shown()); });
 }
 
 void DocumentForm::insertLine() {
     documents::requireOpen(book_, requireDocument());
     const Record line = requireLine();
-    openTray(lineEntry_, [&] { lineEntry_->startInserting(*document_, line); });
+    openTray(lineEntry_, [&] { lineEntry_->startInserting(*shown(), line); });
 }
 
 void DocumentForm::changeLine() {
     documents::requireOpen(book_, requireDocument());
     const Record line = requireLine();
-    openTray(lineEntry_, [&] { lineEntry_->startChanging(*document_, line); });
+    openTray(lineEntry_, [&] { lineEntry_->startChanging(*shown(), line); });
 }
 
 void DocumentForm::removeLine() {
@@ -83,19 +83,19 @@ void DocumentForm::openScans() {
     documents::requireOpen(book_, requireDocument());
     if (!mayLeaveTray()) return;
     showTray(scans_);
-    scans_->open(*document_);
+    scans_->open(*shown());
 }
 
 void DocumentForm::addRange(const QStringList& units) {
     QList<document_lines::Draft> drafts;
     QList<Record> checked;
     for (const QString& number : units) {
-        checked.append(unit_rules::checkAgain(book_, *document_, number));
-        drafts.append(document_lines::ofUnit(book_, *document_, checked.last()));
+        checked.append(unit_rules::checkAgain(book_, *shown(), number));
+        drafts.append(document_lines::ofUnit(book_, *shown(), checked.last()));
     }
-    unit_warnings::tellNotes(*this, book_, *document_, checked);
-    if (!unit_warnings::areAccepted(*this, book_, *document_, checked)) return;
-    document_lines::add(book_, *document_, drafts);
+    unit_warnings::tellNotes(*this, book_, *shown(), checked);
+    if (!unit_warnings::areAccepted(*this, book_, *shown(), checked)) return;
+    document_lines::add(book_, *shown(), drafts);
     touched_ = true;
     refresh();
     addLine();
@@ -103,12 +103,12 @@ void DocumentForm::addRange(const QStringList& units) {
 
 void DocumentForm::openIntegration() {
     documents::requireOpen(book_, requireDocument());
-    openTray(noteChoice_, [this] { noteChoice_->open(*document_); });
+    openTray(noteChoice_, [this] { noteChoice_->open(*shown()); });
 }
 
 void DocumentForm::openFooter() {
     requireDocument();
-    openTray(footer_, [this] { footer_->open(*document_); });
+    openTray(footer_, [this] { footer_->open(*shown()); });
 }
 
 } // namespace molven

@@ -1,13 +1,10 @@
 #include "screens/sales/footer_entry.h"
 
 #include "data/format.h"
-#include "reference/codes.h"
-#include "reference/parameter_tables.h"
 #include "sales/documents.h"
 #include "sales/totals.h"
 #include "screens/sales/typed_boxes.h"
 #include "ui/form.h"
-#include "ui/pick_lists.h"
 #include "ui/record_panel.h"
 #include "ui/style.h"
 
@@ -57,23 +54,14 @@ FooterEntry::FooterEntry(Form& form, SalesBook& book)
       table_(book.kind().headers),
       document_(table_),
       boxes_(new RecordPanel(groups(table_), 3, this)),
+      codes_(form, *boxes_, {{DataFile::Molven, book.molven}}),
       validate_(form.button(QStringLiteral("Cmdvalpied"), QStringLiteral("Va&lider le pied"),
                             [this] { attempt([this] { validate(); }); })),
       otherVat_(new QLabel(this)) {
     otherVat_->setObjectName(QStringLiteral("lblautretva"));
     for (const FieldBox& box : boxes_->boxes()) form_.bind(box.field->name, boxes_->edit(*box.field));
     style::emphasise(*boxes_->edit(table_.fac_ffa));
-    form_.onPick(
-        boxes_->edit(table_.fac_rglt),
-        [this] {
-            form_.pick(pick_lists::paymentModes(book_.molven, [this](const Record& mode) {
-                boxes_->edit(table_.fac_rglt)->put(mode[strparrgt.cde_rglt]);
-            }));
-        },
-        boxes_->listButton(table_.fac_rglt));
-    form_.onLeft(boxes_->edit(table_.fac_rglt), [this, mode = boxes_->edit(table_.fac_rglt)] {
-        mode->put(codes::completed(book_.molven, *table_.fac_rglt.code, mode->value()));
-    });
+    codes_.wire([this](const Field&) { codes_.showWords(); });
     auto* leave =
         form.leaveButton(QStringLiteral("Cmdquitpied"), QStringLiteral("&Fermer le pied"), [this] { left(); });
     auto* row = new QHBoxLayout;
@@ -102,6 +90,7 @@ void FooterEntry::follow(const Record& document) {
 
 void FooterEntry::fill(const Record& footer) {
     boxes_->load(footer);
+    codes_.showWords();
     const Decimal vat = totals::otherVat(table_, footer);
     otherVat_->setText(vat.isZero()
                            ? QString()

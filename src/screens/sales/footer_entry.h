@@ -2,6 +2,7 @@
 
 #include "sales/sales_book.h"
 #include "screens/sales/tray_part.h"
+#include "ui/code_boxes.h"
 
 class QLabel;
 
@@ -30,6 +31,7 @@ private:
     const DocumentHeaders& table_;
     Record document_; ///< as the boxes were filled from it
     RecordPanel* boxes_;
+    CodeBoxes codes_;
     QPushButton* validate_;
     QLabel* otherVat_;
 };

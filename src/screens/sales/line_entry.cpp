@@ -56,7 +56,6 @@ void LineEntry::build() {
     style::nest(*layout);
     layout->addWidget(panel_);
     layout->addLayout(buttons);
-    form_.onLeft(box(table_.fac_ref), [this] { takeArticle(); });
     form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
     if (!book_.kind().isPriced) return;
     form_.onLeft(box(table_.fac_tip), [this] { takeReimbursement(); });
@@ -83,16 +82,9 @@ void LineEntry::addDiscounts(QHBoxLayout& row) {
 
 void LineEntry::setPickers() {
     codes_.emplace(form_, *panel_, QHash<DataFile, Database>{{DataFile::Molven, book_.molven}});
-    codes_->offer();
-    form_.onPick(
-        box(table_.fac_ref),
-        [this] {
-            form_.pick(pick_lists::articles(book_.molven, [this](const Record& article) {
-                box(table_.fac_ref)->put(article[strarticle.art_ref]);
-                form_.guarded([this] { takeArticle(); });
-            }));
-        },
-        panel_->listButton(table_.fac_ref));
+    codes_->wire([this](const Field& field) {
+        if (&field == &table_.fac_ref) takeArticle();
+    });
     form_.onPick(
         box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
     if (book_.kind().isPriced)
@@ -158,12 +150,6 @@ QString LineEntry::unsaved() const {
 }
 
 void LineEntry::focusUnit() { box(table_.fac_imm)->setFocus(Qt::OtherFocusReason); }
-
-bool LineEntry::isScanned(const Edit* edit) const {
-    const bool takesScans = edit == box(table_.fac_ref) || edit == box(table_.fac_imm);
-    return takesScans && purpose_ == Purpose::Add && !book_.kind().isPriced &&
-           !draft_.line.value(table_.fac_imm).isEmpty();
-}
 
 void LineEntry::start(Purpose purpose, const Record& header) {
     purpose_ = purpose;

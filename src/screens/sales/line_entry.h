@@ -27,8 +27,6 @@ public:
     QString unsaved() const override;
     void reread(const Record& document) override;
     void focusUnit();
-    /// True when the box was given a unit and the line asks for nothing else: scan after scan adds lines.
-    bool isScanned(const Edit* edit) const;
 
     /// The user wants a range of units of this article, from this immatriculation on.
     std::function<void(const QString& reference, const QString& first)> rangeWanted;

@@ -1,25 +1,19 @@
 #include "screens/sales/recall_form.h"
 
 #include "data/clock.h"
-#include "data/database.h"
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/safe_file.h"
 #include "printing/letter.h"
+#include "reference/code_kinds.h"
 #include "reference/parties.h"
 #include "shell/company_address.h"
 #include "stock/unit_tables.h"
-#include "ui/criteria_panel.h"
 #include "ui/edit.h"
-#include "ui/grid.h"
 #include "ui/unit_marks.h"
 
 #include <QDir>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QMap>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 namespace molven {
 
@@ -126,69 +120,52 @@ Report reportOf(const RecallQuery& query, const QList<Record>& units) {
 } // namespace
 
 RecallForm::RecallForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_rappel")),
-      grid_(new Grid(QStringLiteral("DBGrid1"), columns(), this)),
-      count_(new QLabel(this)) {
-    count_->setObjectName(QStringLiteral("Label1"));
+    : SelectionForm(desk, QStringLiteral("T_rappel")), molven_(workspace_.open(session().molven())) {
     using Kind = CriterionBox::Kind;
-    criteria_ = new CriteriaPanel(*this,
-                                  {{QStringLiteral("txtlot_art"), QStringLiteral("Lot :"), 20},
-                                   {QStringLiteral("txtfou_ref"), QStringLiteral("Réf. fournisseur :"), 20},
-                                   {QStringLiteral("txtref_art"), QStringLiteral("Article :"), 13},
-                                   {QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), 10, Kind::Day},
-                                   {QStringLiteral("Mskfin"), QStringLiteral("au :"), 10, Kind::Day}},
-                                  5);
-    bind(strproduit.lot_art.name, criteria_->edit(QStringLiteral("txtlot_art")));
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(criteria_);
-    layout->addWidget(grid_, 1);
-    layout->addLayout(buttons());
-    resize(1240, 700);
-    applyTitle(QStringLiteral("Rappel de lot"));
-    criteria_->edit(QStringLiteral("txtlot_art"))->setFocus();
-}
-
-QLayout* RecallForm::buttons() {
-    auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); });
-    auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
-    auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] { exportAll(); });
-    grid_->exportWanted = [this] { guarded([this] { exportAll(); }); };
-    auto* letters =
-        button(QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"), [this] { writeLetters(); });
-    auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
-    setDefaultButton(search);
-    auto* row = new QHBoxLayout;
-    row->addWidget(search);
-    row->addWidget(count_, 1);
-    for (QPushButton* made : {printButton, exportButton, letters, quit}) row->addWidget(made);
-    return row;
+    build({.title = QStringLiteral("Rappel de lot"),
+           .criteria = {{QStringLiteral("txtlot_art"), QStringLiteral("Lot :"), 20},
+                        {QStringLiteral("txtfou_ref"), QStringLiteral("Réf. fournisseur :"), 20},
+                        {.name = QStringLiteral("txtref_art"),
+                         .caption = QStringLiteral("Article :"),
+                         .code = &codes::Article},
+                        {QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), 10, Kind::Day},
+                        {QStringLiteral("Mskfin"), QStringLiteral("au :"), 10, Kind::Day}},
+           .across = 5,
+           .list = columns(),
+           .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); }}},
+           .deeds = {{QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},
+                     {QStringLiteral("Cmdexp"), QStringLiteral("E&xporter"), [this] { exportAll(); }},
+                     {QStringLiteral("Cmdlettre"), QStringLiteral("&Lettres aux établissements"),
+                      [this] { writeLetters(); }}},
+           .files = {{DataFile::Molven, molven_}},
+           .count = QStringLiteral("Label1"),
+           .size = {1240, 700}});
+    bind(strproduit.lot_art.name, criteria().edit(QStringLiteral("txtlot_art")));
+    list().exportWanted = [this] { guarded([this] { exportAll(); }); };
 }
 
 /// Every unit of the recall, whatever filter is typed in the list on the screen.
 void RecallForm::exportAll() {
     requireUnits();
-    Grid all(grid_->objectName(), columns(), this);
+    Grid all(list().objectName(), columns(), this);
     all.rows().setRecords(units_);
     all.exportCsv();
 }
 
 RecallQuery RecallForm::typedQuery() const {
-    const auto value = [this](const char* name) { return criteria_->value(QString::fromLatin1(name)); };
+    const auto value = [this](const char* name) { return criteria().value(QString::fromLatin1(name)); };
     return {value("txtlot_art"), value("txtfou_ref"), value("txtref_art"), value("Mskdeb"), value("Mskfin")};
 }
 
 void RecallForm::find() {
-    units_.clear();
-    grid_->rows().setRecords({});
-    count_->clear();
+    clearSelection();
     query_ = typedQuery();
     units_ = recall::find(session(), query_);
-    grid_->rows().setRecords(units_);
-    count_->setText(countOf(units_));
+    showRows(units_, countOf(units_));
 }
 
 void RecallForm::requireUnits() const {
-    if (units_.isEmpty()) throw Refusal(QStringLiteral("Faire une sélection"), strproduit.lot_art.name);
+    requireSelection();
     if (!(typedQuery() == query_))
         throw Refusal(QStringLiteral("Les critères ont changé depuis la recherche : rechercher d'abord"),
                       strproduit.lot_art.name);
@@ -208,11 +185,9 @@ void RecallForm::writeLetters() {
     if (byHospital.isEmpty()) throw Refusal(QStringLiteral("Aucun établissement concerné"), strproduit.lot_art.name);
     const QString folder = session().chemin_tri + QStringLiteral("rappel");
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
-    Workspace workspace;
-    Database molven = workspace.open(session().molven());
-    const QStringList address = company_address::lines(molven);
+    const QStringList address = company_address::lines(molven_);
     for (auto hospital = byHospital.begin(); hospital != byHospital.end(); ++hospital) {
-        const Record client = parties::findClient(molven, hospital.key()).value_or(Record(strclient));
+        const Record client = parties::findClient(molven_, hospital.key()).value_or(Record(strclient));
         printed(letterTo(session(), address, client, query_, hospital.value()))
             .savePdf(freeName(folder + u'/' + recall::letterName(query_, hospital.key(), Clock::today())));
     }

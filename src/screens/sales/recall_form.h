@@ -1,22 +1,16 @@
 #pragma once
 
 #include "sales/recall.h"
-#include "ui/form.h"
-
-class QLabel;
+#include "ui/selection_form.h"
 
 namespace molven {
 
-class CriteriaPanel;
-class Grid;
-
 /// Recall of a lot: every unit concerned, where it is and in whom, on screen, on paper, and one letter a hospital.
-class RecallForm : public Form {
+class RecallForm : public SelectionForm {
 public:
     explicit RecallForm(Desk& desk);
 
 private:
-    QLayout* buttons();
     void exportAll();
     void find();
     RecallQuery typedQuery() const;
@@ -24,9 +18,8 @@ private:
     void print();
     void writeLetters();
 
-    CriteriaPanel* criteria_ = nullptr;
-    Grid* grid_ = nullptr;
-    QLabel* count_ = nullptr;
+    Workspace workspace_;
+    Database molven_;
     RecallQuery query_;
     QList<Record> units_;
 };

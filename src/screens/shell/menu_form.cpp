@@ -324,6 +324,6 @@ void MenuForm::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void MenuForm::closeEvent(QCloseEvent* event) { event->setAccepted(desk().quit()); }
+bool MenuForm::mayClose() { return desk().quit(); }
 
 } // namespace molven

@@ -21,7 +21,7 @@ public:
     explicit MenuForm(Desk& desk);
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
+    bool mayClose() override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

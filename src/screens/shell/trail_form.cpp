@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace molven {
@@ -59,8 +58,7 @@ QPushButton* trailButton(Form& form, const std::function<TrailSubject()>& subjec
     QPushButton* made = form.button(QStringLiteral("Cmdhisto"), QStringLiteral("Historique"), [&form, subject] {
         form.desk().open(QStringLiteral("T_histo"), wordOf(subject()));
     });
-    auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_H), &form);
-    QObject::connect(shortcut, &QShortcut::activated, made, &QPushButton::click);
+    made->setToolTip(QStringLiteral("Ctrl+H"));
     return made;
 }
 

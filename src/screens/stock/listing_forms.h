@@ -2,40 +2,19 @@
 
 #include "stock/stock_listing.h"
 #include "stock/unit_listing.h"
-#include "ui/form.h"
-#include "ui/pick_lists.h"
+#include "ui/selection_form.h"
 
 class QLabel;
 
 namespace molven {
 
-class CriteriaPanel;
-struct CriterionBox;
-class Grid;
-
-/// What the listings share: their criteria, and the lists that F2 opens in them.
-class CriteriaForm : public Form {
-protected:
-    CriteriaForm(Desk& desk, const QString& screen, const QList<CriterionBox>& boxes);
-    /// Leaving a box of these criteria makes a short code or number whole.
-    void completeOnLeaving(const ListingCriteria& criteria);
-    /// F2 in a box; none when the screen has no such box.
-    void setPicker(const char* box, const Field& field, const std::function<PickList(const pick_lists::Chosen&)>& list);
-
-    Workspace workspace_;
-    Database molven_;
-    CriteriaPanel* criteria_;
-};
-
 /// Lists units by any of their criteria: shown, printed, labelled, reminded of, returned, deleted.
-class UnitListForm : public CriteriaForm {
+class UnitListForm : public SelectionForm {
 public:
     explicit UnitListForm(Desk& desk);
 
 private:
-    QLayout* buttons();
     void select();
-    void requireSelection() const;
     Recordset selected();
     void print();
     Report report();
@@ -44,18 +23,16 @@ private:
     void returnUnits();
     void removeUnit();
 
-    Database tri_;
-    Grid* grid_ = nullptr;
-    QLabel* words_ = nullptr;
-    QLabel* count_ = nullptr;
+    Workspace workspace_;
+    Database molven_, tri_;
     ListingSelection selection_;
-    std::optional<Criterion> selected_;
+    Criterion selected_;
     bool isReminder_ = false;
     QString reminderWords_; ///< which units the reminder takes; empty when it is none
 };
 
 /// Stock of articles with its value, now or at a past date, and stock of units.
-class StockListForm : public CriteriaForm {
+class StockListForm : public SelectionForm {
 public:
     explicit StockListForm(Desk& desk);
 
@@ -69,14 +46,13 @@ private:
     Report articleReport();
     Report unitReport();
     QString amountPattern();
-    QString words() const;
+    /// The words on the paper.
+    QString asked() const;
 
-    Database compta_;
-    Grid* grid_ = nullptr;
-    QLabel* total_ = nullptr;
-    QLabel* words_ = nullptr;
+    Workspace workspace_;
+    Database molven_, compta_;
     QLabel* step_ = nullptr;
-    QString title_; ///< of what is listed; empty before
+    QString title_; ///< of what is listed
     QList<Record> articles_;
     ListingSelection unitSelection_;
     std::optional<Criterion> units_; ///< the units listed; nothing when articles are

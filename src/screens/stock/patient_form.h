@@ -2,17 +2,12 @@
 
 #include "data/database.h"
 #include "stock/patient_enquiry.h"
-#include "ui/form.h"
-
-class QLabel;
+#include "ui/selection_form.h"
 
 namespace molven {
 
-class CriteriaPanel;
-class Grid;
-
 /// Which patient received which unit. Its twin reads the virtual stock.
-class PatientForm : public Form {
+class PatientForm : public SelectionForm {
 public:
     explicit PatientForm(Desk& desk) : PatientForm(desk, QStringLiteral("T_tracab"), DataFile::Molven) {}
 
@@ -20,11 +15,9 @@ protected:
     PatientForm(Desk& desk, const QString& name, DataFile units);
 
 private:
-    void setPickers();
-    QLayout* buttons();
     PatientEnquiry typed() const;
-    const PatientEnquiry& requireSelection() const;
     void select();
+    Recordset selected();
     void keep();
     void print();
     void makeLabels();
@@ -32,11 +25,7 @@ private:
     Workspace workspace_;
     Database molven_, units_, tri_;
     const bool isVirtual_;
-    CriteriaPanel* criteria_ = nullptr;
-    Grid* grid_ = nullptr;
-    QLabel* words_ = nullptr;
-    QLabel* count_ = nullptr;
-    std::optional<PatientEnquiry> selection_;
+    PatientEnquiry enquiry_; ///< whose units are shown
 };
 
 class VirtualPatientForm : public PatientForm {

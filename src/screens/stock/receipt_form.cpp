@@ -5,9 +5,7 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/articles.h"
-#include "reference/codes.h"
 #include "reference/parameters.h"
-#include "reference/parties.h"
 #include "screens/price_notice.h"
 #include "screens/stock/serial_list.h"
 #include "screens/stock/unit_card.h"
@@ -194,33 +192,15 @@ bool ReceiptForm::hasUnsavedWork() const { return contents() != untouched_ || un
 
 void ReceiptForm::setPickers() {
     codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, molven_}});
-    codes_->offer();
-    const auto picker = [this](const Text& field, const Text& from,
-                               const std::function<PickList(const pick_lists::Chosen&)>& makeList) {
-        onPick(
-            panel_->edit(field),
-            [this, &field, &from, makeList] {
-                pick(makeList([this, &field, &from](const Record& row) {
-                    panel_->edit(field)->put(row[from]);
-                    leftCode(field);
-                }));
-            },
-            panel_->listButton(field));
-        onLeft(panel_->edit(field), [this, &field] { leftCode(field); });
-    };
-    picker(strproduit.ref_art, strarticle.art_ref, [this](const pick_lists::Chosen& chosen) {
-        return pick_lists::articles(molven_, chosen, strarticle.art_aig == follow_up::ByUnit);
+    codes_->wire([this](const Field& field) {
+        if (&field == &strproduit.ref_art)
+            showArticle();
+        else
+            codes_->showWords();
     });
-    picker(strproduit.fou_cde, strfournis.fou_cod,
-           [this](const pick_lists::Chosen& chosen) { return pick_lists::suppliers(molven_, chosen); });
-    picker(strproduit.num_dep, strparam.num_par, [this](const pick_lists::Chosen& chosen) {
-        return pick_lists::parameters(molven_, list::Depot, QStringLiteral("LES DEPOTS"), chosen);
-    });
-    onPick(panel_->edit(strproduit.fab_cau), [this] {
-        const QString letter = panel_->edit(strproduit.fab_con)->value().trimmed();
-        pick(pick_lists::parameters(molven_, letter, QStringLiteral("LES CAUSES"), [this](const Record& cause) {
-            panel_->edit(strproduit.fab_cau)->put(cause[strparam.num_par]);
-        }));
+    codes_->list(strproduit.ref_art, [this] {
+        return pick_lists::articles(molven_, codes_->put(strproduit.ref_art, strarticle.art_ref),
+                                    strarticle.art_aig == follow_up::ByUnit);
     });
 }
 
@@ -265,40 +245,18 @@ void ReceiptForm::quantityTyped() {
     listSerial();
 }
 
-void ReceiptForm::leftCode(const Text& field) {
-    if (&field == &strproduit.ref_art)
-        showArticle();
-    else
-        showHints();
-}
-
-/// Completes the codes of supplier and depot, and shows the words behind them.
-void ReceiptForm::showHints() {
-    Edit* supplier = panel_->edit(strproduit.fou_cde);
-    if (const auto known = parties::findSupplier(molven_, supplier->value())) {
-        supplier->put(known->value(strfournis.fou_cod));
-        panel_->setHint(strproduit.fou_cde, known->value(strfournis.fou_nom));
-    } else {
-        panel_->setHint(strproduit.fou_cde, {});
-    }
-    Edit* depot = panel_->edit(strproduit.num_dep);
-    depot->put(codes::completed(molven_, codes::Depot, depot->value()));
-    panel_->setHint(strproduit.num_dep, parameters::label(molven_, list::Depot, depot->value()));
-}
-
 /// What the article of the reference brings: its words, what it presets, the boxes that its type needs.
 void ReceiptForm::showArticle() {
     takeScan(panel_->edit(strproduit.ref_art));
     const QString reference = panel_->edit(strproduit.ref_art)->value().trimmed();
-    panel_->setHint(strproduit.ref_art, {});
+    codes_->showWords();
     if (!reference.isEmpty()) {
         const Record article = receipts::followedArticle(molven_, reference);
         panel_->edit(strproduit.ref_art)->put(article[strarticle.art_ref]);
-        panel_->setHint(strproduit.ref_art, article[strarticle.art_li1]);
         if (!changed_) presetFrom(article);
         showByType(article);
     }
-    showHints();
+    codes_->showWords();
 }
 
 /// A supplier's reference that came with another article goes with it; what the user typed stays.

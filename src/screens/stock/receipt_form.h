@@ -31,8 +31,6 @@ private:
     QLayout* quantityRow(QWidget* box);
     void setPickers();
     void setScans();
-    void leftCode(const Text& field);
-    void showHints();
     void showArticle();
     void presetFrom(const Record& article);
     void showByType(const Record& article);
@@ -60,7 +58,7 @@ private:
     Database molven_;
     QGroupBox* box_ = nullptr;
     RecordPanel* panel_ = nullptr;
-    std::optional<CodeBoxes> codes_; ///< only offer here: a scan in a code box is no code
+    std::optional<CodeBoxes> codes_;
     Edit* quantity_ = nullptr;
     SerialList* serials_ = nullptr;
     QPushButton* fresh_ = nullptr;

@@ -38,7 +38,7 @@ bool ReceiptForm::mayDiscard() {
     const QString about = changed_ ? units::title(*changed_)
                                    : QStringLiteral("Entrée en stock : %1, quantité %2")
                                          .arg(panel_->edit(strproduit.ref_art)->value(), quantity_->value());
-    return prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), about);
+    return givesUp(about);
 }
 
 /// Makes ready for the next article of the same delivery.

@@ -14,6 +14,7 @@
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/pick_lists.h"
+#include "ui/record_panel.h"
 #include "ui/style.h"
 
 #include <QGridLayout>
@@ -40,11 +41,11 @@ UnitCard::UnitCard(Form& form)
     style::makeHeading(*title_);
     place_ = label(QStringLiteral("Lbltrac1"));
     document_ = label(QStringLiteral("Lbltrac2"));
-    conformity_ = label(QStringLiteral("Lblconform"));
+    conformityWords_ = label(QStringLiteral("Lblconform"));
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(buildSearch());
     layout->addWidget(units_, 1);
-    for (QLabel* text : {title_, place_, document_, conformity_}) layout->addWidget(text);
+    for (QLabel* text : {title_, place_, document_, conformityWords_}) layout->addWidget(text);
     buildTray();
     layout->addWidget(tray_);
     layout->addLayout(buildButtons());
@@ -112,63 +113,37 @@ QLayout* UnitCard::buildButtons() {
 }
 
 void UnitCard::buildTray() {
+    const auto& u = strproduit;
     tray_ = new QStackedWidget(this);
-    const auto box = [this](const QString& name, int characters, QWidget* parent) {
-        auto* edit = new Edit(parent);
-        edit->setObjectName(name);
-        edit->setMaxLength(characters);
-        return edit;
-    };
-    auto* conformity = new QWidget(this);
-    conformityCode_ = box(QStringLiteral("txtconf"), 1, conformity);
-    cause_ = box(QStringLiteral("txtconfcau"), 3, conformity);
-    for (Edit* edit : {conformityCode_, cause_}) edit->setFixedWidth(style::boxWidth(3));
-    auto* conformityRow = new QHBoxLayout(conformity);
-    style::nest(*conformityRow);
-    conformityRow->addWidget(new QLabel(QStringLiteral("Conformité O/X/Y/Z :"), conformity));
-    conformityRow->addWidget(conformityCode_);
-    conformityRow->addWidget(new QLabel(QStringLiteral("Cause :"), conformity));
-    conformityRow->addWidget(cause_);
-    conformityRow->addStretch();
-    validateConformity_ =
-        form_.button(QStringLiteral("Cmdokconf"), QStringLiteral("&OK"), [this] { changeConformity(); });
-    conformityRow->addWidget(validateConformity_);
-    cancelConformity_ =
-        form_.leaveButton(QStringLiteral("Cmdannconf"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
-    conformityRow->addWidget(cancelConformity_);
-
-    auto* implantation = new QWidget(this);
-    patient_ = box(QStringLiteral("txtreg_pat"), strproduit.reg_pat.size, implantation);
-    hospital_ = box(QStringLiteral("txtreg_clt"), 6, implantation);
-    hospital_->setFixedWidth(style::boxWidth(6));
-    form_.onLeft(hospital_, [this] { hospital_->put(padded(hospital_->text(), strproduit.reg_clt.size)); });
-    date_ = new DateBox(implantation);
-    date_->setObjectName(QStringLiteral("txtreg_dat"));
-    form_.bind(strproduit.reg_pat.name, patient_);
-    form_.bind(strproduit.reg_clt.name, hospital_);
-    form_.bind(strproduit.reg_dat.name, date_);
-    auto* implantationRows = new QVBoxLayout(implantation);
-    style::nest(*implantationRows);
-    auto* patientRow = new QHBoxLayout;
-    patientRow->addWidget(new QLabel(QStringLiteral("Patient :"), implantation));
-    patientRow->addWidget(patient_, 1);
-    implantationRows->addLayout(patientRow);
-    auto* implantationRow = new QHBoxLayout;
-    implantationRows->addLayout(implantationRow);
-    implantationRow->addWidget(new QLabel(QStringLiteral("Client :"), implantation));
-    implantationRow->addWidget(hospital_);
-    implantationRow->addWidget(new QLabel(QStringLiteral("Date :"), implantation));
-    implantationRow->addWidget(date_);
-    implantationRow->addStretch();
-    validateImplantation_ = form_.button(QStringLiteral("Cmdokpose"), QStringLiteral("&OK"), [this] { implant(); });
-    implantationRow->addWidget(validateImplantation_);
-    cancelImplantation_ =
-        form_.leaveButton(QStringLiteral("Cmdannpose"), QStringLiteral("&Annuler"), [this] { leaveTray(); });
-    implantationRow->addWidget(cancelImplantation_);
-    tray_->addWidget(conformity);
-    tray_->addWidget(implantation);
-    tray_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    buildEntry(
+        conformity_,
+        {{.field = &u.fab_con, .caption = QStringLiteral("Conformité O/X/Y/Z :"), .control = QStringLiteral("txtconf")},
+         {.field = &u.fab_cau, .caption = QStringLiteral("Cause :"), .control = QStringLiteral("txtconfcau")}},
+        QStringLiteral("conf"), [this] { changeConformity(); });
+    buildEntry(implantation_,
+               {{.field = &u.reg_pat, .caption = QStringLiteral("Patient :"), .characters = 28},
+                {.field = &u.reg_clt, .caption = QStringLiteral("Client :")},
+                {.field = &u.reg_dat, .caption = QStringLiteral("Date :"), .isDate = true}},
+               QStringLiteral("pose"), [this] { implant(); });
+    for (const FieldBox& box : implantation_.boxes->boxes())
+        form_.bind(box.field->name, implantation_.boxes->edit(*box.field));
     tray_->hide();
+}
+
+void UnitCard::buildEntry(Entry& entry, const QList<FieldBox>& boxes, const QString& suffix,
+                          const std::function<void()>& validate) {
+    entry.page = new QWidget(this);
+    entry.boxes = new RecordPanel(boxes, 1, entry.page);
+    entry.codes.emplace(form_, *entry.boxes, QHash<DataFile, Database>{{DataFile::Molven, molven_}});
+    entry.codes->wire([&entry](const Field&) { entry.codes->showWords(); });
+    entry.validate = form_.button(QStringLiteral("Cmdok") + suffix, QStringLiteral("&OK"), validate);
+    entry.cancel =
+        form_.leaveButton(QStringLiteral("Cmdann") + suffix, QStringLiteral("&Annuler"), [this] { leaveTray(); });
+    auto* row = new QHBoxLayout(entry.page);
+    style::nest(*row);
+    row->addWidget(entry.boxes, 1);
+    for (QPushButton* button : {entry.validate, entry.cancel}) row->addWidget(button, 0, Qt::AlignBottom);
+    tray_->addWidget(entry.page);
 }
 
 void UnitCard::setPickers() {
@@ -189,38 +164,31 @@ void UnitCard::setPickers() {
     ofSupplier(supplierSerial_, strproduit.fou_imm, QStringLiteral("N° série fournisseur"), strproduit.fou_imm);
     ofSupplier(supplierReference_, strproduit.fou_ref, QStringLiteral("Réf. fournisseur"),
                {strproduit.fou_ref, strproduit.fou_imm});
-    form_.onPick(cause_, [this] {
-        form_.pick(pick_lists::parameters(molven_, conformityCode_->text().trimmed(), QStringLiteral("LES CAUSES"),
-                                          [this](const Record& cause) { cause_->put(cause[strparam.num_par]); }));
-    });
-    form_.onPick(hospital_, [this] {
-        form_.pick(
-            pick_lists::clients(molven_, [this](const Record& client) { hospital_->put(client[strclient.clt_cod]); }));
-    });
 }
 
 void UnitCard::focusSearch() { number_->setFocus(); }
 
-void UnitCard::openTray(int page, const QList<Edit*>& boxes, const QStringList& texts) {
-    trayBoxes_ = boxes;
-    for (qsizetype i = 0; i < boxes.size(); ++i) boxes[i]->put(texts[i]);
-    trayTexts_.clear();
-    for (const Edit* box : boxes) trayTexts_.append(box->text());
-    tray_->setCurrentIndex(page);
+void UnitCard::openTray(Entry& entry, const Record& shown) {
+    trayShown_ = shown;
+    entry.boxes->load(shown);
+    entry.codes->showWords();
+    tray_->setCurrentWidget(entry.page);
+    tray_->setFixedHeight(entry.page->sizeHint().height());
     tray_->show();
-    boxes.first()->setFocus();
+    entry.boxes->edit(*entry.boxes->boxes().first().field)->setFocus();
+}
+
+const UnitCard::Entry* UnitCard::openEntry() const {
+    if (tray_->isHidden()) return nullptr;
+    return tray_->currentWidget() == conformity_.page ? &conformity_ : &implantation_;
 }
 
 bool UnitCard::hasUnsavedWork() const {
-    QStringList typed;
-    for (const Edit* box : trayBoxes_) typed.append(box->text());
-    return !tray_->isHidden() && typed != trayTexts_;
+    const Entry* entry = openEntry();
+    return entry && entry->boxes->differsFrom(*trayShown_);
 }
 
-bool UnitCard::mayLeaveTray() {
-    return !hasUnsavedWork() ||
-           form_.prompt().confirm(QStringLiteral("Abandonner les modifications en cours ?"), title_->text());
-}
+bool UnitCard::mayLeaveTray() { return !hasUnsavedWork() || form_.givesUp(title_->text()); }
 
 void UnitCard::leaveTray() {
     if (!mayLeaveTray()) return;
@@ -229,13 +197,13 @@ void UnitCard::leaveTray() {
 }
 
 QPushButton* UnitCard::validateButton(const QWidget* focused) const {
-    if (tray_->isHidden() || !tray_->isAncestorOf(focused)) return nullptr;
-    return tray_->currentIndex() == 0 ? validateConformity_ : validateImplantation_;
+    const Entry* entry = openEntry();
+    return entry && tray_->isAncestorOf(focused) ? entry->validate : nullptr;
 }
 
 QPushButton* UnitCard::cancelButton() const {
-    if (tray_->isHidden()) return nullptr;
-    return tray_->currentIndex() == 0 ? cancelConformity_ : cancelImplantation_;
+    const Entry* entry = openEntry();
+    return entry ? entry->cancel : nullptr;
 }
 
 void UnitCard::list(const Criterion& criterion) {
@@ -309,14 +277,14 @@ void UnitCard::show(const Record& unit) {
     const units::Situation situation = units::situation(unit, form_.session().rules());
     place_->setText(situation.place);
     document_->setText(situation.document);
-    conformity_->setText(units::conformityText(molven_, unit));
+    conformityWords_->setText(units::conformityText(molven_, unit));
     tray_->hide();
 }
 
 void UnitCard::showNone() {
     unit_.reset();
     number_->put({});
-    for (QLabel* label : {title_, place_, document_, conformity_}) label->clear();
+    for (QLabel* label : {title_, place_, document_, conformityWords_}) label->clear();
     tray_->hide();
 }
 
@@ -351,13 +319,12 @@ void UnitCard::makeLabels() {
 
 void UnitCard::openConformity() {
     if (!mayLeaveTray()) return;
-    const Record& unit = freshUnit();
-    openTray(0, {conformityCode_, cause_}, {unit[strproduit.fab_con], unit[strproduit.fab_cau]});
+    openTray(conformity_, freshUnit());
 }
 
 void UnitCard::changeConformity() {
-    units::changeConformity(molven_, requireUnit(), conformityCode_->text().trimmed().toUpper(),
-                            cause_->text().trimmed());
+    const auto typed = [this](const Text& field) { return conformity_.boxes->edit(field)->value().trimmed(); };
+    units::changeConformity(molven_, requireUnit(), typed(strproduit.fab_con).toUpper(), typed(strproduit.fab_cau));
     refresh();
 }
 
@@ -380,13 +347,18 @@ void UnitCard::openImplantation() {
     if (!mayLeaveTray()) return;
     units::requireSold(freshUnit());
     const units::Implantation known = units::implantationOf(requireUnit());
-    openTray(1, {patient_, hospital_, date_}, {known.patient, known.client, known.date});
+    Record shown = requireUnit();
+    shown[strproduit.reg_pat] = known.patient;
+    shown[strproduit.reg_clt] = known.client;
+    shown[strproduit.reg_dat] = known.date;
+    openTray(implantation_, shown);
 }
 
 void UnitCard::implant() {
     const Record unit = requireUnit();
     const units::Implantation known = units::implantationOf(unit);
-    const units::Implantation typed{patient_->text().trimmed(), hospital_->text().trimmed(), date_->value()};
+    const auto value = [this](const Field& field) { return implantation_.boxes->edit(field)->value().trimmed(); };
+    const units::Implantation typed{value(strproduit.reg_pat), value(strproduit.reg_clt), value(strproduit.reg_dat)};
     const bool replaces = !known.patient.isEmpty() && known.patient != typed.patient;
     if (replaces && !form_.prompt().confirm(QStringLiteral("Remplacer le patient de cette immatriculation ? ") +
                                                 units::patientText(known),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "ui/code_boxes.h"
 
 #include <QGroupBox>
 
@@ -14,7 +15,9 @@ namespace molven {
 
 class Edit;
 class Form;
+struct FieldBox;
 class Grid;
+class RecordPanel;
 
 /// Looks units up by their four numbers, tells what became of one, and changes what may be changed of it: conformity,
 /// implantation, deletion, labels.
@@ -54,7 +57,18 @@ private:
     void show(const Record& unit);
     void showNone();
     void leaveTray();
-    void openTray(int page, const QList<Edit*>& boxes, const QStringList& texts);
+    /// One entry below the unit: its boxes, and the buttons that take or leave them.
+    struct Entry {
+        QWidget* page;
+        RecordPanel* boxes;
+        std::optional<CodeBoxes> codes;
+        QPushButton *validate, *cancel;
+    };
+    void buildEntry(Entry& entry, const QList<FieldBox>& boxes, const QString& suffix,
+                    const std::function<void()>& validate);
+    void openTray(Entry& entry, const Record& shown);
+    /// The open one; null when none is.
+    const Entry* openEntry() const;
     /// The unit shown; throws Refusal when there is none.
     const Record& requireUnit() const;
     /// The same, read again from the file.
@@ -78,19 +92,10 @@ private:
     QLabel* title_ = nullptr;
     QLabel* place_ = nullptr;
     QLabel* document_ = nullptr;
-    QLabel* conformity_ = nullptr;
+    QLabel* conformityWords_ = nullptr;
     QStackedWidget* tray_ = nullptr;
-    QPushButton* validateConformity_ = nullptr;
-    QPushButton* cancelConformity_ = nullptr;
-    QPushButton* validateImplantation_ = nullptr;
-    QPushButton* cancelImplantation_ = nullptr;
-    QList<Edit*> trayBoxes_; ///< of the open tray, with what they showed when it opened
-    QStringList trayTexts_;
-    Edit* conformityCode_ = nullptr;
-    Edit* cause_ = nullptr;
-    Edit* patient_ = nullptr;
-    Edit* hospital_ = nullptr;
-    Edit* date_ = nullptr;
+    Entry conformity_, implantation_;
+    std::optional<Record> trayShown_; ///< what the boxes of the tray showed when it opened
     Criterion listed_;
     std::optional<Record> unit_;
 };
