@@ -1,0 +1,38 @@
+#pragma once
+
+#include "sales/replenishment.h"
+#include "ui/form.h"
+
+class QLabel;
+class QLayout;
+
+namespace molven {
+
+class CriteriaPanel;
+class Grid;
+
+/// What the depots lack against their endowments, the transfer notes that fill them, and what is to be bought.
+class ReplenishmentForm : public Form {
+public:
+    explicit ReplenishmentForm(Desk& desk);
+
+    void shownAgain() override {
+        guarded([this] { find(); });
+    }
+
+private:
+    QLayout* buttons();
+    void find();
+    QList<QList<Record>> chosenByDepot() const;
+    void transfer();
+    void exportPurchases();
+    void print();
+
+    SalesBook notes_;
+    QList<Record> rows_;
+    CriteriaPanel* criteria_ = nullptr;
+    Grid* grid_ = nullptr;
+    QLabel* count_ = nullptr;
+};
+
+} // namespace molven
