@@ -25,5 +25,7 @@ void registerRules();
 void registerGrid();
 void registerReference();
 void registerEnquiries();
+/// They change units: to be run last.
+void registerDepots();
 
 } // namespace molven::bench

@@ -11,8 +11,8 @@ namespace molven {
 /// What a depot lacks of an article against its endowment. Never in a file: a list made for each enquiry.
 struct Shortages : Table {
     using Table::Table;
-    Text rea_dep{this, "rea_dep", 3};               ///< depot
-    Label rea_nom{this, "rea_nom"};                 ///< its label
+    Text rea_dep{this, "rea_dep", 3, codes::Depot, "Ce dépôt n'existe pas"}; ///< depot
+    Label rea_nom{this, "rea_nom"};                                          ///< its label
     Text rea_clt{this, "rea_clt", 6};               ///< client whose depot it is; empty when there is none
     Text rea_ref{this, "rea_ref", 13};              ///< article
     Label rea_lib{this, "rea_lib"};                 ///< its label

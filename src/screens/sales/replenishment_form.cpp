@@ -2,13 +2,11 @@
 
 #include "data/format.h"
 #include "reference/codes.h"
-#include "reference/parameters.h"
 #include "sales/document_kind.h"
-#include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
-#include "ui/pick_lists.h"
 #include "ui/printed_list.h"
+#include "ui/record_panel.h"
 
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
@@ -21,19 +19,18 @@ namespace molven {
 namespace {
 
 const auto& Row = strreassort;
-const QString DepotBox = QStringLiteral("txtdep");
 
 QList<GridColumn> columns() {
     const QString whole = QStringLiteral("####0");
     return {{&Row.rea_dep, QStringLiteral("Dépôt"), 60},
-            {&Row.rea_nom, QStringLiteral("Nom du dépôt"), 230},
+            {&Row.rea_nom, QStringLiteral("Nom du dépôt"), 220},
             {&Row.rea_ref, QStringLiteral("Référence"), 110},
-            {&Row.rea_lib, QStringLiteral("Désignation"), 300},
-            {&Row.rea_dot, QStringLiteral("Dotation"), 80, whole},
-            {&Row.rea_stk, QStringLiteral("En dépôt"), 80, whole},
-            {&Row.rea_man, QStringLiteral("Manque"), 80, whole},
-            {&Row.rea_don, QStringLiteral("A transférer"), 95, whole},
-            {&Row.rea_ach, QStringLiteral("A acheter"), 85, whole}};
+            {&Row.rea_lib, QStringLiteral("Désignation"), 270},
+            {&Row.rea_dot, QStringLiteral("Dotation"), 70, whole},
+            {&Row.rea_stk, QStringLiteral("En dépôt"), 70, whole},
+            {&Row.rea_man, QStringLiteral("Manque"), 70, whole},
+            {&Row.rea_don, QStringLiteral("À transférer"), 90, whole},
+            {&Row.rea_ach, QStringLiteral("À acheter"), 85, whole}};
 }
 
 QList<GridColumn> purchaseColumns() {
@@ -52,26 +49,28 @@ Decimal sumOf(const QList<Record>& rows, const Number& field) {
 
 ReplenishmentForm::ReplenishmentForm(Desk& desk)
     : Form(desk, QStringLiteral("T_reassort")), notes_(session(), documentKind(QStringLiteral("BTR"))) {
-    criteria_ = new CriteriaPanel(*this, {{DepotBox, QStringLiteral("&Dépôt (vide : tous) :"), 3}}, 1);
-    Edit* depot = criteria_->edit(DepotBox);
-    bind(Row.rea_dep.name, depot);
-    onLeft(depot, [this] { find(); });
-    onPick(depot, [this, depot] {
-        pick(pick_lists::codes(notes_.molven, codes::Depot, [this, depot](const Record& chosen) {
-            depot->put(chosen[strparam.num_par]);
-            guarded([this] { find(); });
-        }));
-    });
+    panel_ = new RecordPanel(QList<FieldBox>{{&Row.rea_dep,
+                                              QStringLiteral("&Dépôt (vide : tous) :"),
+                                              QStringLiteral("txtdep"),
+                                              4,
+                                              {},
+                                              false,
+                                              false,
+                                              QStringLiteral("Cmddep")}},
+                             1, this);
+    bind(Row.rea_dep.name, panel_->edit(Row.rea_dep));
+    codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, notes_.molven}});
+    codes_->wire([this](const Field&) { find(); });
     grid_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("Label1"));
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(criteria_);
+    layout->addWidget(panel_);
     layout->addWidget(grid_, 1);
     layout->addWidget(count_);
     layout->addLayout(buttons());
-    resize(1200, 680);
+    resize(1240, 700);
     applyTitle(QStringLiteral("Réassort des dépôts"));
     guarded([this] { find(); });
     grid_->setFocus();
@@ -81,7 +80,7 @@ QLayout* ReplenishmentForm::buttons() {
     auto* search = button(QStringLiteral("cmdvalide"), QStringLiteral("&Actualiser"), [this] { find(); });
     auto* all = button(QStringLiteral("Cmdtout"), QStringLiteral("&Tout choisir"), [this] { grid_->selectAll(); });
     auto* write =
-        button(QStringLiteral("Cmdtransfer"), QStringLiteral("Etablir les &bons de transfert"), [this] { transfer(); });
+        button(QStringLiteral("Cmdtransfer"), QStringLiteral("Établir les &bons de transfert"), [this] { transfer(); });
     auto* purchases =
         button(QStringLiteral("Cmdachat"), QStringLiteral("&Liste d'achat"), [this] { exportPurchases(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
@@ -94,14 +93,13 @@ QLayout* ReplenishmentForm::buttons() {
 }
 
 void ReplenishmentForm::find() {
-    Edit* box = criteria_->edit(DepotBox);
-    box->put(codes::completed(notes_.molven, codes::Depot, box->value()));
     rows_.clear();
     grid_->rows().setRecords({});
     count_->clear();
-    if (!codes::isKnown(notes_.molven, codes::Depot, box->value()))
-        throw Refusal(QStringLiteral("Ce dépôt n'existe pas"), Row.rea_dep.name);
-    rows_ = replenishment::shortages(notes_.molven, box->value());
+    codes_->showWords();
+    const QString depot = panel_->edit(Row.rea_dep)->value();
+    codes::require(notes_.molven, Row.rea_dep, codes::Depot, depot);
+    rows_ = replenishment::shortages(notes_.molven, depot);
     grid_->rows().setRecords(rows_);
     grid_->clearSelection();
     count_->setText(rows_.isEmpty() ? QStringLiteral("Rien ne manque aux dotations")
@@ -128,7 +126,7 @@ void ReplenishmentForm::transfer() {
     const QString notes = chosen.size() == 1 ? QStringLiteral("1 bon de transfert")
                                              : QStringLiteral("%1 bons de transfert").arg(chosen.size());
     if (!prompt().ask(
-            QStringLiteral("Etablir %1 pour %2 ?").arg(notes, counted(units.toInteger(), QStringLiteral("unité")))))
+            QStringLiteral("Établir %1 pour %2 ?").arg(notes, counted(units.toInteger(), QStringLiteral("unité")))))
         return;
     for (const QList<Record>& rows : chosen) {
         const QString depot = rows.first()[Row.rea_dep];
@@ -153,7 +151,7 @@ void ReplenishmentForm::exportPurchases() {
 
 void ReplenishmentForm::print() {
     if (rows_.isEmpty()) throw Refusal(QStringLiteral("Rien ne manque aux dotations"));
-    desk().print(printedList(QStringLiteral("REASSORT DES DEPOTS"), grid_->rows()));
+    desk().print(printedList(QStringLiteral("RÉASSORT DES DÉPÔTS"), grid_->rows()));
 }
 
 } // namespace molven

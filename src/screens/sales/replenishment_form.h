@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sales/replenishment.h"
+#include "ui/code_boxes.h"
 #include "ui/form.h"
 
 class QLabel;
@@ -8,8 +9,8 @@ class QLayout;
 
 namespace molven {
 
-class CriteriaPanel;
 class Grid;
+class RecordPanel;
 
 /// What the depots lack against their endowments, the transfer notes that fill them, and what is to be bought.
 class ReplenishmentForm : public Form {
@@ -30,7 +31,8 @@ private:
 
     SalesBook notes_;
     QList<Record> rows_;
-    CriteriaPanel* criteria_ = nullptr;
+    RecordPanel* panel_ = nullptr;
+    std::optional<CodeBoxes> codes_;
     Grid* grid_ = nullptr;
     QLabel* count_ = nullptr;
 };

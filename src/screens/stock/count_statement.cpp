@@ -58,8 +58,8 @@ Report countStatement(const DepotCount& count, const QString& depotName, const Q
                       const QString& client) {
     const Record& header = count.header();
     const CountTally tally = count.tally();
-    Report report((count.isClosed() ? QStringLiteral("INVENTAIRE DU DEPOT ")
-                                    : QStringLiteral("ETAT PROVISOIRE DE L'INVENTAIRE DU DEPOT ")) +
+    Report report((count.isClosed() ? QStringLiteral("INVENTAIRE DU DÉPÔT ")
+                                    : QStringLiteral("ÉTAT PROVISOIRE DE L'INVENTAIRE DU DÉPÔT ")) +
                       QStringLiteral("%1 %2").arg(header[strinvdep.inv_dep], depotName),
                   {{QStringLiteral("Immatriculation")},
                    {QStringLiteral("Référence")},
@@ -77,11 +77,11 @@ Report countStatement(const DepotCount& count, const QString& depotName, const Q
                                        .arg(shown(header[strinvdep.inv_moi])));
     addGroup(report, count, QStringLiteral("MANQUANTES"), count.rows(verdict::Missing));
     addGroup(report, count, QStringLiteral("INATTENDUES"), count.rows(verdict::Unexpected));
-    addGroup(report, count, QStringLiteral("DEPLACEES DEPUIS LEUR LECTURE"), count.rows(verdict::Moved));
+    addGroup(report, count, QStringLiteral("DÉPLACÉES DEPUIS LEUR LECTURE"), count.rows(verdict::Moved));
     const QString again = QStringLiteral("déjà comptées parmi les unités lues");
-    addGroup(report, count, QStringLiteral("PERIMEES"), expiring(count, Freshness::Expired), again);
-    addGroup(report, count, QStringLiteral("A PERIMER"), expiring(count, Freshness::Soon), again);
-    addGroup(report, count, QStringLiteral("TROUVEES"), count.rows(verdict::Found));
+    addGroup(report, count, QStringLiteral("PÉRIMÉES"), expiring(count, Freshness::Expired), again);
+    addGroup(report, count, QStringLiteral("À PÉRIMER"), expiring(count, Freshness::Soon), again);
+    addGroup(report, count, QStringLiteral("TROUVÉES"), count.rows(verdict::Found));
     if (count.isClosed())
         report.sign({QStringLiteral("Pour ") + company,
                      QStringLiteral("Pour ") + (client.isEmpty() ? QStringLiteral("le dépôt ") + depotName : client)});

@@ -40,7 +40,7 @@ constexpr Figure Figures[] = {
     {"lblattendus", "Attendues :", &CountTally::expected},  {"lbltrouves", "Trouvées :", &CountTally::found},
     {"lblmanquants", "Manquantes :", &CountTally::missing}, {"lblinattendus", "Inattendues :", &CountTally::unexpected},
     {"lbldeplaces", "Déplacées :", &CountTally::moved},     {"lbldoubles", "Lues plusieurs fois :", &CountTally::twice},
-    {"lblperimes", "Périmées :", &CountTally::expired},     {"lblaperimer", "A périmer :", &CountTally::soon}};
+    {"lblperimes", "Périmées :", &CountTally::expired},     {"lblaperimer", "À périmer :", &CountTally::soon}};
 
 CellMark verdictMark(const Record& row) {
     const QString found = row[Row.lig_con];
@@ -54,15 +54,15 @@ CellMark tickMark(const Record& row) {
     return row[Row.lig_coc].isEmpty() ? CellMark{} : CellMark{QStringLiteral("Cochée"), Tone::Good, {}};
 }
 
-QList<GridColumn> columns() {
-    return {{&Row.lig_coc, QStringLiteral("A régler"), 80, {}, tickMark},
+QList<GridColumn> columns(const std::function<CellMark(const Record&)>& expiryMark) {
+    return {{&Row.lig_coc, QStringLiteral("À régler"), 80, {}, tickMark},
             {&Row.lig_con, QStringLiteral("Constat"), 105, {}, verdictMark},
             {&Row.lig_imm, QStringLiteral("Immatriculation"), 110},
             {&Row.lig_ref, QStringLiteral("Référence"), 100},
             {&Row.lig_lib, QStringLiteral("Désignation"), 260},
             {&Row.lig_lot, QStringLiteral("Lot"), 90},
             {&Row.lig_ser, QStringLiteral("N° de série"), 120},
-            {&Row.lig_per, QStringLiteral("Péremption"), 85},
+            {&Row.lig_per, QStringLiteral("Péremption"), 100, {}, expiryMark},
             {&Row.lig_lec, QStringLiteral("Lectures"), 70, QStringLiteral("###0")},
             {&Row.lig_sit, QStringLiteral("Situation"), 240}};
 }
@@ -78,13 +78,11 @@ QLabel* captionOf(const QString& caption, QWidget* box, QWidget* parent) {
 DepotCountForm::DepotCountForm(Desk& desk)
     : Form(desk, QStringLiteral("T_invdep")), molven_(workspace_.open(session().molven())) {
     buildPanel();
-    grid_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
-    grid_->chosen = [this](const Record& row) { guarded([this, row] { toggle(row); }); };
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(panel_);
     layout->addLayout(buildScan());
     layout->addLayout(buildFigures());
-    layout->addWidget(grid_, 1);
+    layout->addWidget(buildGrid(), 1);
     layout->addLayout(buildButtons());
     resize(1240, 720);
     applyTitle(QStringLiteral("Inventaire d'un dépôt"));
@@ -152,11 +150,24 @@ QLayout* DepotCountForm::buildFigures() {
     view_ = new QComboBox(this);
     view_->setObjectName(QStringLiteral("Cmbvue"));
     view_->addItems({QStringLiteral("Lectures"), QStringLiteral("Manquantes"), QStringLiteral("Inattendues"),
-                     QStringLiteral("Périmées ou à périmer"), QStringLiteral("A régler")});
+                     QStringLiteral("Périmées ou à périmer"), QStringLiteral("À régler")});
     connect(view_, &QComboBox::currentIndexChanged, this, [this] { showRows(); });
     row->addWidget(captionOf(QStringLiteral("&Voir :"), view_, this));
     row->addWidget(view_);
     return row;
+}
+
+QWidget* DepotCountForm::buildGrid() {
+    const auto expiryMark = [this](const Record& row) {
+        const Freshness freshness = count_ ? count_->freshnessOf(row) : Freshness::Good;
+        const QString expiry = row[Row.lig_per];
+        if (freshness == Freshness::Expired) return CellMark{expiry, Tone::Alarm, QStringLiteral("Périmée")};
+        if (freshness == Freshness::Soon) return CellMark{expiry, Tone::Warning, QStringLiteral("À périmer")};
+        return CellMark{};
+    };
+    grid_ = new Grid(QStringLiteral("DBGrid1"), columns(expiryMark), this);
+    grid_->chosen = [this](const Record& row) { guarded([this, row] { toggle(row); }); };
+    return grid_;
 }
 
 QLayout* DepotCountForm::buildButtons() {
@@ -171,7 +182,7 @@ QLayout* DepotCountForm::buildButtons() {
     close_ = button(QStringLiteral("cmdcloture"), QStringLiteral("Clôtu&rer"), [this] { settleOrClose(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
     auto* others = button(QStringLiteral("Cmdliste"), QStringLiteral("I&nventaires"), [this] { chooseCount(); });
-    drop_ = button(QStringLiteral("Cmdabandon"), QStringLiteral("A&bandonner"), [this] { drop(); });
+    drop_ = button(QStringLiteral("Cmdabandon"), QStringLiteral("Abandonn&er"), [this] { drop(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* row = new QHBoxLayout;
     row->addWidget(state_, 1);
@@ -306,9 +317,9 @@ void DepotCountForm::closeCount() {
 QString DepotCountForm::questionOf(const count_documents::Offer& offer) const {
     const QString units = counted(offer.units.size(), QStringLiteral("unité"));
     if (offer.kind == Kind::Delivery)
-        return QStringLiteral("Etablir un bon de livraison de %1 au client %2, patient %3 ?")
+        return QStringLiteral("Établir un bon de livraison de %1 au client %2, patient %3 ?")
             .arg(units, offer.client, patient_->text().trimmed());
-    return QStringLiteral("Etablir un bon de transfert de %1 du dépôt %2 au dépôt %3 ?")
+    return QStringLiteral("Établir un bon de transfert de %1 du dépôt %2 au dépôt %3 ?")
         .arg(units, offer.from, offer.to);
 }
 
@@ -346,13 +357,13 @@ void DepotCountForm::chooseCount() {
         return count[strinvdep.inv_eta] == count_state::Open ? CellMark{QStringLiteral("En cours"), Tone::Warning, {}}
                                                              : CellMark{QStringLiteral("Clôturé"), Tone::Done, {}};
     };
-    pick({QStringLiteral("LES INVENTAIRES DE DEPOT"),
+    pick({QStringLiteral("LES INVENTAIRES DE DÉPÔT"),
           {{&t.inv_no, QStringLiteral("N°"), 80},
            {&t.inv_dep, QStringLiteral("Dépôt"), 70},
            {&t.inv_clt, QStringLiteral("Client"), 80},
            {&t.inv_dat, QStringLiteral("Commencé le"), 100},
            {&t.inv_clo, QStringLiteral("Clôturé le"), 100},
-           {&t.inv_eta, QStringLiteral("Etat"), 100, {}, state},
+           {&t.inv_eta, QStringLiteral("État"), 100, {}, state},
            {&t.inv_par, QStringLiteral("Compté par"), 160}},
           [this](const Criterion& filter, const Order& order) {
               return molven_.select(strinvdep, filter,
@@ -388,7 +399,7 @@ void DepotCountForm::showCount() {
         number.isEmpty() ? QString()
         : isClosed ? QStringLiteral("Inventaire %1, clôturé le %2").arg(number, count_->header()[strinvdep.inv_clo])
                    : QStringLiteral("Inventaire %1, commencé le %2").arg(number, count_->header()[strinvdep.inv_dat]));
-    close_->setText(isClosed ? QStringLiteral("&Etablir les bons") : QStringLiteral("Clôtu&rer"));
+    close_->setText(isClosed ? QStringLiteral("Éta&blir les bons") : QStringLiteral("Clôtu&rer"));
     const bool isOpen = count_ && !isClosed && count_->isBegun();
     allow(takeBack_, isOpen, QStringLiteral("Aucune lecture d'un inventaire en cours"));
     allow(drop_, isOpen, QStringLiteral("Aucun inventaire en cours"));

@@ -27,6 +27,7 @@ public:
 private:
     QLayout* buildScan();
     QLayout* buildFigures();
+    QWidget* buildGrid();
     QLayout* buildButtons();
     void buildPanel();
     void boxLeft(const Field& field);
