@@ -26,5 +26,7 @@ void registerGrid();
 void registerReference();
 void registerEnquiries();
 void registerScreens();
+/// They change units: to be run last.
+void registerDepots();
 
 } // namespace molven::bench

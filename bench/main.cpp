@@ -119,6 +119,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerReference();
     molven::bench::registerEnquiries();
     molven::bench::registerScreens();
+    molven::bench::registerDepots();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

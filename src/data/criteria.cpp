@@ -87,6 +87,11 @@ Order::Order(std::initializer_list<std::reference_wrapper<const Field>> fields) 
     for (const Field& field : fields) terms.append(field.name);
 }
 
+Order& Order::then(const Expression& expression) {
+    terms.append(expression.sql);
+    return *this;
+}
+
 Order Order::descending(const Field& field) {
     Order order;
     order.terms.append(field.name + QStringLiteral(" desc"));

@@ -64,6 +64,8 @@ public:
     Order(const Field& field) { terms.append(Expression(field).sql); }
     Order(std::initializer_list<std::reference_wrapper<const Field>> fields);
     static Order descending(const Field& field);
+    /// And then by this.
+    Order& then(const Expression& expression);
 
     QStringList terms;
 };

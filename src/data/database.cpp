@@ -15,6 +15,18 @@ QString where(const Criterion& criterion) {
     return criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
 }
 
+QString namesOf(const QList<const Field*>& fields) {
+    QStringList names;
+    for (const Field* field : fields) names.append(field->name);
+    return names.join(u',');
+}
+
+QStringList valuesOf(const Statement& row, int count) {
+    QStringList values;
+    for (int i = 0; i < count; ++i) values.append(row.text(i));
+    return values;
+}
+
 } // namespace
 
 void Database::create(const QString& path, const QList<const Table*>& tables) {
@@ -63,13 +75,34 @@ Decimal Database::sum(const Table& table, const Number& field, const Criterion& 
 }
 
 QHash<QString, qint64> Database::countBy(const Table& table, const Field& field, const Criterion& criterion) {
-    Statement& rows = workspace_->run(QStringLiteral("select %1,count(*) from %2").arg(field.name, qualified(table)) +
-                                          where(criterion) + QStringLiteral(" group by ") + field.name,
-                                      criterion.values);
     QHash<QString, qint64> counts;
-    while (rows.next()) counts.insert(rows.text(0), rows.integer(1));
+    const auto groups = countBy(table, QList<const Field*>{&field}, criterion);
+    for (auto group = groups.begin(); group != groups.end(); ++group) counts.insert(group.key().first(), group.value());
     return counts;
 }
+
+QHash<QStringList, qint64> Database::countBy(const Table& table, const QList<const Field*>& fields,
+                                             const Criterion& criterion) {
+    const QString names = namesOf(fields);
+    Statement& rows = workspace_->run(QStringLiteral("select %1,count(*) from %2").arg(names, qualified(table)) +
+                                          where(criterion) + QStringLiteral(" group by ") + names,
+                                      criterion.values);
+    const int count = static_cast<int>(fields.size());
+    QHash<QStringList, qint64> counts;
+    while (rows.next()) counts.insert(valuesOf(rows, count), rows.integer(count));
+    return counts;
+}
+
+QList<QStringList> Database::values(const Table& table, const QList<const Field*>& fields, const Criterion& criterion) {
+    Statement& rows =
+        workspace_->run(QStringLiteral("select %1 from %2").arg(namesOf(fields), qualified(table)) + where(criterion),
+                        criterion.values);
+    QList<QStringList> found;
+    while (rows.next()) found.append(valuesOf(rows, static_cast<int>(fields.size())));
+    return found;
+}
+
+qint64 Database::changesElsewhere() { return workspace_->mark(schema_, "data_version"); }
 
 void Database::insert(const Record& record) {
     write(record.table(), RowReader::insertion(qualified(record.table()), record.table()), RowReader::values(record),

@@ -34,6 +34,11 @@ public:
     Decimal sum(const Table& table, const Number& field, const Criterion& criterion = {});
     /// Count of records by value of a field.
     QHash<QString, qint64> countBy(const Table& table, const Field& field, const Criterion& criterion = {});
+    /// The same by the values of several fields.
+    QHash<QStringList, qint64> countBy(const Table& table, const QList<const Field*>& fields,
+                                       const Criterion& criterion = {});
+    /// These fields alone of the records, where whole records would be too many.
+    QList<QStringList> values(const Table& table, const QList<const Field*>& fields, const Criterion& criterion = {});
 
     void insert(const Record& record);
     /// Number of records changed.
@@ -44,6 +49,8 @@ public:
 
     bool hasTable(const Table& table);
     QStringList columns(const Table& table);
+    /// Another value after every commit of another connection to this file, the same until then.
+    qint64 changesElsewhere();
     /// Adds a missing column to an old file's table, holding `value` in every record.
     void addColumn(const Table& table, const Field& field, const QString& value);
     /// The engine's own integrity check; empty when sound, else one line a fault.

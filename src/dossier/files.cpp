@@ -7,6 +7,7 @@
 #include "reference/tariff_tables.h"
 #include "sales/document_tables.h"
 #include "shell/tables.h"
+#include "stock/depot_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
 
@@ -23,9 +24,10 @@ const QList<const Table*>& tablesOf(DataFile file) {
     static const std::map<DataFile, Tables> tables{
         {DataFile::Societe, journal + Tables{&strsociete}},
         {DataFile::Molven,
-         journal + Tables{&strspecif, &strarticle, &strartlpp, &strconform, &strclient, &strfournis, &strparam, &strpan,
-                          &strparrgt, &strparfac, &strpartxt, &strmonnaie, &strlpp, &strpartips, &strtarifclt,
-                          &strparrem, &strtauxrep, &strproduit, &strmvtstk}},
+         journal + Tables{&strspecif, &strarticle,  &strartlpp,   &strconform, &strclient,  &strfournis,
+                          &strparam,  &strpan,      &strparrgt,   &strparfac,  &strpartxt,  &strmonnaie,
+                          &strlpp,    &strpartips,  &strtarifclt, &strparrem,  &strtauxrep, &strproduit,
+                          &strmvtstk, &strdotation, &strinvdep,   &strinvlig}},
         {DataFile::Vente, journal + documents},
         {DataFile::Blent, journal + Tables{&strbl}},
         {DataFile::Proforma, journal + invoices},

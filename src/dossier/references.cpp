@@ -9,6 +9,7 @@
 #include "sales/document_tables.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
+#include "stock/depot_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
 
@@ -78,6 +79,9 @@ QString counted(qint64 count, const Table& table) {
                                  {strproduit, "produit", "produits"},
                                  {strconform, "changement de conformité", "changements de conformité"},
                                  {strmvtstk, "mouvement de stock", "mouvements de stock"},
+                                 {strdotation, "dotation", "dotations"},
+                                 {strinvdep, "inventaire de dépôt", "inventaires de dépôt"},
+                                 {strinvlig, "ligne d'inventaire", "lignes d'inventaire"},
                                  {strancillaire, "type d'ancillaire", "types d'ancillaire"},
                                  {strnomenclature, "composant d'ancillaire", "composants d'ancillaire"},
                                  {strstock, "ligne d'ancillaire", "lignes d'ancillaire"},

@@ -9,6 +9,7 @@ constexpr int BodyPoints = 9;
 constexpr int FilingMargin = 850; ///< with the margin of the paper, 20 mm for the holes of a folder
 constexpr int TextWidth[] = {PrintJob::ShortSide - FilingMargin, PrintJob::LongSide - FilingMargin};
 constexpr int LineStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
+constexpr int SignatureGap = 400, SignatureHeight = 1900, Hairline = 12;
 
 } // namespace
 
@@ -51,6 +52,7 @@ public:
             writeLine(i);
         }
         writeCount();
+        writeSignatures();
         for (int page = 0; page < job_.pages(); ++page) printHeading(page);
         return job_;
     }
@@ -112,6 +114,25 @@ private:
         if (!report_.isCounted_) return;
         if (y_ + LineStep + GroupGap > job_.height() - LineStep) startPage(false);
         writeBold({QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(report_.rows_).arg(job_.pages())});
+    }
+
+    void writeSignatures() {
+        if (report_.parties_.isEmpty()) return;
+        y_ += SignatureGap;
+        if (y_ + SignatureHeight > job_.height() - LineStep) startPage(false);
+        const int width = (width_ - SignatureGap) / static_cast<int>(report_.parties_.size());
+        for (qsizetype i = 0; i < report_.parties_.size(); ++i) {
+            const int x = FilingMargin + static_cast<int>(i) * (width + SignatureGap);
+            job_.setFont(Narrow, 10, true);
+            job_.setPosition(x, y_);
+            job_.print(report_.parties_[i], width, LineStep);
+            job_.setFont(Narrow, BodyPoints);
+            job_.setPosition(x, y_ + 2 * LineStep);
+            job_.print(QStringLiteral("Nom, date et signature :"));
+            job_.setPosition(x, y_ + SignatureHeight);
+            job_.bar(width, Hairline);
+        }
+        y_ += SignatureHeight;
     }
 
     int headingHeight() {

@@ -18,6 +18,8 @@ public:
     void group(const QString& text, const QString& note = {});
     /// A line in bold under the last row.
     void total(const QString& text);
+    /// Room under the last line for each of these parties to sign, side by side.
+    void sign(const QStringList& parties) { parties_ = parties; }
     /// The last line counts the rows and the pages.
     void count() { isCounted_ = true; }
 
@@ -34,7 +36,7 @@ private:
     };
 
     QString title_;
-    QStringList words_;
+    QStringList words_, parties_;
     QList<Line> lines_;
     PaperTable table_;
     qsizetype rows_ = 0;

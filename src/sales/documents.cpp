@@ -13,6 +13,7 @@
 #include "sales/totals.h"
 #include "sales/transfer_notes.h"
 #include "sales/unit_moves.h"
+#include "sales/unit_rules.h"
 
 #include <QUuid>
 
@@ -235,6 +236,18 @@ Record create(SalesBook& book, Record header, const std::optional<Record>& deliv
     book.vente.insert(header);
     transaction.commit();
     return header;
+}
+
+Record createWith(SalesBook& book, const Record& header, const QStringList& units,
+                  const std::optional<Record>& deliveryAddress) {
+    Transaction transaction(book.workspace, QStringLiteral("Création du document"));
+    const Record written = create(book, header, deliveryAddress);
+    QList<document_lines::Draft> drafts;
+    for (const QString& unit : units)
+        drafts.append(document_lines::ofUnit(book, written, unit_rules::checkAgain(book, written, unit)));
+    document_lines::add(book, written, drafts);
+    transaction.commit();
+    return current(book, written);
 }
 
 Record current(SalesBook& book, const Record& asRead) {

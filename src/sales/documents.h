@@ -41,6 +41,11 @@ Record deliveryAddress(SalesBook& book, const Record& header);
 /// with the first fault.
 Record create(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress = {});
 
+/// A whole new document of these units (immatriculations), header and lines in one transaction. Throws Refusal with the
+/// first fault of the header, or the unit that it may not take.
+Record createWith(SalesBook& book, const Record& header, const QStringList& units,
+                  const std::optional<Record>& deliveryAddress = {});
+
 // `asRead` is always the header as the user last saw it. It names the document itself, not whatever bears its number
 // now: these functions throw ChangedElsewhere when the document is gone or its number was drawn again.
 

@@ -11,6 +11,7 @@
 #include "sales/numbering.h"
 #include "sales/unit_moves.h"
 #include "sales/unit_rules.h"
+#include "stock/depot_counts.h"
 #include "stock/unit_tables.h"
 
 namespace molven::document_lines {
@@ -279,6 +280,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     const DocumentLines& table = book.kind().lines;
     if (!line[table.fac_imm].isEmpty()) {
         unit_moves::undo(book, header, line);
+        depot_counts::release(book.molven, book.kind().mode, header[book.kind().headers.fac_no], line[table.fac_imm]);
         return;
     }
     const auto article = articles::find(book.molven, line[table.fac_ref]);

@@ -3,6 +3,7 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "stock/depot_tables.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -110,6 +111,20 @@ void renumberCredits(const Files& files, const Renumbering& family, const QStrin
                                   credits->fac_imm == QString(line[family.lines.fac_imm]) && credits->fac_ori == from);
 }
 
+/// Counts name the documents that settled their units.
+void renumberCounts(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    const QString mode = &family.headers == &strlive   ? QStringLiteral("LIV")
+                         : &family.headers == &strbtre ? QStringLiteral("BTR")
+                                                       : QString();
+    if (mode.isEmpty()) return;
+    Database molven = files.molven, documents = files.documents;
+    for (const Record& line :
+         documents.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString()))
+        molven.update(strinvlig, {{strinvlig.lig_doc, to}},
+                      strinvlig.lig_imm == line[family.lines.fac_imm] && strinvlig.lig_mod == mode &&
+                          strinvlig.lig_doc == from);
+}
+
 /// Delivery notes name the invoice that took them over, and its lines the note they came from; a renewed transfer note
 /// names the new one.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
@@ -144,6 +159,7 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
     if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
     renumberReferences(files, family, from, to);
+    renumberCounts(files, family, from, to);
     const bool sells = &family.headers == &strface || &family.headers == &strcsge;
     if (family.file == DataFile::Vente && sells) renumberCredits(files, family, from, to);
     transaction.commit();

@@ -26,8 +26,8 @@ const Renumbering* ofMenu(const QString& menu);
 /// archive.
 void check(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber);
 
-/// Gives a document its new number everywhere it is written: header, lines, units, and the delivery notes or
-/// invoice lines that name it, archived ones too. One transaction.
+/// Gives a document its new number everywhere it is written: header, lines, units, and the delivery notes,
+/// invoice lines or counts that name it, archived ones too. One transaction.
 void renumber(const Session& session, const Renumbering& family, const QString& oldNumber, const QString& newNumber);
 
 } // namespace renumbering

@@ -1,11 +1,8 @@
 #include "sales/scanned_units.h"
 
-#include "data/clock.h"
-#include "data/dates.h"
 #include "data/errors.h"
-#include "reference/articles.h"
 #include "sales/unit_rules.h"
-#include "stock/gs1.h"
+#include "stock/supplier_codes.h"
 #include "stock/unit_tables.h"
 
 namespace molven::scanned_units {
@@ -15,21 +12,6 @@ namespace {
 constexpr qint64 MostNamed = 4; ///< units cited in a refusal
 
 [[noreturn]] void refuse(const QString& why) { throw Refusal(why, strlivl.fac_imm.name); }
-
-/// What a supplier's code says of the unit, in words.
-QString wordsOf(const Gs1Code& code, const QString& reference) {
-    QString words = reference;
-    if (!code.serial.isEmpty()) words += QStringLiteral(", série ") + code.serial;
-    if (!code.lot.isEmpty()) words += QStringLiteral(", lot ") + code.lot;
-    if (code.expiry.isValid()) words += QStringLiteral(", péremption ") + monthText(code.expiry);
-    return words;
-}
-
-QString referenceOf(SalesBook& book, const Gs1Code& code) {
-    const auto article = articles::findScanned(book.molven, code.ean(), code.supplierReference);
-    if (article) return article->value(strarticle.art_ref);
-    refuse(QStringLiteral("Référence inconnue : ") + (code.gtin.isEmpty() ? code.supplierReference : code.gtin));
-}
 
 /// The only unit of a selection that the document may take. One that it may not is checked all the same: the refusal
 /// then says why.
@@ -53,13 +35,8 @@ Record only(SalesBook& book, const Record& header, const QString& reference, con
 }
 
 Record ofSupplierCode(SalesBook& book, const Record& header, const QString& scanned) {
-    const Gs1Code code = gs1::parse(scanned, Clock::today(), strlivl.fac_imm.name);
-    const QString reference = referenceOf(book, code);
-    Criterion named;
-    if (!code.serial.isEmpty()) named = named && strproduit.fou_imm == code.serial;
-    if (!code.lot.isEmpty()) named = named && strproduit.lot_art == code.lot;
-    if (code.expiry.isValid()) named = named && strproduit.dat_per == monthText(code.expiry);
-    return only(book, header, reference, named, wordsOf(code, reference));
+    const SupplierCode code = supplier_codes::read(book.molven, scanned, strlivl.fac_imm.name);
+    return only(book, header, code.reference, code.fits(), code.words());
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 #include "data/require.h"
 #include "reference/parameters.h"
 #include "sales/documents.h"
-#include "sales/lines.h"
-#include "sales/unit_rules.h"
 #include "stock/units.h"
 
 namespace molven::transfer_notes {
@@ -48,13 +46,9 @@ void complete(Record& header) {
 Record write(SalesBook& book, const Record& header, const QStringList& units,
              const std::optional<Record>& deliveryAddress) {
     Transaction transaction(book.workspace, QStringLiteral("Transfert"));
-    const Record written = documents::create(book, header, deliveryAddress);
-    QList<document_lines::Draft> drafts;
-    for (const QString& unit : units)
-        drafts.append(document_lines::ofUnit(book, written, unit_rules::checkAgain(book, written, unit)));
-    document_lines::add(book, written, drafts);
+    const Record written = documents::createWith(book, header, units, deliveryAddress);
     transaction.commit();
-    return documents::current(book, written);
+    return written;
 }
 
 QString renewedOn(const Record& note) {

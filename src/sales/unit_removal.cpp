@@ -3,6 +3,7 @@
 #include "data/errors.h"
 #include "sales/document_tables.h"
 #include "sales/other_folders.h"
+#include "stock/depot_tables.h"
 #include "stock/labels.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
@@ -47,7 +48,8 @@ void remove(const Session& session, const Immatriculation& unit) {
     Transaction transaction(workspace);
     const auto read = units::find(molven, unit);
     units::remove(molven, unit);
-    bool named = ancillaire.count(strstock, strstock.stk_imm_art == unit.number()) > 0;
+    bool named = ancillaire.count(strstock, strstock.stk_imm_art == unit.number()) > 0 ||
+                 molven.count(strinvlig, strinvlig.lig_imm == unit.number()) > 0;
     for (qsizetype i = 0; i < files.size(); ++i) named = named || isOn(papers()[i], files[i], unit.number());
     const OtherFolders others(session);
     for (const Database& file : others.files()) named = named || isOn(papers().first(), file, unit.number());

@@ -8,11 +8,14 @@
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
 #include "screens/sales/recall_form.h"
+#include "screens/sales/replenishment_form.h"
 #include "screens/shell/login_form.h"
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
 #include "screens/shell/trail_form.h"
 #include "screens/stock/delivery_form.h"
+#include "screens/stock/depot_count_form.h"
+#include "screens/stock/endowment_form.h"
 #include "screens/stock/label_forms.h"
 #include "screens/stock/listing_forms.h"
 #include "screens/stock/patient_form.h"
@@ -72,6 +75,9 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    add<DepotCountForm>(desk, "T_invdep");
+    add<EndowmentForm>(desk, "T_dotation");
+    add<ReplenishmentForm>(desk, "T_reassort");
     add<TrailForm>(desk, "T_histo");
 }
 

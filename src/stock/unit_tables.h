@@ -82,7 +82,8 @@ struct ProductUnits : Table {
     Index by_immatriculation{this, {pro_ann, imm_art}, Uniqueness::Unique};
     Index by_reference{this, {ref_art, tes_vte, imm_art}};
     Index by_document{this, {num_vte, tes_vte, imm_art}};
-    Index by_depot{this, {num_dep, ref_art, imm_art, dat_per}}; // the expiry spares the listings reading the units
+    // what follows the immatriculation spares listings, counts and replenishment reading the units
+    Index by_depot{this, {num_dep, ref_art, imm_art, dat_per, tes_vte, fab_con}};
     Index by_patient{this, {reg_pat}};
     Index by_lot{this, {lot_art}};
     Index by_supplier_serial{this, {fou_imm}};

@@ -27,6 +27,7 @@ Command checkCommand();
 Command traceCommand();
 Command recallCommand();
 Command journalCommand();
+Command replenishCommand();
 Command companyCommand();
 Command importCommand();
 Command exportCommand();

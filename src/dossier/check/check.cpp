@@ -50,6 +50,8 @@ const Kind Patients{QStringLiteral("patients et lots"),
                     QStringLiteral("vérifier sur le document papier, puis corriger le produit ou le document")};
 const Kind Sets{QStringLiteral("ancillaires"),
                 QStringLiteral("vérifier où est le produit, puis le retirer de l'ancillaire ou l'y remettre")};
+const Kind Counts{QStringLiteral("inventaires de dépôt"),
+                  QStringLiteral("comparer avec l'état signé, et compter le dépôt de nouveau")};
 const Kind Conformity{QStringLiteral("conformité"),
                       QStringLiteral("vérifier l'historique du produit, puis changer sa conformité de nouveau")};
 const Kind Foreign{QStringLiteral("objets étrangers"),
@@ -242,6 +244,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     checkUnits(files, papers, faults);
     checkQuantities(files, faults);
     checkSets(files, faults);
+    checkCounts(files, papers, faults);
     checkNotes(papers, faults);
     checkProformas(files, faults);
     checkRenewals(papers, faults);

@@ -15,7 +15,7 @@ using Faults = QList<Fault>;
 
 namespace kind {
 extern const Kind File, Indexes, Journal, Codes, Papers, Notes, Totals, WaitingTotals, Amounts, Units, Quantities,
-    WaitingQuantities, Patients, Sets, Conformity, Values, Foreign, Altered, AlteredSums, Added, Removed;
+    WaitingQuantities, Patients, Sets, Counts, Conformity, Values, Foreign, Altered, AlteredSums, Added, Removed;
 } // namespace kind
 
 /// The tables of one family of documents.
@@ -92,6 +92,8 @@ void checkRenewals(const Papers& papers, Faults& faults);
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults);
 void checkQuantities(references::Files& files, Faults& faults);
 void checkSets(references::Files& files, Faults& faults);
+/// Counts of depots, their units and the documents that settled them.
+void checkCounts(references::Files& files, const Papers& papers, Faults& faults);
 /// Dates and immatriculations that are none.
 void checkUnitValues(const QString& fileName, const Record& unit, Faults& faults);
 void checkValues(references::Files& files, Faults& faults);

@@ -1,0 +1,334 @@
+// A count against its depot: see depot_counts.h.
+
+#include "data/clock.h"
+#include "data/dates.h"
+#include "data/format.h"
+#include "data/journal.h"
+#include "data/require.h"
+#include "reference/codes.h"
+#include "reference/parameters.h"
+#include "stock/depot_counts.h"
+#include "stock/supplier_codes.h"
+#include "stock/units.h"
+
+#include <algorithm>
+
+namespace molven {
+
+namespace {
+
+const auto& Row = strconstat;
+
+/// The fields of a unit that its row holds, and where.
+struct Copied {
+    const Field& from;
+    const Field& to;
+};
+
+const QList<Copied>& copiedFields() {
+    static const QList<Copied> all{{strproduit.imm_art, Row.lig_imm}, {strproduit.ref_art, Row.lig_ref},
+                                   {strproduit.pro_li1, Row.lig_lib}, {strproduit.lot_art, Row.lig_lot},
+                                   {strproduit.fou_imm, Row.lig_ser}, {strproduit.dat_per, Row.lig_per},
+                                   {strproduit.tes_vte, Row.lig_tes}, {strproduit.num_dep, Row.lig_dep},
+                                   {strproduit.num_vte, Row.lig_vte}, {strproduit.tri_vte, Row.lig_tri}};
+    return all;
+}
+
+Record rowOf(const Record& unit) {
+    Record row(Row);
+    for (const Copied& copied : copiedFields()) row.set(copied.to, unit.value(copied.from).left(copied.to.size));
+    return row;
+}
+
+bool isAsRead(const Record& row, const Record& unit) {
+    return row[Row.lig_tes] == unit[strproduit.tes_vte] && row[Row.lig_dep] == unit[strproduit.num_dep] &&
+           row[Row.lig_vte] == unit[strproduit.num_vte] && row[Row.lig_tri] == unit[strproduit.tri_vte];
+}
+
+std::optional<Record> unitOf(Database molven, const QString& number) {
+    return units::find(molven, Immatriculation::fromText(number));
+}
+
+QString situationOf(const Record& row) {
+    return depot_counts::situation(row[Row.lig_tes], row[Row.lig_dep], row[Row.lig_vte]);
+}
+
+[[noreturn]] void refuse(const QString& why) { throw Refusal(why, QStringLiteral("txtlecture")); }
+
+} // namespace
+
+DepotCount::DepotCount(Database molven, const Record& count) : molven_(molven), header_(count) { refresh(); }
+
+void DepotCount::refresh() {
+    version_ = molven_.changesElsewhere();
+    expected_.clear();
+    read_.clear();
+    order_.clear();
+    closed_.clear();
+    if (isBegun()) {
+        const auto now = molven_.find(strinvdep, strinvdep.inv_no == std::as_const(header_)[strinvdep.inv_no]);
+        require(now.has_value(), "Cet inventaire a été abandonné par un autre poste", strinvdep.inv_dep);
+        header_ = *now;
+    }
+    if (isClosed()) return readClosed();
+    readExpected();
+    if (isBegun()) readReadings();
+    judgeAll();
+}
+
+bool DepotCount::isExpected(const QString& unitState, const QString& depot) const {
+    return unitState == state::InStock && depot == std::as_const(header_)[strinvdep.inv_dep];
+}
+
+void DepotCount::readExpected() {
+    QList<const Field*> fields;
+    for (const Copied& copied : copiedFields()) fields.append(&copied.from);
+    const Criterion there =
+        strproduit.num_dep == std::as_const(header_)[strinvdep.inv_dep] && strproduit.tes_vte == state::InStock;
+    for (const QStringList& values : molven_.values(strproduit, fields, there)) {
+        Record row(Row);
+        for (qsizetype i = 0; i < values.size(); ++i) row.set(copiedFields()[i].to, values[i]);
+        row[Row.lig_con] = verdict::Missing;
+        expected_.insert(values.first(), row);
+    }
+}
+
+void DepotCount::readReadings() {
+    const Criterion ofCount = strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no];
+    for (const Record& line : molven_.select(strinvlig, ofCount, {strinvlig.lig_jou, strinvlig.lig_imm})) {
+        Record row(Row);
+        row.copyFrom(line);
+        order_.prepend(line[strinvlig.lig_imm]);
+        read_.insert(order_.first(), row);
+    }
+}
+
+void DepotCount::readClosed() {
+    const Criterion ofCount = strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no];
+    for (const Record& line : molven_.select(strinvlig, ofCount, {strinvlig.lig_ref, strinvlig.lig_imm})) {
+        Record row(Row);
+        row.copyFrom(line);
+        const QString document = line[strinvlig.lig_doc];
+        const QString kind = line[strinvlig.lig_mod] == u"LIV" ? QStringLiteral("Bon de livraison ")
+                                                               : QStringLiteral("Bon de transfert ");
+        row[Row.lig_sit] = document.isEmpty() ? situationOf(row) : kind + document;
+        closed_.append(row);
+    }
+}
+
+/// A unit read that is of this depot by now was found, however it came; any other that moved since is told so.
+void DepotCount::judge(Record& row, const std::optional<Record>& unit) const {
+    if (!unit) {
+        row[Row.lig_con] = verdict::Moved;
+        row[Row.lig_sit] = QStringLiteral("archivée depuis la lecture");
+        return;
+    }
+    const bool isFound = isExpected(unit->value(strproduit.tes_vte), unit->value(strproduit.num_dep));
+    const bool moved = !isFound && !isAsRead(row, *unit);
+    row[Row.lig_con] = isFound ? verdict::Found : moved ? verdict::Moved : verdict::Unexpected;
+    const Record now = rowOf(*unit);
+    row[Row.lig_sit] = (moved ? QStringLiteral("déplacée depuis la lecture : ") : QString()) + situationOf(now);
+    if (moved) return;
+    for (const Text* field : {&Row.lig_tes, &Row.lig_dep, &Row.lig_vte, &Row.lig_tri})
+        row.set(*field, now.value(*field));
+}
+
+void DepotCount::judgeAll() {
+    for (auto read = read_.begin(); read != read_.end(); ++read) {
+        const auto expected = expected_.constFind(read.key());
+        if (expected == expected_.constEnd()) {
+            judge(*read, unitOf(molven_, read.key()));
+            continue;
+        }
+        read->set(Row.lig_con, verdict::Found);
+        for (const Text* field : {&Row.lig_tes, &Row.lig_dep, &Row.lig_vte, &Row.lig_tri})
+            read->set(*field, expected->value(*field));
+        read->set(Row.lig_sit, situationOf(*read));
+    }
+}
+
+Freshness DepotCount::freshnessOf(const Record& row) const {
+    const QString expiry = row[Row.lig_per];
+    if (!isMonthYear(expiry)) return Freshness::Good;
+    const QString month = expiry.right(4) + expiry.left(2);
+    const QString written = std::as_const(header_)[strinvdep.inv_clo];
+    const QDate day = written.isEmpty() ? Clock::today() : dateFromText(written);
+    const int months = static_cast<int>(std::as_const(header_)[strinvdep.inv_moi].toInteger());
+    if (month < sortKey(day).left(6)) return Freshness::Expired;
+    return month <= sortKey(day.addMonths(months)).left(6) ? Freshness::Soon : Freshness::Good;
+}
+
+CountTally DepotCount::tally() const {
+    CountTally tally;
+    const auto add = [&](const Record& row) {
+        const QString verdict = row[Row.lig_con];
+        if (verdict == verdict::Found) ++tally.found;
+        if (verdict == verdict::Unexpected) ++tally.unexpected;
+        if (verdict == verdict::Moved) ++tally.moved;
+        if (verdict == verdict::Missing) ++tally.missing;
+        if (row[Row.lig_lec] > Decimal(1)) ++tally.twice;
+        const Freshness freshness = verdict == verdict::Missing ? Freshness::Good : freshnessOf(row);
+        if (freshness == Freshness::Expired) ++tally.expired;
+        if (freshness == Freshness::Soon) ++tally.soon;
+    };
+    for (const Record& row : isClosed() ? closed_ : read_.values()) add(row);
+    if (isClosed())
+        tally.expected = tally.found + tally.missing;
+    else
+        tally.expected = expected_.size();
+    tally.missing = tally.expected - tally.found;
+    return tally;
+}
+
+QList<Record> DepotCount::rows(const QString& verdict) const {
+    QList<Record> found;
+    if (isClosed()) {
+        std::copy_if(closed_.begin(), closed_.end(), std::back_inserter(found),
+                     [&](const Record& row) { return row[Row.lig_con] == verdict; });
+        return found;
+    }
+    if (verdict == verdict::Missing) {
+        for (auto row = expected_.begin(); row != expected_.end(); ++row)
+            if (!read_.contains(row.key())) found.append(*row);
+    } else {
+        for (const Record& row : read_)
+            if (row[Row.lig_con] == verdict) found.append(row);
+    }
+    std::sort(found.begin(), found.end(), [](const Record& a, const Record& b) {
+        return a[Row.lig_ref] + a[Row.lig_imm] < b[Row.lig_ref] + b[Row.lig_imm];
+    });
+    return found;
+}
+
+QList<Record> DepotCount::readings() const {
+    if (isClosed()) {
+        QList<Record> found;
+        std::copy_if(closed_.begin(), closed_.end(), std::back_inserter(found),
+                     [](const Record& row) { return row[Row.lig_con] != verdict::Missing; });
+        return found;
+    }
+    QList<Record> found;
+    for (const QString& unit : order_) found.append(*read_.constFind(unit));
+    return found;
+}
+
+/// Of the units that meet a condition, the one to count: expected here first, then in stock elsewhere, then the others;
+/// one that is read already comes last.
+DepotCount::Named DepotCount::best(const Criterion& fits, const QString& reference) const {
+    constexpr int ReadAlready = 10;
+    static const QStringList later{state::InStock, state::InSet, state::Delivered, state::Sold};
+    const auto rank = [this](const QString& unit, const QString& unitState, const QString& depot) {
+        const int place = isExpected(unitState, depot) ? 0 : 1 + static_cast<int>(later.indexOf(unitState));
+        return place + (read_.contains(unit) ? ReadAlready : 0);
+    };
+    Named found{{}, 0, 0};
+    std::pair<int, QString> first;
+    for (const QStringList& unit : molven_.values(
+             strproduit, {&strproduit.imm_art, &strproduit.ref_art, &strproduit.tes_vte, &strproduit.num_dep}, fits)) {
+        if (!reference.isEmpty() && unit[1].compare(reference, Qt::CaseInsensitive) != 0) continue;
+        const std::pair<int, QString> ranked{rank(unit[0], unit[2], unit[3]), unit[0]};
+        if (found.unit.isEmpty() || ranked < first) first = ranked;
+        found.unit = first.second;
+        if (isExpected(unit[2], unit[3])) ++found.alike;
+        if (read_.contains(unit[0])) ++found.alikeRead;
+    }
+    return found;
+}
+
+DepotCount::Named DepotCount::named(const QString& scanned) const {
+    const QString text = scanned.trimmed();
+    if (!gs1::isScan(text)) {
+        const Immatriculation number = Immatriculation::fromText(text);
+        if (number.isValid() && units::find(molven_, number)) return {number.number()};
+        Named bySerial = best(strproduit.fou_imm == text, {});
+        if (bySerial.unit.isEmpty()) refuse(QStringLiteral("Immatriculation inconnue"));
+        return bySerial;
+    }
+    const SupplierCode code = supplier_codes::read(molven_, text, QStringLiteral("txtlecture"));
+    if (code.code.lot.isEmpty() && code.code.serial.isEmpty())
+        refuse(QStringLiteral("Ce code ne porte ni lot ni série : lisez l'étiquette du produit"));
+    const Named found = best(code.fits(), code.reference);
+    if (found.unit.isEmpty()) refuse(QStringLiteral("Aucun produit ne porte ce code : ") + code.words());
+    return found;
+}
+
+/// The first reading begins the count; another workstation may have done so meanwhile.
+void DepotCount::begin() {
+    if (const auto other = depot_counts::openOf(molven_, std::as_const(header_)[strinvdep.inv_dep])) {
+        header_ = *other;
+        return refresh();
+    }
+    const Decimal last = Decimal::fromText(molven_.greatest(strinvdep, strinvdep.inv_no));
+    if (last >= Decimal(999'999)) refuse(QStringLiteral("Numérotation impossible"));
+    header_[strinvdep.inv_no] = format(last + Decimal(1), QStringLiteral("000000"));
+    header_[strinvdep.inv_dat] = dateText(Clock::today());
+    header_[strinvdep.inv_tri] = sortKey(Clock::today());
+    molven_.insert(header_);
+}
+
+/// What was written elsewhere since is read again; our own readings are known.
+void DepotCount::followOthers() {
+    if (molven_.changesElsewhere() != version_) refresh();
+}
+
+DepotCount::Reading DepotCount::read(const QString& scanned) {
+    Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
+    const Record before = header_;
+    followOthers();
+    if (!isBegun()) begin();
+    try {
+        depot_counts::requireOpen(molven_, header_);
+        const Named chosen = named(scanned);
+        Reading reading{Record(Row), read_.contains(chosen.unit), chosen.alike, chosen.alikeRead};
+        reading.row = reading.isAgain ? read_.value(chosen.unit, Record(Row)) : rowOf(*unitOf(molven_, chosen.unit));
+        Record& row = reading.row;
+        row[Row.lig_lec] = std::as_const(row)[Row.lig_lec] + Decimal(1);
+        const Criterion one =
+            strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no] && strinvlig.lig_imm == chosen.unit;
+        if (reading.isAgain) {
+            molven_.update(strinvlig, {{strinvlig.lig_lec, row.value(Row.lig_lec)}}, one);
+        } else {
+            row[Row.lig_no] = std::as_const(header_)[strinvdep.inv_no];
+            row[Row.lig_jou] = Clock::now().toString(QStringLiteral("yyyyMMdd hh:mm:ss"));
+            row[Row.lig_pos] = author::workstation().left(Row.lig_pos.size);
+            Record line(strinvlig);
+            line.copyFrom(row);
+            molven_.insert(line);
+            ++reading.alikeRead;
+        }
+        transaction.commit();
+        judge(row, unitOf(molven_, chosen.unit));
+        read_.insert(chosen.unit, row);
+        if (!reading.isAgain) order_.prepend(chosen.unit);
+        return reading;
+    } catch (...) {
+        header_ = before; // nothing was begun
+        throw;
+    }
+}
+
+void DepotCount::takeBack(const QString& unit) {
+    Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
+    depot_counts::requireOpen(molven_, header_);
+    molven_.remove(strinvlig,
+                   strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no] && strinvlig.lig_imm == unit);
+    transaction.commit();
+    refresh();
+}
+
+void DepotCount::describe(const QString& client, const QString& counter, int months) {
+    codes::require(molven_, strinvdep.inv_clt, codes::Client, client);
+    require(months >= 0 && months <= 120, "Nombre de mois incorrect", strinvdep.inv_moi);
+    const QList<Assignment> described{{strinvdep.inv_clt, client},
+                                      {strinvdep.inv_par, counter.left(strinvdep.inv_par.size)},
+                                      {strinvdep.inv_moi, QString::number(months)}};
+    if (isBegun()) {
+        Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
+        depot_counts::requireOpen(molven_, header_);
+        molven_.update(strinvdep, described, strinvdep.inv_no == std::as_const(header_)[strinvdep.inv_no]);
+        transaction.commit();
+    }
+    for (const Assignment& one : described) header_.set(one.field, one.value);
+}
+
+} // namespace molven
