@@ -25,5 +25,6 @@ void registerRules();
 void registerGrid();
 void registerReference();
 void registerEnquiries();
+void registerStock();
 
 } // namespace molven::bench

@@ -118,6 +118,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerGrid();
     molven::bench::registerReference();
     molven::bench::registerEnquiries();
+    molven::bench::registerStock();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

@@ -81,7 +81,7 @@ int main(int argc, char* argv[]) {
     const QList<ctl::Command> commands{ctl::createCommand(),  ctl::demoCommand(),   ctl::checkCommand(),
                                        ctl::traceCommand(),   ctl::recallCommand(), ctl::journalCommand(),
                                        ctl::companyCommand(), ctl::importCommand(), ctl::exportCommand(),
-                                       ctl::restoreCommand()};
+                                       ctl::restoreCommand(), ctl::recountCommand()};
     QStringList call = QCoreApplication::arguments();
     const QString word = call.value(1);
     for (const ctl::Command& command : commands) {
