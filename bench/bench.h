@@ -28,5 +28,6 @@ void registerEnquiries();
 void registerScreens();
 /// They change units: to be run last.
 void registerDepots();
+void registerStock();
 
 } // namespace molven::bench

@@ -120,6 +120,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerEnquiries();
     molven::bench::registerScreens();
     molven::bench::registerDepots();
+    molven::bench::registerStock();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

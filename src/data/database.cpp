@@ -103,6 +103,26 @@ QList<QStringList> Database::values(const Table& table, const QList<const Field*
 }
 
 qint64 Database::changesElsewhere() { return workspace_->mark(schema_, "data_version"); }
+QHash<QString, Decimal> Database::sumBy(const Table& table, const Field& field, const Number& summed,
+                                        const Criterion& criterion) {
+    Statement& rows =
+        workspace_->run(QStringLiteral("select %1,sum(%2) from %3").arg(field.name, summed.name, qualified(table)) +
+                            where(criterion) + QStringLiteral(" group by ") + field.name,
+                        criterion.values);
+    QHash<QString, Decimal> sums;
+    while (rows.next()) sums.insert(rows.text(0), Decimal::fromText(rows.text(1)).rounded(summed.scale));
+    return sums;
+}
+
+QHash<QString, QString> Database::valuesBy(const Table& table, const Field& field, const Field& value,
+                                           const Criterion& criterion) {
+    Statement& rows = workspace_->run(
+        QStringLiteral("select %1,%2 from %3").arg(field.name, value.name, qualified(table)) + where(criterion),
+        criterion.values);
+    QHash<QString, QString> values;
+    while (rows.next()) values.insert(rows.text(0), Record::fitted(value, rows.text(1)));
+    return values;
+}
 
 void Database::insert(const Record& record) {
     write(record.table(), RowReader::insertion(qualified(record.table()), record.table()), RowReader::values(record),

@@ -40,6 +40,14 @@ public:
     /// These fields alone of the records, where whole records would be too many.
     QList<QStringList> values(const Table& table, const QList<const Field*>& fields, const Criterion& criterion = {});
 
+    /// Sum of a number by value of a field.
+    QHash<QString, Decimal> sumBy(const Table& table, const Field& field, const Number& summed,
+                                  const Criterion& criterion = {});
+    /// Stored form of one field by the value of another that tells the records apart: for going through two fields of
+    /// very many records.
+    QHash<QString, QString> valuesBy(const Table& table, const Field& field, const Field& value,
+                                     const Criterion& criterion = {});
+
     void insert(const Record& record);
     /// Number of records changed.
     qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);

@@ -135,7 +135,7 @@ void Life::receive() {
     Workspace workspace;
     const UnitFiles files = openUnitFiles(workspace, session_);
     Database molven = files.molven;
-    Transaction transaction(workspace, QStringLiteral("Démonstration"));
+    Transaction transaction(workspace, Deed);
     Recordset articles = molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref);
     int left = units_;
     while (left > 0) {

@@ -9,6 +9,9 @@ struct Options {
     unsigned seed = 1; ///< the same seed on the same day gives the same dossier
 };
 
+/// What the journal calls it.
+inline const QString Deed = QStringLiteral("Démonstration");
+
 /// Fills an empty dossier with a plausible distributor, through the program's own rules.
 void fill(const Session& session, const Options& options);
 

@@ -1,13 +1,16 @@
 #include "dossier/demo_reference.h"
 
+#include "data/clock.h"
+#include "data/dates.h"
 #include "data/format.h"
+#include "dossier/demo.h"
 #include "reference/articles.h"
 #include "reference/code_tables.h"
 #include "reference/ean.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
-#include "stock/stock_tables.h"
+#include "stock/movements.h"
 
 namespace molven::demo {
 
@@ -271,7 +274,41 @@ Record severalLpp(const Range& range) {
     return codes;
 }
 
-void fillArticles(Database molven, Database compta, Database gencode, const CompanyRules& rules, Dice& dice) {
+/// The last articles of each range kept by quantity have movements: their stock was entered, some of it broken, the
+/// rest counted.
+constexpr int ArticlesWithMovements = 2;
+
+/// An article whose stock movements will make.
+struct Opening {
+    QString reference;
+    Decimal stock, price;
+};
+
+void addMovement(MovementFiles files, const Opening& opening, const QString& kind, const Decimal& quantity,
+                 const QDate& day, const QString& comment) {
+    Record movement = movements::blank(opening.reference);
+    movement[strmvtstk.dat_stk] = dateText(day);
+    movement[strmvtstk.eta_stk] = kind;
+    movement[strmvtstk.qte_stk] = quantity;
+    movement[strmvtstk.pri_stk] = opening.price;
+    movement[strmvtstk.com_stk] = comment;
+    movements::add(files, movement);
+}
+
+void fillMovements(MovementFiles files, const QList<Opening>& openings) {
+    const QDate today = Clock::today();
+    const Decimal broken = 5;
+    for (const Opening& opening : openings) {
+        addMovement(files, opening, movement::Entry, opening.stock + broken, today.addMonths(-17),
+                    QStringLiteral("STOCK INITIAL"));
+        addMovement(files, opening, movement::Exit, broken, today.addMonths(-5), QStringLiteral("CASSE"));
+        addMovement(files, opening, movement::Inventory, opening.stock, today.addMonths(-2),
+                    QStringLiteral("INVENTAIRE"));
+    }
+}
+
+QList<Opening> fillArticles(Database molven, Database compta, Database gencode, const CompanyRules& rules, Dice& dice) {
+    QList<Opening> openings;
     if (rules.allocatesEan()) ean::add(gencode, QStringLiteral("376000000000"), QStringLiteral("400"));
     int number = 0;
     for (const Range& range : ranges()) {
@@ -280,10 +317,15 @@ void fillArticles(Database molven, Database compta, Database gencode, const Comp
             if (std::as_const(entry.article)[strarticle.art_lpp] == SeveralLpp) entry.severalLpp = severalLpp(range);
             articles::save(molven, compta, gencode, rules, entry, std::nullopt);
             const Record& article = entry.article;
-            if (range.followUp == follow_up::ByMovements)
-                articles::moveStock(molven, article[strarticle.art_ref], dice.between(20, 400));
+            if (range.followUp != follow_up::ByMovements) continue;
+            const Decimal stock = dice.between(20, 400);
+            if (i < range.count - ArticlesWithMovements)
+                articles::moveStock(molven, article[strarticle.art_ref], stock);
+            else
+                openings.append({article[strarticle.art_ref], stock, article[strarticle.art_pam]});
         }
     }
+    return openings;
 }
 
 void fillDiscounts(Database molven) {
@@ -359,20 +401,22 @@ QString patientName(Dice& dice) {
 
 void fillReference(const Session& session, Dice& dice) {
     Workspace workspace;
-    Database molven = workspace.open(session.molven());
+    const MovementFiles files = openMovementFiles(workspace, session);
+    Database molven = files.molven;
     Database compta = workspace.open(session.path(DataFile::Compta));
     Database gencode = workspace.open(session.path(DataFile::Gencode));
     Database ancillaire = workspace.open(session.path(DataFile::Ancillaire));
-    Transaction transaction(workspace, QStringLiteral("Démonstration"));
+    Transaction transaction(workspace, Deed);
     fillLists(molven);
     fillSuppliers(molven, dice);
     fillReimbursement(molven, dice);
     fillDiscounts(molven);
     fillClients(molven, dice);
-    fillArticles(molven, compta, gencode, session.rules(), dice);
+    const QList<Opening> openings = fillArticles(molven, compta, gencode, session.rules(), dice);
     fillTariffs(molven, dice);
     fillSetTypes(ancillaire);
     transaction.commit();
+    fillMovements(files, openings);
 }
 
 } // namespace molven::demo

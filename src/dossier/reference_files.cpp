@@ -24,11 +24,12 @@ struct Files {
           molven(workspace.open(session.molven())),
           compta(workspace.open(session.path(DataFile::Compta))),
           gencode(workspace.open(session.path(DataFile::Gencode))),
-          historic(workspace.open(session.historic())) {}
+          historic(workspace.open(session.historic())),
+          stocks(workspace.open(session.path(DataFile::Stocks))) {}
 
     const CompanyRules rules;
     Workspace workspace;
-    Database molven, compta, gencode, historic;
+    Database molven, compta, gencode, historic, stocks;
 };
 
 using Before = std::optional<Record>;
@@ -66,13 +67,14 @@ const QList<Kind>& all() {
         {QStringLiteral("articles"),
          strarticle,
          {&strarticle.art_ref},
-         {&strarticle.art_stk, &strarticle.art_pam, &strarticle.art_dpa, &strarticle.art_cdec, &strarticle.art_cdef},
+         {&strarticle.art_stk, &strarticle.art_pam, &strarticle.art_dpa, &strarticle.art_cdec, &strarticle.art_cdef,
+          &strarticle.stk1_art, &strarticle.stk2_art, &strarticle.stk3_art},
          [](Files&) { return articles::blank(); },
          [](Files& files, const Record& record) { return articles::find(files.molven, record[strarticle.art_ref]); },
          [](Files& files, const Record& record, const Before& before) {
              articles::save(files.molven, files.compta, files.gencode, files.rules, articles::entryOf(record), before);
-             references::requireFollowUpKept(files.molven, files.historic, record[strarticle.art_ref].trimmed(),
-                                             before);
+             references::requireFollowUpKept(files.molven, files.historic, files.stocks,
+                                             record[strarticle.art_ref].trimmed(), before);
          }},
         {QStringLiteral("clients"),
          strclient,

@@ -28,6 +28,7 @@ const QList<std::pair<DataFile, QString>>& places() {
                                                          {DataFile::Historic, QStringLiteral(" (archives)")},
                                                          {DataFile::Ostrane, QStringLiteral(" (OSTRANE)")},
                                                          {DataFile::Ancillaire, {}},
+                                                         {DataFile::Stocks, QStringLiteral(" (inventaires)")},
                                                          {DataFile::Compta, {}},
                                                          {DataFile::Gencode, {}}};
     return all;
@@ -99,11 +100,7 @@ QString counted(qint64 count, const Table& table) {
     return QString::number(count) + u' ' + table.name;
 }
 
-/// What a field may name, and of which records of its table that holds.
-struct Reference {
-    const CodeKind& kind;
-    Criterion where;
-};
+} // namespace
 
 std::vector<Reference> referencesOf(const Field& field) {
     if (!field.code) return {};
@@ -117,6 +114,8 @@ std::vector<Reference> referencesOf(const Field& field) {
     if (field.code->otherwise) found.push_back({*field.code->otherwise, otherwise});
     return found;
 }
+
+namespace {
 
 /// True when codes of this kind name that record.
 bool names(const CodeKind& kind, const Record& record) {
@@ -190,7 +189,7 @@ void remove(const Session& session, const Record& record, const std::function<vo
     transaction.commit();
 }
 
-void requireFollowUpKept(Database molven, Database historic, const QString& reference,
+void requireFollowUpKept(Database molven, Database historic, Database stocks, const QString& reference,
                          const std::optional<Record>& before) {
     const auto found = articles::find(molven, reference);
     if (!before || !found) return;
@@ -204,6 +203,9 @@ void requireFollowUpKept(Database molven, Database historic, const QString& refe
     if (const qint64 count = molven.count(strproduit, units)) refuse(counted(count, strproduit));
     if (const qint64 count = historic.count(strproduit, units))
         refuse(counted(count, strproduit) + QStringLiteral(" (archives)"));
+    const Criterion movements = strmvtstk.ref_stk == reference;
+    if (const qint64 count = molven.count(strmvtstk, movements) + stocks.count(strmvtstk, movements))
+        refuse(counted(count, strmvtstk));
     const bool byUnit = article[strarticle.art_aig] == follow_up::ByUnit;
     if (const Decimal stock = former[strarticle.art_stk]; byUnit && !stock.isZero())
         refuse(QStringLiteral("un stock de ") + shown(stock));
@@ -214,7 +216,7 @@ QString saveArticle(const Session& session, const articles::Entry& entry, const 
     Transaction transaction(files.workspace, QStringLiteral("Fiche article"));
     const QString notice = articles::save(files[DataFile::Molven], files[DataFile::Compta], files[DataFile::Gencode],
                                           session.rules(), entry, before);
-    requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic],
+    requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic], files[DataFile::Stocks],
                         entry.article.value(strarticle.art_ref).trimmed(), before);
     transaction.commit();
     return notice;

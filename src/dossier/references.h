@@ -46,11 +46,18 @@ private:
 void remove(const Session& session, const Record& record, const std::function<void(Files&)>& erase);
 
 /// Writes an article by articles::save(), and answers what it has to tell. Throws Refusal also when its follow-up
-/// changes while units or a stock depend on it.
+/// changes while units, movements or a stock depend on it.
 QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before);
 /// The same rule for an article just saved inside the caller's transaction.
-void requireFollowUpKept(Database molven, Database historic, const QString& reference,
+void requireFollowUpKept(Database molven, Database historic, Database stocks, const QString& reference,
                          const std::optional<Record>& before);
+
+/// What a field may name, and of which records of its table that holds.
+struct Reference {
+    const CodeKind& kind;
+    Criterion where;
+};
+std::vector<Reference> referencesOf(const Field& field);
 
 /// A code that names no record.
 struct Orphan {

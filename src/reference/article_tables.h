@@ -51,13 +51,21 @@ struct Articles : Table {
     Text art_gpie{this, "art_gpie", 1, codes::YesNo, "Taper O ou N !!"}; ///< pieces counted, O/N
     Label art_memo{this, "art_memo"};                                    ///< free memo
     Text art_cat{this, "art_cat", 1, codes::Reimbursement,
-                 "Taper T ou L !!"};   ///< reimbursement category: T TIPS, L LPP
-    Text art_ean{this, "art_ean", 13}; ///< EAN-13 code
-    Text art_ang{this, "art_ang", 40}; ///< companion of the EAN (English label)
-    Text art_anc{this, "art_anc", 1};  ///< kind: A article, T text, X ancillary set
+                 "Taper T ou L !!"};                                   ///< reimbursement category: T TIPS, L LPP
+    Text art_ean{this, "art_ean", 13};                                 ///< EAN-13 code
+    Text art_ang{this, "art_ang", 40};                                 ///< companion of the EAN (English label)
+    Text art_anc{this, "art_anc", 1};                                  ///< kind: A article, T text, X ancillary set
+    Text stk_art{this, "stk_art", 1, codes::YesNo, "Taper O ou N !!"}; ///< "N" keeps it out of the physical inventory
+    Number stk1_art{this, "stk1_art", Number::Quantity}; ///< quantities counted in up to three places, until the
+    Number stk2_art{this, "stk2_art", Number::Quantity}; ///< inventory is written
+    Number stk3_art{this, "stk3_art", Number::Quantity};
+    Text col_art{this, "col_art", 10};                ///< packing
+    Number ta17_art{this, "ta17_art", Number::Money}; ///< price of the inventory, where the company keeps one
 
     Trail trail{this, {art_ref}};
-    KeptFields kept{this, {art_stk, art_pam, art_dpa, art_cdec, art_cdef}};
+    KeptFields kept{
+        this,
+        {art_stk, art_pam, art_dpa, art_cdec, art_cdef, stk_art, stk1_art, stk2_art, stk3_art, col_art, ta17_art}};
     Index by_reference{this, {art_ref}, Uniqueness::Unique};
     Index by_label{this, {art_li1}};
     Index by_supplier_reference{this, {art_rfou}};

@@ -79,9 +79,12 @@ void reopen(SalesBook& invoices, const Record& invoice, const Record& note) {
                                        strfacl.fac_lg == numbering::HiddenLine && strfacl.fac_nbl == number);
     if (!documents::lines(invoices, invoice).isEmpty())
         numbering::addHiddenLine(invoices.vente, strfacl, invoice[strface.fac_aa], invoice[strface.fac_no]);
-    for (const Record& line : invoices.vente.select(
-             strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number) && strlivl.fac_imm != QString()))
-        unit_moves::deliverAgain(invoices, note, line);
+    // What the invoice gave back when its lines were deleted is delivered again.
+    for (const Record& line : invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number)))
+        if (line[strlivl.fac_imm].isEmpty())
+            document_lines::takeFromStock(invoices, line[strlivl.fac_ref], line[strlivl.fac_qte]);
+        else
+            unit_moves::deliverAgain(invoices, note, line);
 }
 
 } // namespace

@@ -114,6 +114,11 @@ Draft ofUnit(SalesBook& book, const Record& header, const Record& unit) {
     return draft;
 }
 
+void takeFromStock(SalesBook& book, const QString& reference, const Decimal& quantity) {
+    const auto article = articles::find(book.molven, reference);
+    if (article && movesStock(*article)) articles::moveStock(book.molven, reference, -quantity);
+}
+
 QString stockWarning(SalesBook& book, const Draft& draft) {
     const DocumentLines& table = book.kind().lines;
     const Record& line = draft.line;
@@ -164,11 +169,10 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
         priceLine(book, line, draft.withoutVat);
     }
     book.vente.insert(line);
-    if (draft.tracked) {
+    if (draft.tracked)
         unit_moves::apply(book, header, line);
-    } else if (const auto article = articles::find(book.molven, read[table.fac_ref]); article && movesStock(*article)) {
-        articles::moveStock(book.molven, read[table.fac_ref], -read[table.fac_qte]);
-    }
+    else
+        takeFromStock(book, read[table.fac_ref], read[table.fac_qte]);
 }
 
 } // namespace
@@ -267,11 +271,10 @@ void change(SalesBook& book, const Record& asReadHeader, const Record& line, con
     priceLine(book, stored.draft(), asRead[table.fac_tar] == u"H");
     const Record written = stored.draft();
     stored.update();
-    const auto article = articles::find(book.molven, reference);
     if (tracked)
         unit_moves::reprice(book, header, written);
-    else if (article && movesStock(*article))
-        articles::moveStock(book.molven, reference, asRead[table.fac_qte] - written[table.fac_qte]);
+    else
+        takeFromStock(book, reference, written[table.fac_qte] - asRead[table.fac_qte]);
     documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
     transaction.commit();
 }
@@ -283,8 +286,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
         depot_counts::release(book.molven, book.kind().mode, header[book.kind().headers.fac_no], line[table.fac_imm]);
         return;
     }
-    const auto article = articles::find(book.molven, line[table.fac_ref]);
-    if (article && movesStock(*article)) articles::moveStock(book.molven, line[table.fac_ref], line[table.fac_qte]);
+    takeFromStock(book, line[table.fac_ref], -line[table.fac_qte]);
 }
 
 void remove(SalesBook& book, const Record& asReadHeader, const Record& asRead) {

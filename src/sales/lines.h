@@ -44,6 +44,8 @@ void insert(SalesBook& book, const Record& header, const Draft& draft, const Rec
 void change(SalesBook& book, const Record& header, const Record& line, const Record& asRead);
 /// Deletes a line and undoes its effect; with the last line of a delivery note, the note leaves the invoice.
 void remove(SalesBook& book, const Record& header, const Record& asRead);
+/// Takes a quantity out of the stock of an article kept by quantity, and out of no other's; a negative one comes back.
+void takeFromStock(SalesBook& book, const QString& reference, const Decimal& quantity);
 /// Undoes a line's effect on its unit, or on the stock of its article; inside the caller's transaction.
 void undo(SalesBook& book, const Record& header, const Record& line);
 

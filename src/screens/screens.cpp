@@ -16,10 +16,15 @@
 #include "screens/stock/delivery_form.h"
 #include "screens/stock/depot_count_form.h"
 #include "screens/stock/endowment_form.h"
+#include "screens/stock/inventory_count_form.h"
 #include "screens/stock/label_forms.h"
 #include "screens/stock/listing_forms.h"
+#include "screens/stock/maintenance_form.h"
+#include "screens/stock/movement_form.h"
+#include "screens/stock/movement_listing_form.h"
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
+#include "screens/stock/recount_forms.h"
 #include "screens/stock/unit_history_form.h"
 #include "ui/desk.h"
 
@@ -61,7 +66,10 @@ void addScreens(Desk& desk) {
     add<TariffForm>(desk, "T_partarif");
     add<DiscountForm>(desk, "T_parrem");
     add<CommissionRateForm>(desk, "T_partxrep");
-    add<EnglishLabelForm>(desk, "T_utilit", {QStringLiteral("ANG")});
+    desk.addScreen(QStringLiteral("T_utilit"), [](Desk& owner) -> Form* {
+        if (owner.session.mode_ecran == u"ANG") return new EnglishLabelForm(owner);
+        return new MaintenanceForm(owner);
+    });
     add<ReceiptForm>(desk, "T_proges");
     add<DeliveryForm>(desk, "T_lecliv");
     add<LabelSelectionForm>(desk, "T_etiedt");
@@ -78,6 +86,11 @@ void addScreens(Desk& desk) {
     add<DepotCountForm>(desk, "T_invdep");
     add<EndowmentForm>(desk, "T_dotation");
     add<ReplenishmentForm>(desk, "T_reassort");
+    add<MovementForm>(desk, "T_nsvges");
+    add<MovementListingForm>(desk, "T_nsvedt");
+    add<StockRecountForm>(desk, "T_procal");
+    add<StockRebuildForm>(desk, "T_procalns");
+    add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
 }
 

@@ -49,6 +49,7 @@ public:
     bool showsDepotFamily() const { return company_ == u"CE"; }
     bool printsThirdLabel() const { return site_ == u"EO" || company_ == u"AD"; }
     bool labelsShowSupplierSerial() const { return company_ == u"MD"; }
+    bool valuesInventoryByOwnPrice() const { return company_ == u"PL"; }
     int purchasePriceDecimals() const { return company_ == u"CH" ? 3 : 2; }
     QString country() const { return company_ == u"CH" ? QStringLiteral("Suisse") : QString(); }
 

@@ -156,13 +156,7 @@ void fillConformity(Record& unit, Database molven, const Receipt& receipt) {
 
 void fillFromArticle(Record& unit, const Record& article) {
     unit[strproduit.ref_art] = QString(article[strarticle.art_ref]);
-    const bool withoutVat = article[strarticle.art_tar] == basis::WithoutVat;
-    unit[strproduit.pro_vte] = withoutVat ? article[strarticle.art_pv1] : article[strarticle.art_ttc];
-    unit[strproduit.pro_li1] = article[strarticle.art_li1];
-    unit[strproduit.pro_tip] = article[strarticle.art_tip];
-    unit[strproduit.pro_lpp] = article[strarticle.art_lpp];
-    unit[strproduit.pro_nho] = article[strarticle.art_nho];
-    unit[strproduit.pro_tar] = article[strarticle.art_tar];
+    for (const Assignment& held : units::fromArticle(article)) unit.set(held.field, held.value);
 }
 
 /// What the user enters of a unit, at its receipt or later.

@@ -80,7 +80,8 @@ struct StockMovements : Table {
     Number pri_stk{this, "pri_stk", Number::Money};                                ///< unit purchase price
     Label com_stk{this, "com_stk", 60};                                            ///< comment
     Label memo_stk{this, "memo_stk"};                                              ///< memo
-    Text col_stk{this, "col_stk", 10};                                             ///< packing, in stocks.mdb only
+    Text col_stk{this, "col_stk", 10};                                             ///< packing, of inventories
+    Text uid_stk{this, "uid_stk", 32}; ///< drawn at creation: tells twins apart; empty on movements of old
     Trail trail{this, {ref_stk, tri_stk}};
     Index by_article{this, {ref_stk, tri_stk}};
     Index by_date{this, {tri_stk, ref_stk, eta_stk}};

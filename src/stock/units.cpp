@@ -235,6 +235,14 @@ void change(Database molven, const Record& unit, const Record& before) {
     transaction.commit();
 }
 
+QList<Assignment> fromArticle(const Record& article) {
+    const auto& a = strarticle;
+    const auto& u = strproduit;
+    const Number& price = article[a.art_tar] == basis::WithoutVat ? a.art_pv1 : a.art_ttc;
+    return {{u.pro_vte, article[price].toString()}, {u.pro_li1, article[a.art_li1]}, {u.pro_tip, article[a.art_tip]},
+            {u.pro_lpp, article[a.art_lpp]},        {u.pro_nho, article[a.art_nho]}, {u.pro_tar, article[a.art_tar]}};
+}
+
 QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QString& depot) {
     QList<Assignment> placed{{strproduit.num_dep, depot}};
     if (rules.hasDepotFamilies()) placed.append({strproduit.fam_dep, parameters::depotFamily(molven, depot)});

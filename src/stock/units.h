@@ -93,6 +93,8 @@ void change(Database molven, const Record& unit, const Record& before);
 /// Throws Refusal "cette immatriculation n'est pas modifiable" unless the unit is in stock.
 void requireChangeable(const Record& unit);
 
+/// What a unit's record holds of its article: label, reimbursement codes, approval, sale price and its basis.
+QList<Assignment> fromArticle(const Record& article);
 /// What a unit's record holds of the depot it lies in: the depot, and its family where the company has families.
 QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QString& depot);
 

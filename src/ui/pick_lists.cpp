@@ -4,7 +4,6 @@
 #include "reference/parameters.h"
 #include "reference/party_tables.h"
 #include "reference/tariff_tables.h"
-#include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
 #include "ui/unit_marks.h"
 
@@ -181,16 +180,6 @@ PickList codes(Database file, const CodeKind& kind, const Chosen& chosen) {
     if (kind.table == &strplan) return accounts(file, {}, chosen);
     if (kind.table == &strparrem) return discounts(file, chosen);
     return parameters(file, kind.letter, kind.title, chosen);
-}
-
-PickList movements(Database molven, const QString& reference) {
-    return overTable(molven, strmvtstk, QStringLiteral("MOUVEMENTS : ") + reference,
-                     {{&strmvtstk.dat_stk, QStringLiteral("Date"), 100},
-                      {&strmvtstk.eta_stk, QStringLiteral("Etat"), 50},
-                      {&strmvtstk.qte_stk, QStringLiteral("Quantité"), 90, QStringLiteral("###0.00")},
-                      {&strmvtstk.pri_stk, QStringLiteral("Prix"), 90, QStringLiteral("#####0.000")},
-                      {&strmvtstk.com_stk, QStringLiteral("Commentaire"), 300}},
-                     strmvtstk.ref_stk == reference, strmvtstk.tri_stk, [](const Record&) {});
 }
 
 QList<GridColumn> unitColumns() {

@@ -31,9 +31,6 @@ PickList codes(Database file, const CodeKind& kind, const Chosen& chosen);
 /// Units that meet a condition, by immatriculation.
 PickList units(Database molven, const QString& title, const Criterion& criterion, const Chosen& chosen);
 
-/// Movements of an article kept by quantity, by date; to look at only.
-PickList movements(Database molven, const QString& reference);
-
 /// What the session was told, newest first; to look at only.
 PickList notices(const QList<Notice>& told);
 

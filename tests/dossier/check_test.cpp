@@ -4,7 +4,7 @@
 #include "dossier/check.h"
 #include "reference/party_tables.h"
 #include "sales/document_tables.h"
-#include "stock/stock_tables.h"
+#include "stock/movements.h"
 #include "stock/units.h"
 
 #include <QFile>
@@ -81,24 +81,33 @@ TEST_P(Unmended, IsToldAndNotCoveredUp) {
 
 INSTANTIATE_TEST_SUITE_P(
     Dossiers, Unmended,
-    testing::Values(Planted{"line", DataFile::Vente,
-                            "update strfacl set fac_px=1,fac_pv=1,fac_ht=1,fac_ttc=1.06 where fac_lg='001'",
-                            "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 96.01"},
-                    Planted{"lines_lost", DataFile::Vente, "delete from strfacl", "facture 2026/000001 : aucune ligne"},
-                    Planted{"line_lost", DataFile::Vente, "delete from strfacl where fac_lg='002'",
-                            "Ligne de la facture 2026/000001/002 : supprimé hors du programme"},
-                    Planted{"line_twice", DataFile::Vente,
-                            "insert into strfacl select * from strfacl where fac_lg='001'",
-                            "facture 2026/000001 : ligne 001 en double"},
-                    Planted{"discount", DataFile::Vente, "update strface set fac_rem=50",
-                            "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 94.95"},
-                    Planted{"unit_lost", DataFile::Molven, "delete from strproduit where imm_art='26030003'",
-                            "HIP : art_stk = 1 pour 0 unités"},
-                    Planted{"unit_unsold", DataFile::Molven,
-                            "update strproduit set tes_vte='N' where imm_art='26030002'",
-                            "HIP : art_stk = 1 pour 2 unités"},
-                    Planted{"journal_lost", DataFile::Molven, "delete from strjournal where rowid>10",
-                            "Unité 20/26030003 : ajouté hors du programme"}),
+    testing::Values(
+        Planted{"line", DataFile::Vente,
+                "update strfacl set fac_px=1,fac_pv=1,fac_ht=1,fac_ttc=1.06 where fac_lg='001'",
+                "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 96.01"},
+        Planted{"lines_lost", DataFile::Vente, "delete from strfacl", "facture 2026/000001 : aucune ligne"},
+        Planted{"line_lost", DataFile::Vente, "delete from strfacl where fac_lg='002'",
+                "Ligne de la facture 2026/000001/002 : supprimé hors du programme"},
+        Planted{"line_twice", DataFile::Vente, "insert into strfacl select * from strfacl where fac_lg='001'",
+                "facture 2026/000001 : ligne 001 en double"},
+        Planted{"discount", DataFile::Vente, "update strface set fac_rem=50",
+                "facture 000001 : totaux autres que ceux des lignes : TTC 189.90 pour 94.95"},
+        Planted{"unit_lost", DataFile::Molven, "delete from strproduit where imm_art='26030003'",
+                "HIP : art_stk = 1 pour 0 unités"},
+        Planted{"unit_unsold", DataFile::Molven, "update strproduit set tes_vte='N' where imm_art='26030002'",
+                "HIP : art_stk = 1 pour 2 unités"},
+        Planted{"stock_of_movements", DataFile::Molven, "update strarticle set art_stk=7 where art_ref='SCREW'",
+                "SCREW : art_stk = 7 pour 0 d'après les mouvements et les documents"},
+        Planted{"movement_without_stock", DataFile::Molven,
+                "insert into strmvtstk (ref_stk,dat_stk,tri_stk,eta_stk,qte_stk) values "
+                "('SCREW','05/03/2026','20260305','E',2)",
+                "SCREW : art_stk = 0 pour 2 d'après les mouvements et les documents"},
+        Planted{"movement_of_units", DataFile::Stocks,
+                "insert into strmvtstk (ref_stk,dat_stk,tri_stk,eta_stk,qte_stk) values "
+                "('HIP','05/03/2026','20260305','I',2)",
+                "HIP : mouvement d'un article qui n'est pas tenu par quantité"},
+        Planted{"journal_lost", DataFile::Molven, "delete from strjournal where rowid>10",
+                "Unité 20/26030003 : ajouté hors du programme"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 class ArchivedBreakages : public testing::TestWithParam<Planted> {};
@@ -228,6 +237,7 @@ TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAreSound) {
         movement[strmvtstk.ref_stk] = QStringLiteral("SCREW");
         movement[strmvtstk.dat_stk] = QStringLiteral("05/03/2026");
         movement[strmvtstk.tri_stk] = QStringLiteral("20260305");
+        movement[strmvtstk.eta_stk] = movement::Inventory;
         movement[strmvtstk.qte_stk] = Decimal(quantity);
         molven.insert(movement);
     }

@@ -32,6 +32,7 @@ Command companyCommand();
 Command importCommand();
 Command exportCommand();
 Command restoreCommand();
+Command recountCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();

@@ -46,6 +46,10 @@ const Kind Quantities{QStringLiteral("stocks"),
 const Kind WaitingQuantities{
     QStringLiteral("stocks en attente"),
     QStringLiteral("rétablir d'abord les produits signalés ; le stock n'est recompté qu'ensuite")};
+const Kind Movements{
+    QStringLiteral("mouvements"),
+    QStringLiteral("lire l'historique de l'article, corriger ses mouvements, puis recalculer le stock des produits non "
+                   "suivis")};
 const Kind Patients{QStringLiteral("patients et lots"),
                     QStringLiteral("vérifier sur le document papier, puis corriger le produit ou le document")};
 const Kind Sets{QStringLiteral("ancillaires"),
@@ -243,6 +247,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     const Papers papers(files, faults);
     checkUnits(files, papers, faults);
     checkQuantities(files, faults);
+    checkMovements(files, copied, faults);
     checkSets(files, faults);
     checkCounts(files, papers, faults);
     checkNotes(papers, faults);

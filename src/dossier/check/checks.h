@@ -15,7 +15,8 @@ using Faults = QList<Fault>;
 
 namespace kind {
 extern const Kind File, Indexes, Journal, Codes, Papers, Notes, Totals, WaitingTotals, Amounts, Units, Quantities,
-    WaitingQuantities, Patients, Sets, Counts, Conformity, Values, Foreign, Altered, AlteredSums, Added, Removed;
+    WaitingQuantities, Movements, Patients, Sets, Counts, Conformity, Values, Foreign, Altered, AlteredSums, Added,
+    Removed;
 } // namespace kind
 
 /// The tables of one family of documents.
@@ -91,6 +92,8 @@ void checkProformas(references::Files& files, Faults& faults);
 void checkRenewals(const Papers& papers, Faults& faults);
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults);
 void checkQuantities(references::Files& files, Faults& faults);
+/// Movements of the articles kept by quantity, and the stock that they and the documents of these files leave.
+void checkMovements(references::Files& files, const Session& session, Faults& faults);
 void checkSets(references::Files& files, Faults& faults);
 /// Counts of depots, their units and the documents that settled them.
 void checkCounts(references::Files& files, const Papers& papers, Faults& faults);

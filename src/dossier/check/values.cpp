@@ -61,9 +61,10 @@ void checkUnitValues(const QString& fileName, const Record& unit, Faults& faults
 }
 
 void checkValues(references::Files& files, Faults& faults) {
-    for (const Record& movement : files[DataFile::Molven].select(strmvtstk))
-        checkDates(QStringLiteral("molven.mdb"), movement, movement[strmvtstk.ref_stk],
-                   {{strmvtstk.dat_stk, &strmvtstk.tri_stk}}, faults);
+    for (const DataFile file : {DataFile::Molven, DataFile::Stocks})
+        for (const Record& movement : files[file].select(strmvtstk))
+            checkDates(catalogueEntry(file).name, movement, movement[strmvtstk.ref_stk],
+                       {{strmvtstk.dat_stk, &strmvtstk.tri_stk}}, faults);
     for (references::Files::Searched searched : files.searched()) {
         if (searched.file != DataFile::Vente && searched.file != DataFile::Historic) continue;
         for (const Family& family : families()) {

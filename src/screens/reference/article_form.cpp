@@ -6,7 +6,7 @@
 #include "reference/tariff_tables.h"
 #include "screens/price_notice.h"
 #include "screens/shell/trail_form.h"
-#include "stock/stock_tables.h"
+#include "screens/stock/movement_form.h"
 #include "stock/units.h"
 #include "ui/pick_lists.h"
 #include "ui/style.h"
@@ -93,7 +93,8 @@ ArticleForm::ArticleForm(Desk& desk)
     : RecordForm(desk, QStringLiteral("T_artges")),
       molven_(workspace_.open(session().molven())),
       compta_(workspace_.open(session().path(DataFile::Compta))),
-      gencode_(workspace_.open(session().path(DataFile::Gencode))) {
+      gencode_(workspace_.open(session().path(DataFile::Gencode))),
+      movementFiles_(openMovementFiles(workspace_, session())) {
     buildFollowUp();
     severalLpp_ = new RecordPanel({{&strartlpp.lpp_1, QStringLiteral("Plusieurs LPP, 1 :")},
                                    {&strartlpp.lpp_2, QStringLiteral("2 :")},
@@ -299,9 +300,10 @@ void ArticleForm::showMovements() {
     if (article[strarticle.art_aig] == follow_up::ByUnit)
         throw Refusal(QStringLiteral("Ce choix est réservé aux références non suivies"), strarticle.art_ref.name);
     const QString reference = article[strarticle.art_ref];
-    if (molven_.count(strmvtstk, strmvtstk.ref_stk == reference) == 0)
+    if (movements::of(movementFiles_, reference).isEmpty())
         throw Refusal(QStringLiteral("aucun mouvement sur cette référence"), strarticle.art_ref.name);
-    pick(pick_lists::movements(molven_, reference));
+    if (auto* movements = dynamic_cast<MovementForm*>(desk().open(QStringLiteral("T_nsvges"))))
+        movements->showArticle(reference);
 }
 
 } // namespace molven

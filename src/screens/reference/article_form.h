@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reference/articles.h"
+#include "stock/movements.h"
 #include "ui/record_form.h"
 
 class QComboBox;
@@ -33,6 +34,7 @@ private:
 
     Workspace workspace_;
     Database molven_, compta_, gencode_;
+    MovementFiles movementFiles_;
     Edit* kind_ = nullptr;
     Edit* stocked_ = nullptr;
     Edit* followed_ = nullptr;
