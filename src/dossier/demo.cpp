@@ -277,7 +277,7 @@ void Life::transfer(const Event& event) {
 void Life::fillSet(const Event& event) {
     const QString serial = ancillary_sets::create(ancillaire_, QStringLiteral("ANCHAN"));
     for (const QString& unit : event.units)
-        ancillary_sets::place(invoices_.molven, ancillaire_, session_.rules(), serial, unit);
+        ancillary_sets::place({invoices_.molven, ancillaire_, session_.rules()}, serial, unit);
 }
 
 } // namespace

@@ -79,7 +79,7 @@ void CodeTableForm::setAdding(bool adding) {
     grid_->setEnabled(!adding);
     for (QPushButton* made : {add_, change_, remove_})
         allow(made, !adding, QStringLiteral("Une fiche est en cours d'ajout : validez-la ou annulez"));
-    allow(validate_, adding, QStringLiteral("Rien n'est en cours d'ajout"));
+    allow(validate_, adding || view_->validatesChanges, QStringLiteral("Rien n'est en cours d'ajout"));
     setDefaultButton(adding ? validate_ : nullptr); // beside it, Return walks from box to box
     setCancelButton(adding ? abandon_ : nullptr, true);
 }
@@ -230,7 +230,7 @@ void CodeTableForm::remove() {
     }
     const int row = grid_->currentIndex().row();
     references::remove(session(), record, [this, &record](references::Files& files) {
-        code_tables::remove(files[view_->file], view_->kind, record);
+        erase(files, record);
     });
     endEntry();
     showRow(row);
@@ -250,6 +250,10 @@ void CodeTableForm::refresh() {
 void CodeTableForm::endEntry() {
     setAdding(false);
     grid_->rows().refresh();
+}
+
+void CodeTableForm::erase(references::Files& files, const Record& record) {
+    code_tables::remove(files[view_->kind.file], view_->kind, record);
 }
 
 std::function<void(const Record&)> CodeTableForm::put(const Field& field, const Field& from) {

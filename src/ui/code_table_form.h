@@ -10,6 +10,10 @@ class QHBoxLayout;
 
 namespace molven {
 
+namespace references {
+class Files;
+} // namespace references
+
 /// What one small code table shows.
 struct CodeTableView {
     QString title;   ///< of the window
@@ -22,8 +26,8 @@ struct CodeTableView {
     Criterion criterion = {};             ///< the records of the table that this screen keeps
     QList<Assignment> preset = {};        ///< what a new record holds from the start
     bool hasFixedRows = false;            ///< records are changed only, never added nor deleted
-    DataFile file = DataFile::Molven;     ///< that holds the table
     QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
+    bool validatesChanges = false;        ///< "Valider" writes a change, too
 };
 
 /// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
@@ -39,6 +43,8 @@ protected:
     virtual void shown() {}
     /// Writes a record, a new one when there is nothing before; a subclass may write more with it, in one transaction.
     virtual void save(const Record& record, const std::optional<Record>& before);
+    /// Deletes a record; a subclass may delete what is part of it, in the caller's transaction.
+    virtual void erase(references::Files& files, const Record& record);
     /// Order of the printed list; the list's own when nothing is answered.
     virtual std::optional<Order> printOrder() { return std::nullopt; }
 
@@ -51,6 +57,9 @@ protected:
     QHBoxLayout* extraButtons() { return extraButtons_; }
     /// Gives up what is typed, reads the list again and shows the record again.
     void refresh();
+    /// The record on the screen as it was read; blank while one is added.
+    const Record& record() const { return *shown_; }
+    bool isAdding() const { return adding_; }
 
     bool hasUnsavedWork() const override;
 
