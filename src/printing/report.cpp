@@ -12,8 +12,8 @@ constexpr int LineStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
 
 } // namespace
 
-Report::Report(const QString& title, const QList<PaperColumn>& columns)
-    : title_(title), table_(columns, Narrow, BodyPoints) {}
+Report::Report(const QString& title, const QList<PaperColumn>& columns, const QString& family)
+    : title_(title), family_(family.isEmpty() ? Narrow : family), table_(columns, family_, BodyPoints) {}
 
 void Report::say(const QString& words) {
     if (!words.isEmpty()) words_.append(words);
@@ -83,7 +83,7 @@ private:
 
     void writeBold(const QStringList& textAndNote) {
         y_ += GroupGap;
-        job_.setFont(Narrow, 10, true);
+        job_.setFont(report_.family_, 10, true);
         job_.setPosition(FilingMargin, y_);
         job_.print(textAndNote.first());
         job_.setPosition(FilingMargin + job_.textWidth(textAndNote.first()) + 200, y_);
@@ -99,9 +99,9 @@ private:
     }
 
     int headingHeight() {
-        job_.setFont(Narrow, 14, true);
+        job_.setFont(report_.family_, 14, true);
         qsizetype height = LineStep + TitleStep * job_.lines(report_.title_, width_).size();
-        job_.setFont(Narrow, BodyPoints);
+        job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) height += WordsStep * job_.lines(words, width_).size();
         return static_cast<int>(height) + GroupGap;
     }
@@ -109,13 +109,13 @@ private:
     void printHeading(int page) {
         job_.toPage(page);
         printPageNumber(page);
-        job_.setFont(Narrow, 10, true);
+        job_.setFont(report_.family_, 10, true);
         job_.setPosition(FilingMargin, 0);
         job_.print(company_);
-        job_.setFont(Narrow, 14, true);
+        job_.setFont(report_.family_, 14, true);
         job_.setPosition(FilingMargin, LineStep);
         int y = LineStep + TitleStep * job_.print(report_.title_, width_, TitleStep);
-        job_.setFont(Narrow, BodyPoints);
+        job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) {
             job_.setPosition(FilingMargin, y);
             y += WordsStep * job_.print(words, width_, WordsStep);
@@ -123,8 +123,10 @@ private:
     }
 
     void printPageNumber(int page) {
-        job_.setFont(Narrow, BodyPoints);
-        const QString text = QStringLiteral("Edition du %1   Page : %2").arg(date_).arg(page + 1);
+        job_.setFont(report_.family_, BodyPoints);
+        const QString words = report_.pageWords_.isEmpty() ? QStringLiteral("Edition du %1   Page : ").arg(date_)
+                                                           : report_.pageWords_;
+        const QString text = words + QString::number(page + 1);
         const QString ofAll = QStringLiteral(" / %1").arg(job_.pages());
         const int right = FilingMargin + width_ - job_.textWidth(ofAll);
         job_.setPosition(right - job_.textWidth(text), 20);

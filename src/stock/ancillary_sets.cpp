@@ -76,6 +76,12 @@ void requireAtHome(const Record& header) {
                       strstock.stk_anc_imm.name);
 }
 
+void requireUnitAtHome(const Record& line) {
+    if (line[strstock.stk_num_dep] != SetDepot)
+        throw Refusal(QStringLiteral("Impossible, ce produit n'est pas stocké au dépôt initial"),
+                      strproduit.imm_art.name);
+}
+
 Recordset lines(Database ancillaire, const QString& serial) {
     return ancillaire.select(strstock, unitLinesOf(serial), strstock.stk_anc_imm_lg);
 }
@@ -211,9 +217,7 @@ void takeOut(const Files& files, const QString& serial, const QString& immatricu
     if (line.isEmpty())
         throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus dans cet ancillaire").arg(immatriculation),
                       strproduit.imm_art.name);
-    if (line[strstock.stk_num_dep] != SetDepot)
-        throw Refusal(QStringLiteral("Impossible, ce produit n'est pas stocké au dépôt initial"),
-                      strproduit.imm_art.name);
+    requireUnitAtHome(line.record());
     line.remove();
     molven.update(strproduit, freed(files), Immatriculation::fromText(immatriculation).criterion());
     transaction.commit();

@@ -21,6 +21,8 @@ QString create(Database ancillaire, const QString& type);
 Record header(Database ancillaire, const QString& serial);
 /// Throws Refusal "Impossible, cet ancillaire n'est plus au dépôt principal" for a set that is out.
 void requireAtHome(const Record& header);
+/// Throws Refusal "Impossible, ce produit n'est pas stocké au dépôt initial" for the units of a set that is out.
+void requireUnitAtHome(const Record& line);
 /// The lines of a set's units, in order.
 Recordset lines(Database ancillaire, const QString& serial);
 

@@ -37,6 +37,8 @@ const CodeTable& table() {
     return kind;
 }
 
+Criterion ofArticles() { return strparfac.par1_cde < FirstOtherVat; }
+
 std::optional<Record> articleOf(Database molven, const QString& code) {
     const auto article = articles::find(molven, code);
     return article && article->value(strarticle.art_anc) == u"X" ? article : std::nullopt;

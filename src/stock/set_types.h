@@ -16,6 +16,8 @@ struct Files {
 
 /// The article that a code of a type names, one of the kind "X"; nothing for any other code.
 std::optional<Record> articleOf(Database molven, const QString& code);
+/// The condition on the VAT codes that a type may have.
+Criterion ofArticles();
 /// Copies to a new type what its article says of it.
 void copyArticle(const Record& article, Record& type);
 

@@ -37,9 +37,7 @@ void CodeTableForm::build(const CodeTableView& view) {
     });
     grid_->becameCurrent = grid_->chosen = [this](const Record& row) { bringUp(row); };
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(caption);
-    layout->addWidget(grid_, 1);
-    layout->addWidget(panel_);
+    layout->addLayout(body(caption), 1);
     layout->addLayout(buttonRow());
     resize(860, 620);
     applyTitle(view.title);
@@ -47,6 +45,19 @@ void CodeTableForm::build(const CodeTableView& view) {
     setAdding(false);
     showRow(0);
     grid_->setFocus();
+}
+
+QLayout* CodeTableForm::body(QLabel* caption) {
+    auto* column = new QVBoxLayout;
+    column->addWidget(caption);
+    column->addWidget(grid_, 1);
+    column->addWidget(panel_);
+    if (!view_->beside) return column;
+    auto* row = new QHBoxLayout;
+    row->setSpacing(style::WideGap);
+    row->addLayout(column, 2);
+    row->addWidget(view_->beside(), 5);
+    return row;
 }
 
 QLayout* CodeTableForm::buttonRow() {
@@ -245,6 +256,11 @@ void CodeTableForm::refresh() {
     else
         showRow(0);
     grid_->setFocus();
+}
+
+void CodeTableForm::rereadList() {
+    grid_->rows().refresh();
+    grid_->followRecord(*shown_, keyFields());
 }
 
 void CodeTableForm::endEntry() {

@@ -7,6 +7,7 @@
 #include "ui/record_panel.h"
 
 class QHBoxLayout;
+class QLabel;
 
 namespace molven {
 
@@ -28,6 +29,8 @@ struct CodeTableView {
     bool hasFixedRows = false;            ///< records are changed only, never added nor deleted
     QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
     bool validatesChanges = false;        ///< "Valider" writes a change, too
+    /// What stands at the right of list and boxes; made once those are.
+    std::function<QWidget*()> beside = {};
 };
 
 /// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
@@ -45,6 +48,8 @@ protected:
     virtual void save(const Record& record, const std::optional<Record>& before);
     /// Deletes a record; a subclass may delete what is part of it, in the caller's transaction.
     virtual void erase(references::Files& files, const Record& record);
+    /// Prints the list.
+    virtual void print();
     /// Order of the printed list; the list's own when nothing is answered.
     virtual std::optional<Order> printOrder() { return std::nullopt; }
 
@@ -57,6 +62,8 @@ protected:
     QHBoxLayout* extraButtons() { return extraButtons_; }
     /// Gives up what is typed, reads the list again and shows the record again.
     void refresh();
+    /// Reads the list again under the record shown and what is typed.
+    void rereadList();
     /// The record on the screen as it was read; blank while one is added.
     const Record& record() const { return *shown_; }
     bool isAdding() const { return adding_; }
@@ -64,6 +71,7 @@ protected:
     bool hasUnsavedWork() const override;
 
 private:
+    QLayout* body(QLabel* caption);
     QLayout* buttonRow();
     Record typedKeyRecord() const;
     void left(const Field& field);
@@ -82,7 +90,6 @@ private:
     bool changed(const Record& record);
     void remove();
     void endEntry();
-    void print();
     void setAdding(bool adding);
     Record blank() const;
 
