@@ -32,7 +32,7 @@ struct SetContents : Table {
     Label stk_lib_art{this, "stk_lib_art", 40};
     Text lot_art{this, "lot_art", 20};
     Text dat_per{this, "dat_per", 7};
-    Text fou_imm{this, "fou_imm", 30}; ///< supplier's serial
+    Label eta_ret{this, "eta_ret", 10}; ///< of a set coming back: "Au retour" or "Utilisée"
 };
 inline const SetContents strcontenu{"strcontenu"};
 

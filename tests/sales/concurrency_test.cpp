@@ -192,7 +192,7 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
     bool finished = false;
     int kills = 0;
     for (int n = 1; !finished; ++n) {
-        ASSERT_LT(n, 200) << "the document never ends";
+        ASSERT_LT(n, 400) << "the document never ends";
         const qint64 before = countOf(dossier.session, deed.headers);
         const int status = ended(station([&] {
             Killer::arm(n);

@@ -5,6 +5,7 @@
 #include "sales/renumbering.h"
 #include "sales/unit_history.h"
 #include "sales/unit_rules.h"
+#include "sales/unit_steps.h"
 #include "stock/set_overview.h"
 #include "stock/units.h"
 
@@ -19,9 +20,9 @@ const QString Kit = QStringLiteral("KIT");
 const QString Accepted = QStringLiteral("(accepté)");
 
 /// A type of two HIP and one CUP, with units of both in stock.
-class AncillarySets : public testing::Test {
+class SetsOnTheRoad : public testing::Test {
 protected:
-    AncillarySets()
+    SetsOnTheRoad()
         : hips(dossier.receive(QStringLiteral("HIP"), 4)),
           cups(dossier.receive(QStringLiteral("CUP"), 2)),
           sets(dossier.session) {
@@ -50,7 +51,7 @@ protected:
 
 } // namespace
 
-TEST_F(AncillarySets, KeepTheTotalOfTheirComposition) {
+TEST_F(SetsOnTheRoad, KeepTheTotalOfTheirComposition) {
     const auto saved = [this](const char* article, const char* quantity, const std::optional<Record>& before = {}) {
         return refusalOf([&] {
             set_types::saveComponent(sets.typeFiles(), Kit, QString::fromLatin1(article),
@@ -78,7 +79,7 @@ TEST_F(AncillarySets, KeepTheTotalOfTheirComposition) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
-TEST_F(AncillarySets, OfferTheUnitsThatExpireFirst) {
+TEST_F(SetsOnTheRoad, OfferTheUnitsThatExpireFirst) {
     const std::pair<int, const char*> expiries[] = {{0, "02/2031"}, {1, "11/2030"}, {2, ""}, {3, "01/2031"}};
     for (const auto& [unit, expiry] : expiries)
         sets.notes.molven.update(strproduit, {{strproduit.dat_per, QString::fromLatin1(expiry)}},
@@ -94,7 +95,7 @@ TEST_F(AncillarySets, OfferTheUnitsThatExpireFirst) {
               QStringLiteral("Aucun produit en stock pour la référence HIP"));
 }
 
-TEST_F(AncillarySets, TakeWhatTheyLackAndGiveItBack) {
+TEST_F(SetsOnTheRoad, TakeWhatTheyLackAndGiveItBack) {
     const QString serial = ancillary_sets::create(sets.ancillaire, Kit);
     const QString graft = dossier.receive(QStringLiteral("GRAFT"), 1).first();
     const auto filled = [&](const QStringList& units) {
@@ -125,7 +126,7 @@ TEST_F(AncillarySets, TakeWhatTheyLackAndGiveItBack) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
-TEST_F(AncillarySets, AreSentWholeByATransferNote) {
+TEST_F(SetsOnTheRoad, AreSentWholeByATransferNote) {
     dossier.document(QStringLiteral("BTR"), {hips[3]});
     const QString serial = whole();
     EXPECT_EQ(refusedSending(serial, ""), QStringLiteral("Veuillez choisir le client "));
@@ -143,7 +144,7 @@ TEST_F(AncillarySets, AreSentWholeByATransferNote) {
               QStringLiteral("Ancillaire : KIT en dépôt chez le client 000001"));
     const Record line = documents::lines(sets.notes, note).at(2);
     EXPECT_EQ(line[strbtrl.fac_id1] + u'|' + line[strbtrl.fac_typ] + u'|' + line[strbtrl.fac_tip],
-              QStringLiteral("N° Lot : LOT-1  N° pièce : 1|F|3100001"));
+              QStringLiteral("N° Lot : LOT-1  N° pièce : 2|F|3100001"));
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
     const Record header = sets.header(serial);
     EXPECT_EQ((QStringList{header[strstock.stk_num_dep], header[strstock.stk_nom_dep], header[strstock.stk_num_vte],
@@ -160,11 +161,15 @@ TEST_F(AncillarySets, AreSentWholeByATransferNote) {
               QStringLiteral("Impossible, ce produit n'est pas stocké au dépôt initial"));
 }
 
-TEST_F(AncillarySets, HoldTheirUnitsBackFromEveryDocument) {
+TEST_F(SetsOnTheRoad, HoldTheirUnitsBackFromEveryDocument) {
     const QString serial = whole();
     send(serial);
-    for (const char* mode : {"LIV", "CSG", "FAC", "AVO", "BTR"})
-        EXPECT_NE(refusalOf([&] { dossier.document(QString::fromLatin1(mode), {hips[0]}); }), Accepted) << mode;
+    for (const char* mode : {"LIV", "CSG", "FAC", "AVO", "BTR"}) {
+        SalesBook book(dossier.session, documentKind(QString::fromLatin1(mode)));
+        Record header = documents::blank(book, QStringLiteral("1"));
+        if (book.kind().isTransfer()) header[strbtre.fac_depd] = QStringLiteral("000001");
+        EXPECT_NE(refusalOf([&] { unit_rules::check(book, header, hips[0]); }), Accepted) << mode;
+    }
     const Record note = documents::last(sets.notes).value();
     EXPECT_EQ(refusalOf([&] {
                   document_lines::remove(sets.notes, note, documents::lines(sets.notes, note).record());
@@ -181,7 +186,7 @@ TEST_F(AncillarySets, HoldTheirUnitsBackFromEveryDocument) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
-TEST_F(AncillarySets, ComeBackShortOfTheUnitsUsed) {
+TEST_F(SetsOnTheRoad, ComeBackShortOfTheUnitsUsed) {
     const QString serial = whole();
     EXPECT_EQ(refusalOf([&] { sets.takeBack(serial, {}); }),
               QStringLiteral("Impossible, cet ancillaire est au dépôt principal"));
@@ -230,7 +235,7 @@ TEST_F(AncillarySets, ComeBackShortOfTheUnitsUsed) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
-TEST_F(AncillarySets, AreListedWithWhatIsUrgentFirst) {
+TEST_F(SetsOnTheRoad, AreListedWithWhatIsUrgentFirst) {
     sets.addType(QStringLiteral("ONE"), {{QStringLiteral("HIP"), 1}});
     const auto expiring = [&](int unit, const QString& expiry) {
         sets.notes.molven.update(strproduit, {{strproduit.dat_per, expiry}},
@@ -260,7 +265,7 @@ struct Planted {
 
 } // namespace
 
-class PlantedInSets : public AncillarySets, public testing::WithParamInterface<Planted> {};
+class PlantedInSets : public SetsOnTheRoad, public testing::WithParamInterface<Planted> {};
 
 TEST_P(PlantedInSets, IsFound) {
     send(whole());

@@ -25,8 +25,8 @@ QList<GridColumn> ofOneType() {
             {&e.stk_num_vte, QStringLiteral("Bon"), 60},
             {&e.eta_nb, QStringLiteral("Unités"), 55},
             {&e.eta_tot, QStringLiteral("Sur"), 45},
-            stateColumn(),
-            expiryColumn(e.eta_per)};
+            expiryColumn(e.eta_per),
+            stateColumn()};
 }
 
 QList<GridColumn> ofAllTypes() {
@@ -44,12 +44,12 @@ QList<GridColumn> contents() {
             expiryColumn(c.dat_per)};
 }
 
-QList<GridColumn> returning(const std::function<bool(const QString&)>& isBack) {
-    const auto mark = [isBack](const Record& row) {
-        return isBack(row[strcontenu.stk_imm_art]) ? CellMark{QStringLiteral("Au retour"), style::Tone::Good, {}}
-                                                   : CellMark{QStringLiteral("Utilisée"), style::Tone::Warning, {}};
+QList<GridColumn> returning() {
+    const auto mark = [](const Record& row) {
+        const QString fate = row[strcontenu.eta_ret];
+        return CellMark{fate, fate == CameBack ? style::Tone::Good : style::Tone::Warning, {}};
     };
-    return QList<GridColumn>{{&strcontenu.fou_imm, QStringLiteral("Retour"), 100, {}, mark}} + contents();
+    return QList<GridColumn>{{&strcontenu.eta_ret, QStringLiteral("Retour"), 100, {}, mark}} + contents();
 }
 
 } // namespace molven::set_columns

@@ -3,8 +3,6 @@
 #include "stock/set_overview.h"
 #include "ui/record_model.h"
 
-#include <functional>
-
 /// The columns of the grids that show ancillary sets.
 namespace molven::set_columns {
 
@@ -14,7 +12,8 @@ QList<GridColumn> ofAllTypes();
 
 /// The units of a set.
 QList<GridColumn> contents();
-/// The same with what has come back of a set, by immatriculation.
-QList<GridColumn> returning(const std::function<bool(const QString& unit)>& isBack);
+/// The same with what has come back of a set.
+QList<GridColumn> returning();
+inline const QString CameBack = QStringLiteral("Au retour"), Used = QStringLiteral("Utilisée");
 
 } // namespace molven::set_columns

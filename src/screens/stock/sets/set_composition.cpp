@@ -33,7 +33,7 @@ SetComposition::SetComposition(Form& form, const set_types::Files& files)
                      this)),
       panel_(new RecordPanel(QList<FieldBox>{{&n.anc_article, QStringLiteral("Article :")},
                                              {&n.anc_qte, QStringLiteral("Quantité :"), {}, 5}},
-                             2, this)),
+                             1, this)),
       codes_(form, *panel_, {{DataFile::Molven, files_.molven}}) {
     title_->setObjectName(QStringLiteral("lblnomenclature"));
     style::makeHeading(*title_);

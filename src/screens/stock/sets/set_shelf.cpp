@@ -120,12 +120,14 @@ void SetShelf::refresh(const QString& serial) {
 
 void SetShelf::showContents() {
     const bool returns = trays_->isVisible() && trays_->currentWidget() == returning_;
-    units_->setColumns(returns ? set_columns::returning([this](const QString& unit) { return returning_->isBack(unit); })
-                               : set_columns::contents());
     const auto current = units_->current();
-    units_->rows().setRecords(
-        serial_.isEmpty() ? QList<Record>()
-                          : set_overview::contents(files_.notes.molven, files_.ancillaire, serial_));
+    QList<Record> rows;
+    if (!serial_.isEmpty()) rows = set_overview::contents(files_.notes.molven, files_.ancillaire, serial_);
+    for (Record& unit : rows)
+        unit[strcontenu.eta_ret] =
+            returning_->isBack(unit.value(strcontenu.stk_imm_art)) ? set_columns::CameBack : set_columns::Used;
+    units_->setColumns(returns ? set_columns::returning() : set_columns::contents());
+    units_->rows().setRecords(rows);
     if (current) units_->followRecord(*current, {&strcontenu.stk_imm_art});
     const auto row = sets_->current();
     if (serial_.isEmpty() || !row) return title_->setText(QStringLiteral("Aucun ancillaire de ce type"));

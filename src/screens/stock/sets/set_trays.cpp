@@ -86,6 +86,7 @@ void SetFilling::offer(const QString& component) {
     const auto wanted = lacking(component);
     if (!wanted) throw Refusal(QStringLiteral("Cet ancillaire est complet"), strstock.stk_anc_imm.name);
     offer(*wanted, true);
+    grid_->setFocus();
 }
 
 void SetFilling::offer(const ancillary_sets::Component& component, bool isTold) {
@@ -96,7 +97,6 @@ void SetFilling::offer(const ancillary_sets::Component& component, bool isTold) 
     const QList<Record> units = ancillary_sets::offered(files_.notes.molven, component.reference);
     grid_->rows().setRecords(units);
     grid_->selectRow(0);
-    grid_->setFocus();
     if (isTold && units.size() < component.lacking())
         form_.notify(QStringLiteral("Il manque des produits en stock pour la référence ") + component.reference);
 }
@@ -142,15 +142,7 @@ bool SetFilling::scan(const QString& text) {
     Record header(strbtre); // where a scanned unit must lie
     header[strbtre.fac_depd] = MainDepot;
     const Record unit = scanned_units::find(files_.notes, header, text);
-    ancillary_sets::fill(files_.sets(), serial_, {unit[strproduit.imm_art]});
-    written();
-    const auto next = lacking(component_);
-    if (!next) {
-        left();
-        return true;
-    }
-    left_->setText(QStringLiteral(" Il reste %1 immatriculations à sélectionner").arg(next->lacking()) +
-                   QStringLiteral("  (%1 %2)").arg(next->reference, next->label));
+    placeUnits({unit[strproduit.imm_art]});
     return true;
 }
 
