@@ -12,6 +12,7 @@
 #include "sales/unit_rules.h"
 #include "stock/ancillary_sets.h"
 #include "stock/receipt.h"
+#include "stock/set_types.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -277,7 +278,24 @@ void Life::transfer(const Event& event) {
 void Life::fillSet(const Event& event) {
     const QString serial = ancillary_sets::create(ancillaire_, QStringLiteral("ANCHAN"));
     for (const QString& unit : event.units)
-        ancillary_sets::place(invoices_.molven, ancillaire_, session_.rules(), serial, unit);
+        ancillary_sets::place({invoices_.molven, ancillaire_, session_.rules()}, serial, unit);
+}
+
+/// A type of which there is no set yet.
+void addKneeSet(const Session& session) {
+    Workspace workspace;
+    const set_types::Files files{workspace.open(session.molven()), workspace.open(session.path(DataFile::Compta)),
+                                 workspace.open(session.path(DataFile::Ancillaire))};
+    Transaction transaction(workspace, QStringLiteral("Démonstration"));
+    Record type(strancillaire);
+    type[strancillaire.anc_code] = QStringLiteral("KITGEN");
+    type[strancillaire.anc_lib] = QStringLiteral("ANCILLAIRE DE GENOU");
+    type[strancillaire.anc_tva] = QStringLiteral("1");
+    set_types::save(files, type, std::nullopt);
+    for (const auto& [reference, quantity] : {std::pair("CFG001", "2"), std::pair("CFG002", "2")})
+        set_types::saveComponent(files, QStringLiteral("KITGEN"), QString::fromLatin1(reference),
+                                 QString::fromLatin1(quantity), std::nullopt);
+    transaction.commit();
 }
 
 } // namespace
@@ -290,6 +308,7 @@ void fill(const Session& session, const Options& options) {
     life.receive();
     life.plan();
     life.write();
+    addKneeSet(session);
 }
 
 } // namespace molven::demo

@@ -13,8 +13,8 @@ constexpr int SignatureGap = 400, SignatureHeight = 1900, Hairline = 12;
 
 } // namespace
 
-Report::Report(const QString& title, const QList<PaperColumn>& columns)
-    : title_(title), table_(columns, Narrow, BodyPoints) {}
+Report::Report(const QString& title, const QList<PaperColumn>& columns, const QString& family)
+    : title_(title), family_(family.isEmpty() ? Narrow : family), table_(columns, family_, BodyPoints) {}
 
 void Report::say(const QString& words) {
     if (!words.isEmpty()) words_.append(words);
@@ -101,7 +101,7 @@ private:
 
     void writeBold(const QStringList& textAndNote) {
         y_ += GroupGap;
-        job_.setFont(Narrow, 10, true);
+        job_.setFont(report_.family_, 10, true);
         job_.setPosition(FilingMargin, y_);
         job_.print(textAndNote.first());
         job_.setPosition(FilingMargin + job_.textWidth(textAndNote.first()) + 200, y_);
@@ -123,10 +123,10 @@ private:
         const int width = (width_ - SignatureGap) / static_cast<int>(report_.parties_.size());
         for (qsizetype i = 0; i < report_.parties_.size(); ++i) {
             const int x = FilingMargin + static_cast<int>(i) * (width + SignatureGap);
-            job_.setFont(Narrow, 10, true);
+            job_.setFont(report_.family_, 10, true);
             job_.setPosition(x, y_);
             job_.print(report_.parties_[i], width, LineStep);
-            job_.setFont(Narrow, BodyPoints);
+            job_.setFont(report_.family_, BodyPoints);
             job_.setPosition(x, y_ + 2 * LineStep);
             job_.print(QStringLiteral("Nom, date et signature :"));
             job_.setPosition(x, y_ + SignatureHeight);
@@ -136,9 +136,9 @@ private:
     }
 
     int headingHeight() {
-        job_.setFont(Narrow, 14, true);
+        job_.setFont(report_.family_, 14, true);
         qsizetype height = LineStep + TitleStep * job_.lines(report_.title_, width_).size();
-        job_.setFont(Narrow, BodyPoints);
+        job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) height += WordsStep * job_.lines(words, width_).size();
         return static_cast<int>(height) + GroupGap;
     }
@@ -146,13 +146,13 @@ private:
     void printHeading(int page) {
         job_.toPage(page);
         printPageNumber(page);
-        job_.setFont(Narrow, 10, true);
+        job_.setFont(report_.family_, 10, true);
         job_.setPosition(FilingMargin, 0);
         job_.print(company_);
-        job_.setFont(Narrow, 14, true);
+        job_.setFont(report_.family_, 14, true);
         job_.setPosition(FilingMargin, LineStep);
         int y = LineStep + TitleStep * job_.print(report_.title_, width_, TitleStep);
-        job_.setFont(Narrow, BodyPoints);
+        job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) {
             job_.setPosition(FilingMargin, y);
             y += WordsStep * job_.print(words, width_, WordsStep);
@@ -160,8 +160,10 @@ private:
     }
 
     void printPageNumber(int page) {
-        job_.setFont(Narrow, BodyPoints);
-        const QString text = QStringLiteral("Edition du %1   Page : %2").arg(date_).arg(page + 1);
+        job_.setFont(report_.family_, BodyPoints);
+        const QString words = report_.pageWords_.isEmpty() ? QStringLiteral("Edition du %1   Page : ").arg(date_)
+                                                           : report_.pageWords_;
+        const QString text = words + QString::number(page + 1);
         const QString ofAll = QStringLiteral(" / %1").arg(job_.pages());
         const int right = FilingMargin + width_ - job_.textWidth(ofAll);
         job_.setPosition(right - job_.textWidth(text), 20);

@@ -8,7 +8,10 @@ namespace molven {
 /// on its side when its texts need the width, and leaves room at the left to be filed.
 class Report {
 public:
-    Report(const QString& title, const QList<PaperColumn>& columns);
+    Report(const QString& title, const QList<PaperColumn>& columns, const QString& family = {});
+
+    /// What stands before the number of a page, instead of "Edition du " the date "   Page : ".
+    void headPages(const QString& words) { pageWords_ = words; }
 
     /// A line in words under the title: what the list was asked to hold.
     void say(const QString& words);
@@ -36,6 +39,8 @@ private:
     };
 
     QString title_;
+    QString family_; ///< of the font
+    QString pageWords_;
     QStringList words_, parties_;
     QList<Line> lines_;
     PaperTable table_;

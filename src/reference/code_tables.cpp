@@ -167,7 +167,7 @@ const CodeTable& currencies() {
 const CodeTable& accounts() {
     static const CodeTable kind{
         strplan, {&strplan.cpt_aff}, {{strplan.cpt_aff, NoCode}, {strplan.cpt_lib, NoLabel}}, Exists,
-        Missing, completeAccount};
+        Missing, completeAccount, false, DataFile::Compta};
     return kind;
 }
 
@@ -242,7 +242,7 @@ void requireNew(Database database, const CodeTable& kind, const Record& record) 
 void check(Database database, const CodeTable& kind, Record& record, const Record* before) {
     requireFilled(kind, record);
     kind.complete(database, record);
-    codes::check({{DataFile::Molven, database}}, record, before);
+    codes::check({{kind.file, database}}, record, before);
 }
 
 void requireWritable(Database database, const CodeTable& kind, Record record, const std::optional<Record>& before) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/catalogue.h"
 #include "data/database.h"
 
 #include <functional>
@@ -23,6 +24,7 @@ struct CodeTable {
     std::function<void(Database, Record&)> complete = [](Database, Record&) {};
     /// "1" and "001" cannot stand side by side: who types a code short means either.
     bool zerosAside = false;
+    DataFile file = DataFile::Molven; ///< that holds the table
 
     /// The condition that finds the record with the same key, its codes typed short or whole.
     Criterion sameKey(const Record& record) const;

@@ -5,6 +5,10 @@
 
 namespace molven {
 
+namespace codes {
+extern const CodeKind DepotLeft, DepotReached; ///< of a transfer: a set at a client lies under the client's code
+} // namespace codes
+
 /// Header of a sales document, one layout for all families.
 struct DocumentHeaders : Table {
     using Table::Table;
@@ -68,11 +72,12 @@ inline const DocumentHeaders strlive{"strlive"};
 inline const DocumentHeaders strcsge{"strcsge"};
 inline const DocumentHeaders strface{"strface"};
 
-/// Header of a transfer note; its address is the one delivered to.
+/// Header of a transfer note; its address is the one delivered to. The note of an ancillary set goes from "A01" to the
+/// code of its client, or back.
 struct TransferHeaders : DocumentHeaders {
     using DocumentHeaders::DocumentHeaders;
-    Text fac_depd{this, "fac_depd", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of departure
-    Text fac_depa{this, "fac_depa", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of arrival
+    Text fac_depd{this, "fac_depd", 6, codes::DepotLeft, "Dépôt inconnu"};    ///< depot of departure
+    Text fac_depa{this, "fac_depa", 6, codes::DepotReached, "Dépôt inconnu"}; ///< depot of arrival
     Text fac_dat{this, "fac_dat", 10};                                 ///< fac_datf again
     Text fac_eta{this, "fac_eta", 7}; ///< "N000000"; once renewed "T" and the number of the new note
 };
@@ -107,7 +112,7 @@ struct DocumentLines : Table {
     Text fac_clt{this, "fac_clt", 6};                                     ///< client code
     Text fac_nho{this, "fac_nho", 20};                                    ///< approval number
     Text fac_tip{this, "fac_tip", 13};                                    ///< reimbursement code
-    Text fac_dep{this, "fac_dep", 3};                                     ///< depot
+    Text fac_dep{this, "fac_dep", 6};                                     ///< depot
     Text fac_tar{this, "fac_tar", 20};                                    ///< price basis
     Text fac_nbl{this, "fac_nbl", 6};                                     ///< delivery note the line came from
     Text fac_cpt{this, "fac_cpt", 1};                                     ///< N open, T transferred

@@ -14,6 +14,8 @@
 #include "stock/depot_counts.h"
 #include "stock/unit_tables.h"
 
+#include <functional>
+
 namespace molven::document_lines {
 
 namespace {
@@ -57,7 +59,10 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     line[table.fac_clt] = header[headers.fac_clt];
     line[table.fac_dep] = header[book.kind().depot];
     line[table.fac_cpt] = documents::Open;
-    if (!book.kind().isPriced) return draft;
+    if (!book.kind().isPriced) {
+        if (!draft.isText) line[table.fac_tip] = price.reimbursement;
+        return draft;
+    }
     line[table.fac_imp] = article[strarticle.art_cpt];
     if (draft.isText) return draft;
     draft.withoutVat = price.withoutVat;
@@ -152,16 +157,23 @@ void requireReimbursement(SalesBook& book, const QString& code, const QStringLis
             book.kind().lines.fac_tip);
 }
 
-/// Writes one line under its number and moves what it moves.
-void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
+/// The line of a document under its number.
+Record numbered(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
     Record line = draft.line;
-    const Record& read = line;
-    if (draft.tracked) unit_rules::checkAgain(book, header, read[table.fac_imm]);
     line[table.fac_aa] = header[headers.fac_aa];
     line[table.fac_no] = header[headers.fac_no];
     line[table.fac_lg] = number;
+    return line;
+}
+
+/// Writes one line under its number and moves what it moves.
+void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
+    const DocumentLines& table = book.kind().lines;
+    Record line = numbered(book, header, draft, number);
+    const Record& read = line;
+    if (draft.tracked) unit_rules::checkAgain(book, header, read[table.fac_imm]);
     if (!draft.isText && book.kind().isPriced) {
         requireBounds(book, line);
         requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
@@ -227,15 +239,33 @@ void pushDown(SalesBook& book, const Record& header, const QString& from) {
 
 } // namespace
 
-void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
+namespace {
+
+using Writing = std::function<void(const Record& header, const Draft& draft, const QString& number)>;
+
+void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Writing& writeOne) {
     const DocumentHeaders& headers = book.kind().headers;
     Transaction transaction(book.workspace, QStringLiteral("Ajout de lignes"));
     const Record header = documents::requireOpen(book, asRead);
     const QList<int> numbers = freeNumbers(book, header, drafts.size(), from);
     numbering::addHiddenLine(book.vente, book.kind().lines, header[headers.fac_aa], header[headers.fac_no]);
-    for (qsizetype i = 0; i < drafts.size(); ++i) write(book, header, drafts[i], numbering::lineKey(numbers[i]));
+    for (qsizetype i = 0; i < drafts.size(); ++i) writeOne(header, drafts[i], numbering::lineKey(numbers[i]));
     documents::refreshTotals(book, header);
     transaction.commit();
+}
+
+} // namespace
+
+void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
+    writeAll(book, asRead, drafts, from, [&book](const Record& header, const Draft& draft, const QString& number) {
+        write(book, header, draft, number);
+    });
+}
+
+void record(SalesBook& book, const Record& asRead, const QList<Draft>& drafts) {
+    writeAll(book, asRead, drafts, 0, [&book](const Record& header, const Draft& draft, const QString& number) {
+        book.vente.insert(numbered(book, header, draft, number));
+    });
 }
 
 void insert(SalesBook& book, const Record& asRead, const Draft& draft, const Record& before) {

@@ -4,6 +4,7 @@
 #include "data/errors.h"
 #include "data/format.h"
 #include "stock/depot_tables.h"
+#include "stock/stock_tables.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -62,12 +63,14 @@ struct Files {
         : molven(workspace.open(session.molven())),
           documents(workspace.open(session.path(file))),
           all(file == DataFile::Vente ? QList<Database>{documents, workspace.open(session.historic())}
-                                      : QList<Database>{documents}) {}
+                                      : QList<Database>{documents}),
+          ancillaire(workspace.open(session.path(DataFile::Ancillaire))) {}
 
     Workspace workspace;
     Database molven;
     Database documents;
     QList<Database> all; ///< with the archive, if the family has one
+    Database ancillaire;
 };
 
 /// An archived document keeps its number, too.
@@ -155,11 +158,14 @@ void renumber(const Session& session, const Renumbering& family, const QString& 
     Transaction transaction(files.workspace, QStringLiteral("Renumérotation"));
     const QString from = padded(oldNumber, 6);
     const QString to = usable(files, family, oldNumber, newNumber);
+    Database ancillaire = files.ancillaire;
     documents.update(family.headers, {{family.headers.fac_no, to}}, family.headers.fac_no == from);
     documents.update(family.lines, {{family.lines.fac_no, to}}, family.lines.fac_no == from);
     if (!family.unitStates.isEmpty()) renumberUnits(files, family, from, to);
     renumberReferences(files, family, from, to);
     renumberCounts(files, family, from, to);
+    if (&family.headers == &strbtre)
+        ancillaire.update(strstock, {{strstock.stk_num_vte, to}}, strstock.stk_num_vte == from);
     const bool sells = &family.headers == &strface || &family.headers == &strcsge;
     if (family.file == DataFile::Vente && sells) renumberCredits(files, family, from, to);
     transaction.commit();

@@ -4,6 +4,8 @@
 #include "sales/document_kind.h"
 #include "shell/session.h"
 
+#include <memory>
+
 namespace molven {
 
 /// The files of one family of sales documents, opened in one workspace so that a document and its units are
@@ -12,6 +14,9 @@ class SalesBook {
 public:
     /// Throws DataError when a file cannot be opened.
     SalesBook(const Session& session, const DocumentKind& kind);
+    /// Another family in the same workspace: what is written through both is one transaction. Lives no longer than
+    /// `other`.
+    SalesBook(SalesBook& other, const DocumentKind& kind);
 
     const DocumentKind& kind() const { return kind_; }
     const CompanyRules& rules() const { return rules_; }
@@ -22,6 +27,9 @@ public:
     const QString& companyCurrency() const { return companyCurrency_; }
 
 private:
+    SalesBook(const Session& session, const DocumentKind& kind, std::unique_ptr<Workspace> own);
+
+    std::unique_ptr<Workspace> own_; ///< none where another book's is shared
     const DocumentKind& kind_;
     const Session session_;
     CompanyRules rules_;
@@ -29,7 +37,7 @@ private:
     QString companyCurrency_;
 
 public:
-    Workspace workspace;
+    Workspace& workspace;
     Database molven;
     Database vente;
     Database blent;

@@ -24,7 +24,14 @@ bool liesThere(SalesBook& book, const Record& note, const Record& line) {
            unit->value(strproduit.num_dep) == note[strbtre.fac_depa];
 }
 
+const char* const SetsApart = "Dépôt des ancillaires : envoi et retour se font sur la fiche des ancillaires";
+
 } // namespace
+
+bool isOfSet(const Record& header) {
+    const QString from = header[strbtre.fac_depd], to = header[strbtre.fac_depa], client = header[strbtre.fac_clt];
+    return (from == SetDepot && to == client) || (to == SetDepot && from == client);
+}
 
 void check(SalesBook& book, const Record& header) {
     const QString from = header[strbtre.fac_depd], to = header[strbtre.fac_depa], dispatch = header[strbtre.fac_trs];
@@ -32,8 +39,12 @@ void check(SalesBook& book, const Record& header) {
     require(!from.isEmpty(), "Dépôt de sortie obligatoire", strbtre.fac_depd);
     require(dateFromText(header[strbtre.fac_datf]).isValid(), "Date invalide", strbtre.fac_datf);
     require(from != to, "dépôt initial = dépôt du client", strbtre.fac_depa);
-    require(isDepot(book, from), "Dépôt inconnu", strbtre.fac_depd);
-    require(isDepot(book, to), "Dépôt inconnu", strbtre.fac_depa);
+    if (!isOfSet(header)) {
+        require(from != SetDepot, SetsApart, strbtre.fac_depd);
+        require(to != SetDepot, SetsApart, strbtre.fac_depa);
+        require(isDepot(book, from), "Dépôt inconnu", strbtre.fac_depd);
+        require(isDepot(book, to), "Dépôt inconnu", strbtre.fac_depa);
+    }
     require(dispatch.isEmpty() || parameters::find(book.molven, list::Dispatch, dispatch), "Ce code n'existe pas",
             strbtre.fac_trs);
 }
@@ -86,10 +97,13 @@ Record renew(SalesBook& book, const Record& header, const QStringList& units,
     const Record old = documents::current(book, note);
     requireRenewable(book, old);
     const Record written = write(book, header, units, deliveryAddress);
-    book.vente.update(strbtre, {{strbtre.fac_eta, Renewed + written[strbtre.fac_no]}},
-                      strbtre.fac_no == old[strbtre.fac_no] && strbtre.fac_aa == old[strbtre.fac_aa]);
+    carryOn(book, old[strbtre.fac_no], written[strbtre.fac_no]);
     transaction.commit();
     return written;
+}
+
+void carryOn(SalesBook& book, const QString& number, const QString& next) {
+    book.vente.update(strbtre, {{strbtre.fac_eta, Renewed + next}}, strbtre.fac_no == number);
 }
 
 void release(SalesBook& book, const Record& dropped) {

@@ -6,6 +6,8 @@
 /// can be renewed, its units going on to a further depot.
 namespace molven::transfer_notes {
 
+/// Whether a note sends an ancillary set to its client, or brings it back.
+bool isOfSet(const Record& header);
 /// Throws Refusal with the first fault of a new header.
 void check(SalesBook& book, const Record& header);
 /// Puts into a new header what its date and its state imply.
@@ -30,6 +32,8 @@ Record renewal(SalesBook& book, const Record& note, const QString& client);
 /// `note` is the old one as the user saw it.
 Record renew(SalesBook& book, const Record& header, const QStringList& units,
              const std::optional<Record>& deliveryAddress, const Record& note);
+/// The next note carries on the one of that number, whose units it takes further; inside the caller's transaction.
+void carryOn(SalesBook& book, const QString& number, const QString& next);
 /// A note that is dropped renews none; inside the caller's transaction.
 void release(SalesBook& book, const Record& dropped);
 

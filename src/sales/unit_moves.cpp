@@ -7,6 +7,7 @@
 #include "sales/documents.h"
 #include "sales/numbering.h"
 #include "sales/other_folders.h"
+#include "sales/transfer_notes.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -261,6 +262,10 @@ std::optional<Move> moveBefore(SalesBook& book, const Record& note, const QStrin
 /// Undoes a transfer: the unit lies in the depot of departure again, as the document had left it that moved it there.
 void takeBack(SalesBook& book, const Record& note, const Record& unit) {
     const QString number = unit[strproduit.imm_art], from = note[strbtre.fac_depd];
+    if (transfer_notes::isOfSet(note))
+        throw Refusal(QStringLiteral("Bon d'un ancillaire : ses lignes suivent l'ancillaire et ne peuvent être "
+                                     "supprimées"),
+                      strbtrl.fac_imm.name);
     if (!isHeldBy(book.kind(), note, unit))
         throw Refusal(QStringLiteral("L'immatriculation %1 a été déplacée depuis (document %2, dépôt %3) : sa ligne ne "
                                      "peut être supprimée")

@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "sales/document_kind.h"
 #include "sales/documents.h"
+#include "sales/transfer_notes.h"
 #include "sales/unit_history.h"
 #include "stock/unit_tables.h"
 
@@ -32,7 +33,9 @@ Record headerOf(Database& file, const DocumentHeaders& headers, const Record& li
 
 Record transferStep(Database& file, const Record& line) {
     const Record note = headerOf(file, strbtre, line);
-    Record made = step(note[strbtre.fac_dat], QStringLiteral("Bon de transfert"), line[strlivl.fac_no],
+    QString words = QStringLiteral("Bon de transfert");
+    if (transfer_notes::isOfSet(note)) words += QStringLiteral(", ") + note[strbtre.fac_btr];
+    Record made = step(note[strbtre.fac_dat], words, line[strlivl.fac_no],
                        QStringLiteral("%1 du dépôt %2 au dépôt %3")
                            .arg(note[strbtre.fac_nom], note[strbtre.fac_depd], note[strbtre.fac_depa]));
     made[strsuivi.sui_mode] = QStringLiteral("BTR");

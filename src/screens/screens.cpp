@@ -25,6 +25,7 @@
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
 #include "screens/stock/recount_forms.h"
+#include "screens/stock/sets/set_form.h"
 #include "screens/stock/unit_history_form.h"
 #include "ui/desk.h"
 
@@ -80,6 +81,8 @@ void addScreens(Desk& desk) {
     add<StockListForm>(desk, "T_stkedt");
     add<PatientForm>(desk, "T_tracab");
     add<VirtualPatientForm>(desk, "T_tracabv");
+    add<SetForm>(desk, "AN_base");
+    add<SetStateForm>(desk, "AN_etat");
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");

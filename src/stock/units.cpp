@@ -253,6 +253,14 @@ qint64 countInStock(Database molven, const QString& reference) {
     return molven.count(strproduit, strproduit.ref_art == reference && strproduit.tes_vte != state::Sold);
 }
 
+Criterion awayInSet() { return strproduit.tes_vte == state::InSet && strproduit.num_dep != SetDepot; }
+
+void putPresentStock(Database molven, const QString& reference) {
+    const qint64 away = molven.count(strproduit, strproduit.ref_art == reference && awayInSet());
+    molven.update(strarticle, {{strarticle.art_stk, QString::number(countInStock(molven, reference) - away)}},
+                  strarticle.art_ref == reference);
+}
+
 qint64 updateDepotFamilies(const Session& session) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());

@@ -98,8 +98,13 @@ QList<Assignment> fromArticle(const Record& article);
 /// What a unit's record holds of the depot it lies in: the depot, and its family where the company has families.
 QList<Assignment> placedIn(Database molven, const CompanyRules& rules, const QString& depot);
 
-/// Units of an article that are not invoiced, as the article's quantity counts them.
+/// Units of an article that are not invoiced, as a recount of the article counts them.
 qint64 countInStock(Database molven, const QString& reference);
+/// The condition on units in a set that is out at a client: they left the article's quantity when the set left, and
+/// come back to it with the set.
+Criterion awayInSet();
+/// Gives an article the quantity that is not invoiced and not out in a set.
+void putPresentStock(Database molven, const QString& reference);
 
 /// Copies each unit's depot family from the depot list, archived units included, in one transaction; answers the number
 /// of units changed.

@@ -42,9 +42,7 @@ void CodeTableForm::build(const CodeTableView& view) {
     });
     grid_->becameCurrent = grid_->chosen = [this](const Record& row) { bringUp(row); };
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(caption);
-    layout->addWidget(grid_, 1);
-    layout->addWidget(panel_);
+    layout->addLayout(body(caption), 1);
     layout->addLayout(buttonRow());
     resize(860, 620);
     applyTitle(view.title);
@@ -52,6 +50,19 @@ void CodeTableForm::build(const CodeTableView& view) {
     adapt();
     showRow(0);
     grid_->setFocus();
+}
+
+QLayout* CodeTableForm::body(QLabel* caption) {
+    auto* column = new QVBoxLayout;
+    column->addWidget(caption);
+    column->addWidget(grid_, 1);
+    column->addWidget(panel_);
+    if (!view_->beside) return column;
+    auto* row = new QHBoxLayout;
+    row->setSpacing(style::WideGap);
+    row->addLayout(column, 2);
+    row->addWidget(view_->beside(), 5);
+    return row;
 }
 
 QLayout* CodeTableForm::buttonRow() {
@@ -63,7 +74,7 @@ QLayout* CodeTableForm::buttonRow() {
     auto* printButton = button(QStringLiteral("Cmdvisu"), QStringLiteral("&Imprimer"), [this] { print(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     entry_.add(RecordState::Acts::Idle, {add, change_, remove});
-    entry_.add(RecordState::Acts::Entering, {validate_});
+    if (!view_->validatesChanges) entry_.add(RecordState::Acts::Entering, {validate_});
     extraButtons_ = new QHBoxLayout;
     auto* row = new QHBoxLayout;
     for (QPushButton* made : {add, change_, remove}) row->addWidget(made);
@@ -227,7 +238,7 @@ void CodeTableForm::remove() {
     }
     const int row = grid_->currentIndex().row();
     references::remove(session(), record, [this, &record](references::Files& files) {
-        code_tables::remove(files[view_->file], view_->kind, record);
+        erase(files, record);
     });
     endEntry();
     showRow(row);
@@ -244,10 +255,19 @@ void CodeTableForm::refresh() {
     grid_->setFocus();
 }
 
+void CodeTableForm::rereadList() {
+    grid_->rows().refresh();
+    grid_->followRecord(shownRecord(), keyFields());
+}
+
 void CodeTableForm::endEntry() {
     entry_.view(entry_.record());
     adapt();
     grid_->rows().refresh();
+}
+
+void CodeTableForm::erase(references::Files& files, const Record& record) {
+    code_tables::remove(files[view_->kind.file], view_->kind, record);
 }
 
 void CodeTableForm::print() {

@@ -8,8 +8,13 @@
 #include "ui/record_state.h"
 
 class QHBoxLayout;
+class QLabel;
 
 namespace molven {
+
+namespace references {
+class Files;
+} // namespace references
 
 /// What one small code table shows.
 struct CodeTableView {
@@ -23,8 +28,10 @@ struct CodeTableView {
     Criterion criterion = {};             ///< the records of the table that this screen keeps
     QList<Assignment> preset = {};        ///< what a new record holds from the start
     bool hasFixedRows = false;            ///< records are changed only, never added nor deleted
-    DataFile file = DataFile::Molven;     ///< that holds the table
     QHash<DataFile, Database> files = {}; ///< where the codes of the boxes are looked up
+    bool validatesChanges = false;        ///< "Valider" writes a change, too
+    /// What stands at the right of list and boxes; made once those are.
+    std::function<QWidget*()> beside = {};
 };
 
 /// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
@@ -40,6 +47,10 @@ protected:
     virtual void shown() {}
     /// Writes a record, a new one when there is nothing before; a subclass may write more with it, in one transaction.
     virtual void save(const Record& record, const std::optional<Record>& before);
+    /// Deletes a record; a subclass may delete what is part of it, in the caller's transaction.
+    virtual void erase(references::Files& files, const Record& record);
+    /// Prints the list.
+    virtual void print();
     /// Order of the printed list; the list's own when nothing is answered.
     virtual std::optional<Order> printOrder() { return std::nullopt; }
 
@@ -52,10 +63,16 @@ protected:
     QHBoxLayout* extraButtons() { return extraButtons_; }
     /// Gives up what is typed, reads the list again and shows the record again.
     void refresh();
+    /// Reads the list again under the record shown and what is typed.
+    void rereadList();
+    /// The record on the screen as it was read; blank while one is added.
+    const Record& record() const { return shownRecord(); }
+    bool isAdding() const { return entry_.isEntering(); }
 
     bool hasUnsavedWork() const override { return entry_.hasUnsavedWork(); }
 
 private:
+    QLayout* body(QLabel* caption);
     QLayout* buttonRow();
     Record typedKeyRecord() const;
     void left(const Field& field);
@@ -74,7 +91,6 @@ private:
     bool changed(const Record& record);
     void remove();
     void endEntry();
-    void print();
     void adapt();
     const Record& shownRecord() const { return *entry_.record(); }
     Record blank() const;

@@ -67,12 +67,12 @@ PickList paymentModes(Database molven, const Chosen& chosen) {
         strparrgt.cde_rglt, chosen);
 }
 
-PickList vatCodes(Database molven, const Chosen& chosen) {
+PickList vatCodes(Database molven, const Chosen& chosen, const Criterion& criterion) {
     return overTable(molven, strparfac, QStringLiteral("LES CODES TVA"),
                      {{&strparfac.par1_cde, QStringLiteral("Code"), 80},
                       {&strparfac.par1_lib, QStringLiteral("Libellé"), 300},
                       {&strparfac.par1_tx, QStringLiteral("Taux"), 80, QStringLiteral("#0.00")}},
-                     {}, strparfac.par1_cde, chosen);
+                     criterion, strparfac.par1_cde, chosen);
 }
 
 PickList currencies(Database molven, const Chosen& chosen) {

@@ -17,7 +17,7 @@ PickList articles(Database molven, const Chosen& chosen, const Criterion& criter
 PickList parameters(Database molven, const QString& letter, const QString& title, const Chosen& chosen);
 PickList subFamilies(Database molven, const QString& family, const Chosen& chosen);
 PickList paymentModes(Database molven, const Chosen& chosen);
-PickList vatCodes(Database molven, const Chosen& chosen);
+PickList vatCodes(Database molven, const Chosen& chosen, const Criterion& criterion = {});
 PickList currencies(Database molven, const Chosen& chosen);
 PickList lppCodes(Database molven, const Chosen& chosen);
 PickList discounts(Database molven, const Chosen& chosen);

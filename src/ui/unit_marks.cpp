@@ -40,7 +40,27 @@ GridColumn column(const Text& state, const std::function<CellMark(const Record&)
     return {&state, QStringLiteral("Etat"), 100, {}, mark};
 }
 
+CellMark expiryMark(const QString& expiry) {
+    Record unit(strproduit);
+    unit[strproduit.dat_per] = expiry;
+    switch (units::expiryOf(unit)) {
+    case units::Expiry::Past:
+        return {expiry, Tone::Alarm, QStringLiteral("Périmé")};
+    case units::Expiry::Soon:
+        return {expiry, Tone::Warning, QStringLiteral("Périme bientôt")};
+    case units::Expiry::None:
+    case units::Expiry::Good:
+        break;
+    }
+    return {};
+}
+
 } // namespace
+
+GridColumn expiryColumn(const Text& expiry) {
+    return {&expiry, QStringLiteral("Péremption"), 95, {},
+            [&expiry](const Record& row) { return expiryMark(row.value(expiry)); }};
+}
 
 GridColumn unitStateColumn() {
     return column(strproduit.tes_vte, [](const Record& unit) { return markOf(unit); });

@@ -10,4 +10,7 @@ GridColumn unitStateColumn();
 /// The same in a grid of records that hold the state alone.
 GridColumn stateColumn(const Text& state);
 
+/// A column of expiries "mm/yyyy": past and coming ones stand out.
+GridColumn expiryColumn(const Text& expiry);
+
 } // namespace molven

@@ -66,10 +66,10 @@ void choose(QComboBox* list, const QString& value) {
 
 QWidget* Player::control(const QString& name) {
     QWidget* any = nullptr;
+    // A list that lies over the window comes last, and hides what bears the same name below it.
     for (QWidget* widget : window().findChildren<QWidget*>()) {
         if (widget->objectName().compare(name, Qt::CaseInsensitive) != 0) continue;
-        if (widget->isVisible()) return widget;
-        any = widget;
+        if (widget->isVisible() || !any) any = widget;
     }
     if (!any) throw Failure(QStringLiteral("contrôle %1 attendu dans %2, aucun").arg(name, window().objectName()));
     return any;

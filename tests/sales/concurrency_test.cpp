@@ -1,5 +1,6 @@
 #include "support/dossier.h"
 #include "support/processes.h"
+#include "support/sets.h"
 
 #include "dossier/check.h"
 #include "reference/parameters.h"
@@ -17,6 +18,7 @@ namespace molven {
 
 using test::Dossier;
 using test::ended;
+using test::faultsOf;
 using test::Killer;
 using test::station;
 
@@ -37,13 +39,6 @@ void deliverTwo(const Session& session) {
     transaction.commit();
 }
 
-QStringList faultsOf(const Session& session) {
-    QStringList lines;
-    for (const check::Fault& fault : check::run(session))
-        lines.append(fault.file + u' ' + fault.subject + u' ' + fault.text);
-    return lines;
-}
-
 /// A document whose writing is cut short.
 struct Deed {
     const char* name;
@@ -51,7 +46,43 @@ struct Deed {
     const DocumentLines& lines;
     void (*prepare)(Dossier&);
     void (*act)(const Session&);
+    int units = 2; ///< of a document
 };
+
+constexpr int UnitsOfTransfer = 50;
+
+/// A transfer note with the first fifty units at the main depot.
+void transferFifty(const Session& session) {
+    SalesBook notes(session, documentKind(QStringLiteral("BTR")));
+    const Recordset units = notes.molven.select(
+        strproduit, strproduit.tes_vte == state::InStock && strproduit.num_dep == MainDepot, strproduit.imm_art);
+    QStringList numbers;
+    for (int i = 0; i < UnitsOfTransfer; ++i) numbers.append(units.at(i)[strproduit.imm_art]);
+    Record header = documents::blank(notes, QStringLiteral("1"));
+    header[strbtre.fac_depd] = MainDepot;
+    transfer_notes::write(notes, header, numbers);
+}
+
+/// Sets of four units each, out at a client.
+void sendSets(const Session& session, const QStringList& units) {
+    test::Sets sets(session);
+    sets.addType(QStringLiteral("KIT"), {{QStringLiteral("HIP"), 4}});
+    for (qsizetype i = 0; i < units.size(); i += 4)
+        set_journeys::send(sets.files, sets.filled(QStringLiteral("KIT"), units.mid(i, 4)), QStringLiteral("1"), {});
+}
+
+/// The first set that is out comes back: two of its units were used.
+void takeFirstSetBack(const Session& session) {
+    test::Sets sets(session);
+    const Record set =
+        sets.ancillaire
+            .find(strstock, strstock.stk_anc_imm_lg == QStringLiteral("000") && strstock.stk_num_dep != SetDepot,
+                  strstock.stk_anc_imm)
+            .value();
+    const QString serial = set[strstock.stk_anc_imm];
+    const Recordset lines = ancillary_sets::lines(sets.ancillaire, serial);
+    sets.takeBack(serial, {lines.at(0)[strstock.stk_imm_art], lines.at(1)[strstock.stk_imm_art]});
+}
 
 void invoiceFirstNote(const Session& session) {
     SalesBook invoices(session, documentKind(QStringLiteral("FAC")));
@@ -111,6 +142,47 @@ TEST(Workstations, NeverDrawTheSameNumberNorLoseAnUpdate) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
+TEST(Workstations, TransferOneUnitOnce) {
+    Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), UnitsOfTransfer);
+    QList<pid_t> stations;
+    for (int i = 0; i < Stations; ++i)
+        stations.append(station([&] {
+            SalesBook notes(dossier.session, documentKind(QStringLiteral("BTR")));
+            Record header = documents::blank(notes, QStringLiteral("1"));
+            header[strbtre.fac_depd] = MainDepot;
+            const QString refused = test::refusalOf([&] { transfer_notes::write(notes, header, units); });
+            if (refused != u"(accepté)" && !refused.contains(u" est au dépot : 101"))
+                throw std::runtime_error(refused.toStdString());
+        }));
+    for (const pid_t child : stations) EXPECT_EQ(ended(child), 0);
+    EXPECT_EQ(countOf(dossier.session, strbtre), 1);
+    EXPECT_EQ(countOf(dossier.session, strbtrl, strbtrl.fac_imm != QString()), UnitsOfTransfer);
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
+}
+
+TEST(Workstations, TakeASetBackOnce) {
+    Dossier dossier;
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 40);
+    sendSets(dossier.session, units);
+    QList<pid_t> stations;
+    for (int i = 0; i < Stations; ++i)
+        stations.append(station([&] {
+            test::Sets sets(dossier.session);
+            for (int set = 1; set <= 10; ++set) {
+                const QString serial = QStringLiteral("%1").arg(set, 8, 10, QLatin1Char('0'));
+                const QString refused = test::refusalOf([&] { sets.takeBack(serial, units.mid(set * 4 - 4, 2)); });
+                if (refused != u"(accepté)" && refused != u"Impossible, cet ancillaire est au dépôt principal" &&
+                    refused != u"L'ancillaire a été modifié par un autre poste")
+                    throw std::runtime_error(refused.toStdString());
+            }
+        }));
+    for (const pid_t child : stations) EXPECT_EQ(ended(child), 0);
+    EXPECT_EQ(countOf(dossier.session, strlive), 10);
+    EXPECT_EQ(countOf(dossier.session, strbtre), 20);
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
+}
+
 class KilledWriters : public testing::TestWithParam<Deed> {};
 
 TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
@@ -120,7 +192,7 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
     bool finished = false;
     int kills = 0;
     for (int n = 1; !finished; ++n) {
-        ASSERT_LT(n, 200) << "the document never ends";
+        ASSERT_LT(n, 400) << "the document never ends";
         const qint64 before = countOf(dossier.session, deed.headers);
         const int status = ended(station([&] {
             Killer::arm(n);
@@ -133,7 +205,7 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
             ++kills;
         const qint64 documents = countOf(dossier.session, deed.headers);
         ASSERT_TRUE(documents == before || documents == before + 1) << "killed at write " << n;
-        ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * 2)
+        ASSERT_EQ(countOf(dossier.session, deed.lines, deed.lines.fac_imm != QString()), documents * deed.units)
             << "killed at write " << n;
         // What a kill left half-written stays: the whole dossier need not be read each time.
         if (finished || n % 10 == 0) {
@@ -152,7 +224,15 @@ INSTANTIATE_TEST_SUITE_P(AtAnyWrite, KilledWriters,
                                                   const QStringList units = d.receive(QStringLiteral("HIP"), 2);
                                                   d.document(QStringLiteral("BTR"), units);
                                               },
-                                              renewLastTransfer}),
+                                              renewLastTransfer},
+                                         Deed{"transfer", strbtre, strbtrl,
+                                              [](Dossier& d) { d.receive(QStringLiteral("HIP"), 5000); }, transferFifty,
+                                              UnitsOfTransfer},
+                                         Deed{"return_of_a_set", strlive, strlivl,
+                                              [](Dossier& d) {
+                                                  sendSets(d.session, d.receive(QStringLiteral("HIP"), 400));
+                                              },
+                                              takeFirstSetBack}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace molven

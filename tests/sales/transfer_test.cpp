@@ -1,21 +1,16 @@
 #include "support/sales.h"
+#include "support/sets.h"
 
-#include "dossier/check.h"
 #include "sales/renumbering.h"
 #include "sales/transfer_notes.h"
 
 namespace molven {
 
+using test::faultsOf;
 using test::newDocument;
 using test::refusalOf;
 
 namespace {
-
-QStringList faultsOf(const Session& session) {
-    QStringList lines;
-    for (const check::Fault& fault : check::run(session)) lines.append(fault.subject + u' ' + fault.text);
-    return lines;
-}
 
 class Transfers : public test::Sales {
 protected:

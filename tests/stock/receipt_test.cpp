@@ -388,7 +388,7 @@ TEST(Sets, TakeUnitsAtTheMainDepotOnly) {
     molven.update(strproduit, {{strproduit.fam_dep, QStringLiteral("EST")}}, {});
     const QString serial = ancillary_sets::create(sets, QStringLiteral("KIT"));
     const auto place = [&](int i) {
-        return refusalOf([&] { ancillary_sets::place(molven, sets, dossier.session.rules(), serial, numbers[i]); });
+        return refusalOf([&] { ancillary_sets::place({molven, sets, dossier.session.rules()}, serial, numbers[i]); });
     };
     EXPECT_EQ(place(0), QStringLiteral("(accepté)"));
     const Record placed = dossier.unit(numbers[0]);

@@ -131,7 +131,16 @@ bool isMended(const Table& table, const Field& field);
 /// that waits.
 void holdBack(Faults& faults);
 
-/// Units that are not invoiced, by reference in upper case.
-QHash<QString, qint64> unitsInStock(Database molven);
+/// Units of an article that its quantity may count.
+struct StockCount {
+    qint64 unsold = 0; ///< not invoiced
+    qint64 away = 0;   ///< of these, out in a set at a client: a recount counts them, the sending of a set does not
+    bool allows(const Decimal& quantity) const {
+        return quantity == Decimal(static_cast<long long>(unsold)) ||
+               quantity == Decimal(static_cast<long long>(unsold - away));
+    }
+};
+/// By reference in upper case.
+QHash<QString, StockCount> unitsInStock(Database molven);
 
 } // namespace molven::check

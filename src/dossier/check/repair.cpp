@@ -42,12 +42,12 @@ namespace {
 /// Counts the units of these articles again.
 QStringList recount(Database molven, const QStringList& references) {
     QStringList mended;
-    const QHash<QString, qint64> inStock = unitsInStock(molven);
+    const QHash<QString, StockCount> inStock = unitsInStock(molven);
     for (const Record& article : molven.select(strarticle, isOneOf(strarticle.art_ref, references))) {
         const QString reference = article[strarticle.art_ref];
-        const Decimal counted = static_cast<long long>(inStock.value(reference.toUpper()));
-        const Decimal stock = article[strarticle.art_stk];
-        if (stock == counted) continue;
+        const StockCount count = inStock.value(reference.toUpper());
+        const Decimal stock = article[strarticle.art_stk], counted = static_cast<long long>(count.unsold - count.away);
+        if (count.allows(stock)) continue;
         molven.update(strarticle, {{strarticle.art_stk, counted.toString()}}, strarticle.art_ref == reference);
         mended.append(
             QStringLiteral("article %1 : stock %2 -> %3").arg(reference, stock.toString(), counted.toString()));

@@ -2,6 +2,7 @@
 
 #include "reference/articles.h"
 #include "reference/parameters.h"
+#include "sales/record_trail.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
 
@@ -15,22 +16,25 @@ const QString MolvenFile = QStringLiteral("molven.mdb"), SetsFile = QStringLiter
 
 } // namespace
 
-QHash<QString, qint64> unitsInStock(Database molven) {
-    QHash<QString, qint64> counted;
-    const auto counts = molven.countBy(strproduit, strproduit.ref_art, strproduit.tes_vte != state::Sold);
-    for (auto count = counts.begin(); count != counts.end(); ++count) counted[count.key().toUpper()] += count.value();
+QHash<QString, StockCount> unitsInStock(Database molven) {
+    QHash<QString, StockCount> counted;
+    const auto unsold = molven.countBy(strproduit, strproduit.ref_art, strproduit.tes_vte != state::Sold);
+    for (auto count = unsold.begin(); count != unsold.end(); ++count)
+        counted[count.key().toUpper()].unsold += count.value();
+    const auto away = molven.countBy(strproduit, strproduit.ref_art, units::awayInSet());
+    for (auto count = away.begin(); count != away.end(); ++count) counted[count.key().toUpper()].away += count.value();
     return counted;
 }
 
 void checkQuantities(references::Files& files, Faults& faults) {
-    QHash<QString, qint64> inStock = unitsInStock(files[DataFile::Molven]);
+    QHash<QString, StockCount> inStock = unitsInStock(files[DataFile::Molven]);
     for (const Record& row : files[DataFile::Molven].select(strarticle, strarticle.art_aig == follow_up::ByUnit)) {
         const QString reference = row[strarticle.art_ref];
-        const Decimal counted = static_cast<long long>(inStock.take(reference.toUpper()));
-        if (const Decimal stock = row[strarticle.art_stk]; stock != counted)
+        const StockCount counted = inStock.take(reference.toUpper());
+        if (const Decimal stock = row[strarticle.art_stk]; !counted.allows(stock))
             faults.append({MolvenFile,
                            reference,
-                           QStringLiteral("art_stk = %1 pour %2 unités").arg(stock.toString(), counted.toString()),
+                           QStringLiteral("art_stk = %1 pour %2 unités").arg(stock.toString()).arg(counted.unsold),
                            &kind::Quantities,
                            {files[DataFile::Molven].path(), &strarticle, reference}});
     }
@@ -43,23 +47,65 @@ namespace {
 
 /// Where a set's line says that a unit is.
 struct SetPlace {
-    QString set, depot, article;
+    QString set, depot, client, article;
 };
+
+/// Every line of a set lies where its line "000" says; answers the places of the units.
+QHash<QString, SetPlace> placesIn(Database ancillaire, Faults& faults) {
+    QHash<QString, Record> headers;
+    for (const Record& header : ancillaire.select(strstock, strstock.stk_imm_art == QString())) {
+        const QString set = header[strstock.stk_anc_imm];
+        if (headers.contains(set))
+            faults.append({SetsFile, QStringLiteral("ancillaire ") + set, QStringLiteral("a deux lignes 000"),
+                           &kind::Sets});
+        headers.insert(set, header);
+    }
+    QHash<QString, SetPlace> places;
+    for (const Record& line : ancillaire.select(strstock, strstock.stk_imm_art != QString())) {
+        const QString unit = line[strstock.stk_imm_art], set = line[strstock.stk_anc_imm];
+        const auto fault = [&](const QString& text) { faults.append({SetsFile, unit, text, &kind::Sets}); };
+        if (places.contains(unit)) fault(QStringLiteral("sur deux lignes d'ancillaire"));
+        places.insert(unit, {set, line[strstock.stk_num_dep], line[strstock.stk_clt_vte], line[strstock.stk_ref_art]});
+        const auto header = headers.constFind(set);
+        if (header == headers.constEnd()) {
+            fault(QStringLiteral("sur une ligne de l'ancillaire %1, qui n'a pas de ligne 000").arg(set));
+            continue;
+        }
+        for (const Text* field : {&strstock.stk_anc_code, &strstock.stk_num_dep, &strstock.stk_num_vte,
+                                  &strstock.stk_dat_vte, &strstock.stk_clt_vte})
+            if (line[*field] != header->value(*field))
+                fault(QStringLiteral("ancillaire %1 : %2 « %3 » sur sa ligne, « %4 » sur la ligne 000")
+                          .arg(set, record_trail::fieldTitle(strstock.name, field->name), line[*field],
+                               header->value(*field)));
+    }
+    return places;
+}
+
+/// The heading line of a composition holds the units of its components.
+void checkCompositions(Database ancillaire, Faults& faults) {
+    QMap<QString, Decimal> components, totals;
+    for (const Record& line : ancillaire.select(strnomenclature)) {
+        const QString type = QString(line[strnomenclature.anc_code]).toUpper();
+        const bool isHeading = line[strnomenclature.anc_lg] == u"000";
+        (isHeading ? totals : components)[type] += line[strnomenclature.anc_qte];
+    }
+    for (auto type = components.begin(); type != components.end(); ++type)
+        if (totals.value(type.key()) != *type)
+            faults.append({SetsFile, type.key(),
+                           QStringLiteral("nomenclature de %1 unités, %2 sur la ligne 000")
+                               .arg(type->toString(), totals.value(type.key()).toString()),
+                           &kind::Sets});
+}
 
 } // namespace
 
 void checkSets(references::Files& files, Faults& faults) {
-    QHash<QString, SetPlace> places; // by unit
-    for (const Record& line : files[DataFile::Ancillaire].select(strstock, strstock.stk_imm_art != QString())) {
-        const QString unit = line[strstock.stk_imm_art];
-        if (places.contains(unit))
-            faults.append({SetsFile, unit, QStringLiteral("sur deux lignes d'ancillaire"), &kind::Sets});
-        places.insert(unit, {line[strstock.stk_anc_imm], line[strstock.stk_num_dep], line[strstock.stk_ref_art]});
-    }
+    QHash<QString, SetPlace> places = placesIn(files[DataFile::Ancillaire], faults);
+    checkCompositions(files[DataFile::Ancillaire], faults);
     const Criterion concerned = strproduit.tes_vte == state::InSet || strproduit.stk_anc_imm != QString();
     for (const Record& unit : files[DataFile::Molven].select(strproduit, concerned)) {
         const QString number = unit[strproduit.imm_art];
-        const auto [set, depot, article] = places.take(number);
+        const auto [set, depot, client, article] = places.take(number);
         const auto fault = [&](const QString& text) { faults.append({MolvenFile, number, text, &kind::Sets}); };
         if (set.isEmpty())
             fault(QStringLiteral("dans un ancillaire qui ne la contient pas"));
@@ -67,6 +113,8 @@ void checkSets(references::Files& files, Faults& faults) {
             fault(QStringLiteral("dans l'ancillaire %1, mais pas dans cet état").arg(set));
         else if (unit[strproduit.num_dep] != depot)
             fault(QStringLiteral("dépôt %1, son ancillaire %2 est en %3").arg(unit[strproduit.num_dep], set, depot));
+        else if (unit[strproduit.clt_vte] != client)
+            fault(QStringLiteral("client %1, son ancillaire %2 est chez %3").arg(unit[strproduit.clt_vte], set, client));
         else if (article.compare(unit[strproduit.ref_art], Qt::CaseInsensitive) != 0)
             fault(QStringLiteral("article %1, %2 dans l'ancillaire %3").arg(unit[strproduit.ref_art], article, set));
     }

@@ -235,11 +235,7 @@ AccountForm::AccountForm(Desk& desk) : CodeTableForm(desk, QStringLiteral("T_pla
            workspace_.open(session().path(DataFile::Compta)),
            {{&strplan.cpt_aff, QStringLiteral("Compte"), 130}, {&strplan.cpt_lib, QStringLiteral("Libellé"), 500}},
            {{&strplan.cpt_aff, QStringLiteral("&Compte :")}, {&strplan.cpt_lib, QStringLiteral("Li&bellé :"), {}, 34}},
-           strplan.cpt_aff,
-           {},
-           {},
-           false,
-           DataFile::Compta});
+           strplan.cpt_aff});
 }
 
 LppForm::LppForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_parlpp")) {
