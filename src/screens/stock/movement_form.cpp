@@ -68,25 +68,16 @@ void MovementForm::buildPanel() {
     panel_->markRequired({&m.ref_stk, &m.dat_stk, &m.eta_stk, &m.qte_stk});
     panel_->edit(m.ref_stk)->isKey = true;
     codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, files_.molven}});
-    codes_->offer();
     for (const FieldBox& box : panel_->boxes()) {
         const Field& field = *box.field;
         bind(field.name, panel_->edit(field));
         onLeft(panel_->edit(field), [this, &field] { leave(field); });
     }
-    onPick(
-        panel_->edit(m.ref_stk),
-        [this] {
-            if (state_ == State::Changing && panel_->edit(strmvtstk.ref_stk)->isReadOnly()) return;
-            pick(pick_lists::articles(
-                files_.molven,
-                [this](const Record& article) {
-                    panel_->edit(strmvtstk.ref_stk)->put(article[strarticle.art_ref]);
-                    referenceLeft();
-                },
-                strarticle.art_aig == follow_up::ByMovements));
-        },
-        panel_->listButton(m.ref_stk));
+    codes_->wire([this](const Field& field) { leave(field); });
+    codes_->list(m.ref_stk, [this] {
+        return pick_lists::articles(files_.molven, codes_->put(strmvtstk.ref_stk, strarticle.art_ref),
+                                    strarticle.art_aig == follow_up::ByMovements);
+    });
 }
 
 QLayout* MovementForm::buttonRow() {
