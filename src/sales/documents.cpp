@@ -416,7 +416,8 @@ void abandon(SalesBook& book, const Record& asRead) {
 QList<Record> unfinished(SalesBook& book) {
     const DocumentHeaders& table = book.kind().headers;
     QList<Record> found;
-    for (const Record& header : book.vente.select(table, table.fac_pst > QString() && ofKind(book), table.fac_no))
+    const Order byStation{table.fac_pst, table.fac_no}; // by the number alone every document would be read
+    for (const Record& header : book.vente.select(table, table.fac_pst > QString() && ofKind(book), byStation))
         if (station::isGone(header[table.fac_pst]) && book.vente.count(book.kind().lines, linesOf(book, header)) == 0)
             found.append(header);
     return found;

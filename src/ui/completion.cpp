@@ -2,6 +2,7 @@
 
 #include "ui/edit.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QListWidget>
 
@@ -24,6 +25,7 @@ Completion::Completion(Edit* box, const Search& search) : QObject(box), box_(box
 }
 
 void Completion::offer() {
+    if (QApplication::activeModalWidget()) return close(); // the engine may be in the middle of something
     const QString text = box_->text().trimmed();
     const QList<Line> lines = text.isEmpty() || !box_->hasFocus() ? QList<Line>() : search_(text);
     const bool isTyped = lines.size() == 1 && lines.first().code == text;
@@ -83,7 +85,7 @@ bool Completion::takesKey(int key) {
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (row >= 0) choose();
+        row >= 0 ? choose() : close();
         return row >= 0;
     case Qt::Key_Escape:
         close();
@@ -96,8 +98,12 @@ bool Completion::takesKey(int key) {
 bool Completion::eventFilter(QObject*, QEvent* event) {
     const bool isOpen = list_ && list_->isVisible();
     if (event->type() == QEvent::FocusOut || event->type() == QEvent::Hide) close();
-    if (event->type() != QEvent::KeyPress || !isOpen) return false;
+    if (event->type() != QEvent::KeyPress) return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
+    if (!isOpen) {
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) close(); // what was typed is taken as it is
+        return false;
+    }
     if (key == Qt::Key_F2) close(); // the whole list opens
     return takesKey(key);
 }
