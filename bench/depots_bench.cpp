@@ -26,6 +26,7 @@ void prepare() {
     BareEngine engine({session().molven()});
     engine.execute("begin immediate");
     engine.execute("update strproduit set ref_art=printf('A%05d',rowid/5%300), tes_vte='N', num_vte='', reg_pat='', "
+                   "dat_per='12/2045', "
                    "num_dep=case rowid%5 when 0 then printf('%03d',200+rowid/1500%200) else '001' end "
                    "where rowid%5 in (0,1)");
     engine.execute("update strproduit set num_dep='900', tes_vte='N', ref_art='A00000', fou_imm='', "

@@ -9,6 +9,8 @@
 #include "reference/code_tables.h"
 #include "reference/parties.h"
 #include "reference/tariff_tables.h"
+#include "stock/depot_tables.h"
+#include "stock/endowments.h"
 
 #include <algorithm>
 #include <functional>
@@ -105,6 +107,13 @@ const QList<Kind>& all() {
          blankOf<code_tables::lppCodes>,
          findIn<code_tables::lppCodes>,
          writeIn<code_tables::lppCodes>},
+        {QStringLiteral("dotations"),
+         strdotation,
+         endowments::table().key,
+         {&strdotation.dot_lib},
+         blankOf<endowments::table>,
+         findIn<endowments::table>,
+         writeIn<endowments::table>},
         {QStringLiteral("tarifs"),
          strtarifclt,
          code_tables::clientTariffs().key,

@@ -8,7 +8,8 @@
 
 namespace molven::reference_files {
 
-/// What can be brought in and taken out: "articles", "clients", "fournisseurs", "lpp", "tarifs".
+/// What can be brought in and taken out: "articles", "clients", "fournisseurs", "lpp",
+/// "dotations", "tarifs".
 QStringList kinds();
 
 /// A row of a file that could not be taken.

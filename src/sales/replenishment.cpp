@@ -133,10 +133,12 @@ QList<Record> shortages(Database molven, const QString& depot) {
         row[Row.rea_clt] = clients.value(endowment.depot);
         row[Row.rea_ref] = endowment.reference;
         row[Row.rea_lib] = endowment.label;
-        for (const auto& [field, number] : {std::pair(&Row.rea_dot, endowment.quantity), std::pair(&Row.rea_stk, holds),
-                                            std::pair(&Row.rea_man, lacking), std::pair(&Row.rea_don, gives),
-                                            std::pair(&Row.rea_ach, lacking - gives)})
-            row[*field] = Decimal(static_cast<long long>(number));
+        const std::pair<const Field*, qint64> numbers[] = {{&Row.rea_dot, endowment.quantity},
+                                                           {&Row.rea_stk, holds},
+                                                           {&Row.rea_man, lacking},
+                                                           {&Row.rea_don, gives},
+                                                           {&Row.rea_ach, lacking - gives}};
+        for (const auto& [field, number] : numbers) row.set(*field, QString::number(number));
         found.append(row);
     }
     return found;

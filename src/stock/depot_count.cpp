@@ -70,10 +70,14 @@ void DepotCount::refresh() {
         require(now.has_value(), "Cet inventaire a été abandonné par un autre poste", strinvdep.inv_dep);
         header_ = *now;
     }
-    if (isClosed()) return readClosed();
-    readExpected();
-    if (isBegun()) readReadings();
-    judgeAll();
+    if (isClosed()) {
+        readClosed();
+    } else {
+        readExpected();
+        if (isBegun()) readReadings();
+        judgeAll();
+    }
+    tellAll();
 }
 
 bool DepotCount::isExpected(const QString& unitState, const QString& depot) const {
@@ -158,24 +162,27 @@ Freshness DepotCount::freshnessOf(const Record& row) const {
     return month <= sortKey(day.addMonths(months)).left(6) ? Freshness::Soon : Freshness::Good;
 }
 
+/// Counts a row into the figures, or out of them: they are shown after each reading, of however many.
+void DepotCount::tell(const Record& row, int sign) {
+    const QString found = row[Row.lig_con];
+    if (found == verdict::Found) tally_.found += sign;
+    if (found == verdict::Unexpected) tally_.unexpected += sign;
+    if (found == verdict::Moved) tally_.moved += sign;
+    if (found == verdict::Missing) return;
+    if (row[Row.lig_lec] > Decimal(1)) tally_.twice += sign;
+    const Freshness freshness = freshnessOf(row);
+    if (freshness == Freshness::Expired) tally_.expired += sign;
+    if (freshness == Freshness::Soon) tally_.soon += sign;
+}
+
+void DepotCount::tellAll() {
+    tally_ = {};
+    for (const Record& row : isClosed() ? closed_ : read_.values()) tell(row, 1);
+    tally_.expected = isClosed() ? tally_.found + rows(verdict::Missing).size() : expected_.size();
+}
+
 CountTally DepotCount::tally() const {
-    CountTally tally;
-    const auto add = [&](const Record& row) {
-        const QString verdict = row[Row.lig_con];
-        if (verdict == verdict::Found) ++tally.found;
-        if (verdict == verdict::Unexpected) ++tally.unexpected;
-        if (verdict == verdict::Moved) ++tally.moved;
-        if (verdict == verdict::Missing) ++tally.missing;
-        if (row[Row.lig_lec] > Decimal(1)) ++tally.twice;
-        const Freshness freshness = verdict == verdict::Missing ? Freshness::Good : freshnessOf(row);
-        if (freshness == Freshness::Expired) ++tally.expired;
-        if (freshness == Freshness::Soon) ++tally.soon;
-    };
-    for (const Record& row : isClosed() ? closed_ : read_.values()) add(row);
-    if (isClosed())
-        tally.expected = tally.found + tally.missing;
-    else
-        tally.expected = expected_.size();
+    CountTally tally = tally_;
     tally.missing = tally.expected - tally.found;
     return tally;
 }
@@ -298,6 +305,8 @@ DepotCount::Reading DepotCount::read(const QString& scanned) {
         }
         transaction.commit();
         judge(row, unitOf(molven_, chosen.unit));
+        if (reading.isAgain) tell(*read_.constFind(chosen.unit), -1);
+        tell(row, 1);
         read_.insert(chosen.unit, row);
         if (!reading.isAgain) order_.prepend(chosen.unit);
         return reading;
@@ -329,6 +338,7 @@ void DepotCount::describe(const QString& client, const QString& counter, int mon
         transaction.commit();
     }
     for (const Assignment& one : described) header_.set(one.field, one.value);
+    tellAll();
 }
 
 } // namespace molven

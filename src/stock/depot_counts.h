@@ -78,6 +78,8 @@ private:
     void readClosed();
     void judge(Record& row, const std::optional<Record>& unit) const;
     void judgeAll();
+    void tell(const Record& row, int sign);
+    void tellAll();
     bool isExpected(const QString& state, const QString& depot) const;
     Named named(const QString& scanned) const;
     Named best(const Criterion& fits, const QString& reference) const;
@@ -90,6 +92,7 @@ private:
     QHash<QString, Record> read_;
     QStringList order_; ///< of the readings, the latest first
     QList<Record> closed_;
+    CountTally tally_; ///< without what is missing
     qint64 version_ = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "support/dossier.h"
 
+#include "dossier/reference_files.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -78,6 +80,23 @@ TEST(Molvenctl, ListsARecallAsATableAndAsData) {
         QJsonDocument::fromJson(molvenctl({"trace", home, units[0], "--json"}).out.toUtf8()).object();
     EXPECT_EQ(history.value(QStringLiteral("immatriculation")).toString(), units[0]);
     EXPECT_EQ(molvenctl({"rappel", home, "--lot", "RIEN", "--json"}).code, 1);
+}
+
+TEST(Molvenctl, TellsWhatTheDepotsLack) {
+    test::Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), 1);
+    reference_files::bringIn(dossier.session, QStringLiteral("dotations"),
+                             "dot_dep;dot_ref;dot_qte\n101;HIP;3\n102;CUP;1\n");
+    const QString home = dossier.folder();
+    EXPECT_EQ(molvenctl({"reassort", home}).out, QStringLiteral("101 HIP : manque 3, à transférer 1, à acheter 2\n"
+                                                                "102 CUP : manque 1, à transférer 0, à acheter 1\n"
+                                                                "à transférer : 1, à acheter : 3\n"));
+    const QJsonArray one =
+        QJsonDocument::fromJson(molvenctl({"reassort", home, "--depot", "102", "--json"}).out.toUtf8()).array();
+    ASSERT_EQ(one.size(), 1);
+    EXPECT_EQ(one[0][QStringLiteral("rea_clt")].toString(), QStringLiteral("000002"));
+    EXPECT_EQ(one[0][QStringLiteral("rea_ach")].toInt(), 1);
+    EXPECT_EQ(molvenctl({"reassort", home, "--depot", "999"}).code, 1);
 }
 
 TEST(Molvenctl, TellsWhoChangedWhatAndFindsAnAlteredJournal) {

@@ -2,6 +2,7 @@
 
 #include "sales/replenishment.h"
 
+#include "dossier/reference_files.h"
 #include "reference/code_tables.h"
 #include "reference/parameters.h"
 #include "stock/depot_tables.h"
@@ -67,6 +68,10 @@ TEST_F(Replenishment, RefusesEndowmentsThatMeanNothing) {
     EXPECT_EQ(endow("101", "HIP", 0), QStringLiteral("Quantité incorrecte"));
     EXPECT_EQ(endow("101", "HIP", 2), QStringLiteral("(accepté)"));
     EXPECT_EQ(endow("101", "HIP", 3), QStringLiteral("Cette dotation existe déjà"));
+    const auto brought = reference_files::bringIn(dossier.session, QStringLiteral("dotations"),
+                                                  "dot_dep;dot_ref;dot_qte\r\n101;HIP;4\r\n102;CUP;1\r\n");
+    EXPECT_EQ(brought.written, 2);
+    EXPECT_EQ(notes.molven.sum(strdotation, strdotation.dot_qte), Decimal(5));
 }
 
 TEST_F(Replenishment, GivesWhatIsGoodEarliestExpiryFirst) {

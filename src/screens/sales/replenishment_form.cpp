@@ -39,9 +39,10 @@ QList<GridColumn> purchaseColumns() {
             {&strachat.ach_lib, QStringLiteral("Désignation")},      {&strachat.ach_qte, QStringLiteral("Quantité")}};
 }
 
-Decimal sumOf(const QList<Record>& rows, const Number& field) {
-    Decimal sum;
-    for (const Record& row : rows) sum += row[field];
+/// Of whole numbers, in tens of thousands of rows.
+qint64 sumOf(const QList<Record>& rows, const Field& field) {
+    qint64 sum = 0;
+    for (const Record& row : rows) sum += row.value(field).toLongLong();
     return sum;
 }
 
@@ -104,8 +105,9 @@ void ReplenishmentForm::find() {
     grid_->clearSelection();
     count_->setText(rows_.isEmpty() ? QStringLiteral("Rien ne manque aux dotations")
                                     : QStringLiteral("Manque : %1, à transférer : %2, à acheter : %3")
-                                          .arg(shown(sumOf(rows_, Row.rea_man)), shown(sumOf(rows_, Row.rea_don)),
-                                               shown(sumOf(rows_, Row.rea_ach))));
+                                          .arg(sumOf(rows_, Row.rea_man))
+                                          .arg(sumOf(rows_, Row.rea_don))
+                                          .arg(sumOf(rows_, Row.rea_ach)));
 }
 
 /// The rows chosen of which something can be given, together by depot.
@@ -121,12 +123,11 @@ QList<QList<Record>> ReplenishmentForm::chosenByDepot() const {
 void ReplenishmentForm::transfer() {
     const QList<QList<Record>> chosen = chosenByDepot();
     if (chosen.isEmpty()) throw Refusal(QStringLiteral("Choisissez des lignes à transférer"));
-    Decimal units;
+    qint64 units = 0;
     for (const QList<Record>& rows : chosen) units += sumOf(rows, Row.rea_don);
     const QString notes = chosen.size() == 1 ? QStringLiteral("1 bon de transfert")
                                              : QStringLiteral("%1 bons de transfert").arg(chosen.size());
-    if (!prompt().ask(
-            QStringLiteral("Établir %1 pour %2 ?").arg(notes, counted(units.toInteger(), QStringLiteral("unité")))))
+    if (!prompt().ask(QStringLiteral("Établir %1 pour %2 ?").arg(notes, counted(units, QStringLiteral("unité")))))
         return;
     for (const QList<Record>& rows : chosen) {
         const QString depot = rows.first()[Row.rea_dep];

@@ -205,7 +205,6 @@ void DepotCountForm::boxLeft(const Field& field) {
 /// The open count of the depot typed, whoever began it, else a new one. An empty box leaves none.
 void DepotCountForm::openDepot() {
     const QString depot = typed(strinvdep.inv_dep);
-    if (count_ && depot == count_->header()[strinvdep.inv_dep]) return;
     count_.reset();
     ticked_.clear();
     if (depot.isEmpty()) return showCount();
@@ -241,7 +240,13 @@ DepotCount& DepotCountForm::requireCount() {
 bool DepotCountForm::take(const QString& scanned) {
     DepotCount& count = requireCount();
     if (count.isClosed()) throw Refusal(QStringLiteral("Cet inventaire est clôturé"));
-    showReading(count.read(scanned));
+    try {
+        showReading(count.read(scanned));
+    } catch (const Refusal&) {
+        count.refresh(); // another workstation may have closed it
+        showCount();
+        throw;
+    }
     showCount();
     return true;
 }
@@ -385,8 +390,10 @@ void DepotCountForm::drop() {
 
 void DepotCountForm::shownAgain() {
     if (!count_) return;
-    count_->refresh();
-    showCount();
+    guarded([this] {
+        count_->refresh();
+        showCount();
+    });
 }
 
 void DepotCountForm::showCount() {
