@@ -67,10 +67,12 @@ void addScreens(Desk& desk) {
     add<TariffForm>(desk, "T_partarif");
     add<DiscountForm>(desk, "T_parrem");
     add<CommissionRateForm>(desk, "T_partxrep");
-    desk.addScreen(QStringLiteral("T_utilit"), [](Desk& owner) -> Form* {
-        if (owner.session.mode_ecran == u"ANG") return new EnglishLabelForm(owner);
-        return new MaintenanceForm(owner);
-    });
+    desk.addScreen(QStringLiteral("T_utilit"),
+                   [](Desk& owner) -> Form* {
+                       if (owner.session.mode_ecran == u"ANG") return new EnglishLabelForm(owner);
+                       return new MaintenanceForm(owner);
+                   },
+                   {QStringLiteral("ANG"), QStringLiteral("PRO"), QStringLiteral("STK"), QStringLiteral("FAM")});
     add<ReceiptForm>(desk, "T_proges");
     add<DeliveryForm>(desk, "T_lecliv");
     add<LabelSelectionForm>(desk, "T_etiedt");

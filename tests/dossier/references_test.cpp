@@ -136,7 +136,11 @@ TEST_F(References, OfUnitsKeepTheFollowUpOfTheirArticle) {
     EXPECT_EQ(retype("HIP", "T", "O"), kept);
     EXPECT_EQ(retype("HIP", "A", "N"), kept);
     EXPECT_EQ(retype("HIP", "A", "O"), QStringLiteral("(accepté)"));
-    articles::moveStock(molven, QStringLiteral("SCREW"), Decimal(4));
+    {
+        SalesBook credits(dossier.session, documentKind(QStringLiteral("AVO")));
+        const Record header = test::newDocument(credits);
+        document_lines::add(credits, header, {test::lineOfArticle(credits, header, QStringLiteral("SCREW"), 4)});
+    }
     EXPECT_EQ(retype("SCREW", "A", "O"), QStringLiteral("Cet article a un stock de 4 : son suivi ne change plus"));
     EXPECT_EQ(retype("GRAFT", "A", "N"), QStringLiteral("(accepté)"));
     EXPECT_TRUE(check::run(dossier.session).isEmpty());

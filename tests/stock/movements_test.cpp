@@ -1,4 +1,5 @@
 #include "support/movements.h"
+#include "support/processes.h"
 
 #include "data/dates.h"
 #include "dossier/check.h"
@@ -185,6 +186,56 @@ TEST_F(Movements, OfAnInventoryComeFromTheCountsOnce) {
     leftOut[inventory_counts::strcomptage.stk_art] = QStringLiteral("N");
     inventory_counts::save(files.molven, before, leftOut);
     EXPECT_EQ(refusalOf([&] { inventory_counts::writeInventory(files, rules, day); }), QStringLiteral("Aucun article"));
+}
+
+namespace {
+
+/// An entry of one at 5, by a workstation of its own.
+void enterOne(const Session& session) {
+    Workspace workspace;
+    Record entry = movements::blank(QStringLiteral("SCREW"));
+    entry[strmvtstk.eta_stk] = movement::Entry;
+    entry[strmvtstk.qte_stk] = 1;
+    entry[strmvtstk.pri_stk] = 5;
+    movements::add(openMovementFiles(workspace, session), entry);
+}
+
+qint64 movementsIn(const Session& session) {
+    Workspace workspace;
+    return workspace.open(session.molven()).count(strmvtstk);
+}
+
+} // namespace
+
+TEST(MovementStations, LoseNoUpdateOfTheStock) {
+    test::Dossier dossier;
+    constexpr int Each = 40;
+    const auto work = [&] {
+        for (int i = 0; i < Each; ++i) enterOne(dossier.session);
+    };
+    const pid_t first = test::station(work), second = test::station(work);
+    EXPECT_EQ(test::ended(first) + test::ended(second), 0);
+    EXPECT_EQ(dossier.stock(QStringLiteral("SCREW")), Decimal(2 * Each));
+    EXPECT_EQ(movementsIn(dossier.session), 2 * Each);
+}
+
+TEST(MovementStations, KilledAtAnyWriteLeaveMovementAndStockTogether) {
+    test::Dossier dossier;
+    bool isFinished = false;
+    int kills = 0;
+    for (int n = 1; !isFinished; ++n) {
+        ASSERT_LT(n, 200) << "the movement never ends";
+        const int status = test::ended(test::station([&] {
+            test::Killer::arm(n);
+            enterOne(dossier.session);
+        }));
+        isFinished = !WIFSIGNALED(status);
+        kills += isFinished ? 0 : 1;
+        ASSERT_EQ(dossier.stock(QStringLiteral("SCREW")), Decimal(static_cast<long long>(movementsIn(dossier.session))))
+            << "killed at write " << n;
+    }
+    EXPECT_GT(kills, 10);
+    EXPECT_TRUE(check::run(dossier.session).isEmpty());
 }
 
 } // namespace molven

@@ -1,5 +1,6 @@
 #include "app/ctl/command.h"
 
+#include "data/errors.h"
 #include "data/format.h"
 #include "sales/stock_rebuild.h"
 #include "stock/stock_recount.h"

@@ -76,7 +76,8 @@ Quantities stocksLeft(references::Files& files, const Session& session) {
             add(stocks, files[file].sumBy(m, m.ref_stk, m.qte_stk, m.eta_stk == kind), sign);
     takeSold(files[DataFile::Vente], stocks);
     takeSold(files[DataFile::Historic], stocks);
-    for (const Database& file : OtherFolders(session).files()) takeSold(file, stocks);
+    const OtherFolders others(session);
+    for (const Database& file : others.files()) takeSold(file, stocks);
     return stocks;
 }
 

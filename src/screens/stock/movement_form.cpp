@@ -120,6 +120,7 @@ void MovementForm::leave(const Field& field) {
     if (&field == &m.qte_stk) movements::checkQuantity(panel_->number(m.qte_stk, shown_));
     for (const Text* checked : {&m.eta_stk, &m.dat_stk})
         if (&field == checked) movements::checkValue(files_.molven, *checked, typed(field));
+    showWords();
 }
 
 /// The article typed: its stock, and its movements in place of those that were listed.

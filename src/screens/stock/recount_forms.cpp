@@ -4,7 +4,6 @@
 #include "sales/stock_rebuild.h"
 #include "stock/inventory_counts.h"
 #include "stock/stock_recount.h"
-#include "ui/criteria_panel.h"
 #include "ui/edit.h"
 #include "ui/progress.h"
 #include "ui/style.h"
@@ -78,11 +77,10 @@ void StockRecountForm::recount() {
 }
 
 StockRebuildForm::StockRebuildForm(Desk& desk) : Form(desk, QStringLiteral("T_procalns")) {
-    criteria_ =
-        new CriteriaPanel(*this,
-                          {{QStringLiteral("Mskdatdeb"), QStringLiteral("Date &début :"), 10, CriterionBox::Kind::Day},
-                           {QStringLiteral("Mskdatfin"), QStringLiteral("Date &fin :"), 10, CriterionBox::Kind::Day}},
-                          2);
+    auto* dates = new QHBoxLayout;
+    first_ = addDate(*dates, QStringLiteral("Mskdatdeb"), QStringLiteral("Date &début :"));
+    last_ = addDate(*dates, QStringLiteral("Mskdatfin"), QStringLiteral("Date &fin :"));
+    dates->addStretch();
     step_ = stepLabel(this);
     auto* row = new QHBoxLayout;
     row->addWidget(button(QStringLiteral("cmdcalcul"), QStringLiteral("&Recalcul du stock"), [this] { rebuild(); }));
@@ -94,7 +92,7 @@ StockRebuildForm::StockRebuildForm(Desk& desk) : Form(desk, QStringLiteral("T_pr
     row->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }));
     auto* layout = new QVBoxLayout(this);
     style::letBreathe(*layout);
-    layout->addWidget(criteria_);
+    layout->addLayout(dates);
     layout->addWidget(explanation(
         QStringLiteral("Recalcul : le stock des articles non suivis devient inventaires + entrées - sorties de la "
                        "période, moins les quantités facturées ou livrées dans la période.\nInventaire : les quantités "
@@ -105,7 +103,17 @@ StockRebuildForm::StockRebuildForm(Desk& desk) : Form(desk, QStringLiteral("T_pr
     layout->addLayout(row);
     resize(760, 300);
     applyTitle(QStringLiteral("Recalcul du stock des produits non suivis"));
-    criteria_->edit(QStringLiteral("Mskdatdeb"))->setFocus();
+    first_->setFocus();
+}
+
+DateBox* StockRebuildForm::addDate(QLayout& row, const QString& name, const QString& caption) {
+    auto* date = new DateBox(this);
+    date->setObjectName(name);
+    auto* label = new QLabel(caption, this);
+    label->setBuddy(date);
+    row.addWidget(label);
+    row.addWidget(date);
+    return date;
 }
 
 void StockRebuildForm::rebuild() {
@@ -114,8 +122,8 @@ void StockRebuildForm::rebuild() {
     const auto done = [this] {
         try {
             return stock_rebuild::run(
-                session(), criteria_->value(QStringLiteral("Mskdatdeb")), criteria_->value(QStringLiteral("Mskdatfin")),
-                [this](const QString& text) { notify(text); }, progress(*this, QStringLiteral("Recalcul du stock")));
+                session(), first_->value(), last_->value(), [this](const QString& text) { notify(text); },
+                progress(*this, QStringLiteral("Recalcul du stock")));
         } catch (...) {
             step_->clear();
             throw;
@@ -132,8 +140,7 @@ void StockRebuildForm::rebuild() {
 }
 
 void StockRebuildForm::writeInventory() {
-    const QString last = criteria_->value(QStringLiteral("Mskdatfin"));
-    const QString date = last.isEmpty() ? criteria_->value(QStringLiteral("Mskdatdeb")) : last;
+    const QString date = last_->value().isEmpty() ? first_->value() : last_->value();
     inventory_counts::checkDate(date);
     if (!prompt().ask(QStringLiteral("Voulez-vous générer des écritures d'inventaire au %1 ? ").arg(date))) return;
     Workspace workspace;

@@ -3,10 +3,11 @@
 #include "ui/form.h"
 
 class QLabel;
+class QLayout;
 
 namespace molven {
 
-class CriteriaPanel;
+class DateBox;
 
 /// Counts the stock of the articles followed by unit again.
 class StockRecountForm : public Form {
@@ -25,10 +26,12 @@ public:
     explicit StockRebuildForm(Desk& desk);
 
 private:
+    DateBox* addDate(QLayout& row, const QString& name, const QString& caption);
     void rebuild();
     void writeInventory();
 
-    CriteriaPanel* criteria_;
+    DateBox* first_;
+    DateBox* last_;
     QLabel* step_;
 };
 
