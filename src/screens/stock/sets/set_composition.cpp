@@ -61,7 +61,7 @@ QLayout* SetComposition::entry() {
     auto* add =
         form_.button(QStringLiteral("cmdcompajout"), QStringLiteral("Nouveau &composant"), [this] { startAdding(); });
     auto* validate =
-        form_.button(QStringLiteral("cmdcompval"), QStringLiteral("Enreg&istrer le composant"), [this] { save(); });
+        form_.button(QStringLiteral("cmdcompval"), QStringLiteral("&Enregistrer le composant"), [this] { save(); });
     auto* remove = form_.button(QStringLiteral("cmdcompsup"), QStringLiteral("&Oter"), [this] { this->remove(); });
     auto* row = new QHBoxLayout;
     row->addWidget(panel_, 1);

@@ -81,7 +81,7 @@ QLayout* SetShelf::buttons() {
          {deed(QStringLiteral("cmdstkajout"), QStringLiteral("Nouvel ancillai&re"), [this] { add(); }),
           deed(QStringLiteral("cmdremplir"), QStringLiteral("Remp&lir"), [this] { fill(); }),
           deed(QStringLiteral("cmdretirer"), QStringLiteral("Re&tirer l'unité"), [this] { takeOut(); }),
-          deed(QStringLiteral("cmdstksup"), QStringLiteral("Supprimer l'&ancillaire"), [this] { remove(); }),
+          deed(QStringLiteral("cmdstksup"), QStringLiteral("Su&pprimer l'ancillaire"), [this] { remove(); }),
           deed(QStringLiteral("cmdbt"), QStringLiteral("&Bon de transfert"), [this] { startSending(); }),
           deed(QStringLiteral("cmdretour"), QStringLiteral("Reto&ur"), [this] { startReturn(); })})
         row->addWidget(made);

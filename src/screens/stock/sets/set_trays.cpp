@@ -59,7 +59,7 @@ SetFilling::SetFilling(Form& form, set_journeys::Files& files)
     auto* all =
         form.button(QStringLiteral("cmdtout"), QStringLiteral("Tout remplir d'o&ffice"), [this] { placeEarliest(); });
     leave_ =
-        form.leaveButton(QStringLiteral("cmdfinremplir"), QStringLiteral("&Fin du remplissage"), [this] { left(); });
+        form.leaveButton(QStringLiteral("cmdfinremplir"), QStringLiteral("Fin &du remplissage"), [this] { left(); });
     all->setToolTip(QStringLiteral("Prend pour chaque composant les produits qui périment en premier"));
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
@@ -172,7 +172,7 @@ SetSending::SetSending(Form& form, set_journeys::Files& files)
             strclient.clt_cod));
     });
     validate_ = form.button(QStringLiteral("cmdbt_val"), QStringLiteral("Con&firmer l'envoi"), [this] { send(); });
-    leave_ = form.leaveButton(QStringLiteral("cmdbt_ann"), QStringLiteral("Abandonner l'&envoi"), [this] { left(); });
+    leave_ = form.leaveButton(QStringLiteral("cmdbt_ann"), QStringLiteral("Aban&donner l'envoi"), [this] { left(); });
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
     layout->addLayout(rowOf({panel_}, {validate_, leave_}));
@@ -221,13 +221,13 @@ SetReturning::SetReturning(Form& form, set_journeys::Files& files)
     codes_.refuseOnLeaving({&strlive.fac_chr});
     auto* scans = new ScanBox(
         form, QStringLiteral("txtlectret"), [this](const QString& text) { return scan(text); }, this);
-    auto* all = form.button(QStringLiteral("cmdret_tout"), QStringLiteral("Tout est re&venu"), [this] {
+    auto* all = form.button(QStringLiteral("cmdret_tout"), QStringLiteral("Tout coc&her"), [this] {
         back_ = QSet<QString>(units_.begin(), units_.end());
         showCount();
     });
     validate_ = form.button(QStringLiteral("cmdret_val"), QStringLiteral("Con&firmer le retour"), [this] { write(); });
     leave_ =
-        form.leaveButton(QStringLiteral("cmdret_ann"), QStringLiteral("Abandonner le r&etour"), [this] { left(); });
+        form.leaveButton(QStringLiteral("cmdret_ann"), QStringLiteral("Aban&donner le retour"), [this] { left(); });
     setTabOrder(all, panel_->edit(strlive.fac_pat));
     setTabOrder(panel_->edit(strlive.fac_pat), panel_->edit(strlive.fac_chr));
     auto* layout = new QVBoxLayout(this);
