@@ -64,6 +64,13 @@ int BareEngine::run(const Statement& statement, const std::vector<QByteArray>& v
     return rows;
 }
 
+std::vector<QByteArray> recordValues(const Table& table,
+                                     const std::vector<std::pair<const Field*, QByteArray>>& known) {
+    std::vector<QByteArray> values(static_cast<std::size_t>(table.fields().size()), QByteArray(""));
+    for (const auto& [field, value] : known) values[static_cast<std::size_t>(field->position)] = value;
+    return values;
+}
+
 QString insertion(const Table& table, const QString& schema) {
     return QStringLiteral("insert into %1.%2 values (%3)")
         .arg(schema, table.name, QStringList(table.fields().size(), QStringLiteral("?")).join(u','));

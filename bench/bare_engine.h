@@ -36,4 +36,7 @@ private:
 /// "insert into SCHEMA.TABLE values (?,...)".
 QString insertion(const Table& table, const QString& schema);
 
+/// The values of a record of which these fields are known, the others being empty.
+std::vector<QByteArray> recordValues(const Table& table, const std::vector<std::pair<const Field*, QByteArray>>& known);
+
 } // namespace molven::bench

@@ -21,7 +21,11 @@ void add(const std::string& name, const std::function<void(benchmark::State&)>& 
 /// The same deed while molven.mdb keeps no journal: what the journal costs.
 void addUnjournalled(const std::string& deed, const std::function<void(benchmark::State&)>& function, int iterations);
 
+/// The first units of the article in stock at the main depot.
+QStringList unitsInStock(int count);
+
 void registerRules();
+void registerTransfers();
 void registerGrid();
 void registerReference();
 void registerEnquiries();

@@ -73,6 +73,16 @@ QString tracedUnit() {
     return delivered.at(delivered.count() / 2)[strproduit.imm_art];
 }
 
+QStringList unitsInStock(int count) {
+    Workspace workspace;
+    Database molven = workspace.open(current.molven());
+    const Recordset stock = molven.select(
+        strproduit, strproduit.tes_vte == state::InStock && strproduit.ref_art == Article, strproduit.imm_art);
+    QStringList numbers;
+    for (int i = 0; i < count; ++i) numbers.append(stock.at(i)[strproduit.imm_art]);
+    return numbers;
+}
+
 void addUnjournalled(const std::string& deed, const std::function<void(benchmark::State&)>& function, int iterations) {
     add(
         deed + "/unjournalled",
@@ -115,6 +125,7 @@ int main(int argc, char* argv[]) {
     molven::bench::copyFolder(folder, copy.path());
     molven::bench::current = molven::creation::open(copy.path());
     molven::bench::registerRules();
+    molven::bench::registerTransfers();
     molven::bench::registerGrid();
     molven::bench::registerReference();
     molven::bench::registerEnquiries();

@@ -3,10 +3,8 @@
 #include "dossier.h"
 
 #include "data/clock.h"
-#include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
-#include "sales/transfer_notes.h"
 #include "sales/unit_history.h"
 #include "sales/unit_rules.h"
 #include "stock/receipt.h"
@@ -17,7 +15,6 @@ namespace molven::bench {
 namespace {
 
 constexpr int UnitsDelivered = 50;
-constexpr int UnitsTransferred = 200;
 const QString Month = QStringLiteral("4001"); // no other unit is received in January 2040
 
 Receipt receipt(int units) {
@@ -92,16 +89,6 @@ void receiveBare(benchmark::State& state, int units) {
     }
 }
 
-QStringList unitsInStock(int count) {
-    Workspace workspace;
-    Database molven = workspace.open(session().molven());
-    const Recordset stock = molven.select(
-        strproduit, strproduit.tes_vte == state::InStock && strproduit.ref_art == Article, strproduit.imm_art);
-    QStringList numbers;
-    for (int i = 0; i < count; ++i) numbers.append(stock.at(i)[strproduit.imm_art]);
-    return numbers;
-}
-
 /// One delivery note as a whole: header, a hidden record, 50 lines, 50 units, totals.
 Record deliver(SalesBook& book, const QStringList& units) {
     Transaction transaction(book.workspace);
@@ -116,19 +103,6 @@ Record deliver(SalesBook& book, const QStringList& units) {
     return header;
 }
 
-void transferByRule(benchmark::State& state) {
-    const QStringList units = unitsInStock(UnitsTransferred);
-    SalesBook notes(session(), documentKind(QStringLiteral("BTR")));
-    Record header = documents::blank(notes, Client);
-    header[strbtre.fac_depd] = MainDepot;
-    for (auto _ : state) {
-        const Record note = transfer_notes::write(notes, header, units);
-        state.PauseTiming();
-        documents::abandon(notes, note);
-        state.ResumeTiming();
-    }
-}
-
 void deliverByRule(benchmark::State& state) {
     const QStringList units = unitsInStock(UnitsDelivered);
     SalesBook book(session(), documentKind(QStringLiteral("LIV")));
@@ -138,13 +112,6 @@ void deliverByRule(benchmark::State& state) {
         documents::remove(book, header, documents::linesRead(book, header));
         state.ResumeTiming();
     }
-}
-
-std::vector<QByteArray> documentValues(const Table& table,
-                                       const std::vector<std::pair<const Field*, QByteArray>>& known) {
-    std::vector<QByteArray> values(static_cast<std::size_t>(table.fields().size()), QByteArray(""));
-    for (const auto& [field, value] : known) values[static_cast<std::size_t>(field->position)] = value;
-    return values;
 }
 
 void deliverBare(benchmark::State& state) {
@@ -175,13 +142,13 @@ void deliverBare(benchmark::State& state) {
         engine.execute("begin immediate");
         BareEngine::run(client, {Client.toUtf8()});
         BareEngine::run(number, {});
-        BareEngine::run(header, documentValues(strlive, {{&strlive.fac_no, document},
-                                                         {&strlive.fac_aa, "2040"},
-                                                         {&strlive.fac_clt, Client.toUtf8()},
-                                                         {&strlive.fac_lg, "ENT"}}));
+        BareEngine::run(header, recordValues(strlive, {{&strlive.fac_no, document},
+                                                       {&strlive.fac_aa, "2040"},
+                                                       {&strlive.fac_clt, Client.toUtf8()},
+                                                       {&strlive.fac_lg, "ENT"}}));
         BareEngine::run(
-            line, documentValues(strlivl,
-                                 {{&strlivl.fac_no, document}, {&strlivl.fac_aa, "2040"}, {&strlivl.fac_lg, "000"}}));
+            line,
+            recordValues(strlivl, {{&strlivl.fac_no, document}, {&strlivl.fac_aa, "2040"}, {&strlivl.fac_lg, "000"}}));
         for (int i = 0; i < UnitsDelivered; ++i) {
             const QByteArray immatriculation = units[i].toUtf8();
             BareEngine::run(unit, {immatriculation});
@@ -191,15 +158,15 @@ void deliverBare(benchmark::State& state) {
             BareEngine::run(tariff, {Client.toUtf8(), Article.toUtf8()});
             BareEngine::run(vat, {"1"});
             BareEngine::run(depot, {"101"});
-            BareEngine::run(
-                line, documentValues(strlivl, {{&strlivl.fac_no, document},
-                                               {&strlivl.fac_aa, "2040"},
-                                               {&strlivl.fac_lg, QByteArray::number(i + 1).rightJustified(3, '0')},
-                                               {&strlivl.fac_imm, immatriculation},
-                                               {&strlivl.fac_ref, Article.toUtf8()},
-                                               {&strlivl.fac_ht, "482"},
-                                               {&strlivl.fac_ttc, "508.51"},
-                                               {&strlivl.fac_tva, "1"}}));
+            BareEngine::run(line,
+                            recordValues(strlivl, {{&strlivl.fac_no, document},
+                                                   {&strlivl.fac_aa, "2040"},
+                                                   {&strlivl.fac_lg, QByteArray::number(i + 1).rightJustified(3, '0')},
+                                                   {&strlivl.fac_imm, immatriculation},
+                                                   {&strlivl.fac_ref, Article.toUtf8()},
+                                                   {&strlivl.fac_ht, "482"},
+                                                   {&strlivl.fac_ttc, "508.51"},
+                                                   {&strlivl.fac_tva, "1"}}));
             BareEngine::run(move, {document, Client.toUtf8(), immatriculation});
         }
         BareEngine::run(totals, {document});
@@ -256,7 +223,6 @@ void registerRules() {
             deed + "/bare", [units](benchmark::State& state) { receiveBare(state, units); }, 3);
     }
     add("delivery_note_of_50/molven", deliverByRule, 3);
-    add("transfer_note_of_200/molven", transferByRule, 3);
     add("delivery_note_of_50/bare", deliverBare, 3);
     add("trace_one_unit/molven", traceByRule, 50);
     add("trace_one_unit/bare", traceBare, 50);

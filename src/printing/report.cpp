@@ -161,8 +161,8 @@ private:
 
     void printPageNumber(int page) {
         job_.setFont(report_.family_, BodyPoints);
-        const QString words = report_.pageWords_.isEmpty() ? QStringLiteral("Edition du %1   Page : ").arg(date_)
-                                                           : report_.pageWords_;
+        const QString words =
+            report_.pageWords_.isEmpty() ? QStringLiteral("Edition du %1   Page : ").arg(date_) : report_.pageWords_;
         const QString text = words + QString::number(page + 1);
         const QString ofAll = QStringLiteral(" / %1").arg(job_.pages());
         const int right = FilingMargin + width_ - job_.textWidth(ofAll);

@@ -165,9 +165,14 @@ const CodeTable& currencies() {
 }
 
 const CodeTable& accounts() {
-    static const CodeTable kind{
-        strplan, {&strplan.cpt_aff}, {{strplan.cpt_aff, NoCode}, {strplan.cpt_lib, NoLabel}}, Exists,
-        Missing, completeAccount, false, DataFile::Compta};
+    static const CodeTable kind{strplan,
+                                {&strplan.cpt_aff},
+                                {{strplan.cpt_aff, NoCode}, {strplan.cpt_lib, NoLabel}},
+                                Exists,
+                                Missing,
+                                completeAccount,
+                                false,
+                                DataFile::Compta};
     return kind;
 }
 

@@ -78,7 +78,7 @@ struct TransferHeaders : DocumentHeaders {
     using DocumentHeaders::DocumentHeaders;
     Text fac_depd{this, "fac_depd", 6, codes::DepotLeft, "Dépôt inconnu"};    ///< depot of departure
     Text fac_depa{this, "fac_depa", 6, codes::DepotReached, "Dépôt inconnu"}; ///< depot of arrival
-    Text fac_dat{this, "fac_dat", 10};                                 ///< fac_datf again
+    Text fac_dat{this, "fac_dat", 10};                                        ///< fac_datf again
     Text fac_eta{this, "fac_eta", 7}; ///< "N000000"; once renewed "T" and the number of the new note
 };
 inline const TransferHeaders strbtre{"strbtre"};

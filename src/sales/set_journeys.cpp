@@ -13,7 +13,7 @@
 #include "stock/gs1.h"
 #include "stock/units.h"
 
-#include <QSet>
+#include <QMap>
 
 #include <functional>
 
@@ -27,16 +27,15 @@ Record unitOf(SalesBook& book, const Record& line) {
     const auto unit = units::find(book.molven, Immatriculation::fromText(line[strstock.stk_imm_art]));
     if (!unit || unit->value(strproduit.tes_vte) != state::InSet ||
         unit->value(strproduit.stk_anc_imm) != line[strstock.stk_anc_imm])
-        throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus dans cet ancillaire")
-                          .arg(line[strstock.stk_imm_art]),
-                      strstock.stk_anc_imm.name);
+        throw Refusal(
+            QStringLiteral("L'immatriculation %1 n'est plus dans cet ancillaire").arg(line[strstock.stk_imm_art]),
+            strstock.stk_anc_imm.name);
     return *unit;
 }
 
 QList<Record> unitsOf(Files& files, const QString& serial) {
     QList<Record> found;
-    for (const Record& line : ancillary_sets::lines(files.ancillaire, serial))
-        found.append(unitOf(files.notes, line));
+    for (const Record& line : ancillary_sets::lines(files.ancillaire, serial)) found.append(unitOf(files.notes, line));
     return found;
 }
 
@@ -54,11 +53,21 @@ void moveUnits(SalesBook& book, const QList<Record>& units, const QList<Assignme
         book.molven.update(strproduit, changes, Immatriculation::fromText(unit[strproduit.imm_art]).criterion());
 }
 
-/// The quantities in stock of the units' articles.
+QMap<QString, qint64> countByArticle(const QList<Record>& units) {
+    QMap<QString, qint64> counts;
+    for (const Record& unit : units) ++counts[unit[strproduit.ref_art]];
+    return counts;
+}
+
+void lowerStocks(SalesBook& book, const QList<Record>& units) {
+    const auto counts = countByArticle(units);
+    for (auto count = counts.begin(); count != counts.end(); ++count)
+        articles::moveStock(book.molven, count.key(), -Decimal(static_cast<long long>(count.value())));
+}
+
+/// Counted anew: a recount made while the set was out has counted its units already.
 void putStocks(SalesBook& book, const QList<Record>& units) {
-    QSet<QString> references;
-    for (const Record& unit : units) references.insert(unit[strproduit.ref_art]);
-    for (const QString& reference : references) units::putPresentStock(book.molven, reference);
+    for (const QString& reference : countByArticle(units).keys()) units::putPresentStock(book.molven, reference);
 }
 
 /// Where the lines of a set say that it lies, since which note.
@@ -104,11 +113,11 @@ Record send(Files& files, const QString& serial, const QString& client, const QS
     const Record note = writeNote(notes, header, units);
     const QString number = note[strbtre.fac_no], date = note[strbtre.fac_datf];
     QList<Assignment> moved = units::placedIn(notes.molven, notes.rules(), code);
-    moved += {{strproduit.tes_vte, state::InSet}, {strproduit.clt_dep, code},    {strproduit.nom_dep, name},
-              {strproduit.nbl_dep, number},       {strproduit.num_vte, number},  {strproduit.dat_vte, date},
+    moved += {{strproduit.tes_vte, state::InSet},  {strproduit.clt_dep, code},   {strproduit.nom_dep, name},
+              {strproduit.nbl_dep, number},        {strproduit.num_vte, number}, {strproduit.dat_vte, date},
               {strproduit.tri_vte, sortKey(date)}, {strproduit.clt_vte, code}};
     moveUnits(notes, units, moved);
-    putStocks(notes, units);
+    lowerStocks(notes, units);
     putPlace(files.ancillaire, serial, {code, name, number, date, code});
     transaction.commit();
     return note;
@@ -138,8 +147,7 @@ std::function<bool(const Record&)> named(Files& files, const QString& text) {
     }
     const QString number = Immatriculation::fromText(text).number();
     return [=](const Record& unit) {
-        return unit[strproduit.imm_art] == number ||
-               unit[strproduit.fou_imm].compare(text, Qt::CaseInsensitive) == 0;
+        return unit[strproduit.imm_art] == number || unit[strproduit.fou_imm].compare(text, Qt::CaseInsensitive) == 0;
     };
 }
 
@@ -178,8 +186,8 @@ QString deliverUsed(Files& files, const Return& wanted, const QList<Record>& use
     const Record note = documents::create(deliveries, header);
     QList<document_lines::Draft> drafts;
     for (const Record& unit : used)
-        drafts.append(document_lines::ofUnit(
-            deliveries, note, unit_rules::checkAgain(deliveries, note, unit[strproduit.imm_art])));
+        drafts.append(document_lines::ofUnit(deliveries, note,
+                                             unit_rules::checkAgain(deliveries, note, unit[strproduit.imm_art])));
     document_lines::add(deliveries, note, drafts);
     return note[strlive.fac_no];
 }

@@ -28,10 +28,10 @@ QString unitScanned(Files& files, const QString& serial, const QString& scanned)
 
 /// A set that comes back.
 struct Return {
-    Record set;         ///< its line "000" as its user read it
-    QStringList back;   ///< units that came back; the others were used
-    QString patient;    ///< of the units used
-    QString surgeon;    ///< a code of the list "H", or none
+    Record set;       ///< its line "000" as its user read it
+    QStringList back; ///< units that came back; the others were used
+    QString patient;  ///< of the units used
+    QString surgeon;  ///< a code of the list "H", or none
 };
 /// Numbers of what a return wrote; empty where nothing was to write.
 struct Returned {

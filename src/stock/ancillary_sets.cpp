@@ -40,9 +40,9 @@ void putCount(Database ancillaire, const QString& type) {
 
 QList<Assignment> withoutDocument() {
     QList<Assignment> emptied;
-    for (const Field* field : QList<const Field*>{
-             &strproduit.clt_dep, &strproduit.nom_dep, &strproduit.nbl_dep, &strproduit.num_vte, &strproduit.dat_vte,
-             &strproduit.tri_vte, &strproduit.clt_vte, &strproduit.ref_vte})
+    for (const Field* field :
+         QList<const Field*>{&strproduit.clt_dep, &strproduit.nom_dep, &strproduit.nbl_dep, &strproduit.num_vte,
+                             &strproduit.dat_vte, &strproduit.tri_vte, &strproduit.clt_vte, &strproduit.ref_vte})
         emptied.append({*field, {}});
     return emptied;
 }
@@ -87,12 +87,10 @@ Recordset lines(Database ancillaire, const QString& serial) {
 }
 
 QList<Component> components(Database ancillaire, const Record& header) {
-    const auto placed =
-        ancillaire.countBy(strstock, strstock.stk_ref_art, unitLinesOf(header[strstock.stk_anc_imm]));
+    const auto placed = ancillaire.countBy(strstock, strstock.stk_ref_art, unitLinesOf(header[strstock.stk_anc_imm]));
     QList<Component> found;
-    for (const Record& line :
-         ancillaire.select(strnomenclature, set_types::componentsOf(header[strstock.stk_anc_code]),
-                           strnomenclature.anc_lg)) {
+    for (const Record& line : ancillaire.select(strnomenclature, set_types::componentsOf(header[strstock.stk_anc_code]),
+                                                strnomenclature.anc_lg)) {
         Component component{line[strnomenclature.anc_article], line[strnomenclature.anc_libart],
                             line[strnomenclature.anc_qte].toInteger()};
         for (auto count = placed.begin(); count != placed.end(); ++count)
@@ -109,11 +107,10 @@ bool isComplete(Database ancillaire, const Record& header) {
 
 QList<Record> offered(Database molven, const QString& reference) {
     QList<Record> found;
-    for (const Record& unit :
-         molven.select(strproduit,
-                       strproduit.ref_art == reference && strproduit.tes_vte == state::InStock &&
-                           strproduit.num_dep == MainDepot,
-                       {strproduit.pro_ann, strproduit.imm_art}))
+    for (const Record& unit : molven.select(strproduit,
+                                            strproduit.ref_art == reference && strproduit.tes_vte == state::InStock &&
+                                                strproduit.num_dep == MainDepot,
+                                            {strproduit.pro_ann, strproduit.imm_art}))
         found.append(unit);
     if (found.isEmpty())
         throw Refusal(QStringLiteral("Aucun produit en stock pour la référence ") + reference,
@@ -136,9 +133,8 @@ QStringList earliest(Database molven, const Component& component) {
 
 QList<Assignment> freed(const Files& files) {
     return units::placedIn(files.molven, files.rules, MainDepot) + withoutDocument() +
-           QList<Assignment>{{strproduit.tes_vte, state::InStock},
-                             {strproduit.stk_anc_imm, {}},
-                             {strproduit.stk_anc_cod, {}}};
+           QList<Assignment>{
+               {strproduit.tes_vte, state::InStock}, {strproduit.stk_anc_imm, {}}, {strproduit.stk_anc_cod, {}}};
 }
 
 QList<Assignment> atHome(const Files& files) {
@@ -168,8 +164,7 @@ void placeUnit(const Files& files, const Record& set, const Record& unit) {
     line[strstock.stk_imm_art] = unit[strproduit.imm_art];
     ancillaire.insert(line);
     molven.update(strproduit,
-                  atHome(files) +
-                      QList<Assignment>{{strproduit.stk_anc_imm, serial}, {strproduit.stk_anc_cod, type}},
+                  atHome(files) + QList<Assignment>{{strproduit.stk_anc_imm, serial}, {strproduit.stk_anc_cod, type}},
                   Immatriculation::fromText(unit[strproduit.imm_art]).criterion());
 }
 

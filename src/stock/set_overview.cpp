@@ -94,8 +94,7 @@ QList<Record> urgentFirst(QList<Record> rows) {
         const bool expires = expiry == units::Expiry::Past || expiry == units::Expiry::Soon;
         return std::tuple(!expires, isComplete(row), monthOf(row[stretatanc.eta_per]));
     };
-    std::stable_sort(rows.begin(), rows.end(),
-                     [&](const Record& a, const Record& b) { return rankOf(a) < rankOf(b); });
+    std::stable_sort(rows.begin(), rows.end(), [&](const Record& a, const Record& b) { return rankOf(a) < rankOf(b); });
     return rows;
 }
 

@@ -45,17 +45,13 @@ std::optional<Record> articleOf(Database molven, const QString& code) {
 }
 
 void copyArticle(const Record& article, Record& type) {
-    const std::pair<const Field&, const Field&> copied[] = {{strarticle.art_ref, strancillaire.anc_code},
-                                                            {strarticle.art_li1, strancillaire.anc_lib},
-                                                            {strarticle.art_tva, strancillaire.anc_tva},
-                                                            {strarticle.art_pv1, strancillaire.anc_ht},
-                                                            {strarticle.art_ttc, strancillaire.anc_ttc},
-                                                            {strarticle.art_pam, strancillaire.anc_pa},
-                                                            {strarticle.art_cpt, strancillaire.anc_cpt},
-                                                            {strarticle.art_cpte, strancillaire.anc_cpte},
-                                                            {strarticle.art_cpta, strancillaire.anc_cpta},
-                                                            {strarticle.art_cpts, strancillaire.anc_cpts},
-                                                            {strarticle.art_tar, strancillaire.anc_tar}};
+    const std::pair<const Field&, const Field&> copied[] = {
+        {strarticle.art_ref, strancillaire.anc_code},  {strarticle.art_li1, strancillaire.anc_lib},
+        {strarticle.art_tva, strancillaire.anc_tva},   {strarticle.art_pv1, strancillaire.anc_ht},
+        {strarticle.art_ttc, strancillaire.anc_ttc},   {strarticle.art_pam, strancillaire.anc_pa},
+        {strarticle.art_cpt, strancillaire.anc_cpt},   {strarticle.art_cpte, strancillaire.anc_cpte},
+        {strarticle.art_cpta, strancillaire.anc_cpta}, {strarticle.art_cpts, strancillaire.anc_cpts},
+        {strarticle.art_tar, strancillaire.anc_tar}};
     for (const auto& [from, to] : copied) type.set(to, article.value(from));
 }
 

@@ -237,9 +237,7 @@ void CodeTableForm::remove() {
         record = *stored;
     }
     const int row = grid_->currentIndex().row();
-    references::remove(session(), record, [this, &record](references::Files& files) {
-        erase(files, record);
-    });
+    references::remove(session(), record, [this, &record](references::Files& files) { erase(files, record); });
     endEntry();
     showRow(row);
     grid_->setFocus();

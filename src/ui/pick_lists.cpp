@@ -23,12 +23,12 @@ PickList overTable(Database database, const Table& table, const QString& title, 
 
 } // namespace
 
-PickList clients(Database molven, const Chosen& chosen) {
+PickList clients(Database molven, const Chosen& chosen, const Order& order) {
     return overTable(molven, strclient, QStringLiteral("LES CLIENTS"),
                      {{&strclient.clt_cod, QStringLiteral("Code"), 80},
                       {&strclient.clt_nom, QStringLiteral("Nom"), 360},
                       {&strclient.clt_l5, QStringLiteral("Ville"), 200}},
-                     {}, strclient.clt_nom, chosen);
+                     {}, order.terms.isEmpty() ? Order(strclient.clt_nom) : order, chosen);
 }
 
 PickList suppliers(Database molven, const Chosen& chosen) {

@@ -10,7 +10,8 @@ using Chosen = std::function<void(const Record&)>;
 
 // The lists behind the code fields of the screens. Each reads the database it is given, which must outlive the list.
 
-PickList clients(Database molven, const Chosen& chosen);
+/// By name unless another order is given.
+PickList clients(Database molven, const Chosen& chosen, const Order& order = {});
 PickList suppliers(Database molven, const Chosen& chosen);
 PickList articles(Database molven, const Chosen& chosen, const Criterion& criterion = {});
 /// One list of the parameter table, by its letter.

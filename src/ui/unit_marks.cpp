@@ -58,8 +58,9 @@ CellMark expiryMark(const QString& expiry) {
 } // namespace
 
 GridColumn expiryColumn(const Text& expiry) {
-    return {&expiry, QStringLiteral("Péremption"), 95, {},
-            [&expiry](const Record& row) { return expiryMark(row.value(expiry)); }};
+    return {&expiry, QStringLiteral("Péremption"), 95, {}, [&expiry](const Record& row) {
+                return expiryMark(row.value(expiry));
+            }};
 }
 
 GridColumn unitStateColumn() {

@@ -215,24 +215,21 @@ TEST_P(KilledWriters, LeaveADocumentWholeOrAbsentInEveryFile) {
     EXPECT_GT(kills, 50);
 }
 
-INSTANTIATE_TEST_SUITE_P(AtAnyWrite, KilledWriters,
-                         testing::Values(Deed{"delivery", strlive, strlivl,
-                                              [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
-                                         Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote},
-                                         Deed{"renewal", strbtre, strbtrl,
-                                              [](Dossier& d) {
-                                                  const QStringList units = d.receive(QStringLiteral("HIP"), 2);
-                                                  d.document(QStringLiteral("BTR"), units);
-                                              },
-                                              renewLastTransfer},
-                                         Deed{"transfer", strbtre, strbtrl,
-                                              [](Dossier& d) { d.receive(QStringLiteral("HIP"), 5000); }, transferFifty,
-                                              UnitsOfTransfer},
-                                         Deed{"return_of_a_set", strlive, strlivl,
-                                              [](Dossier& d) {
-                                                  sendSets(d.session, d.receive(QStringLiteral("HIP"), 400));
-                                              },
-                                              takeFirstSetBack}),
-                         [](const auto& test) { return std::string(test.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    AtAnyWrite, KilledWriters,
+    testing::Values(
+        Deed{"delivery", strlive, strlivl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 400); }, deliverTwo},
+        Deed{"integration", strface, strfacl, writeNotes, invoiceFirstNote},
+        Deed{"renewal", strbtre, strbtrl,
+             [](Dossier& d) {
+                 const QStringList units = d.receive(QStringLiteral("HIP"), 2);
+                 d.document(QStringLiteral("BTR"), units);
+             },
+             renewLastTransfer},
+        Deed{"transfer", strbtre, strbtrl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 5000); }, transferFifty,
+             UnitsOfTransfer},
+        Deed{"return_of_a_set", strlive, strlivl,
+             [](Dossier& d) { sendSets(d.session, d.receive(QStringLiteral("HIP"), 400)); }, takeFirstSetBack}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace molven

@@ -1,5 +1,6 @@
 #include "support/sets.h"
 
+#include "reference/article_tables.h"
 #include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/renumbering.h"
@@ -54,8 +55,8 @@ protected:
 TEST_F(SetsOnTheRoad, KeepTheTotalOfTheirComposition) {
     const auto saved = [this](const char* article, const char* quantity, const std::optional<Record>& before = {}) {
         return refusalOf([&] {
-            set_types::saveComponent(sets.typeFiles(), Kit, QString::fromLatin1(article),
-                                     QString::fromLatin1(quantity), before);
+            set_types::saveComponent(sets.typeFiles(), Kit, QString::fromLatin1(article), QString::fromLatin1(quantity),
+                                     before);
         });
     };
     EXPECT_EQ(set_types::unitsOf(sets.ancillaire, Kit), 3);
@@ -66,8 +67,8 @@ TEST_F(SetsOnTheRoad, KeepTheTotalOfTheirComposition) {
         EXPECT_EQ(saved("GRAFT", quantity), QStringLiteral("Quantité incorrecte"));
     EXPECT_EQ(saved("GRAFT", "994"), QStringLiteral("Nomenclature pleine : 996 unités au plus"));
     EXPECT_EQ(saved("GRAFT", "2"), Accepted);
-    const Record graft = sets.ancillaire.find(strnomenclature, strnomenclature.anc_article == QStringLiteral("GRAFT"))
-                             .value();
+    const Record graft =
+        sets.ancillaire.find(strnomenclature, strnomenclature.anc_article == QStringLiteral("GRAFT")).value();
     EXPECT_EQ(graft[strnomenclature.anc_lg], QStringLiteral("003"));
     EXPECT_EQ(saved("GRAFT", "4", graft), Accepted);
     EXPECT_EQ(set_types::unitsOf(sets.ancillaire, Kit), 7);
@@ -135,8 +136,8 @@ TEST_F(SetsOnTheRoad, AreSentWholeByATransferNote) {
               QStringLiteral("Ce code n'existe pas"));
     EXPECT_EQ(sets.notes.vente.count(strbtre), 1) << "nothing written";
     const Record note = send(serial);
-    EXPECT_EQ((QStringList{note[strbtre.fac_no], note[strbtre.fac_depd], note[strbtre.fac_depa],
-                           note[strbtre.fac_btr], note[strbtre.fac_eta]}
+    EXPECT_EQ((QStringList{note[strbtre.fac_no], note[strbtre.fac_depd], note[strbtre.fac_depa], note[strbtre.fac_btr],
+                           note[strbtre.fac_eta]}
                    .join(u'|')),
               QStringLiteral("000002|A01|000001|Ancillaire|N000000"));
     EXPECT_EQ(stateOf(hips[0]), QStringLiteral("A/000001/000002/000002/000001/CLINIQUE DE L'ÉTOILE/00000001/KIT/"));
@@ -171,9 +172,7 @@ TEST_F(SetsOnTheRoad, HoldTheirUnitsBackFromEveryDocument) {
         EXPECT_NE(refusalOf([&] { unit_rules::check(book, header, hips[0]); }), Accepted) << mode;
     }
     const Record note = documents::last(sets.notes).value();
-    EXPECT_EQ(refusalOf([&] {
-                  document_lines::remove(sets.notes, note, documents::lines(sets.notes, note).record());
-              }),
+    EXPECT_EQ(refusalOf([&] { document_lines::remove(sets.notes, note, documents::lines(sets.notes, note).record()); }),
               QStringLiteral("Bon d'un ancillaire : ses lignes suivent l'ancillaire et ne peuvent être supprimées"));
     Record manual = documents::blank(sets.notes, QStringLiteral("1"));
     manual[strbtre.fac_depd] = MainDepot;
@@ -205,16 +204,21 @@ TEST_F(SetsOnTheRoad, ComeBackShortOfTheUnitsUsed) {
               QStringLiteral("Ce produit n'est pas dans l'ancillaire : ") + hips[2]);
     EXPECT_EQ(sets.header(serial), read) << "nothing written";
 
+    units::putPresentStock(sets.notes.molven, QStringLiteral("CUP"));
+    EXPECT_EQ(dossier.stock(QStringLiteral("CUP")), Decimal(1)) << "out with the set";
+    sets.notes.molven.update(strarticle, {{strarticle.art_stk, QStringLiteral("2")}},
+                             strarticle.art_ref == QStringLiteral("CUP")); // as a recount leaves it
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
     const set_journeys::Returned done = sets.takeBack(serial, {hips[0], cups[0]});
     EXPECT_EQ(done.transferNote + u'|' + done.deliveryNote, QStringLiteral("000002|000001"));
     EXPECT_EQ(stateOf(hips[0]), QStringLiteral("A/A01/////00000001/KIT/"));
     EXPECT_EQ(stateOf(hips[1]), QStringLiteral("L/101/000001/000001/000001/CLINIQUE D///D'ALMEIDA Hélène"));
     EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(4)) << "a delivered unit is not invoiced yet";
+    EXPECT_EQ(dossier.stock(QStringLiteral("CUP")), Decimal(2));
     EXPECT_EQ(refused({hips[0]}, QStringLiteral("MARTIN")),
               QStringLiteral("Impossible, cet ancillaire est au dépôt principal"));
     const Record state = set_overview::rows(sets.notes.molven, sets.ancillaire).first();
-    EXPECT_EQ(state[stretatanc.stk_num_dep] + u'|' + state[stretatanc.eta_com],
-              QStringLiteral("A01|Manque : 1 HIP"));
+    EXPECT_EQ(state[stretatanc.stk_num_dep] + u'|' + state[stretatanc.eta_com], QStringLiteral("A01|Manque : 1 HIP"));
     const auto note = documents::find(sets.notes, QStringLiteral("1"));
     EXPECT_EQ(note->value(strbtre.fac_eta), QStringLiteral("T000002"));
     QStringList road;
@@ -297,8 +301,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "26030001 sur une ligne de l'ancillaire 00000001, qui n'a pas de ligne 000"},
         Planted{"total", DataFile::Ancillaire, "update strnomenclature set anc_qte=4 where anc_lg='000'",
                 "KIT nomenclature de 3 unités, 4 sur la ligne 000"},
-        Planted{"stock", DataFile::Molven, "update strarticle set art_stk=3 where art_ref='HIP'",
-                "HIP art_stk = 3 pour 4 unités"}),
+        Planted{"stock", DataFile::Molven, "update strarticle set art_stk=1 where art_ref='HIP'",
+                "HIP art_stk = 1 pour 4 unités"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace molven

@@ -136,8 +136,8 @@ struct StockCount {
     qint64 unsold = 0; ///< not invoiced
     qint64 away = 0;   ///< of these, out in a set at a client: a recount counts them, the sending of a set does not
     bool allows(const Decimal& quantity) const {
-        return quantity == Decimal(static_cast<long long>(unsold)) ||
-               quantity == Decimal(static_cast<long long>(unsold - away));
+        return quantity >= Decimal(static_cast<long long>(unsold - away)) &&
+               quantity <= Decimal(static_cast<long long>(unsold)) && quantity == quantity.rounded(0);
     }
 };
 /// By reference in upper case.

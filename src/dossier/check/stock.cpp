@@ -56,8 +56,8 @@ QHash<QString, SetPlace> placesIn(Database ancillaire, Faults& faults) {
     for (const Record& header : ancillaire.select(strstock, strstock.stk_imm_art == QString())) {
         const QString set = header[strstock.stk_anc_imm];
         if (headers.contains(set))
-            faults.append({SetsFile, QStringLiteral("ancillaire ") + set, QStringLiteral("a deux lignes 000"),
-                           &kind::Sets});
+            faults.append(
+                {SetsFile, QStringLiteral("ancillaire ") + set, QStringLiteral("a deux lignes 000"), &kind::Sets});
         headers.insert(set, header);
     }
     QHash<QString, SetPlace> places;
@@ -114,7 +114,8 @@ void checkSets(references::Files& files, Faults& faults) {
         else if (unit[strproduit.num_dep] != depot)
             fault(QStringLiteral("dépôt %1, son ancillaire %2 est en %3").arg(unit[strproduit.num_dep], set, depot));
         else if (unit[strproduit.clt_vte] != client)
-            fault(QStringLiteral("client %1, son ancillaire %2 est chez %3").arg(unit[strproduit.clt_vte], set, client));
+            fault(
+                QStringLiteral("client %1, son ancillaire %2 est chez %3").arg(unit[strproduit.clt_vte], set, client));
         else if (article.compare(unit[strproduit.ref_art], Qt::CaseInsensitive) != 0)
             fault(QStringLiteral("article %1, %2 dans l'ancillaire %3").arg(unit[strproduit.ref_art], article, set));
     }

@@ -11,7 +11,8 @@ const SetStates& e = stretatanc;
 GridColumn stateColumn() {
     return {&e.eta_com, QStringLiteral("Etat"), 160, {}, [](const Record& row) {
                 const bool isWhole = set_overview::isComplete(row);
-                return CellMark{row[e.eta_com], isWhole ? style::Tone::Good : style::Tone::Warning, row[e.eta_com]};
+                return CellMark{isWhole ? row[e.eta_com] : QStringLiteral("Incomplet"),
+                                isWhole ? style::Tone::Good : style::Tone::Warning, row[e.eta_com]};
             }};
 }
 

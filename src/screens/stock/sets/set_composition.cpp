@@ -58,10 +58,10 @@ SetComposition::SetComposition(Form& form, const set_types::Files& files)
 }
 
 QLayout* SetComposition::entry() {
-    auto* add = form_.button(QStringLiteral("cmdcompajout"), QStringLiteral("Nouveau &composant"),
-                             [this] { startAdding(); });
+    auto* add =
+        form_.button(QStringLiteral("cmdcompajout"), QStringLiteral("Nouveau &composant"), [this] { startAdding(); });
     auto* validate =
-        form_.button(QStringLiteral("cmdcompval"), QStringLiteral("Enreg&istrer le composant"), [this] { save(); });
+        form_.button(QStringLiteral("cmdcompval"), QStringLiteral("&Enregistrer le composant"), [this] { save(); });
     auto* remove = form_.button(QStringLiteral("cmdcompsup"), QStringLiteral("&Oter"), [this] { this->remove(); });
     auto* row = new QHBoxLayout;
     row->addWidget(panel_, 1);
@@ -80,10 +80,10 @@ void SetComposition::refresh(const QString& article) {
         return files_.ancillaire.select(strnomenclature, set_types::componentsOf(type_) && filter,
                                         order.terms.isEmpty() ? Order(n.anc_lg) : order);
     });
-    title_->setText(type_.isEmpty() ? QStringLiteral("NOMENCLATURE")
-                                    : QStringLiteral("NOMENCLATURE : %1 -- %2 composants ")
-                                          .arg(type_)
-                                          .arg(grid_->rows().rowCount()));
+    title_->setText(
+        type_.isEmpty()
+            ? QStringLiteral("NOMENCLATURE")
+            : QStringLiteral("NOMENCLATURE : %1 -- %2 composants ").arg(type_).arg(grid_->rows().rowCount()));
     Record wanted(strnomenclature);
     wanted[n.anc_article] = article;
     const int row = std::max(0, grid_->rows().rowOf(wanted, {&n.anc_article}));

@@ -8,6 +8,7 @@
 #include "screens/stock/sets/set_columns.h"
 #include "screens/stock/sets/set_composition.h"
 #include "screens/stock/sets/set_shelf.h"
+#include "screens/stock/sets/set_trays.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
 #include "ui/printed_list.h"
@@ -108,7 +109,10 @@ QWidget* SetForm::workbench() {
     };
     composition_->changed = [this] { shelf_->show(shownType_); };
     shelf_->changed = [this] { rereadList(); };
-    shelf_->trayOpened = [this](QPushButton* leave) { setCancelButton(leave, true); };
+    shelf_->trayOpened = [this](const SetTray* tray) {
+        setCancelButton(tray ? tray->cancel() : nullptr, true);
+        setDefaultButton(tray ? tray->validation() : nullptr);
+    };
     auto* layout = new QVBoxLayout(bench);
     style::nest(*layout);
     layout->addWidget(composition_, 2);
@@ -177,9 +181,7 @@ void SetForm::print() {
     desk().print(listOf(byType));
 }
 
-bool SetForm::hasUnsavedWork() const {
-    return CodeTableForm::hasUnsavedWork() || (shelf_ && shelf_->hasUnsavedWork());
-}
+bool SetForm::hasUnsavedWork() const { return CodeTableForm::hasUnsavedWork() || (shelf_ && shelf_->hasUnsavedWork()); }
 
 SetStateForm::SetStateForm(Desk& desk)
     : Form(desk, QStringLiteral("AN_etat")),
@@ -191,8 +193,7 @@ SetStateForm::SetStateForm(Desk& desk)
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] {
         this->desk().print(printedList(QStringLiteral("ETAT DES ANCILLAIRES"), grid_->rows()));
     });
-    auto* exportButton =
-        button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] { grid_->exportCsv(); });
+    auto* exportButton = button(QStringLiteral("Cmdexp"), QStringLiteral("&Exporter"), [this] { grid_->exportCsv(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* row = new QHBoxLayout;
     row->addWidget(count_, 1);
@@ -210,9 +211,8 @@ void SetStateForm::refresh() {
     const QList<Record> sets = set_overview::urgentFirst(set_overview::rows(molven_, ancillaire_));
     grid_->rows().setRecords(sets);
     if (!sets.isEmpty()) grid_->selectRow(0);
-    const auto away = std::count_if(sets.begin(), sets.end(), [](const Record& set) {
-        return !QString(set[stretatanc.stk_nom_dep]).isEmpty();
-    });
+    const auto away = std::count_if(sets.begin(), sets.end(),
+                                    [](const Record& set) { return !QString(set[stretatanc.stk_nom_dep]).isEmpty(); });
     const auto partial =
         std::count_if(sets.begin(), sets.end(), [](const Record& set) { return !set_overview::isComplete(set); });
     count_->setText(QStringLiteral("Nbre sélection : %1, chez des clients : %2, incomplets : %3")

@@ -40,7 +40,8 @@ SetShelf::SetShelf(Form& form, set_journeys::Files& files)
         showContents();
     };
     units_->chosen = [this](const Record& unit) {
-        if (trays_->currentWidget() == returning_ && trays_->isVisible()) returning_->toggle(unit[strcontenu.stk_imm_art]);
+        if (trays_->currentWidget() == returning_ && trays_->isVisible())
+            returning_->toggle(unit[strcontenu.stk_imm_art]);
     };
     buildTrays();
     auto* layout = new QVBoxLayout(this);
@@ -53,8 +54,8 @@ SetShelf::SetShelf(Form& form, set_journeys::Files& files)
 }
 
 void SetShelf::buildTrays() {
-    for (SetTray* tray : {static_cast<SetTray*>(filling_), static_cast<SetTray*>(sending_),
-                          static_cast<SetTray*>(returning_)}) {
+    for (SetTray* tray :
+         {static_cast<SetTray*>(filling_), static_cast<SetTray*>(sending_), static_cast<SetTray*>(returning_)}) {
         trays_->addWidget(tray);
         tray->left = [this] { leaveTray(); };
         tray->written = [this] { refresh(serial_); };
@@ -80,7 +81,7 @@ QLayout* SetShelf::buttons() {
          {deed(QStringLiteral("cmdstkajout"), QStringLiteral("Nouvel ancillai&re"), [this] { add(); }),
           deed(QStringLiteral("cmdremplir"), QStringLiteral("Remp&lir"), [this] { fill(); }),
           deed(QStringLiteral("cmdretirer"), QStringLiteral("Re&tirer l'unité"), [this] { takeOut(); }),
-          deed(QStringLiteral("cmdstksup"), QStringLiteral("Supprimer l'&ancillaire"), [this] { remove(); }),
+          deed(QStringLiteral("cmdstksup"), QStringLiteral("Su&pprimer l'ancillaire"), [this] { remove(); }),
           deed(QStringLiteral("cmdbt"), QStringLiteral("&Bon de transfert"), [this] { startSending(); }),
           deed(QStringLiteral("cmdretour"), QStringLiteral("Reto&ur"), [this] { startReturn(); })})
         row->addWidget(made);
@@ -147,7 +148,7 @@ QString SetShelf::requireSet() const {
 void SetShelf::open(SetTray* tray) {
     trays_->setCurrentWidget(tray);
     trays_->show();
-    trayOpened(tray->cancel());
+    trayOpened(tray);
 }
 
 void SetShelf::leaveTray() {

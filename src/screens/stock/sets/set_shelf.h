@@ -28,8 +28,8 @@ public:
     void follow(const QString& component);
     bool hasUnsavedWork() const;
 
-    std::function<void(QPushButton*)> trayOpened; ///< with the button that leaves it; null once it is left
-    std::function<void()> changed;                ///< the number of sets of the type
+    std::function<void(const SetTray*)> trayOpened; ///< null once it is left
+    std::function<void()> changed;                  ///< the number of sets of the type
 
 private:
     QLayout* buttons();

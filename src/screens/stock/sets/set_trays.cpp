@@ -2,11 +2,13 @@
 
 #include "data/format.h"
 #include "reference/parameters.h"
+#include "reference/party_tables.h"
 #include "sales/documents.h"
 #include "sales/scanned_units.h"
 #include "stock/unit_tables.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
+#include "ui/pick_lists.h"
 #include "ui/scan_box.h"
 #include "ui/style.h"
 #include "ui/unit_marks.h"
@@ -48,16 +50,16 @@ SetFilling::SetFilling(Form& form, set_journeys::Files& files)
                       {&strproduit.lot_art, QStringLiteral("Lot"), 100},
                       expiryColumn(strproduit.dat_per),
                       {&strproduit.fou_imm, QStringLiteral("N° de série fournisseur"), 150}},
-                     this)),
-      leave_(form.leaveButton(QStringLiteral("cmdfinremplir"), QStringLiteral("&Fin du remplissage"),
-                              [this] { left(); })) {
+                     this)) {
     left_->setObjectName(QStringLiteral("lblreste"));
     grid_->setAccessibleName(QStringLiteral("Produits proposés"));
     grid_->chosen = [this](const Record&) { place(); };
     auto* scans = new ScanBox(
         form, QStringLiteral("txtlect"), [this](const QString& text) { return scan(text); }, this);
-    auto* all = form.button(QStringLiteral("cmdtout"), QStringLiteral("Tout remplir d'o&ffice"),
-                            [this] { placeEarliest(); });
+    auto* all =
+        form.button(QStringLiteral("cmdtout"), QStringLiteral("Tout remplir d'o&ffice"), [this] { placeEarliest(); });
+    leave_ =
+        form.leaveButton(QStringLiteral("cmdfinremplir"), QStringLiteral("Fin &du remplissage"), [this] { left(); });
     all->setToolTip(QStringLiteral("Prend pour chaque composant les produits qui périment en premier"));
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
@@ -157,15 +159,23 @@ SetSending::SetSending(Form& form, set_journeys::Files& files)
                                               .control = QStringLiteral("txttrs"),
                                               .listButton = QStringLiteral("Cmdtrs")}},
                              1, this)),
-      codes_(form, *panel_, {{DataFile::Molven, files.notes.molven}}),
-      leave_(form.leaveButton(QStringLiteral("cmdbt_ann"), QStringLiteral("Abandonner l'&envoi"),
-                              [this] { left(); })) {
+      codes_(form, *panel_, {{DataFile::Molven, files.notes.molven}}) {
     codes_.wire([this](const Field&) { codes_.showWords(); });
     codes_.refuseOnLeaving({&strbtre.fac_clt, &strbtre.fac_trs});
-    auto* send = form.button(QStringLiteral("cmdbt_val"), QStringLiteral("Con&firmer l'envoi"), [this] { this->send(); });
+    form_.onPick(panel_->edit(strbtre.fac_clt), [this] {
+        form_.pick(pick_lists::clients(
+            files_.notes.molven,
+            [this](const Record& client) {
+                panel_->edit(strbtre.fac_clt)->put(client[strclient.clt_cod]);
+                codes_.showWords();
+            },
+            strclient.clt_cod));
+    });
+    validate_ = form.button(QStringLiteral("cmdbt_val"), QStringLiteral("Con&firmer l'envoi"), [this] { send(); });
+    leave_ = form.leaveButton(QStringLiteral("cmdbt_ann"), QStringLiteral("Aban&donner l'envoi"), [this] { left(); });
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
-    layout->addLayout(rowOf({panel_}, {send, leave_}));
+    layout->addLayout(rowOf({panel_}, {validate_, leave_}));
     layout->addStretch();
 }
 
@@ -204,26 +214,27 @@ SetReturning::SetReturning(Form& form, set_journeys::Files& files)
                                               .control = QStringLiteral("txtchr"),
                                               .listButton = QStringLiteral("cmdchr")}},
                              1, this)),
-      codes_(form, *panel_, {{DataFile::Molven, files.notes.molven}}),
-      leave_(form.leaveButton(QStringLiteral("cmdret_ann"), QStringLiteral("Abandonner le r&etour"),
-                              [this] { left(); })) {
+      codes_(form, *panel_, {{DataFile::Molven, files.notes.molven}}) {
     count_->setObjectName(QStringLiteral("lblretour"));
     count_->setTextFormat(Qt::PlainText);
     codes_.wire([this](const Field&) { codes_.showWords(); });
     codes_.refuseOnLeaving({&strlive.fac_chr});
     auto* scans = new ScanBox(
         form, QStringLiteral("txtlectret"), [this](const QString& text) { return scan(text); }, this);
-    auto* all = form.button(QStringLiteral("cmdret_tout"), QStringLiteral("Tout est re&venu"), [this] {
+    auto* all = form.button(QStringLiteral("cmdret_tout"), QStringLiteral("Tout coc&her"), [this] {
         back_ = QSet<QString>(units_.begin(), units_.end());
         showCount();
     });
-    auto* write =
-        form.button(QStringLiteral("cmdret_val"), QStringLiteral("Con&firmer le retour"), [this] { this->write(); });
+    validate_ = form.button(QStringLiteral("cmdret_val"), QStringLiteral("Con&firmer le retour"), [this] { write(); });
+    leave_ =
+        form.leaveButton(QStringLiteral("cmdret_ann"), QStringLiteral("Aban&donner le retour"), [this] { left(); });
+    setTabOrder(all, panel_->edit(strlive.fac_pat));
+    setTabOrder(panel_->edit(strlive.fac_pat), panel_->edit(strlive.fac_chr));
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
     layout->addWidget(count_);
     layout->addLayout(rowOf({captionOf("Lire ce qui revient :", scans, this), scans}, {all}));
-    layout->addLayout(rowOf({panel_}, {write, leave_}));
+    layout->addLayout(rowOf({panel_}, {validate_, leave_}));
     layout->addStretch();
 }
 
@@ -253,11 +264,11 @@ bool SetReturning::scan(const QString& text) {
 
 void SetReturning::showCount() {
     const qsizetype used = units_.size() - back_.size();
-    count_->setText(QStringLiteral("Retour Ancillaire N° %1 : %2 au retour, %3 ")
-                        .arg(serial_, counted(back_.size(), QStringLiteral("unité")),
-                             counted(used, QStringLiteral("unité"))) +
-                    (used > 1 ? QStringLiteral("utilisées") : QStringLiteral("utilisée")) +
-                    QStringLiteral(" (double clic ou Entrée coche une unité)"));
+    count_->setText(
+        QStringLiteral("Retour Ancillaire N° %1 : %2 au retour, %3 ")
+            .arg(serial_, counted(back_.size(), QStringLiteral("unité")), counted(used, QStringLiteral("unité"))) +
+        (used > 1 ? QStringLiteral("utilisées") : QStringLiteral("utilisée")) +
+        QStringLiteral(" (double clic ou Entrée coche une unité)"));
     if (ticked) ticked();
 }
 

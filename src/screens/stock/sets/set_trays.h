@@ -21,7 +21,9 @@ public:
     SetTray(Form& form, set_journeys::Files& files) : QWidget(&form), form_(form), files_(files) {}
 
     /// The button that leaves the tray; Escape presses it.
-    virtual QPushButton* cancel() const = 0;
+    QPushButton* cancel() const { return leave_; }
+    /// The button that Return presses; null where it chooses in a list.
+    QPushButton* validation() const { return validate_; }
     /// What the user typed or ticked here and would lose.
     virtual bool hasUnsavedWork() const { return false; }
 
@@ -32,6 +34,8 @@ protected:
     Form& form_;
     set_journeys::Files& files_;
     QString serial_;
+    QPushButton* leave_ = nullptr;
+    QPushButton* validate_ = nullptr;
 };
 
 /// Units put into a set: by list, by scan, or all that lacks at once.
@@ -46,8 +50,6 @@ public:
     /// Places the unit that is current among those offered.
     void place();
 
-    QPushButton* cancel() const override { return leave_; }
-
 private:
     std::optional<ancillary_sets::Component> lacking(const QString& component) const;
     void offer(const ancillary_sets::Component& component, bool isTold);
@@ -58,7 +60,6 @@ private:
     QString component_;
     QLabel* left_;
     Grid* grid_;
-    QPushButton* leave_;
 };
 
 /// A set sent to a client.
@@ -68,7 +69,6 @@ public:
 
     void open(const QString& serial);
 
-    QPushButton* cancel() const override { return leave_; }
     bool hasUnsavedWork() const override;
 
 private:
@@ -76,7 +76,6 @@ private:
 
     RecordPanel* panel_;
     CodeBoxes codes_;
-    QPushButton* leave_;
 };
 
 /// A set that comes back: what came back is ticked or scanned, the rest was used.
@@ -88,7 +87,6 @@ public:
     bool isBack(const QString& unit) const { return back_.contains(unit); }
     void toggle(const QString& unit);
 
-    QPushButton* cancel() const override { return leave_; }
     bool hasUnsavedWork() const override { return !back_.isEmpty(); }
 
     std::function<void()> ticked; ///< other units count as come back
@@ -104,7 +102,6 @@ private:
     QLabel* count_;
     RecordPanel* panel_;
     CodeBoxes codes_;
-    QPushButton* leave_;
 };
 
 } // namespace molven
