@@ -53,6 +53,22 @@ TEST(Molvenctl, CreatesChecksAndTracesAnInstallation) {
     EXPECT_EQ(molvenctl({"demo", folder.filePath(QStringLiteral("d")), "--unites", "-3"}).code, 1);
 }
 
+TEST(Molvenctl, CountsStocksAgain) {
+    test::Dossier dossier;
+    const QString home = dossier.folder();
+    dossier.receive(QStringLiteral("HIP"), 2);
+    Workspace workspace;
+    workspace.open(dossier.session.molven()).firstValue(QStringLiteral("update strarticle set art_stk=9"));
+    EXPECT_EQ(molvenctl({"recalcul", home}).out, QStringLiteral("articles suivis : 3 articles, 3 de stock changé\n"));
+    EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(2));
+    const Outcome rebuilt = molvenctl({"recalcul", home, "--du", "01/01/2026", "--au", "31/12/2026", "--json"});
+    const QJsonObject told = QJsonDocument::fromJson(rebuilt.out.toUtf8()).object();
+    EXPECT_EQ(told["corriges"].toInt(), 3);
+    EXPECT_EQ(told["dossiers_absents"].toArray().size(), 3);
+    EXPECT_EQ(dossier.stock(QStringLiteral("SCREW")), Decimal());
+    EXPECT_EQ(molvenctl({"recalcul", home, "--du", "01/01/2026"}).err, QStringLiteral("saisir une date\n"));
+}
+
 TEST(Molvenctl, KeepsTheAddressOfTheCompany) {
     test::Dossier dossier;
     const QString home = dossier.folder();
