@@ -28,9 +28,11 @@ BareEngine::BareEngine(const QStringList& paths) {
     if (sqlite3_open(paths.first().toUtf8().constData(), &connection_) != SQLITE_OK) throw std::runtime_error("open");
     sqlite3_create_collation(connection_, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
     execute("pragma synchronous=full");
+    execute("pragma cache_spill=16384");
     for (qsizetype i = 1; i < paths.size(); ++i) {
         execute(QStringLiteral("attach '%1' as f%2").arg(paths[i]).arg(i).toUtf8().constData());
         execute(QStringLiteral("pragma f%1.synchronous=full").arg(i).toUtf8().constData());
+        execute(QStringLiteral("pragma f%1.cache_spill=16384").arg(i).toUtf8().constData());
     }
 }
 
