@@ -18,7 +18,7 @@ EndowmentForm::EndowmentForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral(
             {&t.dot_qte, QStringLiteral("Quantité"), 90, quantity}},
            {{&t.dot_dep, QStringLiteral("&Dépôt :"), {}, 6, {}, false, false, QStringLiteral("Cmddep")},
             {&t.dot_ref, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
-            {&t.dot_qte, QStringLiteral("&Quantité à tenir :"), {}, 6, quantity}},
+            {&t.dot_qte, QStringLiteral("Quanti&té à tenir :"), {}, 6, quantity}},
            {t.dot_dep, t.dot_ref}});
 }
 

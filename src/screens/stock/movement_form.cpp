@@ -34,7 +34,7 @@ QList<FieldBox> boxes() {
     return {{&m.ref_stk, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
             {&m.dat_stk, QStringLiteral("&Date :"), QStringLiteral("Mskdat_stk"), 0, {}, true},
             {&m.eta_stk, QStringLiteral("&Etat (E/S/I) :")},
-            {&m.qte_stk, QStringLiteral("&Quantité :"), {}, 10, QuantityPattern},
+            {&m.qte_stk, QStringLiteral("Q&uantité :"), {}, 10, QuantityPattern},
             {&m.pri_stk, QStringLiteral("&Prix d'achat :"), {}, 10, PricePattern},
             {&m.com_stk, QStringLiteral("&Commentaire :"), {}, 34},
             {&m.memo_stk, QStringLiteral("Mém&o :"), {}, 34}};
