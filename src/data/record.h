@@ -8,14 +8,15 @@ namespace molven {
 
 class Record;
 
-/// What `record[field]` gives on a record that may be written: reads and assigns one value.
+/// What `record[field]` gives on a record that may be written: the value, and what is assigned to it goes into the
+/// record. It is constant, so that nothing else changes a copy in the record's place.
 template <class F>
-class Cell {
+class Cell : public F::Value {
 public:
-    Cell(Record& record, const F& field) : record_(record), field_(field) {}
-    operator typename F::Value() const;
-    Cell& operator=(const typename F::Value& value);
-    Cell& operator=(const Cell& other) { return *this = static_cast<typename F::Value>(other); }
+    using Value = typename F::Value;
+    Cell(Record& record, const F& field, const Value& value) : Value(value), record_(record), field_(field) {}
+    void operator=(const Value& value) const;
+    void operator=(const Cell& other) const { *this = static_cast<const Value&>(other); }
 
 private:
     Record& record_;
@@ -34,9 +35,9 @@ public:
     QString operator[](const Label& field) const { return values_[field.position]; }
     /// 0 for a null number; isNull() tells them apart.
     Decimal operator[](const Number& field) const;
-    Cell<Text> operator[](const Text& field) { return {*this, field}; }
-    Cell<Label> operator[](const Label& field) { return {*this, field}; }
-    Cell<Number> operator[](const Number& field) { return {*this, field}; }
+    const Cell<Text> operator[](const Text& field) { return cell(field); }
+    const Cell<Label> operator[](const Label& field) { return cell(field); }
+    const Cell<Number> operator[](const Number& field) { return cell(field); }
 
     bool isNull(const Number& field) const { return values_[field.position].isEmpty(); }
 
@@ -58,19 +59,18 @@ public:
 
 private:
     friend class RowReader;
+    template <class F>
+    Cell<F> cell(const F& field) {
+        return {*this, field, static_cast<const Record&>(*this)[field]};
+    }
+
     const Table* table_;
     QStringList values_;
 };
 
 template <class F>
-Cell<F>::operator typename F::Value() const {
-    return static_cast<const Record&>(record_)[field_];
-}
-
-template <class F>
-Cell<F>& Cell<F>::operator=(const typename F::Value& value) {
+void Cell<F>::operator=(const Value& value) const {
     record_.set(field_, value);
-    return *this;
 }
 
 } // namespace molven

@@ -266,7 +266,7 @@ void Life::writeSale(SalesBook& book, const Event& event) {
 void Life::invoiceNote(const Event& event) {
     const auto unit = units::find(invoices_.molven, Immatriculation::fromText(event.units.first()));
     const Record header = headerOf(invoices_, event, dice_);
-    integration::integrate(invoices_, header, std::as_const(*unit)[strproduit.num_vte]);
+    integration::integrate(invoices_, header, (*unit)[strproduit.num_vte]);
 }
 
 void Life::transfer(const Event& event) {

@@ -126,7 +126,7 @@ void fillClients(Database molven, Dice& dice) {
         client[strclient.clt_l1] = QStringLiteral("%1 AVENUE DE LA GARE").arg(dice.between(1, 120));
         client[strclient.clt_l5] = town;
         client[strclient.clt_liv1] = QStringLiteral("BLOC OPERATOIRE");
-        client[strclient.clt_liv2] = std::as_const(client)[strclient.clt_l1];
+        client[strclient.clt_liv2] = client[strclient.clt_l1];
         client[strclient.clt_liv5] = town;
         client[strclient.clt_tel1] = QStringLiteral("04 00 00 %1 %2").arg(numbered(i, 2), numbered(dice.below(100), 2));
         client[strclient.clt_cpt] = numbered(411000 + i, 6);
@@ -167,9 +167,9 @@ void fillReimbursement(Database molven, Dice& dice) {
         molven.insert(lpp);
         if (i >= 16) continue;
         Record tips(strpartips);
-        tips[strpartips.cod_tips] = std::as_const(lpp)[strlpp.lpp_tips];
-        tips[strpartips.lib_tips] = std::as_const(lpp)[strlpp.lpp_lib];
-        tips[strpartips.ttc_tips] = std::as_const(lpp)[strlpp.lpp_ttc];
+        tips[strpartips.cod_tips] = lpp[strlpp.lpp_tips];
+        tips[strpartips.lib_tips] = lpp[strlpp.lpp_lib];
+        tips[strpartips.ttc_tips] = lpp[strlpp.lpp_ttc];
         molven.insert(tips);
     }
 }
@@ -257,7 +257,7 @@ articles::Entry entryOf(const Range& range, int size, int number, Dice& dice) {
     const Decimal rate = range.followUp == follow_up::None ? Decimal(20) : Decimal(11) / Decimal(2);
     article[strarticle.art_pv1] = price;
     article[strarticle.art_ttc] = (price * (Decimal(100) + rate) / Decimal(100)).rounded(2);
-    article[strarticle.art_res] = number % 5 ? std::as_const(article)[strarticle.art_ttc].toFixed(2) : QString();
+    article[strarticle.art_res] = number % 5 ? article[strarticle.art_ttc].toFixed(2) : QString();
     article[strarticle.art_tar] = number % 4 ? QStringLiteral("H") : QStringLiteral("T");
     article[strarticle.art_rem] = number % 2 ? QStringLiteral("1") : QStringLiteral("2");
     article[strarticle.art_crp] = range.family;
@@ -314,7 +314,7 @@ QList<Opening> fillArticles(Database molven, Database compta, Database gencode, 
     for (const Range& range : ranges()) {
         for (int i = 0; i < range.count; ++i) {
             articles::Entry entry = entryOf(range, range.first + i * range.step, ++number, dice);
-            if (std::as_const(entry.article)[strarticle.art_lpp] == SeveralLpp) entry.severalLpp = severalLpp(range);
+            if (entry.article[strarticle.art_lpp] == SeveralLpp) entry.severalLpp = severalLpp(range);
             articles::save(molven, compta, gencode, rules, entry, std::nullopt);
             const Record& article = entry.article;
             if (range.followUp != follow_up::ByMovements) continue;
@@ -345,13 +345,13 @@ void fillTariffs(Database molven, Dice& dice) {
         articles.moveTo(dice.below(static_cast<int>(articles.count())));
         const Record& article = articles.record();
         const auto client = parties::findClient(molven, QString::number(dice.between(1, 40)));
-        const Criterion same = strtarifclt.tar_clt == std::as_const(*client)[strclient.clt_cod] &&
-                               strtarifclt.tar_ref == article[strarticle.art_ref];
+        const Criterion same =
+            strtarifclt.tar_clt == (*client)[strclient.clt_cod] && strtarifclt.tar_ref == article[strarticle.art_ref];
         if (molven.count(strtarifclt, same) > 0) continue;
         Record tariff(strtarifclt);
-        tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
+        tariff[strtarifclt.tar_clt] = (*client)[strclient.clt_cod];
         tariff[strtarifclt.tar_ref] = article[strarticle.art_ref];
-        tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
+        tariff[strtarifclt.tar_nom] = (*client)[strclient.clt_nom];
         tariff[strtarifclt.tar_lib] = article[strarticle.art_li1];
         tariff[strtarifclt.tar_pvt] = (article[strarticle.art_pv1] * Decimal(9) / Decimal(10)).rounded(2);
         molven.insert(tariff);

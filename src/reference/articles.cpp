@@ -280,7 +280,7 @@ void remove(Database molven, Database gencode, const QString& reference) {
 void moveStock(Database molven, const QString& reference, const Decimal& quantity) {
     const auto article = find(molven, reference);
     if (!article) return;
-    const Decimal stock = std::as_const(*article)[strarticle.art_stk] + quantity;
+    const Decimal stock = (*article)[strarticle.art_stk] + quantity;
     molven.update(strarticle, {{strarticle.art_stk, stock.toString()}}, strarticle.art_ref == reference);
 }
 

@@ -76,8 +76,8 @@ void completePaymentMode(Database, Record& mode) {
 }
 
 void completeAccount(Database, Record& account) {
-    require(std::as_const(account)[strplan.cpt_aff].trimmed().size() == 9,
-            QStringLiteral("Imputation comptable incorrecte"), strplan.cpt_aff);
+    require(account[strplan.cpt_aff].trimmed().size() == 9, QStringLiteral("Imputation comptable incorrecte"),
+            strplan.cpt_aff);
 }
 
 void completeTariff(Database molven, Record& tariff) {
@@ -86,9 +86,9 @@ void completeTariff(Database molven, Record& tariff) {
     require(client.has_value(), Missing, strtarifclt.tar_clt);
     const auto article = codes::find(molven, codes::ArticleOfTariff, read[strtarifclt.tar_ref]);
     require(article.has_value(), strtarifclt.tar_ref.unknown, strtarifclt.tar_ref);
-    tariff[strtarifclt.tar_clt] = std::as_const(*client)[strclient.clt_cod];
-    tariff[strtarifclt.tar_nom] = std::as_const(*client)[strclient.clt_nom];
-    tariff[strtarifclt.tar_lib] = std::as_const(*article)[strarticle.art_li1];
+    tariff[strtarifclt.tar_clt] = (*client)[strclient.clt_cod];
+    tariff[strtarifclt.tar_nom] = (*client)[strclient.clt_nom];
+    tariff[strtarifclt.tar_lib] = (*article)[strarticle.art_li1];
     // An empty price would sell at nothing.
     require(!read.isNull(strtarifclt.tar_pvt), QStringLiteral(" Prix obligatoire"), strtarifclt.tar_pvt);
     requirePrice(tariff, strtarifclt.tar_pvt);
@@ -98,7 +98,7 @@ void completeCommission(Database molven, Record& rate) {
     const Record& read = rate;
     const auto representative = codes::find(molven, codes::Representative, read[strtauxrep.c_rep]);
     require(representative.has_value(), Missing, strtauxrep.c_rep);
-    rate[strtauxrep.c_nom] = std::as_const(*representative)[strparam.lib_par];
+    rate[strtauxrep.c_nom] = (*representative)[strparam.lib_par];
     requirePercent(rate, strtauxrep.c_tau);
 }
 
@@ -158,7 +158,7 @@ const CodeTable& currencies() {
                                 Exists,
                                 Missing,
                                 [](Database, Record& currency) {
-                                    require(!(std::as_const(currency)[strmonnaie.mon_euro] < Decimal(0)),
+                                    require(!(currency[strmonnaie.mon_euro] < Decimal(0)),
                                             QStringLiteral("Taux incorrect"), strmonnaie.mon_euro);
                                 }};
     return kind;

@@ -75,7 +75,7 @@ void requireUnused(Database gencode, const QString& code) {
     if (code.trimmed().isEmpty()) refuse(QStringLiteral(" Code obligatoire"));
     const auto found = gencode.find(strgencode, strgencode.ean_code == code.trimmed());
     if (!found) refuse(QStringLiteral("Ce code n'existe pas"));
-    const QString article = std::as_const(*found)[strgencode.ean_art].trimmed();
+    const QString article = (*found)[strgencode.ean_art].trimmed();
     if (!article.isEmpty()) refuse(takenBy(article));
 }
 
@@ -90,12 +90,12 @@ std::optional<QString> codeFor(Database gencode, const QString& article) {
     auto found = gencode.find(strgencode, strgencode.ean_art == article, strgencode.ean_code);
     if (!found) found = gencode.find(strgencode, trimmed(strgencode.ean_art) == QString(), strgencode.ean_code);
     if (!found) return std::nullopt;
-    return std::as_const(*found)[strgencode.ean_code];
+    return (*found)[strgencode.ean_code];
 }
 
 void assign(Database gencode, const QString& article, const QString& code) {
     const auto pooled = gencode.find(strgencode, strgencode.ean_code == code);
-    const QString holder = pooled ? std::as_const(*pooled)[strgencode.ean_art].trimmed() : QString();
+    const QString holder = pooled ? (*pooled)[strgencode.ean_art].trimmed() : QString();
     if (!holder.isEmpty() && holder.compare(article, Qt::CaseInsensitive) != 0)
         throw Refusal(takenBy(holder), strarticle.art_ean.name);
     gencode.update(strgencode, {{strgencode.ean_art, QString()}}, strgencode.ean_art == article);

@@ -100,8 +100,7 @@ void save(Database molven, const Text& key, const Record& party, const std::opti
 } // namespace
 
 void saveClient(Database molven, Record client, const std::optional<Record>& before) {
-    for (const Text* number : {&strclient.clt_cod, &strclient.clt_cpt})
-        client[*number] = padded(std::as_const(client)[*number], 6);
+    for (const Text* number : {&strclient.clt_cod, &strclient.clt_cpt}) client[*number] = padded(client[*number], 6);
     checkClient(molven, client, before ? &*before : nullptr);
     save(molven, strclient.clt_cod, client, before);
 }

@@ -117,7 +117,7 @@ void presetSale(SalesBook& book, const Record& client, Record& header) {
 
 QString euroOf(SalesBook& book, const QString& currency) {
     const auto found = book.molven.find(strmonnaie, strmonnaie.mon_cle == currency);
-    return found ? shown(std::as_const(*found)[strmonnaie.mon_euro]) : QString();
+    return found ? shown((*found)[strmonnaie.mon_euro]) : QString();
 }
 
 Record blank(SalesBook& book) {

@@ -130,7 +130,7 @@ QString stockWarning(SalesBook& book, const Draft& draft) {
     if (draft.tracked || draft.isText || book.kind().isCredit) return {};
     const auto article = articles::find(book.molven, line[table.fac_ref]);
     if (!article || !movesStock(*article)) return {};
-    const Decimal stock = std::as_const(*article)[strarticle.art_stk];
+    const Decimal stock = (*article)[strarticle.art_stk];
     if (!(line[table.fac_qte] > stock)) return {};
     return QStringLiteral("ATTENTION ... Stock insuffisant ... stock dispo : ") + shown(stock);
 }

@@ -30,7 +30,7 @@ void carryIntoUnits(Database molven, const Progress& told) {
         const QString& reference = references[i];
         tell(told, i, references.size());
         if (const auto article = articles::find(molven, reference))
-            molven.update(strproduit, {{strproduit.pro_lpp, std::as_const(*article)[strarticle.art_lpp]}},
+            molven.update(strproduit, {{strproduit.pro_lpp, (*article)[strarticle.art_lpp]}},
                           strproduit.ref_art == reference);
     }
 }
@@ -44,7 +44,7 @@ void carryIntoOpenNotes(Database molven, Database vente, const Progress& told) {
                                 strlivl.fac_lg != QStringLiteral("000");
         for (const QString& reference : vente.countBy(strlivl, strlivl.fac_ref, lines).keys()) {
             const auto article = articles::find(molven, reference);
-            const QString lpp = article ? QString(std::as_const(*article)[strarticle.art_lpp]) : QString();
+            const QString lpp = article ? QString((*article)[strarticle.art_lpp]) : QString();
             if (!lpp.isEmpty() && lpp != SeveralLpp)
                 vente.update(strlivl, {{strlivl.fac_tip, lpp}}, lines && strlivl.fac_ref == reference);
         }

@@ -48,14 +48,14 @@ Preset preset(Database molven, const Record& article, const Record& client, bool
     if (consignment) result.approval = approvalOf(article);
     const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
                                                      strparrem.rem_art == article[strarticle.art_rem]);
-    if (discount) result.discount = std::as_const(*discount)[strparrem.rem_rem];
+    if (discount) result.discount = (*discount)[strparrem.rem_rem];
     const auto tariff =
         molven.find(strtarifclt, strtarifclt.tar_clt == client[strclient.clt_cod] &&
                                      isOneOf(trimmed(strtarifclt.tar_ref),
                                              codes::formsOf(codes::ArticleOfTariff, article[strarticle.art_ref])));
     if (tariff) {
         result.discount = 0;
-        result.price = std::as_const(*tariff)[strtarifclt.tar_pvt];
+        result.price = (*tariff)[strtarifclt.tar_pvt];
     }
     return result;
 }

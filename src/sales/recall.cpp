@@ -97,7 +97,7 @@ Record told(Files& files, const CompanyRules& rules, const Record& unit, bool ar
     row[strrappel.rap_etat] = unit[strproduit.tes_vte];
     row[strrappel.rap_dep] = unit[strproduit.num_dep];
     row[strrappel.rap_clt] = hospital;
-    row[strrappel.rap_nom] = client ? QString(std::as_const(*client)[strclient.clt_nom]) : QString();
+    row[strrappel.rap_nom] = client ? QString((*client)[strclient.clt_nom]) : QString();
     row[strrappel.rap_pat] = patient;
     row[strrappel.rap_dat] = laid ? unit[strproduit.reg_dat] : unit[strproduit.dat_vte];
     row[strrappel.rap_doc] = unit[strproduit.num_vte];

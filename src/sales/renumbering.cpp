@@ -90,7 +90,7 @@ QString usable(const Files& files, const Renumbering& family, const QString& old
 void renumberUnits(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
     Database documents = files.documents;
     const auto header = documents.find(family.headers, family.headers.fac_no == to);
-    const QString date = std::as_const(*header)[family.headers.fac_datf];
+    const QString date = (*header)[family.headers.fac_datf];
     for (const Record& line :
          documents.select(family.lines, family.lines.fac_no == to && family.lines.fac_imm != QString())) {
         const Criterion unit = Immatriculation::fromText(line[family.lines.fac_imm]).criterion() &&

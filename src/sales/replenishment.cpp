@@ -162,7 +162,7 @@ QList<Record> purchases(Database molven, const QList<Record>& shortages) {
             byArticle.insert(reference, purchase);
         }
         Record& purchase = byArticle.find(reference).value();
-        purchase[strachat.ach_qte] = std::as_const(purchase)[strachat.ach_qte] + row[Row.rea_ach];
+        purchase[strachat.ach_qte] = purchase[strachat.ach_qte] + row[Row.rea_ach];
     }
     QList<Record> all = byArticle.values();
     std::stable_sort(all.begin(), all.end(),

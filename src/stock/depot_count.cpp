@@ -66,7 +66,7 @@ void DepotCount::refresh() {
     order_.clear();
     closed_.clear();
     if (isBegun()) {
-        const auto now = molven_.find(strinvdep, strinvdep.inv_no == std::as_const(header_)[strinvdep.inv_no]);
+        const auto now = molven_.find(strinvdep, strinvdep.inv_no == header_[strinvdep.inv_no]);
         require(now.has_value(), "Cet inventaire a été abandonné par un autre poste", strinvdep.inv_dep);
         header_ = *now;
     }
@@ -81,14 +81,13 @@ void DepotCount::refresh() {
 }
 
 bool DepotCount::isExpected(const QString& unitState, const QString& depot) const {
-    return unitState == state::InStock && depot == std::as_const(header_)[strinvdep.inv_dep];
+    return unitState == state::InStock && depot == header_[strinvdep.inv_dep];
 }
 
 void DepotCount::readExpected() {
     QList<const Field*> fields;
     for (const Copied& copied : copiedFields()) fields.append(&copied.from);
-    const Criterion there =
-        strproduit.num_dep == std::as_const(header_)[strinvdep.inv_dep] && strproduit.tes_vte == state::InStock;
+    const Criterion there = strproduit.num_dep == header_[strinvdep.inv_dep] && strproduit.tes_vte == state::InStock;
     for (const QStringList& values : molven_.values(strproduit, fields, there)) {
         Record row(Row);
         for (qsizetype i = 0; i < values.size(); ++i) row.set(copiedFields()[i].to, values[i]);
@@ -98,7 +97,7 @@ void DepotCount::readExpected() {
 }
 
 void DepotCount::readReadings() {
-    const Criterion ofCount = strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no];
+    const Criterion ofCount = strinvlig.lig_no == header_[strinvdep.inv_no];
     for (const Record& line : molven_.select(strinvlig, ofCount, {strinvlig.lig_jou, strinvlig.lig_imm})) {
         Record row(Row);
         row.copyFrom(line);
@@ -108,7 +107,7 @@ void DepotCount::readReadings() {
 }
 
 void DepotCount::readClosed() {
-    const Criterion ofCount = strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no];
+    const Criterion ofCount = strinvlig.lig_no == header_[strinvdep.inv_no];
     for (const Record& line : molven_.select(strinvlig, ofCount, {strinvlig.lig_ref, strinvlig.lig_imm})) {
         Record row(Row);
         row.copyFrom(line);
@@ -155,9 +154,9 @@ Freshness DepotCount::freshnessOf(const Record& row) const {
     const QString expiry = row[Row.lig_per];
     if (!isMonthYear(expiry)) return Freshness::Good;
     const QString month = expiry.right(4) + expiry.left(2);
-    const QString written = std::as_const(header_)[strinvdep.inv_clo];
+    const QString written = header_[strinvdep.inv_clo];
     const QDate day = written.isEmpty() ? Clock::today() : dateFromText(written);
-    const int months = static_cast<int>(std::as_const(header_)[strinvdep.inv_moi].toInteger());
+    const int months = static_cast<int>(header_[strinvdep.inv_moi].toInteger());
     if (month < sortKey(day).left(6)) return Freshness::Expired;
     return month <= sortKey(day.addMonths(months)).left(6) ? Freshness::Soon : Freshness::Good;
 }
@@ -261,7 +260,7 @@ DepotCount::Named DepotCount::named(const QString& scanned) const {
 
 /// The first reading begins the count; another workstation may have done so meanwhile.
 void DepotCount::begin() {
-    if (const auto other = depot_counts::openOf(molven_, std::as_const(header_)[strinvdep.inv_dep])) {
+    if (const auto other = depot_counts::openOf(molven_, header_[strinvdep.inv_dep])) {
         header_ = *other;
         return refresh();
     }
@@ -289,13 +288,12 @@ DepotCount::Reading DepotCount::read(const QString& scanned) {
         Reading reading{Record(Row), read_.contains(chosen.unit), chosen.alike, chosen.alikeRead};
         reading.row = reading.isAgain ? read_.value(chosen.unit, Record(Row)) : rowOf(*unitOf(molven_, chosen.unit));
         Record& row = reading.row;
-        row[Row.lig_lec] = std::as_const(row)[Row.lig_lec] + Decimal(1);
-        const Criterion one =
-            strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no] && strinvlig.lig_imm == chosen.unit;
+        row[Row.lig_lec] = row[Row.lig_lec] + Decimal(1);
+        const Criterion one = strinvlig.lig_no == header_[strinvdep.inv_no] && strinvlig.lig_imm == chosen.unit;
         if (reading.isAgain) {
             molven_.update(strinvlig, {{strinvlig.lig_lec, row.value(Row.lig_lec)}}, one);
         } else {
-            row[Row.lig_no] = std::as_const(header_)[strinvdep.inv_no];
+            row[Row.lig_no] = header_[strinvdep.inv_no];
             row[Row.lig_jou] = Clock::now().toString(QStringLiteral("yyyyMMdd hh:mm:ss"));
             row[Row.lig_pos] = author::workstation().left(Row.lig_pos.size);
             Record line(strinvlig);
@@ -319,8 +317,7 @@ DepotCount::Reading DepotCount::read(const QString& scanned) {
 void DepotCount::takeBack(const QString& unit) {
     Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
     depot_counts::requireOpen(molven_, header_);
-    molven_.remove(strinvlig,
-                   strinvlig.lig_no == std::as_const(header_)[strinvdep.inv_no] && strinvlig.lig_imm == unit);
+    molven_.remove(strinvlig, strinvlig.lig_no == header_[strinvdep.inv_no] && strinvlig.lig_imm == unit);
     transaction.commit();
     refresh();
 }
@@ -334,7 +331,7 @@ void DepotCount::describe(const QString& client, const QString& counter, int mon
     if (isBegun()) {
         Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
         depot_counts::requireOpen(molven_, header_);
-        molven_.update(strinvdep, described, strinvdep.inv_no == std::as_const(header_)[strinvdep.inv_no]);
+        molven_.update(strinvdep, described, strinvdep.inv_no == header_[strinvdep.inv_no]);
         transaction.commit();
     }
     for (const Assignment& one : described) header_.set(one.field, one.value);

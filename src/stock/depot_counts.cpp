@@ -88,7 +88,7 @@ Record close(Database molven, const Record& count, const CountTally& seen, const
             throw Refusal(QStringLiteral("Opération abandonnée"));
         Record line(strinvlig);
         line.copyFrom(missing[i]);
-        line[strinvlig.lig_no] = std::as_const(closed)[strinvdep.inv_no];
+        line[strinvlig.lig_no] = closed[strinvdep.inv_no];
         line[strinvlig.lig_lec] = 0;
         molven.insert(line);
     }

@@ -45,8 +45,8 @@ public:
     DepotCount(Database molven, const Record& count);
 
     const Record& header() const { return header_; }
-    bool isBegun() const { return !std::as_const(header_)[strinvdep.inv_no].isEmpty(); }
-    bool isClosed() const { return std::as_const(header_)[strinvdep.inv_eta] == count_state::Closed; }
+    bool isBegun() const { return !header_[strinvdep.inv_no].isEmpty(); }
+    bool isClosed() const { return header_[strinvdep.inv_eta] == count_state::Closed; }
     CountTally tally() const;
     /// The rows (`strconstat`) of one verdict, by reference; those read, the latest first.
     QList<Record> rows(const QString& verdict) const;

@@ -50,7 +50,7 @@ Prices pricesOf(Database molven, const Record& unit) {
     const QString currency = unit[strproduit.pro_mon];
     const Decimal price = priceWithVat(molven, unit);
     const auto known = molven.find(strmonnaie, strmonnaie.mon_cle == currency);
-    const Decimal coefficient = known ? std::as_const(*known)[strmonnaie.mon_euro] * Decimal(100000) : Decimal(100000);
+    const Decimal coefficient = known ? (*known)[strmonnaie.mon_euro] * Decimal(100000) : Decimal(100000);
     const Decimal converted = coefficient.isZero() ? Decimal() : price * Decimal(100000) / coefficient;
     const QString kept = format(price, QStringLiteral("######0.00"));
     const QString other = format(converted, QStringLiteral("#######0.00"));
@@ -59,20 +59,20 @@ Prices pricesOf(Database molven, const Record& unit) {
 
 QString lppLabel(Database molven, const QString& code) {
     const auto lpp = molven.find(strlpp, strlpp.lpp_code == code);
-    return lpp ? QString(std::as_const(*lpp)[strlpp.lpp_lib]) : QString();
+    return lpp ? QString((*lpp)[strlpp.lpp_lib]) : QString();
 }
 
 void fillReimbursement(Database molven, Record& label, const Record& unit) {
     const QString tips = unit[strproduit.pro_tip];
     label[etiq.e_tip] = tips;
     if (const auto known = molven.find(strpartips, strpartips.cod_tips == tips))
-        label[etiq.e_ltip] = std::as_const(*known)[strpartips.lib_tips];
+        label[etiq.e_ltip] = (*known)[strpartips.lib_tips];
     QStringList codes{unit[strproduit.pro_lpp]};
     if (codes.first() == SeveralLpp) {
         codes.clear();
         if (const auto several = molven.find(strartlpp, strartlpp.lpp_ref == unit[strproduit.ref_art]))
             for (const Text* field : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
-                if (const QString code = std::as_const(*several)[*field]; !code.isEmpty()) codes.append(code);
+                if (const QString code = (*several)[*field]; !code.isEmpty()) codes.append(code);
     }
     // The first code is the one to scan; each stands with its own label.
     const std::pair<const Text*, const Label*> places[] = {

@@ -57,7 +57,7 @@ public:
         const auto average = stock_.isZero() ? atZero : std::optional<Decimal>(value_ / stock_);
         if (average) changes.append({strarticle.art_pam, average->rounded(PriceDecimals).toString()});
         if (lastPrice_) changes.append({strarticle.art_dpa, lastPrice_->toString()});
-        molven_.update(strarticle, changes, strarticle.art_ref == std::as_const(article_)[strarticle.art_ref]);
+        molven_.update(strarticle, changes, strarticle.art_ref == article_[strarticle.art_ref]);
     }
     /// What is left of the value of no stock: nothing, but for prices rounded or changed meanwhile.
     Decimal valueLeft() const { return std::max(value_, Decimal(0)); }
@@ -147,7 +147,7 @@ void checkQuantity(const Decimal& quantity) {
 Record requireArticle(Database molven, const QString& reference) {
     const auto article = articles::find(molven, reference.trimmed());
     require(article.has_value(), " cette référence n'existe pas", strmvtstk.ref_stk);
-    const QString followUp = std::as_const(*article)[strarticle.art_aig];
+    const QString followUp = (*article)[strarticle.art_aig];
     require(followUp != follow_up::ByUnit, "Ce choix est réservé aux références non suivies", strmvtstk.ref_stk);
     require(followUp == follow_up::ByMovements, "Cet article n'est pas tenu en stock", strmvtstk.ref_stk);
     return *article;

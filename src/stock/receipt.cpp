@@ -28,8 +28,7 @@ Record followedArticle(Database molven, const QString& reference) {
     require(filled(reference), "Ces zones sont obligatoires en saisie", "ref_art");
     const auto article = articles::find(molven, reference);
     require(article.has_value(), "Cet article n'existe pas", "ref_art");
-    require(std::as_const(*article)[strarticle.art_aig] == follow_up::ByUnit, "référence non tenue en stock",
-            "ref_art");
+    require((*article)[strarticle.art_aig] == follow_up::ByUnit, "référence non tenue en stock", "ref_art");
     return *article;
 }
 
@@ -149,7 +148,7 @@ void fillByType(Record& unit, const Receipt& receipt, const QString& type) {
 }
 
 void fillConformity(Record& unit, Database molven, const Receipt& receipt) {
-    if (std::as_const(unit)[strproduit.pro_typ] != u"F") return;
+    if (unit[strproduit.pro_typ] != u"F") return;
     unit[strproduit.fab_con] = receipt.conformity;
     unit[strproduit.fab_cau] = units::causeOf(molven, {receipt.conformity, receipt.cause});
 }
@@ -255,9 +254,9 @@ Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& recei
         unit[strproduit.pro_ann] = immatriculation.century();
         unit[strproduit.fou_imm] = receipt.supplierSerials.value(i).trimmed();
         molven.insert(unit);
-        if (std::as_const(unit)[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
+        if (unit[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
     }
-    updateArticle(molven, rules, article, quantity, std::as_const(unit)[strproduit.pro_pac]);
+    updateArticle(molven, rules, article, quantity, unit[strproduit.pro_pac]);
     transaction.commit();
     return {first.number(), first.plus(quantity - 1).number()};
 }

@@ -81,7 +81,7 @@ Criterion componentsOf(const QString& type) {
 qint64 unitsOf(Database ancillaire, const QString& type) {
     const auto heading =
         ancillaire.find(strnomenclature, strnomenclature.anc_code == type && strnomenclature.anc_lg == HeadingLine);
-    return heading ? std::as_const(*heading)[strnomenclature.anc_qte].toInteger() : 0;
+    return heading ? (*heading)[strnomenclature.anc_qte].toInteger() : 0;
 }
 
 namespace {

@@ -67,13 +67,13 @@ QStringList total(Database file, const Family& family, const QString& key) {
                 header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
     QList<Assignment> changes;
     for (const Number* field : totals::fields(table))
-        if (right.value(*field) != header.value(*field) && std::as_const(right)[*field] != header[*field])
+        if (right.value(*field) != header.value(*field) && right[*field] != header[*field])
             changes.append({*field, right.value(*field)});
     if (changes.isEmpty()) return {};
     file.update(table, changes, document);
-    return {QStringLiteral("%1 %2 : TTC %3 -> %4")
-                .arg(family.name, header[table.fac_no], header[table.fac_ttc].toFixed(2),
-                     std::as_const(right)[table.fac_ttc].toFixed(2))};
+    return {
+        QStringLiteral("%1 %2 : TTC %3 -> %4")
+            .arg(family.name, header[table.fac_no], header[table.fac_ttc].toFixed(2), right[table.fac_ttc].toFixed(2))};
 }
 
 } // namespace

@@ -257,8 +257,7 @@ void ArticleForm::shown() {
     };
     if (code(strarticle.art_lpp) == SeveralLpp) hint(strarticle.art_lpp, QStringLiteral("Plusieurs LPP"));
     if (const auto vat = molven_.find(strparfac, strparfac.par1_cde == code(strarticle.art_tva)))
-        hint(strarticle.art_tva,
-             format(std::as_const(*vat)[strparfac.par1_tx], QStringLiteral("#0.00")) + QStringLiteral(" %"));
+        hint(strarticle.art_tva, format((*vat)[strparfac.par1_tx], QStringLiteral("#0.00")) + QStringLiteral(" %"));
     hint(strarticle.art_ori, articles::originText(code(strarticle.art_ori)));
     severalLpp_->setVisible(code(strarticle.art_lpp) == SeveralLpp);
     severalLpp_->setEditable(state() != State::Viewing);

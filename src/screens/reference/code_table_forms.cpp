@@ -301,7 +301,7 @@ TariffForm::TariffForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_par
 
 void TariffForm::shown() {
     const auto article = codes::find(molven_, codes::ArticleOfTariff, typed(strtarifclt.tar_ref));
-    const bool withoutVat = article && std::as_const(*article)[strarticle.art_tar].startsWith(u'H');
+    const bool withoutVat = article && (*article)[strarticle.art_tar].startsWith(u'H');
     panel().setHint(strtarifclt.tar_pvt, !article     ? QString()
                                          : withoutVat ? QStringLiteral("  HT")
                                                       : QStringLiteral("  TTC"));

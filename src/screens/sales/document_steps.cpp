@@ -218,7 +218,7 @@ QString DocumentForm::closingQuestion() {
     const auto found = stored();
     if (!found || (*found)[table_.fac_cpt] == documents::Transferred) return {};
     if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0) return NoLine;
-    return book_.kind().isPriced && std::as_const(*found)[table_.fac_ht].isZero()
+    return book_.kind().isPriced && (*found)[table_.fac_ht].isZero()
                ? QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ")
                : QString();
 }

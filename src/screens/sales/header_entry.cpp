@@ -203,7 +203,7 @@ bool HeaderEntry::isTyped() const {
 }
 
 bool HeaderEntry::restoreNumber() {
-    const QString shown = std::as_const(shown_)[table_.fac_no];
+    const QString shown = shown_[table_.fac_no];
     if (number() == shown) return false;
     boxes_->edit(table_.fac_no)->put(shown);
     return true;

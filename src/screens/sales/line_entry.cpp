@@ -157,7 +157,7 @@ void LineEntry::start(Purpose purpose, const Record& header) {
     draft_ = document_lines::Draft(table_);
     if (book_.kind().isPriced) {
         const auto client = parties::findClient(book_.molven, header[book_.kind().headers.fac_clt]);
-        clientDiscount_->put(client ? QString(std::as_const(*client)[strclient.clt_rem]) : QString());
+        clientDiscount_->put(client ? QString((*client)[strclient.clt_rem]) : QString());
         articleDiscount_->put({});
     }
     validate_->setVisible(purpose != Purpose::Change);
@@ -265,7 +265,7 @@ void LineEntry::takeArticle() {
     draft_.line[table_.fac_lg] = number;
     if (book_.kind().isPriced) {
         const auto article = articles::find(book_.molven, reference);
-        articleDiscount_->put(std::as_const(*article)[strarticle.art_rem]);
+        articleDiscount_->put((*article)[strarticle.art_rem]);
     }
     show();
     takeAmounts();

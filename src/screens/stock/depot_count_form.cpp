@@ -443,7 +443,7 @@ void DepotCountForm::showRows() {
     QList<Record> rows = rowsInView();
     if (!ticked_.isEmpty())
         for (Record& row : rows)
-            if (ticked_.contains(std::as_const(row)[Row.lig_imm])) row[Row.lig_coc] = QStringLiteral("O");
+            if (ticked_.contains(row[Row.lig_imm])) row[Row.lig_coc] = QStringLiteral("O");
     grid_->rows().setRecords(rows);
 }
 

@@ -77,7 +77,7 @@ void InventoryCountForm::showTotal() {
 }
 
 void InventoryCountForm::bringUp(const Record& counts) {
-    if (hasUnsavedWork() && counts[c.art_ref] != std::as_const(*shown_)[c.art_ref] && !mayLoseWork()) {
+    if (hasUnsavedWork() && counts[c.art_ref] != (*shown_)[c.art_ref] && !mayLoseWork()) {
         grid_->followRecord(*shown_, {&c.art_ref});
         return;
     }

@@ -169,8 +169,7 @@ void MovementForm::bringUp(const Record& movement) {
 void MovementForm::showWords() {
     codes_->showWords();
     const auto article = articles::find(files_.molven, typed(strmvtstk.ref_stk));
-    stock_->setText(article ? QStringLiteral("Stock actuel : ") + shown(std::as_const(*article)[strarticle.art_stk])
-                            : QString());
+    stock_->setText(article ? QStringLiteral("Stock actuel : ") + shown((*article)[strarticle.art_stk]) : QString());
     const QString kind = typed(strmvtstk.eta_stk);
     panel_->setHint(strmvtstk.eta_stk, kind.isEmpty() ? QString() : movements::kindName(kind));
 }
@@ -227,7 +226,7 @@ void MovementForm::change(const Record& movement) {
                  [&] { return panel_->changesOf(shown_, fresh()); }, reread))
         return;
     setState(State::Viewing);
-    list(listed_.isEmpty() ? QString() : QString(std::as_const(*stored)[strmvtstk.ref_stk]));
+    list(listed_.isEmpty() ? QString() : QString((*stored)[strmvtstk.ref_stk]));
     grid_->followRecord(*stored, {&strmvtstk.uid_stk});
     bringUp(*stored);
 }

@@ -88,7 +88,7 @@ bool ReceiptForm::takeScan(Edit* edit) {
     const auto put = [this](const Text& field, const QString& value) {
         if (!value.isEmpty()) panel_->edit(field)->put(value);
     };
-    if (article) put(strproduit.ref_art, std::as_const(*article)[strarticle.art_ref]);
+    if (article) put(strproduit.ref_art, (*article)[strarticle.art_ref]);
     put(strproduit.lot_art, code.lot);
     put(strproduit.dat_per, code.expiry.toString(QStringLiteral("MM/yyyy")));
     put(strproduit.fou_imm, code.serial);
