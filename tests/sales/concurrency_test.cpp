@@ -226,7 +226,7 @@ INSTANTIATE_TEST_SUITE_P(
                  d.document(QStringLiteral("BTR"), units);
              },
              renewLastTransfer},
-        Deed{"transfer", strbtre, strbtrl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 5000); }, transferFifty,
+        Deed{"transfer", strbtre, strbtrl, [](Dossier& d) { d.receive(QStringLiteral("HIP"), 1000); }, transferFifty,
              UnitsOfTransfer},
         Deed{"return_of_a_set", strlive, strlivl,
              [](Dossier& d) { sendSets(d.session, d.receive(QStringLiteral("HIP"), 400)); }, takeFirstSetBack}),
