@@ -24,10 +24,12 @@ void fillUnits(Database molven, Database vente, int count) {
     unit[strproduit.pro_li1] = QStringLiteral("COMPOSANT FEMORAL GENOU TAILLE 1");
     unit[strproduit.pro_typ] = QStringLiteral("N");
     unit[strproduit.pro_ann] = QStringLiteral("20");
-    header[strlive.fac_clt] = line[strlivl.fac_clt] = Client;
+    header[strlive.fac_clt] = Client;
+    line[strlivl.fac_clt] = Client;
     header[strlive.fac_lg] = QStringLiteral("ENT");
     header[strlive.fac_cpt] = QStringLiteral("N");
-    header[strlive.fac_aa] = line[strlivl.fac_aa] = hidden[strlivl.fac_aa] = QStringLiteral("2026");
+    header[strlive.fac_aa] = QStringLiteral("2026");
+    for (Record* made : {&line, &hidden}) (*made)[strlivl.fac_aa] = QStringLiteral("2026");
     hidden[strlivl.fac_lg] = QStringLiteral("000");
     line[strlivl.fac_lg] = QStringLiteral("001");
     line[strlivl.fac_ref] = Article;
@@ -49,7 +51,8 @@ void fillUnits(Database molven, Database vente, int count) {
         unit[strproduit.reg_pat] = delivered ? QStringLiteral("PATIENT %1").arg(i) : QString();
         molven.insert(unit);
         if (!delivered) continue;
-        header[strlive.fac_no] = line[strlivl.fac_no] = hidden[strlivl.fac_no] = document;
+        header[strlive.fac_no] = document;
+        for (Record* made : {&line, &hidden}) (*made)[strlivl.fac_no] = document;
         line[strlivl.fac_imm] = number;
         vente.insert(header);
         vente.insert(hidden);

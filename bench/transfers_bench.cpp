@@ -109,7 +109,8 @@ void addKit(SalesBook& notes, Database ancillaire) {
     if (ancillaire.count(strancillaire, strancillaire.anc_code == Kit) > 0) return;
     const set_types::Files files{notes.molven, notes.workspace.open(session().path(DataFile::Compta)), ancillaire};
     Record type(strancillaire);
-    type[strancillaire.anc_code] = type[strancillaire.anc_lib] = Kit;
+    type[strancillaire.anc_code] = Kit;
+    type[strancillaire.anc_lib] = Kit;
     set_types::save(files, type, std::nullopt);
     set_types::saveComponent(files, Kit, Article, QString::number(UnitsOfSet), std::nullopt);
 }

@@ -1,5 +1,6 @@
 #include "screens/screens.h"
 #include "ui/desk.h"
+#include "ui/icons.h"
 #include "ui/printer.h"
 #include "ui/style.h"
 
@@ -28,6 +29,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QLocale::setDefault(QLocale(QLocale::French, QLocale::France));
     style::apply(application);
+    QApplication::setWindowIcon(icons::program());
     QTranslator toolkit;
     if (toolkit.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

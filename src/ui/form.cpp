@@ -3,6 +3,7 @@
 #include "ui/accessible_names.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
+#include "ui/icons.h"
 #include "ui/pick_lists.h"
 #include "ui/pick_panel.h"
 #include "ui/style.h"
@@ -175,6 +176,7 @@ QPushButton* Form::button(const QString& name, const QString& caption, const std
 QPushButton* Form::leaveButton(const QString& name, const QString& caption, const std::function<void()>& handler) {
     auto* made = new QPushButton(caption, this);
     made->setObjectName(name);
+    made->setIcon(icons::ofButton(name));
     made->setAutoDefault(false);
     connect(made, &QPushButton::clicked, this, [this, handler] {
         mendBoxes();

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "ui/icons.h"
 #include "ui/style.h"
 
 #include <QGridLayout>
@@ -134,7 +135,7 @@ QAbstractButton* RecordPanel::listButtonOf(const FieldBox& box) {
     if (box.listButton.isEmpty()) return nullptr;
     auto* list = new QToolButton(this);
     list->setObjectName(box.listButton);
-    list->setText(QStringLiteral("…"));
+    list->setIcon(icons::list());
     list->setFocusPolicy(Qt::NoFocus);
     listButtons_.insert(box.field, list);
     return list;

@@ -381,7 +381,8 @@ TEST(Sets, TakeUnitsAtTheMainDepotOnly) {
     Database molven = workspace.open(dossier.session.molven());
     Database sets = workspace.open(dossier.session.path(DataFile::Ancillaire));
     Record type(strancillaire), component(strnomenclature);
-    type[strancillaire.anc_code] = component[strnomenclature.anc_code] = QStringLiteral("KIT");
+    type[strancillaire.anc_code] = QStringLiteral("KIT");
+    component[strnomenclature.anc_code] = QStringLiteral("KIT");
     component[strnomenclature.anc_lg] = QStringLiteral("001");
     sets.insert(type);
     sets.insert(component);

@@ -6,6 +6,7 @@
 #include "reference/party_tables.h"
 #include "stock/unit_tables.h"
 #include "support/dossier.h"
+#include "ui/icons.h"
 #include "ui/unit_marks.h"
 
 #include <QPalette>
@@ -49,6 +50,20 @@ TEST_P(Schemes, CanBeReadWhateverStandsOnWhatever) {
         for (const auto ground : {QPalette::Base, QPalette::AlternateBase, QPalette::Window, QPalette::Highlight})
             EXPECT_GE(contrast(style::colour(tone, GetParam()), palette.color(ground)), 4.5)
                 << static_cast<int>(tone) << " on " << ground;
+}
+
+TEST_P(Schemes, DrawIconsInTheColourOfTheirWords) {
+    const auto before = style::scheme();
+    style::apply(GetParam());
+    const QColor words = style::palette(GetParam()).color(QPalette::ButtonText);
+    for (const QIcon& icon : {icons::list(), icons::print(), icons::history(), icons::scan()}) {
+        const QImage drawn = icon.pixmap(QSize(64, 64)).toImage().convertToFormat(QImage::Format_ARGB32);
+        int dots = 0;
+        for (int x = 0; x < drawn.width(); ++x)
+            for (int y = 0; y < drawn.height(); ++y) dots += drawn.pixelColor(x, y) == words;
+        EXPECT_GT(dots, 64 * 64 / 20);
+    }
+    style::apply(before);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Schemes, testing::Values(style::Scheme::Light, style::Scheme::Dark));
