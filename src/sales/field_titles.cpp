@@ -331,6 +331,7 @@ QString fieldTitle(const QString& table, const QString& field) {
         {QStringLiteral("anc_stk"), QStringLiteral("Nombre d'ancillaires")},
         {QStringLiteral("anc_article"), QStringLiteral("Composant")},
         {QStringLiteral("anc_libart"), QStringLiteral("Libellé")},
+        {QStringLiteral("stk_anc_lib"), QStringLiteral("Libellé de l'ancillaire")},
         {QStringLiteral("anc_qte"), QStringLiteral("Quantité")},
         {QStringLiteral("anc_ht"), QStringLiteral("Prix HT")},
         {QStringLiteral("anc_ttc"), QStringLiteral("Prix TTC")},

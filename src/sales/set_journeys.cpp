@@ -21,8 +21,6 @@ namespace molven::set_journeys {
 
 namespace {
 
-const QString SentLabel = QStringLiteral("Ancillaire");
-
 Record unitOf(SalesBook& book, const Record& line) {
     const auto unit = units::find(book.molven, Immatriculation::fromText(line[strstock.stk_imm_art]));
     if (!unit || unit->value(strproduit.tes_vte) != state::InSet ||
@@ -89,7 +87,9 @@ void putPlace(Database ancillaire, const QString& serial, const Place& place) {
 
 } // namespace
 
-QString returnLabel(const QString& serial) { return QStringLiteral("Retour Ancillaire N° ") + serial; }
+QString returnLabel(const QString& serial) {
+    return QStringLiteral("Retour %1 N° ").arg(transfer_notes::SetLabel) + serial;
+}
 
 void requireSendable(Files& files, const QString& serial) {
     const Record set = ancillary_sets::header(files.ancillaire, serial);
@@ -108,7 +108,7 @@ Record send(Files& files, const QString& serial, const QString& client, const QS
     header[strbtre.fac_depd] = SetDepot;
     header[strbtre.fac_depa] = code;
     header[strbtre.fac_trs] = carrier;
-    header[strbtre.fac_btr] = SentLabel;
+    header[strbtre.fac_btr] = transfer_notes::SetLabel;
     const QList<Record> units = unitsOf(files, serial);
     const Record note = writeNote(notes, header, units);
     const QString number = note[strbtre.fac_no], date = note[strbtre.fac_datf];

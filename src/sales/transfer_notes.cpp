@@ -39,7 +39,7 @@ void check(SalesBook& book, const Record& header) {
     require(!from.isEmpty(), "Dépôt de sortie obligatoire", strbtre.fac_depd);
     require(dateFromText(header[strbtre.fac_datf]).isValid(), "Date invalide", strbtre.fac_datf);
     require(from != to, "dépôt initial = dépôt du client", strbtre.fac_depa);
-    if (!isOfSet(header)) {
+    if (!isOfSet(header) || !header[strbtre.fac_btr].contains(SetLabel)) {
         require(from != SetDepot, SetsApart, strbtre.fac_depd);
         require(to != SetDepot, SetsApart, strbtre.fac_depa);
         require(isDepot(book, from), "Dépôt inconnu", strbtre.fac_depd);

@@ -6,9 +6,11 @@
 /// can be renewed, its units going on to a further depot.
 namespace molven::transfer_notes {
 
+/// What the notes of the sets bear in the place of the hospital's voucher: "Ancillaire", "Retour Ancillaire N° ...".
+inline const QString SetLabel = QStringLiteral("Ancillaire");
 /// Whether a note sends an ancillary set to its client, or brings it back.
 bool isOfSet(const Record& header);
-/// Throws Refusal with the first fault of a new header.
+/// Throws Refusal with the first fault of a new header. The notes of the sets are made with the sets alone.
 void check(SalesBook& book, const Record& header);
 /// Puts into a new header what its date and its state imply.
 void complete(Record& header);

@@ -82,7 +82,7 @@ struct StockMovements : Table {
     Label memo_stk{this, "memo_stk"};                                              ///< memo
     Text col_stk{this, "col_stk", 10};                                             ///< packing, of inventories
     Text uid_stk{this, "uid_stk", 32}; ///< drawn at creation: tells twins apart; empty on movements of old
-    Trail trail{this, {ref_stk, tri_stk}};
+    Trail trail{this, {ref_stk, tri_stk, uid_stk}};
     Index by_article{this, {ref_stk, tri_stk}};
     Index by_date{this, {tri_stk, ref_stk, eta_stk}};
 };

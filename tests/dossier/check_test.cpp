@@ -228,12 +228,13 @@ TEST(Dossiers, AreSoundAgainOnceTheProgramPutAValueRight) {
     EXPECT_EQ(told(dossier.session), QStringList());
 }
 
-TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAreSound) {
+TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAndOneDeletedAreSound) {
     const Dossier dossier;
     Workspace workspace;
     Database molven = workspace.open(dossier.session.molven());
-    for (const int quantity : {1, 2}) {
+    for (const int quantity : {1, 2, 5}) {
         Record movement(strmvtstk);
+        movement[strmvtstk.uid_stk] = QString::number(quantity);
         movement[strmvtstk.ref_stk] = QStringLiteral("SCREW");
         movement[strmvtstk.dat_stk] = QStringLiteral("05/03/2026");
         movement[strmvtstk.tri_stk] = QStringLiteral("20260305");
@@ -242,6 +243,7 @@ TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAreSound) {
         molven.insert(movement);
     }
     molven.update(strmvtstk, {{strmvtstk.qte_stk, QStringLiteral("3")}}, strmvtstk.qte_stk == Decimal(2));
+    molven.remove(strmvtstk, strmvtstk.qte_stk == Decimal(5));
     EXPECT_EQ(told(dossier.session), QStringList());
     plant(dossier.session, DataFile::Molven, "update strmvtstk set qte_stk=4 where qte_stk=3");
     EXPECT_NE(told(dossier.session), QStringList());

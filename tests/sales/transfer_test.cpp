@@ -44,6 +44,9 @@ TEST_F(Transfers, RefuseTheFirstFaultOfAHeader) {
     EXPECT_EQ(refused("001", "001"), QStringLiteral("dépôt initial = dépôt du client"));
     EXPECT_EQ(refused("999", "001"), QStringLiteral("Dépôt inconnu"));
     EXPECT_EQ(refused("001", ""), QStringLiteral("Dépôt inconnu"));
+    EXPECT_EQ(refused("A01", "000001"),
+              QStringLiteral("Dépôt des ancillaires : envoi et retour se font sur la fiche des ancillaires"))
+        << "by hand, without a set";
     EXPECT_EQ(notes.vente.count(strbtre), 0);
     const Record note = documents::create(notes, headerFor("1", "001", "101"));
     EXPECT_EQ(note[strbtre.fac_eta] + u'|' + note[strbtre.fac_dat] + u'|' + note[strbtre.fac_aa],

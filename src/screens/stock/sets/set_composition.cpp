@@ -96,15 +96,25 @@ void SetComposition::refresh(const QString& article) {
     codes_.showWords();
 }
 
+bool SetComposition::hasUnsavedWork() const { return panel_->differsFrom(shown_.value_or(Record(strnomenclature))); }
+
 void SetComposition::bringUp(const Record& component) {
-    shown_ = component;
-    panel_->load(component);
-    codes_.showWords();
+    const bool isShown = shown_ && *shown_ == component;
+    if (!isShown && hasUnsavedWork() && !form_.givesUp(title_->text())) {
+        if (shown_) grid_->followRecord(*shown_, {&n.anc_lg});
+        return;
+    }
+    if (!isShown) {
+        shown_ = component;
+        panel_->load(component);
+        codes_.showWords();
+    }
     if (chosen) chosen();
 }
 
 void SetComposition::startAdding() {
     if (type_.isEmpty()) throw Refusal(QStringLiteral("Choisir d'abord un type d'ancillaire"));
+    if (hasUnsavedWork() && !form_.givesUp(title_->text())) return;
     shown_.reset();
     panel_->load(Record(strnomenclature));
     codes_.showWords();

@@ -22,6 +22,8 @@ public:
     void show(const QString& type);
     /// The component whose row is current.
     std::optional<Record> component() const { return shown_; }
+    /// Whether a component is typed that was not recorded.
+    bool hasUnsavedWork() const;
 
     std::function<void()> chosen;  ///< another component became current
     std::function<void()> changed; ///< the composition was written

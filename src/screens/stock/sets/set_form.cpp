@@ -181,7 +181,10 @@ void SetForm::print() {
     desk().print(listOf(byType));
 }
 
-bool SetForm::hasUnsavedWork() const { return CodeTableForm::hasUnsavedWork() || (shelf_ && shelf_->hasUnsavedWork()); }
+bool SetForm::hasUnsavedWork() const {
+    return CodeTableForm::hasUnsavedWork() || (shelf_ && shelf_->hasUnsavedWork()) ||
+           (composition_ && composition_->hasUnsavedWork());
+}
 
 SetStateForm::SetStateForm(Desk& desk)
     : Form(desk, QStringLiteral("AN_etat")),

@@ -1,5 +1,6 @@
 #include "screens/stock/sets/set_shelf.h"
 
+#include "data/format.h"
 #include "screens/stock/sets/set_columns.h"
 #include "screens/stock/sets/set_trays.h"
 #include "ui/form.h"
@@ -35,6 +36,11 @@ SetShelf::SetShelf(Form& form, set_journeys::Files& files)
     sets_->becameCurrent = [this](const Record& set) {
         const QString serial = set[stretatanc.stk_anc_imm];
         if (serial == serial_) return;
+        if (!mayLeaveTray()) {
+            Record kept(stretatanc);
+            kept[stretatanc.stk_anc_imm] = serial_;
+            return sets_->followRecord(kept, {&stretatanc.stk_anc_imm});
+        }
         leaveTray();
         serial_ = serial;
         showContents();
@@ -133,9 +139,8 @@ void SetShelf::showContents() {
     const auto row = sets_->current();
     if (serial_.isEmpty() || !row) return title_->setText(QStringLiteral("Aucun ancillaire de ce type"));
     const Record& set = *row;
-    title_->setText(QStringLiteral("Ancillaire %1 : %2 unités sur %3 — %4")
-                        .arg(serial_)
-                        .arg(set[stretatanc.eta_nb].toInteger())
+    title_->setText(QStringLiteral("Ancillaire %1 : %2 sur %3 — %4")
+                        .arg(serial_, counted(set[stretatanc.eta_nb].toInteger(), QStringLiteral("unité")))
                         .arg(set[stretatanc.eta_tot].toInteger())
                         .arg(set[stretatanc.eta_com]));
 }
@@ -151,6 +156,9 @@ void SetShelf::open(SetTray* tray) {
     trayOpened(tray);
 }
 
+/// Asks before what was ticked or typed in a tray goes.
+bool SetShelf::mayLeaveTray() { return !hasUnsavedWork() || form_.givesUp(title_->text()); }
+
 void SetShelf::leaveTray() {
     if (!trays_->isVisible()) return;
     trays_->hide();
@@ -159,6 +167,7 @@ void SetShelf::leaveTray() {
 }
 
 void SetShelf::add() {
+    if (!mayLeaveTray()) return;
     leaveTray();
     const QString serial = ancillary_sets::create(files_.ancillaire, type_);
     refresh(serial);
@@ -170,6 +179,7 @@ void SetShelf::fill() {
     if (trays_->isVisible() && trays_->currentWidget() == filling_) return filling_->place();
     const QString serial = requireSet();
     ancillary_sets::requireAtHome(ancillary_sets::header(files_.ancillaire, serial));
+    if (!mayLeaveTray()) return;
     leaveTray();
     open(filling_);
     filling_->open(serial, component_);
@@ -204,6 +214,7 @@ void SetShelf::remove() {
 void SetShelf::startSending() {
     const QString serial = requireSet();
     set_journeys::requireSendable(files_, serial);
+    if (!mayLeaveTray()) return;
     leaveTray();
     open(sending_);
     sending_->open(serial);
@@ -213,6 +224,7 @@ void SetShelf::startReturn() {
     const QString serial = requireSet();
     const Record set = ancillary_sets::header(files_.ancillaire, serial);
     set_journeys::requireAway(set);
+    if (!mayLeaveTray()) return;
     leaveTray();
     QStringList units;
     for (const Record& line : ancillary_sets::lines(files_.ancillaire, serial))

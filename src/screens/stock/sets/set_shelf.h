@@ -40,6 +40,7 @@ private:
     void showContents();
     QString requireSet() const;
     void open(SetTray* tray);
+    bool mayLeaveTray();
     void leaveTray();
     void add();
     void fill();
