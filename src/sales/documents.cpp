@@ -429,6 +429,8 @@ Record keep(SalesBook& book, const Record& asRead) {
     record[book.kind().headers.fac_pst] = QString();
     const Record result = record.draft();
     record.update();
+    numbering::addHiddenLine(book.vente, book.kind().lines, result[book.kind().headers.fac_aa],
+                             result[book.kind().headers.fac_no]);
     transaction.commit();
     return result;
 }

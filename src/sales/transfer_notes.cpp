@@ -97,6 +97,8 @@ Record renew(SalesBook& book, const Record& header, const QStringList& units,
     const Record old = documents::current(book, note);
     requireRenewable(book, old);
     const Record written = write(book, header, units, deliveryAddress);
+    require(written[strbtre.tri_datf] >= old[strbtre.tri_datf], "Date antérieure à celle du bon renouvelé",
+            strbtre.fac_datf);
     carryOn(book, old[strbtre.fac_no], written[strbtre.fac_no]);
     transaction.commit();
     return written;

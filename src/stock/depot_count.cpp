@@ -324,6 +324,7 @@ void DepotCount::takeBack(const QString& unit) {
 
 void DepotCount::describe(const QString& client, const QString& counter, int months) {
     codes::require(molven_, strinvdep.inv_clt, codes::Client, client);
+    depot_counts::requireClientOf(molven_, header_[strinvdep.inv_dep], client);
     require(months >= 0 && months <= 120, "Nombre de mois incorrect", strinvdep.inv_moi);
     const QList<Assignment> described{{strinvdep.inv_clt, client},
                                       {strinvdep.inv_par, counter.left(strinvdep.inv_par.size)},

@@ -67,6 +67,16 @@ std::optional<Record> clientOf(Database molven, const QString& depot) {
     return molven.find(strclient, strclient.clt_dep == depot, strclient.clt_cod);
 }
 
+void requireClientOf(Database molven, const QString& depot, const QString& client) {
+    const auto own = clientOf(molven, depot);
+    if (client.isEmpty() || !own) return;
+    const auto signing = parties::findClient(molven, client);
+    if (!signing || signing->value(strclient.clt_dep) != depot)
+        throw Refusal(QStringLiteral("Ce dépôt est celui du client %1 %2")
+                          .arg((*own)[strclient.clt_cod], (*own)[strclient.clt_nom]),
+                      strinvdep.inv_clt.name);
+}
+
 Record requireOpen(Database molven, const Record& count) {
     const Record now = stored(molven, count);
     require(now[strinvdep.inv_eta] == count_state::Open, "Cet inventaire a été clôturé par un autre poste",

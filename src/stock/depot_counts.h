@@ -105,6 +105,8 @@ Record blank(Database molven, const QString& depot);
 std::optional<Record> openOf(Database molven, const QString& depot);
 /// The client whose depot this is, the first of several; nothing for one of our own.
 std::optional<Record> clientOf(Database molven, const QString& depot);
+/// Throws Refusal when the depot is a client's and this one's is another.
+void requireClientOf(Database molven, const QString& depot, const QString& client);
 /// Throws Refusal unless the count is open as it is stored now; answers it.
 Record requireOpen(Database molven, const Record& count);
 

@@ -219,6 +219,8 @@ void RecordPanel::store(Record& record) const {
         }
         const auto number = Decimal::parse(typed);
         if (!number) throw Refusal(QStringLiteral("Valeur numérique incorrecte : ") + typed, box.field->name);
+        if (box.field->scale == Number::Whole && *number != number->rounded(0))
+            throw Refusal(QStringLiteral("Nombre entier attendu : ") + typed, box.field->name);
         if (!Record::fits(*box.field, *number))
             throw Refusal(QStringLiteral("Valeur trop grande : ") + typed, box.field->name);
         record.set(*box.field, number->toString());

@@ -1,7 +1,7 @@
 #include "support/dossier.h"
+#include "support/faults.h"
 
 #include "data/digest.h"
-#include "dossier/check.h"
 #include "reference/party_tables.h"
 #include "sales/document_tables.h"
 #include "stock/movements.h"
@@ -12,20 +12,11 @@
 namespace molven {
 
 using test::Dossier;
+using test::faultsOf;
+using test::plant;
+using test::Planted;
 
 namespace {
-
-QStringList told(const Session& session) {
-    QStringList texts;
-    for (const check::Fault& fault : check::run(session)) texts.append(fault.subject + " : " + fault.text);
-    return texts;
-}
-
-/// As a hand outside the program would write it.
-void plant(const Session& session, DataFile file, const char* sql) {
-    Workspace workspace;
-    workspace.open(session.path(file)).firstValue(QString::fromUtf8(sql));
-}
 
 std::string joined(const QStringList& texts) { return texts.join(u'\n').toStdString(); }
 
@@ -59,13 +50,6 @@ private:
     }
 };
 
-struct Planted {
-    const char* name;
-    DataFile file;
-    const char* sql;
-    const char* told;
-};
-
 } // namespace
 
 class Unmended : public testing::TestWithParam<Planted> {};
@@ -73,10 +57,10 @@ class Unmended : public testing::TestWithParam<Planted> {};
 TEST_P(Unmended, IsToldAndNotCoveredUp) {
     Sold dossier;
     plant(dossier.session, GetParam().file, GetParam().sql);
-    const QStringList before = told(dossier.session);
+    const QStringList before = faultsOf(dossier.session);
     EXPECT_TRUE(before.contains(QString::fromUtf8(GetParam().told))) << joined(before);
     EXPECT_TRUE(check::repair(dossier.session).isEmpty());
-    EXPECT_EQ(told(dossier.session), before);
+    EXPECT_EQ(faultsOf(dossier.session), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -114,9 +98,9 @@ class ArchivedBreakages : public testing::TestWithParam<Planted> {};
 
 TEST_P(ArchivedBreakages, AreReported) {
     Archived dossier;
-    ASSERT_EQ(told(dossier.session), QStringList());
+    ASSERT_EQ(faultsOf(dossier.session), QStringList());
     plant(dossier.session, DataFile::Historic, GetParam().sql);
-    const QStringList found = told(dossier.session);
+    const QStringList found = faultsOf(dossier.session);
     EXPECT_TRUE(found.contains(QString::fromUtf8(GetParam().told))) << joined(found);
 }
 
@@ -159,16 +143,16 @@ TEST(Dossiers, ArchivedByAnotherToolAreSound) {
                                 "insert into f1.strfacl select * from main.strfacl", "delete from main.strfacl"})
             vente.firstValue(QString::fromUtf8(sql));
     }
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Dossiers, OlderThanTheirJournalAreSoundAndAnsweredForFromThenOn) {
     const Sold dossier;
     for (const DataFile file : {DataFile::Molven, DataFile::Vente})
         for (const char* sql : {"delete from strjournal", "pragma user_version=2"}) plant(dossier.session, file, sql);
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
     plant(dossier.session, DataFile::Molven, "delete from strproduit where imm_art='26030003'");
-    EXPECT_TRUE(told(dossier.session).contains(QStringLiteral("Unité 20/26030003 : supprimé hors du programme")));
+    EXPECT_TRUE(faultsOf(dossier.session).contains(QStringLiteral("Unité 20/26030003 : supprimé hors du programme")));
 }
 
 TEST(Dossiers, OfWhichAnIndexLostRecordsAreReadAllTheSameAndMended) {
@@ -184,9 +168,9 @@ TEST(Dossiers, OfWhichAnIndexLostRecordsAreReadAllTheSameAndMended) {
     declare(" where imm_art is null");
     plant(dossier.session, DataFile::Molven, "reindex strproduit_6");
     declare("");
-    EXPECT_EQ(told(dossier.session), QStringList("strproduit : index strproduit_6 incomplet"));
+    EXPECT_EQ(faultsOf(dossier.session), QStringList("strproduit : index strproduit_6 incomplet"));
     EXPECT_EQ(check::repair(dossier.session).size(), 1);
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Dossiers, WhoseUnitCameBackAndWasCorrectedAreSound) {
@@ -198,12 +182,12 @@ TEST(Dossiers, WhoseUnitCameBackAndWasCorrectedAreSound) {
     Record corrected = before;
     corrected[strproduit.lot_art] = QStringLiteral("CORRIGE");
     units::change(molven, corrected, before);
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
     // A note may bear the number of the credit note: each family has its own.
     for (const QString& unit : {QStringLiteral("26030003"), QStringLiteral("26030001")})
         dossier.document(QStringLiteral("LIV"), {unit});
     EXPECT_EQ(dossier.unit(QStringLiteral("26030001")).value(strproduit.num_vte), QStringLiteral("000002"));
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Dossiers, WhosePatientWasReplacedOnTheUnitAreSound) {
@@ -214,18 +198,18 @@ TEST(Dossiers, WhosePatientWasReplacedOnTheUnitAreSound) {
     units::Implantation implantation = units::implantationOf(unit);
     implantation.patient = QStringLiteral("MARTIN Louis");
     units::implant(molven, unit, implantation);
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Dossiers, AreSoundAgainOnceTheProgramPutAValueRight) {
     const Sold dossier;
     plant(dossier.session, DataFile::Molven, "update strclient set clt_nom='INTRUS' where clt_cod='000001'");
-    EXPECT_EQ(told(dossier.session), QStringList("Client 000001 : changé hors du programme : Nom"));
+    EXPECT_EQ(faultsOf(dossier.session), QStringList("Client 000001 : changé hors du programme : Nom"));
     Workspace workspace;
     workspace.open(dossier.session.molven())
         .update(strclient, {{strclient.clt_nom, QStringLiteral("CLINIQUE")}},
                 strclient.clt_cod == QStringLiteral("000001"));
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAndOneDeletedAreSound) {
@@ -244,9 +228,9 @@ TEST(Dossiers, WithTwoMovementsOfOneDayOfWhichOneWasCorrectedAndOneDeletedAreSou
     }
     molven.update(strmvtstk, {{strmvtstk.qte_stk, QStringLiteral("3")}}, strmvtstk.qte_stk == Decimal(2));
     molven.remove(strmvtstk, strmvtstk.qte_stk == Decimal(5));
-    EXPECT_EQ(told(dossier.session), QStringList());
+    EXPECT_EQ(faultsOf(dossier.session), QStringList());
     plant(dossier.session, DataFile::Molven, "update strmvtstk set qte_stk=4 where qte_stk=3");
-    EXPECT_NE(told(dossier.session), QStringList());
+    EXPECT_NE(faultsOf(dossier.session), QStringList());
 }
 
 TEST(Digest, TellsTheFieldsOfEveryTableApart) {

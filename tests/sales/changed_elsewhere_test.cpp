@@ -1,3 +1,4 @@
+#include "support/faults.h"
 #include "support/sales.h"
 
 #include "sales/integration.h"
@@ -131,6 +132,7 @@ TEST_F(TwoUsers, FindTheDocumentsWhoseCreationWasCutShort) {
     document_lines::add(here, lined, {lineOfArticle(here, lined, QStringLiteral("FEE"))});
     document_lines::remove(here, lined, documents::lines(here, lined).record());
     documents::keep(here, kept);
+    EXPECT_EQ(test::faultsOf(dossier.session), QStringList()) << "kept without lines on purpose";
     const Record elsewhere = newDocument(here);
     const auto leftBy = [&](const Record& document, const QString& program) {
         here.vente.update(strlive, {{strlive.fac_pst, program}}, strlive.fac_no == document[strlive.fac_no]);

@@ -182,13 +182,13 @@ TEST_F(CountsOfDepots, FaultsAreFoundByTheCheck) {
                   {{strinvlig.lig_mod, QStringLiteral("LIV")}, {strinvlig.lig_doc, QStringLiteral("000009")}}, one);
     EXPECT_TRUE(
         faultsOf(dossier.session)
-            .contains(QStringLiteral("000001/%1 n'est pas sur le document 000009 qui l'a réglée").arg(units[0])));
+            .contains(QStringLiteral("000001/%1 : n'est pas sur le document 000009 qui l'a réglée").arg(units[0])));
     molven.update(strinvdep, {{strinvdep.inv_eta, count_state::Open}}, {});
     EXPECT_TRUE(faultsOf(dossier.session)
-                    .contains(QStringLiteral("000001/%1 constat dans un inventaire en cours").arg(units[0])));
+                    .contains(QStringLiteral("000001/%1 : constat dans un inventaire en cours").arg(units[0])));
     molven.remove(strinvdep);
     EXPECT_TRUE(
-        faultsOf(dossier.session).contains(QStringLiteral("000001/%1 unité d'un inventaire absent").arg(units[0])));
+        faultsOf(dossier.session).contains(QStringLiteral("000001/%1 : unité d'un inventaire absent").arg(units[0])));
 }
 
 } // namespace molven

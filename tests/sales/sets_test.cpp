@@ -13,6 +13,7 @@
 namespace molven {
 
 using test::faultsOf;
+using test::Planted;
 using test::refusalOf;
 
 namespace {
@@ -257,26 +258,12 @@ TEST_F(SetsOnTheRoad, AreListedWithWhatIsUrgentFirst) {
     EXPECT_EQ(order, (QStringList{expired, empty, sooner, good}));
 }
 
-namespace {
-
-/// A fault planted in the data of a set that is out at a client.
-struct Planted {
-    const char* name;
-    DataFile file;
-    const char* sql;
-    const char* told;
-};
-
-} // namespace
-
+/// In the data of a set that is out at a client.
 class PlantedInSets : public SetsOnTheRoad, public testing::WithParamInterface<Planted> {};
 
 TEST_P(PlantedInSets, IsFound) {
     send(whole());
-    {
-        Workspace workspace;
-        workspace.open(dossier.session.path(GetParam().file)).firstValue(QString::fromUtf8(GetParam().sql));
-    }
+    test::plant(dossier.session, GetParam().file, GetParam().sql);
     const QStringList told = faultsOf(dossier.session);
     EXPECT_TRUE(told.contains(QString::fromUtf8(GetParam().told))) << told.join(u'\n').toStdString();
 }
@@ -285,24 +272,25 @@ INSTANTIATE_TEST_SUITE_P(
     Each, PlantedInSets,
     testing::Values(
         Planted{"depot", DataFile::Molven, "update strproduit set num_dep='000002' where imm_art='26030001'",
-                "26030001 dépôt 000002, son ancillaire 00000001 est en 000001"},
+                "26030001 : dépôt 000002, son ancillaire 00000001 est en 000001"},
         Planted{"client", DataFile::Molven, "update strproduit set clt_vte='000002' where imm_art='26030001'",
-                "26030001 client 000002, son ancillaire 00000001 est chez 000001"},
+                "26030001 : client 000002, son ancillaire 00000001 est chez 000001"},
         Planted{"state", DataFile::Molven, "update strproduit set tes_vte='N' where imm_art='26030001'",
-                "26030001 dans l'ancillaire 00000001, mais pas dans cet état"},
+                "26030001 : dans l'ancillaire 00000001, mais pas dans cet état"},
         Planted{"twice", DataFile::Ancillaire,
                 "insert into strstock select * from strstock where stk_imm_art='26030001'",
-                "26030001 sur deux lignes d'ancillaire"},
+                "26030001 : sur deux lignes d'ancillaire"},
         Planted{"lost", DataFile::Ancillaire, "delete from strstock where stk_imm_art='26030001'",
-                "26030001 dans un ancillaire qui ne la contient pas"},
-        Planted{"apart", DataFile::Ancillaire, "update strstock set stk_num_vte='000009' where stk_anc_imm_lg='000'",
-                "26030001 ancillaire 00000001 : Bon de transfert « 000001 » sur sa ligne, « 000009 » sur la ligne 000"},
+                "26030001 : dans un ancillaire qui ne la contient pas"},
+        Planted{
+            "apart", DataFile::Ancillaire, "update strstock set stk_num_vte='000009' where stk_anc_imm_lg='000'",
+            "26030001 : ancillaire 00000001 : Bon de transfert « 000001 » sur sa ligne, « 000009 » sur la ligne 000"},
         Planted{"headless", DataFile::Ancillaire, "delete from strstock where stk_anc_imm_lg='000'",
-                "26030001 sur une ligne de l'ancillaire 00000001, qui n'a pas de ligne 000"},
+                "26030001 : sur une ligne de l'ancillaire 00000001, qui n'a pas de ligne 000"},
         Planted{"total", DataFile::Ancillaire, "update strnomenclature set anc_qte=4 where anc_lg='000'",
-                "KIT nomenclature de 3 unités, 4 sur la ligne 000"},
+                "KIT : nomenclature de 3 unités, 4 sur la ligne 000"},
         Planted{"stock", DataFile::Molven, "update strarticle set art_stk=1 where art_ref='HIP'",
-                "HIP art_stk = 1 pour 4 unités"}),
+                "HIP : art_stk = 1 pour 4 unités"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace molven

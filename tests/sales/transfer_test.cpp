@@ -178,6 +178,10 @@ TEST_F(Transfers, AreRenewedOnceWithTheUnitsThatAreLeft) {
     EXPECT_EQ(left, units.mid(1));
     EXPECT_EQ(refusalOf([&] { transfer_notes::renew(notes, header, units, {}, note); }),
               QStringLiteral("Non transferable -- Immat : %1 a été vendue , FACT N° : 000001").arg(units[0]));
+    Record earlier = header;
+    earlier[strbtre.fac_datf] = QStringLiteral("09/03/2026");
+    EXPECT_EQ(refusalOf([&] { transfer_notes::renew(notes, earlier, left, {}, note); }),
+              QStringLiteral("Date antérieure à celle du bon renouvelé"));
     EXPECT_EQ(documents::current(notes, note), note) << "nothing written";
     const Record renewed = transfer_notes::renew(notes, header, left, {}, note);
     EXPECT_EQ(documents::current(notes, note)[strbtre.fac_eta], QStringLiteral("T000002"));

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "support/faults.h"
 #include "support/sales.h"
 
-#include "dossier/check.h"
 #include "sales/count_documents.h"
 #include "sales/transfer_notes.h"
 
@@ -30,12 +30,6 @@ inline QList<Record> settleable(const DepotCount& count) {
         for (const Record& row : count.rows(found))
             if (count_documents::isSettleable(count, row)) rows.append(row);
     return rows;
-}
-
-inline QStringList faultsOf(const Session& session) {
-    QStringList lines;
-    for (const check::Fault& fault : check::run(session)) lines.append(fault.subject + u' ' + fault.text);
-    return lines;
 }
 
 /// Moves units between depots.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "support/dossier.h"
+#include "support/faults.h"
 
-#include "dossier/check.h"
 #include "sales/set_journeys.h"
 #include "stock/set_types.h"
 
@@ -43,12 +43,5 @@ public:
     Database compta, ancillaire;
     set_journeys::Files files;
 };
-
-/// What `check` tells of a dossier, one line a fault.
-inline QStringList faultsOf(const Session& session) {
-    QStringList lines;
-    for (const check::Fault& fault : check::run(session)) lines.append(fault.subject + u' ' + fault.text);
-    return lines;
-}
 
 } // namespace molven::test

@@ -204,8 +204,7 @@ void DocumentForm::readAgain() {
 QString DocumentForm::totalWords() const {
     if (book_.kind().isPriced)
         return QStringLiteral("Total HT : ") + format((*shown())[table_.fac_ht], QStringLiteral("#####0.00"));
-    const int units = lines_->rows().rowCount();
-    return units == 1 ? QStringLiteral("1 ligne") : QStringLiteral("%1 lignes").arg(units);
+    return counted(lines_->rows().rowCount(), QStringLiteral("ligne"));
 }
 
 void DocumentForm::refresh() {

@@ -320,6 +320,8 @@ void LineEntry::validate() {
     if (draft_.tracked) {
         units.append(unit_rules::check(book_, *header_, typed(table_.fac_imm)));
         document_lines::setUnit(book_, draft_, units.first());
+    } else {
+        takeUnit(); // one left in its box says again why it cannot be on this line
     }
     if (draft_.reimbursements.size() > 1) takeReimbursement();
     takeAmounts();

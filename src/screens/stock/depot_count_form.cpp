@@ -232,6 +232,11 @@ void DepotCountForm::describe() {
     showCount();
 }
 
+/// What was typed beside the depot, refused on leaving included; what another workstation wrote stays.
+void DepotCountForm::takeDescription() {
+    if (panel_->differsFrom(count_->header())) describe();
+}
+
 DepotCount& DepotCountForm::requireCount() {
     if (!count_) throw Refusal(QStringLiteral("Dépôt obligatoire"), strinvdep.inv_dep.name);
     return *count_;
@@ -307,6 +312,7 @@ void DepotCountForm::tickAll() {
 void DepotCountForm::settleOrClose() { requireCount().isClosed() ? writeDocuments() : closeCount(); }
 
 void DepotCountForm::closeCount() {
+    takeDescription();
     count_->refresh();
     showCount();
     const CountTally tally = count_->tally();
@@ -349,7 +355,7 @@ void DepotCountForm::writeDocuments() {
 }
 
 void DepotCountForm::print() {
-    requireCount();
+    if (!requireCount().isClosed()) takeDescription();
     const Record& header = count_->header();
     const auto client = parties::findClient(molven_, header[strinvdep.inv_clt]);
     desk().print(countStatement(*count_, parameters::label(molven_, list::Depot, header[strinvdep.inv_dep]),

@@ -34,6 +34,7 @@ private:
     void openDepot();
     void open(const Record& count);
     void describe();
+    void takeDescription();
     bool take(const QString& scanned);
     void showReading(const DepotCount::Reading& reading);
     void takeBack();
