@@ -24,8 +24,8 @@
 #include "screens/stock/movement_listing_form.h"
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
-#include "screens/stock/recount_forms.h"
 #include "screens/stock/sets/set_form.h"
+#include "screens/stock/stock_rebuild_form.h"
 #include "screens/stock/unit_history_form.h"
 #include "ui/desk.h"
 

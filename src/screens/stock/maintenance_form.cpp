@@ -18,7 +18,7 @@
 
 namespace molven {
 
-const MaintenanceForm::Task& MaintenanceForm::taskOf(const QString& mode) {
+const MaintenanceForm::Task& MaintenanceForm::taskOf(const QString& name, const QString& mode) {
     static const QHash<QString, Task> tasks{
         {QStringLiteral("PRO"),
          {QStringLiteral("Modif des produits à partir des articles"),
@@ -28,6 +28,13 @@ const MaintenanceForm::Task& MaintenanceForm::taskOf(const QString& mode) {
            {QStringLiteral("txtfin"), QStringLiteral("&au :")}},
           &MaintenanceForm::showRange,
           &MaintenanceForm::carryArticles}},
+        {QStringLiteral("T_procal"),
+         {QStringLiteral("Recalcul du stock des produits suivis"),
+          QStringLiteral("Le stock de chaque article suivi devient le nombre de ses produits qui ne sont pas facturés, "
+                         "où qu'ils soient : dépôt principal, dépôts des clients, bons de livraison, ancillaires."),
+          {},
+          &MaintenanceForm::nothingMore,
+          &MaintenanceForm::recountUnits}},
         {QStringLiteral("STK"),
          {QStringLiteral("Recalcul stocks/pamp produits suivis"),
           QStringLiteral("Le stock de chaque article suivi devient le nombre de ses produits non facturés, et son prix "
@@ -43,12 +50,12 @@ const MaintenanceForm::Task& MaintenanceForm::taskOf(const QString& mode) {
            {QStringLiteral("txtnouv"), QStringLiteral("&Nouveau code :")}},
           &MaintenanceForm::showFamily,
           &MaintenanceForm::renameFamily}}};
-    return *tasks.constFind(mode);
+    return *tasks.constFind(mode.isEmpty() ? name : mode);
 }
 
-MaintenanceForm::MaintenanceForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_utilit")), molven_(workspace_.open(session().molven())) {
-    const Task& task = taskOf(mode());
+MaintenanceForm::MaintenanceForm(Desk& desk, const QString& name)
+    : Form(desk, name), molven_(workspace_.open(session().molven())) {
+    const Task& task = taskOf(name, mode());
     auto* explanation = new QLabel(task.explanation, this);
     explanation->setWordWrap(true);
     words_ = new QLabel(this);
@@ -146,8 +153,23 @@ void MaintenanceForm::carryArticles() {
     finish(done ? QStringLiteral(" : ") + counted(*done, QStringLiteral("produit")) : QString());
 }
 
-void MaintenanceForm::recount() {
+void MaintenanceForm::begin() {
+    step_->setText(QStringLiteral("TRAITEMENT EN COURS"));
+    step_->repaint();
     notify(QStringLiteral("Debut du traitement"));
+}
+
+void MaintenanceForm::recountUnits() {
+    begin();
+    const auto done = stock_recount::count(molven_, progress(*this, QStringLiteral("Recomptage du stock")));
+    finish(done ? QStringLiteral(" : %1, %2 de stock changé")
+                      .arg(counted(done->articles, QStringLiteral("article")))
+                      .arg(done->changed)
+                : QString());
+}
+
+void MaintenanceForm::recount() {
+    begin();
     const auto done = stock_recount::countAndAverage(molven_, session().rules(),
                                                      progress(*this, QStringLiteral("Recomptage du stock")));
     finish(done ? QStringLiteral(" : %1, %2 changés")

@@ -1,9 +1,8 @@
-#include "screens/stock/recount_forms.h"
+#include "screens/stock/stock_rebuild_form.h"
 
 #include "data/format.h"
 #include "sales/stock_rebuild.h"
 #include "stock/inventory_counts.h"
-#include "stock/stock_recount.h"
 #include "ui/edit.h"
 #include "ui/progress.h"
 #include "ui/style.h"
@@ -38,43 +37,6 @@ QString changed(qint64 count, qint64 articles) {
 }
 
 } // namespace
-
-StockRecountForm::StockRecountForm(Desk& desk) : Form(desk, QStringLiteral("T_procal")) {
-    step_ = stepLabel(this);
-    auto* run = button(QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { recount(); });
-    setDefaultButton(run);
-    auto* row = new QHBoxLayout;
-    row->addWidget(step_, 1);
-    row->addWidget(run);
-    row->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }));
-    auto* layout = new QVBoxLayout(this);
-    style::letBreathe(*layout);
-    layout->addWidget(explanation(
-        QStringLiteral(
-            "Le stock de chaque article suivi devient le nombre de ses produits qui ne sont pas facturés, où "
-            "qu'ils soient : dépôt principal, dépôts des clients, bons de livraison, ancillaires."),
-        this));
-    layout->addStretch();
-    layout->addLayout(row);
-    resize(620, 200);
-    applyTitle(QStringLiteral("Recalcul du stock des produits suivis"));
-    run->setFocus();
-}
-
-void StockRecountForm::recount() {
-    step_->setText(Running);
-    step_->repaint();
-    notify(QStringLiteral("Debut du traitement"));
-    Workspace workspace;
-    const auto done = stock_recount::count(workspace.open(session().molven()),
-                                           progress(*this, QStringLiteral("Recomptage du stock")));
-    if (!done) {
-        step_->setText(Abandoned);
-        return;
-    }
-    step_->setText(Finished + changed(done->changed, done->articles));
-    notify(QStringLiteral("Fin du traitement"));
-}
 
 StockRebuildForm::StockRebuildForm(Desk& desk) : Form(desk, QStringLiteral("T_procalns")) {
     auto* dates = new QHBoxLayout;

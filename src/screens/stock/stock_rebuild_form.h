@@ -9,17 +9,6 @@ namespace molven {
 
 class DateBox;
 
-/// Counts the stock of the articles followed by unit again.
-class StockRecountForm : public Form {
-public:
-    explicit StockRecountForm(Desk& desk);
-
-private:
-    void recount();
-
-    QLabel* step_;
-};
-
 /// Rebuilds the stock of the articles that are not followed, and writes their inventory.
 class StockRebuildForm : public Form {
 public:
