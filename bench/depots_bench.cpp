@@ -59,9 +59,10 @@ void readByRule(benchmark::State& state, const std::function<QString(int)>& scan
     int next = static_cast<int>(count.readings().size());
     qint64 slowest = 0;
     for (auto _ : state) {
+        const QString code = scanned(next++ % Counted);
         QElapsedTimer timer;
         timer.start();
-        count.read(scanned(next++ % Counted));
+        count.read(code);
         benchmark::DoNotOptimize(count.tally());
         benchmark::DoNotOptimize(count.readings());
         slowest = std::max(slowest, timer.nsecsElapsed());
