@@ -5,6 +5,7 @@
 #include "screens/reference/code_table_forms.h"
 #include "screens/reference/ean_pool_form.h"
 #include "screens/reference/listing_forms.h"
+#include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
 #include "screens/sales/recall_form.h"
@@ -60,6 +61,7 @@ void addScreens(Desk& desk) {
     add<InvoicingForm>(desk, "T_parfac");
     add<InvoiceTextForm>(desk, "T_partxt");
     add<CurrencyForm>(desk, "T_monnaie");
+    add<SellerForm>(desk, "T_emetteur");
     add<AccountForm>(desk, "T_plan");
     add<LppForm>(desk, "T_parlpp");
     add<LppCodificationForm>(desk, "T_tipslpp");
