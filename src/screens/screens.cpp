@@ -8,6 +8,7 @@
 #include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
 #include "screens/shell/login_form.h"
@@ -90,6 +91,8 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    for (const PrintScreen& screen : printScreens())
+        desk.addScreen(screen.name, [&screen](Desk& owner) -> Form* { return new PrintForm(owner, screen); });
     add<DepotCountForm>(desk, "T_invdep");
     add<EndowmentForm>(desk, "T_dotation");
     add<ReplenishmentForm>(desk, "T_reassort");
