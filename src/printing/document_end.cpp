@@ -8,6 +8,7 @@ using namespace places;
 
 namespace {
 
+constexpr int AboveFooter = 140; ///< between the texts and the line over the footer
 constexpr int Gap = 180, RowStep = 260, TotalsWidth = 4200, TotalsLeft = Right - TotalsWidth;
 constexpr int StandingOut = 360; ///< height of the last total
 constexpr int VatWidths[] = {900, 1100, 1600, 1500};
@@ -105,7 +106,7 @@ void printSignatures(PrintJob& job, const PaperDocument& document, int y) {
 int height(PrintJob& job, const PaperDocument& document) {
     const int texts = textsHeight(job, document);
     return Gap + figuresHeight(document) + (document.signatures.isEmpty() ? 0 : Gap + SignatureHeight) +
-           (texts > 0 ? Gap + texts : 0);
+           (texts > 0 ? Gap + texts + AboveFooter : 0);
 }
 
 void print(PrintJob& job, const PaperDocument& document, int top, int bottom) {
@@ -114,7 +115,7 @@ void print(PrintJob& job, const PaperDocument& document, int top, int bottom) {
     printVat(job, document, y);
     printPayment(job, document, y + vatHeight(document) + (document.vat.isEmpty() ? 0 : Gap));
     printSignatures(job, document, y + figuresHeight(document) + Gap);
-    int textTop = bottom - textsHeight(job, document);
+    int textTop = bottom - AboveFooter - textsHeight(job, document);
     job.setFont(Narrow, TextPoints);
     for (const QString& text : document.texts) {
         job.setPosition(Left, textTop);

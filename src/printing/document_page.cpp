@@ -31,10 +31,12 @@ public:
         job_.toPage(page_);
         y_ = writeHead(job_, document_) + 160;
         writeTitles();
-        for (const DocumentLine& line : document_.lines) writeLine(line);
+        const int ending = end::height(job_, document_) - CarriedHeight; // after the last line nothing is carried on
+        for (qsizetype i = 0; i < document_.lines.size(); ++i)
+            writeLine(document_.lines[i], i + 1 == document_.lines.size() ? ending : 0);
+        y_ -= LineGap / 2;
         rule(Line);
-        const int ending = end::height(job_, document_);
-        if (y_ + ending > bottom_ + CarriedHeight) startPage();
+        if (y_ + ending > bottom_) startPage();
         end::print(job_, document_, y_, bottom_ + CarriedHeight);
         for (int page = firstPage_; page <= page_; ++page) finishPage(page);
     }
@@ -55,6 +57,7 @@ private:
         job_.setFont(Narrow, 8, true);
         writeCells(y_ + 50, titles());
         y_ += 290 + LineGap;
+        firstLine_ = y_;
     }
 
     QStringList titles() const {
@@ -107,8 +110,11 @@ private:
         return height + (line.group != group_ && !line.group.isEmpty() ? GroupHeight : 0);
     }
 
-    void writeLine(const DocumentLine& line) {
-        if (y_ + heightOf(line) > bottom_) startPage();
+    /// What stands behind the last line goes with it to the next page, so that none holds totals alone.
+    void writeLine(const DocumentLine& line, int behind) {
+        const int height = heightOf(line);
+        const bool goesOn = y_ + height + behind > bottom_ && y_ > firstLine_ && height + behind < bottom_ / 2;
+        if (y_ + height > bottom_ || goesOn) startPage();
         writeGroup(line.group);
         job_.setFont(Narrow, 9);
         y_ += writeCells(y_, line.cells) * RowStep;
@@ -178,7 +184,7 @@ private:
     const PaperDocument& document_;
     const Style& style_;
     const int firstPage_;
-    int page_, y_ = 0, bottom_ = 0;
+    int page_, y_ = 0, bottom_ = 0, firstLine_ = 0;
     QList<int> widths_;
     int designationLeft_ = 0;
     QString group_;     ///< heading of the lines being written, on this page

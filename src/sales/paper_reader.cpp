@@ -176,8 +176,8 @@ void Reader::Known::writeParties(PaperDocument& paper, const Paper& from, const 
     QStringList delivery;
     if (from.kind->isTransfer()) return;
     const auto kept = book.blent.find(strbl, strbl.bl_cod == from.header[h.fac_clt]);
-    if (!kept) return;
-    for (const Label* line : strbl.address()) delivery.append((*kept)[*line]);
+    const Record address = kept ? *kept : documents::presetDeliveryAddress(client);
+    for (const Label* line : strbl.address()) delivery.append(address[*line]);
     delivery = filled(delivery);
     if (delivery != own) paper.delivery = delivery;
 }
