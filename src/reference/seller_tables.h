@@ -20,12 +20,12 @@ struct SellerRecord : Table {
     Text emt_fax{this, "emt_fax", 20};     ///< telefax
     Text emt_mail{this, "emt_mail", 80};   ///< e-mail
     Text emt_web{this, "emt_web", 80};     ///< web site
-    Text emt_siret{this, "emt_siret", 14}; ///< SIRET; its first nine digits are the SIREN
+    Text emt_siret{this, "emt_siret", 20}; ///< SIRET; its first nine digits are the SIREN
     Label emt_rcs{this, "emt_rcs", 40};    ///< trade register: "RCS Lyon"
     Text emt_ape{this, "emt_ape", 6};      ///< code of the activity: "4646Z"
-    Text emt_tva{this, "emt_tva", 15};     ///< VAT number, without blanks
+    Text emt_tva{this, "emt_tva", 20};     ///< VAT number, without blanks
     Label emt_bque{this, "emt_bque", 40};  ///< bank
-    Text emt_iban{this, "emt_iban", 34};   ///< account to pay to, without blanks
+    Text emt_iban{this, "emt_iban", 42};   ///< account to pay to, without blanks
     Text emt_bic{this, "emt_bic", 11};     ///< its bank's BIC
     Label emt_pen{this, "emt_pen", 255};   ///< late payment penalties, as invoices state them
     Label emt_esc{this, "emt_esc", 255};   ///< discount for early payment, as invoices state it
