@@ -54,20 +54,20 @@ void LineWriter::write(PaperDocument& paper, const Recordset& lines) const {
 QList<DocumentColumn> LineWriter::columns(bool withDiscounts) const {
     QList<DocumentColumn> all;
     if (style_.supplierFirst)
-        all = {{QStringLiteral("Réf. fournisseur"), 1500}, {QStringLiteral("N° de série"), 1350}};
+        all = {{QStringLiteral("Réf. fournisseur"), 1500}, {QStringLiteral("N° de série"), 1300}};
     else
-        all = {{QStringLiteral("Immat."), 850}, {QStringLiteral("Référence"), 1250}};
+        all = {{QStringLiteral("Immat."), 790}, {QStringLiteral("Référence"), 1240}};
     all.append({QStringLiteral("Désignation")});
-    all.append({QStringLiteral("Péremption"), 900});
-    all.append({QStringLiteral("Qté"), 520, true});
+    all.append({QStringLiteral("Péremption"), 880});
+    all.append({QStringLiteral("Qté"), 430, true});
     if (!hasPrices) return all;
-    all.append({QStringLiteral("P.U. HT"), 1000, true});
+    all.append({QStringLiteral("P.U. HT"), 900, true});
     if (withDiscounts) {
         all.append({QStringLiteral("Rem. %"), 600, true});
-        all.append({QStringLiteral("Net HT"), 950, true});
+        all.append({QStringLiteral("Net HT"), 880, true});
     }
-    all.append({QStringLiteral("Montant HT"), 1150, true});
-    all.append({QStringLiteral("TVA"), 380, true});
+    all.append({QStringLiteral("Montant HT"), 1050, true});
+    all.append({QStringLiteral("TVA"), 400, true});
     return all;
 }
 

@@ -260,7 +260,8 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     if (!amounts.exempt.isZero() && !identity[e.emt_exo].isEmpty())
         paper.texts.append(QStringLiteral("Montant exonéré de TVA : ") + identity[e.emt_exo]);
     if (from.kind->isCredit) return;
-    paper.texts += filled({identity[e.emt_esc], identity[e.emt_pen]});
+    const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
+    paper.texts += filled({early, identity[e.emt_pen]});
     if (identity[e.emt_pay] == u"FR")
         paper.texts.append(
             QStringLiteral("Indemnité forfaitaire pour frais de recouvrement en cas de retard de paiement : 40 €"));
