@@ -88,6 +88,11 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    desk.addScreen(QStringLiteral("T_gespro"),
+                   [](Desk& owner) -> Form* { return new DocumentForm(owner, proformaKind(owner.session.rules())); });
+    desk.addScreen(QStringLiteral("T_ostrane"), [](Desk& owner) -> Form* {
+        return new DocumentForm(owner, documentKind(owner.session.mode_ecran, DataFile::Ostrane));
+    });
     add<DepotCountForm>(desk, "T_invdep");
     add<EndowmentForm>(desk, "T_dotation");
     add<ReplenishmentForm>(desk, "T_reassort");
