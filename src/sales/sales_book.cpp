@@ -46,7 +46,7 @@ SalesBook::SalesBook(const Session& session, const DocumentKind& kind, std::uniq
       historic(workspace.open(session.historic())) {}
 
 QList<Database> SalesBook::series() const {
-    return kind_.file == DataFile::Vente ? QList<Database>{vente, historic} : QList<Database>{vente};
+    return kind_.file == DataFile::Vente ? QList<Database>{historic, vente} : QList<Database>{vente};
 }
 
 } // namespace molven

@@ -21,7 +21,7 @@ public:
     const DocumentKind& kind() const { return kind_; }
     const CompanyRules& rules() const { return rules_; }
     const Session& session() const { return session_; }
-    /// The files in which the kind's documents are numbered; only the sales have an archive.
+    /// The files in which the kind's documents are numbered, the archive first; only the sales have one.
     QList<Database> series() const;
     /// Delivery notes may take units from the client's own depot.
     bool deliversFromClientDepot() const { return deliversFromClientDepot_; }
