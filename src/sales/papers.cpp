@@ -13,9 +13,10 @@ namespace {
 
 /// The kinds that share the book's series of numbers.
 QList<const DocumentKind*> kindsOfSeries(const SalesBook& book) {
+    if (book.kind().isProforma()) return {&book.kind()};
     QList<const DocumentKind*> kinds;
     for (const DocumentKind& kind : documentKinds())
-        if (&kind.headers == &book.kind().headers) kinds.append(&kind);
+        if (kind.sharesSeries(book.kind())) kinds.append(&kind);
     return kinds;
 }
 
@@ -31,7 +32,7 @@ QList<Paper> select(SalesBook& book, const Range& range) {
     if (!range.client.trimmed().isEmpty()) asked = asked && h.fac_clt == padded(range.client, 6);
     const QList<const DocumentKind*> kinds = kindsOfSeries(book);
     QList<Paper> papers;
-    for (Database file : {book.historic, book.vente})
+    for (Database file : book.series())
         for (const Record& header : file.select(h, asked, Order{h.fac_no, h.fac_aa}))
             for (const DocumentKind* kind : kinds)
                 if (documents::isOfKind(*kind, header)) {

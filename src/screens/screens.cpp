@@ -91,6 +91,11 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    desk.addScreen(QStringLiteral("T_gespro"),
+                   [](Desk& owner) -> Form* { return new DocumentForm(owner, proformaKind(owner.session.rules())); });
+    desk.addScreen(QStringLiteral("T_ostrane"), [](Desk& owner) -> Form* {
+        return new DocumentForm(owner, documentKind(owner.session.mode_ecran, DataFile::Ostrane));
+    });
     for (const PrintScreen& screen : printScreens())
         desk.addScreen(screen.name, [&screen](Desk& owner) -> Form* { return new PrintForm(owner, screen); });
     add<DepotCountForm>(desk, "T_invdep");

@@ -47,16 +47,12 @@ QList<GridColumn> columns(const DocumentKind& kind) {
     return all;
 }
 
-/// The documents that the mode word names.
-const DocumentKind& kindOf(const PrintScreen& screen, const QString& mode) {
-    const QString only = QString::fromLatin1(screen.onlyMode);
-    return documentKind(only.isEmpty() ? mode.section(u' ', 0, 0) : only);
-}
-
 } // namespace
 
 PrintForm::PrintForm(Desk& desk, const PrintScreen& screen)
-    : SelectionForm(desk, screen.name), screen_(screen), book_(session(), kindOf(screen, mode())) {
+    : SelectionForm(desk, screen.name),
+      screen_(screen),
+      book_(session(), kindOfWords(screen, mode(), session().rules())) {
     const QString title =
         screen.isExtract ? QStringLiteral("Extrait de factures") : QStringLiteral("Édition : ") + book_.kind().label;
     build({.title = title,

@@ -22,6 +22,21 @@ const PrintScreen& printScreen(const QString& name) {
                          [&name](const PrintScreen& screen) { return screen.name == name; });
 }
 
+namespace {
+
+const QString SecondBook = QStringLiteral(" OSTRANE");
+
+} // namespace
+
+QString printWords(const DocumentKind& kind) { return kind.isSecondBook() ? kind.mode + SecondBook : kind.mode; }
+
+const DocumentKind& kindOfWords(const PrintScreen& screen, const QString& words, const CompanyRules& rules) {
+    const QString only = QString::fromLatin1(screen.onlyMode);
+    const QString mode = only.isEmpty() ? words.section(u' ', 0, 0) : only;
+    if (mode == u"PROFORMA") return proformaKind(rules);
+    return documentKind(mode, words.endsWith(SecondBook) ? DataFile::Ostrane : DataFile::Vente);
+}
+
 PrintScreen::Electronic electronicForm(const DocumentKind&) { return nullptr; }
 
 } // namespace molven
