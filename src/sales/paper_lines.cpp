@@ -22,7 +22,7 @@ QString LineKnowledge::english(const QString& reference) {
 }
 
 QString LineKnowledge::noteTitle(const QString& number) {
-    if (number.isEmpty()) return {};
+    if (number.isEmpty() || book_.kind().file != DataFile::Vente) return {};
     if (!notes_.contains(number)) {
         QString title = QStringLiteral("Bon de livraison n° ") + number;
         for (Database file : {book_.vente, book_.historic})
