@@ -53,12 +53,14 @@ void LineWriter::write(PaperDocument& paper, const Recordset& lines) const {
 
 QList<DocumentColumn> LineWriter::columns(bool withDiscounts) const {
     QList<DocumentColumn> all;
-    if (style_.supplierFirst)
+    if (!kind_.hasUnits)
+        all = {{QStringLiteral("Référence"), 1240}};
+    else if (style_.supplierFirst)
         all = {{QStringLiteral("Réf. fournisseur"), 1500}, {QStringLiteral("N° de série"), 1300}};
     else
         all = {{QStringLiteral("Immat."), 790}, {QStringLiteral("Référence"), 1240}};
     all.append({QStringLiteral("Désignation")});
-    all.append({QStringLiteral("Péremption"), 880});
+    if (kind_.hasUnits) all.append({QStringLiteral("Péremption"), 880});
     all.append({QStringLiteral("Qté"), 430, true});
     if (!hasPrices) return all;
     all.append({QStringLiteral("P.U. HT"), 900, true});
@@ -71,15 +73,23 @@ QList<DocumentColumn> LineWriter::columns(bool withDiscounts) const {
     return all;
 }
 
+/// What names a line's article and unit, before its designation; a text has neither.
+QStringList LineWriter::references(const Record& line) const {
+    const DocumentLines& l = kind_.lines;
+    const QString own = document_lines::isText(l, line) ? QString() : QString(line[l.fac_ref]);
+    if (!kind_.hasUnits) return {own};
+    if (!style_.supplierFirst) return {line[l.fac_imm], own};
+    return {line[l.fac_fref].isEmpty() ? own : QString(line[l.fac_fref]), line[l.fac_fimm]};
+}
+
 DocumentLine LineWriter::ofRecord(const Record& line, bool withDiscounts) const {
     const DocumentLines& l = kind_.lines;
     DocumentLine paper;
     paper.group = known_.noteTitle(line[l.fac_nbl]);
     const bool isText = document_lines::isText(l, line);
-    const QString lead = style_.supplierFirst ? line[l.fac_fref] : line[l.fac_imm];
-    const QString second = style_.supplierFirst ? line[l.fac_fimm] : line[l.fac_ref];
-    paper.cells = {isText ? QString() : lead, isText ? QString() : second, line[l.fac_li1], line[l.fac_dpr],
-                   isText ? QString() : shown(line[l.fac_qte])};
+    paper.cells = references(line) + QStringList{line[l.fac_li1]};
+    if (kind_.hasUnits) paper.cells.append(line[l.fac_dpr]);
+    if (!isText) paper.cells.append(shown(line[l.fac_qte]));
     for (const Label* further : {&l.fac_li2, &l.fac_li3})
         if (const QString text = line[*further].trimmed(); !text.isEmpty()) paper.under.append(text);
     if (isText) return paper;
