@@ -251,7 +251,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     checkSets(files, faults);
     checkCounts(files, papers, faults);
     checkNotes(papers, faults);
-    checkProformas(files, faults);
+    checkProformas(files, papers, faults);
     checkRenewals(papers, faults);
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))
