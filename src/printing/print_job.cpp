@@ -45,6 +45,11 @@ void PrintJob::bar(int width, int height) {
     bars_.append({page_, x_, y_, width, height});
 }
 
+void PrintJob::picture(const QImage& image, int width, int height) {
+    onPage_[page_].pictures.append(pictures_.size());
+    pictures_.append({page_, x_, y_, width, height, image});
+}
+
 int PrintJob::print(const QString& text, int width, int lineStep) {
     const QStringList broken = lines(text, width);
     print(text);
@@ -95,6 +100,9 @@ void PrintJob::paint(QPainter& painter, int page) const {
     const Page shown = onPage_.value(page);
     for (const qsizetype i : shown.bars)
         painter.fillRect(bars_[i].x, bars_[i].y, bars_[i].width, bars_[i].height, Qt::black);
+    for (const qsizetype i : shown.pictures)
+        painter.drawImage(QRect(pictures_[i].x, pictures_[i].y, pictures_[i].width, pictures_[i].height),
+                          pictures_[i].image);
     for (const qsizetype i : shown.pieces) {
         const PrintedText& piece = pieces_[i];
         const QFont font = inTwips(piece.font);

@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QImage>
 #include <QList>
 #include <QPageLayout>
 #include <QStringList>
@@ -35,6 +36,13 @@ struct PrintedBar {
     int x = 0, y = 0, width = 0, height = 0;
 };
 
+/// One picture of one page; twips.
+struct PrintedPicture {
+    int page = 0;
+    int x = 0, y = 0, width = 0, height = 0;
+    QImage image;
+};
+
 enum class Orientation { Upright, Lying };
 
 /// A print job on A4 being written: font, position, text, page, end. It is then painted on a printer, saved as a PDF,
@@ -55,6 +63,8 @@ public:
     QStringList lines(const QString& text, int width) const;
     /// Fills a rectangle at the current position.
     void bar(int width, int height);
+    /// Fills a rectangle at the current position with a picture.
+    void picture(const QImage& image, int width, int height);
     void newPage() { toPage(lastPage_ + 1); }
     /// Goes on writing on a page, the first is 0.
     void toPage(int page) { page_ = page, lastPage_ = std::max(lastPage_, page); }
@@ -65,6 +75,7 @@ public:
     int pages() const { return pieces_.isEmpty() ? 0 : lastPage_ + 1; }
     const QList<PrintedText>& pieces() const { return pieces_; }
     const QList<PrintedBar>& bars() const { return bars_; }
+    const QList<PrintedPicture>& pictures() const { return pictures_; }
     /// True when a printed piece is exactly this text.
     bool contains(const QString& text) const;
 
@@ -91,9 +102,10 @@ private:
     int x_ = 0, y_ = 0, page_ = 0, lastPage_ = 0;
     QList<PrintedText> pieces_;
     QList<PrintedBar> bars_;
+    QList<PrintedPicture> pictures_;
     /// What stands on one page, by its place among all.
     struct Page {
-        QList<qsizetype> pieces, bars;
+        QList<qsizetype> pieces, bars, pictures;
     };
     QHash<int, Page> onPage_;
 };

@@ -50,6 +50,10 @@ struct Clients : Table {
     Text clt_rbl{this, "clt_rbl", 1, codes::YesNo, "Taper O ou N !!"}; ///< delivery notes grouped on one invoice, O/N
     Label clt_memo{this, "clt_memo"};                                  ///< free memo
     Label clt_chemin{this, "clt_chemin", 255};                         ///< folder of attached documents
+    Text clt_tva{this, "clt_tva", 15};    ///< VAT number, without blanks
+    Text clt_pays{this, "clt_pays", 2};   ///< country, ISO 3166: "FR"; empty for the seller's own
+    Text clt_svc{this, "clt_svc", 100};   ///< public sector: service that the invoice is for
+    Text clt_rou{this, "clt_rou", 100};   ///< electronic address of invoices; its SIRET when empty
 
     Trail trail{this, {clt_cod}};
     Index by_code{this, {clt_cod}, Uniqueness::Unique};

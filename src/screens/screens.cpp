@@ -1,5 +1,6 @@
 #include "screens/screens.h"
 
+#include "screens/accounting/commission_form.h"
 #include "screens/reference/article_form.h"
 #include "screens/reference/client_form.h"
 #include "screens/reference/code_table_forms.h"
@@ -97,6 +98,7 @@ void addScreens(Desk& desk) {
     add<StockRebuildForm>(desk, "T_procalns");
     add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
+    add<CommissionForm>(desk, "T_comrep");
 }
 
 void startProgram(Desk& desk) {

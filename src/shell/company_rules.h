@@ -52,6 +52,8 @@ public:
     bool valuesInventoryByOwnPrice() const { return company_ == u"PL"; }
     int purchasePriceDecimals() const { return company_ == u"CH" ? 3 : 2; }
     QString country() const { return company_ == u"CH" ? QStringLiteral("Suisse") : QString(); }
+    /// Two letters of ISO 3166.
+    QString countryCode() const { return company_ == u"CH" ? QStringLiteral("CH") : QStringLiteral("FR"); }
 
     // Sales
     /// Companies that may sell from the depot "261" in place of the main one.

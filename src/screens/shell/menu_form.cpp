@@ -5,6 +5,7 @@
 #include "shell/startup.h"
 #include "shell/tables.h"
 #include "stock/units.h"
+#include "ui/opened_by_menu.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
@@ -226,7 +227,8 @@ void MenuForm::act(const MenuEntry& entry) {
     if (!entry.notice.isEmpty()) notify(entry.notice);
     switch (entry.action) {
     case MenuAction::Screen:
-        desk().open(entry.target, entry.mode, entry.caption);
+        if (auto* form = dynamic_cast<OpenedByMenu*>(desk().open(entry.target, entry.mode, entry.caption)))
+            form->openedBy(entry.name);
         break;
     case MenuAction::InvoiceChoice:
         if (rules.hasInvoiceBookChoice())
