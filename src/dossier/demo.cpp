@@ -5,6 +5,7 @@
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
+#include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/lines.h"
@@ -298,6 +299,31 @@ void addKneeSet(const Session& session) {
     transaction.commit();
 }
 
+/// Who sells, on paper. No such company, bank or account exists.
+void nameSeller(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    const Record unknown = seller::read(molven);
+    Record identity = unknown;
+    const auto& e = stremetteur;
+    const std::pair<const Field*, const char*> values[]{{&e.emt_jur, "SAS"},
+                                                        {&e.emt_cap, "150000"},
+                                                        {&e.emt_l1, "12 RUE DES LILAS"},
+                                                        {&e.emt_cp, "69003"},
+                                                        {&e.emt_vil, "LYON"},
+                                                        {&e.emt_tel, "04 00 00 00 00"},
+                                                        {&e.emt_mail, "facturation@demonstration.example"},
+                                                        {&e.emt_siret, "89812345000014"},
+                                                        {&e.emt_rcs, "RCS Lyon"},
+                                                        {&e.emt_ape, "4646Z"},
+                                                        {&e.emt_tva, "FR04898123450"},
+                                                        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
+                                                        {&e.emt_iban, "FR7619999000010000012345602"},
+                                                        {&e.emt_bic, "DEMOFR2L"}};
+    for (const auto& [field, value] : values) identity.set(*field, QString::fromLatin1(value));
+    seller::save(molven, identity, unknown);
+}
+
 } // namespace
 
 void fill(const Session& session, const Options& options) {
@@ -309,6 +335,7 @@ void fill(const Session& session, const Options& options) {
     life.plan();
     life.write();
     addKneeSet(session);
+    nameSeller(session);
 }
 
 } // namespace molven::demo

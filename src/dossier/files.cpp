@@ -4,6 +4,7 @@
 #include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
 #include "reference/party_tables.h"
+#include "reference/seller_tables.h"
 #include "reference/tariff_tables.h"
 #include "sales/document_tables.h"
 #include "shell/tables.h"
@@ -24,10 +25,10 @@ const QList<const Table*>& tablesOf(DataFile file) {
     static const std::map<DataFile, Tables> tables{
         {DataFile::Societe, journal + Tables{&strsociete}},
         {DataFile::Molven,
-         journal + Tables{&strspecif, &strarticle,  &strartlpp,   &strconform, &strclient,  &strfournis,
-                          &strparam,  &strpan,      &strparrgt,   &strparfac,  &strpartxt,  &strmonnaie,
-                          &strlpp,    &strpartips,  &strtarifclt, &strparrem,  &strtauxrep, &strproduit,
-                          &strmvtstk, &strdotation, &strinvdep,   &strinvlig}},
+         journal + Tables{&strspecif,  &stremetteur, &strarticle,  &strartlpp,   &strconform, &strclient,
+                          &strfournis, &strparam,    &strpan,      &strparrgt,   &strparfac,  &strpartxt,
+                          &strmonnaie, &strlpp,      &strpartips,  &strtarifclt, &strparrem,  &strtauxrep,
+                          &strproduit, &strmvtstk,   &strdotation, &strinvdep,   &strinvlig}},
         {DataFile::Vente, journal + documents},
         {DataFile::Blent, journal + Tables{&strbl}},
         {DataFile::Proforma, journal + invoices},

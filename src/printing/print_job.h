@@ -2,6 +2,7 @@
 
 #include "data/progress.h"
 
+#include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QHash>
@@ -34,6 +35,7 @@ struct PrintedText {
 struct PrintedBar {
     int page = 0;
     int x = 0, y = 0, width = 0, height = 0;
+    QColor color = Qt::black;
 };
 
 /// One picture of one page; twips.
@@ -62,9 +64,9 @@ public:
     /// A text broken at its blanks to lines of that width in the current font; a longer word is cut.
     QStringList lines(const QString& text, int width) const;
     /// Fills a rectangle at the current position.
-    void bar(int width, int height);
-    /// Fills a rectangle at the current position with a picture.
-    void picture(const QImage& image, int width, int height);
+    void bar(int width, int height, const QColor& color = Qt::black);
+    /// Prints a picture at the current position, as large as fits without being stretched. Answers its height.
+    int picture(const QImage& image, int width, int height);
     void newPage() { toPage(lastPage_ + 1); }
     /// Goes on writing on a page, the first is 0.
     void toPage(int page) { page_ = page, lastPage_ = std::max(lastPage_, page); }
@@ -75,7 +77,6 @@ public:
     int pages() const { return pieces_.isEmpty() ? 0 : lastPage_ + 1; }
     const QList<PrintedText>& pieces() const { return pieces_; }
     const QList<PrintedBar>& bars() const { return bars_; }
-    const QList<PrintedPicture>& pictures() const { return pictures_; }
     /// True when a printed piece is exactly this text.
     bool contains(const QString& text) const;
 
@@ -83,6 +84,8 @@ public:
     void paint(QPainter& painter, int page) const;
     /// The paper of the job and its margins.
     QPageLayout pageLayout() const;
+    /// The job as a PDF. Throws Refusal when its user stopped it.
+    QByteArray pdf(const Progress& told = {}) const;
     /// PDF on the job's paper. Throws Refusal when the file cannot be written, or its user stopped it.
     void savePdf(const QString& path, const Progress& told = {}) const;
 

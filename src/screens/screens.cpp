@@ -6,8 +6,10 @@
 #include "screens/reference/code_table_forms.h"
 #include "screens/reference/ean_pool_form.h"
 #include "screens/reference/listing_forms.h"
+#include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
 #include "screens/shell/login_form.h"
@@ -61,6 +63,7 @@ void addScreens(Desk& desk) {
     add<InvoicingForm>(desk, "T_parfac");
     add<InvoiceTextForm>(desk, "T_partxt");
     add<CurrencyForm>(desk, "T_monnaie");
+    add<SellerForm>(desk, "T_emetteur");
     add<AccountForm>(desk, "T_plan");
     add<LppForm>(desk, "T_parlpp");
     add<LppCodificationForm>(desk, "T_tipslpp");
@@ -89,6 +92,8 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    for (const PrintScreen& screen : printScreens())
+        desk.addScreen(screen.name, [&screen](Desk& owner) -> Form* { return new PrintForm(owner, screen); });
     add<DepotCountForm>(desk, "T_invdep");
     add<EndowmentForm>(desk, "T_dotation");
     add<ReplenishmentForm>(desk, "T_reassort");

@@ -177,10 +177,11 @@ const MenuEntry* menuEntry(const QString& name) {
 }
 
 QString reprintScreen(const CompanyRules& rules, const QString& mode, bool barcodes) {
-    if (barcodes) return u"T_docbarre"_s;
     const QString document = mode.section(u' ', 0, 0);
-    if (document == u"CSG") return u"T_docedt"_s;
-    return rules.reprintScreen(document == u"FAC");
+    if (document == u"BTR") return u"T_btredt"_s;
+    if (barcodes) return u"T_docbarre"_s;
+    if (document == u"CSG" || document == u"AVG") return u"T_docedt"_s;
+    return rules.reprintScreen(document == u"FAC" || document == u"AVO");
 }
 
 } // namespace molven

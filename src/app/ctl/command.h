@@ -19,6 +19,7 @@ struct Command {
     void (*declare)(QCommandLineParser&);
     int (*run)(const QCommandLineParser&, const QStringList& arguments);
     int argumentCount;
+    bool draws = false; ///< pages, for which fonts are needed
 };
 
 Command createCommand();
@@ -28,6 +29,7 @@ Command traceCommand();
 Command recallCommand();
 Command journalCommand();
 Command replenishCommand();
+Command invoiceCommand();
 Command companyCommand();
 Command importCommand();
 Command exportCommand();

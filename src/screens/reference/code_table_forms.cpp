@@ -202,6 +202,8 @@ InvoicingForm::InvoicingForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral(
                                      [this] { this->desk().open(QStringLiteral("T_partxt")); }));
     extraButtons()->addWidget(button(QStringLiteral("Cmdmonnaie"), QStringLiteral("Monnai&es"),
                                      [this] { this->desk().open(QStringLiteral("T_monnaie")); }));
+    extraButtons()->addWidget(button(QStringLiteral("Cmdemetteur"), QStringLiteral("Emetteu&r"),
+                                     [this] { this->desk().open(QStringLiteral("T_emetteur")); }));
 }
 
 InvoiceTextForm::InvoiceTextForm(Desk& desk) : MolvenTableForm(desk, QStringLiteral("T_partxt")) {

@@ -128,7 +128,7 @@ DocumentLayout transferLayout() {
     const DocumentLines& l = strbtrl;
     return {
         .screen = QStringLiteral("T_btrges"),
-        .parts = {Part::Renewal},
+        .parts = {Part::Renewal, Part::Printing},
         .header = {box(h.fac_no, "N° :", "txtno"), listed(h.fac_clt, "Client :", "txtclt", "cmdclt"),
                    box(h.fac_nom, "Nom :", "Txtnom", 26), dateBox(h.fac_datf, "Date :", "Mskdatf"),
                    listed(h.fac_depd, "Dépôt de sortie :", "txtdepd", "Cmddepd"),

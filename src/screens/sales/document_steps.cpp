@@ -7,6 +7,7 @@
 #include "screens/sales/document_form.h"
 #include "screens/sales/header_entry.h"
 #include "screens/sales/line_entry.h"
+#include "screens/sales/print_form.h"
 #include "shell/menu_tree.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
@@ -236,10 +237,11 @@ bool DocumentForm::closeDocument() {
 }
 
 void DocumentForm::print() {
-    requireDocument();
-    const bool barcodes = prompt().ask(QStringLiteral("Edition Code Barre? "));
+    const Record document = requireDocument();
+    const bool barcodes = book_.kind().isPriced && prompt().ask(QStringLiteral("Edition Code Barre? "));
     const QString screen = reprintScreen(session().rules(), mode(), barcodes);
-    desk().open(screen, mode(), QStringLiteral("Édition : ") + book_.kind().shownLabel);
+    Form* opened = desk().open(screen, mode(), QStringLiteral("Édition : ") + book_.kind().shownLabel);
+    if (auto* form = dynamic_cast<PrintForm*>(opened)) form->guarded([&] { form->take(document); });
 }
 
 /// Escape leaves one thing at a time, from the inside out, and never leads to the question of a deletion.
