@@ -87,8 +87,9 @@ QList<Record> DocumentEntries::of(const Record& header, const QList<Part>& parts
         line[e.tri_dat] = header[h.tri_datf];
         line[e.ecr_cpt] = amount.account;
         line[e.ecr_clt] = header[h.fac_clt];
-        line[e.ecr_lib] = (QStringLiteral("%1 %2 %3").arg(isCredit ? QStringLiteral("Avoir") : QStringLiteral("Facture"),
-                                                         header[h.fac_no], header[h.fac_nom]))
+        line[e.ecr_lib] = (QStringLiteral("%1 %2 %3")
+                               .arg(isCredit ? QStringLiteral("Avoir") : QStringLiteral("Facture"), header[h.fac_no],
+                                    header[h.fac_nom]))
                               .left(e.ecr_lib.size);
         line[e.ecr_deb] = isDebit ? amount.value : Decimal();
         line[e.ecr_cre] = isDebit ? Decimal() : -amount.value;

@@ -66,11 +66,8 @@ const QList<Column>& columns() {
         {"PIECE", 10, false, [](const Record& line) { return line[e.ecr_aa] + line[e.ecr_no]; }},
         {"LIBELLE", 40, false, [](const Record& line) { return flat(line[e.ecr_lib]).left(40); }},
         {"SENS", 1, false,
-         [](const Record& line) {
-             return line[e.ecr_deb].isZero() ? QStringLiteral("C") : QStringLiteral("D");
-         }},
-        {"MONTANT", 15, true,
-         [](const Record& line) { return plainAmount(line[e.ecr_deb] + line[e.ecr_cre]); }},
+         [](const Record& line) { return line[e.ecr_deb].isZero() ? QStringLiteral("C") : QStringLiteral("D"); }},
+        {"MONTANT", 15, true, [](const Record& line) { return plainAmount(line[e.ecr_deb] + line[e.ecr_cre]); }},
         {"ECHEANCE", 8, false, [](const Record& line) { return compactDay(line[e.ecr_ech]); }},
         {"TVA", 1, false, [](const Record& line) { return QString(line[e.ecr_tva]); }},
         {"CLIENT", 6, false, [](const Record& line) { return QString(line[e.ecr_clt]); }},
@@ -124,12 +121,12 @@ void writeTransfer(Database compta, const QString& transfer, const QString& fold
 namespace {
 
 const QStringList LegalTitles{
-    QStringLiteral("JournalCode"), QStringLiteral("JournalLib"),   QStringLiteral("EcritureNum"),
-    QStringLiteral("EcritureDate"), QStringLiteral("CompteNum"),   QStringLiteral("CompteLib"),
-    QStringLiteral("CompAuxNum"),  QStringLiteral("CompAuxLib"),   QStringLiteral("PieceRef"),
-    QStringLiteral("PieceDate"),   QStringLiteral("EcritureLib"),  QStringLiteral("Debit"),
-    QStringLiteral("Credit"),      QStringLiteral("EcritureLet"),  QStringLiteral("DateLet"),
-    QStringLiteral("ValidDate"),   QStringLiteral("Montantdevise"), QStringLiteral("Idevise")};
+    QStringLiteral("JournalCode"),  QStringLiteral("JournalLib"),    QStringLiteral("EcritureNum"),
+    QStringLiteral("EcritureDate"), QStringLiteral("CompteNum"),     QStringLiteral("CompteLib"),
+    QStringLiteral("CompAuxNum"),   QStringLiteral("CompAuxLib"),    QStringLiteral("PieceRef"),
+    QStringLiteral("PieceDate"),    QStringLiteral("EcritureLib"),   QStringLiteral("Debit"),
+    QStringLiteral("Credit"),       QStringLiteral("EcritureLet"),   QStringLiteral("DateLet"),
+    QStringLiteral("ValidDate"),    QStringLiteral("Montantdevise"), QStringLiteral("Idevise")};
 
 /// The amounts of the legal file have a comma.
 QString legalAmount(const Decimal& amount) { return amount.toFixed(2).replace(u'.', u','); }

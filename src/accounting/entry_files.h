@@ -7,7 +7,8 @@
 /// The entries of the sales journal as files for accounting programs; docs/exports.md states their layouts.
 namespace molven::entry_files {
 
-inline const QString FixedName = QStringLiteral("ExportecrituresAPI.txt"), SemicolonName = QStringLiteral("ximport.TXT");
+inline const QString FixedName = QStringLiteral("ExportecrituresAPI.txt"),
+                     SemicolonName = QStringLiteral("ximport.TXT");
 
 /// One byte a character; what the code page lacks is written without its accent.
 QByteArray windows1252(const QString& text);
@@ -17,8 +18,8 @@ QByteArray fixedColumns(Database compta, const QString& transfer);
 /// The same separated by semicolons, under a line of titles.
 QByteArray semicolons(Database compta, const QString& transfer);
 
-/// The legal file of accounting entries of a year's sales journal: 18 fields separated by tabs, ISO 8859-15, by number of
-/// entry. `molven` names the clients.
+/// The legal file of accounting entries of a year's sales journal: 18 fields separated by tabs, ISO 8859-15, by number
+/// of entry. `molven` names the clients.
 QByteArray legalFile(Database compta, Database molven, const Period& year);
 /// "SIRENFECAAAAMMJJ.txt" of the day that the year closes. Throws Refusal without SIREN of nine digits.
 QString legalName(const QString& siren, const Period& year);

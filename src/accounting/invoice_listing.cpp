@@ -42,8 +42,7 @@ QList<Record> invoices(Files& files, const Clients& clients, const Criterion& co
         family.isEmpty() ? QSet<QString>() : codesOf(files.molven, strclient.clt_fam == family);
     QList<Record> found;
     for (Database file : {files.vente, files.historic})
-        for (const Record& header :
-             file.select(h, condition && h.fac_clt >= range.first && h.fac_clt <= range.last))
+        for (const Record& header : file.select(h, condition && h.fac_clt >= range.first && h.fac_clt <= range.last))
             if (family.isEmpty() || ofFamily.contains(header[h.fac_clt])) found.append(header);
     require(!found.isEmpty(), QStringLiteral("aucune facture sélectionnée"), QStringLiteral("Mskdatdeb"));
     return found;
@@ -89,9 +88,8 @@ QList<Record> ofPeriod(Files files, const Period& period, const Clients& clients
 
 QList<Record> due(Files files, const Period& period, const Clients& clients, Grouping grouping) {
     const DocumentHeaders& h = strface;
-    QList<Record> found =
-        invoices(files, clients,
-                 period.covers(dayKey(h.fac_ech)) || (h.fac_ech == QString() && period.covers(h.tri_datf)));
+    QList<Record> found = invoices(
+        files, clients, period.covers(dayKey(h.fac_ech)) || (h.fac_ech == QString() && period.covers(h.tri_datf)));
     sortBy(found, [&](const Record& header) {
         const QString group = grouping == Grouping::Client        ? header[h.fac_clt]
                               : grouping == Grouping::PaymentMode ? header[h.fac_rglt]

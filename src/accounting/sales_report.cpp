@@ -28,17 +28,16 @@ struct Asked {
 const QList<Asked>& criteria() {
     using Match = Asked::Match;
     using S = SalesStatistics;
-    static const QList<Asked> all{
-        {&Query::firstClient, &S::sta_clt, "Client >= ", Match::AtLeast, 6},
-        {&Query::lastClient, &S::sta_clt, "Client <= ", Match::AtMost, 6},
-        {&Query::clientFamily, &S::sta_cdf, "Famille client ", Match::Same},
-        {&Query::firstArticle, &S::sta_ref, "Article >= ", Match::AtLeast},
-        {&Query::lastArticle, &S::sta_ref, "Article <= ", Match::AtMost},
-        {&Query::articleFamily, &S::sta_fam, "Famille article ", Match::Same},
-        {&Query::supplier, &S::sta_fou, "Fournisseur ", Match::Same, 6},
-        {&Query::representative, &S::sta_rep, "Représentant ", Match::Same},
-        {&Query::surgeon, &S::sta_chr, "Chirurgien ", Match::Same},
-        {&Query::department, &S::sta_dpt, "Département ", Match::Same, 2}};
+    static const QList<Asked> all{{&Query::firstClient, &S::sta_clt, "Client >= ", Match::AtLeast, 6},
+                                  {&Query::lastClient, &S::sta_clt, "Client <= ", Match::AtMost, 6},
+                                  {&Query::clientFamily, &S::sta_cdf, "Famille client ", Match::Same},
+                                  {&Query::firstArticle, &S::sta_ref, "Article >= ", Match::AtLeast},
+                                  {&Query::lastArticle, &S::sta_ref, "Article <= ", Match::AtMost},
+                                  {&Query::articleFamily, &S::sta_fam, "Famille article ", Match::Same},
+                                  {&Query::supplier, &S::sta_fou, "Fournisseur ", Match::Same, 6},
+                                  {&Query::representative, &S::sta_rep, "Représentant ", Match::Same},
+                                  {&Query::surgeon, &S::sta_chr, "Chirurgien ", Match::Same},
+                                  {&Query::department, &S::sta_dpt, "Département ", Match::Same, 2}};
     return all;
 }
 
@@ -82,9 +81,7 @@ Figures& Figures::operator+=(const Figures& other) {
     return *this;
 }
 
-Decimal Figures::marginPercent() const {
-    return net.isZero() ? Decimal() : (margin() * Decimal(100) / net).rounded(2);
-}
+Decimal Figures::marginPercent() const { return net.isZero() ? Decimal() : (margin() * Decimal(100) / net).rounded(2); }
 
 void prepare(sales_statistics::Files files, const Query& query) {
     sales_statistics::regenerate(files, statd, query.period);

@@ -87,8 +87,8 @@ public:
 
     Expression operator()(const Expression& amount) const {
         const Expression foreign = quotient(2, product(6, {amount, numberIn(of(H, strface.fac_eur))}), rate_);
-        return choice(same(of(H, strface.fac_mon), constant(own_)) || same(of(H, strface.fac_mon), Nothing),
-                      amount, orZero(foreign));
+        return choice(same(of(H, strface.fac_mon), constant(own_)) || same(of(H, strface.fac_mon), Nothing), amount,
+                      orZero(foreign));
     }
 
 private:
@@ -142,8 +142,8 @@ Expression salesAccount(const Files& files) {
     const auto standard = [&usual](const Text& field) { return constant(usual.value(field)); };
     const Expression country = orEmpty(of(C, strclient.clt_pays));
     return choice(same(country, Nothing) || same(country, constant(files.country)),
-                  firstGiven(of(L, strfacl.fac_imp), firstGiven(orEmpty(of(A, strarticle.art_cpt)),
-                                                                standard(strarticle.art_cpt))),
+                  firstGiven(of(L, strfacl.fac_imp),
+                             firstGiven(orEmpty(of(A, strarticle.art_cpt)), standard(strarticle.art_cpt))),
                   firstGiven(orEmpty(of(A, strarticle.art_cpte)), standard(strarticle.art_cpte)));
 }
 

@@ -12,10 +12,10 @@
 /// `sta_brut` is quantity x unit price, without VAT, before any discount. `sta_net` is the line's amount without VAT
 /// after line, document and settlement discount; of a document's lines of one VAT code it adds up, to the cent, to what
 /// the document's total has of them. `sta_achat` is quantity x purchase price, `sta_marge` the net amount less that,
-/// `sta_pourc` the margin in percent of the net amount, 0 without one. Credit notes are negative. `sta_mac` is the month
-/// "yyyymm"; `sta_cp` the first word of `clt_l5` when it holds a digit, `sta_vil` the rest. Amounts of a document in
-/// another currency are turned into the company's by the document's euro field. `sta_vte` is the account that the amount is
-/// booked on: the line's, or for a client abroad its article's export account.
+/// `sta_pourc` the margin in percent of the net amount, 0 without one. Credit notes are negative. `sta_mac` is the
+/// month "yyyymm"; `sta_cp` the first word of `clt_l5` when it holds a digit, `sta_vil` the rest. Amounts of a document
+/// in another currency are turned into the company's by the document's euro field. `sta_vte` is the account that the
+/// amount is booked on: the line's, or for a client abroad its article's export account.
 namespace molven::sales_statistics {
 
 /// Where carriage is booked unless the company's record names an account (`spe_cpt`).

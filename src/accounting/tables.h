@@ -73,10 +73,10 @@ inline const SalesStatistics statdt{"statdt"};
 /// One row of a statistics report: a group of lines and what they add up to; shown, never stored.
 struct StatisticsRows : SalesStatistics {
     using SalesStatistics::SalesStatistics;
-    Label sta_lib{this, "sta_lib", 60};                   ///< name of what the rows are grouped by
-    Number sta_part{this, "sta_part", Number::Percent};   ///< share of the whole turnover, percent
-    Number sta_net2{this, "sta_net2", Number::Money};     ///< turnover of the period compared with
-    Number sta_evol{this, "sta_evol", Number::Percent};   ///< change against it, percent; null when it had none
+    Label sta_lib{this, "sta_lib", 60};                 ///< name of what the rows are grouped by
+    Number sta_part{this, "sta_part", Number::Percent}; ///< share of the whole turnover, percent
+    Number sta_net2{this, "sta_net2", Number::Money};   ///< turnover of the period compared with
+    Number sta_evol{this, "sta_evol", Number::Percent}; ///< change against it, percent; null when it had none
 };
 inline const StatisticsRows strstat{"strstat"};
 
@@ -98,19 +98,19 @@ inline const CommissionRows strcommission{"strcommission"};
 /// Entries of the sales journal, in compta.mdb; those of a transfer being prepared, in tri.mdb.
 struct AccountingEntries : Table {
     using Table::Table;
-    Text ecr_num{this, "ecr_num", 8}; ///< entry "00000001", one a document; the series never restarts
-    Text ecr_lg{this, "ecr_lg", 3};   ///< its lines, from "001"
-    Text ecr_jou{this, "ecr_jou", 3}; ///< journal
+    Text ecr_num{this, "ecr_num", 8};  ///< entry "00000001", one a document; the series never restarts
+    Text ecr_lg{this, "ecr_lg", 3};    ///< its lines, from "001"
+    Text ecr_jou{this, "ecr_jou", 3};  ///< journal
     Text ecr_dat{this, "ecr_dat", 10}; ///< date of the document "dd/mm/yyyy", and its sort key
     Text tri_dat{this, "tri_dat", 8};
-    Text ecr_cpt{this, "ecr_cpt", 9};              ///< account
-    Text ecr_clt{this, "ecr_clt", 6};              ///< client of the document
-    Label ecr_lib{this, "ecr_lib", 60};            ///< wording
+    Text ecr_cpt{this, "ecr_cpt", 9};               ///< account
+    Text ecr_clt{this, "ecr_clt", 6};               ///< client of the document
+    Label ecr_lib{this, "ecr_lib", 60};             ///< wording
     Number ecr_deb{this, "ecr_deb", Number::Money}; ///< debit
     Number ecr_cre{this, "ecr_cre", Number::Money}; ///< credit
-    Text ecr_ech{this, "ecr_ech", 10};             ///< due date of the client's line
-    Text ecr_tva{this, "ecr_tva", 1};              ///< VAT code of the amount
-    Text ecr_aa{this, "ecr_aa", 4};                ///< the document: its year, number, mode word,
+    Text ecr_ech{this, "ecr_ech", 10};              ///< due date of the client's line
+    Text ecr_tva{this, "ecr_tva", 1};               ///< VAT code of the amount
+    Text ecr_aa{this, "ecr_aa", 4};                 ///< the document: its year, number, mode word,
     Text ecr_no{this, "ecr_no", 6};
     Text ecr_mod{this, "ecr_mod", 3};
     Text ecr_ser{this, "ecr_ser", 20}; ///< and the user's folder whose series it is of; empty for the data folder

@@ -110,14 +110,18 @@ void markTransferred(Files& files, const Control& control) {
     for (const LeftOut& one : control.leftOut) left.append(one.year + one.number);
     for (Database file : {files.lines.vente, files.lines.historic})
         file.update(strface, {{strface.fac_cpt, documents::Transferred}},
-                    waiting(control.until, strface.tri_datf, strface.fac_cpt) && !isOneOf(strface.fac_aa + strface.fac_no, left));
+                    waiting(control.until, strface.tri_datf, strface.fac_cpt) &&
+                        !isOneOf(strface.fac_aa + strface.fac_no, left));
 }
 
 } // namespace
 
 QString seriesOf(const Session& session, const QString& documentsFile) {
+    const auto canonical = [](const QString& folder) { return QFileInfo(folder + u'.').canonicalFilePath(); };
     const QString folder = QFileInfo(documentsFile).canonicalPath();
-    return folder == QFileInfo(session.chemin_base + u'.').canonicalFilePath() ? QString() : QFileInfo(folder).fileName();
+    if (folder == canonical(session.chemin_base)) return {};
+    if (!session.chemin_gv.isEmpty() && folder == canonical(session.chemin_gv)) return QStringLiteral("GV");
+    return QFileInfo(folder).fileName();
 }
 
 Files openFiles(Workspace& workspace, const Session& session) {

@@ -125,17 +125,17 @@ QList<Summary> Database::summary(const Table& table, const QList<const Field*>& 
     if (!names.isEmpty()) columns.append(names);
     const QString grouped =
         names.isEmpty() ? QStringLiteral(" having count(*)>0") : QStringLiteral(" group by %1 order by %1").arg(names);
-    Statement& rows =
-        workspace_->run(QStringLiteral("select %1 from %2").arg(columns.join(u','), qualified(table)) +
-                            where(criterion) + grouped,
-                        criterion.values);
+    Statement& rows = workspace_->run(QStringLiteral("select %1 from %2").arg(columns.join(u','), qualified(table)) +
+                                          where(criterion) + grouped,
+                                      criterion.values);
     QList<Summary> found;
     while (rows.next()) {
         Summary summary;
         summary.count = rows.integer(0);
         int column = 0;
         for (const Number* number : sums)
-            summary.sums.append(Decimal::fromText(QStringLiteral("%1e-%2").arg(rows.integer(++column)).arg(number->scale)));
+            summary.sums.append(
+                Decimal::fromText(QStringLiteral("%1e-%2").arg(rows.integer(++column)).arg(number->scale)));
         for (qsizetype i = 0; i < groups.size(); ++i) summary.group.append(rows.text(++column));
         found.append(summary);
     }

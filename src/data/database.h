@@ -67,10 +67,10 @@ public:
     /// Gives one field the value of another in many records at once; number of records changed.
     qint64 copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
 
-    /// Adds a record, in order, for each of the joined ones that meet the criterion, by one statement: `values` from the
-    /// joined records, `further` from these. For work tables, which keep no journal. Number of records.
-    qint64 derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further,
-                  const Joined& source, const Criterion& criterion);
+    /// Adds a record, in order, for each of the joined ones that meet the criterion, by one statement: `values` from
+    /// the joined records, `further` from these. For work tables, which keep no journal. Number of records.
+    qint64 derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further, const Joined& source,
+                  const Criterion& criterion);
 
     bool hasTable(const Table& table);
     QStringList columns(const Table& table);

@@ -26,8 +26,7 @@ std::optional<Scaled> scaled(double number) {
     constexpr int Places = 6;
     constexpr double Factor = 1e6;
     const double shifted = std::round(number * Factor);
-    if (std::abs(shifted) > 1e15 || std::abs(shifted / Factor - number) > std::abs(number) * 1e-14)
-        return std::nullopt;
+    if (std::abs(shifted) > 1e15 || std::abs(shifted / Factor - number) > std::abs(number) * 1e-14) return std::nullopt;
     Scaled found{static_cast<long long>(shifted), Places};
     for (; found.places > 0 && found.digits % 10 == 0; --found.places) found.digits /= 10;
     return found;
@@ -47,7 +46,8 @@ std::optional<double> shortProduct(int places, int count, sqlite3_value** factor
         if (!factor || std::abs(factor->digits) >= Least || std::abs(product.digits) >= Least) return std::nullopt;
         product = {product.digits * factor->digits, product.places + factor->places};
     }
-    if (product.places <= places) return static_cast<double>(product.digits) / static_cast<double>(tenTo(product.places));
+    if (product.places <= places)
+        return static_cast<double>(product.digits) / static_cast<double>(tenTo(product.places));
     const long long divisor = tenTo(product.places - places);
     const long long half = product.digits < 0 ? -divisor / 2 : divisor / 2;
     return static_cast<double>((product.digits + half) / divisor) / static_cast<double>(tenTo(places));
@@ -80,8 +80,7 @@ void product(sqlite3_context* context, int count, sqlite3_value** arguments) {
 void quotient(sqlite3_context* context, int count, sqlite3_value** arguments) {
     if (hasNull(count, arguments)) return;
     const Decimal divisor = decimalOf(arguments[2]);
-    if (!divisor.isZero())
-        answer(context, decimalOf(arguments[1]) / divisor, sqlite3_value_int(arguments[0]));
+    if (!divisor.isZero()) answer(context, decimalOf(arguments[1]) / divisor, sqlite3_value_int(arguments[0]));
 }
 
 } // namespace

@@ -38,12 +38,12 @@ Joined& Joined::add(const char* how, const Database& file, const Table& table, c
 
 Expression of(const QString& name, const Field& field) { return {name + u'.' + field.name, field.kind}; }
 
-Expression constant(const QString& text) { return {u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'', Kind::Code}; }
+Expression constant(const QString& text) {
+    return {u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'', Kind::Code};
+}
 Expression constant(const Decimal& number) { return {number.toString(), Kind::Number}; }
 
-Expression orZero(const Expression& number) {
-    return {QStringLiteral("coalesce(%1,0)").arg(number.sql), Kind::Number};
-}
+Expression orZero(const Expression& number) { return {QStringLiteral("coalesce(%1,0)").arg(number.sql), Kind::Number}; }
 
 Expression orEmpty(const Expression& text) { return {QStringLiteral("coalesce(%1,'')").arg(text.sql), text.kind}; }
 

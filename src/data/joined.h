@@ -8,8 +8,8 @@ namespace molven {
 
 class Database;
 
-/// Several tables read together, each under a short name of its own: the records of the first, each with the one of every
-/// other table that agrees with it.
+/// Several tables read together, each under a short name of its own: the records of the first, each with the one of
+/// every other table that agrees with it.
 class Joined {
 public:
     Joined(const Database& file, const Table& table, const QString& name);

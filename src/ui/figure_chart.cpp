@@ -19,9 +19,7 @@ namespace {
 constexpr int LongestName = 22;
 constexpr double LineWidth = 2, Finest = 2; ///< pixels; how much finer the picture for paper is
 
-QString shortened(const QString& name) {
-    return name.size() <= LongestName ? name : name.left(LongestName - 1) + u'…';
-}
+QString shortened(const QString& name) { return name.size() <= LongestName ? name : name.left(LongestName - 1) + u'…'; }
 
 } // namespace
 
@@ -82,7 +80,8 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
         auto* set = new QBarSet(series[i].name);
         set->setColor(colourOf(i));
         set->setBorderColor(colourOf(i));
-        for (auto amount = series[i].amounts.rbegin(); amount != series[i].amounts.rend(); ++amount) set->append(*amount);
+        for (auto amount = series[i].amounts.rbegin(); amount != series[i].amounts.rend(); ++amount)
+            set->append(*amount);
         bars->append(set);
     }
     chart()->addSeries(bars);

@@ -68,9 +68,9 @@ QList<commissions::Statement> CommissionForm::show() {
         commissions::statements(files_.tri, files_.molven, criteria().value(First), criteria().value(Last));
     Decimal due;
     for (const commissions::Statement& one : statements) due += one.due();
-    showRows(commissions::rows(statements),
-             QStringLiteral("%1 de facture%2, net à payer : %3")
-                 .arg(counted(files_.tri.count(statd), QStringLiteral("ligne")), period().words(), format(due, Amount)));
+    showRows(commissions::rows(statements), QStringLiteral("%1 de facture%2, net à payer : %3")
+                                                .arg(counted(files_.tri.count(statd), QStringLiteral("ligne")),
+                                                     period().words(), format(due, Amount)));
     return statements;
 }
 
@@ -78,8 +78,7 @@ Period CommissionForm::period() const {
     Database tri = files_.tri;
     const Period covered = commissions::covered(tri).value_or(Period());
     const QDate from = dateFromText(criteria().value(From)), to = dateFromText(criteria().value(To));
-    const bool isWithin =
-        from.isValid() && to.isValid() && sortKey(from) <= covered.from && sortKey(to) >= covered.to;
+    const bool isWithin = from.isValid() && to.isValid() && sortKey(from) <= covered.from && sortKey(to) >= covered.to;
     return isWithin ? Period{sortKey(from), sortKey(to)} : covered;
 }
 

@@ -99,7 +99,7 @@ private:
             writeTotal(QStringLiteral("COMMISSIONS SUR C.A. NON SOUMIS A TVA : "), statement.exempt.commission);
         writeTaxed(QStringLiteral("COMMISSIONS SUR C.A. SOUMIS A TVA 5.50 % : "), statement.reduced);
         writeTaxed(QStringLiteral("COMMISSIONS SUR C.A. SOUMIS A TVA 19.60 % : "), statement.normal);
-        job_.setBold(true);
+        job_.setFont(Face, TotalPoints, true);
         writeTotal(QStringLiteral("NET A PAYER : "), statement.due());
     }
 

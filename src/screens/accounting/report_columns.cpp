@@ -18,13 +18,11 @@ const QString Amount = QStringLiteral("# ### ##0.00"), Quantity = QStringLiteral
 /// What stands beside every group.
 QList<GridColumn> figureColumns(const SalesReport& report) {
     const auto& s = strstat;
-    QList<GridColumn> columns{{&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity},
-                              {&s.sta_brut, QStringLiteral("C.A. brut"), 100, Amount},
-                              {&s.sta_net, QStringLiteral("C.A. net"), 100, Amount},
-                              {&s.sta_achat, QStringLiteral("Achat"), 100, Amount},
-                              {&s.sta_marge, QStringLiteral("Marge"), 100, Amount},
-                              {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
-                              {&s.sta_part, QStringLiteral("Part %"), 60, Percent}};
+    QList<GridColumn> columns{
+        {&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity}, {&s.sta_brut, QStringLiteral("C.A. brut"), 100, Amount},
+        {&s.sta_net, QStringLiteral("C.A. net"), 100, Amount},  {&s.sta_achat, QStringLiteral("Achat"), 100, Amount},
+        {&s.sta_marge, QStringLiteral("Marge"), 100, Amount},   {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
+        {&s.sta_part, QStringLiteral("Part %"), 60, Percent}};
     if (report.query().compared) {
         columns.append({&s.sta_net2, QStringLiteral("C.A. comparé"), 100, Amount});
         columns.append({&s.sta_evol, QStringLiteral("Évolution %"), 80, Percent});
@@ -89,8 +87,7 @@ QString totalWords(const QString& what, const SalesReport& report, const Figures
                         .arg(what, format(figures.quantity, Quantity), format(figures.net, Amount),
                              format(figures.purchase, Amount), format(figures.margin(), Amount),
                              format(figures.marginPercent(), Percent));
-    if (report.query().compared)
-        words += QStringLiteral("   C.A. comparé %1").arg(format(figures.comparedNet, Amount));
+    if (report.query().compared) words += QStringLiteral("   C.A. comparé %1").arg(format(figures.comparedNet, Amount));
     return words;
 }
 
@@ -117,8 +114,7 @@ Report paper(const SalesReport& report, Sorting sorting) {
     const qsizetype last = report.kind().keys.size() - 1;
     const QList<GridColumn> columns = groups(report, last);
     QList<PaperColumn> titles;
-    for (const GridColumn& column : columns)
-        titles.append({column.title, column.field->kind == Field::Kind::Number});
+    for (const GridColumn& column : columns) titles.append({column.title, column.field->kind == Field::Kind::Number});
     Report paper(report.kind().title, titles);
     paper.say(report.query().words());
     const auto names = namesOf(report);
@@ -127,8 +123,9 @@ Report paper(const SalesReport& report, Sorting sorting) {
     const auto close = [&](qsizetype from) {
         for (qsizetype level = last; level-- > from;) {
             if (above.isEmpty()) continue;
-            paper.total(totalWords(QStringLiteral("Total %1 %2").arg(report.kind().keys[level].caption.toLower(), above[level]),
-                                   report, sums[level]));
+            paper.total(
+                totalWords(QStringLiteral("Total %1 %2").arg(report.kind().keys[level].caption.toLower(), above[level]),
+                           report, sums[level]));
             sums[level] = {};
         }
     };

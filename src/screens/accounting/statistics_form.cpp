@@ -188,7 +188,7 @@ void StatisticsForm::showLevel() {
     back_->setEnabled(report_ && !path_.isEmpty());
     applyTitle(QStringLiteral("Statistiques : ") + kind().title);
     if (!report_) {
-        list().setColumns({{&strstat.*kind().keys.first().code, kind().keys.first().caption, 95},
+        list().setColumns({{&(strstat.*kind().keys.first().code), kind().keys.first().caption, 95},
                            {&strstat.sta_lib, QStringLiteral("Libellé"), 240}});
         return;
     }
@@ -198,7 +198,9 @@ void StatisticsForm::showLevel() {
         showLines();
 }
 
-QString StatisticsForm::pathWords() const { return names_.isEmpty() ? QString() : names_.join(QStringLiteral(" > ")) + QStringLiteral("   "); }
+QString StatisticsForm::pathWords() const {
+    return names_.isEmpty() ? QString() : names_.join(QStringLiteral(" > ")) + QStringLiteral("   ");
+}
 
 void StatisticsForm::showGroups() {
     const QList<Record> rows = report_->level(path_, sorting());
@@ -240,14 +242,14 @@ void StatisticsForm::goBack() {
 
 void StatisticsForm::openDocument(const Record& line) {
     const QString number = line.value(statd.sta_no);
-    const auto header = files_.vente.find(strface, strface.fac_no == number && strface.fac_aa == line.value(statd.sta_aa));
+    const auto header =
+        files_.vente.find(strface, strface.fac_no == number && strface.fac_aa == line.value(statd.sta_aa));
     if (!header)
         throw Refusal(QStringLiteral("Ce document n'est pas parmi vos documents en cours : ") +
                       QStringLiteral("(archives)"));
     const bool isCredit = documents::isOfKind(documentKind(QStringLiteral("AVO")), *header);
     const QString mode = isCredit ? QStringLiteral("AVO") : QStringLiteral("FAC");
-    if (auto* form = dynamic_cast<DocumentForm*>(desk().open(QStringLiteral("T_gestion"), mode)))
-        form->bringUp(number);
+    if (auto* form = dynamic_cast<DocumentForm*>(desk().open(QStringLiteral("T_gestion"), mode))) form->bringUp(number);
 }
 
 void StatisticsForm::drawCharts(const QList<Record>& rows) {
@@ -265,8 +267,8 @@ void StatisticsForm::drawCharts(const QList<Record>& rows) {
         series[0].amounts.push_back(row[s.sta_net].toString().toDouble());
         if (series.size() > 1) series[1].amounts.push_back(row[s.sta_net2].toString().toDouble());
     }
-    const QString title = rows.size() > MostBars ? QStringLiteral("C.A. net, les %1 premiers").arg(MostBars)
-                                                 : QStringLiteral("C.A. net");
+    const QString title =
+        rows.size() > MostBars ? QStringLiteral("C.A. net, les %1 premiers").arg(MostBars) : QStringLiteral("C.A. net");
     bars_->showBars(title, names, series);
     drawMonths();
 }
@@ -279,7 +281,8 @@ void StatisticsForm::drawMonths() {
         for (const auto& [month, amount] : months) byMonth[month] = amount.toString().toDouble();
         std::vector<double> amounts;
         const QDate last = QDate::fromString(period.to, QStringLiteral("yyyyMMdd"));
-        for (QDate at = QDate::fromString(period.from.left(6), QStringLiteral("yyyyMM")); at <= last; at = at.addMonths(1)) {
+        for (QDate at = QDate::fromString(period.from.left(6), QStringLiteral("yyyyMM")); at <= last;
+             at = at.addMonths(1)) {
             amounts.push_back(byMonth[at.toString(QStringLiteral("yyyyMM"))]);
             names.append(at.toString(QStringLiteral("MM/yy")));
         }
@@ -290,8 +293,8 @@ void StatisticsForm::drawMonths() {
     std::vector<FigureChart::Series> series{
         {query.period.words().trimmed(), amountsOf(query.period, report_->months(), names)}};
     if (query.compared) {
-        series.push_back({query.compared->words().trimmed(),
-                          amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
+        series.push_back(
+            {query.compared->words().trimmed(), amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
         series[1].amounts.resize(series[0].amounts.size());
     }
     line_->showLines(QStringLiteral("C.A. net par mois"), names, series);

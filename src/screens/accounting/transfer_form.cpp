@@ -28,11 +28,16 @@ const QString Amount = QStringLiteral("# ### ##0.00");
 
 QList<GridColumn> entryColumns() {
     const auto& e = strecrit;
-    return {{&e.ecr_num, QStringLiteral("Écriture"), 80},   {&e.ecr_dat, QStringLiteral("Date"), 85},
-            {&e.ecr_no, QStringLiteral("N° pièce"), 70},    {&e.ecr_cpt, QStringLiteral("Compte"), 90},
-            {&e.ecr_clt, QStringLiteral("Client"), 65},     {&e.ecr_lib, QStringLiteral("Libellé"), 330},
-            {&e.ecr_deb, QStringLiteral("Débit"), 100, Amount}, {&e.ecr_cre, QStringLiteral("Crédit"), 100, Amount},
-            {&e.ecr_tva, QStringLiteral("TVA"), 45},        {&e.ecr_ech, QStringLiteral("Échéance"), 85}};
+    return {{&e.ecr_num, QStringLiteral("Écriture"), 80},
+            {&e.ecr_dat, QStringLiteral("Date"), 85},
+            {&e.ecr_no, QStringLiteral("N° pièce"), 70},
+            {&e.ecr_cpt, QStringLiteral("Compte"), 90},
+            {&e.ecr_clt, QStringLiteral("Client"), 65},
+            {&e.ecr_lib, QStringLiteral("Libellé"), 330},
+            {&e.ecr_deb, QStringLiteral("Débit"), 100, Amount},
+            {&e.ecr_cre, QStringLiteral("Crédit"), 100, Amount},
+            {&e.ecr_tva, QStringLiteral("TVA"), 45},
+            {&e.ecr_ech, QStringLiteral("Échéance"), 85}};
 }
 
 QList<GridColumn> leftOutColumns() {
@@ -125,8 +130,8 @@ QLayout* TransferForm::buildFiles() {
     row->addWidget(yearFrom_);
     row->addWidget(captioned(QStringLiteral("au :"), yearTo_));
     row->addWidget(yearTo_);
-    row->addWidget(button(QStringLiteral("Cmdfec"), QStringLiteral("Fichier des &écritures (FEC)"),
-                          [this] { writeLegalFile(); }));
+    row->addWidget(
+        button(QStringLiteral("Cmdfec"), QStringLiteral("Fichier des &écritures (FEC)"), [this] { writeLegalFile(); }));
     return row;
 }
 
@@ -137,13 +142,14 @@ void TransferForm::control() {
     count_->clear();
     control_ = transfer::control(files_, until_->value(), progress(*this, QStringLiteral("Contrôle des factures")));
     controlledDate_ = until_->value();
-    count_->setText(QStringLiteral("À transférer : %1, %2 d'écriture, débit %3, crédit %4")
-                        .arg(counted(control_->documents, QStringLiteral("document")),
-                             counted(control_->entries, QStringLiteral("ligne")), format(control_->debit, Amount),
-                             format(control_->credit, Amount)) +
-                    (control_->leftOut.isEmpty()
-                         ? QString()
-                         : QStringLiteral(", %1 de côté").arg(counted(control_->leftOut.size(), QStringLiteral("laissée")))));
+    count_->setText(
+        QStringLiteral("À transférer : %1, %2 d'écriture, débit %3, crédit %4")
+            .arg(counted(control_->documents, QStringLiteral("document")),
+                 counted(control_->entries, QStringLiteral("ligne")), format(control_->debit, Amount),
+                 format(control_->credit, Amount)) +
+        (control_->leftOut.isEmpty()
+             ? QString()
+             : QStringLiteral(", %1 de côté").arg(counted(control_->leftOut.size(), QStringLiteral("laissée")))));
     showEntries(files_.lines.tri, {});
     showLeftOut(control_->leftOut);
 }
@@ -172,7 +178,8 @@ void TransferForm::showLeftOut(const QList<transfer::LeftOut>& leftOut) {
 void TransferForm::run() {
     if (!control_ || until_->value() != controlledDate_)
         throw Refusal(QStringLiteral("Contrôler d'abord les factures à transférer"), QStringLiteral("Mskdatfin"));
-    if (control_->documents == 0) throw Refusal(QStringLiteral("aucune facture sélectionnée"), QStringLiteral("Mskdatfin"));
+    if (control_->documents == 0)
+        throw Refusal(QStringLiteral("aucune facture sélectionnée"), QStringLiteral("Mskdatfin"));
     const transfer::Control controlled = *control_;
     const QString number =
         transfer::run(files_, controlled, progress(*this, QStringLiteral("Transfert en comptabilité")));
@@ -219,14 +226,13 @@ void TransferForm::writeFiles() {
 }
 
 void TransferForm::writeLegalFile() {
-    const Period year = typedPeriod(yearFrom_->value(), yearTo_->value(), yearFrom_->objectName(), yearTo_->objectName());
+    const Period year =
+        typedPeriod(yearFrom_->value(), yearTo_->value(), yearFrom_->objectName(), yearTo_->objectName());
     const QString name = entry_files::legalName(seller::siren(seller::read(files_.lines.molven)), year);
     writeWhole(session().chemin_tri + name, entry_files::legalFile(files_.lines.compta, files_.lines.molven, year));
     notify(QStringLiteral("%1 enregistré dans %2").arg(name, QDir::toNativeSeparators(session().chemin_tri)));
 }
 
-void TransferForm::print(const QString& number) {
-    desk().print(printedTransfer(files_.lines.compta, number));
-}
+void TransferForm::print(const QString& number) { desk().print(printedTransfer(files_.lines.compta, number)); }
 
 } // namespace molven

@@ -17,15 +17,14 @@ QString amountOrBlank(const Decimal& amount) { return amount.isZero() ? QString(
 
 Report printedTransfer(Database compta, const QString& number) {
     const auto& e = strecrit;
-    Report report(QStringLiteral("TRANSFERT EN COMPTABILITE N° ") + number,
-                  {{QStringLiteral("Ecriture")},
-                   {QStringLiteral("Date")},
-                   {QStringLiteral("N° pièce")},
-                   {QStringLiteral("Compte")},
-                   {QStringLiteral("Libellé")},
-                   {QStringLiteral("Débit"), true},
-                   {QStringLiteral("Crédit"), true},
-                   {QStringLiteral("Echéance")}});
+    Report report(QStringLiteral("TRANSFERT EN COMPTABILITE N° ") + number, {{QStringLiteral("Ecriture")},
+                                                                             {QStringLiteral("Date")},
+                                                                             {QStringLiteral("N° pièce")},
+                                                                             {QStringLiteral("Compte")},
+                                                                             {QStringLiteral("Libellé")},
+                                                                             {QStringLiteral("Débit"), true},
+                                                                             {QStringLiteral("Crédit"), true},
+                                                                             {QStringLiteral("Echéance")}});
     const Criterion asked = e.ecr_trf == number;
     const Recordset lines = compta.select(e, asked, {e.ecr_num, e.ecr_lg});
     if (!lines.isEmpty())

@@ -5,10 +5,10 @@
 #include "shell/startup.h"
 #include "shell/tables.h"
 #include "stock/units.h"
-#include "ui/opened_by_menu.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
+#include "ui/opened_by_menu.h"
 #include "ui/style.h"
 
 #include <QApplication>
