@@ -1,5 +1,6 @@
 #include "dossier/demo.h"
 
+#include "accounting/client_accounts.h"
 #include "data/clock.h"
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
@@ -324,6 +325,13 @@ void nameSeller(const Session& session) {
     seller::save(molven, identity, unknown);
 }
 
+/// The clients' own accounts, which the transfer to accounting looks for in the chart.
+void addClientAccounts(const Session& session) {
+    Workspace workspace;
+    const Database molven = workspace.open(session.molven());
+    client_accounts::open(molven, workspace.open(session.path(DataFile::Compta)));
+}
+
 } // namespace
 
 void fill(const Session& session, const Options& options) {
@@ -336,6 +344,7 @@ void fill(const Session& session, const Options& options) {
     life.write();
     addKneeSet(session);
     nameSeller(session);
+    addClientAccounts(session);
 }
 
 } // namespace molven::demo

@@ -52,6 +52,7 @@ public:
             writeLine(i);
         }
         writeCount();
+        writePictures();
         writeSignatures();
         for (int page = 0; page < job_.pages(); ++page) printHeading(page);
         return job_;
@@ -114,6 +115,21 @@ private:
         if (!report_.isCounted_) return;
         if (y_ + LineStep + GroupGap > job_.height() - LineStep) startPage(false);
         writeBold({QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(report_.rows_).arg(job_.pages())});
+    }
+
+    void writePictures() {
+        for (const QImage& image : report_.pictures_) {
+            const int room = job_.height() - LineStep - top_;
+            const int height = std::min(room, width_ * image.height() / std::max(1, image.width()));
+            y_ += GroupGap;
+            if (y_ + height > job_.height() - LineStep) {
+                job_.newPage();
+                y_ = top_;
+            }
+            job_.setPosition(FilingMargin, y_);
+            job_.picture(image, height * image.width() / std::max(1, image.height()), height);
+            y_ += height;
+        }
     }
 
     void writeSignatures() {

@@ -1,5 +1,9 @@
 #include "screens/screens.h"
 
+#include "screens/accounting/commission_form.h"
+#include "screens/accounting/invoice_forms.h"
+#include "screens/accounting/statistics_form.h"
+#include "screens/accounting/transfer_form.h"
 #include "screens/reference/article_form.h"
 #include "screens/reference/client_form.h"
 #include "screens/reference/code_table_forms.h"
@@ -107,6 +111,11 @@ void addScreens(Desk& desk) {
     add<StockRebuildForm>(desk, "T_procalns");
     add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
+    add<CommissionForm>(desk, "T_comrep");
+    add<StatisticsForm>(desk, "T_staedt");
+    add<TransferForm>(desk, "T_trsfac");
+    add<StatementForm>(desk, "T_reledt");
+    add<DueDateForm>(desk, "T_echedt");
 }
 
 void startProgram(Desk& desk) {

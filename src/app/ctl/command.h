@@ -35,6 +35,9 @@ Command importCommand();
 Command exportCommand();
 Command restoreCommand();
 Command recountCommand();
+Command statisticsCommand();
+Command commissionsCommand();
+Command transferCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();
