@@ -67,7 +67,7 @@ PaperSeller sellerOf(SalesBook& book, const Record& e) {
     add("", e[t.emt_mail]);
     add("", e[t.emt_web]);
     seller.logo = QImage(startup::logoFile(book.session(), book.session().spe_cod));
-    seller.footer = filled({book.session().spe_pied, legalLine(e)});
+    seller.footer = filled(book.session().spe_pied.split(u'\n') + QStringList{legalLine(e)});
     return seller;
 }
 

@@ -85,6 +85,12 @@ papers::Range PrintForm::typed() const {
     return {criteria().value(Year), criteria().value(First), criteria().value(Last), criteria().value(Client)};
 }
 
+QStringList PrintForm::criteriaTyped() const {
+    QStringList values;
+    for (const QString& box : {Year, First, Last, Client, Patient, Article}) values.append(criteria().value(box));
+    return values;
+}
+
 void PrintForm::select() {
     clearSelection();
     found_.clear();
@@ -94,14 +100,14 @@ void PrintForm::select() {
                      ? invoice_extract::select(book_, {range, criteria().value(Patient), criteria().value(Article)})
                      : papers::select(book_, range);
     });
-    asked_ = criteria().values();
+    asked_ = criteriaTyped();
     QList<Record> headers;
     for (const papers::Paper& paper : found_) headers.append(paper.header);
     showRows(headers);
 }
 
 QList<papers::Paper> PrintForm::wanted() {
-    if (found_.isEmpty() || asked_ != criteria().values()) select();
+    if (found_.isEmpty() || asked_ != criteriaTyped()) select();
     if (list().rows().filter().isEmpty()) return found_;
     const DocumentHeaders& h = book_.kind().headers;
     const auto key = [&h](const Record& header) { return header[h.fac_aa] + header[h.fac_no]; };
