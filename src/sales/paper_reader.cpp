@@ -136,7 +136,8 @@ PaperDocument Reader::Known::read(const Paper& from) {
     const Record& client = clientOf(from.header[h.fac_clt]);
     PaperDocument paper;
     paper.seller = seller;
-    paper.kind = kind.shownLabel;
+    paper.kind =
+        kind.isCredit && kind.isConsignment ? QStringLiteral("Avoir sur bons de consignation") : kind.shownLabel;
     paper.number = from.header[h.fac_no];
     paper.date = from.header[h.fac_datf];
     paper.message = from.header[h.fac_mes].trimmed();

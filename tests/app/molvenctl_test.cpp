@@ -82,8 +82,9 @@ TEST(Molvenctl, SavesAnInvoiceAsItIsPrinted) {
     const QString home = dossier.folder(), path = home + QStringLiteral("/l'avoir.pdf");
     const QString number = dossier.document(QStringLiteral("FAC"), dossier.receive(QStringLiteral("HIP"), 1));
     EXPECT_EQ(molvenctl({"facture", home, number}).code, 1) << "nothing to write";
-    EXPECT_EQ(molvenctl({"facture", home, "77", "--pdf", path}).err,
-              QStringLiteral("Aucun document correspondant à ce critère\n"));
+    const QString refused = molvenctl({"facture", home, "77", "--pdf", path}).err;
+    EXPECT_TRUE(refused.endsWith(QStringLiteral("Aucun document correspondant à ce critère\n"))) // behind the toolkit's
+        << refused.toStdString();
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_EQ(molvenctl({"facture", home, "1", "--annee", "2026", "--pdf", path}).code, 0);
     QProcess text;
