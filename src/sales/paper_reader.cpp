@@ -154,7 +154,9 @@ PaperDocument Reader::Known::read(const Paper& from) {
         paper.totals = {{QStringLiteral("Quantité totale"),
                          shown(file.sum(kind.lines, kind.lines.fac_qte,
                                         numbering::linesOf(kind.lines, from.header[h.fac_aa], paper.number)))}};
-    if (!kind.isInvoicing() && kind.mode != u"AVG")
+    if (kind.isProforma())
+        paper.signatures = {QStringLiteral("Bon pour accord")};
+    else if (!kind.isInvoicing())
         paper.signatures = {QStringLiteral("Remis par"), QStringLiteral("Reçu par")};
     return paper;
 }
@@ -259,8 +261,9 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     paper.texts = texts;
     if (!amounts.exempt.isZero() && !identity[e.emt_exo].isEmpty())
         paper.texts.append(QStringLiteral("Montant exonéré de TVA : ") + identity[e.emt_exo]);
-    if (from.kind->isCredit) return;
-    paper.texts += filled({identity[e.emt_esc], identity[e.emt_pen]});
+    if (from.kind->isCredit || from.kind->isProforma()) return;
+    const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
+    paper.texts += filled({early, identity[e.emt_pen]});
     if (identity[e.emt_pay] == u"FR")
         paper.texts.append(RecoveryIndemnity);
 }
