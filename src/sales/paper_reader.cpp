@@ -266,8 +266,7 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
     paper.texts += filled({early, identity[e.emt_pen]});
     if (identity[e.emt_pay] == u"FR")
-        paper.texts.append(
-            QStringLiteral("Indemnité forfaitaire pour frais de recouvrement en cas de retard de paiement : 40 €"));
+        paper.texts.append(RecoveryIndemnity);
 }
 
 Reader::Reader(SalesBook& book, const Style& style) : known_(std::make_unique<Known>(book, style)) {}
