@@ -6,6 +6,7 @@
 #include "reference/articles.h"
 #include "reference/identifiers.h"
 #include "reference/parameters.h"
+#include "reference/party_tables.h"
 #include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
