@@ -28,11 +28,11 @@ QList<CriterionBox> boxes(bool isExtract) {
     if (isExtract)
         return all + QList<CriterionBox>{{.name = Patient, .caption = QStringLiteral("&Patient :"), .characters = 30},
                                          {.name = Article,
-                                          .caption = QStringLiteral("A&rticle :"),
+                                          .caption = QStringLiteral("Ar&ticle :"),
                                           .characters = 13,
                                           .code = &codes::Article}};
     return all + QList<CriterionBox>{
-                     {.name = Copies, .caption = QStringLiteral("E&xemplaires :"), .characters = 2},
+                     {.name = Copies, .caption = QStringLiteral("Exe&mplaires :"), .characters = 2},
                      {.name = Files,
                       .caption = QStringLiteral("En PD&F :"),
                       .options = {QStringLiteral("Un seul fichier"), QStringLiteral("Un fichier par document")}}};
@@ -62,7 +62,7 @@ PrintForm::PrintForm(Desk& desk, const PrintScreen& screen)
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); }}},
            .deeds = {{QStringLiteral("Cmdvisu"), QStringLiteral("Aperç&u"), [this] { preview(); }},
                      {QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},
-                     {QStringLiteral("Cmdpdf"), QStringLiteral("&Enregistrer en PDF"), [this] { savePdf(); }},
+                     {QStringLiteral("Cmdpdf"), QStringLiteral("Enre&gistrer en PDF"), [this] { savePdf(); }},
                      {QStringLiteral("Cmdfacturx"), QStringLiteral("Factur-&X"), [this] { saveElectronic(); }}},
            .files = {{DataFile::Molven, book_.molven}},
            .size = {1080, 560}});
