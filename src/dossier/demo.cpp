@@ -5,7 +5,9 @@
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
+#include "reference/identifiers.h"
 #include "reference/parameters.h"
+#include "reference/party_tables.h"
 #include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
@@ -307,20 +309,22 @@ void nameSeller(const Session& session) {
     const Record unknown = seller::read(molven);
     Record identity = unknown;
     const auto& e = stremetteur;
-    const std::pair<const Field*, const char*> values[]{{&e.emt_jur, "SAS"},
-                                                        {&e.emt_cap, "150000"},
-                                                        {&e.emt_l1, "12 RUE DES LILAS"},
-                                                        {&e.emt_cp, "69003"},
-                                                        {&e.emt_vil, "LYON"},
-                                                        {&e.emt_tel, "04 00 00 00 00"},
-                                                        {&e.emt_mail, "facturation@demonstration.example"},
-                                                        {&e.emt_siret, "89812345000014"},
-                                                        {&e.emt_rcs, "RCS Lyon"},
-                                                        {&e.emt_ape, "4646Z"},
-                                                        {&e.emt_tva, "FR04898123450"},
-                                                        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
-                                                        {&e.emt_iban, "FR7619999000010000012345602"},
-                                                        {&e.emt_bic, "DEMOFR2L"}};
+    const std::pair<const Field*, const char*> values[]{
+        {&e.emt_jur, "SAS"},
+        {&e.emt_cap, "150000"},
+        {&e.emt_l1, "12 RUE DES LILAS"},
+        {&e.emt_cp, "69003"},
+        {&e.emt_vil, "LYON"},
+        {&e.emt_tel, "04 00 00 00 00"},
+        {&e.emt_mail, "facturation@demonstration.example"},
+        {&e.emt_siret, "89812345000014"},
+        {&e.emt_rcs, "RCS Lyon"},
+        {&e.emt_ape, "4646Z"},
+        {&e.emt_tva, "FR04898123450"},
+        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
+        {&e.emt_iban, "FR7619999000010000012345602"},
+        {&e.emt_bic, "DEMOFR2L"},
+        {&e.emt_exo, "Exonération, article 261 du code général des impôts"}};
     for (const auto& [field, value] : values) identity.set(*field, QString::fromLatin1(value));
     seller::save(molven, identity, unknown);
 }
@@ -330,6 +334,40 @@ void addClientAccounts(const Session& session) {
     Workspace workspace;
     const Database molven = workspace.open(session.molven());
     client_accounts::open(molven, workspace.open(session.path(DataFile::Compta)));
+}
+
+/// The number with the last digit that its check asks for.
+QString keyed(const QString& digits, bool (*holds)(const QString&)) {
+    for (char16_t key = u'0'; key <= u'9'; ++key)
+        if (holds(digits + key)) return digits + key;
+    return {};
+}
+
+/// Electronic invoices want the numbers of the hospitals, which are as invented as they are.
+void nameClients(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Transaction transaction(workspace, Deed);
+    for (const QString& code : molven.valuesBy(strclient, strclient.clt_cod, strclient.clt_cod, {}).keys()) {
+        const QString siren = keyed(QStringLiteral("89") + code, identifiers::isSiren);
+        molven.update(strclient, {{strclient.clt_nic, keyed(siren + QStringLiteral("0001"), identifiers::isSiret)}},
+                      strclient.clt_cod == code);
+    }
+    transaction.commit();
+}
+
+/// An offer of screws and of a cup, not yet accepted.
+void offer(const Session& session) {
+    SalesBook proformas(session, documentKind(QStringLiteral("PROFORMA"), DataFile::Proforma));
+    Record header = documents::blank(proformas, QStringLiteral("1"));
+    header[strface.fac_refc] = QStringLiteral("CONSULTATION 12");
+    const Record proforma = documents::create(proformas, header);
+    QList<document_lines::Draft> drafts;
+    for (const char* reference : {"CFG001", "VSP020"}) {
+        drafts.append(document_lines::preset(proformas, proforma, QString::fromLatin1(reference)));
+        drafts.last().line[strfacl.fac_qte] = 2;
+    }
+    document_lines::add(proformas, proforma, drafts);
 }
 
 } // namespace
@@ -345,6 +383,8 @@ void fill(const Session& session, const Options& options) {
     addKneeSet(session);
     nameSeller(session);
     addClientAccounts(session);
+    nameClients(session);
+    offer(session);
 }
 
 } // namespace molven::demo

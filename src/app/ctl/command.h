@@ -30,6 +30,7 @@ Command recallCommand();
 Command journalCommand();
 Command replenishCommand();
 Command invoiceCommand();
+Command receivedInvoiceCommand();
 Command companyCommand();
 Command importCommand();
 Command exportCommand();

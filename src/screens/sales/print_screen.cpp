@@ -1,5 +1,8 @@
 #include "screens/sales/print_screen.h"
 
+#include "electronic/factur_x.h"
+#include "electronic/invoice_of_paper.h"
+
 #include <algorithm>
 
 namespace molven {
@@ -37,6 +40,8 @@ const DocumentKind& kindOfWords(const PrintScreen& screen, const QString& words,
     return documentKind(mode, words.endsWith(SecondBook) ? DataFile::Ostrane : DataFile::Vente);
 }
 
-PrintScreen::Electronic electronicForm(const DocumentKind&) { return nullptr; }
+PrintScreen::Electronic electronicForm(const DocumentKind& kind) {
+    return electronic::hasElectronicForm(kind) ? electronic::saveFacturX : nullptr;
+}
 
 } // namespace molven
