@@ -348,7 +348,7 @@ void nameClients(const Session& session) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Transaction transaction(workspace, Deed);
-    for (const QString& code : molven.valuesBy(strclient, strclient.clt_cod, strclient.clt_cod, {}).keys()) {
+    for (const QString& code : molven.countBy(strclient, strclient.clt_cod, {}).keys()) {
         const QString siren = keyed(QStringLiteral("89") + code, identifiers::isSiren);
         molven.update(strclient, {{strclient.clt_nic, keyed(siren + QStringLiteral("0001"), identifiers::isSiret)}},
                       strclient.clt_cod == code);
