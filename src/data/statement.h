@@ -26,6 +26,8 @@ public:
 
     QString text(int column) const;
     qint64 integer(int column) const;
+    /// The row it stands on holds the same values, kind included, as another's.
+    bool equals(const Statement& other) const;
     /// Records that the last run changed.
     qint64 changed() const;
     /// Key of the record that the last run inserted.
