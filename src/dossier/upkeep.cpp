@@ -35,8 +35,11 @@ void addCopies(QList<file_copies::Copy>& copies, const QString& from, const QStr
 
 Saved save(const QList<file_copies::Copy>& copies, const Progress& progress) {
     Saved saved;
-    for (const qint64 bytes : file_copies::make(copies, progress)) saved.bytes += bytes;
-    for (const file_copies::Copy& copy : copies) saved.files.append(QFileInfo(copy.to).fileName());
+    const QList<qint64> sizes = file_copies::make(copies, progress);
+    for (qsizetype i = 0; i < sizes.size(); ++i) {
+        saved.bytes += sizes[i];
+        saved.files.append(QStringLiteral("%1, %2 Ko").arg(QFileInfo(copies[i].to).fileName()).arg(sizes[i] / 1024));
+    }
     return saved;
 }
 

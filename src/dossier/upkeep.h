@@ -16,7 +16,7 @@ void requireBackupHere(const Session& session);
 QString backupTarget(const Session& session, const QString& typed);
 
 struct Saved {
-    QStringList files;
+    QStringList files; ///< names with their sizes, "vente.mdb, 210 Ko"
     qint64 bytes = 0;
 };
 

@@ -33,6 +33,10 @@ Command importCommand();
 Command exportCommand();
 Command restoreCommand();
 Command recountCommand();
+Command backupCommand();
+Command verifyCommand();
+Command archiveCommand();
+Command reactivateCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();

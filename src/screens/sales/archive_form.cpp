@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "sales/document_archive.h"
 #include "stock/unit_archive.h"
+#include "stock/unit_tables.h"
 #include "ui/edit.h"
 #include "ui/icons.h"
 #include "ui/pick_lists.h"
@@ -56,6 +57,10 @@ QList<GridColumn> columnsOf(const DocumentKind& kind) {
     return columns;
 }
 
+QList<GridColumn> unitColumns() {
+    return QList<GridColumn>{{&strproduit.pro_ann, QStringLiteral("Siècle"), 55}} + pick_lists::unitColumns();
+}
+
 } // namespace
 
 ArchiveForm::Task ArchiveForm::taskOf(const QString& name, const QString& mode) {
@@ -83,8 +88,7 @@ ArchiveForm::ArchiveForm(Desk& desk, const QString& name)
       task_(std::make_shared<const Task>(taskOf(name, mode()))),
       working_(workspace_.open(task_->isOfUnits() ? session().molven() : session().vente())),
       history_(workspace_.open(session().historic())),
-      list_(new Grid(QStringLiteral("DBGrid1"),
-                     task_->isOfUnits() ? pick_lists::unitColumns() : columnsOf(*task_->kind), this)),
+      list_(new Grid(QStringLiteral("DBGrid1"), task_->isOfUnits() ? unitColumns() : columnsOf(*task_->kind), this)),
       result_(new QLabel(this)) {
     result_->setObjectName(QStringLiteral("Label1"));
     result_->setTextFormat(Qt::PlainText);

@@ -163,7 +163,6 @@ void MenuForm::buildDiskPanel() {
     saved_ = new QLabel(diskPanel_);
     saved_->setObjectName(QStringLiteral("Lblsauv"));
     saved_->setTextFormat(Qt::PlainText);
-    saved_->setWordWrap(true);
     auto* save = button(QStringLiteral("cmdoksauv"), QStringLiteral("Sau&vegarder"), [this] { backUp(); });
     leaveDisk_ = leaveButton(QStringLiteral("Cmdnonsauv"), QStringLiteral("&Fermer"), [this] { diskPanel_->hide(); });
     connect(disk_, &QLineEdit::returnPressed, save, &QPushButton::click);
@@ -362,8 +361,8 @@ void MenuForm::backUp() {
         upkeep::backUp(session(), target, progress(*this, QStringLiteral("Sauvegarde des fichiers")));
     const QString size = format(Decimal(static_cast<long long>(saved.bytes / 1024)), QStringLiteral("### ### ##0"));
     saved_->setText(
-        QStringLiteral("%1, %2 Ko, copiés et vérifiés : %3")
-            .arg(counted(saved.files.size(), QStringLiteral("fichier")), size, saved.files.join(QStringLiteral(", "))));
+        QStringLiteral("%1, %2 Ko : copie vérifiée").arg(counted(saved.files.size(), QStringLiteral("fichier")), size));
+    saved_->setToolTip(saved.files.join(u'\n'));
 }
 
 /// Closes the other windows, whose files are to be rewritten; false when the user keeps one.
