@@ -78,11 +78,12 @@ int runCommand(const Command& command, const QStringList& call) {
 
 int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
-    const QList<ctl::Command> commands{
-        ctl::createCommand(), ctl::demoCommand(),    ctl::checkCommand(),   ctl::traceCommand(),
-        ctl::recallCommand(), ctl::journalCommand(), ctl::companyCommand(), ctl::importCommand(),
-        ctl::exportCommand(), ctl::restoreCommand(), ctl::recountCommand(), ctl::replenishCommand(),
-        ctl::backupCommand(), ctl::verifyCommand(),  ctl::archiveCommand(), ctl::reactivateCommand()};
+    const QList<ctl::Command> commands{ctl::createCommand(),     ctl::demoCommand(),    ctl::checkCommand(),
+                                       ctl::traceCommand(),      ctl::recallCommand(),  ctl::journalCommand(),
+                                       ctl::companyCommand(),    ctl::importCommand(),  ctl::exportCommand(),
+                                       ctl::restoreCommand(),    ctl::recountCommand(), ctl::replenishCommand(),
+                                       ctl::backupCommand(),     ctl::verifyCommand(),  ctl::archiveCommand(),
+                                       ctl::reactivateCommand(), ctl::convertCommand()};
     QStringList call = QCoreApplication::arguments();
     const QString word = call.value(1);
     for (const ctl::Command& command : commands) {

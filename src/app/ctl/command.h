@@ -34,6 +34,7 @@ Command exportCommand();
 Command restoreCommand();
 Command recountCommand();
 Command backupCommand();
+Command convertCommand();
 Command verifyCommand();
 Command archiveCommand();
 Command reactivateCommand();
