@@ -29,6 +29,8 @@ public:
     /// The same in UTF-8, until the next row.
     QByteArrayView bytes(int column) const;
     qint64 integer(int column) const;
+    /// The row it stands on holds the same values, kind included, as another's.
+    bool equals(const Statement& other) const;
     /// Records that the last run changed.
     qint64 changed() const;
     /// Key of the record that the last run inserted.

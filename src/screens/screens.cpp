@@ -11,7 +11,10 @@
 #include "screens/reference/listing_forms.h"
 #include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
+#include "screens/sales/archive_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/exchange_form.h"
+#include "screens/sales/integration_form.h"
 #include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
@@ -116,6 +119,15 @@ void addScreens(Desk& desk) {
     add<TransferForm>(desk, "T_trsfac");
     add<StatementForm>(desk, "T_reledt");
     add<DueDateForm>(desk, "T_echedt");
+    add<DocumentArchiveForm>(desk, "T_arcdoc");
+    add<TransferArchiveForm>(desk, "T_arcbtr");
+    add<UnitArchiveForm>(desk, "T_arcpro");
+    add<DocumentReturnForm>(desk, "T_reafac");
+    add<TransferReturnForm>(desk, "T_reabtr");
+    add<UnitReturnForm>(desk, "T_reapro");
+    add<DeliveryDiskForm>(desk, "T_livdk");
+    add<DeliveryExtractionForm>(desk, "T_extract");
+    add<IntegrationForm>(desk, "T_dkliv");
 }
 
 void startProgram(Desk& desk) {
