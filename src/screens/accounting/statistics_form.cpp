@@ -49,9 +49,9 @@ CriterionBox code(const char* name, const char* caption, const CodeKind* kind, i
 QList<CriterionBox> boxes() {
     QStringList titles;
     for (const statistics::ReportKind& kind : statistics::reports()) titles.append(kind.title);
-    return {{.name = ReportBox, .caption = QStringLiteral("Statistique :"), .options = titles},
-            day("Mskdatdeb", "Période du :"),
+    return {day("Mskdatdeb", "Période du :"),
             day("Mskdatfin", "au :"),
+            {.name = ReportBox, .caption = QStringLiteral("Statistique :"), .options = titles},
             {.name = SortingBox,
              .caption = QStringLiteral("Tri par :"),
              .options = {QStringLiteral("Code"), QStringLiteral("Montant")}},
