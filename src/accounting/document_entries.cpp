@@ -91,8 +91,10 @@ QList<Record> DocumentEntries::of(const Record& header, const QList<Part>& parts
                                .arg(isCredit ? QStringLiteral("Avoir") : QStringLiteral("Facture"), header[h.fac_no],
                                     header[h.fac_nom]))
                               .left(e.ecr_lib.size);
-        line[e.ecr_deb] = isDebit ? amount.value : Decimal();
-        line[e.ecr_cre] = isDebit ? Decimal() : -amount.value;
+        if (isDebit)
+            line[e.ecr_deb] = amount.value;
+        else
+            line[e.ecr_cre] = -amount.value;
         line[e.ecr_ech] = amount.dueDate;
         line[e.ecr_tva] = amount.vatCode;
         line[e.ecr_aa] = header[h.fac_aa];

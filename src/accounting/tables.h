@@ -106,8 +106,8 @@ struct AccountingEntries : Table {
     Text ecr_cpt{this, "ecr_cpt", 9};               ///< account
     Text ecr_clt{this, "ecr_clt", 6};               ///< client of the document
     Label ecr_lib{this, "ecr_lib", 60};             ///< wording
-    Number ecr_deb{this, "ecr_deb", Number::Money}; ///< debit
-    Number ecr_cre{this, "ecr_cre", Number::Money}; ///< credit
+    Number ecr_deb{this, "ecr_deb", Number::Money}; ///< debit, or null
+    Number ecr_cre{this, "ecr_cre", Number::Money}; ///< credit, or null
     Text ecr_ech{this, "ecr_ech", 10};              ///< due date of the client's line
     Text ecr_tva{this, "ecr_tva", 1};               ///< VAT code of the amount
     Text ecr_aa{this, "ecr_aa", 4};                 ///< the document: its year, number, mode word,

@@ -21,7 +21,7 @@ public:
     void group(const QString& text, const QString& note = {});
     /// A line in bold under the last row.
     void total(const QString& text);
-    /// Pictures under the last line, each as wide as the paper allows and so high in proportion.
+    /// Pictures under the last line, one below the other, at most a third of a page each.
     void picture(const QImage& image) { pictures_.append(image); }
     /// Room under the last line for each of these parties to sign, side by side.
     void sign(const QStringList& parties) { parties_ = parties; }

@@ -87,12 +87,14 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
     chart()->addSeries(bars);
     QStringList upwards = distinct(names);
     std::reverse(upwards.begin(), upwards.end());
+    chart()->legend()->setReverseMarkers(true);
     addAxes(*bars, upwards, true);
     for (QAbstractAxis* axis : chart()->axes()) axis->setLabelsColor(palette().color(QPalette::Text));
 }
 
 void FigureChart::showLines(const QString& title, const QStringList& names, const std::vector<Series>& series) {
     begin(title, series);
+    chart()->legend()->setReverseMarkers(false);
     double least = 0, most = 1;
     for (std::size_t i = 0; i < series.size(); ++i) {
         auto* line = new QLineSeries;

@@ -3,6 +3,7 @@
 #include "accounting/entry_files.h"
 #include "data/format.h"
 #include "data/safe_file.h"
+#include "reference/code_kinds.h"
 
 namespace molven::report_columns {
 
@@ -35,12 +36,19 @@ const Field& keyField(const SalesReport& report, qsizetype level) {
     return report.kind().isByAccount() && level == 0 ? s.sta_imp : s.*report.kind().keys[level].code;
 }
 
+/// A client's name and an article's designation stand where the invoice lines have them.
+const Field& nameField(const SalesReport& report, qsizetype level) {
+    const CodeKind* kind = report.kind().keys[level].names;
+    if (kind == &codes::Client) return strstat.sta_nom;
+    if (kind == &codes::Article) return strstat.sta_li1;
+    return strstat.sta_lib;
+}
+
 } // namespace
 
 QList<GridColumn> groups(const SalesReport& report, qsizetype level) {
-    const auto& s = strstat;
     QList<GridColumn> columns{{&keyField(report, level), report.kind().keys[level].caption, 95},
-                              {&s.sta_lib, QStringLiteral("Libellé"), 240}};
+                              {&nameField(report, level), QStringLiteral("Libellé"), 240}};
     return columns + figureColumns(report);
 }
 

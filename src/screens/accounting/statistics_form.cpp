@@ -31,6 +31,7 @@ namespace {
 
 const QString ReportBox = QStringLiteral("Cmbetat"), SortingBox = QStringLiteral("Cmbtri");
 constexpr qsizetype MostBars = 12;
+constexpr int ChartWidth = 400; ///< pixels
 
 CriterionBox day(const char* name, const char* caption) {
     return {QString::fromLatin1(name), QString::fromUtf8(caption), 10, CriterionBox::Kind::Day};
@@ -49,9 +50,9 @@ CriterionBox code(const char* name, const char* caption, const CodeKind* kind, i
 QList<CriterionBox> boxes() {
     QStringList titles;
     for (const statistics::ReportKind& kind : statistics::reports()) titles.append(kind.title);
-    return {{.name = ReportBox, .caption = QStringLiteral("Statistique :"), .options = titles},
-            day("Mskdatdeb", "Période du :"),
+    return {day("Mskdatdeb", "Période du :"),
             day("Mskdatfin", "au :"),
+            {.name = ReportBox, .caption = QStringLiteral("Statistique :"), .options = titles},
             {.name = SortingBox,
              .caption = QStringLiteral("Tri par :"),
              .options = {QStringLiteral("Code"), QStringLiteral("Montant")}},
@@ -93,8 +94,10 @@ StatisticsForm::StatisticsForm(Desk& desk)
     layout()->replaceWidget(&list(), beside);
     beside->addWidget(&list());
     beside->addWidget(charts);
-    beside->setStretchFactor(0, 2);
-    beside->setStretchFactor(1, 1);
+    charts->setMinimumWidth(ChartWidth);
+    beside->setCollapsible(0, false);
+    beside->setStretchFactor(0, 1);
+    beside->setSizes({2 * ChartWidth, ChartWidth});
     back_ = findChild<QPushButton*>(QStringLiteral("Cmdretour"));
     setCancelButton(back_);
     list().chosen = [this](const Record& row) { guarded([&] { open(row); }); };

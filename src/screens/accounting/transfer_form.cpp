@@ -109,6 +109,7 @@ QLayout* TransferForm::buildTop() {
 QLayout* TransferForm::buildFiles() {
     past_ = new QComboBox(this);
     past_->setObjectName(QStringLiteral("Cmbtrf"));
+    past_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(past_, &QComboBox::activated, this, [this] { guarded([this] { showPast(); }); });
     yearFrom_ = dateBox(QStringLiteral("Mskexedeb"));
     yearTo_ = dateBox(QStringLiteral("Mskexefin"));
