@@ -36,8 +36,8 @@ QList<Screen> screens() {
     for (const MenuEntry& entry : menuTree())
         if (entry.action == MenuAction::Screen || entry.action == MenuAction::InvoiceChoice)
             all.append({entry.target, entry.mode});
-    for (const char* name : {"T_partxt", "T_monnaie", "T_emetteur", "T_tipslpp", "T_rappel", "T_etibarre", "T_lecliv", "Tcodspe1",
-                             "Tcodspe2", "Tcmodcs2", "Tcsecret"})
+    for (const char* name : {"T_partxt", "T_monnaie", "T_emetteur", "T_tipslpp", "T_rappel", "T_etibarre", "T_lecliv",
+                             "Tcodspe1", "Tcodspe2", "Tcmodcs2", "Tcsecret"})
         all.append({QString::fromLatin1(name), {}});
     return all;
 }
