@@ -15,16 +15,7 @@ public:
     explicit Writer(const Invoice& invoice) : invoice_(invoice), xml_(bytes_) {}
 
     QByteArray write() {
-        const auto document = xml_.root();
-        writeContext();
-        writeHead();
-        {
-            const auto transaction = xml_.element("rsm:SupplyChainTradeTransaction");
-            for (const Line& line : invoice_.lines) writeLine(line);
-            writeAgreement();
-            writeDelivery();
-            writeSettlement();
-        }
+        writeDocument();
         return bytes_;
     }
 
@@ -57,6 +48,7 @@ private:
         text("udt:Indicator", value ? QStringLiteral("true") : QStringLiteral("false"));
     }
 
+    void writeDocument();
     void writeContext();
     void writeHead();
     void writeNote(const Note& note);
@@ -80,6 +72,17 @@ private:
     QByteArray bytes_;
     XmlTree xml_;
 };
+
+void Writer::writeDocument() {
+    const auto document = xml_.root();
+    writeContext();
+    writeHead();
+    const auto transaction = xml_.element("rsm:SupplyChainTradeTransaction");
+    for (const Line& line : invoice_.lines) writeLine(line);
+    writeAgreement();
+    writeDelivery();
+    writeSettlement();
+}
 
 void Writer::writeContext() {
     const auto context = xml_.element("rsm:ExchangedDocumentContext");

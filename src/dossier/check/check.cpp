@@ -57,6 +57,10 @@ const Kind Sets{QStringLiteral("ancillaires"),
                 QStringLiteral("vérifier où est le produit, puis le retirer de l'ancillaire ou l'y remettre")};
 const Kind Counts{QStringLiteral("inventaires de dépôt"),
                   QStringLiteral("comparer avec l'état signé, et compter le dépôt de nouveau")};
+const Kind Entries{
+    QStringLiteral("écritures"),
+    QStringLiteral("comparer le journal imprimé du transfert, le document et le programme de comptabilité, "
+                   "puis passer la différence en comptabilité")};
 const Kind Conformity{QStringLiteral("conformité"),
                       QStringLiteral("vérifier l'historique du produit, puis changer sa conformité de nouveau")};
 const Kind Foreign{QStringLiteral("objets étrangers"),
@@ -254,6 +258,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     checkMovements(files, copied, faults);
     checkSets(files, faults);
     checkCounts(files, papers, faults);
+    checkEntries(files, copied, faults);
     checkNotes(papers, faults);
     checkProformas(files, papers, faults);
     checkRenewals(papers, faults);
