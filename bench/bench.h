@@ -33,5 +33,7 @@ void registerScreens();
 /// They change units: to be run last.
 void registerDepots();
 void registerStock();
+/// Works over whole files.
+void registerUpkeep();
 
 } // namespace molven::bench

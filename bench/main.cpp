@@ -132,6 +132,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerScreens();
     molven::bench::registerDepots();
     molven::bench::registerStock();
+    molven::bench::registerUpkeep();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
