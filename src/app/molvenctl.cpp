@@ -8,9 +8,12 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 
 using namespace molven;
 
@@ -79,16 +82,27 @@ int runCommand(const Command& command, const QStringList& call) {
 } // namespace
 } // namespace molven::ctl
 
+/// Fonts need the toolkit's drawing part, on no screen.
+static std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[], bool draws) {
+    if (!draws) return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int main(int argc, char* argv[]) {
-    QCoreApplication application(argc, argv);
-    const QList<ctl::Command> commands{ctl::createCommand(),     ctl::demoCommand(),    ctl::checkCommand(),
-                                       ctl::traceCommand(),      ctl::recallCommand(),  ctl::journalCommand(),
-                                       ctl::companyCommand(),    ctl::importCommand(),  ctl::exportCommand(),
-                                       ctl::restoreCommand(),    ctl::recountCommand(), ctl::replenishCommand(),
-                                       ctl::backupCommand(),     ctl::verifyCommand(),  ctl::archiveCommand(),
-                                       ctl::reactivateCommand(), ctl::convertCommand()};
+    const QList<ctl::Command> commands{
+        ctl::createCommand(),          ctl::demoCommand(),        ctl::checkCommand(),    ctl::traceCommand(),
+        ctl::recallCommand(),          ctl::journalCommand(),     ctl::companyCommand(),  ctl::importCommand(),
+        ctl::exportCommand(),          ctl::restoreCommand(),     ctl::recountCommand(),  ctl::replenishCommand(),
+        ctl::statisticsCommand(),      ctl::commissionsCommand(), ctl::transferCommand(), ctl::invoiceCommand(),
+        ctl::receivedInvoiceCommand(), ctl::backupCommand(),      ctl::verifyCommand(),   ctl::archiveCommand(),
+        ctl::reactivateCommand(),      ctl::convertCommand()};
+    const QString word = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
+    const bool draws = std::any_of(commands.begin(), commands.end(), [&word](const ctl::Command& command) {
+        return command.word == word && command.draws;
+    });
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv, draws);
     QStringList call = QCoreApplication::arguments();
-    const QString word = call.value(1);
     for (const ctl::Command& command : commands) {
         if (command.word != word) continue;
         call.removeAt(1);

@@ -1,6 +1,7 @@
 #include "data/database.h"
 
 #include "data/errors.h"
+#include "data/joined.h"
 #include "data/journal.h"
 #include "data/layout.h"
 #include "data/row_reader.h"
@@ -116,6 +117,51 @@ QHash<QString, Decimal> Database::sumBy(const Table& table, const Field& field, 
     QHash<QString, Decimal> sums;
     while (rows.next()) sums.insert(rows.text(0), Decimal::fromText(rows.text(1)).rounded(summed.scale));
     return sums;
+}
+
+QList<Summary> Database::summary(const Table& table, const QList<const Field*>& groups,
+                                 const QList<const Number*>& sums, const Criterion& criterion) {
+    const QString names = namesOf(groups);
+    QStringList columns{QStringLiteral("count(*)")};
+    // Whole numbers add up exactly, binary fractions do not.
+    for (const Number* number : sums)
+        columns.append(QStringLiteral("sum(cast(round(%1*1e%2) as integer))").arg(number->name).arg(number->scale));
+    if (!names.isEmpty()) columns.append(names);
+    const QString grouped =
+        names.isEmpty() ? QStringLiteral(" having count(*)>0") : QStringLiteral(" group by %1 order by %1").arg(names);
+    Statement& rows = workspace_->run(QStringLiteral("select %1 from %2").arg(columns.join(u','), qualified(table)) +
+                                          where(criterion) + grouped,
+                                      criterion.values);
+    QList<Summary> found;
+    while (rows.next()) {
+        Summary summary;
+        summary.count = rows.integer(0);
+        int column = 0;
+        for (const Number* number : sums)
+            summary.sums.append(
+                Decimal::fromText(QStringLiteral("%1e-%2").arg(rows.integer(++column)).arg(number->scale)));
+        for (qsizetype i = 0; i < groups.size(); ++i) summary.group.append(rows.text(++column));
+        found.append(summary);
+    }
+    return found;
+}
+
+qint64 Database::derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further,
+                        const Joined& source, const Criterion& criterion) {
+    QStringList names, expressions, named;
+    for (const Derived& derived : values) {
+        names.append(derived.field.get().name);
+        named.append(derived.value.sql + QStringLiteral(" as ") + names.last());
+    }
+    expressions = names;
+    for (const Derived& derived : further) {
+        names.append(derived.field.get().name);
+        expressions.append(derived.value.sql);
+    }
+    const QString sql = QStringLiteral("insert into %1 (%2) select %3 from (select %4 from %5%6)")
+                            .arg(qualified(table), names.join(u','), expressions.join(u','), named.join(u','),
+                                 source.sql(), where(criterion));
+    return workspace_->run(sql, source.values() + criterion.values).changed();
 }
 
 QHash<QString, QString> Database::valuesBy(const Table& table, const Field& field, const Field& value,

@@ -97,6 +97,7 @@ public:
 
     /// Reads the selection again.
     void requery();
+    Workspace& workspace() const { return *workspace_; }
 
 private:
     friend class Database;

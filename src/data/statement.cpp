@@ -59,9 +59,11 @@ void Statement::finish() {
     onRow_ = unread_ = false;
 }
 
-QString Statement::text(int column) const {
-    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-    return QString::fromUtf8(bytes, sqlite3_column_bytes(statement_, column));
+QString Statement::text(int column) const { return QString::fromUtf8(bytes(column)); }
+
+QByteArrayView Statement::bytes(int column) const {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)); // before its length
+    return {text, text ? sqlite3_column_bytes(statement_, column) : 0};
 }
 
 qint64 Statement::integer(int column) const { return sqlite3_column_int64(statement_, column); }

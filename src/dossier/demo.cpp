@@ -1,10 +1,14 @@
 #include "dossier/demo.h"
 
+#include "accounting/client_accounts.h"
 #include "data/clock.h"
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
+#include "reference/identifiers.h"
 #include "reference/parameters.h"
+#include "reference/party_tables.h"
+#include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/lines.h"
@@ -298,6 +302,74 @@ void addKneeSet(const Session& session) {
     transaction.commit();
 }
 
+/// Who sells, on paper. No such company, bank or account exists.
+void nameSeller(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    const Record unknown = seller::read(molven);
+    Record identity = unknown;
+    const auto& e = stremetteur;
+    const std::pair<const Field*, const char*> values[]{
+        {&e.emt_jur, "SAS"},
+        {&e.emt_cap, "150000"},
+        {&e.emt_l1, "12 RUE DES LILAS"},
+        {&e.emt_cp, "69003"},
+        {&e.emt_vil, "LYON"},
+        {&e.emt_tel, "04 00 00 00 00"},
+        {&e.emt_mail, "facturation@demonstration.example"},
+        {&e.emt_siret, "89812345000014"},
+        {&e.emt_rcs, "RCS Lyon"},
+        {&e.emt_ape, "4646Z"},
+        {&e.emt_tva, "FR04898123450"},
+        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
+        {&e.emt_iban, "FR7619999000010000012345602"},
+        {&e.emt_bic, "DEMOFR2L"},
+        {&e.emt_exo, "Exonération, article 261 du code général des impôts"}};
+    for (const auto& [field, value] : values) identity.set(*field, QString::fromLatin1(value));
+    seller::save(molven, identity, unknown);
+}
+
+/// The clients' own accounts, which the transfer to accounting looks for in the chart.
+void addClientAccounts(const Session& session) {
+    Workspace workspace;
+    const Database molven = workspace.open(session.molven());
+    client_accounts::open(molven, workspace.open(session.path(DataFile::Compta)));
+}
+
+/// The number with the last digit that its check asks for.
+QString keyed(const QString& digits, bool (*holds)(const QString&)) {
+    for (char16_t key = u'0'; key <= u'9'; ++key)
+        if (holds(digits + key)) return digits + key;
+    return {};
+}
+
+/// Electronic invoices want the numbers of the hospitals, which are as invented as they are.
+void nameClients(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Transaction transaction(workspace, Deed);
+    for (const QString& code : molven.countBy(strclient, strclient.clt_cod, {}).keys()) {
+        const QString siren = keyed(QStringLiteral("89") + code, identifiers::isSiren);
+        molven.update(strclient, {{strclient.clt_nic, keyed(siren + QStringLiteral("0001"), identifiers::isSiret)}},
+                      strclient.clt_cod == code);
+    }
+    transaction.commit();
+}
+
+/// An offer of screws and of a cup, not yet accepted.
+void offer(const Session& session) {
+    SalesBook proformas(session, documentKind(QStringLiteral("PROFORMA"), DataFile::Proforma));
+    Record header = documents::blank(proformas, QStringLiteral("1"));
+    header[strface.fac_refc] = QStringLiteral("CONSULTATION 12");
+    const Record proforma = documents::create(proformas, header);
+    QList<document_lines::Draft> drafts;
+    for (const char* reference : {"CFG001", "VSP020"}) {
+        drafts.append(document_lines::preset(proformas, proforma, QString::fromLatin1(reference)));
+        drafts.last().line[strfacl.fac_qte] = 2;
+    }
+    document_lines::add(proformas, proforma, drafts);
+}
+
 } // namespace
 
 void fill(const Session& session, const Options& options) {
@@ -309,6 +381,10 @@ void fill(const Session& session, const Options& options) {
     life.plan();
     life.write();
     addKneeSet(session);
+    nameSeller(session);
+    addClientAccounts(session);
+    nameClients(session);
+    offer(session);
 }
 
 } // namespace molven::demo

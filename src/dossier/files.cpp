@@ -4,6 +4,7 @@
 #include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
 #include "reference/party_tables.h"
+#include "reference/seller_tables.h"
 #include "reference/tariff_tables.h"
 #include "sales/document_tables.h"
 #include "shell/tables.h"
@@ -25,10 +26,10 @@ const QList<const Table*>& tablesOf(DataFile file) {
     static const std::map<DataFile, Tables> tables{
         {DataFile::Societe, journal + Tables{&strsociete}},
         {DataFile::Molven,
-         journal + Tables{&strspecif, &strarticle,  &strartlpp,   &strconform, &strclient,  &strfournis,
-                          &strparam,  &strpan,      &strparrgt,   &strparfac,  &strpartxt,  &strmonnaie,
-                          &strlpp,    &strpartips,  &strtarifclt, &strparrem,  &strtauxrep, &strproduit,
-                          &strmvtstk, &strdotation, &strinvdep,   &strinvlig}},
+         journal + Tables{&strspecif,  &stremetteur, &strarticle,  &strartlpp,   &strconform, &strclient,
+                          &strfournis, &strparam,    &strpan,      &strparrgt,   &strparfac,  &strpartxt,
+                          &strmonnaie, &strlpp,      &strpartips,  &strtarifclt, &strparrem,  &strtauxrep,
+                          &strproduit, &strmvtstk,   &strdotation, &strinvdep,   &strinvlig}},
         {DataFile::Vente, journal + documents},
         {DataFile::Blent, journal + Tables{&strbl}},
         {DataFile::Proforma, journal + invoices},
@@ -36,12 +37,12 @@ const QList<const Table*>& tablesOf(DataFile file) {
         {DataFile::Ostrane, journal + invoices},
         {DataFile::Ancillaire, journal + Tables{&strancillaire, &strnomenclature, &strstock}},
         {DataFile::Virtuel, journal + Tables{&strproduit, &strlivl, &strfacl, &strbtrl}},
-        {DataFile::Compta, journal + Tables{&strplan}},
+        {DataFile::Compta, journal + Tables{&strplan, &strecrit}},
         {DataFile::Gencode, journal + Tables{&strgencode}},
         {DataFile::Mail, {&strmail}},
         {DataFile::Stocks, journal + Tables{&strmvtstk}},
         {DataFile::Tristk, {&strtristk}},
-        {DataFile::Tri, {&etiq, &statd, &tripro}},
+        {DataFile::Tri, {&etiq, &statd, &statdc, &statdt, &tripro, &strecrit}},
         {DataFile::Tripro, {&tripro}},
         {DataFile::Tridu, invoices},
         {DataFile::Documents, {&strdocs}},

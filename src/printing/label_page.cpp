@@ -1,9 +1,7 @@
 #include "printing/label_page.h"
 
 #include "data/format.h"
-#include "printing/barcode_bars.h"
-#include "printing/barcode_font.h"
-#include "printing/code128.h"
+#include "printing/barcode_line.h"
 
 namespace molven::label_page {
 
@@ -48,31 +46,8 @@ private:
         job_.print(text);
     }
 
-    void drawBars(const QString& code) {
-        QString data = code;
-        int x = left_ + 2100;
-        bool isBar = true;
-        for (const int width : barcode_bars::widths(EncodeCode128(data, Code128Encoder::Bars))) {
-            job_.setPosition(x, y_);
-            if (isBar) job_.bar(width * Module, BarHeight);
-            x += width * Module;
-            isBar = !isBar;
-        }
-    }
-
-    void printCode(const QString& code) {
-        job_.setFont(barcodeFamily_, 12);
-        job_.setPosition(left_ + 2100, y_);
-        QString data = code;
-        job_.print(EncodeCode128(data, Code128Encoder::HumanReadable));
-    }
-
-    /// The line printed in the barcode font is the readable form of the code: the font draws the bars itself.
     void barcode(const QString& code, const QString& caption) {
-        if (barcodeFamily_ == BarcodeFont::Drawn)
-            drawBars(code);
-        else
-            printCode(code);
+        barcode_line::print(job_, left_ + 2100, y_, code, barcodeFamily_);
         job_.setFont(Narrow, 7);
         y_ += 500;
         const QStringList lines = captionLines(caption);
@@ -101,8 +76,6 @@ private:
         y_ += 200;
         centred(tariff, 1000);
     }
-
-    static constexpr int Module = 20, BarHeight = 440; // twips
 
     PrintJob& job_;
     const int left_;

@@ -40,9 +40,17 @@ void PrintJob::print(const QString& text) {
     pieces_.append({page_, x_, y_, font_, text});
 }
 
-void PrintJob::bar(int width, int height) {
+void PrintJob::bar(int width, int height, const QColor& color) {
     onPage_[page_].bars.append(bars_.size());
-    bars_.append({page_, x_, y_, width, height});
+    bars_.append({page_, x_, y_, width, height, color});
+}
+
+int PrintJob::picture(const QImage& image, int width, int height) {
+    if (image.isNull()) return 0;
+    const QSize size = image.size().scaled(width, height, Qt::KeepAspectRatio);
+    onPage_[page_].pictures.append(pictures_.size());
+    pictures_.append({page_, x_, y_, size.width(), size.height(), image});
+    return size.height();
 }
 
 int PrintJob::print(const QString& text, int width, int lineStep) {
@@ -94,7 +102,11 @@ void PrintJob::paint(QPainter& painter, int page) const {
     painter.scale(dotsPerTwip, dotsPerTwip);
     const Page shown = onPage_.value(page);
     for (const qsizetype i : shown.bars)
-        painter.fillRect(bars_[i].x, bars_[i].y, bars_[i].width, bars_[i].height, Qt::black);
+        painter.fillRect(bars_[i].x, bars_[i].y, bars_[i].width, bars_[i].height, bars_[i].color);
+    for (const qsizetype i : shown.pictures) {
+        const PrintedPicture& one = pictures_[i];
+        painter.drawImage(QRectF(one.x, one.y, one.width, one.height), one.image);
+    }
     for (const qsizetype i : shown.pieces) {
         const PrintedText& piece = pieces_[i];
         const QFont font = inTwips(piece.font);
@@ -115,11 +127,14 @@ QPageLayout PrintJob::pageLayout() const {
             QMarginsF(margin, margin, margin, margin), QPageLayout::Point};
 }
 
-void PrintJob::savePdf(const QString& path, const Progress& told) const {
+void PrintJob::savePdf(const QString& path, const Progress& told) const { writeWhole(path, pdf(told)); }
+
+QByteArray PrintJob::pdf(const Progress& told, Pdf form) const {
     QByteArray bytes;
     QBuffer file(&bytes);
     file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
+    if (form == Pdf::Archive) writer.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
     writer.setTitle(title_);
     writer.setPageLayout(pageLayout());
     writer.setResolution(600);
@@ -130,7 +145,7 @@ void PrintJob::savePdf(const QString& path, const Progress& told) const {
         paint(painter, page);
     }
     painter.end();
-    writeWhole(path, bytes);
+    return bytes;
 }
 
 } // namespace molven

@@ -2,9 +2,11 @@
 
 #include "data/progress.h"
 
+#include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QHash>
+#include <QImage>
 #include <QList>
 #include <QPageLayout>
 #include <QStringList>
@@ -33,6 +35,14 @@ struct PrintedText {
 struct PrintedBar {
     int page = 0;
     int x = 0, y = 0, width = 0, height = 0;
+    QColor color = Qt::black;
+};
+
+/// One picture of one page; twips.
+struct PrintedPicture {
+    int page = 0;
+    int x = 0, y = 0, width = 0, height = 0;
+    QImage image;
 };
 
 enum class Orientation { Upright, Lying };
@@ -54,7 +64,9 @@ public:
     /// A text broken at its blanks to lines of that width in the current font; a longer word is cut.
     QStringList lines(const QString& text, int width) const;
     /// Fills a rectangle at the current position.
-    void bar(int width, int height);
+    void bar(int width, int height, const QColor& color = Qt::black);
+    /// Prints a picture at the current position, as large as fits without being stretched. Answers its height.
+    int picture(const QImage& image, int width, int height);
     void newPage() { toPage(lastPage_ + 1); }
     /// Goes on writing on a page, the first is 0.
     void toPage(int page) { page_ = page, lastPage_ = std::max(lastPage_, page); }
@@ -72,6 +84,9 @@ public:
     void paint(QPainter& painter, int page) const;
     /// The paper of the job and its margins.
     QPageLayout pageLayout() const;
+    /// The job as a PDF, for keeping as PDF/A-1b: fonts and colours in it. Throws Refusal when its user stopped it.
+    enum class Pdf { Usual, Archive };
+    QByteArray pdf(const Progress& told = {}, Pdf form = Pdf::Usual) const;
     /// PDF on the job's paper. Throws Refusal when the file cannot be written, or its user stopped it.
     void savePdf(const QString& path, const Progress& told = {}) const;
 
@@ -91,9 +106,10 @@ private:
     int x_ = 0, y_ = 0, page_ = 0, lastPage_ = 0;
     QList<PrintedText> pieces_;
     QList<PrintedBar> bars_;
+    QList<PrintedPicture> pictures_;
     /// What stands on one page, by its place among all.
     struct Page {
-        QList<qsizetype> pieces, bars;
+        QList<qsizetype> pieces, bars, pictures;
     };
     QHash<int, Page> onPage_;
 };

@@ -4,6 +4,8 @@
 #include "data/format.h"
 #include "data/require.h"
 #include "reference/codes.h"
+#include "reference/countries.h"
+#include "reference/identifiers.h"
 #include "reference/parameters.h"
 
 #include <algorithm>
@@ -28,6 +30,10 @@ void checkClient(Database molven, Record& checked, const Record* before) {
     require(account.isEmpty() || (isNumber(account) && account.size() == 6 && account != u"000000"),
             QStringLiteral("N° Compte incorrect"), strclient.clt_cpt);
     require(!client[strclient.clt_rgt].trimmed().isEmpty(), strclient.clt_rgt.unknown, strclient.clt_rgt);
+    require(client[strclient.clt_tva].isEmpty() || identifiers::isVatNumber(client[strclient.clt_tva]),
+            QStringLiteral("N° TVA incorrect"), strclient.clt_tva);
+    require(client[strclient.clt_pays].isEmpty() || countries::isKnown(client[strclient.clt_pays]),
+            QStringLiteral("Pays inconnu"), strclient.clt_pays);
     codes::check({{DataFile::Molven, molven}}, checked, before);
 }
 
@@ -101,6 +107,8 @@ void save(Database molven, const Text& key, const Record& party, const std::opti
 
 void saveClient(Database molven, Record client, const std::optional<Record>& before) {
     for (const Text* number : {&strclient.clt_cod, &strclient.clt_cpt}) client[*number] = padded(client[*number], 6);
+    for (const Text* code : {&strclient.clt_tva, &strclient.clt_pays})
+        client[*code] = identifiers::compact(client[*code]);
     checkClient(molven, client, before ? &*before : nullptr);
     save(molven, strclient.clt_cod, client, before);
 }

@@ -11,7 +11,7 @@ struct Clients : Table {
     Text clt_cod{this, "clt_cod", 6};     ///< code "000000"
     Label clt_nom{this, "clt_nom", 40};   ///< name
     Label clt_resp{this, "clt_resp", 40}; ///< person in charge
-    Text clt_nic{this, "clt_nic", 20};    ///< identification number
+    Text clt_nic{this, "clt_nic", 20};    ///< identification number; SIRET of a French client
     Label clt_l1{this, "clt_l1", 40};     ///< address
     Label clt_l2{this, "clt_l2", 40};
     Label clt_l3{this, "clt_l3", 40};
@@ -50,6 +50,10 @@ struct Clients : Table {
     Text clt_rbl{this, "clt_rbl", 1, codes::YesNo, "Taper O ou N !!"}; ///< delivery notes grouped on one invoice, O/N
     Label clt_memo{this, "clt_memo"};                                  ///< free memo
     Label clt_chemin{this, "clt_chemin", 255};                         ///< folder of attached documents
+    Text clt_tva{this, "clt_tva", 20};                                 ///< VAT number, without blanks
+    Text clt_pays{this, "clt_pays", 2}; ///< country, ISO 3166: "FR"; empty for the seller's own
+    Text clt_svc{this, "clt_svc", 100}; ///< public sector: service that the invoice is for
+    Text clt_rou{this, "clt_rou", 100}; ///< electronic address of invoices; its SIRET when empty
 
     Trail trail{this, {clt_cod}};
     Index by_code{this, {clt_cod}, Uniqueness::Unique};

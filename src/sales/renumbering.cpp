@@ -3,6 +3,7 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "sales/documents.h"
 #include "stock/depot_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
@@ -64,14 +65,33 @@ struct Files {
           documents(workspace.open(session.path(file))),
           all(file == DataFile::Vente ? QList<Database>{documents, workspace.open(session.historic())}
                                       : QList<Database>{documents}),
+          proforma(workspace.open(session.path(DataFile::Proforma))),
           ancillaire(workspace.open(session.path(DataFile::Ancillaire))) {}
 
     Workspace workspace;
     Database molven;
     Database documents;
     QList<Database> all; ///< with the archive, if the family has one
+    Database proforma;
     Database ancillaire;
 };
+
+/// An invoice that accounting has keeps its number and what it names: the notes that its lines come from.
+void requireNotTransferred(const Files& files, const Renumbering& family, const QString& number) {
+    const bool isInvoice = &family.headers == &strface && family.file == DataFile::Vente;
+    if (!isInvoice && &family.headers != &strlive) return;
+    QStringList invoices{number};
+    if (!isInvoice) {
+        invoices.clear();
+        for (Database file : files.all)
+            for (const QStringList& line : file.values(strfacl, {&strfacl.fac_no}, strfacl.fac_nbl == number))
+                invoices.append(line);
+        invoices.removeDuplicates();
+    }
+    for (Database file : files.all)
+        if (file.count(strface, isOneOf(strface.fac_no, invoices) && strface.fac_cpt == documents::Transferred) > 0)
+            throw Refusal(QStringLiteral("Document transféré non modifiable"), QStringLiteral("Txtnum5"));
+}
 
 /// An archived document keeps its number, too.
 QString usable(const Files& files, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
@@ -82,6 +102,7 @@ QString usable(const Files& files, const Renumbering& family, const QString& old
     qint64 taken = 0;
     for (Database file : files.all) taken += file.count(family.headers, family.headers.fac_no == number);
     if (!wellFormed || !exists || taken > 0) throw impossible();
+    requireNotTransferred(files, family, padded(oldNumber, 6));
     return number;
 }
 
@@ -128,9 +149,11 @@ void renumberCounts(const Files& files, const Renumbering& family, const QString
                           strinvlig.lig_doc == from);
 }
 
-/// Delivery notes name the invoice that took them over, and its lines the note they came from; a renewed transfer note
-/// names the new one.
+/// Delivery notes name the invoice that took them over, and its lines the note they came from; a proforma names the
+/// note made of it, a renewed transfer note the new one.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    Database proforma = files.proforma;
+    if (&family.headers == &strlive) proforma.update(strface, {{strface.fac_blv, to}}, strface.fac_blv == from);
     for (Database file : files.all) {
         if (&family.headers == &strface && family.file == DataFile::Vente)
             file.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);

@@ -1,15 +1,21 @@
 #include "screens/screens.h"
 
+#include "screens/accounting/commission_form.h"
+#include "screens/accounting/invoice_forms.h"
+#include "screens/accounting/statistics_form.h"
+#include "screens/accounting/transfer_form.h"
 #include "screens/reference/article_form.h"
 #include "screens/reference/client_form.h"
 #include "screens/reference/code_table_forms.h"
 #include "screens/reference/ean_pool_form.h"
 #include "screens/reference/listing_forms.h"
+#include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
 #include "screens/sales/archive_form.h"
 #include "screens/sales/document_form.h"
 #include "screens/sales/exchange_form.h"
 #include "screens/sales/integration_form.h"
+#include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
 #include "screens/shell/login_form.h"
@@ -63,6 +69,7 @@ void addScreens(Desk& desk) {
     add<InvoicingForm>(desk, "T_parfac");
     add<InvoiceTextForm>(desk, "T_partxt");
     add<CurrencyForm>(desk, "T_monnaie");
+    add<SellerForm>(desk, "T_emetteur");
     add<AccountForm>(desk, "T_plan");
     add<LppForm>(desk, "T_parlpp");
     add<LppCodificationForm>(desk, "T_tipslpp");
@@ -91,6 +98,13 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    desk.addScreen(QStringLiteral("T_gespro"),
+                   [](Desk& owner) -> Form* { return new DocumentForm(owner, proformaKind(owner.session.rules())); });
+    desk.addScreen(QStringLiteral("T_ostrane"), [](Desk& owner) -> Form* {
+        return new DocumentForm(owner, documentKind(owner.session.mode_ecran, DataFile::Ostrane));
+    });
+    for (const PrintScreen& screen : printScreens())
+        desk.addScreen(screen.name, [&screen](Desk& owner) -> Form* { return new PrintForm(owner, screen); });
     add<DepotCountForm>(desk, "T_invdep");
     add<EndowmentForm>(desk, "T_dotation");
     add<ReplenishmentForm>(desk, "T_reassort");
@@ -100,6 +114,11 @@ void addScreens(Desk& desk) {
     add<StockRebuildForm>(desk, "T_procalns");
     add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
+    add<CommissionForm>(desk, "T_comrep");
+    add<StatisticsForm>(desk, "T_staedt");
+    add<TransferForm>(desk, "T_trsfac");
+    add<StatementForm>(desk, "T_reledt");
+    add<DueDateForm>(desk, "T_echedt");
     add<DocumentArchiveForm>(desk, "T_arcdoc");
     add<TransferArchiveForm>(desk, "T_arcbtr");
     add<UnitArchiveForm>(desk, "T_arcpro");

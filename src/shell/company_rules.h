@@ -60,6 +60,8 @@ public:
     bool valuesInventoryByOwnPrice() const { return company_ == u"PL"; }
     int purchasePriceDecimals() const { return company_ == u"CH" ? 3 : 2; }
     QString country() const { return company_ == u"CH" ? QStringLiteral("Suisse") : QString(); }
+    /// Two letters of ISO 3166.
+    QString countryCode() const { return company_ == u"CH" ? QStringLiteral("CH") : QStringLiteral("FR"); }
 
     /// The supplier that a sister company is here, whose exchange files are taken; empty where there is none.
     QString sisterSupplier() const {

@@ -23,6 +23,8 @@ public:
     virtual ~PrintTarget() = default;
     /// True when the job was printed or saved, false when its user only looked at it.
     virtual bool print(const PrintJob& job) = 0;
+    /// The same without looking at it first, so many copies of it.
+    virtual bool printCopies(const PrintJob& job, int) { return print(job); }
 };
 
 /// One run of the program: its session, its open windows, what it says and prints. Every screen is handed it.
@@ -45,6 +47,7 @@ public:
     const QList<Notice>& notices() const { return notices_.all(); }
     /// True when the job was printed or saved.
     bool print(const PrintJob& job) { return printer_->print(job); }
+    bool printCopies(const PrintJob& job, int copies) { return printer_->printCopies(job, copies); }
     /// A list, headed by the company and the day.
     bool print(const Report& report);
 

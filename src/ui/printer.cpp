@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QPageLayout>
 #include <QPainter>
+#include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QToolBar>
@@ -32,11 +33,12 @@ bool savePdf(const PrintJob& job, QWidget* parent) {
 }
 
 /// On the screen or on paper; what is stopped ends with the page reached.
-void paint(const PrintJob& job, QPrinter& printer, const Progress& told) {
+void paint(const PrintJob& job, QPrinter& printer, const Progress& told, int times = 1) {
     QPainter painter(&printer);
-    for (int page = 0; page < job.pages() && told(page, job.pages()); ++page) {
+    const int all = job.pages() * times;
+    for (int page = 0; page < all && (!told || told(page, all)); ++page) {
         if (page > 0) printer.newPage();
-        job.paint(painter, page);
+        job.paint(painter, page % job.pages());
     }
 }
 
@@ -62,6 +64,21 @@ bool PreviewPrinter::print(const PrintJob& job) {
                        [&] { isSaved = savePdf(job, &preview) || isSaved; });
     const bool isPrinted = preview.exec() == QDialog::Accepted && !hasFailed(printer); // it accepts what it has printed
     return isPrinted || isSaved;
+}
+
+bool PreviewPrinter::printCopies(const PrintJob& job, int copies) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(job.title());
+    printer.setPageLayout(job.pageLayout());
+    printer.setCopyCount(copies);
+    QWidget* window = QApplication::activeWindow();
+    QPrintDialog choice(&printer, window);
+    choice.setWindowTitle(QStringLiteral("Imprimer : ") + job.title());
+    if (choice.exec() != QDialog::Accepted) return false;
+    const int times = printer.supportsMultipleCopies() ? 1 : printer.copyCount();
+    const Progress told = window ? progress(*window, QStringLiteral("Impression")) : Progress();
+    paint(job, printer, told, times);
+    return !hasFailed(printer);
 }
 
 } // namespace molven

@@ -8,6 +8,7 @@ namespace molven {
 class PreviewPrinter : public PrintTarget {
 public:
     bool print(const PrintJob& job) override;
+    bool printCopies(const PrintJob& job, int copies) override;
 };
 
 } // namespace molven

@@ -1,24 +1,18 @@
 #include "printing/report.h"
 
 #include "printing/letter.h"
+#include "support/paper.h"
 
 #include <gtest/gtest.h>
 
 namespace molven {
 
+using test::expectNoOverlap, test::widthOf;
+
 namespace {
 
 const QString Company = QStringLiteral("L'ESSAI");
 const QString Day = QStringLiteral("05/03/2026");
-
-int widthOf(const PrintedText& piece) {
-    PrintJob ruler{QString()};
-    ruler.setFont(piece.font.family(), piece.font.pointSize(), piece.font.bold());
-    int width = 0;
-    for (const QString& line : piece.lines.isEmpty() ? QStringList{piece.text} : piece.lines)
-        width = std::max(width, ruler.textWidth(line));
-    return width;
-}
 
 void expectNothingBeyondThePaper(const PrintJob& job) {
     for (const PrintedText& piece : job.pieces()) {
@@ -26,15 +20,6 @@ void expectNothingBeyondThePaper(const PrintJob& job) {
         EXPECT_LE(piece.y + piece.lineStep * piece.lines.size(), job.height() - 200) << piece.text.toStdString();
         EXPECT_GE(piece.x, 800) << "no room to file";
     }
-}
-
-/// Pieces that stand on the same line must not run into each other.
-void expectNoOverlap(const PrintJob& job) {
-    const QList<PrintedText>& pieces = job.pieces();
-    for (qsizetype i = 1; i < pieces.size(); ++i)
-        if (pieces[i].page == pieces[i - 1].page && pieces[i].y == pieces[i - 1].y && pieces[i].x > pieces[i - 1].x) {
-            EXPECT_LE(pieces[i - 1].x + widthOf(pieces[i - 1]), pieces[i].x + 5) << pieces[i].text.toStdString();
-        }
 }
 
 } // namespace

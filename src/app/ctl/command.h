@@ -19,6 +19,7 @@ struct Command {
     void (*declare)(QCommandLineParser&);
     int (*run)(const QCommandLineParser&, const QStringList& arguments);
     int argumentCount;
+    bool draws = false; ///< pages, for which fonts are needed
 };
 
 Command createCommand();
@@ -28,11 +29,16 @@ Command traceCommand();
 Command recallCommand();
 Command journalCommand();
 Command replenishCommand();
+Command invoiceCommand();
+Command receivedInvoiceCommand();
 Command companyCommand();
 Command importCommand();
 Command exportCommand();
 Command restoreCommand();
 Command recountCommand();
+Command statisticsCommand();
+Command commissionsCommand();
+Command transferCommand();
 Command backupCommand();
 Command convertCommand();
 Command verifyCommand();

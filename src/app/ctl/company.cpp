@@ -1,7 +1,7 @@
 #include "app/ctl/command.h"
 
 #include "data/database.h"
-#include "shell/company_address.h"
+#include "reference/seller.h"
 
 #include <QCommandLineParser>
 
@@ -22,9 +22,9 @@ Command companyCommand() {
                 Workspace workspace;
                 const Database molven = workspace.open(session.molven());
                 if (const QStringList typed = parser.values(QStringLiteral("adresse")); !typed.isEmpty())
-                    company_address::set(molven, typed);
+                    seller::setAddress(molven, typed);
                 say(session.spe_nom);
-                for (const QString& line : company_address::lines(molven)) say(line);
+                for (const QString& line : seller::addressLines(seller::read(molven))) say(line);
                 return 0;
             },
             1};

@@ -7,7 +7,7 @@
 #include "printing/letter.h"
 #include "reference/code_kinds.h"
 #include "reference/parties.h"
-#include "shell/company_address.h"
+#include "reference/seller.h"
 #include "stock/unit_tables.h"
 #include "ui/edit.h"
 #include "ui/unit_marks.h"
@@ -185,7 +185,7 @@ void RecallForm::writeLetters() {
     if (byHospital.isEmpty()) throw Refusal(QStringLiteral("Aucun établissement concerné"), strproduit.lot_art.name);
     const QString folder = session().chemin_tri + QStringLiteral("rappel");
     if (!QDir().mkpath(folder)) throw Refusal(QStringLiteral("Impossible de créer le dossier %1").arg(folder));
-    const QStringList address = company_address::lines(molven_);
+    const QStringList address = seller::addressLines(seller::read(molven_));
     for (auto hospital = byHospital.begin(); hospital != byHospital.end(); ++hospital) {
         const Record client = parties::findClient(molven_, hospital.key()).value_or(Record(strclient));
         printed(letterTo(session(), address, client, query_, hospital.value()))

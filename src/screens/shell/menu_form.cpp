@@ -9,6 +9,7 @@
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
+#include "ui/opened_by_menu.h"
 #include "ui/progress.h"
 #include "ui/style.h"
 
@@ -260,7 +261,8 @@ void MenuForm::act(const MenuEntry& entry) {
     if (!entry.notice.isEmpty()) notify(entry.notice);
     switch (entry.action) {
     case MenuAction::Screen:
-        desk().open(entry.target, entry.mode, entry.caption);
+        if (auto* form = dynamic_cast<OpenedByMenu*>(desk().open(entry.target, entry.mode, entry.caption)))
+            form->openedBy(entry.name);
         break;
     case MenuAction::InvoiceChoice:
         if (rules.hasInvoiceBookChoice())
