@@ -137,7 +137,7 @@ Report paper(const SalesReport& report, Sorting sorting) {
             sums[level] = {};
         }
     };
-    for (const Record& row : report.rows(sorting)) {
+    report.visit(sorting, [&](const Record& row) {
         QStringList keys;
         for (qsizetype level = 0; level < last; ++level) keys.append(row.value(keyField(report, level)));
         qsizetype same = 0;
@@ -153,7 +153,7 @@ Report paper(const SalesReport& report, Sorting sorting) {
         QStringList cells;
         for (const GridColumn& column : columns) cells.append(cell(row, column));
         paper.row(cells);
-    }
+    });
     close(0);
     paper.total(totalWords(QStringLiteral("TOTAL"), report, report.total()));
     paper.count();
@@ -172,7 +172,7 @@ void writeFiles(const SalesReport& report, Sorting sorting, const QString& folde
         return cells.join(u'\t') + QStringLiteral("\r\n");
     };
     QString data = line(fields), readable = line(titles);
-    for (const Record& row : report.rows(sorting)) {
+    report.visit(sorting, [&](const Record& row) {
         QStringList stored, shown;
         for (const GridColumn& column : columns) {
             stored.append(row.value(*column.field));
@@ -180,7 +180,7 @@ void writeFiles(const SalesReport& report, Sorting sorting, const QString& folde
         }
         data += line(stored);
         readable += line(shown);
-    }
+    });
     writeWhole(folder + DataName, entry_files::windows1252(data));
     writeWhole(folder + ReadableName, entry_files::windows1252(readable));
 }
