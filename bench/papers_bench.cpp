@@ -28,7 +28,7 @@ Record lineOf(const QString& number, int line) {
     record[l.fac_tip] = QStringLiteral("3114844");
     record[l.fac_dpr] = QStringLiteral("09/2029");
     record[l.fac_qte] = Decimal(1);
-    record[l.fac_px] = record[l.fac_pv] = record[l.fac_ht] = Decimal(449);
+    for (const Number* price : {&l.fac_px, &l.fac_pv, &l.fac_ht}) record[*price] = Decimal(449);
     record[l.fac_ttc] = Decimal::fromText(QStringLiteral("473.70"));
     record[l.fac_tva] = QStringLiteral("1");
     record[l.fac_tar] = QStringLiteral("HT");
@@ -50,7 +50,7 @@ void writeInvoices(Database vente) {
         header[strface.fac_mode] = QStringLiteral("FAC");
         header[strface.fac_pat] = QStringLiteral("PATIENT %1").arg(i);
         header[strface.fac_ht] = Decimal(449 * Lines);
-        header[strface.fac_ttc] = header[strface.fac_ffa] = Decimal(4737);
+        for (const Number* total : {&strface.fac_ttc, &strface.fac_ffa}) header[*total] = Decimal(4737);
         vente.insert(header);
         for (int line = 1; line <= Lines; ++line) vente.insert(lineOf(header[strface.fac_no], line));
     }

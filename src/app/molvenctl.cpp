@@ -87,11 +87,13 @@ static std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]
 }
 
 int main(int argc, char* argv[]) {
-    const QList<ctl::Command> commands{ctl::createCommand(),  ctl::demoCommand(),           ctl::checkCommand(),
-                                       ctl::traceCommand(),   ctl::recallCommand(),         ctl::journalCommand(),
-                                       ctl::companyCommand(), ctl::importCommand(),         ctl::exportCommand(),
-                                       ctl::restoreCommand(), ctl::recountCommand(),        ctl::replenishCommand(),
-                                       ctl::invoiceCommand(), ctl::receivedInvoiceCommand()};
+    const QList<ctl::Command> commands{
+        ctl::createCommand(),          ctl::demoCommand(),        ctl::checkCommand(),    ctl::traceCommand(),
+        ctl::recallCommand(),          ctl::journalCommand(),     ctl::companyCommand(),  ctl::importCommand(),
+        ctl::exportCommand(),          ctl::restoreCommand(),     ctl::recountCommand(),  ctl::replenishCommand(),
+        ctl::statisticsCommand(),      ctl::commissionsCommand(), ctl::transferCommand(), ctl::invoiceCommand(),
+        ctl::receivedInvoiceCommand(), ctl::backupCommand(),      ctl::verifyCommand(),   ctl::archiveCommand(),
+        ctl::reactivateCommand(),      ctl::convertCommand()};
     const QString word = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     const bool draws = std::any_of(commands.begin(), commands.end(), [&word](const ctl::Command& command) {
         return command.word == word && command.draws;

@@ -2,6 +2,9 @@
 
 #include "data/format.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 namespace molven {
 
 namespace {
@@ -64,6 +67,12 @@ Criterion contains(const Expression& expression, const QString& text) {
 }
 
 Criterion isOneOf(const Expression& expression, const QStringList& values) {
+    constexpr qsizetype MostBound = 1000; // the engine binds some ten thousands at most
+    if (values.size() > MostBound) {
+        const QByteArray list = QJsonDocument(QJsonArray::fromStringList(values)).toJson(QJsonDocument::Compact);
+        return {QStringLiteral("%1 in (select value from json_each(?))").arg(expression.sql),
+                {QString::fromUtf8(list)}};
+    }
     QStringList marks(values.size(), QStringLiteral("?"));
     QStringList bound;
     for (const QString& value : values) bound.append(notNull(value));

@@ -12,8 +12,8 @@ public:
     Expression(const Field& field); // a field stands wherever an expression may
     Expression(const QString& sql, Field::Kind kind) : sql(sql), kind(kind) {}
 
-    const QString sql;
-    const Field::Kind kind;
+    QString sql;
+    Field::Kind kind;
 };
 
 /// The first `count` characters.

@@ -1,6 +1,7 @@
 #include "data/database.h"
 
 #include "data/errors.h"
+#include "data/joined.h"
 #include "data/journal.h"
 #include "data/layout.h"
 #include "data/row_reader.h"
@@ -36,7 +37,11 @@ void Database::create(const QString& path, const QList<const Table*>& tables) {
 }
 
 Recordset Database::select(const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, qualified(table), table, criterion, order);
+    return Recordset(*workspace_, {qualified(table)}, table, criterion, order);
+}
+
+Recordset Database::selectWith(Database also, const Table& table, const Criterion& criterion, const Order& order) {
+    return Recordset(*workspace_, {qualified(table), also.qualified(table)}, table, criterion, order);
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
@@ -114,6 +119,51 @@ QHash<QString, Decimal> Database::sumBy(const Table& table, const Field& field, 
     return sums;
 }
 
+QList<Summary> Database::summary(const Table& table, const QList<const Field*>& groups,
+                                 const QList<const Number*>& sums, const Criterion& criterion) {
+    const QString names = namesOf(groups);
+    QStringList columns{QStringLiteral("count(*)")};
+    // Whole numbers add up exactly, binary fractions do not.
+    for (const Number* number : sums)
+        columns.append(QStringLiteral("sum(cast(round(%1*1e%2) as integer))").arg(number->name).arg(number->scale));
+    if (!names.isEmpty()) columns.append(names);
+    const QString grouped =
+        names.isEmpty() ? QStringLiteral(" having count(*)>0") : QStringLiteral(" group by %1 order by %1").arg(names);
+    Statement& rows = workspace_->run(QStringLiteral("select %1 from %2").arg(columns.join(u','), qualified(table)) +
+                                          where(criterion) + grouped,
+                                      criterion.values);
+    QList<Summary> found;
+    while (rows.next()) {
+        Summary summary;
+        summary.count = rows.integer(0);
+        int column = 0;
+        for (const Number* number : sums)
+            summary.sums.append(
+                Decimal::fromText(QStringLiteral("%1e-%2").arg(rows.integer(++column)).arg(number->scale)));
+        for (qsizetype i = 0; i < groups.size(); ++i) summary.group.append(rows.text(++column));
+        found.append(summary);
+    }
+    return found;
+}
+
+qint64 Database::derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further,
+                        const Joined& source, const Criterion& criterion) {
+    QStringList names, expressions, named;
+    for (const Derived& derived : values) {
+        names.append(derived.field.get().name);
+        named.append(derived.value.sql + QStringLiteral(" as ") + names.last());
+    }
+    expressions = names;
+    for (const Derived& derived : further) {
+        names.append(derived.field.get().name);
+        expressions.append(derived.value.sql);
+    }
+    const QString sql = QStringLiteral("insert into %1 (%2) select %3 from (select %4 from %5%6)")
+                            .arg(qualified(table), names.join(u','), expressions.join(u','), named.join(u','),
+                                 source.sql(), where(criterion));
+    return workspace_->run(sql, source.values() + criterion.values).changed();
+}
+
 QHash<QString, QString> Database::valuesBy(const Table& table, const Field& field, const Field& value,
                                            const Criterion& criterion) {
     Statement& rows = workspace_->run(
@@ -144,6 +194,20 @@ qint64 Database::update(const Table& table, const QList<Assignment>& assignments
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
     return write(table, QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values,
                  [&](Journal& journal) { journal.removing(criterion); });
+}
+
+qint64 Database::moveTo(Database target, const Table& table, const Criterion& criterion) {
+    Transaction transaction(*workspace_);
+    const QString source = qualified(table);
+    const QString sql = QStringLiteral("insert into %1 (%2) select %2 from %3%4 order by rowid")
+                            .arg(target.qualified(table), table.columns(), source, where(criterion));
+    const qint64 arrived =
+        target.write(table, sql, criterion.values, [&](Journal& journal) { journal.arriving(source, criterion); });
+    const qint64 left = remove(table, criterion);
+    if (arrived != left)
+        throw DataError(DataError::Undone, QStringLiteral("Le déplacement n'est pas complet, il a été annulé."));
+    transaction.commit();
+    return left;
 }
 
 qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {

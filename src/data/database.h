@@ -10,11 +10,20 @@
 namespace molven {
 
 class Journal;
+class Joined;
+struct Derived;
 
 /// A value given to one field of many records at once.
 struct Assignment {
     std::reference_wrapper<const Field> field;
     QString value;
+};
+
+/// The records that have the same values in some fields, and what they add up to.
+struct Summary {
+    QStringList group;   ///< these values
+    qint64 count = 0;    ///< of records
+    QList<Decimal> sums; ///< exact, in the order asked
 };
 
 /// One database file opened in a workspace. Cheap to copy; lives no longer than its workspace.
@@ -26,6 +35,8 @@ public:
 
     /// The records that meet a criterion, in order; see Recordset.
     Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
+    /// The same over this file and another of the workspace that has the table as well: current and archived records.
+    Recordset selectWith(Database also, const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
@@ -43,6 +54,9 @@ public:
     /// Sum of a number by value of a field.
     QHash<QString, Decimal> sumBy(const Table& table, const Field& field, const Number& summed,
                                   const Criterion& criterion = {});
+    /// One summary a group, in the order of the groups, by one statement. Without groups one row, if any record is met.
+    QList<Summary> summary(const Table& table, const QList<const Field*>& groups, const QList<const Number*>& sums,
+                           const Criterion& criterion = {});
     /// Stored form of one field by the value of another that tells the records apart: for going through two fields of
     /// very many records.
     QHash<QString, QString> valuesBy(const Table& table, const Field& field, const Field& value,
@@ -52,8 +66,15 @@ public:
     /// Number of records changed.
     qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
     qint64 remove(const Table& table, const Criterion& criterion = {});
+    /// Moves records into the same table of another file of the workspace, as they are; number of records moved.
+    qint64 moveTo(Database target, const Table& table, const Criterion& criterion);
     /// Gives one field the value of another in many records at once; number of records changed.
     qint64 copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
+
+    /// Adds a record, in order, for each of the joined ones that meet the criterion, by one statement: `values` from
+    /// the joined records, `further` from these. For work tables, which keep no journal. Number of records.
+    qint64 derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further, const Joined& source,
+                  const Criterion& criterion);
 
     bool hasTable(const Table& table);
     QStringList columns(const Table& table);
@@ -73,6 +94,7 @@ public:
 private:
     friend class Journal;
     friend class Workspace;
+    friend class Joined;
     Database(Workspace& workspace, const QString& schema, const QString& path)
         : workspace_(&workspace), schema_(schema), path_(path) {}
 

@@ -1,6 +1,7 @@
 #include "data/sqlite_engine.h"
 
 #include "data/collation.h"
+#include "data/exact_functions.h"
 #include "data/format.h"
 #include "data/sqlite_disk.h"
 
@@ -66,6 +67,7 @@ sqlite3* connect(const QString& path, Opening opening) {
     sqlite3_create_collation(connection, "french", SQLITE_UTF16_ALIGNED, nullptr, compareFrench);
     sqlite3_create_function(connection, "folded", 1, SQLITE_UTF16 | SQLITE_DETERMINISTIC, nullptr, foldText, nullptr,
                             nullptr);
+    addExactFunctions(connection);
     return connection;
 }
 

@@ -1,5 +1,6 @@
 #include "dossier/demo.h"
 
+#include "accounting/client_accounts.h"
 #include "data/clock.h"
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
@@ -328,6 +329,13 @@ void nameSeller(const Session& session) {
     seller::save(molven, identity, unknown);
 }
 
+/// The clients' own accounts, which the transfer to accounting looks for in the chart.
+void addClientAccounts(const Session& session) {
+    Workspace workspace;
+    const Database molven = workspace.open(session.molven());
+    client_accounts::open(molven, workspace.open(session.path(DataFile::Compta)));
+}
+
 /// The number with the last digit that its check asks for.
 QString keyed(const QString& digits, bool (*holds)(const QString&)) {
     for (char16_t key = u'0'; key <= u'9'; ++key)
@@ -360,6 +368,7 @@ void fill(const Session& session, const Options& options) {
     life.write();
     addKneeSet(session);
     nameSeller(session);
+    addClientAccounts(session);
     nameClients(session);
 }
 

@@ -10,20 +10,23 @@ constexpr int LineStep = 280, SlipStep = 420, PageTop = 600, PageBottom = 15'400
 
 class LetterWriter {
 public:
-    explicit LetterWriter(const Letter& letter) : job_(letter.subject), letter_(letter) {}
+    /// Begins on the page that the job has reached.
+    LetterWriter(PrintJob& job, const Letter& letter) : job_(job), letter_(letter), firstPage_(job.pages()) {
+        job_.toPage(firstPage_);
+    }
 
-    PrintJob write() {
+    void write() {
         parties();
         job_.setFont(Face, 11, true);
         put(Left, letter_.subject, Width);
         y_ += LineStep;
         paragraphs(letter_.paragraphs);
         table();
+        totals();
         y_ += LineStep;
         paragraphs(letter_.closing);
         slip();
-        for (int page = 0; page < job_.pages(); ++page) footer(page);
-        return job_;
+        for (int page = firstPage_, end = job_.pages(); page < end; ++page) footer(page, end - firstPage_);
     }
 
 private:
@@ -74,6 +77,12 @@ private:
         }
     }
 
+    void totals() {
+        job_.setFont(Face, 10, true);
+        for (const QString& text : letter_.totals)
+            put(Left + Width - std::min(Width, job_.textWidth(text)), text, Width);
+    }
+
     void slip() {
         if (letter_.slipTitle.isEmpty()) return;
         y_ += LineStep;
@@ -90,23 +99,30 @@ private:
         }
     }
 
-    void footer(int page) {
+    void footer(int page, int pages) {
         job_.toPage(page);
         job_.setFont(Face, 8);
         job_.setPosition(Left, FooterTop);
         job_.print(letter_.footer);
-        const QString number = QStringLiteral("Page : %1 / %2").arg(page + 1).arg(job_.pages());
+        const QString number = QStringLiteral("Page : %1 / %2").arg(page - firstPage_ + 1).arg(pages);
         job_.setPosition(Left + Width - job_.textWidth(number), FooterTop);
         job_.print(number);
     }
 
-    PrintJob job_;
+    PrintJob& job_;
     const Letter& letter_;
+    const int firstPage_;
     int y_ = PageTop;
 };
 
 } // namespace
 
-PrintJob printed(const Letter& letter) { return LetterWriter(letter).write(); }
+PrintJob printed(const Letter& letter) { return printed(QList<Letter>{letter}, letter.subject); }
+
+PrintJob printed(const QList<Letter>& letters, const QString& title) {
+    PrintJob job(title);
+    for (const Letter& letter : letters) LetterWriter(job, letter).write();
+    return job;
+}
 
 } // namespace molven

@@ -17,6 +17,7 @@ struct Letter {
     QStringList paragraphs; ///< before the table
     QList<PaperColumn> columns;
     QList<QStringList> rows;
+    QStringList totals;  ///< in bold under the table, at its right
     QStringList closing; ///< behind the table
     QString slipTitle;   ///< empty for a letter without a slip
     QStringList slip;    ///< its lines, kept together
@@ -24,5 +25,7 @@ struct Letter {
 
 /// One letter as a job of its own, on as many pages as its table needs.
 PrintJob printed(const Letter& letter);
+/// Several, each on pages of its own, numbered by themselves.
+PrintJob printed(const QList<Letter>& letters, const QString& title);
 
 } // namespace molven

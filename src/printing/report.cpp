@@ -9,6 +9,7 @@ constexpr int BodyPoints = 9;
 constexpr int FilingMargin = 850; ///< with the margin of the paper, 20 mm for the holes of a folder
 constexpr int TextWidth[] = {PrintJob::ShortSide - FilingMargin, PrintJob::LongSide - FilingMargin};
 constexpr int LineStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
+constexpr int MostPictureHeight = 4800;
 constexpr int SignatureGap = 400, SignatureHeight = 1900, Hairline = 12;
 
 } // namespace
@@ -51,6 +52,7 @@ public:
             tell(told_, lines + i, 2 * lines); // the first half was the measuring
             writeLine(i);
         }
+        writePictures();
         writeCount();
         writeSignatures();
         for (int page = 0; page < job_.pages(); ++page) printHeading(page);
@@ -114,6 +116,21 @@ private:
         if (!report_.isCounted_) return;
         if (y_ + LineStep + GroupGap > job_.height() - LineStep) startPage(false);
         writeBold({QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(report_.rows_).arg(job_.pages())});
+    }
+
+    void writePictures() {
+        for (const QImage& image : report_.pictures_) {
+            const int room = job_.height() - LineStep - top_;
+            const int height = std::min({room, MostPictureHeight, width_ * image.height() / std::max(1, image.width())});
+            y_ += GroupGap;
+            if (y_ + height > job_.height() - LineStep) {
+                job_.newPage();
+                y_ = top_;
+            }
+            job_.setPosition(FilingMargin, y_);
+            job_.picture(image, height * image.width() / std::max(1, image.height()), height);
+            y_ += height;
+        }
     }
 
     void writeSignatures() {

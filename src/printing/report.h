@@ -21,6 +21,8 @@ public:
     void group(const QString& text, const QString& note = {});
     /// A line in bold under the last row.
     void total(const QString& text);
+    /// Pictures under the last line, one below the other, at most a third of a page each.
+    void picture(const QImage& image) { pictures_.append(image); }
     /// Room under the last line for each of these parties to sign, side by side.
     void sign(const QStringList& parties) { parties_ = parties; }
     /// The last line counts the rows and the pages.
@@ -43,6 +45,7 @@ private:
     QString pageWords_;
     QStringList words_, parties_;
     QList<Line> lines_;
+    QList<QImage> pictures_;
     PaperTable table_;
     qsizetype rows_ = 0;
     bool isCounted_ = false;

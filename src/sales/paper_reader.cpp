@@ -67,7 +67,7 @@ PaperSeller sellerOf(SalesBook& book, const Record& e) {
     add("", e[t.emt_mail]);
     add("", e[t.emt_web]);
     seller.logo = QImage(startup::logoFile(book.session(), book.session().spe_cod));
-    seller.footer = filled({book.session().spe_pied, legalLine(e)});
+    seller.footer = filled(book.session().spe_pied.split(u'\n') + QStringList{legalLine(e)});
     return seller;
 }
 
@@ -136,7 +136,8 @@ PaperDocument Reader::Known::read(const Paper& from) {
     const Record& client = clientOf(from.header[h.fac_clt]);
     PaperDocument paper;
     paper.seller = seller;
-    paper.kind = kind.shownLabel;
+    paper.kind =
+        kind.isCredit && kind.isConsignment ? QStringLiteral("Avoir sur bons de consignation") : kind.shownLabel;
     paper.number = from.header[h.fac_no];
     paper.date = from.header[h.fac_datf];
     paper.message = from.header[h.fac_mes].trimmed();
@@ -264,8 +265,7 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     if (from.kind->isCredit || from.kind->isProforma()) return;
     const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
     paper.texts += filled({early, identity[e.emt_pen]});
-    if (identity[e.emt_pay] == u"FR")
-        paper.texts.append(RecoveryIndemnity);
+    if (identity[e.emt_pay] == u"FR") paper.texts.append(RecoveryIndemnity);
 }
 
 Reader::Reader(SalesBook& book, const Style& style) : known_(std::make_unique<Known>(book, style)) {}

@@ -3,6 +3,7 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "sales/documents.h"
 #include "stock/depot_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/units.h"
@@ -75,6 +76,23 @@ struct Files {
     Database ancillaire;
 };
 
+/// An invoice that accounting has keeps its number and what it names: the notes that its lines come from.
+void requireNotTransferred(const Files& files, const Renumbering& family, const QString& number) {
+    const bool isInvoice = &family.headers == &strface && family.file == DataFile::Vente;
+    if (!isInvoice && &family.headers != &strlive) return;
+    QStringList invoices{number};
+    if (!isInvoice) {
+        invoices.clear();
+        for (Database file : files.all)
+            for (const QStringList& line : file.values(strfacl, {&strfacl.fac_no}, strfacl.fac_nbl == number))
+                invoices.append(line);
+        invoices.removeDuplicates();
+    }
+    for (Database file : files.all)
+        if (file.count(strface, isOneOf(strface.fac_no, invoices) && strface.fac_cpt == documents::Transferred) > 0)
+            throw Refusal(QStringLiteral("Document transféré non modifiable"), QStringLiteral("Txtnum5"));
+}
+
 /// An archived document keeps its number, too.
 QString usable(const Files& files, const Renumbering& family, const QString& oldNumber, const QString& newNumber) {
     const QString number = padded(newNumber, 6);
@@ -84,6 +102,7 @@ QString usable(const Files& files, const Renumbering& family, const QString& old
     qint64 taken = 0;
     for (Database file : files.all) taken += file.count(family.headers, family.headers.fac_no == number);
     if (!wellFormed || !exists || taken > 0) throw impossible();
+    requireNotTransferred(files, family, padded(oldNumber, 6));
     return number;
 }
 

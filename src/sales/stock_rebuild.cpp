@@ -1,6 +1,6 @@
 #include "sales/stock_rebuild.h"
 
-#include "data/dates.h"
+#include "data/period.h"
 #include "reference/articles.h"
 #include "sales/document_tables.h"
 #include "sales/documents.h"
@@ -19,24 +19,6 @@ const QStringList& companyFolders() {
     static const QStringList names{QStringLiteral("CL"), QStringLiteral("EG"), QStringLiteral("SR")};
     return names;
 }
-
-/// The days from one to another, as sort keys.
-struct Period {
-    QString from, to;
-};
-
-Period periodOf(const QString& from, const QString& to) {
-    const QString first = QStringLiteral("Mskdatdeb"), last = QStringLiteral("Mskdatfin");
-    if (isEmptyDate(from)) throw Refusal(QStringLiteral("saisir une date"), first);
-    if (isEmptyDate(to)) throw Refusal(QStringLiteral("saisir une date"), last);
-    if (!dateFromText(from).isValid()) throw Refusal(QStringLiteral("date début non valide"), first);
-    if (!dateFromText(to).isValid()) throw Refusal(QStringLiteral("date fin non valide"), last);
-    const Period period{sortKey(from), sortKey(to)};
-    if (period.to < period.from) throw Refusal(QStringLiteral("date fin < date début"), last);
-    return period;
-}
-
-Criterion in(const Period& period, const Text& key) { return key >= period.from && key <= period.to; }
 
 /// Every file of sales documents that counts, each read by a connection of its own.
 class SalesFiles {
@@ -115,7 +97,7 @@ Quantities moved(MovementFiles files, const Period& period) {
     for (Database file : files.all())
         for (const auto& [kind, sign] :
              {std::pair(movement::Inventory, 1), std::pair(movement::Entry, 1), std::pair(movement::Exit, -1)})
-            add(quantities, file.sumBy(m, m.ref_stk, m.qte_stk, m.eta_stk == kind && in(period, m.tri_stk)), sign);
+            add(quantities, file.sumBy(m, m.ref_stk, m.qte_stk, m.eta_stk == kind && period.covers(m.tri_stk)), sign);
     return quantities;
 }
 
@@ -148,11 +130,11 @@ private:
         int done = 0;
         for (const Database& file : sales_.all()) {
             if (!progress_(done++, static_cast<int>(sales_.all().size()))) return false;
-            result_.lines += gather(file, tristk_, strface, strfacl, in(period_, strface.tri_datf));
+            result_.lines += gather(file, tristk_, strface, strfacl, period_.covers(strface.tri_datf));
             if (dataFileAt(file.path()) == DataFile::Ostrane) continue; // it has no delivery notes
             result_.lines +=
                 gather(file, tristk_, strlive, strlivl,
-                       in(period_, strlive.tri_datf) && strlive.fac_cpt != QString(documents::Transferred));
+                       period_.covers(strlive.tri_datf) && strlive.fac_cpt != QString(documents::Transferred));
         }
         return true;
     }
@@ -188,7 +170,8 @@ private:
 
 std::optional<Result> run(const Session& session, const QString& from, const QString& to,
                           const std::function<void(const QString& text)>& step, const Progress& progress) {
-    const Period period = periodOf(from, to);
+    const Period period = typedPeriod(from, to, QStringLiteral("Mskdatdeb"), QStringLiteral("Mskdatfin"),
+                                      QStringLiteral("saisir une date"));
     step(QStringLiteral("debut du recalcul"));
     return Rebuild(session, period, progress).run(step);
 }

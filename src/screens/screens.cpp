@@ -1,5 +1,9 @@
 #include "screens/screens.h"
 
+#include "screens/accounting/commission_form.h"
+#include "screens/accounting/invoice_forms.h"
+#include "screens/accounting/statistics_form.h"
+#include "screens/accounting/transfer_form.h"
 #include "screens/reference/article_form.h"
 #include "screens/reference/client_form.h"
 #include "screens/reference/code_table_forms.h"
@@ -7,7 +11,10 @@
 #include "screens/reference/listing_forms.h"
 #include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
+#include "screens/sales/archive_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/exchange_form.h"
+#include "screens/sales/integration_form.h"
 #include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
@@ -109,6 +116,20 @@ void addScreens(Desk& desk) {
     add<StockRebuildForm>(desk, "T_procalns");
     add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
+    add<CommissionForm>(desk, "T_comrep");
+    add<StatisticsForm>(desk, "T_staedt");
+    add<TransferForm>(desk, "T_trsfac");
+    add<StatementForm>(desk, "T_reledt");
+    add<DueDateForm>(desk, "T_echedt");
+    add<DocumentArchiveForm>(desk, "T_arcdoc");
+    add<TransferArchiveForm>(desk, "T_arcbtr");
+    add<UnitArchiveForm>(desk, "T_arcpro");
+    add<DocumentReturnForm>(desk, "T_reafac");
+    add<TransferReturnForm>(desk, "T_reabtr");
+    add<UnitReturnForm>(desk, "T_reapro");
+    add<DeliveryDiskForm>(desk, "T_livdk");
+    add<DeliveryExtractionForm>(desk, "T_extract");
+    add<IntegrationForm>(desk, "T_dkliv");
 }
 
 void startProgram(Desk& desk) {

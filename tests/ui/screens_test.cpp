@@ -36,8 +36,8 @@ QList<Screen> screens() {
     for (const MenuEntry& entry : menuTree())
         if (entry.action == MenuAction::Screen || entry.action == MenuAction::InvoiceChoice)
             all.append({entry.target, entry.mode});
-    for (const char* name : {"T_partxt", "T_monnaie", "T_emetteur", "T_tipslpp", "T_rappel", "T_etibarre", "T_lecliv", "Tcodspe1",
-                             "Tcodspe2", "Tcmodcs2", "Tcsecret"})
+    for (const char* name : {"T_partxt", "T_monnaie", "T_emetteur", "T_tipslpp", "T_rappel", "T_etibarre", "T_lecliv",
+                             "Tcodspe1", "Tcodspe2", "Tcmodcs2", "Tcsecret"})
         all.append({QString::fromLatin1(name), {}});
     return all;
 }
@@ -125,6 +125,21 @@ TEST_F(EveryScreen, HasAKeyForEveryButton) {
             EXPECT_TRUE(!button->isVisible() || button->objectName() == u"Cmdhisto" || // Ctrl+H
                         !accessKey(button->text()).isEmpty())
                 << button->objectName().toStdString() << " : " << button->text().toStdString();
+    });
+}
+
+TEST_F(EveryScreen, HasAKeyForEveryBoxWhoseCaptionHasAFreeLetter) {
+    walk([](const Form& form) {
+        QString taken;
+        for (const auto* button : form.findChildren<QAbstractButton*>()) taken += accessKey(button->text()).right(1);
+        for (const auto* label : form.findChildren<QLabel*>())
+            if (label->buddy()) taken += accessKey(label->text()).right(1);
+        for (const auto* label : form.findChildren<QLabel*>()) {
+            if (!label->buddy() || !label->isVisible() || !accessKey(label->text()).isEmpty()) continue;
+            for (const QChar letter : label->text().toUpper())
+                EXPECT_TRUE(letter < u'A' || letter > u'Z' || taken.contains(letter))
+                    << form.objectName().toStdString() << " : " << label->text().toStdString();
+        }
     });
 }
 

@@ -36,6 +36,14 @@ Command importCommand();
 Command exportCommand();
 Command restoreCommand();
 Command recountCommand();
+Command statisticsCommand();
+Command commissionsCommand();
+Command transferCommand();
+Command backupCommand();
+Command convertCommand();
+Command verifyCommand();
+Command archiveCommand();
+Command reactivateCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();

@@ -4,6 +4,7 @@
 #include "data/layout.h"
 #include "data/snapshot.h"
 #include "dossier/check/checks.h"
+#include "reference/seller_tables.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
 
@@ -56,6 +57,10 @@ const Kind Sets{QStringLiteral("ancillaires"),
                 QStringLiteral("vérifier où est le produit, puis le retirer de l'ancillaire ou l'y remettre")};
 const Kind Counts{QStringLiteral("inventaires de dépôt"),
                   QStringLiteral("comparer avec l'état signé, et compter le dépôt de nouveau")};
+const Kind Entries{
+    QStringLiteral("écritures"),
+    QStringLiteral("comparer le journal imprimé du transfert, le document et le programme de comptabilité, "
+                   "puis passer la différence en comptabilité")};
 const Kind Conformity{QStringLiteral("conformité"),
                       QStringLiteral("vérifier l'historique du produit, puis changer sa conformité de nouveau")};
 const Kind Foreign{QStringLiteral("objets étrangers"),
@@ -244,12 +249,16 @@ void checkRecords(const Session& copied, Faults& faults) {
     if (files[DataFile::Molven].count(strspecif) != 1)
         faults.append({QStringLiteral("molven.mdb"), strspecif.name,
                        QStringLiteral("un enregistrement et un seul est attendu"), &kind::Codes});
+    if (files[DataFile::Molven].count(stremetteur) > 1)
+        faults.append({QStringLiteral("molven.mdb"), stremetteur.name,
+                       QStringLiteral("un enregistrement au plus est attendu"), &kind::Codes});
     const Papers papers(files, faults);
     checkUnits(files, papers, faults);
     checkQuantities(files, faults);
     checkMovements(files, copied, faults);
     checkSets(files, faults);
     checkCounts(files, papers, faults);
+    checkEntries(files, copied, faults);
     checkNotes(papers, faults);
     checkProformas(files, papers, faults);
     checkRenewals(papers, faults);

@@ -15,8 +15,8 @@ using Faults = QList<Fault>;
 
 namespace kind {
 extern const Kind File, Indexes, Journal, Codes, Papers, Notes, Totals, WaitingTotals, Amounts, Units, Quantities,
-    WaitingQuantities, Movements, Patients, Sets, Counts, Conformity, Values, Foreign, Altered, AlteredSums, Added,
-    Removed;
+    WaitingQuantities, Movements, Patients, Sets, Counts, Entries, Conformity, Values, Foreign, Altered, AlteredSums,
+    Added, Removed;
 } // namespace kind
 
 /// The tables of one family of documents.
@@ -98,6 +98,8 @@ void checkMovements(references::Files& files, const Session& session, Faults& fa
 void checkSets(references::Files& files, Faults& faults);
 /// Counts of depots, their units and the documents that settled them.
 void checkCounts(references::Files& files, const Papers& papers, Faults& faults);
+/// Entries of the sales journal and the documents that they were made from.
+void checkEntries(references::Files& files, const Session& session, Faults& faults);
 /// Dates and immatriculations that are none.
 void checkUnitValues(const QString& fileName, const Record& unit, Faults& faults);
 void checkValues(references::Files& files, Faults& faults);

@@ -1,0 +1,133 @@
+#include "ui/figure_chart.h"
+
+#include "ui/style.h"
+
+#include <QBarCategoryAxis>
+#include <QBarSet>
+#include <QChart>
+#include <QHorizontalBarSeries>
+#include <QLegend>
+#include <QLineSeries>
+#include <QValueAxis>
+
+#include <algorithm>
+
+namespace molven {
+
+namespace {
+
+constexpr int LongestName = 22;
+constexpr double LineWidth = 2, Finest = 2; ///< pixels; how much finer the picture for paper is
+
+QString shortened(const QString& name) { return name.size() <= LongestName ? name : name.left(LongestName - 1) + u'…'; }
+
+} // namespace
+
+FigureChart::FigureChart(const QString& name, QWidget* parent) : QChartView(new QChart, parent) {
+    setObjectName(name);
+    setFocusPolicy(Qt::NoFocus);
+    setRenderHint(QPainter::Antialiasing);
+    setFrameShape(QFrame::NoFrame);
+    chart()->setBackgroundRoundness(0);
+    chart()->legend()->setAlignment(Qt::AlignBottom);
+}
+
+QColor FigureChart::colourOf(std::size_t series) const {
+    return series == 0 ? palette().color(QPalette::Link) : palette().color(QPalette::Mid).darker(120);
+}
+
+void FigureChart::begin(const QString& title, const std::vector<Series>& series) {
+    chart()->removeAllSeries();
+    for (QAbstractAxis* axis : chart()->axes()) {
+        chart()->removeAxis(axis);
+        delete axis;
+    }
+    chart()->setTitle(title);
+    chart()->setTitleBrush(palette().text());
+    chart()->setBackgroundBrush(palette().base());
+    chart()->legend()->setVisible(series.size() > 1);
+    chart()->legend()->setLabelColor(palette().color(QPalette::Text));
+}
+
+void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool areNamesUpright) {
+    auto* categories = new QBarCategoryAxis;
+    categories->append(names);
+    auto* amounts = new QValueAxis;
+    amounts->setLabelFormat(QStringLiteral("%.0f"));
+    amounts->setTickCount(4);
+    chart()->addAxis(categories, areNamesUpright ? Qt::AlignLeft : Qt::AlignBottom);
+    chart()->addAxis(amounts, areNamesUpright ? Qt::AlignBottom : Qt::AlignLeft);
+    drawn.attachAxis(categories);
+    drawn.attachAxis(amounts);
+}
+
+/// Two names that look the same when shortened are two bars all the same.
+static QStringList distinct(const QStringList& names) {
+    QStringList made;
+    for (const QString& name : names) {
+        QString one = shortened(name);
+        while (made.contains(one)) one += u' ';
+        made.append(one);
+    }
+    return made;
+}
+
+void FigureChart::showBars(const QString& title, const QStringList& names, const std::vector<Series>& series) {
+    begin(title, series);
+    auto* bars = new QHorizontalBarSeries;
+    // The engine of the chart counts from below.
+    for (std::size_t i = series.size(); i-- > 0;) {
+        auto* set = new QBarSet(series[i].name);
+        set->setColor(colourOf(i));
+        set->setBorderColor(colourOf(i));
+        for (auto amount = series[i].amounts.rbegin(); amount != series[i].amounts.rend(); ++amount)
+            set->append(*amount);
+        bars->append(set);
+    }
+    chart()->addSeries(bars);
+    QStringList upwards = distinct(names);
+    std::reverse(upwards.begin(), upwards.end());
+    chart()->legend()->setReverseMarkers(true);
+    addAxes(*bars, upwards, true);
+    for (QAbstractAxis* axis : chart()->axes()) axis->setLabelsColor(palette().color(QPalette::Text));
+}
+
+void FigureChart::showLines(const QString& title, const QStringList& names, const std::vector<Series>& series) {
+    begin(title, series);
+    chart()->legend()->setReverseMarkers(false);
+    double least = 0, most = 1;
+    for (std::size_t i = 0; i < series.size(); ++i) {
+        auto* line = new QLineSeries;
+        line->setName(series[i].name);
+        line->setPen(QPen(colourOf(i), LineWidth));
+        line->setPointsVisible(true);
+        for (std::size_t at = 0; at < series[i].amounts.size(); ++at) {
+            line->append(static_cast<double>(at), series[i].amounts[at]);
+            least = std::min(least, series[i].amounts[at]);
+            most = std::max(most, series[i].amounts[at]);
+        }
+        chart()->addSeries(line);
+        if (i == 0) {
+            addAxes(*line, distinct(names), false);
+            continue;
+        }
+        for (QAbstractAxis* axis : chart()->axes()) line->attachAxis(axis);
+    }
+    for (QAbstractAxis* axis : chart()->axes()) {
+        axis->setLabelsColor(palette().color(QPalette::Text));
+        if (auto* amounts = dynamic_cast<QValueAxis*>(axis)) {
+            amounts->setRange(least, most);
+            amounts->applyNiceNumbers();
+        }
+    }
+}
+
+QImage FigureChart::picture() {
+    QImage image(size() * Finest, QImage::Format_RGB32);
+    image.fill(palette().color(QPalette::Base));
+    QPainter painter(&image);
+    render(&painter);
+    return image;
+}
+
+} // namespace molven
