@@ -34,5 +34,7 @@ void registerPapers();
 /// They change units: to be run last.
 void registerDepots();
 void registerStock();
+/// Works over whole files.
+void registerUpkeep();
 
 } // namespace molven::bench

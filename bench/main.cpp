@@ -133,6 +133,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerPapers();
     molven::bench::registerDepots();
     molven::bench::registerStock();
+    molven::bench::registerUpkeep();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

@@ -1,6 +1,7 @@
 #include "app/ctl/command.h"
 
 #include "data/errors.h"
+#include "data/presence.h"
 #include "dossier/creation.h"
 #include "shell/startup.h"
 
@@ -32,6 +33,8 @@ Session sessionOf(const QCommandLineParser& parser, const QString& folder) {
     if (named.isEmpty() && QFile::exists(session.path(DataFile::Societe)) && startup::dossiers(session).size() > 1)
         complain(
             QStringLiteral("plusieurs dossiers : lu le premier, %1 ; les autres par --dossier").arg(session.spe_nom));
+    // To the end of the program: nobody compacts the files meanwhile.
+    static const Presence working({session.chemin_base, session.chemin_util}, Presence::Kind::Working);
     return session;
 }
 

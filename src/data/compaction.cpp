@@ -107,6 +107,15 @@ void putBack(const QString& temporary, const QString& path) {
     }
 }
 
+/// Whether a file holds tables, and only such. One that was being written holds none, or cannot be read.
+bool isCopyOf(const QString& temporary, const QList<const Table*>& known) {
+    try {
+        return !Layout::foreignObjects(temporary, {}).isEmpty() && Layout::foreignObjects(temporary, known).isEmpty();
+    } catch (const DataError&) {
+        return false;
+    }
+}
+
 } // namespace
 
 void compact(const QString& path, const Progress& progress) {
@@ -136,17 +145,17 @@ void compact(const QString& path, const Progress& progress) {
 bool isUnfinished(const QString& folder) { return QFile::exists(QDir(folder).filePath(Temporary)); }
 
 QString missing(const QString& folder, const QStringList& names) {
+    const QString temporary = QDir(folder).filePath(Temporary);
     QString meant;
     qsizetype tables = 0;
     for (const QString& name : names) {
         const auto file = dataFileAt(name);
-        if (!file || QFile::exists(QDir(folder).filePath(name))) continue;
-        const QList<const Table*>& known = tablesOf(*file);
-        if (!Layout::foreignObjects(QDir(folder).filePath(Temporary), known).isEmpty()) continue;
+        if (!file || QFile::exists(QDir(folder).filePath(name)) || !isCopyOf(temporary, tablesOf(*file))) continue;
         // The tables of one file may be some of another's: the one that knows no more than these is meant.
-        if (!meant.isEmpty() && known.size() >= tables) continue;
+        const qsizetype known = tablesOf(*file).size();
+        if (!meant.isEmpty() && known >= tables) continue;
         meant = name;
-        tables = known.size();
+        tables = known;
     }
     return meant;
 }

@@ -73,15 +73,20 @@ private:
             const JetFile jet(part.source);
             // Indexes come at the end: one that the records contradict becomes a plain one.
             Layout::dropIndexes(part.target, tablesOf(part.file));
-            for (const QString& table : jet.tables()) convertTable(jet, name, table, part);
+            Workspace workspace;
+            Database target = workspace.open(part.target);
+            Transaction transaction(workspace, QStringLiteral("Conversion"));
+            for (const QString& table : jet.tables()) convertTable(jet, name, table, part.file, target);
+            transaction.commit();
         } catch (const DataError& error) {
+            if (error.number != DataError::NotADatabase) throw;
             outcome_.notices.append(QStringLiteral("%1 : %2").arg(name, error.description));
         }
         Layout::repairIndexes(part.target, tablesOf(part.file));
     }
 
-    void convertTable(const JetFile& jet, const QString& file, const QString& name, const Part& part) {
-        const QList<const Table*>& tables = tablesOf(part.file);
+    void convertTable(const JetFile& jet, const QString& file, const QString& name, DataFile kind, Database target) {
+        const QList<const Table*>& tables = tablesOf(kind);
         const auto table = std::find_if(tables.begin(), tables.end(), [&name](const Table* one) {
             return one->name.compare(name, Qt::CaseInsensitive) == 0;
         });
@@ -92,14 +97,14 @@ private:
                                             .arg(jet.announced(name)));
                 return;
             }
-            Workspace workspace;
-            TableConversion conversion(jet, name, workspace.open(part.target), **table);
+            TableConversion conversion(jet, name, target, **table);
             Converted converted = conversion.run(progress_);
             converted.file = file;
             outcome_.tables.append(converted);
             for (const QString& notice : conversion.notices())
                 outcome_.notices.append(QStringLiteral("%1 %2 : %3").arg(file, name, notice));
         } catch (const DataError& error) {
+            if (error.number != DataError::NotADatabase) throw;
             outcome_.notices.append(QStringLiteral("%1 %2 : %3").arg(file, name, error.description));
         }
     }
@@ -125,6 +130,14 @@ void convertInto(const Session& session, const QDir& source, Outcome& outcome, c
     conversion.run();
 }
 
+/// A dossier just added is as if it had never been.
+void takeOff(const Session& session) {
+    const QString folder = QDir(QDir::cleanPath(session.chemin_base)).dirName();
+    Workspace workspace;
+    workspace.open(session.path(DataFile::Societe)).remove(strsociete, strsociete.soc_chemin == folder + u'\\');
+    QDir(session.chemin_base).removeRecursively();
+}
+
 QString molvenIn(const QString& source) {
     for (const QString& name : QDir(source).entryList({QStringLiteral("*.mdb")}, QDir::Files))
         if (dataFileAt(name) == DataFile::Molven) return QDir(source).filePath(name);
@@ -138,7 +151,12 @@ Outcome convert(const QString& source, const QString& target, bool addToSocietie
     Outcome outcome;
     if (addToSocieties) {
         outcome.session = creation::create({target, company.code, company.name, true});
-        convertInto(outcome.session, QDir(source), outcome, progress);
+        try {
+            convertInto(outcome.session, QDir(source), outcome, progress);
+        } catch (...) {
+            takeOff(outcome.session);
+            throw;
+        }
         return outcome;
     }
     require(!QDir(target).exists() || QDir(target).isEmpty(),

@@ -30,7 +30,7 @@ Converted TableConversion::run(const Progress& progress) {
     Converted converted;
     converted.table = name_;
     converted.announced = source_.announced(name_);
-    Transaction transaction(target_.workspace(), QStringLiteral("Conversion"));
+    Transaction transaction(target_.workspace());
     target_.remove(table_);
     qint64 taken = 0;
     converted.read = source_.read(name_, [&](const QStringList& values) {

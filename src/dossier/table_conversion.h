@@ -13,7 +13,7 @@ class TableConversion {
 public:
     TableConversion(const JetFile& source, const QString& name, Database target, const Table& table);
 
-    /// One transaction. Throws DataError, and Refusal when it was stopped.
+    /// All of the table or nothing. Throws DataError, and Refusal when it was stopped.
     Converted run(const Progress& progress);
     /// Fields that the table does not know, and values that were not taken as they were.
     QStringList notices() const;

@@ -67,12 +67,12 @@ QStringList finishCompactions(const Session& session) {
     const QString base = session.chemin_base.isEmpty()
                              ? folderFrom(session.dossier_app, QStringLiteral("CHEMIN.HC")).value_or(QString())
                              : session.chemin_base;
-    static const QStringList names{catalogueEntry(DataFile::Molven).name, catalogueEntry(DataFile::Historic).name,
-                                   catalogueEntry(DataFile::Vente).name, catalogueEntry(DataFile::Tri).name};
+    static const QStringList compacted{catalogueEntry(DataFile::Molven).name, catalogueEntry(DataFile::Historic).name,
+                                       catalogueEntry(DataFile::Vente).name, catalogueEntry(DataFile::Tri).name};
     QStringList finished;
     for (const QString& folder : {base, session.chemin_util, session.chemin_gv, session.chemin_tri}) {
         if (folder.isEmpty() || !compaction::isUnfinished(folder)) continue;
-        const QString name = finishIn(folder, names);
+        const QString name = finishIn(folder, compacted);
         if (!name.isEmpty()) finished.append(name);
     }
     return finished;

@@ -128,30 +128,30 @@ TEST_P(CutShort, LosesNothingAtAnyWrite) {
             break;
         }
         ++kills;
-        n += n / 20; // the later writes are much alike
+        n += n / 8; // the later writes are much alike
     }
     EXPECT_GT(kills, GetParam().fewest);
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAnyWrite, CutShort,
-                         testing::Values(Work{"archive", [](const Session& session) { archiveAll(session); }, 40},
+                         testing::Values(Work{"archive", [](const Session& session) { archiveAll(session); }, 20},
                                          Work{"reactivation",
                                               [](const Session& session) {
                                                   archiveAll(session);
                                                   archiveAll(session, archive::Direction::FromHistory);
                                               },
-                                              40},
-                                         Work{"integration", takeThree, 20},
+                                              20},
+                                         Work{"integration", takeThree, 10},
                                          Work{"compaction",
-                                              [](const Session& session) { upkeep::compact(session, {}); }, 40},
+                                              [](const Session& session) { upkeep::compact(session, {}); }, 20},
                                          Work{"backup",
                                               [](const Session& session) {
                                                   const QString disk = session.dossier_app + QStringLiteral("/disque");
                                                   QDir().mkpath(disk);
                                                   upkeep::backUp(session, disk, {});
                                               },
-                                              20}),
+                                              10}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST(Compactions, FinishFromTheCopyThatIsLeftAndKeepTheJournal) {
@@ -188,7 +188,7 @@ TEST(Compactions, AreRefusedWhileOthersWorkAndKeepThemOut) {
 }
 
 TEST(FullDisks, LeaveTheLastGoodBackupAndTheFilesAsTheyWere) {
-    EXPECT_EQ(test::onSmallDisk(3000,
+    EXPECT_EQ(test::onSmallDisk(9000,
                                 [](const QString& disk) {
                                     Dossier dossier;
                                     trade(dossier);
@@ -196,7 +196,8 @@ TEST(FullDisks, LeaveTheLastGoodBackupAndTheFilesAsTheyWere) {
                                     upkeep::backUp(session, disk, {});
                                     EXPECT_TRUE(upkeep::verify(disk).first().faults.isEmpty());
                                     const qint64 units = countOf(disk + QStringLiteral("/molven.mdb"), strproduit);
-                                    dossier.receive(QStringLiteral("HIP"), 900);
+                                    dossier.receive(QStringLiteral("HIP"), 40);
+                                    test::fillDisk(disk);
                                     bool isFull = false;
                                     try {
                                         upkeep::backUp(session, disk, {});
@@ -216,10 +217,7 @@ TEST(FullDisks, LeaveTheLastGoodBackupAndTheFilesAsTheyWere) {
                                         creation::create({disk + QStringLiteral("/maison"), QStringLiteral("CE"),
                                                           QStringLiteral("SOCIETE")});
                                     const QList<qint64> before = holdings(session);
-                                    QFile ballast(disk + QStringLiteral("/lest"));
-                                    ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-                                    while (ballast.write(QByteArray(4096, 'x')) > 0) {
-                                    }
+                                    test::fillDisk(disk);
                                     EXPECT_NE(test::dataErrorOf([&] { compaction::compact(session.molven(), {}); }), 0);
                                     EXPECT_FALSE(compaction::isUnfinished(session.chemin_base));
                                     EXPECT_EQ(holdings(session), before);

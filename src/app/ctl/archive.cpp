@@ -2,7 +2,6 @@
 
 #include "data/dates.h"
 #include "data/format.h"
-#include "data/presence.h"
 #include "data/require.h"
 #include "sales/archiving.h"
 
@@ -18,7 +17,6 @@ int move(const QCommandLineParser& parser, const QString& folder, archive::Direc
     const QDate day = dateFromText(parser.value(Before));
     require(day.isValid(), QStringLiteral("Indiquez --avant JJ/MM/AAAA"), QString());
     const Session session = sessionOf(parser, folder);
-    const Presence working({session.chemin_base, session.chemin_util}, Presence::Kind::Working);
     bool areAll = true;
     for (const archiving::Moved& moved : archiving::moveBefore(session, direction, day, {})) {
         say(QStringLiteral("%1 : %2").arg(moved.family).arg(moved.outcome.moved));

@@ -2,7 +2,6 @@
 
 #include "data/errors.h"
 #include "data/format.h"
-#include "data/presence.h"
 #include "dossier/upkeep.h"
 
 #include <QCommandLineParser>
@@ -37,7 +36,6 @@ int backUp(const QCommandLineParser& parser, const QStringList& arguments) {
     if (!isNumber || (parser.isSet(Kept) && kept < 1))
         throw Refusal(QStringLiteral("Le nombre de sauvegardes à garder est incorrect : %1").arg(parser.value(Kept)));
     const Session session = sessionOf(parser, arguments[0]);
-    const Presence working({session.chemin_base, session.chemin_util}, Presence::Kind::Working);
     const QString folder = upkeep::addGeneration(session, QDir(arguments[1]).absolutePath(), kept, {});
     say(QStringLiteral("sauvegarde : ") + QDir::toNativeSeparators(folder));
     return sayVerified(upkeep::verify(folder)) ? 0 : 1;
