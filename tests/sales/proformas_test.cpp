@@ -37,7 +37,7 @@ TEST_F(Proformas, AreDeliveredWithTheirStockAndOpenAgainWithoutTheirNote) {
     const Decimal stock = dossier.stock(QStringLiteral("SCREW"));
     const Record written = write(book, {QStringLiteral("HIP"), QStringLiteral("SCREW"), QStringLiteral("NOTE")});
     Record paid = written;
-    paid[strface.fac_acpt] = 50;
+    paid[strface.fac_acpt] = 300;
     const Record read = documents::changeFooter(book, paid, written);
     EXPECT_EQ(dossier.stock(QStringLiteral("SCREW")), stock);
 
