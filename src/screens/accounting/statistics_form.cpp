@@ -30,8 +30,11 @@ using statistics::Sorting;
 namespace {
 
 const QString ReportBox = QStringLiteral("Cmbetat"), SortingBox = QStringLiteral("Cmbtri");
-constexpr qsizetype MostBars = 12;
+constexpr qsizetype MostBars = 10;
 constexpr int ChartWidth = 400; ///< pixels
+
+/// "01/03/2030 - 31/03/2030".
+QString legend(const Period& period) { return dayOfKey(period.from) + QStringLiteral(" - ") + dayOfKey(period.to); }
 
 CriterionBox day(const char* name, const char* caption) {
     return {QString::fromLatin1(name), QString::fromUtf8(caption), 10, CriterionBox::Kind::Day};
@@ -90,6 +93,8 @@ StatisticsForm::StatisticsForm(Desk& desk)
     auto* charts = new QSplitter(Qt::Vertical);
     charts->addWidget(bars_);
     charts->addWidget(line_);
+    charts->setStretchFactor(0, 3);
+    charts->setStretchFactor(1, 2);
     auto* beside = new QSplitter(this);
     layout()->replaceWidget(&list(), beside);
     beside->addWidget(&list());
@@ -257,9 +262,10 @@ void StatisticsForm::openDocument(const Record& line) {
 
 void StatisticsForm::drawCharts(const QList<Record>& rows) {
     const auto& s = strstat;
+    bars_->setVisible(!report_->kind().isByMonth()); // the line says the same
     QStringList names;
-    std::vector<FigureChart::Series> series{{report_->query().period.words().trimmed(), {}}};
-    if (report_->query().compared) series.push_back({report_->query().compared->words().trimmed(), {}});
+    std::vector<FigureChart::Series> series{{legend(report_->query().period), {}}};
+    if (report_->query().compared) series.push_back({legend(*report_->query().compared), {}});
     QList<Record> greatest = rows;
     if (!report_->kind().isByMonth())
         std::stable_sort(greatest.begin(), greatest.end(),
@@ -287,17 +293,17 @@ void StatisticsForm::drawMonths() {
         for (QDate at = QDate::fromString(period.from.left(6), QStringLiteral("yyyyMM")); at <= last;
              at = at.addMonths(1)) {
             amounts.push_back(byMonth[at.toString(QStringLiteral("yyyyMM"))]);
-            names.append(at.toString(QStringLiteral("MM/yy")));
+            names.append(
+                at.toString(at.month() == 1 || names.isEmpty() ? QStringLiteral("MM/yy") : QStringLiteral("MM")));
         }
         return amounts;
     };
     const Query& query = report_->query();
     QStringList names, comparedNames;
-    std::vector<FigureChart::Series> series{
-        {query.period.words().trimmed(), amountsOf(query.period, report_->months(), names)}};
+    std::vector<FigureChart::Series> series{{legend(query.period), amountsOf(query.period, report_->months(), names)}};
     if (query.compared) {
         series.push_back(
-            {query.compared->words().trimmed(), amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
+            {legend(*query.compared), amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
         series[1].amounts.resize(series[0].amounts.size());
     }
     line_->showLines(QStringLiteral("C.A. net par mois"), names, series);
@@ -305,7 +311,7 @@ void StatisticsForm::drawMonths() {
 
 void StatisticsForm::print() {
     Report paper = report_columns::paper(report(), sorting());
-    paper.picture(bars_->picture());
+    if (!report().kind().isByMonth()) paper.picture(bars_->picture());
     paper.picture(line_->picture());
     desk().print(paper);
 }
