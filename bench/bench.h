@@ -30,9 +30,12 @@ void registerGrid();
 void registerReference();
 void registerEnquiries();
 void registerScreens();
+void registerPapers();
 void registerAccounting();
 /// They change units: to be run last.
 void registerDepots();
 void registerStock();
+/// Works over whole files.
+void registerUpkeep();
 
 } // namespace molven::bench

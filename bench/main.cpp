@@ -130,9 +130,11 @@ int main(int argc, char* argv[]) {
     molven::bench::registerReference();
     molven::bench::registerEnquiries();
     molven::bench::registerScreens();
+    molven::bench::registerPapers();
     molven::bench::registerAccounting();
     molven::bench::registerDepots();
     molven::bench::registerStock();
+    molven::bench::registerUpkeep();
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

@@ -1,6 +1,7 @@
 #include "app/ctl/command.h"
 
 #include "data/errors.h"
+#include "data/presence.h"
 #include "dossier/creation.h"
 #include "shell/startup.h"
 
@@ -32,6 +33,8 @@ Session sessionOf(const QCommandLineParser& parser, const QString& folder) {
     if (named.isEmpty() && QFile::exists(session.path(DataFile::Societe)) && startup::dossiers(session).size() > 1)
         complain(
             QStringLiteral("plusieurs dossiers : lu le premier, %1 ; les autres par --dossier").arg(session.spe_nom));
+    // To the end of the program: nobody compacts the files meanwhile.
+    static const Presence working({session.chemin_base, session.chemin_util}, Presence::Kind::Working);
     return session;
 }
 
@@ -88,10 +91,12 @@ static std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]
 
 int main(int argc, char* argv[]) {
     const QList<ctl::Command> commands{
-        ctl::createCommand(),     ctl::demoCommand(),        ctl::checkCommand(),    ctl::traceCommand(),
-        ctl::recallCommand(),     ctl::journalCommand(),     ctl::companyCommand(),  ctl::importCommand(),
-        ctl::exportCommand(),     ctl::restoreCommand(),     ctl::recountCommand(),  ctl::replenishCommand(),
-        ctl::statisticsCommand(), ctl::commissionsCommand(), ctl::transferCommand(), ctl::invoiceCommand()};
+        ctl::createCommand(),          ctl::demoCommand(),        ctl::checkCommand(),    ctl::traceCommand(),
+        ctl::recallCommand(),          ctl::journalCommand(),     ctl::companyCommand(),  ctl::importCommand(),
+        ctl::exportCommand(),          ctl::restoreCommand(),     ctl::recountCommand(),  ctl::replenishCommand(),
+        ctl::statisticsCommand(),      ctl::commissionsCommand(), ctl::transferCommand(), ctl::invoiceCommand(),
+        ctl::receivedInvoiceCommand(), ctl::backupCommand(),      ctl::verifyCommand(),   ctl::archiveCommand(),
+        ctl::reactivateCommand(),      ctl::convertCommand()};
     const QString word = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     const bool draws = std::any_of(commands.begin(), commands.end(), [&word](const ctl::Command& command) {
         return command.word == word && command.draws;

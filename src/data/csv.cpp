@@ -49,8 +49,9 @@ QChar separatorOf(const QString& text) {
     return first.count(u';') >= first.count(u',') ? u';' : u',';
 }
 
-QString quoted(const QString& cell) {
-    if (!cell.contains(u';') && !cell.contains(u'"') && !cell.contains(u'\n') && !cell.contains(u'\r')) return cell;
+QString quoted(const QString& cell, QChar separator) {
+    if (!cell.contains(separator) && !cell.contains(u'"') && !cell.contains(u'\n') && !cell.contains(u'\r'))
+        return cell;
     return u'"' + QString(cell).replace(u'"', QStringLiteral("\"\"")) + u'"';
 }
 
@@ -149,10 +150,10 @@ QList<Row> read(const QByteArray& bytes) {
     return Reader(text).rows();
 }
 
-QString line(const QStringList& cells) {
+QString line(const QStringList& cells, QChar separator) {
     QStringList written;
-    for (const QString& cell : cells) written.append(quoted(shownAsText(cell)));
-    return written.join(u';') + QStringLiteral("\r\n");
+    for (const QString& cell : cells) written.append(quoted(shownAsText(cell), separator));
+    return written.join(separator) + QStringLiteral("\r\n");
 }
 
 QByteArray file(const QString& lines) { return QByteArrayLiteral("\xEF\xBB\xBF") + lines.toUtf8(); }

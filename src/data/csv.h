@@ -22,9 +22,9 @@ constexpr qsizetype LongestCell = 32'767;
 /// closed too early, when it is in another encoding than the rest, holds a control character or too long a cell.
 QList<Row> read(const QByteArray& bytes);
 
-/// One record as a line, separated by semicolons, ending in CR LF. A spreadsheet would run a cell that begins with
-/// = + - @ and is not a number: an apostrophe before it makes it a text.
-QString line(const QStringList& cells);
+/// One record as a line, separated by semicolons unless told otherwise, ending in CR LF. A spreadsheet would run a cell
+/// that begins with = + - @ and is not a number: an apostrophe before it makes it a text.
+QString line(const QStringList& cells, QChar separator = u';');
 /// A whole file as spreadsheets in French read it: UTF-8 with its mark.
 QByteArray file(const QString& lines);
 

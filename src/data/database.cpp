@@ -37,7 +37,11 @@ void Database::create(const QString& path, const QList<const Table*>& tables) {
 }
 
 Recordset Database::select(const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, qualified(table), table, criterion, order);
+    return Recordset(*workspace_, {qualified(table)}, table, criterion, order);
+}
+
+Recordset Database::selectWith(Database also, const Table& table, const Criterion& criterion, const Order& order) {
+    return Recordset(*workspace_, {qualified(table), also.qualified(table)}, table, criterion, order);
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
@@ -190,6 +194,20 @@ qint64 Database::update(const Table& table, const QList<Assignment>& assignments
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
     return write(table, QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values,
                  [&](Journal& journal) { journal.removing(criterion); });
+}
+
+qint64 Database::moveTo(Database target, const Table& table, const Criterion& criterion) {
+    Transaction transaction(*workspace_);
+    const QString source = qualified(table);
+    const QString sql = QStringLiteral("insert into %1 (%2) select %2 from %3%4 order by rowid")
+                            .arg(target.qualified(table), table.columns(), source, where(criterion));
+    const qint64 arrived =
+        target.write(table, sql, criterion.values, [&](Journal& journal) { journal.arriving(source, criterion); });
+    const qint64 left = remove(table, criterion);
+    if (arrived != left)
+        throw DataError(DataError::Undone, QStringLiteral("Le déplacement n'est pas complet, il a été annulé."));
+    transaction.commit();
+    return left;
 }
 
 qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {

@@ -35,6 +35,8 @@ public:
 
     /// The records that meet a criterion, in order; see Recordset.
     Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
+    /// The same over this file and another of the workspace that has the table as well: current and archived records.
+    Recordset selectWith(Database also, const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
@@ -64,6 +66,8 @@ public:
     /// Number of records changed.
     qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
     qint64 remove(const Table& table, const Criterion& criterion = {});
+    /// Moves records into the same table of another file of the workspace, as they are; number of records moved.
+    qint64 moveTo(Database target, const Table& table, const Criterion& criterion);
     /// Gives one field the value of another in many records at once; number of records changed.
     qint64 copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
 

@@ -131,6 +131,14 @@ void Journal::found(const QString& kind, const Record& record) {
                    head() + notNull({parts.join(u'/'), kind, digest::of(record)}));
 }
 
+void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
+    if (!active()) return;
+    const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
+    Statement& rows = workspace_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where),
+                                     criterion.values);
+    while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
+}
+
 void Journal::takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table) {
     Journal journal(workspace, qualifiedTable, table);
     if (!table.trail() || !journal.active()) return;

@@ -34,6 +34,8 @@ public:
 
     /// A record is added.
     void added(const Record& record);
+    /// Records of the same table in another file of the workspace are added as they are.
+    void arriving(const QString& fromTable, const Criterion& criterion);
     /// The records that a table of an older file already holds; its journal answers for them from now on.
     static void takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table);
     /// The records that a condition selects will be given these values; those that have them already do not count.

@@ -27,13 +27,14 @@ QString entries(const QString& file) { return file + u'.' + strjournal.name; }
 Seal sealOf(Statement& rows, const QString& sumBefore) {
     Seal seal;
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    const auto add = [&hash](const QString& value) {
-        const QByteArray bytes = value.toUtf8();
-        hash.addData(QByteArray::number(bytes.size()) + ':' + bytes);
+    const auto add = [&hash](QByteArrayView value) {
+        hash.addData(QByteArray::number(value.size()));
+        hash.addData(":");
+        hash.addData(value);
     };
-    add(sumBefore);
+    add(sumBefore.toUtf8());
     while (rows.next()) {
-        for (int column = 0; column <= strjournal.fields().size(); ++column) add(rows.text(column));
+        for (int column = 0; column <= strjournal.fields().size(); ++column) add(rows.bytes(column));
         seal.last = rows.integer(0);
         seal.day = rows.text(1 + strjournal.jou_dat.position);
         ++seal.count;

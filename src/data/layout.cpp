@@ -170,12 +170,23 @@ void Layout::repairIndexes(const QString& path, const QList<const Table*>& table
     Transaction transaction(workspace);
     Layout layout(workspace);
     for (const Table* table : tables) {
-        const Indexes found = layout.indexes(*table);
-        for (const QString& name : found.kept + found.others)
-            workspace.run(QStringLiteral("drop index \"%1\"").arg(name));
+        layout.dropIndexes(*table);
         for (int number = 1; number <= table->indexes().size(); ++number) layout.createIndex(*table, number);
     }
     transaction.commit();
+}
+
+void Layout::dropIndexes(const QString& path, const QList<const Table*>& tables) {
+    Workspace workspace;
+    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    Transaction transaction(workspace);
+    for (const Table* table : tables) Layout(workspace).dropIndexes(*table);
+    transaction.commit();
+}
+
+void Layout::dropIndexes(const Table& table) {
+    const Indexes found = indexes(table);
+    for (const QString& name : found.kept + found.others) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
 }
 
 void Layout::createIndex(const Table& table, int number) {

@@ -30,6 +30,8 @@ public:
     /// Makes the indexes of a file anew as its tables declare them, all or nothing. A unique one that the records
     /// contradict becomes a plain one.
     static void repairIndexes(const QString& path, const QList<const Table*>& tables);
+    /// Takes the indexes off for a time in which very many records are written; repairIndexes() makes them again.
+    static void dropIndexes(const QString& path, const QList<const Table*>& tables);
     /// A column as the engine declares it.
     static QString definition(const Field& field);
 
@@ -46,6 +48,7 @@ private:
     void complete(const Table& table);
     void completeIndexes(const Table& table);
     void createIndex(const Table& table, int number);
+    void dropIndexes(const Table& table);
 
     Workspace& workspace_;
 };

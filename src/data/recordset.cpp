@@ -6,25 +6,35 @@
 #include "data/row_reader.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace molven {
 
-Recordset::Recordset(Workspace& workspace, const QString& qualifiedTable, const Table& table,
+Recordset::Recordset(Workspace& workspace, const QStringList& qualifiedTables, const Table& table,
                      const Criterion& criterion, const Order& order)
-    : workspace_(&workspace), qualified_(qualifiedTable), table_(&table), criterion_(criterion), order_(order) {
+    : workspace_(&workspace), tables_(qualifiedTables), table_(&table), criterion_(criterion), order_(order) {
     requery();
 }
 
-QString Recordset::keysSql(const Criterion& criterion) const {
-    QString sql = QStringLiteral("select rowid from ") + qualified_;
-    if (!criterion.always()) sql += QStringLiteral(" where ") + criterion.sql;
-    return sql + QStringLiteral(" order by ") + (order_.terms + QStringList(QStringLiteral("rowid"))).join(u',');
+Statement& Recordset::keysOf(const Criterion& criterion, const QString& limit) const {
+    const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
+    QString from = tables_[0] + where, key = QStringLiteral("rowid");
+    QStringList values = criterion.values;
+    if (tables_.size() > 1) {
+        key = QStringLiteral("k");
+        from = QStringLiteral("(select rowid as k,%1 from %2%4 union all select -rowid as k,%1 from %3%4)")
+                   .arg(table_->columns(), tables_[0], tables_[1], where);
+        values += criterion.values;
+    }
+    return workspace_->run(QStringLiteral("select %1 from %2 order by %3%4")
+                               .arg(key, from, (order_.terms + QStringList(key)).join(u','), limit),
+                           values);
 }
 
 void Recordset::requery() {
     pages_.clear();
     keys_.clear();
-    Statement& rows = workspace_->run(keysSql(criterion_), criterion_.values);
+    Statement& rows = keysOf(criterion_);
     while (rows.next()) keys_.push_back(rows.integer(0));
     moveTo(position_);
 }
@@ -35,9 +45,8 @@ void Recordset::moveTo(qint64 position) {
 }
 
 bool Recordset::findFirst(const Criterion& criterion) {
-    const Criterion both = criterion_ && criterion;
-    Statement& row = workspace_->run(keysSql(both) + QStringLiteral(" limit 1"), both.values);
-    const Key key = row.next() ? row.integer(0) : -1;
+    Statement& row = keysOf(criterion_ && criterion, QStringLiteral(" limit 1"));
+    const Key key = row.next() ? row.integer(0) : 0;
     row.finish();
     const auto found = std::find(keys_.begin(), keys_.end(), key);
     if (found == keys_.end()) return false;
@@ -62,27 +71,29 @@ const Recordset::Page& Recordset::page(qint64 number) const {
     if (kept != pages_.constEnd()) return *kept;
     const qint64 first = number * PageSize;
     const qint64 size = std::min(PageSize, count() - first);
-    QStringList keys;
     QHash<Key, qint64> places;
-    for (qint64 i = 0; i < size; ++i) {
-        const Key key = keys_[static_cast<std::size_t>(first + i)];
-        keys.append(QString::number(key));
-        places.insert(key, i);
-    }
+    for (qint64 i = 0; i < size; ++i) places.insert(keys_[static_cast<std::size_t>(first + i)], i);
     Page read(static_cast<std::size_t>(size));
-    Statement& rows =
-        workspace_->run(QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
-                            .arg(table_->columns(), qualified_),
-                        {u'[' + keys.join(u',') + u']'});
-    while (rows.next())
-        read[static_cast<std::size_t>(places.value(rows.integer(0)))] = RowReader::read(rows, *table_, 1);
+    for (const Key sign : signs()) {
+        QStringList keys;
+        for (const Key key : places.keys())
+            if ((key < 0) == (sign < 0)) keys.append(QString::number(key * sign));
+        if (keys.isEmpty()) continue;
+        Statement& rows =
+            workspace_->run(QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
+                                .arg(table_->columns(), tableOf(sign)),
+                            {u'[' + keys.join(u',') + u']'});
+        while (rows.next())
+            read[static_cast<std::size_t>(places.value(rows.integer(0) * sign))] = RowReader::read(rows, *table_, 1);
+    }
     if (pages_.size() >= PagesKept) pages_.clear();
     return *pages_.emplace(number, std::move(read));
 }
 
 std::optional<Record> Recordset::fetch(Key key) const {
-    Statement& row = workspace_->run(
-        QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), qualified_), {QString::number(key)});
+    Statement& row =
+        workspace_->run(QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), tableOf(key)),
+                        {QString::number(std::abs(key))});
     std::optional<Record> found;
     if (row.next()) found = RowReader::read(row, *table_, 0);
     row.finish();
@@ -91,7 +102,7 @@ std::optional<Record> Recordset::fetch(Key key) const {
 
 void Recordset::edit() {
     if (eof()) throw DataError(DataError::NoCurrentRecord, QStringLiteral("Aucun enregistrement en cours."));
-    before_ = fetch(keys_[static_cast<std::size_t>(position_)]);
+    before_ = fetch(currentKey());
     if (!before_)
         throw DataError(DataError::RecordDeleted,
                         QStringLiteral("Cet enregistrement a été supprimé sur un autre poste."));
@@ -119,7 +130,8 @@ void Recordset::update() {
         forget(position_);
     } else {
         const Record& written = draft();
-        keys_.push_back(Journal::write(*workspace_, qualified_, *table_, RowReader::insertion(qualified_, *table_),
+        const QString& table = tables_.first();
+        keys_.push_back(Journal::write(*workspace_, table, *table_, RowReader::insertion(table, *table_),
                                        RowReader::values(written), [&](Journal& journal) { journal.added(written); })
                             .key);
         forget(count() - 1);
@@ -145,10 +157,11 @@ void Recordset::writeChanges(const Record& before, const Record& written) {
     }
     if (changes.isEmpty()) return;
     const Criterion here = current();
+    const QString& table = tableOf(currentKey());
     const QString sql = QStringLiteral("update %1 set %2 where %3 and %4")
-                            .arg(qualified_, sets.join(u','), here.sql, same.join(QStringLiteral(" and ")));
+                            .arg(table, sets.join(u','), here.sql, same.join(QStringLiteral(" and ")));
     Transaction transaction(*workspace_);
-    const auto done = Journal::write(*workspace_, qualified_, *table_, sql, given + here.values + found,
+    const auto done = Journal::write(*workspace_, table, *table_, sql, given + here.values + found,
                                      [&](Journal& journal) { journal.changing(changes, here); });
     if (done.changed != 1)
         throw DataError(
@@ -161,16 +174,14 @@ void Recordset::writeChanges(const Record& before, const Record& written) {
 void Recordset::remove() {
     record();
     const Criterion here = current();
-    Journal::write(*workspace_, qualified_, *table_,
-                   QStringLiteral("delete from %1 where %2").arg(qualified_, here.sql), here.values,
-                   [&](Journal& journal) { journal.removing(here); });
+    const QString& table = tableOf(currentKey());
+    Journal::write(*workspace_, table, *table_, QStringLiteral("delete from %1 where %2").arg(table, here.sql),
+                   here.values, [&](Journal& journal) { journal.removing(here); });
     keys_.erase(keys_.begin() + position_);
     pages_.clear();
     draft_.reset();
 }
 
-Criterion Recordset::current() const {
-    return {QStringLiteral("rowid=?"), {QString::number(keys_[static_cast<std::size_t>(position_)])}};
-}
+Criterion Recordset::current() const { return {QStringLiteral("rowid=?"), {QString::number(std::abs(currentKey()))}}; }
 
 } // namespace molven

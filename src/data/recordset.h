@@ -12,6 +12,7 @@
 
 namespace molven {
 
+class Statement;
 class Workspace;
 class Recordset;
 
@@ -96,12 +97,13 @@ public:
 
     /// Reads the selection again.
     void requery();
+    Workspace& workspace() const { return *workspace_; }
 
 private:
     friend class Database;
     template <class F>
     friend class DraftCell;
-    Recordset(Workspace& workspace, const QString& qualifiedTable, const Table& table, const Criterion& criterion,
+    Recordset(Workspace& workspace, const QStringList& qualifiedTables, const Table& table, const Criterion& criterion,
               const Order& order);
 
     using Key = qint64;
@@ -109,19 +111,25 @@ private:
     static constexpr qint64 PageSize = 128;
     static constexpr qsizetype PagesKept = 64;
 
-    QString keysSql(const Criterion& criterion) const;
+    /// Runs the statement that answers the keys of the selection, in order.
+    Statement& keysOf(const Criterion& criterion, const QString& limit = {}) const;
+    /// The table that a record of this key lies in.
+    const QString& tableOf(Key key) const { return tables_[key < 0 ? 1 : 0]; }
     const Page& page(qint64 number) const;
     std::optional<Record> fetch(Key key) const;
     /// The records of these keys alone.
     Recordset reducedTo(const std::vector<Key>& kept) const;
-    void readBeginnings(const Field& field, const QString& text, std::vector<Key>& found) const;
+    void readBeginnings(Key sign, const Field& field, const QString& text, std::vector<Key>& found) const;
     void writeChanges(const Record& before, const Record& written);
-    /// The condition that selects the current record.
+    Key currentKey() const { return keys_[static_cast<std::size_t>(position_)]; }
+    /// The signs that keys bear: 1, and -1 where there is a second table.
+    QList<Key> signs() const { return tables_.size() > 1 ? QList<Key>{1, -1} : QList<Key>{1}; }
+    /// The condition that selects the current record in its table.
     Criterion current() const;
     void forget(qint64 position) { pages_.remove(position / PageSize); }
 
     Workspace* workspace_;
-    QString qualified_;
+    QStringList tables_; ///< one, or a second whose keys are counted below zero
     const Table* table_;
     Criterion criterion_;
     Order order_;

@@ -6,6 +6,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <filesystem>
+#include <system_error>
+
 #ifdef Q_OS_WIN
 #include <io.h>
 #else
@@ -48,6 +51,12 @@ void flushToDisk(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite)) throw unwritable(path, file.errorString());
     if (!isOnDisk(file)) throw unwritable(path, qt_error_string());
+}
+
+void takePlace(const QString& file, const QString& path) {
+    std::error_code fault;
+    std::filesystem::rename(file.toStdU16String(), path.toStdU16String(), fault);
+    if (fault) throw unwritable(path, QString::fromLocal8Bit(fault.message().c_str()));
 }
 
 QString freeName(const QString& path) {

@@ -15,6 +15,9 @@ void writeWhole(const QString& path, const QByteArray& bytes, Existing existing 
 /// Flushes a file that was written by other means to the disk. Throws Refusal.
 void flushToDisk(const QString& path);
 
+/// Gives a file on the disk the name of another in the same folder, which it replaces at once. Throws Refusal.
+void takePlace(const QString& file, const QString& path);
+
 /// The path, or the first of "name-2.pdf", "name-3.pdf" ... that is not taken.
 QString freeName(const QString& path);
 

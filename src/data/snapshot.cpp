@@ -1,7 +1,7 @@
 #include "data/snapshot.h"
 
+#include "data/held_file.h"
 #include "data/sqlite_engine.h"
-#include "data/statement.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,36 +9,12 @@
 #include <memory>
 #include <vector>
 
-#include <sqlite3.h>
-
 namespace molven {
 
 namespace {
 
 /// Two that hold each other up are told apart by giving up and asking again.
 constexpr int Attempts = 3;
-
-/// Keeps a file as it is: whoever wants to commit to it waits.
-class Held {
-public:
-    explicit Held(const QString& path) : connection_(sqlite::connect(path, sqlite::Opening::Existing)) {
-        try {
-            Statement(connection_, QStringLiteral("begin")).run({});
-            Statement read(connection_, QStringLiteral("select count(*) from sqlite_master"));
-            read.run({});
-            read.finish();
-        } catch (const DataError&) {
-            sqlite3_close(connection_);
-            throw;
-        }
-    }
-    ~Held() { sqlite3_close(connection_); }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-
-private:
-    sqlite3* connection_;
-};
 
 } // namespace
 
@@ -54,14 +30,14 @@ bool Snapshot::take(const QStringList& names, const QHash<QString, QString>& fol
         QString path, folder, name;
     };
     QList<Original> originals;
-    std::vector<std::unique_ptr<Held>> held;
+    std::vector<std::unique_ptr<HeldFile>> held;
     faults_.clear();
     for (const QString& name : names) {
         for (auto folder = folders.begin(); folder != folders.end(); ++folder) {
             const QString path = QDir(folder.key()).filePath(name);
             if (!QFile::exists(path)) continue;
             try {
-                held.push_back(std::make_unique<Held>(path));
+                held.push_back(std::make_unique<HeldFile>(path));
                 originals.append({path, folder.value(), name});
             } catch (const DataError& error) {
                 if ((error.number & 0xFF) == sqlite::Busy) return false;

@@ -2,6 +2,8 @@
 
 #include "data/sqlite_engine.h"
 
+#include <cstring>
+
 #include <sqlite3.h>
 
 namespace molven {
@@ -57,12 +59,28 @@ void Statement::finish() {
     onRow_ = unread_ = false;
 }
 
-QString Statement::text(int column) const {
-    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-    return QString::fromUtf8(bytes, sqlite3_column_bytes(statement_, column));
+QString Statement::text(int column) const { return QString::fromUtf8(bytes(column)); }
+
+QByteArrayView Statement::bytes(int column) const {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)); // before its length
+    return {text, text ? sqlite3_column_bytes(statement_, column) : 0};
 }
 
 qint64 Statement::integer(int column) const { return sqlite3_column_int64(statement_, column); }
+
+bool Statement::equals(const Statement& other) const {
+    const int columns = sqlite3_column_count(statement_);
+    if (columns != sqlite3_column_count(other.statement_)) return false;
+    for (int i = 0; i < columns; ++i) {
+        if (sqlite3_column_type(statement_, i) != sqlite3_column_type(other.statement_, i)) return false;
+        const void* mine = sqlite3_column_blob(statement_, i);
+        const void* others = sqlite3_column_blob(other.statement_, i);
+        const int size = sqlite3_column_bytes(statement_, i);
+        if (size != sqlite3_column_bytes(other.statement_, i)) return false;
+        if (size > 0 && std::memcmp(mine, others, static_cast<std::size_t>(size)) != 0) return false;
+    }
+    return true;
+}
 
 qint64 Statement::changed() const { return sqlite3_changes64(connection_); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 
@@ -25,7 +26,11 @@ public:
     void finish();
 
     QString text(int column) const;
+    /// The same in UTF-8, until the next row.
+    QByteArrayView bytes(int column) const;
     qint64 integer(int column) const;
+    /// The row it stands on holds the same values, kind included, as another's.
+    bool equals(const Statement& other) const;
     /// Records that the last run changed.
     qint64 changed() const;
     /// Key of the record that the last run inserted.

@@ -183,6 +183,7 @@ Session create(const Options& options) {
 Session open(const QString& folder, const QString& name) {
     Session session;
     session.dossier_app = QDir(folder).absolutePath();
+    startup::finishCompactions(session);
     startup::readCompany(session);
     startup::readFolders(session);
     const QList<Record> dossiers =
@@ -191,6 +192,7 @@ Session open(const QString& folder, const QString& name) {
         const Record chosen = name.isEmpty() ? dossiers.first() : startup::dossierNamed(dossiers, name);
         startup::chooseDossier(session, chosen, chosen[strsociete.soc_mot]);
     }
+    startup::finishCompactions(session);
     startup::openDossier(session);
     return session;
 }

@@ -5,7 +5,9 @@
 #include "data/dates.h"
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
+#include "reference/identifiers.h"
 #include "reference/parameters.h"
+#include "reference/party_tables.h"
 #include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
@@ -307,20 +309,22 @@ void nameSeller(const Session& session) {
     const Record unknown = seller::read(molven);
     Record identity = unknown;
     const auto& e = stremetteur;
-    const std::pair<const Field*, const char*> values[]{{&e.emt_jur, "SAS"},
-                                                        {&e.emt_cap, "150000"},
-                                                        {&e.emt_l1, "12 RUE DES LILAS"},
-                                                        {&e.emt_cp, "69003"},
-                                                        {&e.emt_vil, "LYON"},
-                                                        {&e.emt_tel, "04 00 00 00 00"},
-                                                        {&e.emt_mail, "facturation@demonstration.example"},
-                                                        {&e.emt_siret, "89812345000014"},
-                                                        {&e.emt_rcs, "RCS Lyon"},
-                                                        {&e.emt_ape, "4646Z"},
-                                                        {&e.emt_tva, "FR04898123450"},
-                                                        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
-                                                        {&e.emt_iban, "FR7619999000010000012345602"},
-                                                        {&e.emt_bic, "DEMOFR2L"}};
+    const std::pair<const Field*, const char*> values[]{
+        {&e.emt_jur, "SAS"},
+        {&e.emt_cap, "150000"},
+        {&e.emt_l1, "12 RUE DES LILAS"},
+        {&e.emt_cp, "69003"},
+        {&e.emt_vil, "LYON"},
+        {&e.emt_tel, "04 00 00 00 00"},
+        {&e.emt_mail, "facturation@demonstration.example"},
+        {&e.emt_siret, "89812345000014"},
+        {&e.emt_rcs, "RCS Lyon"},
+        {&e.emt_ape, "4646Z"},
+        {&e.emt_tva, "FR04898123450"},
+        {&e.emt_bque, "BANQUE DE DEMONSTRATION"},
+        {&e.emt_iban, "FR7619999000010000012345602"},
+        {&e.emt_bic, "DEMOFR2L"},
+        {&e.emt_exo, "Exonération, article 261 du code général des impôts"}};
     for (const auto& [field, value] : values) identity.set(*field, QString::fromLatin1(value));
     seller::save(molven, identity, unknown);
 }
@@ -330,6 +334,26 @@ void addClientAccounts(const Session& session) {
     Workspace workspace;
     const Database molven = workspace.open(session.molven());
     client_accounts::open(molven, workspace.open(session.path(DataFile::Compta)));
+}
+
+/// The number with the last digit that its check asks for.
+QString keyed(const QString& digits, bool (*holds)(const QString&)) {
+    for (char16_t key = u'0'; key <= u'9'; ++key)
+        if (holds(digits + key)) return digits + key;
+    return {};
+}
+
+/// Electronic invoices want the numbers of the hospitals, which are as invented as they are.
+void nameClients(const Session& session) {
+    Workspace workspace;
+    Database molven = workspace.open(session.molven());
+    Transaction transaction(workspace, Deed);
+    for (const QString& code : molven.countBy(strclient, strclient.clt_cod, {}).keys()) {
+        const QString siren = keyed(QStringLiteral("89") + code, identifiers::isSiren);
+        molven.update(strclient, {{strclient.clt_nic, keyed(siren + QStringLiteral("0001"), identifiers::isSiret)}},
+                      strclient.clt_cod == code);
+    }
+    transaction.commit();
 }
 
 } // namespace
@@ -345,6 +369,7 @@ void fill(const Session& session, const Options& options) {
     addKneeSet(session);
     nameSeller(session);
     addClientAccounts(session);
+    nameClients(session);
 }
 
 } // namespace molven::demo

@@ -9,6 +9,7 @@
 #include "sales/document_tables.h"
 #include "shell/tables.h"
 #include "stock/depot_tables.h"
+#include "stock/exchange_tables.h"
 #include "stock/stock_tables.h"
 #include "stock/unit_tables.h"
 
@@ -38,7 +39,7 @@ const QList<const Table*>& tablesOf(DataFile file) {
         {DataFile::Virtuel, journal + Tables{&strproduit, &strlivl, &strfacl, &strbtrl}},
         {DataFile::Compta, journal + Tables{&strplan, &strecrit}},
         {DataFile::Gencode, journal + Tables{&strgencode}},
-        {DataFile::Mail, {}},
+        {DataFile::Mail, {&strmail}},
         {DataFile::Stocks, journal + Tables{&strmvtstk}},
         {DataFile::Tristk, {&strtristk}},
         {DataFile::Tri, {&etiq, &statd, &statdc, &statdt, &tripro, &strecrit}},

@@ -53,7 +53,7 @@ void Files::openOtherFolders(const Session& session) {
             if (!QFileInfo::exists(path)) continue;
             others_.push_back(std::make_unique<Workspace>());
             searched_.push_back(
-                {file, others_.back()->open(path), QStringLiteral(" (dossier %1)").arg(QDir(folder).dirName())});
+                {file, others_.back()->open(path), QStringLiteral(" (dossier %1)").arg(QDir(folder).dirName()), true});
         }
     }
 }

@@ -25,7 +25,8 @@ public:
     struct Searched {
         DataFile file;
         Database database;
-        QString place; ///< behind the name of what was found there: " (archives)"; empty for the current files
+        QString place;         ///< behind the name of what was found there: " (archives)"; empty for the current files
+        bool isOthers = false; ///< of another user's folder or the second site
     };
     const std::vector<Searched>& searched() const { return searched_; }
 

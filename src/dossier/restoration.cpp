@@ -4,6 +4,7 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/file_rights.h"
+#include "data/presence.h"
 #include "data/safe_file.h"
 #include "data/sqlite_engine.h"
 #include "shell/folder_files.h"
@@ -131,6 +132,7 @@ void exchange(const QDir& folder, const QDir& staging, const QDir& setAside, con
 Outcome restore(const QString& installation, const QString& backup, const QString& name, Extent extent) {
     const QDir folder(dataFolder(installation, name));
     if (!QDir(backup).exists()) throw Refusal(QStringLiteral("Le dossier %1 n'existe pas").arg(backup));
+    const Presence alone({folder.path()}, Presence::Kind::Alone);
     for (const QString& left : folder.entryList({Staging + u'*'}, QDir::Dirs | QDir::Hidden))
         QDir(folder.filePath(left)).removeRecursively();
     const QTemporaryDir staging(folder.filePath(Staging + QStringLiteral("XXXXXX")));

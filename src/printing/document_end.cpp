@@ -115,7 +115,8 @@ void print(PrintJob& job, const PaperDocument& document, int top, int bottom) {
     printVat(job, document, y);
     printPayment(job, document, y + vatHeight(document) + (document.vat.isEmpty() ? 0 : Gap));
     printSignatures(job, document, y + figuresHeight(document) + Gap);
-    int textTop = bottom - AboveFooter - textsHeight(job, document);
+    const int under = y + height(job, document) - Gap - AboveFooter - textsHeight(job, document);
+    int textTop = std::max(bottom - AboveFooter - textsHeight(job, document), under);
     job.setFont(Narrow, TextPoints);
     for (const QString& text : document.texts) {
         job.setPosition(Left, textTop);

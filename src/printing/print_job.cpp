@@ -129,11 +129,13 @@ QPageLayout PrintJob::pageLayout() const {
 
 void PrintJob::savePdf(const QString& path, const Progress& told) const { writeWhole(path, pdf(told)); }
 
-QByteArray PrintJob::pdf(const Progress& told) const {
+QByteArray PrintJob::pdf(const Progress& told, Pdf form) const {
     QByteArray bytes;
     QBuffer file(&bytes);
     file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
+    if (form == Pdf::Archive) writer.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
+    writer.setCreator(QStringLiteral("MOLVEN"));
     writer.setTitle(title_);
     writer.setPageLayout(pageLayout());
     writer.setResolution(600);

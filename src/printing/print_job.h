@@ -84,8 +84,9 @@ public:
     void paint(QPainter& painter, int page) const;
     /// The paper of the job and its margins.
     QPageLayout pageLayout() const;
-    /// The job as a PDF. Throws Refusal when its user stopped it.
-    QByteArray pdf(const Progress& told = {}) const;
+    /// The job as a PDF, for keeping as PDF/A-1b: fonts and colours in it. Throws Refusal when its user stopped it.
+    enum class Pdf { Usual, Archive };
+    QByteArray pdf(const Progress& told = {}, Pdf form = Pdf::Usual) const;
     /// PDF on the job's paper. Throws Refusal when the file cannot be written, or its user stopped it.
     void savePdf(const QString& path, const Progress& told = {}) const;
 

@@ -58,12 +58,14 @@ FamilyAccount setFamilyAccount(Database molven, Database compta, const QString& 
     return {changed, compta.count(strplan, strplan.cpt_aff == account) > 0};
 }
 
-qint64 fillPanTable(Database molven) {
+qint64 fillPanTable(Database molven, const Progress& progress) {
     Transaction transaction(molven.workspace(), QStringLiteral("Table PAN"));
     QHash<QString, Record> kept;
     for (const Record& row : molven.select(strpan)) kept.insert(row[strpan.pan_ref].toUpper(), row);
     const Recordset articles = molven.select(strarticle, {}, strarticle.art_ref);
+    qint64 done = 0;
     for (const Record& article : articles) {
+        tell(progress, done++, articles.count());
         const QString reference = article[strarticle.art_ref];
         const auto before = kept.constFind(reference.toUpper());
         Record row = before == kept.constEnd() ? Record(strpan) : *before;

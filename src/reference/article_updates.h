@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/progress.h"
 #include "reference/code_tables.h"
 
 namespace molven::article_updates {
@@ -33,7 +34,7 @@ FamilyAccount setFamilyAccount(Database molven, Database compta, const QString& 
 
 /// Carries every article into the PAN table: reference, label, last purchase price. PAN prices, and rows without an
 /// article, stay. Answers how many articles.
-qint64 fillPanTable(Database molven);
+qint64 fillPanTable(Database molven, const Progress& progress = {});
 /// Copies the purchase price into the PAN price wherever it is not zero. Answers how many.
 qint64 copyPurchaseToPan(Database molven);
 

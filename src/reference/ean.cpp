@@ -43,7 +43,7 @@ void requireFree(Database molven, Database gencode, const QString& typed, const 
         refuseArticleCode(taken + other->value(strgencode.ean_art));
 }
 
-int add(Database gencode, const QString& typed, const QString& quantity) {
+int add(Database gencode, const QString& typed, const QString& quantity, const Progress& progress) {
     const QString first = typed.trimmed();
     if (first.isEmpty()) refuse(QStringLiteral(" Code obligatoire"));
     const bool complete = first.size() == 13;
@@ -60,6 +60,7 @@ int add(Database gencode, const QString& typed, const QString& quantity) {
     Transaction transaction(gencode.workspace(), QStringLiteral("Codes EAN"));
     Record code(strgencode);
     for (int i = 0; i < count; ++i) {
+        tell(progress, i, count);
         const QString twelve = QString::number(start + i).rightJustified(12, u'0');
         const QString made = twelve + checkDigit(twelve);
         if (gencode.count(strgencode, strgencode.ean_code == made) > 0)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "data/progress.h"
 
 namespace molven::ean {
 
@@ -15,7 +16,7 @@ void requireFree(Database molven, Database gencode, const QString& code, const Q
 /// Adds codes to the pool, one transaction: `first` is 13 digits, or 12 to which the check digit is computed; the
 /// following ones count up from its 12 digits. Throws Refusal for a faulty code, or one that the pool holds.
 /// Answers how many.
-int add(Database gencode, const QString& first, const QString& quantity);
+int add(Database gencode, const QString& first, const QString& quantity, const Progress& progress = {});
 /// Throws Refusal unless the pool holds that code and no article has it.
 void requireUnused(Database gencode, const QString& code);
 /// Takes a free code out of the pool. Throws Refusal when an article has it.

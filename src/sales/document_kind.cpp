@@ -23,8 +23,10 @@ QList<WatchedField> openOnSales(const DocumentHeaders& table) {
 
 } // namespace
 
-const QList<DocumentKind>& documentKinds() {
-    static const QList<DocumentKind> kinds{
+namespace {
+
+std::vector<DocumentKind> kindsOfSales() {
+    return {
         {.mode = QStringLiteral("LIV"),
          .headers = strlive,
          .lines = strlivl,
@@ -37,7 +39,9 @@ const QList<DocumentKind>& documentKinds() {
          .unitState = state::Delivered,
          .isDeletable = true,
          .open = openOnSales(strlive),
-         .openWords = OpenOnSales},
+         .openWords = OpenOnSales,
+         .confirmDeletion = QStringLiteral("Etes-vous sûr de vouloir supprimer ce Bon Livraison ? "),
+         .transferredWords = QStringLiteral("Bon Livraison facturé !!! impossible")},
         {.mode = QStringLiteral("CSG"),
          .headers = strcsge,
          .lines = strcsgl,
@@ -109,14 +113,69 @@ const QList<DocumentKind>& documentKinds() {
          .open = openOnTransfers(strbtre),
          .openWords = QStringLiteral("modifs possibles : transport/bon/patient/les lignes")},
     };
+}
+
+const QString NothingOnIt = QStringLiteral("Aucune ligne sur ce document, nous le supprimons");
+
+DocumentKind proforma(const QString& name, const QString& plural) {
+    return {.mode = QStringLiteral("PROFORMA"),
+            .headers = strface,
+            .lines = strfacl,
+            .depot = strface.fac_dep,
+            .title = QStringLiteral("Gestion des ") + plural,
+            .label = name,
+            .shownLabel = name,
+            .listTitle = QStringLiteral("LES ") + plural.toUpper(),
+            .noneListed = NoDocument,
+            .unitState = {},
+            .isDeletable = true,
+            .open = {{&strface.fac_pat, "Le patient a été modifié"}},
+            .openWords = QStringLiteral("modifs possibles : patient/lignes "),
+            .file = DataFile::Proforma,
+            .hasUnits = false,
+            .movesStock = false,
+            .confirmDeletion = QStringLiteral("Etes-vous sûr de vouloir supprimer cette Proforma ? "),
+            .transferredWords = QStringLiteral("Proforma transféré !!! impossible"),
+            .droppedWords = NothingOnIt};
+}
+
+/// Invoices and credit notes of articles that are not followed by unit.
+DocumentKind ofSecondBook(const DocumentKind& sale) {
+    DocumentKind kind = sale;
+    kind.file = DataFile::Ostrane;
+    kind.unitState.clear();
+    kind.hasUnits = false;
+    kind.takesTrackedArticles = false;
+    kind.notDeletable = QStringLiteral("Impossible de supprimer une Facture ou un Avoir ");
+    kind.droppedWords = NothingOnIt;
+    return kind;
+}
+
+std::vector<DocumentKind> allKinds() {
+    std::vector<DocumentKind> kinds = kindsOfSales();
+    kinds.push_back(proforma(QStringLiteral("Proforma"), QStringLiteral("Proformas")));
+    for (const DocumentKind& sale : kindsOfSales())
+        if (&sale.headers == &strface) kinds.push_back(ofSecondBook(sale));
     return kinds;
 }
 
-const DocumentKind& documentKind(const QString& mode) {
+} // namespace
+
+const std::vector<DocumentKind>& documentKinds() {
+    static const std::vector<DocumentKind> kinds = allKinds();
+    return kinds;
+}
+
+const DocumentKind& documentKind(const QString& mode, DataFile file) {
     const auto found = std::find_if(documentKinds().begin(), documentKinds().end(),
-                                    [&mode](const DocumentKind& kind) { return kind.mode == mode; });
+                                    [&](const DocumentKind& kind) { return kind.mode == mode && kind.file == file; });
     if (found == documentKinds().end()) throw Refusal(QStringLiteral("Type de document inconnu : ") + mode);
     return *found;
+}
+
+const DocumentKind& proformaKind(const CompanyRules& rules) {
+    static const DocumentKind quotes = proforma(QStringLiteral("Devis"), QStringLiteral("Devis"));
+    return rules.callsProformasQuotes() ? quotes : documentKind(QStringLiteral("PROFORMA"), DataFile::Proforma);
 }
 
 } // namespace molven

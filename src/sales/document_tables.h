@@ -51,10 +51,11 @@ struct DocumentHeaders : Table {
     Number fac_ffa{this, "fac_ffa", Number::Money}; ///< amount left to pay
     Label fac_mes{this, "fac_mes", 80};             ///< message line
     Label fac_clm{this, "fac_clm"};                 ///< client memo
-    Text fac_blv{this, "fac_blv", 6};               ///< invoice that took over the delivery note, "000000" while none
-    Text fac_cpt{this, "fac_cpt", 1};               ///< N open, T transferred
+    Text fac_blv{this, "fac_blv",
+                 6}; ///< invoice that took over the delivery note, or note made of the proforma; "000000" while none
+    Text fac_cpt{this, "fac_cpt", 1};                                ///< N open, T transferred
     Text fac_dep{this, "fac_dep", 3, codes::Depot, "Dépôt inconnu"}; ///< depot of the document
-    Text fac_mode{this, "fac_mode", 3}; ///< mode word of its kind; empty on old documents, see documents::isOfKind
+    Text fac_mode{this, "fac_mode", 8}; ///< mode word of its kind; empty on old documents, see documents::isOfKind
     Text fac_uid{this, "fac_uid", 32};  ///< drawn at creation: tells it from a later document with its number
     Text fac_pst{this, "fac_pst", 80};  ///< program creating it (see station.h), until it has a line or is kept without
 

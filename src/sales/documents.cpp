@@ -9,6 +9,7 @@
 #include "sales/integration.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
+#include "sales/proformas.h"
 #include "sales/station.h"
 #include "sales/totals.h"
 #include "sales/transfer_notes.h"
@@ -36,13 +37,14 @@ bool isSame(const DocumentHeaders& table, const Record& a, const Record& b) {
 } // namespace
 
 bool isOfKind(const DocumentKind& kind, const Record& header) {
+    if (kind.isProforma()) return true;
     const QString mode = header[kind.headers.fac_mode];
     return mode.isEmpty() ? (header[kind.headers.fac_ht] < Decimal()) == kind.isCredit : mode == kind.mode;
 }
 
 Criterion ofKind(SalesBook& book) {
     const DocumentHeaders& table = book.kind().headers;
-    const auto inSeries = [&table](const DocumentKind& kind) { return &kind.headers == &table; };
+    const auto inSeries = [&book](const DocumentKind& kind) { return kind.sharesSeries(book.kind()); };
     if (std::count_if(documentKinds().begin(), documentKinds().end(), inSeries) == 1) return {};
     const Criterion negative = table.fac_ht < QStringLiteral("0");
     const Criterion ofOld = table.fac_mode == QString() && (book.kind().isCredit ? negative : !negative);
@@ -54,7 +56,7 @@ namespace {
 void requireKind(const DocumentKind& kind, const Record& header) {
     if (isOfKind(kind, header)) return;
     for (const DocumentKind& other : documentKinds())
-        if (&other.headers == &kind.headers && isOfKind(other, header))
+        if (other.sharesSeries(kind) && isOfKind(other, header))
             throw Refusal(QStringLiteral("Ce N° est ") + other.whereabouts, kind.headers.fac_no.name);
 }
 
@@ -219,7 +221,7 @@ Record create(SalesBook& book, Record header, const std::optional<Record>& deliv
     else
         checkSale(book, header);
     header[table.fac_aa] = read[table.fac_datf].right(4);
-    header[table.fac_no] = numbering::next(book.vente, book.historic, table);
+    header[table.fac_no] = numbering::next(book.series(), table);
     header[table.fac_lg] = HeaderKey;
     header[table.fac_cpt] = Open;
     header[table.fac_blv] = NotInvoiced;
@@ -379,9 +381,8 @@ QList<Record> linesRead(SalesBook& book, const Record& header) {
 
 void requireDeletable(SalesBook& book, const Record& asRead) {
     const DocumentHeaders& table = book.kind().headers;
-    require(book.kind().isDeletable, "Impossible de supprimer une Facture ou un Avoir ou un bon consignation",
-            table.fac_no);
-    require(current(book, asRead)[table.fac_cpt] != Transferred, "Bon Livraison facturé !!! impossible", table.fac_no);
+    require(book.kind().isDeletable, book.kind().notDeletable, table.fac_no);
+    require(current(book, asRead)[table.fac_cpt] != Transferred, book.kind().transferredWords, table.fac_no);
 }
 
 void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead) {
@@ -409,6 +410,7 @@ void abandon(SalesBook& book, const Record& asRead) {
     book.vente.remove(lineTable, lineTable.fac_no == header[table.fac_no] && lineTable.fac_aa == header[table.fac_aa]);
     if (book.kind().isInvoice()) integration::release(book, header, notes);
     if (book.kind().isTransfer()) transfer_notes::release(book, header);
+    if (book.kind().isDelivery()) proformas::release(book, header);
     book.vente.remove(table, numbered(table, header));
     transaction.commit();
 }

@@ -36,18 +36,32 @@ void priceLine(SalesBook& book, Record& line, bool withoutVat) {
 
 } // namespace
 
+namespace {
+
+/// Up to this date key, "yyyymmdd", a document of the second book bears the LPP code of its articles whatever their
+/// category.
+const QString LastOfLppAlone = QStringLiteral("20040300");
+
+bool bearsLppAlone(const DocumentKind& kind, const Record& header) {
+    return kind.isSecondBook() && header[kind.headers.tri_datf] <= LastOfLppAlone;
+}
+
+bool isFollowed(const Record& article) { return article[strarticle.art_aig] == follow_up::ByUnit; }
+
+} // namespace
+
 Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
-    if (reference.trimmed().isEmpty()) throw Refusal(QStringLiteral("Référence obligatoire"), table.fac_ref.name);
+    require(!reference.trimmed().isEmpty(), "Référence obligatoire", table.fac_ref);
     const auto found = articles::find(book.molven, reference);
-    if (!found) throw Refusal(QStringLiteral("Référence inconnue"), table.fac_ref.name);
+    require(found && (book.kind().takesTrackedArticles || !isFollowed(*found)), "Référence inconnue", table.fac_ref);
     const Record& article = *found;
     const Record client = parties::findClient(book.molven, header[headers.fac_clt]).value_or(Record(strclient));
 
     Draft draft(table);
     Record& line = draft.line;
-    draft.tracked = article[strarticle.art_aig] == follow_up::ByUnit;
+    draft.tracked = book.kind().hasUnits && isFollowed(article);
     draft.isText = article[strarticle.art_aig] == follow_up::TextLine;
     require(book.kind().isPriced || draft.tracked || draft.isText, "Cet article ni suivi, ni texte", table.fac_ref);
     const pricing::Preset price =
@@ -72,7 +86,8 @@ Draft preset(SalesBook& book, const Record& header, const QString& reference) {
     line[table.fac_px] = price.price;
     line[table.fac_remx] = price.discount;
     line[table.fac_pa] = price.purchasePrice;
-    line[table.fac_tip] = price.reimbursement;
+    line[table.fac_tip] =
+        bearsLppAlone(book.kind(), header) ? pricing::lppOf(book.molven, article) : price.reimbursement;
     draft.reimbursements = price.reimbursements;
     line[table.fac_nho] = price.approval;
     line[table.fac_qte] = 1;
@@ -120,6 +135,7 @@ Draft ofUnit(SalesBook& book, const Record& header, const Record& unit) {
 }
 
 void takeFromStock(SalesBook& book, const QString& reference, const Decimal& quantity) {
+    if (!book.kind().movesStock) return;
     const auto article = articles::find(book.molven, reference);
     if (article && movesStock(*article)) articles::moveStock(book.molven, reference, -quantity);
 }
@@ -127,7 +143,7 @@ void takeFromStock(SalesBook& book, const QString& reference, const Decimal& qua
 QString stockWarning(SalesBook& book, const Draft& draft) {
     const DocumentLines& table = book.kind().lines;
     const Record& line = draft.line;
-    if (draft.tracked || draft.isText || book.kind().isCredit) return {};
+    if (draft.tracked || draft.isText || book.kind().isCredit || !book.kind().movesStock) return {};
     const auto article = articles::find(book.molven, line[table.fac_ref]);
     if (!article || !movesStock(*article)) return {};
     const Decimal stock = (*article)[strarticle.art_stk];

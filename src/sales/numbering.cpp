@@ -7,11 +7,11 @@
 
 namespace molven::numbering {
 
-QString next(Database vente, Database historic, const DocumentHeaders& headers) {
-    const auto lastOf = [&headers](Database file) {
-        return Decimal::fromText(file.greatest(headers, headers.fac_no)).toInteger();
-    };
-    const long long last = std::max(lastOf(vente), lastOf(historic));
+QString next(const QList<Database>& files, const DocumentHeaders& headers) {
+    long long last = 0;
+    for (Database file : files)
+        last = std::max(last,
+                        static_cast<long long>(Decimal::fromText(file.greatest(headers, headers.fac_no)).toInteger()));
     if (last >= 999'999) throw Refusal(QStringLiteral("Numérotation impossible"), headers.fac_no.name);
     return format(Decimal(last + 1), QStringLiteral("000000"));
 }

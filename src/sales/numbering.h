@@ -5,9 +5,10 @@
 
 namespace molven::numbering {
 
-/// Number of the next document of a series, "000001" in an empty one; the year does not restart it, and an archived
-/// document keeps its number. Drawn inside the caller's write transaction. Throws Refusal after "999999".
-QString next(Database vente, Database historic, const DocumentHeaders& headers);
+/// Number of the next document of a series, "000001" in an empty one; the year does not restart it. `files` hold the
+/// current and the archived documents, which keep their numbers. Drawn inside the caller's write transaction. Throws
+/// Refusal after "999999".
+QString next(const QList<Database>& files, const DocumentHeaders& headers);
 
 /// Highest line number a document takes.
 constexpr int LastLine = 996;

@@ -22,7 +22,7 @@ QString LineKnowledge::english(const QString& reference) {
 }
 
 QString LineKnowledge::noteTitle(const QString& number) {
-    if (number.isEmpty()) return {};
+    if (number.isEmpty() || book_.kind().file != DataFile::Vente) return {};
     if (!notes_.contains(number)) {
         QString title = QStringLiteral("Bon de livraison n° ") + number;
         for (Database file : {book_.vente, book_.historic})
@@ -53,22 +53,33 @@ void LineWriter::write(PaperDocument& paper, const Recordset& lines) const {
 
 QList<DocumentColumn> LineWriter::columns(bool withDiscounts) const {
     QList<DocumentColumn> all;
-    if (style_.supplierFirst)
-        all = {{QStringLiteral("Réf. fournisseur"), 1500}, {QStringLiteral("N° de série"), 1350}};
+    if (!kind_.hasUnits)
+        all = {{QStringLiteral("Référence"), 1240}};
+    else if (style_.supplierFirst)
+        all = {{QStringLiteral("Réf. fournisseur"), 1500}, {QStringLiteral("N° de série"), 1300}};
     else
-        all = {{QStringLiteral("Immat."), 850}, {QStringLiteral("Référence"), 1250}};
+        all = {{QStringLiteral("Immat."), 790}, {QStringLiteral("Référence"), 1240}};
     all.append({QStringLiteral("Désignation")});
-    all.append({QStringLiteral("Péremption"), 900});
-    all.append({QStringLiteral("Qté"), 520, true});
+    if (kind_.hasUnits) all.append({QStringLiteral("Péremption"), 880});
+    all.append({QStringLiteral("Qté"), 430, true});
     if (!hasPrices) return all;
-    all.append({QStringLiteral("P.U. HT"), 1000, true});
+    all.append({QStringLiteral("P.U. HT"), 900, true});
     if (withDiscounts) {
         all.append({QStringLiteral("Rem. %"), 600, true});
-        all.append({QStringLiteral("Net HT"), 950, true});
+        all.append({QStringLiteral("Net HT"), 880, true});
     }
-    all.append({QStringLiteral("Montant HT"), 1150, true});
-    all.append({QStringLiteral("TVA"), 380, true});
+    all.append({QStringLiteral("Montant HT"), 1050, true});
+    all.append({QStringLiteral("TVA"), 400, true});
     return all;
+}
+
+/// What names a line's article and unit, before its designation; a text has neither.
+QStringList LineWriter::references(const Record& line) const {
+    const DocumentLines& l = kind_.lines;
+    const QString own = document_lines::isText(l, line) ? QString() : QString(line[l.fac_ref]);
+    if (!kind_.hasUnits) return {own};
+    if (!style_.supplierFirst) return {line[l.fac_imm], own};
+    return {line[l.fac_fref].isEmpty() ? own : QString(line[l.fac_fref]), line[l.fac_fimm]};
 }
 
 DocumentLine LineWriter::ofRecord(const Record& line, bool withDiscounts) const {
@@ -76,10 +87,9 @@ DocumentLine LineWriter::ofRecord(const Record& line, bool withDiscounts) const 
     DocumentLine paper;
     paper.group = known_.noteTitle(line[l.fac_nbl]);
     const bool isText = document_lines::isText(l, line);
-    const QString lead = style_.supplierFirst ? line[l.fac_fref] : line[l.fac_imm];
-    const QString second = style_.supplierFirst ? line[l.fac_fimm] : line[l.fac_ref];
-    paper.cells = {isText ? QString() : lead, isText ? QString() : second, line[l.fac_li1], line[l.fac_dpr],
-                   isText ? QString() : shown(line[l.fac_qte])};
+    paper.cells = references(line) + QStringList{line[l.fac_li1]};
+    if (kind_.hasUnits) paper.cells.append(line[l.fac_dpr]);
+    if (!isText) paper.cells.append(shown(line[l.fac_qte]));
     for (const Label* further : {&l.fac_li2, &l.fac_li3})
         if (const QString text = line[*further].trimmed(); !text.isEmpty()) paper.under.append(text);
     if (isText) return paper;
@@ -135,10 +145,9 @@ QStringList LineWriter::details(const Record& line) const {
 
 QList<PaperFact> LineWriter::bars(const Record& line) const {
     const DocumentLines& l = kind_.lines;
-    QList<PaperFact> codes;
-    if (!line[l.fac_imm].isEmpty()) codes.append({QStringLiteral("Immat. ") + line[l.fac_imm], line[l.fac_imm]});
-    if (!line[l.fac_tip].isEmpty()) codes.append({QStringLiteral("LPP/TIPS ") + line[l.fac_tip], line[l.fac_tip]});
-    return codes;
+    const QString unit = line[l.fac_imm], reimbursement = line[l.fac_tip];
+    if (unit.isEmpty() && reimbursement.isEmpty()) return {};
+    return {{QStringLiteral("Immat. ") + unit, unit}, {QStringLiteral("LPP/TIPS ") + reimbursement, reimbursement}};
 }
 
 } // namespace molven::papers

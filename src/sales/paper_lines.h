@@ -40,6 +40,7 @@ public:
 private:
     bool hasDiscounts(const Recordset& lines) const;
     QList<DocumentColumn> columns(bool withDiscounts) const;
+    QStringList references(const Record& line) const;
     DocumentLine ofRecord(const Record& line, bool withDiscounts) const;
     QStringList priceCells(const Record& line, bool withDiscounts) const;
     QStringList details(const Record& line) const;

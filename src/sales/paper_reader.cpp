@@ -67,7 +67,7 @@ PaperSeller sellerOf(SalesBook& book, const Record& e) {
     add("", e[t.emt_mail]);
     add("", e[t.emt_web]);
     seller.logo = QImage(startup::logoFile(book.session(), book.session().spe_cod));
-    seller.footer = filled({book.session().spe_pied, legalLine(e)});
+    seller.footer = filled(book.session().spe_pied.split(u'\n') + QStringList{legalLine(e)});
     return seller;
 }
 
@@ -136,7 +136,8 @@ PaperDocument Reader::Known::read(const Paper& from) {
     const Record& client = clientOf(from.header[h.fac_clt]);
     PaperDocument paper;
     paper.seller = seller;
-    paper.kind = kind.shownLabel;
+    paper.kind =
+        kind.isCredit && kind.isConsignment ? QStringLiteral("Avoir sur bons de consignation") : kind.shownLabel;
     paper.number = from.header[h.fac_no];
     paper.date = from.header[h.fac_datf];
     paper.message = from.header[h.fac_mes].trimmed();
@@ -154,7 +155,9 @@ PaperDocument Reader::Known::read(const Paper& from) {
         paper.totals = {{QStringLiteral("Quantité totale"),
                          shown(file.sum(kind.lines, kind.lines.fac_qte,
                                         numbering::linesOf(kind.lines, from.header[h.fac_aa], paper.number)))}};
-    if (!kind.isInvoicing() && kind.mode != u"AVG")
+    if (kind.isProforma())
+        paper.signatures = {QStringLiteral("Bon pour accord")};
+    else if (!kind.isInvoicing())
         paper.signatures = {QStringLiteral("Remis par"), QStringLiteral("Reçu par")};
     return paper;
 }
@@ -259,11 +262,10 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     paper.texts = texts;
     if (!amounts.exempt.isZero() && !identity[e.emt_exo].isEmpty())
         paper.texts.append(QStringLiteral("Montant exonéré de TVA : ") + identity[e.emt_exo]);
-    if (from.kind->isCredit) return;
-    paper.texts += filled({identity[e.emt_esc], identity[e.emt_pen]});
-    if (identity[e.emt_pay] == u"FR")
-        paper.texts.append(
-            QStringLiteral("Indemnité forfaitaire pour frais de recouvrement en cas de retard de paiement : 40 €"));
+    if (from.kind->isCredit || from.kind->isProforma()) return;
+    const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
+    paper.texts += filled({early, identity[e.emt_pen]});
+    if (identity[e.emt_pay] == u"FR") paper.texts.append(RecoveryIndemnity);
 }
 
 Reader::Reader(SalesBook& book, const Style& style) : known_(std::make_unique<Known>(book, style)) {}

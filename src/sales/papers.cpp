@@ -13,9 +13,10 @@ namespace {
 
 /// The kinds that share the book's series of numbers.
 QList<const DocumentKind*> kindsOfSeries(const SalesBook& book) {
+    if (book.kind().isProforma()) return {&book.kind()};
     QList<const DocumentKind*> kinds;
     for (const DocumentKind& kind : documentKinds())
-        if (&kind.headers == &book.kind().headers) kinds.append(&kind);
+        if (kind.sharesSeries(book.kind())) kinds.append(&kind);
     return kinds;
 }
 
@@ -27,11 +28,13 @@ QList<Paper> select(SalesBook& book, const Range& range) {
     const QString last = range.last.trimmed().isEmpty() ? QStringLiteral("999999") : padded(range.last, 6);
     if (last < first) throw Refusal(QStringLiteral("N° Fin < N° Début ???"), QStringLiteral("txtdeb"));
     Criterion asked = h.fac_lg == documents::HeaderKey && h.fac_no >= first && h.fac_no <= last;
-    if (!range.year.trimmed().isEmpty()) asked = asked && h.fac_aa == range.year.trimmed();
+    const QString year =
+        range.year.trimmed().size() == 2 ? QStringLiteral("20") + range.year.trimmed() : range.year.trimmed();
+    if (!year.isEmpty()) asked = asked && h.fac_aa == year;
     if (!range.client.trimmed().isEmpty()) asked = asked && h.fac_clt == padded(range.client, 6);
     const QList<const DocumentKind*> kinds = kindsOfSeries(book);
     QList<Paper> papers;
-    for (Database file : {book.historic, book.vente})
+    for (Database file : book.series())
         for (const Record& header : file.select(h, asked, Order{h.fac_no, h.fac_aa}))
             for (const DocumentKind* kind : kinds)
                 if (documents::isOfKind(*kind, header)) {

@@ -21,6 +21,10 @@ struct Paper {
     const DocumentKind* kind;
 };
 
+/// What the law has every French invoice say of late payment.
+inline const QString RecoveryIndemnity =
+    QStringLiteral("Indemnité forfaitaire pour frais de recouvrement en cas de retard de paiement : 40 €");
+
 /// The documents of the series of the book's kind, both kinds that share it, by number. Throws Refusal for a range that
 /// is none and when it holds no document.
 QList<Paper> select(SalesBook& book, const Range& range);

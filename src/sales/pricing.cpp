@@ -11,13 +11,26 @@ QString Preset::message() const {
     return withoutVat ? QStringLiteral("Ce prix de vente est HT") : QStringLiteral("Ce prix de vente est TTC");
 }
 
-QStringList reimbursements(Database molven, const Record& article) {
+namespace {
+
+QStringList severalLpp(Database molven, const Record& article) {
     QStringList codes;
-    if (article[strarticle.art_cat] == u"T" || article[strarticle.art_lpp] != SeveralLpp) return codes;
     const Record several = articles::severalLpp(molven, article[strarticle.art_ref]);
     for (const Text* code : {&strartlpp.lpp_1, &strartlpp.lpp_2, &strartlpp.lpp_3})
         if (const QString found = several[*code]; !found.isEmpty()) codes.append(found);
     return codes;
+}
+
+} // namespace
+
+QStringList reimbursements(Database molven, const Record& article) {
+    if (article[strarticle.art_cat] == u"T" || article[strarticle.art_lpp] != SeveralLpp) return {};
+    return severalLpp(molven, article);
+}
+
+QString lppOf(Database molven, const Record& article) {
+    return article[strarticle.art_lpp] == SeveralLpp ? severalLpp(molven, article).value(0)
+                                                     : article[strarticle.art_lpp];
 }
 
 namespace {
@@ -41,10 +54,8 @@ Preset preset(Database molven, const Record& article, const Record& client, bool
     result.reimbursements = reimbursements(molven, article);
     if (article[strarticle.art_cat] == u"T")
         result.reimbursement = article[strarticle.art_tip];
-    else if (article[strarticle.art_lpp] != SeveralLpp)
-        result.reimbursement = article[strarticle.art_lpp];
     else
-        result.reimbursement = result.reimbursements.value(0);
+        result.reimbursement = lppOf(molven, article);
     if (consignment) result.approval = approvalOf(article);
     const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
                                                      strparrem.rem_art == article[strarticle.art_rem]);

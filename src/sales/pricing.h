@@ -25,6 +25,9 @@ inline const QString NotSubject = QStringLiteral("NON SOUMIS");
 /// The LPP codes of an article that has several; empty for another.
 QStringList reimbursements(Database molven, const Record& article);
 
+/// The LPP code of an article, whatever its category; the first of several.
+QString lppOf(Database molven, const Record& article);
+
 /// Presets from the article, overridden by the client's discount table, then by the client's own tariff.
 Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment);
 

@@ -28,9 +28,27 @@ namespace {
 struct Selection {
     QList<const Table*> tables;
     Criterion criterion;
+    QList<DataFile> files = {}; ///< searched; all when there are none
 };
 
 Criterion keyed(const QString& key) { return strjournal.jou_cle == key; }
+
+/// The file that a document's key names.
+std::optional<DataFile> fileOf(const QString& key) {
+    const QString name = key.section(u'/', -4, -4);
+    for (const CatalogueEntry& entry : catalogue())
+        if (entry.name == name) return entry.file;
+    return std::nullopt;
+}
+
+/// A table's title in its file: the proformas and the second book have the tables of the invoices.
+QString titleIn(DataFile file, const Table& table) {
+    const bool isHeader = &table == &strface;
+    if (file == DataFile::Proforma)
+        return isHeader ? QStringLiteral("Proforma") : QStringLiteral("Ligne de la proforma");
+    if (file == DataFile::Ostrane) return tableTitle(table.name) + QStringLiteral(" OSTRANE");
+    return tableTitle(table.name);
+}
 
 Selection documents(const QString& key) {
     const QString number = padded(key.section(u'/', -1), 6);
@@ -39,8 +57,15 @@ Selection documents(const QString& key) {
     QList<const Table*> tables{&strlive, &strlivl, &strcsge, &strcsgl, &strface, &strfacl, &strbtre, &strbtrl};
     for (qsizetype i = 0; i < tables.size() && !family.isEmpty(); i += 2)
         if (tables[i]->name == family) tables = {tables[i], tables[i + 1]};
-    return {tables, year.isEmpty() ? contains(strjournal.jou_cle, u'/' + number)
-                                   : startsWith(strjournal.jou_cle, year + u'/' + number)};
+    QList<DataFile> files;
+    if (const auto file = fileOf(key))
+        files = {*file};
+    else if (!family.isEmpty())
+        files = {DataFile::Vente, DataFile::Historic};
+    return {tables,
+            year.isEmpty() ? contains(strjournal.jou_cle, u'/' + number)
+                           : startsWith(strjournal.jou_cle, year + u'/' + number),
+            files};
 }
 
 Selection selectionOf(const TrailSubject& subject) {
@@ -112,7 +137,7 @@ QStringList texts(const Record& entry, const Table& table) {
     return lines;
 }
 
-void append(QList<Record>& rows, const Record& entry, const Table& table) {
+void append(QList<Record>& rows, const Record& entry, const Table& table, DataFile file) {
     const QString day = entry[strjournal.jou_dat];
     QString user = entry[strjournal.jou_uti];
     if (const QString code = entry[strjournal.jou_ope]; !code.isEmpty()) user += QStringLiteral(" (%1)").arg(code);
@@ -123,7 +148,7 @@ void append(QList<Record>& rows, const Record& entry, const Table& table) {
         row[strhisto.his_uti] = user;
         row[strhisto.his_pos] = entry[strjournal.jou_pos];
         row[strhisto.his_act] = entry[strjournal.jou_act];
-        row[strhisto.his_obj] = tableTitle(table.name) + u' ' + entry[strjournal.jou_cle];
+        row[strhisto.his_obj] = titleIn(file, table) + u' ' + entry[strjournal.jou_cle];
         row[strhisto.his_txt] = text;
         rows.append(row);
     }
@@ -139,6 +164,7 @@ qint64 momentOf(const Record& entry) {
 
 /// The journalled tables of a file that a selection asks for.
 QList<const Table*> asked(DataFile file, const Selection& selection) {
+    if (!selection.files.isEmpty() && !selection.files.contains(file)) return {};
     QList<const Table*> tables = tablesOf(file);
     if (!tables.contains(&strjournal)) return {};
     tables.removeIf([&](const Table* table) {
@@ -152,14 +178,20 @@ QList<const Table*> asked(DataFile file, const Selection& selection) {
 QString subjectTitle(const TrailSubject& subject) {
     const QString family = subject.key.section(u'/', -3, -3);
     if (subject.kind != TrailSubject::Kind::Document || family.isEmpty()) return subject.key;
-    return tableTitle(family) + u' ' + subject.key.section(u'/', -2);
+    const Table& table = *documents(subject.key).tables.first();
+    return titleIn(fileOf(subject.key).value_or(DataFile::Vente), table) + u' ' + subject.key.section(u'/', -2);
 }
 
 QList<Record> find(const Session& session, const TrailSubject& subject, const QString& firstDay,
                    const QString& lastDay) {
     const Selection selection = selectionOf(subject);
     const Criterion criterion = selection.criterion && between(firstDay, lastDay);
-    QList<std::pair<Record, const Table*>> entries;
+    struct Found {
+        Record entry;
+        const Table* table;
+        DataFile file;
+    };
+    QList<Found> entries;
     for (const CatalogueEntry& entry : catalogue()) {
         const QList<const Table*> tables = asked(entry.file, selection);
         const QString path = session.path(entry.file);
@@ -167,12 +199,12 @@ QList<Record> find(const Session& session, const TrailSubject& subject, const QS
         Workspace workspace;
         for (const Record& row : workspace.open(path).select(strjournal, criterion))
             for (const Table* table : tables)
-                if (table->name == row[strjournal.jou_tab]) entries.append({row, table});
+                if (table->name == row[strjournal.jou_tab]) entries.append({row, table, entry.file});
     }
     std::stable_sort(entries.begin(), entries.end(),
-                     [&](const auto& a, const auto& b) { return momentOf(a.first) < momentOf(b.first); });
+                     [](const Found& a, const Found& b) { return momentOf(a.entry) < momentOf(b.entry); });
     QList<Record> rows;
-    for (const auto& [entry, table] : entries) append(rows, entry, *table);
+    for (const auto& [entry, table, file] : entries) append(rows, entry, *table, file);
     return rows;
 }
 

@@ -29,7 +29,7 @@ struct TrailSubject {
 
     Kind kind = Kind::Everything;
     /// Immatriculation, reference or code; a document's "number" or "year/number", of every family, or
-    /// "table of its headers/year/number".
+    /// "table of its headers/year/number" of the sales, current and archived; of another file "file name/table/...".
     QString key;
 };
 

@@ -65,12 +65,14 @@ struct Files {
           documents(workspace.open(session.path(file))),
           all(file == DataFile::Vente ? QList<Database>{documents, workspace.open(session.historic())}
                                       : QList<Database>{documents}),
+          proforma(workspace.open(session.path(DataFile::Proforma))),
           ancillaire(workspace.open(session.path(DataFile::Ancillaire))) {}
 
     Workspace workspace;
     Database molven;
     Database documents;
     QList<Database> all; ///< with the archive, if the family has one
+    Database proforma;
     Database ancillaire;
 };
 
@@ -147,9 +149,11 @@ void renumberCounts(const Files& files, const Renumbering& family, const QString
                           strinvlig.lig_doc == from);
 }
 
-/// Delivery notes name the invoice that took them over, and its lines the note they came from; a renewed transfer note
-/// names the new one.
+/// Delivery notes name the invoice that took them over, and its lines the note they came from; a proforma names the
+/// note made of it, a renewed transfer note the new one.
 void renumberReferences(const Files& files, const Renumbering& family, const QString& from, const QString& to) {
+    Database proforma = files.proforma;
+    if (&family.headers == &strlive) proforma.update(strface, {{strface.fac_blv, to}}, strface.fac_blv == from);
     for (Database file : files.all) {
         if (&family.headers == &strface && family.file == DataFile::Vente)
             file.update(strlive, {{strlive.fac_blv, to}}, strlive.fac_blv == from);

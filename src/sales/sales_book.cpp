@@ -1,6 +1,21 @@
 #include "sales/sales_book.h"
 
+#include <QFile>
+
 namespace molven {
+
+namespace {
+
+/// The sales come before the other files, whichever holds the documents. What is written with delivery notes are the
+/// proformas that they were made of, in folders that have some.
+Database openDocuments(Workspace& workspace, const Session& session, const DocumentKind& kind) {
+    workspace.open(session.vente());
+    const QString proformas = session.path(DataFile::Proforma);
+    if (kind.isDelivery() && QFile::exists(proformas)) workspace.open(proformas);
+    return workspace.open(session.path(kind.file));
+}
+
+} // namespace
 
 SalesBook::SalesBook(const Session& session, const DocumentKind& kind)
     : SalesBook(session, kind, std::make_unique<Workspace>()) {}
@@ -13,7 +28,7 @@ SalesBook::SalesBook(SalesBook& other, const DocumentKind& kind)
       companyCurrency_(other.companyCurrency_),
       workspace(other.workspace),
       molven(other.molven),
-      vente(other.vente),
+      vente(workspace.open(session_.path(kind.file))),
       blent(other.blent),
       historic(other.historic) {}
 
@@ -26,8 +41,12 @@ SalesBook::SalesBook(const Session& session, const DocumentKind& kind, std::uniq
       companyCurrency_(session.spe_mon),
       workspace(*own_),
       molven(workspace.open(session.molven())),
-      vente(workspace.open(session.vente())),
+      vente(openDocuments(workspace, session, kind)),
       blent(workspace.open(session.path(DataFile::Blent))),
       historic(workspace.open(session.historic())) {}
+
+QList<Database> SalesBook::series() const {
+    return kind_.file == DataFile::Vente ? QList<Database>{historic, vente} : QList<Database>{vente};
+}
 
 } // namespace molven

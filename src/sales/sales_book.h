@@ -21,6 +21,8 @@ public:
     const DocumentKind& kind() const { return kind_; }
     const CompanyRules& rules() const { return rules_; }
     const Session& session() const { return session_; }
+    /// The files in which the kind's documents are numbered, the archive first; only the sales have one.
+    QList<Database> series() const;
     /// Delivery notes may take units from the client's own depot.
     bool deliversFromClientDepot() const { return deliversFromClientDepot_; }
     /// Key of the company's currency as its own record names it; may be unknown.
@@ -39,7 +41,7 @@ private:
 public:
     Workspace& workspace;
     Database molven;
-    Database vente;
+    Database vente; ///< the file of the kind: vente.mdb, proforma.mdb or ostrane.mdb
     Database blent;
     Database historic; ///< archived documents and units
 };

@@ -26,6 +26,7 @@ public:
     explicit SalesFiles(const Session& session) : others_(session) {
         open(session.vente());
         open(session.historic());
+        if (const QString book = session.path(DataFile::Ostrane); QFileInfo::exists(book)) open(book);
         for (const Database& file : others_.files()) add(file);
         for (const QString& name : companyFolders()) {
             const QString folder = session.chemin_base + name + u'/';
@@ -130,6 +131,7 @@ private:
         for (const Database& file : sales_.all()) {
             if (!progress_(done++, static_cast<int>(sales_.all().size()))) return false;
             result_.lines += gather(file, tristk_, strface, strfacl, period_.covers(strface.tri_datf));
+            if (dataFileAt(file.path()) == DataFile::Ostrane) continue; // it has no delivery notes
             result_.lines +=
                 gather(file, tristk_, strlive, strlivl,
                        period_.covers(strlive.tri_datf) && strlive.fac_cpt != QString(documents::Transferred));

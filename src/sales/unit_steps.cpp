@@ -46,7 +46,7 @@ Record transferStep(Database& file, const Record& line) {
 const DocumentKind& kindOf(const DocumentHeaders& headers, const Record& header) {
     const DocumentKind* first = nullptr;
     for (const DocumentKind& kind : documentKinds()) {
-        if (&kind.headers != &headers) continue;
+        if (&kind.headers != &headers || kind.file != DataFile::Vente) continue;
         if (molven::documents::isOfKind(kind, header)) return kind;
         if (!first) first = &kind;
     }

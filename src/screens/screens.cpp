@@ -11,7 +11,10 @@
 #include "screens/reference/listing_forms.h"
 #include "screens/reference/seller_form.h"
 #include "screens/reference/supplier_form.h"
+#include "screens/sales/archive_form.h"
 #include "screens/sales/document_form.h"
+#include "screens/sales/exchange_form.h"
+#include "screens/sales/integration_form.h"
 #include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
@@ -30,6 +33,7 @@
 #include "screens/stock/movement_listing_form.h"
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
+#include "screens/stock/received_invoice_form.h"
 #include "screens/stock/sets/set_form.h"
 #include "screens/stock/stock_rebuild_form.h"
 #include "screens/stock/unit_history_form.h"
@@ -82,6 +86,7 @@ void addScreens(Desk& desk) {
                    {QStringLiteral("ANG"), QStringLiteral("PRO"), QStringLiteral("STK"), QStringLiteral("FAM")});
     add<ReceiptForm>(desk, "T_proges");
     add<DeliveryForm>(desk, "T_lecliv");
+    add<ReceivedInvoiceForm>(desk, "T_facturx");
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");
     add<UnitHistoryForm>(desk, "T_traimm");
@@ -95,6 +100,11 @@ void addScreens(Desk& desk) {
     add<RecallForm>(desk, "T_rappel");
     add<DocumentForm>(desk, "T_gestion");
     add<DocumentForm>(desk, "T_btrges");
+    desk.addScreen(QStringLiteral("T_gespro"),
+                   [](Desk& owner) -> Form* { return new DocumentForm(owner, proformaKind(owner.session.rules())); });
+    desk.addScreen(QStringLiteral("T_ostrane"), [](Desk& owner) -> Form* {
+        return new DocumentForm(owner, documentKind(owner.session.mode_ecran, DataFile::Ostrane));
+    });
     for (const PrintScreen& screen : printScreens())
         desk.addScreen(screen.name, [&screen](Desk& owner) -> Form* { return new PrintForm(owner, screen); });
     add<DepotCountForm>(desk, "T_invdep");
@@ -111,6 +121,15 @@ void addScreens(Desk& desk) {
     add<TransferForm>(desk, "T_trsfac");
     add<StatementForm>(desk, "T_reledt");
     add<DueDateForm>(desk, "T_echedt");
+    add<DocumentArchiveForm>(desk, "T_arcdoc");
+    add<TransferArchiveForm>(desk, "T_arcbtr");
+    add<UnitArchiveForm>(desk, "T_arcpro");
+    add<DocumentReturnForm>(desk, "T_reafac");
+    add<TransferReturnForm>(desk, "T_reabtr");
+    add<UnitReturnForm>(desk, "T_reapro");
+    add<DeliveryDiskForm>(desk, "T_livdk");
+    add<DeliveryExtractionForm>(desk, "T_extract");
+    add<IntegrationForm>(desk, "T_dkliv");
 }
 
 void startProgram(Desk& desk) {

@@ -22,6 +22,14 @@ public:
     bool passwordIsSiteWord() const { return company_ == u"IM"; }
     QString logoExtension() const { return isOneOf({u"AD", u"EO"}) ? QStringLiteral(".JPG") : QStringLiteral(".BMP"); }
 
+    // Backup and compaction
+    /// The folders of the dossier's users are part of its backup, which their first workstation makes.
+    bool backsUpUserFolders() const { return company_ == u"IM"; }
+    /// Users share molven.mdb alone: their sales lie in folders of their own.
+    bool sharesUnitsOnly() const {
+        return (company_ == u"IM" && site_ != u"GV") || (company_ == u"AD" && site_ == u"EO");
+    }
+
     // Menu
     bool hasAncillarySets() const { return isOneOf({u"CE", u"LB"}); }
     bool hasEanPool() const { return company_ == u"CE"; }
@@ -54,6 +62,12 @@ public:
     QString country() const { return company_ == u"CH" ? QStringLiteral("Suisse") : QString(); }
     /// Two letters of ISO 3166.
     QString countryCode() const { return company_ == u"CH" ? QStringLiteral("CH") : QStringLiteral("FR"); }
+
+    /// The supplier that a sister company is here, whose exchange files are taken; empty where there is none.
+    QString sisterSupplier() const {
+        if (isOneOf({u"IM", u"LB"})) return QStringLiteral("000100");
+        return company_ == u"CH" ? QStringLiteral("000017") : QString();
+    }
 
     // Sales
     /// Companies that may sell from the depot "261" in place of the main one.

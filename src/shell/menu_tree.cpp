@@ -83,6 +83,7 @@ const QList<MenuEntry>& menuTree() {
         {2, u"mnu_vte_fac_ges"_s, u"&Gestion des factures"_s, MenuAction::InvoiceChoice, u"T_gestion"_s, u"FAC"_s},
         {2, u"mnu_vte_avo_ges"_s, u"gestion des &Avoirs"_s, MenuAction::InvoiceChoice, u"T_gestion"_s, u"AVO"_s},
         {2, u"mnu_vte_fac_edt"_s, u"&Réédition des factures / avoirs"_s, MenuAction::Reprint, {}, u"FAC RED"_s},
+        {2, u"mnu_vte_fac_ost"_s, u"réédition du livre &OSTRANE"_s, MenuAction::Reprint, {}, u"FAC RED OSTRANE"_s, nullptr, {}, &CompanyRules::hasInvoiceBookChoice},
         {2, u"mnu_vte_fac_ext"_s, u"&Edition extrait de factures"_s, MenuAction::Screen, u"T_docext"_s},
         {2, u"mnu_vte_fac_nul"_s, u"__________________________"_s, MenuAction::Separator},
         {2, u"mnu_vte_fac_cpt"_s, u"&Transfert en comptabilité"_s, MenuAction::Screen, u"T_trsfac"_s},
@@ -103,6 +104,7 @@ const QList<MenuEntry>& menuTree() {
         {1, u"mnu_vte_int"_s, u"&Intégration de Bons Livraison"_s, MenuAction::Submenu},
         {2, u"mnu_vte_int_bld"_s, u"&Bon livraison / disquette"_s, MenuAction::Screen, u"T_livdk"_s},
         {2, u"mnu_vte_int_dbl"_s, u"&disquette / produits"_s, MenuAction::Screen, u"T_dkliv"_s},
+        {2, u"mnu_vte_int_fx"_s, u"&Facture électronique reçue"_s, MenuAction::Screen, u"T_facturx"_s},
         {1, u"mnu_vte_extract"_s, u"&Extraction BL Vers nouveau logiciel"_s, MenuAction::Screen, u"T_extract"_s},
         {0, u"mnu_edt_sta"_s, u"&Statistiques"_s, MenuAction::Submenu},
         {1, u"mnu_sta_clt"_s, u"&Clients"_s, MenuAction::Submenu},
@@ -179,6 +181,7 @@ const MenuEntry* menuEntry(const QString& name) {
 QString reprintScreen(const CompanyRules& rules, const QString& mode, bool barcodes) {
     const QString document = mode.section(u' ', 0, 0);
     if (document == u"BTR") return u"T_btredt"_s;
+    if (document == u"PROFORMA") return u"T_docedt4"_s;
     if (barcodes) return u"T_docbarre"_s;
     if (document == u"CSG" || document == u"AVG") return u"T_docedt"_s;
     return rules.reprintScreen(document == u"FAC" || document == u"AVO");

@@ -1,9 +1,11 @@
 #include "shell/startup.h"
 
 #include "data/catalogue.h"
+#include "data/compaction.h"
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/journal.h"
+#include "data/presence.h"
 #include "shell/folder_files.h"
 #include "shell/tables.h"
 
@@ -39,6 +41,18 @@ void requireWhole(const Session& session) {
                           .arg(QDir::toNativeSeparators(session.chemin_base)));
 }
 
+/// What a compaction left of a folder: nothing while others work there with all their files.
+QString finishIn(const QString& folder, const QStringList& names) {
+    Presence({folder}, Presence::Kind::Working); // says so when another workstation is at it
+    try {
+        const Presence alone({folder}, Presence::Kind::Alone);
+        return compaction::isUnfinished(folder) ? compaction::finish(folder, names) : QString();
+    } catch (const Refusal&) {
+        if (!compaction::missing(folder, names).isEmpty()) throw;
+        return {};
+    }
+}
+
 Record companyRecord(const Session& session) {
     requireWhole(session);
     Workspace workspace;
@@ -48,6 +62,21 @@ Record companyRecord(const Session& session) {
 }
 
 } // namespace
+
+QStringList finishCompactions(const Session& session) {
+    const QString base = session.chemin_base.isEmpty()
+                             ? folderFrom(session.dossier_app, QStringLiteral("CHEMIN.HC")).value_or(QString())
+                             : session.chemin_base;
+    static const QStringList compacted{catalogueEntry(DataFile::Molven).name, catalogueEntry(DataFile::Historic).name,
+                                       catalogueEntry(DataFile::Vente).name, catalogueEntry(DataFile::Tri).name};
+    QStringList finished;
+    for (const QString& folder : {base, session.chemin_util, session.chemin_gv, session.chemin_tri}) {
+        if (folder.isEmpty() || !compaction::isUnfinished(folder)) continue;
+        const QString name = finishIn(folder, compacted);
+        if (!name.isEmpty()) finished.append(name);
+    }
+    return finished;
+}
 
 void readCompany(Session& session) {
     session.chemin_base = requiredFolder(session, QStringLiteral("CHEMIN.HC"));

@@ -13,6 +13,10 @@ namespace startup {
 /// Lies in a data folder while the files of a backup are being put there; the dossier does not open meanwhile.
 inline const QString RestorationMark = QStringLiteral("RESTAURATION.HC");
 
+/// Finishes compactions that were interrupted in the folders that the session knows so far, the data folder at least;
+/// answers the files, "vente.mdb". Throws Refusal while another workstation is at it, DataError.
+QStringList finishCompactions(const Session& session);
+
 /// Login window: data folder and company code. Throws Refusal when CHEMIN.HC is missing or a restoration is not
 /// finished, DataError when the data cannot be read.
 void readCompany(Session& session);

@@ -49,12 +49,16 @@ Order order(PatientEnquiry::Sort sort) {
 
 } // namespace
 
-Recordset rows(Database units, const PatientEnquiry& enquiry, const Criterion& filter, const Order& asked) {
-    return units.select(strproduit, criterion(enquiry) && filter, asked.terms.isEmpty() ? order(enquiry.sort) : asked);
+Recordset rows(const Files& files, const PatientEnquiry& enquiry, const Criterion& filter, const Order& asked) {
+    Database units = files.units;
+    const Criterion which = criterion(enquiry) && filter;
+    const Order sorted = asked.terms.isEmpty() ? order(enquiry.sort) : asked;
+    return files.archived ? units.selectWith(*files.archived, strproduit, which, sorted)
+                          : units.select(strproduit, which, sorted);
 }
 
-Recordset select(Database units, const PatientEnquiry& enquiry) {
-    Recordset found = rows(units, enquiry, {}, {});
+Recordset select(const Files& files, const PatientEnquiry& enquiry) {
+    Recordset found = rows(files, enquiry, {}, {});
     if (found.isEmpty()) throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"));
     return found;
 }

@@ -20,11 +20,17 @@ struct PatientEnquiry {
 
 namespace patient_enquiry {
 
+/// Where units lie: the current ones, and with them the archived ones, but of the virtual stock.
+struct Files {
+    Database units;
+    std::optional<Database> archived = {};
+};
+
 /// The implanted units that meet every part given. Throws Refusal "date fin < date début", or "Aucun produit
 /// correspondant à ce critère" when there is none.
-Recordset select(Database units, const PatientEnquiry& enquiry);
+Recordset select(const Files& files, const PatientEnquiry& enquiry);
 /// The same units as a grid asks for them: narrowed by its filter, sorted its way when it has one; none is no fault.
-Recordset rows(Database units, const PatientEnquiry& enquiry, const Criterion& filter, const Order& order);
+Recordset rows(const Files& files, const PatientEnquiry& enquiry, const Criterion& filter, const Order& order);
 /// The parts in words.
 QString words(const PatientEnquiry& enquiry);
 

@@ -197,20 +197,6 @@ Record unitOf(Database molven, const CompanyRules& rules, const Receipt& receipt
     return unit;
 }
 
-/// Average price weighted by quantity: (old stock x old average + new quantity x new price) / new stock.
-void updateArticle(Database molven, const CompanyRules& rules, const Record& article, const Decimal& quantity,
-                   const Decimal& price) {
-    const Decimal stock = article[strarticle.art_stk] + quantity;
-    const Decimal value = article[strarticle.art_stk] * article[strarticle.art_pam] + price * quantity;
-    const Decimal average =
-        stock.isZero() ? article[strarticle.art_pam] : (value / stock).rounded(rules.purchasePriceDecimals());
-    molven.update(strarticle,
-                  {{strarticle.art_stk, stock.toString()},
-                   {strarticle.art_dpa, price.toString()},
-                   {strarticle.art_pam, average.toString()}},
-                  strarticle.art_ref == article[strarticle.art_ref]);
-}
-
 /// Throws Refusal with the first fault of an entry, in the order of the screen; `changed` is the number of the unit
 /// whose receipt is entered again, empty at the first entry.
 void check(UnitFiles files, const Receipt& receipt, const Record& article, const QString& changed = {}) {
@@ -237,6 +223,21 @@ void check(UnitFiles files, const Receipt& receipt, const Record& article, const
 
 } // namespace
 
+/// (old stock x old average + new quantity x new price) / new stock.
+void addToArticle(Database molven, const CompanyRules& rules, const QString& reference, const Decimal& quantity,
+                  const Decimal& price) {
+    const Record article = articles::find(molven, reference).value();
+    const Decimal stock = article[strarticle.art_stk] + quantity;
+    const Decimal value = article[strarticle.art_stk] * article[strarticle.art_pam] + price * quantity;
+    const Decimal average =
+        stock.isZero() ? article[strarticle.art_pam] : (value / stock).rounded(rules.purchasePriceDecimals());
+    molven.update(strarticle,
+                  {{strarticle.art_stk, stock.toString()},
+                   {strarticle.art_dpa, price.toString()},
+                   {strarticle.art_pam, average.toString()}},
+                  strarticle.art_ref == reference);
+}
+
 Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
     Database molven = files.molven;
     Transaction transaction(molven.workspace(), QStringLiteral("Réception"));
@@ -256,7 +257,7 @@ Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& recei
         molven.insert(unit);
         if (unit[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
     }
-    updateArticle(molven, rules, article, quantity, unit[strproduit.pro_pac]);
+    addToArticle(molven, rules, article[strarticle.art_ref], quantity, unit[strproduit.pro_pac]);
     transaction.commit();
     return {first.number(), first.plus(quantity - 1).number()};
 }

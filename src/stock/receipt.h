@@ -40,6 +40,9 @@ struct Created {
 
 /// The article of a receipt. Throws Refusal when it is unknown or not followed by unit.
 Record followedArticle(Database molven, const QString& reference);
+/// What units received do to their article: quantity, average price weighted by quantity, last purchase price.
+void addToArticle(Database molven, const CompanyRules& rules, const QString& reference, const Decimal& quantity,
+                  const Decimal& price);
 /// Creates the units and updates the article's quantity, average and last purchase price, in one transaction. Throws
 /// Refusal with the first fault of the receipt, in the order of the screen.
 Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});

@@ -66,8 +66,11 @@ Criterion heldAt(const QString& day) {
 
 } // namespace
 
-QList<Record> articlesAt(Database molven, const ListingSelection& selection, const QString& day) {
-    const QHash<QString, qint64> counts = molven.countBy(strproduit, strproduit.ref_art, heldAt(day));
+QList<Record> articlesAt(UnitFiles files, const ListingSelection& selection, const QString& day) {
+    Database molven = files.molven;
+    QHash<QString, qint64> counts = molven.countBy(strproduit, strproduit.ref_art, heldAt(day));
+    const auto archived = files.historic.countBy(strproduit, strproduit.ref_art, heldAt(day));
+    for (auto count = archived.begin(); count != archived.end(); ++count) counts[count.key()] += count.value();
     const Criterion followed =
         listing::criterion(molven, articleCriteria(), selection) && strarticle.art_aig == follow_up::ByUnit;
     QList<Record> found;

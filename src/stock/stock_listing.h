@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reference/article_tables.h"
+#include "stock/immatriculation.h"
 #include "stock/listing_criteria.h"
 #include "stock/unit_tables.h"
 
@@ -15,9 +16,9 @@ QStringList unitOrders();
 Recordset articles(Database molven, const ListingSelection& selection);
 
 /// The followed articles of a selection with their quantities at the end of that day "yyyymmdd" in place of the present
-/// ones: units not invoiced now, or invoiced later, less those received later. The file keeps the present ones. Throws
+/// ones: units not invoiced now, or invoiced later, less those received later, archived or not. The file keeps the present ones. Throws
 /// Refusal "Aucun article correspondant à ce critère".
-QList<Record> articlesAt(Database molven, const ListingSelection& selection, const QString& day);
+QList<Record> articlesAt(UnitFiles files, const ListingSelection& selection, const QString& day);
 
 /// Units not invoiced. Throws Refusal for an unknown depot.
 Criterion units(Database molven, const ListingSelection& selection);

@@ -1,5 +1,6 @@
 #include "ui/form.h"
 
+#include "ui/access_keys.h"
 #include "ui/accessible_names.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
@@ -95,6 +96,7 @@ void Form::settleOnScreen() {
 void Form::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     nameControls(*this);
+    giveAccessKeys(*this);
     if (standsAsLeft_ || windowState() & FillsTheScreen) return;
     settleOnScreen();
 }

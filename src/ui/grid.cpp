@@ -41,7 +41,13 @@ Grid::Grid(const QString& name, const QList<GridColumn>& columns, QWidget* paren
     columns_ = new GridColumns(*this);
     new CellTips(*this); // goes with the grid
     model_->nameOf = [this](const Field& field, const Record& row) { return names_->of(field, row); };
-    model_->guard = [this](const std::function<void()>& work) { guarded(work); };
+    model_->guard = [this](const std::function<void()>& work) {
+        guarded([&] {
+            Workspace* engine = model_->workspace();
+            engine ? patiently(*this, *engine, QStringLiteral("Tri de la liste"), work) : work();
+        });
+        columns_->showSorted();
+    };
     connect(this, &QTableView::doubleClicked, this, [this] { choose(); });
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
         if (index.row() == pressedOver_) tellCurrent(); // the others were told when they became current

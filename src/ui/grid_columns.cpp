@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QStringList>
 
 #include <algorithm>
@@ -104,6 +105,14 @@ void GridColumns::keep() {
         columns.append(name + u':' + QString::number(chosen_.value(name)));
     }
     habits_->set(name_ + QStringLiteral("/colonnes"), columns);
+}
+
+void GridColumns::showSorted() {
+    const RecordModel& rows = grid_.rows();
+    if (header_.sortIndicatorSection() == rows.sortColumn() && header_.sortIndicatorOrder() == rows.sortOrder()) return;
+    const QSignalBlocker quiet(header_);
+    header_.setSortIndicator(rows.sortColumn(), rows.sortOrder());
+    header_.viewport()->update();
 }
 
 void GridColumns::keepSort(int column, Qt::SortOrder order) {

@@ -24,6 +24,8 @@ public:
     void fit();
     /// Columns as they are described.
     void restoreDefaults();
+    /// The header tells by what the rows are sorted, which is not what was asked when that failed.
+    void showSorted();
     /// Codes as their names, or as they are.
     void showNames(bool shown);
 

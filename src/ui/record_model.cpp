@@ -4,6 +4,8 @@
 #include "data/errors.h"
 #include "data/format.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace molven {
@@ -43,10 +45,10 @@ void RecordModel::refresh() {
 
 void RecordModel::reread() {
     beginResetModel();
+    const auto after = qScopeGuard([this] { endResetModel(); });
     isSearchedThrough_ = false;
     rearrange();
     if (filter_.isEmpty()) unfilteredCount_ = rowCount();
-    endResetModel();
 }
 
 void RecordModel::setFilter(const QString& text) {
@@ -248,9 +250,21 @@ QVariant RecordModel::headerData(int section, Qt::Orientation orientation, int r
 }
 
 void RecordModel::sort(int column, Qt::SortOrder order) {
-    sortColumn_ = column;
-    sortOrder_ = order;
-    guard([this] { refresh(); });
+    guard([&] {
+        auto asBefore = qScopeGuard([this, column = sortColumn_, order = sortOrder_] {
+            sortColumn_ = column;
+            sortOrder_ = order;
+        });
+        sortColumn_ = column;
+        sortOrder_ = order;
+        refresh();
+        asBefore.dismiss();
+    });
+}
+
+Workspace* RecordModel::workspace() const {
+    const auto* selected = std::get_if<Recordset>(&rows_);
+    return selected ? &selected->workspace() : nullptr;
 }
 
 } // namespace molven

@@ -34,8 +34,10 @@ public:
 
     explicit RecordModel(const QList<GridColumn>& columns, QObject* parent = nullptr);
 
-    /// Runs what a click on a header asks for, where a fault of the engine can be shown.
+    /// Runs what a click on a header asks for, where a fault of the engine can be shown and a long one stopped.
     std::function<void(const std::function<void()>&)> guard = [](const std::function<void()>& work) { work(); };
+    /// The connection that selects the rows; none for records at hand.
+    Workspace* workspace() const;
 
     void setQuery(Query query);
     void setRecords(const QList<Record>& records);
@@ -66,6 +68,9 @@ public:
     int rowOf(const Record& record, const QList<const Field*>& key);
 
     const QList<GridColumn>& columns() const { return columns_; }
+    /// -1 for the order of the query.
+    int sortColumn() const { return sortColumn_; }
+    Qt::SortOrder sortOrder() const { return sortOrder_; }
     std::optional<Record> record(int row) const;
     QString text(int row, int column) const;
     int columnOf(const QString& fieldName) const;

@@ -77,6 +77,24 @@ TEST(Molvenctl, KeepsTheAddressOfTheCompany) {
     EXPECT_EQ(molvenctl({"societe", home}).out.section(u'\n', 1), QStringLiteral("12 RUE DES LILAS\n69003 LYON\n"));
 }
 
+TEST(Molvenctl, SavesAnInvoiceAsItIsPrinted) {
+    test::Dossier dossier;
+    const QString home = dossier.folder(), path = home + QStringLiteral("/l'avoir.pdf");
+    const QString number = dossier.document(QStringLiteral("FAC"), dossier.receive(QStringLiteral("HIP"), 1));
+    EXPECT_EQ(molvenctl({"facture", home, number}).code, 1) << "nothing to write";
+    const QString refused = molvenctl({"facture", home, "77", "--pdf", path}).err;
+    EXPECT_TRUE(refused.endsWith(QStringLiteral("Aucun document correspondant à ce critère\n"))) // behind the toolkit's
+        << refused.toStdString();
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_EQ(molvenctl({"facture", home, "1", "--annee", "2026", "--pdf", path}).code, 0);
+    QProcess text;
+    text.start(QStringLiteral("pdftotext"), {path, QStringLiteral("-")});
+    ASSERT_TRUE(text.waitForFinished(60'000));
+    const QString page = QString::fromUtf8(text.readAllStandardOutput());
+    for (const QString& printed : {number, QStringLiteral("CLINIQUE DE L'ÉTOILE"), QStringLiteral("N° Lot : LOT-1")})
+        EXPECT_TRUE(page.contains(printed)) << printed.toStdString() << " in\n" << page.toStdString();
+}
+
 TEST(Molvenctl, ListsARecallAsATableAndAsData) {
     test::Dossier dossier;
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);

@@ -12,6 +12,7 @@
 
 namespace molven {
 
+using test::fillDisk;
 using test::refusalOf;
 
 namespace {
@@ -19,13 +20,6 @@ namespace {
 QByteArray contentOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(illisible)");
-}
-
-void fillDisk(const QString& folder) {
-    QFile ballast(folder + QStringLiteral("/lest"));
-    ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    while (ballast.write(QByteArray(4096, 'x')) > 0) {
-    }
 }
 
 } // namespace

@@ -119,6 +119,7 @@ void Player::waitForPressedButton() {
 void Player::press(const QStringList& arguments) {
     auto* button = qobject_cast<QAbstractButton*>(usable(arguments[0]));
     if (!button) throw Failure(QStringLiteral("bouton attendu : %1").arg(arguments[0]));
+    QCoreApplication::sendPostedEvents(); // a layout still to come would move the button away from under the cursor
     QTest::mouseClick(button, Qt::LeftButton);
 }
 

@@ -71,6 +71,11 @@ void expectOnThePaper(const PrintJob& job) {
         EXPECT_LE(piece.y + piece.lineStep * piece.lines.size(), job.height()) << piece.text.toStdString();
     }
     test::expectNoOverlap(job);
+    for (const char* title : {"Immat.", "Péremption", "Qté", "P.U. HT", "Rem. %", "Montant HT", "TVA"})
+        for (const PrintedText& piece : job.pieces())
+            if (piece.text == QString::fromUtf8(title)) {
+                EXPECT_TRUE(piece.lines.isEmpty()) << title << " is broken";
+            }
 }
 
 } // namespace

@@ -275,6 +275,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "26030001 : dépôt 000002, son ancillaire 00000001 est en 000001"},
         Planted{"client", DataFile::Molven, "update strproduit set clt_vte='000002' where imm_art='26030001'",
                 "26030001 : client 000002, son ancillaire 00000001 est chez 000001"},
+        Planted{"type", DataFile::Molven, "update strproduit set stk_anc_cod='AUTRE' where imm_art='26030001'",
+                "26030001 : ancillaire 00000001 de code KIT, AUTRE sur l'unité"},
         Planted{"state", DataFile::Molven, "update strproduit set tes_vte='N' where imm_art='26030001'",
                 "26030001 : dans l'ancillaire 00000001, mais pas dans cet état"},
         Planted{"twice", DataFile::Ancillaire,

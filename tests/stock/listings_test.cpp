@@ -19,6 +19,7 @@ protected:
     Dossier dossier;
     Workspace workspace;
     Database molven = workspace.open(dossier.session.molven());
+    Database historic = workspace.open(dossier.session.historic());
 
     ~Listings() override { Clock::set({}); }
 
@@ -32,7 +33,7 @@ protected:
 
     QString stockAt(const QString& day) {
         QStringList counts;
-        for (const Record& article : stock_listing::articlesAt(molven, {}, day))
+        for (const Record& article : stock_listing::articlesAt({molven, historic}, {}, day))
             counts.append(article[strarticle.art_ref] + u'=' + article[strarticle.art_stk].toString());
         return counts.join(u' ');
     }
@@ -112,7 +113,7 @@ TEST_F(Listings, FindPatientsByTheBeginningOfTheirNameAndKeepThemForPrinting) {
     const auto patients = [this](const char* beginning) {
         PatientEnquiry enquiry;
         enquiry.patient = QString::fromUtf8(beginning);
-        return patient_enquiry::rows(molven, enquiry, {}, {}).count();
+        return patient_enquiry::rows({molven}, enquiry, {}, {}).count();
     };
     EXPECT_EQ(patients(""), 2);
     EXPECT_EQ(patients("d'alm"), 1);
@@ -121,7 +122,7 @@ TEST_F(Listings, FindPatientsByTheBeginningOfTheirNameAndKeepThemForPrinting) {
     EXPECT_EQ(patients("%"), 0);
 
     Database tri = workspace.open(dossier.session.tri());
-    EXPECT_EQ(working_copy::keep(tri, patient_enquiry::select(molven, {})), 2);
+    EXPECT_EQ(working_copy::keep(tri, patient_enquiry::select({molven}, {})), 2);
     EXPECT_EQ(working_copy::keep(tri, molven.select(strproduit, strproduit.imm_art == units[2])), 1);
     EXPECT_EQ(tri.count(tripro), 1);
 }

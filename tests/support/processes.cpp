@@ -1,5 +1,6 @@
 #include "support/processes.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <sched.h>
@@ -40,6 +41,13 @@ int onSmallDisk(int kilobytes, const std::function<void(const QString&)>& work) 
         mountAt(place, QStringLiteral("tmpfs"), "tmpfs", 0, QStringLiteral("size=%1k").arg(kilobytes));
         work(place);
     });
+}
+
+void fillDisk(const QString& folder) {
+    QFile ballast(folder + QStringLiteral("/lest"));
+    ASSERT_TRUE(ballast.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (ballast.write(QByteArray(4096, 'x')) > 0) {
+    }
 }
 
 } // namespace molven::test

@@ -84,4 +84,7 @@ int atOtherMount(const QString& folder, const std::function<void(const QString& 
 /// Runs work in a process that has a disk of so many kilobytes; the disk is gone with the process.
 int onSmallDisk(int kilobytes, const std::function<void(const QString& place)>& work);
 
+/// Leaves no room on the disk of that folder.
+void fillDisk(const QString& folder);
+
 } // namespace molven::test

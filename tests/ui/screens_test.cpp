@@ -128,6 +128,21 @@ TEST_F(EveryScreen, HasAKeyForEveryButton) {
     });
 }
 
+TEST_F(EveryScreen, HasAKeyForEveryBoxWhoseCaptionHasAFreeLetter) {
+    walk([](const Form& form) {
+        QString taken;
+        for (const auto* button : form.findChildren<QAbstractButton*>()) taken += accessKey(button->text()).right(1);
+        for (const auto* label : form.findChildren<QLabel*>())
+            if (label->buddy()) taken += accessKey(label->text()).right(1);
+        for (const auto* label : form.findChildren<QLabel*>()) {
+            if (!label->buddy() || !label->isVisible() || !accessKey(label->text()).isEmpty()) continue;
+            for (const QChar letter : label->text().toUpper())
+                EXPECT_TRUE(letter < u'A' || letter > u'Z' || taken.contains(letter))
+                    << form.objectName().toStdString() << " : " << label->text().toStdString();
+        }
+    });
+}
+
 TEST_F(EveryScreen, HasANameForEveryControl) {
     walk([](const Form& form) {
         for (QWidget* control : form.findChildren<QWidget*>()) {

@@ -30,6 +30,7 @@ Command recallCommand();
 Command journalCommand();
 Command replenishCommand();
 Command invoiceCommand();
+Command receivedInvoiceCommand();
 Command companyCommand();
 Command importCommand();
 Command exportCommand();
@@ -38,6 +39,11 @@ Command recountCommand();
 Command statisticsCommand();
 Command commissionsCommand();
 Command transferCommand();
+Command backupCommand();
+Command convertCommand();
+Command verifyCommand();
+Command archiveCommand();
+Command reactivateCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();

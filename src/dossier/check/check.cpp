@@ -4,6 +4,7 @@
 #include "data/layout.h"
 #include "data/snapshot.h"
 #include "dossier/check/checks.h"
+#include "reference/seller_tables.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
 
@@ -248,6 +249,9 @@ void checkRecords(const Session& copied, Faults& faults) {
     if (files[DataFile::Molven].count(strspecif) != 1)
         faults.append({QStringLiteral("molven.mdb"), strspecif.name,
                        QStringLiteral("un enregistrement et un seul est attendu"), &kind::Codes});
+    if (files[DataFile::Molven].count(stremetteur) > 1)
+        faults.append({QStringLiteral("molven.mdb"), stremetteur.name,
+                       QStringLiteral("un enregistrement au plus est attendu"), &kind::Codes});
     const Papers papers(files, faults);
     checkUnits(files, papers, faults);
     checkQuantities(files, faults);
@@ -256,7 +260,7 @@ void checkRecords(const Session& copied, Faults& faults) {
     checkCounts(files, papers, faults);
     checkEntries(files, copied, faults);
     checkNotes(papers, faults);
-    checkProformas(files, faults);
+    checkProformas(files, papers, faults);
     checkRenewals(papers, faults);
     checkValues(files, faults);
     for (const references::Orphan& orphan : references::orphans(files))

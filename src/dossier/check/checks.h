@@ -87,7 +87,8 @@ struct DossierFile {
 /// What a file tells by itself: whether the engine finds it sound, its tables, its fields.
 void checkFile(const DossierFile& file, Faults& faults);
 void checkNotes(const Papers& papers, Faults& faults);
-void checkProformas(references::Files& files, Faults& faults);
+/// Proformas, and the second book of invoices.
+void checkProformas(references::Files& files, const Papers& papers, Faults& faults);
 /// Transfer notes and the ones that renewed them.
 void checkRenewals(const Papers& papers, Faults& faults);
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults);

@@ -37,11 +37,16 @@ QString faultOf(Database molven, const Record& movement) {
     return {};
 }
 
+Criterion untracked(const DocumentLines& lines) { return lines.fac_imm == QString(); }
+
+void takeLines(Database file, const DocumentLines& lines, Quantities& stocks) {
+    add(stocks, file.sumBy(lines, lines.fac_ref, lines.fac_qte, untracked(lines)), -1);
+}
+
 /// What the documents of a file took out of the stock: an invoice holds the lines of the notes it took over.
 void takeSold(Database file, Quantities& stocks) {
-    const auto untracked = [](const DocumentLines& lines) { return lines.fac_imm == QString(); };
-    for (const DocumentLines* lines : {&strfacl, &strcsgl})
-        add(stocks, file.sumBy(*lines, lines->fac_ref, lines->fac_qte, untracked(*lines)), -1);
+    takeLines(file, strfacl, stocks);
+    takeLines(file, strcsgl, stocks);
     QSet<QString> invoiced;
     for (const Record& note : file.select(strlive, strlive.fac_cpt == QString(documents::Transferred)))
         invoiced.insert(note[strlive.fac_aa] + u'/' + note[strlive.fac_no]);
@@ -76,6 +81,7 @@ Quantities stocksLeft(references::Files& files, const Session& session) {
             add(stocks, files[file].sumBy(m, m.ref_stk, m.qte_stk, m.eta_stk == kind), sign);
     takeSold(files[DataFile::Vente], stocks);
     takeSold(files[DataFile::Historic], stocks);
+    takeLines(files[DataFile::Ostrane], strfacl, stocks);
     const OtherFolders others(session);
     for (const Database& file : others.files()) takeSold(file, stocks);
     return stocks;

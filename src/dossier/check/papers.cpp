@@ -29,9 +29,7 @@ QString keyOf(const QString& series, const Family& family, const QString& number
 }
 
 /// An archived document keeps its number in the series of the current ones.
-QString seriesOf(const references::Files::Searched& searched) {
-    return searched.file == DataFile::Historic ? QString() : searched.place;
-}
+QString seriesOf(const references::Files::Searched& searched) { return searched.isOthers ? searched.place : QString(); }
 
 bool isTransfer(const Family& family) { return &family.headers == &strbtre; }
 
@@ -52,6 +50,11 @@ bool isPricedRight(const DocumentLines& table, const Record& line) {
     return line[table.fac_pv] == pricing::net(line[table.fac_px], line[table.fac_remx]) && stored == total;
 }
 
+Place placeOf(const references::Files::Searched& searched, const Family& family, const Record& header) {
+    const DocumentHeaders& table = family.headers;
+    return {searched.database.path(), &table, header[table.fac_aa] + u'/' + header[table.fac_no]};
+}
+
 /// "TTC 7.00 pour 94.95", or the first other total that differs; empty when none does.
 QString difference(const DocumentHeaders& table, const Record& stored, const Record& expected) {
     const auto words = [&](const QString& title, const Number& field) {
@@ -61,6 +64,28 @@ QString difference(const DocumentHeaders& table, const Record& stored, const Rec
     for (const Number* field : totals::fields(table))
         if (stored[*field] != expected[*field]) return words(record_trail::fieldTitle(table.name, field->name), *field);
     return {};
+}
+
+/// What the lines of each document of a file come to, by its year and number.
+using Sums = QHash<QString, QMap<QString, totals::VatBase>>;
+
+void add(Sums& sums, const DocumentLines& table, const Record& line) {
+    totals::VatBase& base = sums[line[table.fac_aa] + u'/' + line[table.fac_no]][line[table.fac_tva]];
+    base.ht += line[table.fac_ht];
+    base.vat += line[table.fac_ttc] - line[table.fac_ht];
+}
+
+void checkTotals(references::Files::Searched searched, const Family& family, const Sums& sums, Faults& faults) {
+    const DocumentHeaders& table = family.headers;
+    for (const Record& header : searched.database.select(table)) {
+        const Place place = placeOf(searched, family, header);
+        Record expected = header;
+        totals::put(table, expected, sums.value(place.key),
+                    header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
+        if (const QString differing = difference(table, header, expected); !differing.isEmpty())
+            faults.append({catalogueEntry(searched.file).name, family.name + u' ' + header[table.fac_no],
+                           QStringLiteral("totaux autres que ceux des lignes : ") + differing, &kind::Totals, place});
+    }
 }
 
 } // namespace
@@ -77,20 +102,7 @@ Papers::Papers(references::Files& files, Faults& faults) {
         for (references::Files::Searched searched : files.searched()) {
             if (!isHolding(searched)) continue;
             const auto sums = readLines(searched, family, faults);
-            if (!family.isPriced) continue;
-            const DocumentHeaders& table = family.headers;
-            for (const Record& header : searched.database.select(table)) {
-                Record expected = header;
-                totals::put(table, expected, sums.value(header[table.fac_aa] + u'/' + header[table.fac_no]),
-                            header[table.fac_port].isZero() ? Decimal() : header[table.fac_tvp]);
-                const QString differing = difference(table, header, expected);
-                if (differing.isEmpty()) continue;
-                faults.append({catalogueEntry(searched.file).name,
-                               family.name + u' ' + header[table.fac_no],
-                               QStringLiteral("totaux autres que ceux des lignes : ") + differing,
-                               &kind::Totals,
-                               {searched.database.path(), &table, header[table.fac_aa] + u'/' + header[table.fac_no]}});
-            }
+            if (family.isPriced) checkTotals(searched, family, sums, faults);
         }
     }
 }
@@ -214,9 +226,7 @@ QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const reference
     Database file = searched.database;
     for (const Record& line : file.select(table)) {
         if (!structure.add(line)) continue;
-        totals::VatBase& base = sums[line[table.fac_aa] + u'/' + line[table.fac_no]][line[table.fac_tva]];
-        base.ht += line[table.fac_ht];
-        base.vat += line[table.fac_ttc] - line[table.fac_ht];
+        add(sums, table, line);
         if (const Paper* paper = find(seriesOf(searched), family, line[table.fac_no]))
             checkLine(family, line, *paper, faults);
     }
@@ -224,13 +234,42 @@ QHash<QString, QMap<QString, totals::VatBase>> Papers::readLines(const reference
     return sums;
 }
 
-void checkProformas(references::Files& files, Faults& faults) {
-    static const Family proformas{strface, strfacl, QStringLiteral("proforma"), false, true};
+namespace {
+
+/// The delivery notes that the user's own proformas name are there.
+void checkDelivered(references::Files::Searched searched, const Family& family, const Papers& papers, Faults& faults) {
+    for (const Record& header : searched.database.select(strface, strface.fac_cpt == documents::Transferred))
+        if (const QString note = header[strface.fac_blv]; !papers.find({}, families()[0], note))
+            faults.append({catalogueEntry(searched.file).name, family.name + u' ' + header[strface.fac_no],
+                           QStringLiteral("bon de livraison %1 absent").arg(note), &kind::Notes,
+                           placeOf(searched, family, header)});
+}
+
+} // namespace
+
+void checkProformas(references::Files& files, const Papers& papers, Faults& faults) {
+    static const Family proformas{strface, strfacl, QStringLiteral("proforma"), false, true},
+        secondBook{strface, strfacl, QStringLiteral("facture OSTRANE"), false, true};
     for (references::Files::Searched searched : files.searched()) {
         if (searched.file != DataFile::Proforma && searched.file != DataFile::Ostrane) continue;
-        Structure structure(searched, proformas, faults);
-        for (const Record& line : searched.database.select(proformas.lines)) structure.add(line);
+        const Family& family = searched.file == DataFile::Proforma ? proformas : secondBook;
+        Structure structure(searched, family, faults);
+        Sums sums;
+        for (const Record& line : searched.database.select(strfacl)) {
+            if (!structure.add(line)) continue;
+            add(sums, strfacl, line);
+            if (!isPricedRight(strfacl, line))
+                faults.append(
+                    {catalogueEntry(searched.file).name,
+                     family.name + u' ' + line[strfacl.fac_no],
+                     QStringLiteral("ligne %1 : montants autres que quantité, prix et remise")
+                         .arg(line[strfacl.fac_lg]),
+                     &kind::Amounts,
+                     {searched.database.path(), &strface, line[strfacl.fac_aa] + u'/' + line[strfacl.fac_no]}});
+        }
         structure.finish();
+        checkTotals(searched, family, sums, faults);
+        if (&family == &proformas && !searched.isOthers) checkDelivered(searched, family, papers, faults);
     }
 }
 

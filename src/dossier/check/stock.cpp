@@ -47,7 +47,7 @@ namespace {
 
 /// Where a set's line says that a unit is.
 struct SetPlace {
-    QString set, depot, client, article;
+    QString set, depot, client, article, type;
 };
 
 /// Every line of a set lies where its line "000" says; answers the places of the units.
@@ -65,7 +65,8 @@ QHash<QString, SetPlace> placesIn(Database ancillaire, Faults& faults) {
         const QString unit = line[strstock.stk_imm_art], set = line[strstock.stk_anc_imm];
         const auto fault = [&](const QString& text) { faults.append({SetsFile, unit, text, &kind::Sets}); };
         if (places.contains(unit)) fault(QStringLiteral("sur deux lignes d'ancillaire"));
-        places.insert(unit, {set, line[strstock.stk_num_dep], line[strstock.stk_clt_vte], line[strstock.stk_ref_art]});
+        places.insert(unit, {set, line[strstock.stk_num_dep], line[strstock.stk_clt_vte], line[strstock.stk_ref_art],
+                             line[strstock.stk_anc_code]});
         const auto header = headers.constFind(set);
         if (header == headers.constEnd()) {
             fault(QStringLiteral("sur une ligne de l'ancillaire %1, qui n'a pas de ligne 000").arg(set));
@@ -105,7 +106,7 @@ void checkSets(references::Files& files, Faults& faults) {
     const Criterion concerned = strproduit.tes_vte == state::InSet || strproduit.stk_anc_imm != QString();
     for (const Record& unit : files[DataFile::Molven].select(strproduit, concerned)) {
         const QString number = unit[strproduit.imm_art];
-        const auto [set, depot, client, article] = places.take(number);
+        const auto [set, depot, client, article, type] = places.take(number);
         const auto fault = [&](const QString& text) { faults.append({MolvenFile, number, text, &kind::Sets}); };
         if (set.isEmpty())
             fault(QStringLiteral("dans un ancillaire qui ne la contient pas"));
@@ -118,6 +119,9 @@ void checkSets(references::Files& files, Faults& faults) {
                 QStringLiteral("client %1, son ancillaire %2 est chez %3").arg(unit[strproduit.clt_vte], set, client));
         else if (article.compare(unit[strproduit.ref_art], Qt::CaseInsensitive) != 0)
             fault(QStringLiteral("article %1, %2 dans l'ancillaire %3").arg(unit[strproduit.ref_art], article, set));
+        else if (type.compare(unit[strproduit.stk_anc_cod], Qt::CaseInsensitive) != 0)
+            fault(QStringLiteral("ancillaire %1 de code %2, %3 sur l'unité")
+                      .arg(set, type, unit[strproduit.stk_anc_cod]));
     }
     for (auto place = places.begin(); place != places.end(); ++place)
         faults.append({SetsFile, place.key(),

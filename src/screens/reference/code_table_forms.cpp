@@ -8,6 +8,7 @@
 #include "reference/tariff_tables.h"
 #include "screens/price_notice.h"
 #include "ui/pick_lists.h"
+#include "ui/progress.h"
 
 #include <QAbstractButton>
 #include <QHBoxLayout>
@@ -159,7 +160,7 @@ void ParameterForm::buildPan() {
 
 void ParameterForm::generatePan() {
     if (!prompt().ask(QStringLiteral("Voulez-vous mettre à jour la table des P.A.N.  ? "))) return;
-    article_updates::fillPanTable(molven_);
+    article_updates::fillPanTable(molven_, progress(*this, QStringLiteral("Table des PAN")));
     if (prompt().confirm(QStringLiteral("Voulez vous recopier le PA dans le PAN (si PA<>0) ? "),
                          QStringLiteral("Les PAN saisis à la main seront remplacés.")))
         article_updates::copyPurchaseToPan(molven_);

@@ -73,7 +73,7 @@ void EanPoolForm::refresh() {
 }
 
 void EanPoolForm::add() {
-    ean::add(gencode_, code_->text(), quantity_->text());
+    ean::add(gencode_, code_->text(), quantity_->text(), progress(*this, QStringLiteral("Création des codes EAN")));
     code_->put({});
     quantity_->put({});
     refresh();

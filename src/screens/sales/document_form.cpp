@@ -62,21 +62,23 @@ QLayout* DocumentForm::buildDocumentButtons() {
     auto* ofClient =
         button(QStringLiteral("Cmddoc"), QStringLiteral("&Documents du client"), [this] { pickDocument(); });
     auto* renew = deed(QStringLiteral("Cmdtransfer"), QStringLiteral("Ren&ouveler"), [this] { startRenewal(); });
+    auto* deliver = deed(QStringLiteral("cmdbl"), QStringLiteral("Trans&férer en BL"), [this] { deliverProforma(); });
     auto* printButton = button(QStringLiteral("cmdedt"), QStringLiteral("&Edition"), [this] { print(); });
     quit_ = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     show(Part::Deletion, remove);
     show(Part::Printing, printButton);
     show(Part::Renewal, renew);
+    show(Part::Delivery, deliver);
     entry_.add(Acts::Entering, {validate_, cancel});
     entry_.add(Acts::Idle, {add_, last});
-    entry_.add(Acts::Shown, {change, remove, renew, before, after, printButton});
+    entry_.add(Acts::Shown, {change, remove, renew, deliver, before, after, printButton});
     kindLabel_ = new QLabel(book_.kind().label, this);
     kindLabel_->setObjectName(QStringLiteral("Label1"));
     style::makeHeading(*kindLabel_);
     auto* row = new QHBoxLayout;
     row->addWidget(kindLabel_);
     row->addSpacing(style::WideGap);
-    for (QPushButton* made : {add_, change, validate_, cancel, remove, renew}) row->addWidget(made);
+    for (QPushButton* made : {add_, change, validate_, cancel, remove, renew, deliver}) row->addWidget(made);
     row->addStretch();
     for (QPushButton* made : {before, after, last, ofClient, printButton, quit_}) row->addWidget(made);
     return row;
@@ -91,6 +93,7 @@ QLayout* DocumentForm::buildLineButtons() {
     auto* notes = deed(QStringLiteral("Cmdchoix"), QStringLiteral("Intégrer des &BL"), [this] { openIntegration(); });
     auto* footer = deed(QStringLiteral("Cmdvisupied"), QStringLiteral("Pied et totau&x"), [this] { openFooter(); });
     show(Part::LineChange, change);
+    show(Part::Scans, scans);
     show(Part::Integration, notes);
     show(Part::Footer, footer);
     entry_.add(Acts::Open, {addLine_, insert, change, remove, scans, notes});
@@ -101,8 +104,9 @@ QLayout* DocumentForm::buildLineButtons() {
     for (QPushButton* made : {addLine_, insert, change, remove, scans, notes, footer}) row->addWidget(made);
     row->addWidget(trailButton(*this, [this] {
         const Record& shown = requireDocument();
-        return TrailSubject{TrailSubject::Kind::Document,
-                            QStringList{table_.name, shown[table_.fac_aa], shown[table_.fac_no]}.join(u'/')};
+        QStringList key{table_.name, shown[table_.fac_aa], shown[table_.fac_no]};
+        if (const DataFile file = book_.kind().file; file != DataFile::Vente) key.prepend(catalogueEntry(file).name);
+        return TrailSubject{TrailSubject::Kind::Document, key.join(u'/')};
     }));
     row->addStretch();
     row->addWidget(total_);
@@ -112,10 +116,11 @@ QLayout* DocumentForm::buildLineButtons() {
 void DocumentForm::buildTray() {
     tray_ = new QStackedWidget(this);
     addToTray(lineEntry_ = new LineEntry(*this, book_, layout_));
-    addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
+    if (book_.kind().hasUnits) addToTray(unitRange_ = new UnitRange(*this, book_, layout_));
     if (layout_.has(Part::Integration)) addToTray(noteChoice_ = new NoteChoice(*this, book_));
-    addToTray(scans_ = new ScanEntry(*this, book_));
+    if (layout_.has(Part::Scans)) addToTray(scans_ = new ScanEntry(*this, book_));
     if (layout_.has(Part::Footer)) addToTray(footer_ = new FooterEntry(*this, book_));
+    if (!unitRange_) return;
     lineEntry_->rangeWanted = [this](const QString& reference, const QString& first) {
         unitRange_->open(*shown(), reference, first);
         showTray(unitRange_);

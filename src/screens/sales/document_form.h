@@ -22,7 +22,9 @@ class UnitRange;
 /// Entry of one kind of document. The mode word chooses the kind; its layout says which parts the screen is made of.
 class DocumentForm : public Form {
 public:
+    /// Of the sales kind that the mode word names.
     explicit DocumentForm(Desk& desk);
+    DocumentForm(Desk& desk, const DocumentKind& kind);
     /// Shows the document of a number, unless the user keeps what is typed on another one.
     void bringUp(const QString& number);
 
@@ -34,8 +36,6 @@ private:
     using Part = DocumentLayout::Part;
     using State = RecordState::State;
     using Acts = RecordState::Acts;
-
-    DocumentForm(Desk& desk, const DocumentKind& kind);
 
     // Building, in document_form.cpp.
     QLayout* buildDocumentButtons();
@@ -73,7 +73,7 @@ private:
     void offerUnfinished();
     /// Asks about a document left empty or without amount; false when a fault kept it open.
     bool closeDocument();
-    /// The question that closing the document would put; empty when none.
+    /// The question that closing the document would put, or the news that it is dropped; empty when none.
     QString closingQuestion();
     /// False when the user keeps a header being typed.
     bool mayLeaveHeader();
@@ -83,8 +83,9 @@ private:
     /// The document in words, for questions that destroy.
     QString about(const Record& document) const;
 
-    // The renewal of a transfer note, in document_renewal.cpp.
+    // What carries a document on in another, in document_renewal.cpp.
     void startRenewal();
+    void deliverProforma();
 
     // What opens below the lines, in document_tray.cpp.
     void showTray(TrayPart* part);
@@ -119,10 +120,10 @@ private:
     HeaderEntry* header_ = nullptr;
     Grid* lines_ = nullptr;
     LineEntry* lineEntry_ = nullptr;
-    UnitRange* unitRange_ = nullptr;
+    UnitRange* unitRange_ = nullptr;   ///< none where the lines name no units
     NoteChoice* noteChoice_ = nullptr; ///< none where the kind has no integration
-    ScanEntry* scans_ = nullptr;
-    FooterEntry* footer_ = nullptr; ///< none where it has no footer
+    ScanEntry* scans_ = nullptr;       ///< likewise
+    FooterEntry* footer_ = nullptr;    ///< none where it has no footer
     QStackedWidget* tray_ = nullptr;
     QLabel* kindLabel_ = nullptr;
     QLabel* total_ = nullptr;

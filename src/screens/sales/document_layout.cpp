@@ -71,36 +71,34 @@ QList<FieldBox> saleHeader(const DocumentHeaders& h, const FieldBox& depot) {
             shown(box(h.fac_rep, "Représentant :", "txtrep", 4))};
 }
 
-QList<FieldBox> saleLine(const DocumentLines& l) {
-    return {box(l.fac_lg, "Ligne :", "txtlg"),
-            listed(l.fac_ref, "Référence :", "txtref", "Cmdref"),
-            unitBox(l),
-            box(l.fac_li1, "Désignation :", "txtli1"),
-            shown(box(l.fac_id1, "Identification :", "txtid1", 40)),
-            amount(l.fac_qte, "Quantité :", "txtqte", 8, SmallMoney),
-            amount(l.fac_px, "Prix unitaire :", "txtpx", 10, Money),
-            amount(l.fac_remx, "Remise % :", "txtremx", 6, Percent),
-            shown(amount(l.fac_pv, "Prix net :", "Txtpv", 10, SmallMoney)),
-            shown(amount(l.fac_pa, "Prix d'achat :", "txtpa", 10, Money)),
-            shown(box(l.fac_tva, "Code TVA :", "Txttva")),
-            shown(box(l.fac_tar, "Base H/T :", "txttar", 4)),
-            listed(l.fac_tip, "Remboursement :", "txttip", "Cmdtip"),
-            shown(box(l.fac_nho, "Homologation :", "txtnho", 16)),
-            shown(box(l.fac_dpr, "Péremption :", "txtdpr", 8))};
+QList<FieldBox> saleLine(const DocumentLines& l, bool hasUnits) {
+    QList<FieldBox> boxes{box(l.fac_lg, "Ligne :", "txtlg"), listed(l.fac_ref, "Référence :", "txtref", "Cmdref")};
+    if (hasUnits) boxes.append(unitBox(l));
+    boxes.append(box(l.fac_li1, "Désignation :", "txtli1"));
+    if (hasUnits) boxes.append(shown(box(l.fac_id1, "Identification :", "txtid1", 40)));
+    boxes += QList<FieldBox>{amount(l.fac_qte, "Quantité :", "txtqte", 8, SmallMoney),
+                             amount(l.fac_px, "Prix unitaire :", "txtpx", 10, Money),
+                             amount(l.fac_remx, "Remise % :", "txtremx", 6, Percent),
+                             shown(amount(l.fac_pv, "Prix net :", "Txtpv", 10, SmallMoney)),
+                             shown(amount(l.fac_pa, "Prix d'achat :", "txtpa", 10, Money)),
+                             shown(box(l.fac_tva, "Code TVA :", "Txttva")),
+                             shown(box(l.fac_tar, "Base H/T :", "txttar", 4)),
+                             listed(l.fac_tip, "Remboursement :", "txttip", "Cmdtip"),
+                             shown(box(l.fac_nho, "Homologation :", "txtnho", 16))};
+    if (hasUnits) boxes.append(shown(box(l.fac_dpr, "Péremption :", "txtdpr", 8)));
+    return boxes;
 }
 
-QList<GridColumn> saleLines(const DocumentLines& l) {
-    return {column(l.fac_lg, "Ligne", 50),
-            column(l.fac_imm, "Immatriculation", 115),
-            column(l.fac_ref, "Référence", 110),
-            column(l.fac_li1, "Désignation", 330),
-            column(l.fac_id1, "Identification", 170),
-            column(l.fac_qte, "Qté", 50),
-            column(l.fac_px, "Prix", 80, Money),
-            column(l.fac_remx, "Rem. %", 60, Percent),
-            column(l.fac_pv, "Prix net", 80, Money),
-            column(l.fac_ht, "Total HT", 90, Money),
-            column(l.fac_nbl, "BL", 70)};
+QList<GridColumn> saleLines(const DocumentLines& l, bool hasUnits) {
+    QList<GridColumn> columns{column(l.fac_lg, "Ligne", 50)};
+    if (hasUnits) columns.append(column(l.fac_imm, "Immatriculation", 115));
+    columns += QList<GridColumn>{column(l.fac_ref, "Référence", 110), column(l.fac_li1, "Désignation", 330)};
+    if (hasUnits) columns.append(column(l.fac_id1, "Identification", 170));
+    columns += QList<GridColumn>{column(l.fac_qte, "Qté", 50), column(l.fac_px, "Prix", 80, Money),
+                                 column(l.fac_remx, "Rem. %", 60, Percent), column(l.fac_pv, "Prix net", 80, Money),
+                                 column(l.fac_ht, "Total HT", 90, Money)};
+    if (hasUnits) columns.append(column(l.fac_nbl, "BL", 70));
+    return columns;
 }
 
 DocumentLayout saleLayout(const DocumentKind& kind) {
@@ -108,14 +106,15 @@ DocumentLayout saleLayout(const DocumentKind& kind) {
     const FieldBox depot = kind.isCredit ? listed(h.fac_dep, "Dépôt retour :", "txtavodep", "Cmdavodep")
                                          : listed(h.fac_dep, "Dépôt :", "txtdep", "Cmddep");
     QList<Part> parts{Part::Deletion, Part::LineChange, Part::Footer, Part::Printing};
-    if (kind.isInvoice()) parts.append(Part::Integration);
+    if (kind.hasUnits) parts.append(Part::Scans);
+    if (kind.isInvoice() && kind.hasUnits) parts.append(Part::Integration);
     return {.screen = QStringLiteral("T_gestion"),
             .parts = parts,
             .header = saleHeader(h, depot),
             .required = {&h.fac_clt},
             .depotWords = kind.isCredit ? QStringLiteral("Dépôt Retour marchandises : ") : QString(),
-            .line = saleLine(kind.lines),
-            .lines = saleLines(kind.lines),
+            .line = saleLine(kind.lines, kind.hasUnits),
+            .lines = saleLines(kind.lines, kind.hasUnits),
             .documents = {column(h.fac_no, "N°", 80), column(h.fac_datf, "Date", 100),
                           column(h.fac_pat, "Patient", 260), column(h.fac_ht, "Total HT", 100, Money),
                           column(h.fac_cpt, "État", 50)},
@@ -123,12 +122,28 @@ DocumentLayout saleLayout(const DocumentKind& kind) {
             .confirmRange = QStringLiteral("Confirmation des %1 immatriculations sélectionnées ? ")};
 }
 
+DocumentLayout proformaLayout(const DocumentKind& kind) {
+    DocumentLayout layout = saleLayout(kind);
+    layout.screen = QStringLiteral("T_gespro");
+    layout.parts.append(Part::Delivery);
+    layout.header.append(shown(box(kind.headers.fac_blv, "Bon de livraison :", "txtblv", 8)));
+    return layout;
+}
+
+DocumentLayout secondBookLayout(const DocumentKind& kind) {
+    DocumentLayout layout = saleLayout(kind);
+    layout.screen = QStringLiteral("T_ostrane");
+    if (!kind.isCredit) layout.depotWords = QStringLiteral("DEPOT INITIAL : ");
+    layout.lineMissing = QStringLiteral("Cette ligne existe pas");
+    return layout;
+}
+
 DocumentLayout transferLayout() {
     const TransferHeaders& h = strbtre;
     const DocumentLines& l = strbtrl;
     return {
         .screen = QStringLiteral("T_btrges"),
-        .parts = {Part::Renewal, Part::Printing},
+        .parts = {Part::Scans, Part::Renewal, Part::Printing},
         .header = {box(h.fac_no, "N° :", "txtno"), listed(h.fac_clt, "Client :", "txtclt", "cmdclt"),
                    box(h.fac_nom, "Nom :", "Txtnom", 26), dateBox(h.fac_datf, "Date :", "Mskdatf"),
                    listed(h.fac_depd, "Dépôt de sortie :", "txtdepd", "Cmddepd"),
@@ -154,6 +169,10 @@ DocumentLayout transferLayout() {
 
 } // namespace
 
-DocumentLayout layoutOf(const DocumentKind& kind) { return kind.isTransfer() ? transferLayout() : saleLayout(kind); }
+DocumentLayout layoutOf(const DocumentKind& kind) {
+    if (kind.isTransfer()) return transferLayout();
+    if (kind.isProforma()) return proformaLayout(kind);
+    return kind.isSecondBook() ? secondBookLayout(kind) : saleLayout(kind);
+}
 
 } // namespace molven

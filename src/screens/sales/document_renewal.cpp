@@ -1,6 +1,8 @@
-// A transfer note renewed: its units go on to another depot, on a new note.
+// A document carried on in another: a transfer note renewed for the next depot, a proforma delivered.
 
+#include "data/format.h"
 #include "sales/documents.h"
+#include "sales/proformas.h"
 #include "sales/transfer_notes.h"
 #include "screens/sales/document_form.h"
 #include "screens/sales/header_entry.h"
@@ -27,6 +29,20 @@ void DocumentForm::startRenewal() {
     header_->startNew(note[strbtre.fac_clt],
                       [this, note](const QString& code) { return transfer_notes::renewal(book_, note, code); },
                       {&strbtre.fac_depd});
+}
+
+void DocumentForm::deliverProforma() {
+    const Record document = requireDocument();
+    proformas::requireDeliverable(book_, document);
+    if (!mayLeaveTray()) return;
+    notify(QStringLiteral("Nous ne transfèrerons que les articles non suivis"));
+    const proformas::Delivered delivered = proformas::deliver(book_, document);
+    if (!delivered.keptDownPayment)
+        notify(QStringLiteral("L'acompte de %1 dépasse le bon de livraison %2 : il n'y est pas repris")
+                   .arg(format(document[table_.fac_acpt], QStringLiteral("#####0.00")),
+                        QString(delivered.note[table_.fac_no])));
+    display(delivered.proforma);
+    notify(QStringLiteral("Transfert en Bon Livraison terminé"));
 }
 
 } // namespace molven

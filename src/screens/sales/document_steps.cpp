@@ -92,8 +92,7 @@ void DocumentForm::removeDocument() {
     const Record document = requireDocument();
     const QList<Record> lines = linesRead_;
     if (!book_.kind().isDeletable) documents::requireDeletable(book_, document);
-    if (!prompt().confirm(QStringLiteral("Etes-vous sûr de vouloir supprimer ce Bon Livraison ? "), about(document)))
-        return;
+    if (!prompt().confirm(book_.kind().confirmDeletion, about(document))) return;
     documents::remove(book_, document, lines);
     touched_ = false;
     display(std::nullopt);
@@ -217,7 +216,8 @@ QString DocumentForm::closingQuestion() {
     if (!shown() || !touched_) return {};
     const auto found = stored();
     if (!found || (*found)[table_.fac_cpt] == documents::Transferred) return {};
-    if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0) return NoLine;
+    if (book_.vente.count(book_.kind().lines, documents::linesOf(book_, *found)) == 0)
+        return book_.kind().droppedWords.isEmpty() ? NoLine : book_.kind().droppedWords;
     return book_.kind().isPriced && (*found)[table_.fac_ht].isZero()
                ? QStringLiteral("Montant HT = 0 ,voulez-vous supprimer ce document ? ")
                : QString();
@@ -227,7 +227,9 @@ bool DocumentForm::closeDocument() {
     const QString question = closingQuestion();
     touched_ = false;
     if (question.isEmpty()) return true;
-    const bool dropped = prompt().confirm(question, about(*shown()));
+    const bool isDroppedAnyway = question == book_.kind().droppedWords;
+    if (isDroppedAnyway) notify(question);
+    const bool dropped = isDroppedAnyway || prompt().confirm(question, about(*shown()));
     return guarded([&] {
         if (dropped)
             documents::abandon(book_, *shown());
@@ -238,9 +240,11 @@ bool DocumentForm::closeDocument() {
 
 void DocumentForm::print() {
     const Record document = requireDocument();
-    const bool barcodes = book_.kind().isPriced && prompt().ask(QStringLiteral("Edition Code Barre? "));
-    const QString screen = reprintScreen(session().rules(), mode(), barcodes);
-    Form* opened = desk().open(screen, mode(), QStringLiteral("Édition : ") + book_.kind().shownLabel);
+    const bool barcodes =
+        book_.kind().isPriced && !book_.kind().isProforma() && prompt().ask(QStringLiteral("Edition Code Barre? "));
+    const QString words = printWords(book_.kind());
+    const QString screen = reprintScreen(session().rules(), words, barcodes);
+    Form* opened = desk().open(screen, words, QStringLiteral("Édition : ") + book_.kind().shownLabel);
     if (auto* form = dynamic_cast<PrintForm*>(opened)) form->guarded([&] { form->take(document); });
 }
 

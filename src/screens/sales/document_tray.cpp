@@ -43,7 +43,7 @@ void DocumentForm::leaveTray() {
 
 Record DocumentForm::requireLine() const {
     const auto line = lines_->current();
-    if (!line) throw Refusal(QStringLiteral("N° ligne obligatoire"), lines_->objectName());
+    if (!line) throw Refusal(layout_.lineMissing, lines_->objectName());
     return *line;
 }
 

@@ -56,7 +56,7 @@ void LineEntry::build() {
     style::nest(*layout);
     layout->addWidget(panel_);
     layout->addLayout(buttons);
-    form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
+    if (book_.kind().hasUnits) form_.onLeft(box(table_.fac_imm), [this] { takeUnit(); });
     if (!book_.kind().isPriced) return;
     form_.onLeft(box(table_.fac_tip), [this] { takeReimbursement(); });
     for (const Number* amount : {&table_.fac_qte, &table_.fac_px, &table_.fac_remx})
@@ -85,8 +85,14 @@ void LineEntry::setPickers() {
     codes_->wire([this](const Field& field) {
         if (&field == &table_.fac_ref) takeArticle();
     });
-    form_.onPick(
-        box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
+    if (!book_.kind().takesTrackedArticles)
+        codes_->list(table_.fac_ref, [this] {
+            return pick_lists::articles(book_.molven, codes_->put(table_.fac_ref, strarticle.art_ref),
+                                        strarticle.art_aig != QString(follow_up::ByUnit));
+        });
+    if (book_.kind().hasUnits)
+        form_.onPick(
+            box(table_.fac_imm), [this] { pickUnit(); }, panel_->listButton(table_.fac_imm));
     if (book_.kind().isPriced)
         form_.onPick(
             box(table_.fac_tip), [this] { pickReimbursement(); }, panel_->listButton(table_.fac_tip));
@@ -130,7 +136,10 @@ void LineEntry::takeReimbursement() {
 
 Edit* LineEntry::box(const Field& field) const { return panel_->edit(field); }
 
-QString LineEntry::typed(const Field& field) const { return box(field)->value().trimmed(); }
+QString LineEntry::typed(const Field& field) const {
+    const Edit* edit = box(field);
+    return edit ? edit->value().trimmed() : QString();
+}
 
 int LineEntry::typedNumber() const {
     const QString number = typed(table_.fac_lg);
@@ -161,7 +170,7 @@ void LineEntry::start(Purpose purpose, const Record& header) {
         articleDiscount_->put({});
     }
     validate_->setVisible(purpose != Purpose::Change);
-    range_->setVisible(purpose == Purpose::Add);
+    range_->setVisible(purpose == Purpose::Add && book_.kind().hasUnits);
     validateChange_->setVisible(purpose == Purpose::Change);
 }
 
@@ -249,7 +258,8 @@ void LineEntry::adaptBoxes() {
 
 /// An immatriculation scanned where an article was asked for.
 bool LineEntry::isUnit(const QString& typed) {
-    return !articles::find(book_.molven, typed) && units::find(book_.molven, Immatriculation::fromText(typed));
+    return book_.kind().hasUnits && !articles::find(book_.molven, typed) &&
+           units::find(book_.molven, Immatriculation::fromText(typed));
 }
 
 void LineEntry::takeArticle() {

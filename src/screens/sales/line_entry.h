@@ -49,6 +49,7 @@ private:
     void validate();
     void changeLine();
     void askRange();
+    /// Null where the kind has no such box, and nothing typed.
     Edit* box(const Field& field) const;
     QString typed(const Field& field) const;
     /// The line number typed for an added line, 0 for the one proposed.

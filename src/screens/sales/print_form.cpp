@@ -28,11 +28,11 @@ QList<CriterionBox> boxes(bool isExtract) {
     if (isExtract)
         return all + QList<CriterionBox>{{.name = Patient, .caption = QStringLiteral("&Patient :"), .characters = 30},
                                          {.name = Article,
-                                          .caption = QStringLiteral("A&rticle :"),
+                                          .caption = QStringLiteral("Ar&ticle :"),
                                           .characters = 13,
                                           .code = &codes::Article}};
     return all + QList<CriterionBox>{
-                     {.name = Copies, .caption = QStringLiteral("E&xemplaires :"), .characters = 2},
+                     {.name = Copies, .caption = QStringLiteral("Exe&mplaires :"), .characters = 2},
                      {.name = Files,
                       .caption = QStringLiteral("En PD&F :"),
                       .options = {QStringLiteral("Un seul fichier"), QStringLiteral("Un fichier par document")}}};
@@ -47,16 +47,12 @@ QList<GridColumn> columns(const DocumentKind& kind) {
     return all;
 }
 
-/// The documents that the mode word names.
-const DocumentKind& kindOf(const PrintScreen& screen, const QString& mode) {
-    const QString only = QString::fromLatin1(screen.onlyMode);
-    return documentKind(only.isEmpty() ? mode.section(u' ', 0, 0) : only);
-}
-
 } // namespace
 
 PrintForm::PrintForm(Desk& desk, const PrintScreen& screen)
-    : SelectionForm(desk, screen.name), screen_(screen), book_(session(), kindOf(screen, mode())) {
+    : SelectionForm(desk, screen.name),
+      screen_(screen),
+      book_(session(), kindOfWords(screen, mode(), session().rules())) {
     const QString title =
         screen.isExtract ? QStringLiteral("Extrait de factures") : QStringLiteral("Édition : ") + book_.kind().label;
     build({.title = title,
@@ -66,7 +62,7 @@ PrintForm::PrintForm(Desk& desk, const PrintScreen& screen)
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); }}},
            .deeds = {{QStringLiteral("Cmdvisu"), QStringLiteral("Aperç&u"), [this] { preview(); }},
                      {QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},
-                     {QStringLiteral("Cmdpdf"), QStringLiteral("&Enregistrer en PDF"), [this] { savePdf(); }},
+                     {QStringLiteral("Cmdpdf"), QStringLiteral("Enre&gistrer en PDF"), [this] { savePdf(); }},
                      {QStringLiteral("Cmdfacturx"), QStringLiteral("Factur-&X"), [this] { saveElectronic(); }}},
            .files = {{DataFile::Molven, book_.molven}},
            .size = {1080, 560}});
@@ -89,6 +85,12 @@ papers::Range PrintForm::typed() const {
     return {criteria().value(Year), criteria().value(First), criteria().value(Last), criteria().value(Client)};
 }
 
+QStringList PrintForm::criteriaTyped() const {
+    QStringList values;
+    for (const QString& box : {Year, First, Last, Client, Patient, Article}) values.append(criteria().value(box));
+    return values;
+}
+
 void PrintForm::select() {
     clearSelection();
     found_.clear();
@@ -98,14 +100,14 @@ void PrintForm::select() {
                      ? invoice_extract::select(book_, {range, criteria().value(Patient), criteria().value(Article)})
                      : papers::select(book_, range);
     });
-    asked_ = criteria().values();
+    asked_ = criteriaTyped();
     QList<Record> headers;
     for (const papers::Paper& paper : found_) headers.append(paper.header);
     showRows(headers);
 }
 
 QList<papers::Paper> PrintForm::wanted() {
-    if (found_.isEmpty() || asked_ != criteria().values()) select();
+    if (found_.isEmpty() || asked_ != criteriaTyped()) select();
     if (list().rows().filter().isEmpty()) return found_;
     const DocumentHeaders& h = book_.kind().headers;
     const auto key = [&h](const Record& header) { return header[h.fac_aa] + header[h.fac_no]; };

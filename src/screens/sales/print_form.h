@@ -16,6 +16,8 @@ public:
 
 private:
     papers::Range typed() const;
+    /// What the documents are looked for by.
+    QStringList criteriaTyped() const;
     /// Finds what is asked for, and shows it.
     void select();
     /// The documents in the list, found anew when something else is asked for by now.
@@ -32,7 +34,7 @@ private:
     const PrintScreen& screen_;
     SalesBook book_;
     QList<papers::Paper> found_;
-    QHash<QString, QString> asked_; ///< the criteria that found them
+    QStringList asked_; ///< the criteria that found them
 };
 
 } // namespace molven

@@ -1,5 +1,8 @@
 #include "screens/sales/print_screen.h"
 
+#include "electronic/factur_x.h"
+#include "electronic/invoice_of_paper.h"
+
 #include <algorithm>
 
 namespace molven {
@@ -22,6 +25,23 @@ const PrintScreen& printScreen(const QString& name) {
                          [&name](const PrintScreen& screen) { return screen.name == name; });
 }
 
-PrintScreen::Electronic electronicForm(const DocumentKind&) { return nullptr; }
+namespace {
+
+const QString SecondBook = QStringLiteral(" OSTRANE");
+
+} // namespace
+
+QString printWords(const DocumentKind& kind) { return kind.isSecondBook() ? kind.mode + SecondBook : kind.mode; }
+
+const DocumentKind& kindOfWords(const PrintScreen& screen, const QString& words, const CompanyRules& rules) {
+    const QString only = QString::fromLatin1(screen.onlyMode);
+    const QString mode = only.isEmpty() ? words.section(u' ', 0, 0) : only;
+    if (mode == u"PROFORMA") return proformaKind(rules);
+    return documentKind(mode, words.endsWith(SecondBook) ? DataFile::Ostrane : DataFile::Vente);
+}
+
+PrintScreen::Electronic electronicForm(const DocumentKind& kind) {
+    return electronic::hasElectronicForm(kind) ? electronic::saveFacturX : nullptr;
+}
 
 } // namespace molven

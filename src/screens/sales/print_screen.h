@@ -15,6 +15,11 @@ struct PrintScreen {
     bool isExtract = false;    ///< lists lines of invoices instead of printing documents
 };
 
+/// The mode word under which a print screen shows documents of a kind.
+QString printWords(const DocumentKind& kind);
+/// The kind that a mode word names: of the sales unless it says the second book.
+const DocumentKind& kindOfWords(const PrintScreen& screen, const QString& words, const CompanyRules& rules);
+
 const PrintScreen& printScreen(const QString& name);
 const QList<PrintScreen>& printScreens();
 /// How documents of a kind are saved electronically; null where they have no electronic form.

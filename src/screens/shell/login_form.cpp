@@ -51,6 +51,8 @@ LoginForm::LoginForm(Desk& desk)
 
 bool LoginForm::readCompany() {
     try {
+        for (const QString& file : startup::finishCompactions(session()))
+            notify(QStringLiteral("Le recompactage interrompu de %1 a été terminé").arg(file));
         startup::readCompany(session());
         companyRead_ = true;
     } catch (const Refusal& refusal) {

@@ -1,6 +1,7 @@
 #include "screens/shell/menu_form.h"
 
 #include "data/format.h"
+#include "dossier/upkeep.h"
 #include "sales/renumbering.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
@@ -9,10 +10,12 @@
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
 #include "ui/opened_by_menu.h"
+#include "ui/progress.h"
 #include "ui/style.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QEvent>
 #include <QFile>
 #include <QFrame>
 #include <QGridLayout>
@@ -21,6 +24,7 @@
 #include <QPixmap>
 #include <QProcess>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -129,6 +133,8 @@ void MenuForm::buildPanels() {
     numberLayout->addWidget(apply, 3, 1);
     numberLayout->addWidget(leaveNumber_, 3, 2);
 
+    buildDiskPanel();
+
     logo_ = new QLabel(this);
     logo_->setObjectName(QStringLiteral("Imglogo"));
     logo_->setAlignment(Qt::AlignCenter);
@@ -144,8 +150,28 @@ void MenuForm::buildPanels() {
     layout->addWidget(logo_);
     layout->addWidget(welcome_);
     layout->addWidget(dossiers_, 3);
-    for (QFrame* frame : {wordPanel_, bookPanel_, numberPanel_}) layout->addWidget(frame, 0, Qt::AlignHCenter);
+    for (QFrame* frame : {wordPanel_, bookPanel_, numberPanel_, diskPanel_})
+        layout->addWidget(frame, 0, Qt::AlignHCenter);
     layout->addStretch();
+}
+
+void MenuForm::buildDiskPanel() {
+    QLabel* caption = nullptr;
+    diskPanel_ = panel(QStringLiteral("Frame5"), QStringLiteral("Lettre du disque amovible, ou dossier :"), caption);
+    disk_ = new Edit(diskPanel_);
+    disk_->setObjectName(QStringLiteral("txtdisk"));
+    caption->setBuddy(disk_);
+    saved_ = new QLabel(diskPanel_);
+    saved_->setObjectName(QStringLiteral("Lblsauv"));
+    saved_->setTextFormat(Qt::PlainText);
+    auto* save = button(QStringLiteral("cmdoksauv"), QStringLiteral("Sau&vegarder"), [this] { backUp(); });
+    leaveDisk_ = leaveButton(QStringLiteral("Cmdnonsauv"), QStringLiteral("&Fermer"), [this] { diskPanel_->hide(); });
+    connect(disk_, &QLineEdit::returnPressed, save, &QPushButton::click);
+    auto* layout = static_cast<QGridLayout*>(diskPanel_->layout());
+    layout->addWidget(disk_, 1, 0);
+    layout->addWidget(save, 1, 1);
+    layout->addWidget(leaveDisk_, 1, 2);
+    layout->addWidget(saved_, 2, 0, 1, 3);
 }
 
 void MenuForm::chooseDossier() {
@@ -175,8 +201,18 @@ void MenuForm::enterDossier() {
     });
 }
 
+/// Others see that this workstation works in the folders of the dossier.
+void MenuForm::enterFolders() {
+    QStringList folders{session().chemin_base, session().chemin_util};
+    if (session().rules().isSecondSite()) folders.append(session().chemin_gv);
+    presence_ = std::make_unique<Presence>(folders, Presence::Kind::Working);
+}
+
 void MenuForm::openDossier() {
+    for (const QString& file : startup::finishCompactions(session()))
+        notify(QStringLiteral("Le recompactage interrompu de %1 a été terminé").arg(file));
     startup::openDossier(session());
+    enterFolders();
     showLogo(session().spe_cod);
     applyCompanySwitches();
     const QString currency =
@@ -212,9 +248,7 @@ QString MenuForm::whyIdle(const MenuEntry& entry) {
     const bool isScreen = entry.action == MenuAction::Screen || entry.action == MenuAction::InvoiceChoice;
     const bool isReprint = entry.action == MenuAction::Reprint;
     const QString target = isScreen ? entry.target : isReprint ? reprintScreen(rules, entry.mode, false) : entry.name;
-    const bool opensScreen =
-        isScreen || isReprint || entry.action == MenuAction::Compaction || entry.action == MenuAction::Backup;
-    if (!opensScreen || desk().isBuilt(target, entry.mode)) return {};
+    if (!(isScreen || isReprint) || desk().isBuilt(target, entry.mode)) return {};
     return QStringLiteral("Pas encore disponible dans cette version");
 }
 
@@ -249,8 +283,10 @@ void MenuForm::act(const MenuEntry& entry) {
         startRenumbering(entry);
         break;
     case MenuAction::Compaction:
+        compact();
+        break;
     case MenuAction::Backup:
-        desk().open(entry.name, {}, entry.caption);
+        askDisk();
         break;
     case MenuAction::Quit:
         close();
@@ -311,6 +347,46 @@ void MenuForm::renumber() {
     notify(QStringLiteral("traitement terminé"));
 }
 
+void MenuForm::askDisk() {
+    upkeep::requireBackupHere(session());
+    saved_->clear();
+    diskPanel_->show();
+    disk_->setFocus();
+}
+
+void MenuForm::backUp() {
+    saved_->clear();
+    const QString target = upkeep::backupTarget(session(), disk_->text());
+    prompt().tell(QStringLiteral("ATTENTION LES AUTRES POSTES DOIVENT ETRE FERMES -- inserer le disque amovible"), {},
+                  Icon::Warning);
+    const upkeep::Saved saved =
+        upkeep::backUp(session(), target, progress(*this, QStringLiteral("Sauvegarde des fichiers")));
+    const QString size = format(Decimal(static_cast<long long>(saved.bytes / 1024)), QStringLiteral("### ### ##0"));
+    saved_->setText(
+        QStringLiteral("%1, %2 Ko : copie vérifiée").arg(counted(saved.files.size(), QStringLiteral("fichier")), size));
+    saved_->setToolTip(saved.files.join(u'\n'));
+}
+
+/// Closes the other windows, whose files are to be rewritten; false when the user keeps one.
+bool MenuForm::closeOthers() {
+    for (Form* form : desk().windows())
+        if (form != this && form->isVisible() && !form->close()) return false;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // they hold their files until they are gone
+    return true;
+}
+
+void MenuForm::compact() {
+    if (!prompt().ask(
+            QStringLiteral("Il est conseillé de faire une sauvegarde avant un recompactage. Voulez-vous continuer ? ")))
+        return;
+    if (!closeOthers()) return;
+    notify(QStringLiteral("Début Recompactage"));
+    presence_.reset();
+    const auto back = qScopeGuard([this] { guarded([this] { enterFolders(); }); });
+    upkeep::compact(session(), progress(*this, QStringLiteral("Recompactage des fichiers")));
+    notify(QStringLiteral("Recompactage terminé"));
+}
+
 /// Escape leaves what stands open in the window; the program is left by its menu entry and by closing the window.
 void MenuForm::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape) return Form::keyPressEvent(event);
@@ -321,6 +397,8 @@ void MenuForm::keyPressEvent(QKeyEvent* event) {
         leaveBook_->click();
     } else if (numberPanel_->isVisible()) {
         leaveNumber_->click();
+    } else if (diskPanel_->isVisible()) {
+        leaveDisk_->click();
     } else if (dossiers_->isVisible()) {
         close();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/presence.h"
 #include "shell/menu_tree.h"
 #include "ui/form.h"
 
@@ -27,6 +28,7 @@ protected:
 private:
     void buildMenu();
     void buildPanels();
+    void buildDiskPanel();
     QFrame* panel(const QString& name, const QString& caption, QLabel*& captionLabel);
 
     void chooseDossier();
@@ -44,12 +46,22 @@ private:
     void askBook(const MenuEntry& entry);
     void startRenumbering(const MenuEntry& entry);
     void renumber();
+    void askDisk();
+    void backUp();
+    void compact();
+    bool closeOthers();
+    void enterFolders();
 
     QMenuBar* bar_;
     QList<QAction*> topLevel_;
     Grid* dossiers_;
     QFrame* wordPanel_;
     Edit* word_;
+    QFrame* diskPanel_;
+    Edit* disk_;
+    QLabel* saved_;
+    QPushButton* leaveDisk_;
+    std::unique_ptr<Presence> presence_; ///< in the folders of the open dossier
     QFrame* bookPanel_;
     QLabel* bookCaption_;
     QPushButton* salesBook_;

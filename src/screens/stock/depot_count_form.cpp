@@ -59,9 +59,9 @@ QList<GridColumn> columns(const std::function<CellMark(const Record&)>& expiryMa
             {&Row.lig_con, QStringLiteral("Constat"), 105, {}, verdictMark},
             {&Row.lig_imm, QStringLiteral("Immatriculation"), 110},
             {&Row.lig_ref, QStringLiteral("Référence"), 100},
-            {&Row.lig_lib, QStringLiteral("Désignation"), 260},
+            {&Row.lig_lib, QStringLiteral("Désignation"), 210},
             {&Row.lig_lot, QStringLiteral("Lot"), 90},
-            {&Row.lig_ser, QStringLiteral("N° de série"), 120},
+            {&Row.lig_ser, QStringLiteral("N° de série"), 105},
             {&Row.lig_per, QStringLiteral("Péremption"), 100, {}, expiryMark},
             {&Row.lig_lec, QStringLiteral("Lectures"), 70, QStringLiteral("###0")},
             {&Row.lig_sit, QStringLiteral("Situation"), 240}};
@@ -181,6 +181,7 @@ QLayout* DepotCountForm::buildButtons() {
     tickAll_ = button(QStringLiteral("Cmdtout"), QStringLiteral("T&out cocher"), [this] { tickAll(); });
     close_ = button(QStringLiteral("cmdcloture"), QStringLiteral("Clôtu&rer"), [this] { settleOrClose(); });
     auto* printButton = button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); });
+    again_ = button(QStringLiteral("Cmdnouveau"), QStringLiteral("No&uveau"), [this] { openDepot(); });
     auto* others = button(QStringLiteral("Cmdliste"), QStringLiteral("I&nventaires"), [this] { chooseCount(); });
     drop_ = button(QStringLiteral("Cmdabandon"), QStringLiteral("Abandonn&er"), [this] { drop(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
@@ -188,7 +189,7 @@ QLayout* DepotCountForm::buildButtons() {
     row->addWidget(state_, 1);
     row->addWidget(captionOf(QStringLiteral("P&atient livré :"), patient_, this));
     row->addWidget(patient_);
-    for (QPushButton* made : {tickAll_, close_, printButton, others, drop_, quit}) row->addWidget(made);
+    for (QPushButton* made : {tickAll_, close_, printButton, again_, others, drop_, quit}) row->addWidget(made);
     return row;
 }
 
@@ -416,6 +417,7 @@ void DepotCountForm::showCount() {
     const bool isOpen = count_ && !isClosed && count_->isBegun();
     allow(takeBack_, isOpen, QStringLiteral("Aucune lecture d'un inventaire en cours"));
     allow(drop_, isOpen, QStringLiteral("Aucun inventaire en cours"));
+    again_->setVisible(isClosed);
     allow(tickAll_, isClosed, QStringLiteral("Clôturez d'abord l'inventaire"));
     patient_->setEditable(isClosed);
     for (const Field* field : QList<const Field*>{&strinvdep.inv_clt, &strinvdep.inv_par, &strinvdep.inv_moi})

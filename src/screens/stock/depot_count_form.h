@@ -67,6 +67,7 @@ private:
     QComboBox* view_ = nullptr;
     Grid* grid_ = nullptr;
     QPushButton* takeBack_ = nullptr;
+    QPushButton* again_ = nullptr; ///< a new count of the depot whose last one is closed
     QPushButton* tickAll_ = nullptr;
     QPushButton* close_ = nullptr;
     QPushButton* drop_ = nullptr;

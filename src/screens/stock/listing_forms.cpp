@@ -247,6 +247,7 @@ QList<CriterionBox> stockBoxes() {
 StockListForm::StockListForm(Desk& desk)
     : SelectionForm(desk, QStringLiteral("T_stkedt")),
       molven_(workspace_.open(session().molven())),
+      historic_(workspace_.open(session().historic())),
       compta_(workspace_.open(session().path(DataFile::Compta))) {
     build({.title = QStringLiteral("Inventaire"),
            .criteria = stockBoxes(),
@@ -299,7 +300,7 @@ void StockListForm::listArticlesAt() {
     const auto finished = qScopeGuard([this] { step_->setText(QStringLiteral("TRAITEMENT TERMINE")); });
     QList<Record> found;
     patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date,
-              [&] { found = stock_listing::articlesAt(molven_, asked, sortKey(date)); });
+              [&] { found = stock_listing::articlesAt({molven_, historic_}, asked, sortKey(date)); });
     showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
 }
 

@@ -50,7 +50,7 @@ private:
     QString asked() const;
 
     Workspace workspace_;
-    Database molven_, compta_;
+    Database molven_, historic_, compta_;
     QLabel* step_ = nullptr;
     QString title_; ///< of what is listed
     QList<Record> articles_;

@@ -57,7 +57,8 @@ QList<GridColumn> columns() {
 PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
     : SelectionForm(desk, name),
       molven_(workspace_.open(session().molven())),
-      units_(workspace_.open(session().path(units))),
+      units_(units == DataFile::Virtuel ? patient_enquiry::Files{workspace_.open(session().path(units))}
+                                        : patient_enquiry::Files{molven_, workspace_.open(session().historic())}),
       tri_(workspace_.open(session().tri())),
       isVirtual_(units == DataFile::Virtuel) {
     build({.title = isVirtual_ ? QStringLiteral("Tracabilité des produits(posés) virtuels")
@@ -73,7 +74,7 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
            .size = {1180, 700}});
     for (const char* box : {"DEBIMM", "FINIMM"})
         picker(QString::fromLatin1(box), strproduit.imm_art, [this](const pick_lists::Chosen& chosen) {
-            return pick_lists::units(units_, QStringLiteral("LES IMMATRICULATIONS"), {}, chosen);
+            return pick_lists::units(units_.units, QStringLiteral("LES IMMATRICULATIONS"), {}, chosen);
         });
 }
 

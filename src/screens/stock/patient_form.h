@@ -23,7 +23,9 @@ private:
     void makeLabels();
 
     Workspace workspace_;
-    Database molven_, units_, tri_;
+    Database molven_;
+    const patient_enquiry::Files units_;
+    Database tri_;
     const bool isVirtual_;
     PatientEnquiry enquiry_; ///< whose units are shown
 };

@@ -1,0 +1,71 @@
+#include "app/ctl/command.h"
+
+#include "data/errors.h"
+#include "data/format.h"
+#include "dossier/upkeep.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+
+namespace molven::ctl {
+
+namespace {
+
+const QString Kept = QStringLiteral("garder");
+
+QString sizeOf(qint64 bytes) {
+    return format(Decimal(static_cast<long long>(bytes / 1024)), QStringLiteral("### ### ##0")) + QStringLiteral(" Ko");
+}
+
+bool sayVerified(const QList<upkeep::Verified>& all) {
+    bool areSound = true;
+    for (const upkeep::Verified& one : all) {
+        for (const QString& fault : one.faults) say(QStringLiteral("%1 : %2").arg(one.folder, fault));
+        if (one.faults.isEmpty())
+            say(QStringLiteral("%1 : %2, %3, sauvegarde saine")
+                    .arg(QDir::toNativeSeparators(one.folder), counted(one.files, QStringLiteral("fichier")),
+                         sizeOf(one.bytes)));
+        areSound = areSound && one.faults.isEmpty();
+    }
+    return areSound;
+}
+
+int backUp(const QCommandLineParser& parser, const QStringList& arguments) {
+    bool isNumber = true;
+    const int kept = parser.isSet(Kept) ? parser.value(Kept).toInt(&isNumber) : 0;
+    if (!isNumber || (parser.isSet(Kept) && kept < 1))
+        throw Refusal(QStringLiteral("Le nombre de sauvegardes à garder est incorrect : %1").arg(parser.value(Kept)));
+    const Session session = sessionOf(parser, arguments[0]);
+    const QString folder = upkeep::addGeneration(session, QDir(arguments[1]).absolutePath(), kept, {});
+    say(QStringLiteral("sauvegarde : ") + QDir::toNativeSeparators(folder));
+    return sayVerified(upkeep::verify(folder)) ? 0 : 1;
+}
+
+int verify(const QCommandLineParser&, const QStringList& arguments) {
+    return sayVerified(upkeep::verify(arguments[0])) ? 0 : 1;
+}
+
+} // namespace
+
+Command backupCommand() {
+    return {QStringLiteral("sauvegarde"),
+            QStringLiteral("ajoute à CIBLE une sauvegarde datée et vérifiée du dossier"),
+            QStringLiteral("DIR CIBLE"),
+            [](QCommandLineParser& parser) {
+                parser.addOption(dossierOption());
+                parser.addOption({Kept, QStringLiteral("ne garde que les N dernières"), QStringLiteral("N")});
+            },
+            backUp,
+            2};
+}
+
+Command verifyCommand() {
+    return {QStringLiteral("verifier"),
+            QStringLiteral("relit en entier une sauvegarde, ou chacune d'un dossier de sauvegardes"),
+            QStringLiteral("CIBLE"),
+            [](QCommandLineParser&) {},
+            verify,
+            1};
+}
+
+} // namespace molven::ctl

@@ -1,0 +1,72 @@
+#include "app/ctl/command.h"
+
+#include "dossier/check.h"
+#include "dossier/conversion.h"
+
+#include <QCommandLineParser>
+#include <QMap>
+
+namespace molven::ctl {
+
+namespace {
+
+const QString Societies = QStringLiteral("societe");
+
+void sayTables(const conversion::Outcome& outcome) {
+    for (const conversion::Converted& table : outcome.tables) {
+        say(QStringLiteral("%1 %2 : %3 annoncés, %4 lus, %5 repris%6")
+                .arg(table.file, table.table)
+                .arg(table.announced)
+                .arg(table.read)
+                .arg(table.stored)
+                .arg(table.differing.isEmpty() ? QStringLiteral(", sommes égales") : QString()));
+        for (const QString& sum : table.differing) say(QStringLiteral("  somme différente, ") + sum);
+    }
+    for (const QString& notice : outcome.notices) say(QStringLiteral("à savoir : ") + notice);
+}
+
+/// What the control finds, by kind: the first of each, how many there are, and what to do about them.
+void sayFaults(const QList<check::Fault>& faults) {
+    QMap<QString, QList<check::Fault>> kinds;
+    for (const check::Fault& fault : faults) kinds[fault.kind->name].append(fault);
+    for (auto kind = kinds.begin(); kind != kinds.end(); ++kind) {
+        const check::Fault& first = kind->first();
+        say(QStringLiteral("contrôle, %1 : %2, dont %3 %4 : %5 ; à faire : %6")
+                .arg(kind.key())
+                .arg(kind->size())
+                .arg(first.file, first.subject, first.text, first.kind->remedy));
+    }
+    say(faults.isEmpty() ? QStringLiteral("dossier sain")
+                         : QStringLiteral("défauts : %1 ; le détail par molvenctl check").arg(faults.size()));
+}
+
+int convert(const QCommandLineParser& parser, const QStringList& arguments) {
+    int told = -1;
+    const auto outcome =
+        conversion::convert(arguments[0], arguments[1], parser.isSet(Societies), [&told](int done, int total) {
+            if (const int tenth = done * 10 / std::max(total, 1); tenth != told)
+                complain(QStringLiteral("... %1 sur %2").arg(done).arg(total)), told = tenth;
+            return true;
+        });
+    sayTables(outcome);
+    const QList<check::Fault> faults = check::run(outcome.session);
+    sayFaults(faults);
+    const bool isWhole = std::all_of(outcome.tables.begin(), outcome.tables.end(),
+                                     [](const conversion::Converted& table) { return table.isWhole(); });
+    return isWhole && faults.isEmpty() ? 0 : 1;
+}
+
+} // namespace
+
+Command convertCommand() {
+    return {QStringLiteral("convertir"),
+            QStringLiteral("fait un dossier d'un dossier de bases Jet, qui n'est que lu"),
+            QStringLiteral("SOURCE CIBLE"),
+            [](QCommandLineParser& parser) {
+                parser.addOption({Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")});
+            },
+            convert,
+            2};
+}
+
+} // namespace molven::ctl

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "data/progress.h"
+#include "shell/session.h"
+
+#include <QList>
+#include <QStringList>
+
+/// Dossiers kept in Jet files until now.
+namespace molven::conversion {
+
+/// What became of a table.
+struct Converted {
+    QString file, table;
+    qint64 announced = 0, read = 0, stored = 0; ///< records the file says it has, that could be read, that are here now
+    QStringList differing;                      ///< numbers whose sums are not the same on both sides, in words
+
+    bool isWhole() const { return announced == read && read == stored && differing.isEmpty(); }
+};
+
+struct Outcome {
+    Session session; ///< of the dossier made
+    QList<Converted> tables;
+    QStringList notices; ///< what was not taken, or not as it was, one French line each
+};
+
+/// Makes a dossier of a folder of Jet files, in a new installation or, with `addToSocieties`, as one more of an
+/// installation. Every table and field that the catalogue knows is taken; what it does not know is told, and a damaged
+/// file does not keep the others back. The source is only read. Whole or not at all. Throws Refusal where there is no
+/// dossier to convert or the target holds one already, DataError.
+Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress);
+
+} // namespace molven::conversion

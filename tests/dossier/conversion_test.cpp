@@ -1,0 +1,81 @@
+#include "support/dossier.h"
+
+#include "dossier/check.h"
+#include "dossier/conversion.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace molven {
+
+namespace {
+
+const QString Source = QStringLiteral(MOLVEN_SOURCES "/tests/data/jet");
+
+QList<QStringList> stated() {
+    QFile file(Source + QStringLiteral("/contents.tsv"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QList<QStringList> lines;
+    for (const QByteArray& line : file.readAll().split('\n'))
+        if (!line.isEmpty()) lines.append(QString::fromUtf8(line).split(u'\t'));
+    return lines;
+}
+
+} // namespace
+
+TEST(Conversions, HoldWhatTheSourceHolds) {
+    QTemporaryDir folder;
+    const auto outcome = conversion::convert(Source, folder.filePath(QStringLiteral("dossier")), false, {});
+    for (const conversion::Converted& table : outcome.tables)
+        EXPECT_TRUE(table.isWhole()) << (table.file + u' ' + table.table).toStdString();
+    int compared = 0;
+    for (const QStringList& line : stated()) {
+        if (!QFile::exists(Source + u'/' + line[0])) continue;
+        Workspace workspace;
+        Database file = workspace.open(outcome.session.chemin_base + line[0]);
+        EXPECT_EQ(file.firstValue(QStringLiteral("select count(*) from ") + line[1]), line[2]) << line[1].toStdString();
+        for (const QString& sum : line.mid(3)) {
+            const Decimal found = Decimal::fromText(
+                file.firstValue(QStringLiteral("select sum(%1) from %2").arg(sum.section(u'=', 0, 0), line[1])));
+            EXPECT_EQ(found.rounded(4), Decimal::fromText(sum.section(u'=', 1))) << sum.toStdString();
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 50);
+    Workspace workspace;
+    Database molven = workspace.open(outcome.session.molven()), vente = workspace.open(outcome.session.vente());
+    EXPECT_EQ(outcome.session.spe_nom, QStringLiteral("DISTRIBUTION DEMONSTRATION"));
+    EXPECT_EQ(vente.count(strbtre, strbtre.fac_nom == QStringLiteral("HÔPITAL PRIVÉ DE L'OUEST TOULOUSE")), 1);
+    EXPECT_EQ(molven.count(strproduit, strproduit.reg_pat == QString()),
+              300 - molven.count(strproduit, strproduit.reg_pat != QString()));
+}
+
+TEST(Conversions, NameADamagedFileAndTakeTheOthers) {
+    QTemporaryDir folder;
+    const QString source = folder.filePath(QStringLiteral("source"));
+    QDir().mkpath(source);
+    for (const QString& name : QDir(Source).entryList({QStringLiteral("*.mdb")}, QDir::Files))
+        QFile::copy(Source + u'/' + name, source + u'/' + name);
+    const auto write = [&source](const char* name, const QByteArray& bytes) {
+        QFile file(source + u'/' + QString::fromLatin1(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    write("gencode.mdb", "rien d'une base");
+    QFile half(Source + QStringLiteral("/vente.mdb"));
+    ASSERT_TRUE(half.open(QIODevice::ReadOnly));
+    write("vente.mdb", half.read(half.size() / 2));
+    const auto outcome = conversion::convert(source, folder.filePath(QStringLiteral("dossier")), false, {});
+    EXPECT_TRUE(outcome.notices.join(u'\n').contains(QStringLiteral("gencode.mdb : ")));
+    bool isShort = false;
+    for (const conversion::Converted& table : outcome.tables) isShort = isShort || table.read < table.announced;
+    EXPECT_TRUE(isShort || outcome.notices.join(u'\n').contains(QStringLiteral("vente.mdb")));
+    Workspace workspace;
+    EXPECT_EQ(workspace.open(outcome.session.molven()).count(strproduit), 300);
+    // A target that holds something stays as it is.
+    EXPECT_NE(
+        test::refusalOf([&] { conversion::convert(source, folder.filePath(QStringLiteral("dossier")), false, {}); }),
+        QStringLiteral("(accepté)"));
+}
+
+} // namespace molven
