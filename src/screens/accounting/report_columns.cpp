@@ -65,7 +65,7 @@ const QList<GridColumn>& lines() {
     static const auto& s = statd;
     static const QList<GridColumn> columns{{&s.sta_no, QStringLiteral("N° facture"), 75},
                                            {&s.sta_lg, QStringLiteral("Ligne"), 45},
-                                           {&s.sta_datf, QStringLiteral("Date"), 75},
+                                           {&s.sta_datf, QStringLiteral("Date"), 85, DayPattern},
                                            {&s.sta_clt, QStringLiteral("Client"), 65},
                                            {&s.sta_nom, QStringLiteral("Nom"), 160},
                                            {&s.sta_ref, QStringLiteral("Article"), 95},

@@ -227,7 +227,7 @@ void StatisticsForm::showLines() {
     const QStringList path = path_;
     const qint64 count = report_->lines(path).count();
     showRows([this, path](const Criterion& filter, const Order& order) { return report_->lines(path, filter, order); },
-             pathWords() + counted(count, QStringLiteral("ligne de facture")));
+             pathWords() + counted(count, QStringLiteral("ligne")) + QStringLiteral(" de facture"));
 }
 
 /// A group opens what it is made of, a line its document.
@@ -293,8 +293,7 @@ void StatisticsForm::drawMonths() {
         for (QDate at = QDate::fromString(period.from.left(6), QStringLiteral("yyyyMM")); at <= last;
              at = at.addMonths(1)) {
             amounts.push_back(byMonth[at.toString(QStringLiteral("yyyyMM"))]);
-            names.append(
-                at.toString(at.month() == 1 || names.isEmpty() ? QStringLiteral("MM/yy") : QStringLiteral("MM")));
+            names.append(at.toString(QStringLiteral("MM")));
         }
         return amounts;
     };
@@ -309,10 +308,15 @@ void StatisticsForm::drawMonths() {
     line_->showLines(QStringLiteral("C.A. net par mois"), names, series);
 }
 
+/// The whole report, whatever group the list was opened at.
 void StatisticsForm::print() {
     Report paper = report_columns::paper(report(), sorting());
+    const QStringList path = std::exchange(path_, {});
+    drawCharts(report().level({}, sorting()));
     if (!report().kind().isByMonth()) paper.picture(bars_->picture());
     paper.picture(line_->picture());
+    path_ = path;
+    showLevel();
     desk().print(paper);
 }
 
