@@ -19,15 +19,16 @@ const QString Amount = QStringLiteral("# ### ##0.00"), Quantity = QStringLiteral
 /// What stands beside every group.
 QList<GridColumn> figureColumns(const SalesReport& report) {
     const auto& s = strstat;
-    QList<GridColumn> columns{
-        {&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity}, {&s.sta_brut, QStringLiteral("C.A. brut"), 100, Amount},
-        {&s.sta_net, QStringLiteral("C.A. net"), 100, Amount},  {&s.sta_achat, QStringLiteral("Achat"), 100, Amount},
-        {&s.sta_marge, QStringLiteral("Marge"), 100, Amount},   {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
-        {&s.sta_part, QStringLiteral("Part %"), 60, Percent}};
-    if (report.query().compared) {
-        columns.append({&s.sta_net2, QStringLiteral("C.A. comparé"), 100, Amount});
-        columns.append({&s.sta_evol, QStringLiteral("Évolution %"), 80, Percent});
-    }
+    const QList<GridColumn> compared{{&s.sta_net2, QStringLiteral("C.A. comparé"), 95, Amount},
+                                     {&s.sta_evol, QStringLiteral("Évolution %"), 80, Percent}};
+    QList<GridColumn> columns{{&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity},
+                              {&s.sta_net, QStringLiteral("C.A. net"), 95, Amount}};
+    if (report.query().compared) columns += compared;
+    columns += QList<GridColumn>{{&s.sta_part, QStringLiteral("Part %"), 60, Percent},
+                                 {&s.sta_marge, QStringLiteral("Marge"), 95, Amount},
+                                 {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
+                                 {&s.sta_achat, QStringLiteral("Achat"), 95, Amount},
+                                 {&s.sta_brut, QStringLiteral("C.A. brut"), 95, Amount}};
     return columns;
 }
 
@@ -64,7 +65,7 @@ const QList<GridColumn>& lines() {
     static const auto& s = statd;
     static const QList<GridColumn> columns{{&s.sta_no, QStringLiteral("N° facture"), 75},
                                            {&s.sta_lg, QStringLiteral("Ligne"), 45},
-                                           {&s.sta_datf, QStringLiteral("Date"), 75},
+                                           {&s.sta_datf, QStringLiteral("Date"), 85, DayPattern},
                                            {&s.sta_clt, QStringLiteral("Client"), 65},
                                            {&s.sta_nom, QStringLiteral("Nom"), 160},
                                            {&s.sta_ref, QStringLiteral("Article"), 95},
