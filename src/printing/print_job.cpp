@@ -107,11 +107,17 @@ void PrintJob::paint(QPainter& painter, int page) const {
         const PrintedPicture& one = pictures_[i];
         painter.drawImage(QRectF(one.x, one.y, one.width, one.height), one.image);
     }
+    std::optional<QFont> current; // a page has few fonts, and measuring one takes longer than printing with it
+    double ascent = 0;
     for (const qsizetype i : shown.pieces) {
         const PrintedText& piece = pieces_[i];
-        const QFont font = inTwips(piece.font);
-        painter.setFont(font);
-        double baseline = piece.y + QFontMetricsF(font).ascent();
+        if (current != piece.font) {
+            current = piece.font;
+            const QFont font = inTwips(piece.font);
+            painter.setFont(font);
+            ascent = QFontMetricsF(font).ascent();
+        }
+        double baseline = piece.y + ascent;
         for (const QString& line : piece.lines.isEmpty() ? QStringList{piece.text} : piece.lines) {
             painter.drawText(QPointF(piece.x, baseline), line);
             baseline += piece.lineStep;
