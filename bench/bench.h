@@ -31,6 +31,7 @@ void registerReference();
 void registerEnquiries();
 void registerScreens();
 void registerPapers();
+void registerAccounting();
 /// They change units: to be run last.
 void registerDepots();
 void registerStock();

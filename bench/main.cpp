@@ -131,6 +131,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerEnquiries();
     molven::bench::registerScreens();
     molven::bench::registerPapers();
+    molven::bench::registerAccounting();
     molven::bench::registerDepots();
     molven::bench::registerStock();
     molven::bench::registerUpkeep();

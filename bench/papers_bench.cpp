@@ -1,6 +1,9 @@
 #include "bench.h"
 #include "dossier.h"
 
+#include "electronic/factur_x.h"
+#include "reference/party_tables.h"
+#include "reference/seller.h"
 #include "sales/documents.h"
 #include "sales/papers.h"
 
@@ -48,6 +51,7 @@ void writeInvoices(Database vente) {
         header[strface.fac_nom] = QStringLiteral("CENTRE HOSPITALIER");
         header[strface.fac_datf] = QStringLiteral("05/03/2026");
         header[strface.fac_mode] = QStringLiteral("FAC");
+        header[strface.fac_mon] = QStringLiteral("EUR");
         header[strface.fac_pat] = QStringLiteral("PATIENT %1").arg(i);
         header[strface.fac_ht] = Decimal(449 * Lines);
         for (const Number* total : {&strface.fac_ttc, &strface.fac_ffa}) header[*total] = Decimal(4737);
@@ -67,35 +71,67 @@ void pagesByRule(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(jobOf(book).pdf());
 }
 
-/// The same texts and lines at the same places, without a reading and a layout of them.
+/// The texts and lines of a job at their places, without a reading and a layout of them.
+QByteArray bare(const PrintJob& job) {
+    QByteArray bytes;
+    QBuffer file(&bytes);
+    file.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&file);
+    writer.setPageLayout(job.pageLayout());
+    writer.setResolution(TwipsPerInch);
+    QPainter painter(&writer);
+    qsizetype piece = 0, bar = 0;
+    for (int page = 0; page < job.pages(); ++page) {
+        if (page > 0) writer.newPage();
+        for (; bar < job.bars().size() && job.bars()[bar].page == page; ++bar) {
+            const PrintedBar& one = job.bars()[bar];
+            painter.fillRect(one.x, one.y, one.width, one.height, one.color);
+        }
+        for (; piece < job.pieces().size() && job.pieces()[piece].page == page; ++piece) {
+            const PrintedText& one = job.pieces()[piece];
+            painter.setFont(one.font);
+            painter.drawText(one.x, one.y + 20 * one.font.pointSize(), one.text);
+        }
+    }
+    painter.end();
+    return bytes;
+}
+
 void pagesBare(benchmark::State& state) {
     SalesBook book(session(), documentKind(QStringLiteral("FAC")));
     writeInvoices(book.vente);
     const PrintJob job = jobOf(book);
-    for (auto _ : state) {
-        QByteArray bytes;
-        QBuffer file(&bytes);
-        file.open(QIODevice::WriteOnly);
-        QPdfWriter writer(&file);
-        writer.setPageLayout(job.pageLayout());
-        writer.setResolution(TwipsPerInch);
-        QPainter painter(&writer);
-        qsizetype piece = 0, bar = 0;
-        for (int page = 0; page < job.pages(); ++page) {
-            if (page > 0) writer.newPage();
-            for (; bar < job.bars().size() && job.bars()[bar].page == page; ++bar) {
-                const PrintedBar& one = job.bars()[bar];
-                painter.fillRect(one.x, one.y, one.width, one.height, one.color);
-            }
-            for (; piece < job.pieces().size() && job.pieces()[piece].page == page; ++piece) {
-                const PrintedText& one = job.pieces()[piece];
-                painter.setFont(one.font);
-                painter.drawText(one.x, one.y + 20 * one.font.pointSize(), one.text);
-            }
-        }
-        painter.end();
-        benchmark::DoNotOptimize(bytes);
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(bare(job));
+}
+
+/// The invoices, sold by and to who has the numbers that an electronic invoice bears.
+QList<papers::Paper> electronicInvoices(SalesBook& book) {
+    writeInvoices(book.vente);
+    book.vente.update(strface, {{strface.fac_mon, QStringLiteral("EUR")}}, strface.fac_no >= QStringLiteral("900000"));
+    book.molven.update(strclient, {{strclient.clt_nic, QStringLiteral("89000014400018")}}, strclient.clt_cod == Client);
+    const Record before = seller::read(book.molven);
+    Record identity = before;
+    identity[stremetteur.emt_siret] = QStringLiteral("89812345000014");
+    identity[stremetteur.emt_tva] = QStringLiteral("FR04898123450");
+    identity[stremetteur.emt_vil] = QStringLiteral("LYON");
+    seller::save(book.molven, identity, before);
+    return papers::select(book, {{}, QStringLiteral("900000"), {}, {}});
+}
+
+void electronicByRule(benchmark::State& state) {
+    SalesBook book(session(), documentKind(QStringLiteral("FAC")));
+    const auto papers = electronicInvoices(book);
+    for (auto _ : state)
+        for (const papers::Paper& paper : papers) benchmark::DoNotOptimize(electronic::facturX(book, paper));
+}
+
+/// The pages alone, a file each.
+void electronicBare(benchmark::State& state) {
+    SalesBook book(session(), documentKind(QStringLiteral("FAC")));
+    QList<PrintJob> jobs;
+    for (const papers::Paper& paper : electronicInvoices(book)) jobs.append(papers::print(book, {paper}, {}, {}));
+    for (auto _ : state)
+        for (const PrintJob& job : jobs) benchmark::DoNotOptimize(bare(job));
 }
 
 } // namespace
@@ -103,6 +139,8 @@ void pagesBare(benchmark::State& state) {
 void registerPapers() {
     add("1000_invoices_to_pdf/molven", pagesByRule, 1);
     add("1000_invoices_to_pdf/bare", pagesBare, 1);
+    add("1000_invoices_to_facturx/molven", electronicByRule, 1);
+    add("1000_invoices_to_facturx/bare", electronicBare, 1);
 }
 
 } // namespace molven::bench

@@ -29,8 +29,19 @@ QHash<QString, Decimal> rates(Database molven) {
 }
 
 Line lineOf(const Record& sale, const Decimal& rate) {
-    const Decimal commission = (sale[statd.sta_net] * rate / Decimal(100)).floored(2);
-    return {sale, rate, commission, commission * Decimal(vatRate(sale[statd.sta_tva])) / Decimal(1000)};
+    const auto& s = statd;
+    const Decimal net = sale[s.sta_net], commission = (net * rate / Decimal(100)).floored(2);
+    const QString vatClass = sale[s.sta_tva];
+    return {sale[s.sta_no],
+            sale[s.sta_datf],
+            sale[s.sta_ref],
+            sale[s.sta_li1],
+            vatClass,
+            sale[s.sta_qte],
+            net,
+            rate,
+            commission,
+            commission * Decimal(vatRate(vatClass)) / Decimal(1000)};
 }
 
 } // namespace
@@ -44,7 +55,7 @@ QList<Statement> statements(Database tri, Database molven, const QString& first,
     const QString start = first.trimmed().isEmpty() ? QStringLiteral("000") : padded(first, s.sta_rep.size);
     const QString end = last.trimmed().isEmpty() ? QStringLiteral("999") : padded(last, s.sta_rep.size);
     const Recordset sales =
-        tri.select(s, s.sta_rep >= start && s.sta_rep <= end, {s.sta_rep, s.sta_aa, s.sta_no, s.sta_lg});
+        tri.select(s, s.sta_rep >= start && s.sta_rep <= end, {s.sta_rep, s.sta_no, s.sta_lg});
     const auto known = rates(molven);
     QList<Statement> found;
     for (const Record& sale : sales) {
@@ -67,7 +78,7 @@ QList<Record> rows(const QList<Statement>& statements) {
     QList<Record> found;
     for (const Statement& statement : statements) {
         Decimal turnover;
-        for (const Line& line : statement.lines) turnover += line.sale[statd.sta_net];
+        for (const Line& line : statement.lines) turnover += line.net;
         Record row(c);
         row[c.com_rep] = statement.representative;
         row[c.com_nom] = statement.name;

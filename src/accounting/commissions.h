@@ -10,7 +10,8 @@
 namespace molven::commissions {
 
 struct Line {
-    Record sale;        ///< of statd
+    QString number, day, reference, label, vatClass; ///< of the invoice line; the day is "yyyymmdd"
+    Decimal quantity, net;
     Decimal rate;       ///< percent, 0 when the representative has none for the article's category
     Decimal commission; ///< cut to the cent, never rounded up
     Decimal vat;        ///< not rounded

@@ -220,6 +220,12 @@ QList<Record> SalesReport::level(const QStringList& path, Sorting sorting) const
 }
 
 QList<Record> SalesReport::rows(Sorting sorting) const {
+    QList<Record> rows;
+    visit(sorting, [&rows](const Record& row) { rows.append(row); });
+    return rows;
+}
+
+void SalesReport::visit(Sorting sorting, const std::function<void(const Record&)>& take) const {
     // The place of each group at each level, so that groups of one parent stand together in the parents' order.
     QList<QHash<QStringList, Figures>> sums(kind_.keys.size());
     for (const Group& group : groups_)
@@ -238,9 +244,7 @@ QList<Record> SalesReport::rows(Sorting sorting) const {
         }
         return false;
     });
-    QList<Record> rows;
-    for (const Group* group : ordered) rows.append(rowOf(group->keys, group->figures));
-    return rows;
+    for (const Group* group : ordered) take(rowOf(group->keys, group->figures));
 }
 
 Recordset SalesReport::lines(const QStringList& path, const Criterion& filter, const Order& order) const {

@@ -54,6 +54,8 @@ public:
     QList<Record> level(const QStringList& path, Sorting sorting) const;
     /// Every row of the report: a group for each combination of keys, in order of level().
     QList<Record> rows(Sorting sorting) const;
+    /// The same one by one, where they are too many to be kept.
+    void visit(Sorting sorting, const std::function<void(const Record&)>& take) const;
     /// The lines that a group is made of that also meet the filter, by date unless another order is given.
     Recordset lines(const QStringList& path, const Criterion& filter = {}, const Order& order = {}) const;
 

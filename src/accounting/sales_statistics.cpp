@@ -188,7 +188,7 @@ Files openFiles(Workspace& workspace, const Session& session) {
             compta,
             parameters::companyCurrency(molven, session.spe_mon),
             session.rules().countryCode(),
-            carriage.isEmpty() ? CarriageAccount : carriage};
+            carriage.size() == strplan.cpt_aff.size ? carriage : CarriageAccount};
 }
 
 Expression ofHeader(const Field& field) { return of(H, field); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/schema.h"
+#include "reference/code_kinds.h"
 
 namespace molven {
 
@@ -103,14 +104,14 @@ struct AccountingEntries : Table {
     Text ecr_jou{this, "ecr_jou", 3};  ///< journal
     Text ecr_dat{this, "ecr_dat", 10}; ///< date of the document "dd/mm/yyyy", and its sort key
     Text tri_dat{this, "tri_dat", 8};
-    Text ecr_cpt{this, "ecr_cpt", 9};               ///< account
-    Text ecr_clt{this, "ecr_clt", 6};               ///< client of the document
-    Label ecr_lib{this, "ecr_lib", 60};             ///< wording
-    Number ecr_deb{this, "ecr_deb", Number::Money}; ///< debit, or null
-    Number ecr_cre{this, "ecr_cre", Number::Money}; ///< credit, or null
-    Text ecr_ech{this, "ecr_ech", 10};              ///< due date of the client's line
-    Text ecr_tva{this, "ecr_tva", 1};               ///< VAT code of the amount
-    Text ecr_aa{this, "ecr_aa", 4};                 ///< the document: its year, number, mode word,
+    Text ecr_cpt{this, "ecr_cpt", 9, codes::Account}; ///< account
+    Text ecr_clt{this, "ecr_clt", 6, codes::Client};  ///< client of the document
+    Label ecr_lib{this, "ecr_lib", 60};               ///< wording
+    Number ecr_deb{this, "ecr_deb", Number::Money};   ///< debit, or null
+    Number ecr_cre{this, "ecr_cre", Number::Money};   ///< credit, or null
+    Text ecr_ech{this, "ecr_ech", 10};                ///< due date of the client's line
+    Text ecr_tva{this, "ecr_tva", 1};                 ///< VAT code of the amount
+    Text ecr_aa{this, "ecr_aa", 4};                   ///< the document: its year, number, mode word,
     Text ecr_no{this, "ecr_no", 6};
     Text ecr_mod{this, "ecr_mod", 3};
     Text ecr_ser{this, "ecr_ser", 20}; ///< and the user's folder whose series it is of; empty for the data folder

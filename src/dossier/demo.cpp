@@ -356,20 +356,6 @@ void nameClients(const Session& session) {
     transaction.commit();
 }
 
-/// An offer of screws and of a cup, not yet accepted.
-void offer(const Session& session) {
-    SalesBook proformas(session, documentKind(QStringLiteral("PROFORMA"), DataFile::Proforma));
-    Record header = documents::blank(proformas, QStringLiteral("1"));
-    header[strface.fac_refc] = QStringLiteral("CONSULTATION 12");
-    const Record proforma = documents::create(proformas, header);
-    QList<document_lines::Draft> drafts;
-    for (const char* reference : {"CFG001", "VSP020"}) {
-        drafts.append(document_lines::preset(proformas, proforma, QString::fromLatin1(reference)));
-        drafts.last().line[strfacl.fac_qte] = 2;
-    }
-    document_lines::add(proformas, proforma, drafts);
-}
-
 } // namespace
 
 void fill(const Session& session, const Options& options) {
@@ -384,7 +370,6 @@ void fill(const Session& session, const Options& options) {
     nameSeller(session);
     addClientAccounts(session);
     nameClients(session);
-    offer(session);
 }
 
 } // namespace molven::demo

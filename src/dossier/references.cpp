@@ -1,5 +1,6 @@
 #include "dossier/references.h"
 
+#include "accounting/tables.h"
 #include "data/errors.h"
 #include "data/format.h"
 #include "reference/codes.h"
@@ -93,7 +94,8 @@ QString counted(qint64 count, const Table& table) {
                                  {strlivl, "ligne de livraison", "lignes de livraison"},
                                  {strcsgl, "ligne de consignation", "lignes de consignation"},
                                  {strfacl, "ligne de facture", "lignes de facture"},
-                                 {strbtrl, "ligne de transfert", "lignes de transfert"}};
+                                 {strbtrl, "ligne de transfert", "lignes de transfert"},
+                                 {strecrit, "écriture", "écritures"}};
     for (const Noun& noun : nouns)
         if (&noun.table == &table)
             return QString::number(count) + u' ' + QString::fromUtf8(count == 1 ? noun.one : noun.many);

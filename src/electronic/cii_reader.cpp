@@ -52,7 +52,7 @@ Node readNode(QXmlStreamReader& xml, int depth) {
         if (token == QXmlStreamReader::EndElement) break;
         if (token == QXmlStreamReader::StartElement) node.children.append(readNode(xml, depth + 1));
         if (token == QXmlStreamReader::Characters) node.text += xml.text();
-        if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::EntityReference) refuse();
+        if (token == QXmlStreamReader::EntityReference) refuse();
     }
     node.text = node.text.trimmed();
     return node;
@@ -172,7 +172,9 @@ void readSettlement(const Node& node, Invoice& invoice) {
 
 Invoice invoiceOfCii(const QByteArray& bytes) {
     QXmlStreamReader xml(bytes);
-    if (!xml.readNextStartElement() || xml.name() != u"CrossIndustryInvoice") refuse();
+    while (!xml.atEnd() && xml.readNext() != QXmlStreamReader::StartElement)
+        if (xml.tokenType() == QXmlStreamReader::DTD) refuse(); // an invoice defines nothing
+    if (xml.name() != u"CrossIndustryInvoice") refuse();
     const Node root = readNode(xml, 0);
     if (xml.hasError()) refuse();
     const Node& head = root.at(QStringLiteral("ExchangedDocument"));

@@ -66,7 +66,7 @@ struct Line {
 struct Adjustment {
     bool isCharge;
     Decimal amount;
-    QString reason, reasonCode; ///< UNTDID 5189 of an allowance, 7161 of a charge
+    QString reason, reasonCode; ///< UNTDID 5189 of an allowance
     Taxation tax;
 };
 

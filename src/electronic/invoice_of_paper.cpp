@@ -21,6 +21,7 @@ bool hasElectronicForm(const DocumentKind& kind) { return &kind.headers == &strf
 namespace {
 
 const auto& h = strface;
+const QString Discount = QStringLiteral("95"); ///< UNTDID 5189
 
 class Maker {
 public:
@@ -54,7 +55,7 @@ private:
     void writeHead();
     void writeLines();
     void writeAdjustments();
-    void adjust(bool isCharge, const Decimal& amount, const char* reason, const char* code, const Taxation& tax);
+    void adjust(bool isCharge, const Decimal& amount, const char* reason, const Taxation& tax);
     void writeVat();
     void writeTotals();
     void writePayment();
@@ -115,12 +116,13 @@ void Maker::writeLines() {
         made_.notes.append({{}, QStringLiteral("Documents d'origine : ") + sales.join(QStringLiteral(", "))});
 }
 
-void Maker::adjust(bool isCharge, const Decimal& amount, const char* reason, const char* code, const Taxation& tax) {
+void Maker::adjust(bool isCharge, const Decimal& amount, const char* reason, const Taxation& tax) {
     const Decimal stated = amount * sign_;
     if (stated.isZero()) return;
     const bool turns = stated < Decimal(); // what is taken back of a charge is an allowance, and the other way round
-    made_.adjustments.append({isCharge != turns, turns ? -stated : stated, QString::fromUtf8(reason),
-                              turns ? QString() : QString::fromLatin1(code), tax});
+    const bool isAllowance = isCharge == turns;
+    made_.adjustments.append(
+        {!isAllowance, turns ? -stated : stated, QString::fromUtf8(reason), isAllowance ? Discount : QString(), tax});
 }
 
 /// Each rate has its part of the discounts; the last one takes what rounding leaves, so that their sum is the page's.
@@ -136,11 +138,11 @@ void Maker::writeAdjustments() {
                                  : isLast                    ? discountLeft
                                           : (vat.linesBase * header_[h.fac_rem] / Decimal(100)).rounded(2);
         discountLeft -= discount;
-        adjust(false, discount, "Remise", "95", tax);
-        adjust(false, off - discount, "Escompte", "95", tax);
-        adjust(true, carriage, "Port", "FC", tax);
+        adjust(false, discount, "Remise", tax);
+        adjust(false, off - discount, "Escompte", tax);
+        adjust(true, carriage, "Port", tax);
     }
-    adjust(true, amounts_.exempt, "Montant exonéré de TVA", "ZZZ", parties_.taxation(0));
+    adjust(true, amounts_.exempt, "Montant exonéré de TVA", parties_.taxation(0));
 }
 
 void Maker::writeVat() {

@@ -150,11 +150,13 @@ private:
         if (bars.isEmpty()) return;
         int x = Left;
         for (const PaperFact& code : bars) {
-            barcode_line::print(job_, x, y_ + 30, code.value, style_.barcodeFamily);
-            job_.setFont(Narrow, 7);
-            job_.setPosition(x, y_ + 30 + barcode_line::Height + 20);
-            job_.print(code.caption);
+            const int left = x;
             x += BarStep;
+            if (code.value.isEmpty()) continue;
+            barcode_line::print(job_, left, y_ + 30, code.value, style_.barcodeFamily);
+            job_.setFont(Narrow, 7);
+            job_.setPosition(left, y_ + 30 + barcode_line::Height + 20);
+            job_.print(code.caption);
         }
         y_ += BarBlock;
     }

@@ -32,7 +32,7 @@ struct DocumentLine {
     QStringList cells;      ///< by column
     QStringList under = {}; ///< under the designation, each on a line of its own
     QStringList details = {};   ///< then one behind the other
-    QList<PaperFact> bars = {}; ///< codes in bars under the line, by what they are
+    QList<PaperFact> bars = {}; ///< codes in bars under the line, by what they are; an empty one leaves its place free
     Decimal carried = {};       ///< what it adds to the sum carried from page to page
 };
 

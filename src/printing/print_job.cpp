@@ -135,6 +135,7 @@ QByteArray PrintJob::pdf(const Progress& told, Pdf form) const {
     file.open(QIODevice::WriteOnly);
     QPdfWriter writer(&file);
     if (form == Pdf::Archive) writer.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
+    writer.setCreator(QStringLiteral("MOLVEN"));
     writer.setTitle(title_);
     writer.setPageLayout(pageLayout());
     writer.setResolution(600);

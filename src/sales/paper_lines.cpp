@@ -145,10 +145,9 @@ QStringList LineWriter::details(const Record& line) const {
 
 QList<PaperFact> LineWriter::bars(const Record& line) const {
     const DocumentLines& l = kind_.lines;
-    QList<PaperFact> codes;
-    if (!line[l.fac_imm].isEmpty()) codes.append({QStringLiteral("Immat. ") + line[l.fac_imm], line[l.fac_imm]});
-    if (!line[l.fac_tip].isEmpty()) codes.append({QStringLiteral("LPP/TIPS ") + line[l.fac_tip], line[l.fac_tip]});
-    return codes;
+    const QString unit = line[l.fac_imm], reimbursement = line[l.fac_tip];
+    if (unit.isEmpty() && reimbursement.isEmpty()) return {};
+    return {{QStringLiteral("Immat. ") + unit, unit}, {QStringLiteral("LPP/TIPS ") + reimbursement, reimbursement}};
 }
 
 } // namespace molven::papers

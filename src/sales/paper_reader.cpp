@@ -265,8 +265,7 @@ void Reader::Known::writePayment(PaperDocument& paper, const Paper& from, const 
     if (from.kind->isCredit || from.kind->isProforma()) return;
     const QString early = amounts.settlement.isZero() ? QString(identity[e.emt_esc]) : QString();
     paper.texts += filled({early, identity[e.emt_pen]});
-    if (identity[e.emt_pay] == u"FR")
-        paper.texts.append(RecoveryIndemnity);
+    if (identity[e.emt_pay] == u"FR") paper.texts.append(RecoveryIndemnity);
 }
 
 Reader::Reader(SalesBook& book, const Style& style) : known_(std::make_unique<Known>(book, style)) {}

@@ -33,6 +33,7 @@
 #include "screens/stock/movement_listing_form.h"
 #include "screens/stock/patient_form.h"
 #include "screens/stock/receipt_form.h"
+#include "screens/stock/received_invoice_form.h"
 #include "screens/stock/sets/set_form.h"
 #include "screens/stock/stock_rebuild_form.h"
 #include "screens/stock/unit_history_form.h"
@@ -85,6 +86,7 @@ void addScreens(Desk& desk) {
                    {QStringLiteral("ANG"), QStringLiteral("PRO"), QStringLiteral("STK"), QStringLiteral("FAM")});
     add<ReceiptForm>(desk, "T_proges");
     add<DeliveryForm>(desk, "T_lecliv");
+    add<ReceivedInvoiceForm>(desk, "T_facturx");
     add<LabelSelectionForm>(desk, "T_etiedt");
     add<LabelPrintForm>(desk, "T_etibarre");
     add<UnitHistoryForm>(desk, "T_traimm");

@@ -104,6 +104,7 @@ const QList<MenuEntry>& menuTree() {
         {1, u"mnu_vte_int"_s, u"&Intégration de Bons Livraison"_s, MenuAction::Submenu},
         {2, u"mnu_vte_int_bld"_s, u"&Bon livraison / disquette"_s, MenuAction::Screen, u"T_livdk"_s},
         {2, u"mnu_vte_int_dbl"_s, u"&disquette / produits"_s, MenuAction::Screen, u"T_dkliv"_s},
+        {2, u"mnu_vte_int_fx"_s, u"&Facture électronique reçue"_s, MenuAction::Screen, u"T_facturx"_s},
         {1, u"mnu_vte_extract"_s, u"&Extraction BL Vers nouveau logiciel"_s, MenuAction::Screen, u"T_extract"_s},
         {0, u"mnu_edt_sta"_s, u"&Statistiques"_s, MenuAction::Submenu},
         {1, u"mnu_sta_clt"_s, u"&Clients"_s, MenuAction::Submenu},

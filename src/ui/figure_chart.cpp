@@ -18,6 +18,8 @@ namespace {
 
 constexpr int LongestName = 22;
 constexpr double LineWidth = 2, Finest = 2; ///< pixels; how much finer the picture for paper is
+constexpr double SmallType = 0.85;          ///< of the window's
+constexpr int Margin = 4;
 
 QString shortened(const QString& name) { return name.size() <= LongestName ? name : name.left(LongestName - 1) + u'…'; }
 
@@ -29,6 +31,7 @@ FigureChart::FigureChart(const QString& name, QWidget* parent) : QChartView(new 
     setRenderHint(QPainter::Antialiasing);
     setFrameShape(QFrame::NoFrame);
     chart()->setBackgroundRoundness(0);
+    chart()->setMargins({Margin, Margin, Margin, Margin});
     chart()->legend()->setAlignment(Qt::AlignBottom);
 }
 
@@ -57,8 +60,14 @@ void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool
     amounts->setTickCount(4);
     chart()->addAxis(categories, areNamesUpright ? Qt::AlignLeft : Qt::AlignBottom);
     chart()->addAxis(amounts, areNamesUpright ? Qt::AlignBottom : Qt::AlignLeft);
-    drawn.attachAxis(categories);
-    drawn.attachAxis(amounts);
+    auto small = font();
+    small.setPointSizeF(small.pointSizeF() * SmallType);
+    chart()->legend()->setFont(small);
+    for (QAbstractAxis* axis : {static_cast<QAbstractAxis*>(categories), static_cast<QAbstractAxis*>(amounts)}) {
+        axis->setLabelsFont(small);
+        axis->setLabelsColor(palette().color(QPalette::Text));
+        drawn.attachAxis(axis);
+    }
 }
 
 /// Two names that look the same when shortened are two bars all the same.
@@ -89,7 +98,6 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
     std::reverse(upwards.begin(), upwards.end());
     chart()->legend()->setReverseMarkers(true);
     addAxes(*bars, upwards, true);
-    for (QAbstractAxis* axis : chart()->axes()) axis->setLabelsColor(palette().color(QPalette::Text));
 }
 
 void FigureChart::showLines(const QString& title, const QStringList& names, const std::vector<Series>& series) {
@@ -114,7 +122,6 @@ void FigureChart::showLines(const QString& title, const QStringList& names, cons
         for (QAbstractAxis* axis : chart()->axes()) line->attachAxis(axis);
     }
     for (QAbstractAxis* axis : chart()->axes()) {
-        axis->setLabelsColor(palette().color(QPalette::Text));
         if (auto* amounts = dynamic_cast<QValueAxis*>(axis)) {
             amounts->setRange(least, most);
             amounts->applyNiceNumbers();

@@ -3,6 +3,7 @@
 #include "data/collation.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "data/period.h"
 
 #include <QScopeGuard>
 
@@ -153,7 +154,9 @@ QString RecordModel::text(int row, int column) const {
         if (!shownRecord) return {};
         const GridColumn& shownColumn = columns_[column];
         const QString value = shownRecord->value(*shownColumn.field);
-        if (shownColumn.field->kind != Field::Kind::Number || value.isEmpty()) return value;
+        if (value.isEmpty()) return value;
+        if (shownColumn.pattern == DayPattern) return dayOfKey(value);
+        if (shownColumn.field->kind != Field::Kind::Number) return value;
         const Decimal number = Decimal::fromText(value);
         return shownColumn.pattern.isEmpty() ? shown(number) : format(number, shownColumn.pattern);
     } catch (const DataError&) {

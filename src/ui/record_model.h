@@ -22,9 +22,12 @@ struct GridColumn {
     const Field* field;
     QString title;
     int width = 100;                                  ///< pixels
-    QString pattern = {};                             ///< "#####0.00"; empty shows the shortest form
+    QString pattern = {};                             ///< "#####0.00"; empty shows the shortest form; see DayPattern
     std::function<CellMark(const Record&)> mark = {}; ///< shown for a value that only the program reads
 };
+
+/// The pattern of a day kept as "yyyymmdd", shown "dd/mm/yyyy".
+inline const QString DayPattern = QStringLiteral("dd/mm/yyyy");
 
 /// The rows of a grid: either a selection of the engine, read by pages, or records at hand.
 class RecordModel : public QAbstractTableModel {

@@ -40,9 +40,10 @@ const QHash<QString, QSet<QString>>& allowed() {
         rules[QStringLiteral("stock")] = {QStringLiteral("data"), QStringLiteral("shell"), QStringLiteral("reference")};
         rules[QStringLiteral("sales")] =
             rules[QStringLiteral("stock")] + QSet<QString>{QStringLiteral("stock"), QStringLiteral("printing")};
-        rules[QStringLiteral("accounting")] = rules[QStringLiteral("sales")] + QSet<QString>{QStringLiteral("sales")};
-        rules[QStringLiteral("dossier")] =
-            rules[QStringLiteral("accounting")] + QSet<QString>{QStringLiteral("accounting")};
+        rules[QStringLiteral("accounting")] = rules[QStringLiteral("electronic")] =
+            rules[QStringLiteral("sales")] + QSet<QString>{QStringLiteral("sales")};
+        rules[QStringLiteral("dossier")] = rules[QStringLiteral("accounting")] +
+                                           QSet<QString>{QStringLiteral("accounting"), QStringLiteral("electronic")};
         rules[QStringLiteral("ui")] = rules[QStringLiteral("dossier")] + QSet<QString>{QStringLiteral("dossier")};
         rules[QStringLiteral("screens")] = rules[QStringLiteral("ui")] + QSet<QString>{QStringLiteral("ui")};
         rules[QStringLiteral("app")] = rules[QStringLiteral("screens")] + QSet<QString>{QStringLiteral("screens")};

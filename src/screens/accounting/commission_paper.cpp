@@ -66,14 +66,13 @@ private:
     }
 
     void writeLine(const commissions::Line& line) {
-        const auto& s = statd;
-        put(Left, line.sale[s.sta_no]);
-        put(DateAt, dayOfKey(line.sale[s.sta_datf]));
-        put(ReferenceAt, line.sale[s.sta_ref]);
-        put(LabelAt, line.sale[s.sta_li1]);
-        putBefore(QuantityEdge, format(line.sale[s.sta_qte], QStringLiteral("####0.00")));
-        putBefore(TurnoverEdge, format(line.sale[s.sta_net], QStringLiteral("###0.00")));
-        put(ClassAt, line.sale[s.sta_tva]);
+        put(Left, line.number);
+        put(DateAt, dayOfKey(line.day));
+        put(ReferenceAt, line.reference);
+        put(LabelAt, line.label);
+        putBefore(QuantityEdge, format(line.quantity, QStringLiteral("####0.00")));
+        putBefore(TurnoverEdge, format(line.net, QStringLiteral("###0.00")));
+        put(ClassAt, line.vatClass);
         putBefore(RateEdge, format(line.rate, QStringLiteral("#0.00")));
         putBefore(CommissionEdge, format(line.commission, QStringLiteral("###0.00")));
         putBefore(VatEdge, format(line.vat, QStringLiteral("##0.00")));

@@ -19,15 +19,16 @@ const QString Amount = QStringLiteral("# ### ##0.00"), Quantity = QStringLiteral
 /// What stands beside every group.
 QList<GridColumn> figureColumns(const SalesReport& report) {
     const auto& s = strstat;
-    QList<GridColumn> columns{
-        {&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity}, {&s.sta_brut, QStringLiteral("C.A. brut"), 100, Amount},
-        {&s.sta_net, QStringLiteral("C.A. net"), 100, Amount},  {&s.sta_achat, QStringLiteral("Achat"), 100, Amount},
-        {&s.sta_marge, QStringLiteral("Marge"), 100, Amount},   {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
-        {&s.sta_part, QStringLiteral("Part %"), 60, Percent}};
-    if (report.query().compared) {
-        columns.append({&s.sta_net2, QStringLiteral("C.A. comparé"), 100, Amount});
-        columns.append({&s.sta_evol, QStringLiteral("Évolution %"), 80, Percent});
-    }
+    const QList<GridColumn> compared{{&s.sta_net2, QStringLiteral("C.A. comparé"), 95, Amount},
+                                     {&s.sta_evol, QStringLiteral("Évolution %"), 80, Percent}};
+    QList<GridColumn> columns{{&s.sta_qte, QStringLiteral("Quantité"), 75, Quantity},
+                              {&s.sta_net, QStringLiteral("C.A. net"), 95, Amount}};
+    if (report.query().compared) columns += compared;
+    columns += QList<GridColumn>{{&s.sta_part, QStringLiteral("Part %"), 60, Percent},
+                                 {&s.sta_marge, QStringLiteral("Marge"), 95, Amount},
+                                 {&s.sta_pourc, QStringLiteral("Marge %"), 65, Percent},
+                                 {&s.sta_achat, QStringLiteral("Achat"), 95, Amount},
+                                 {&s.sta_brut, QStringLiteral("C.A. brut"), 95, Amount}};
     return columns;
 }
 
@@ -64,7 +65,7 @@ const QList<GridColumn>& lines() {
     static const auto& s = statd;
     static const QList<GridColumn> columns{{&s.sta_no, QStringLiteral("N° facture"), 75},
                                            {&s.sta_lg, QStringLiteral("Ligne"), 45},
-                                           {&s.sta_datf, QStringLiteral("Date"), 75},
+                                           {&s.sta_datf, QStringLiteral("Date"), 85, DayPattern},
                                            {&s.sta_clt, QStringLiteral("Client"), 65},
                                            {&s.sta_nom, QStringLiteral("Nom"), 160},
                                            {&s.sta_ref, QStringLiteral("Article"), 95},
@@ -137,7 +138,7 @@ Report paper(const SalesReport& report, Sorting sorting) {
             sums[level] = {};
         }
     };
-    for (const Record& row : report.rows(sorting)) {
+    report.visit(sorting, [&](const Record& row) {
         QStringList keys;
         for (qsizetype level = 0; level < last; ++level) keys.append(row.value(keyField(report, level)));
         qsizetype same = 0;
@@ -153,7 +154,7 @@ Report paper(const SalesReport& report, Sorting sorting) {
         QStringList cells;
         for (const GridColumn& column : columns) cells.append(cell(row, column));
         paper.row(cells);
-    }
+    });
     close(0);
     paper.total(totalWords(QStringLiteral("TOTAL"), report, report.total()));
     paper.count();
@@ -172,7 +173,7 @@ void writeFiles(const SalesReport& report, Sorting sorting, const QString& folde
         return cells.join(u'\t') + QStringLiteral("\r\n");
     };
     QString data = line(fields), readable = line(titles);
-    for (const Record& row : report.rows(sorting)) {
+    report.visit(sorting, [&](const Record& row) {
         QStringList stored, shown;
         for (const GridColumn& column : columns) {
             stored.append(row.value(*column.field));
@@ -180,7 +181,7 @@ void writeFiles(const SalesReport& report, Sorting sorting, const QString& folde
         }
         data += line(stored);
         readable += line(shown);
-    }
+    });
     writeWhole(folder + DataName, entry_files::windows1252(data));
     writeWhole(folder + ReadableName, entry_files::windows1252(readable));
 }

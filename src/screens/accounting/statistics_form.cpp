@@ -30,8 +30,11 @@ using statistics::Sorting;
 namespace {
 
 const QString ReportBox = QStringLiteral("Cmbetat"), SortingBox = QStringLiteral("Cmbtri");
-constexpr qsizetype MostBars = 12;
+constexpr qsizetype MostBars = 10;
 constexpr int ChartWidth = 400; ///< pixels
+
+/// "01/03/2030 - 31/03/2030".
+QString legend(const Period& period) { return dayOfKey(period.from) + QStringLiteral(" - ") + dayOfKey(period.to); }
 
 CriterionBox day(const char* name, const char* caption) {
     return {QString::fromLatin1(name), QString::fromUtf8(caption), 10, CriterionBox::Kind::Day};
@@ -90,6 +93,8 @@ StatisticsForm::StatisticsForm(Desk& desk)
     auto* charts = new QSplitter(Qt::Vertical);
     charts->addWidget(bars_);
     charts->addWidget(line_);
+    charts->setStretchFactor(0, 3);
+    charts->setStretchFactor(1, 2);
     auto* beside = new QSplitter(this);
     layout()->replaceWidget(&list(), beside);
     beside->addWidget(&list());
@@ -222,7 +227,7 @@ void StatisticsForm::showLines() {
     const QStringList path = path_;
     const qint64 count = report_->lines(path).count();
     showRows([this, path](const Criterion& filter, const Order& order) { return report_->lines(path, filter, order); },
-             pathWords() + counted(count, QStringLiteral("ligne de facture")));
+             pathWords() + counted(count, QStringLiteral("ligne")) + QStringLiteral(" de facture"));
 }
 
 /// A group opens what it is made of, a line its document.
@@ -257,9 +262,10 @@ void StatisticsForm::openDocument(const Record& line) {
 
 void StatisticsForm::drawCharts(const QList<Record>& rows) {
     const auto& s = strstat;
+    bars_->setVisible(!report_->kind().isByMonth()); // the line says the same
     QStringList names;
-    std::vector<FigureChart::Series> series{{report_->query().period.words().trimmed(), {}}};
-    if (report_->query().compared) series.push_back({report_->query().compared->words().trimmed(), {}});
+    std::vector<FigureChart::Series> series{{legend(report_->query().period), {}}};
+    if (report_->query().compared) series.push_back({legend(*report_->query().compared), {}});
     QList<Record> greatest = rows;
     if (!report_->kind().isByMonth())
         std::stable_sort(greatest.begin(), greatest.end(),
@@ -287,26 +293,30 @@ void StatisticsForm::drawMonths() {
         for (QDate at = QDate::fromString(period.from.left(6), QStringLiteral("yyyyMM")); at <= last;
              at = at.addMonths(1)) {
             amounts.push_back(byMonth[at.toString(QStringLiteral("yyyyMM"))]);
-            names.append(at.toString(QStringLiteral("MM/yy")));
+            names.append(at.toString(QStringLiteral("MM")));
         }
         return amounts;
     };
     const Query& query = report_->query();
     QStringList names, comparedNames;
-    std::vector<FigureChart::Series> series{
-        {query.period.words().trimmed(), amountsOf(query.period, report_->months(), names)}};
+    std::vector<FigureChart::Series> series{{legend(query.period), amountsOf(query.period, report_->months(), names)}};
     if (query.compared) {
         series.push_back(
-            {query.compared->words().trimmed(), amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
+            {legend(*query.compared), amountsOf(*query.compared, report_->comparedMonths(), comparedNames)});
         series[1].amounts.resize(series[0].amounts.size());
     }
     line_->showLines(QStringLiteral("C.A. net par mois"), names, series);
 }
 
+/// The whole report, whatever group the list was opened at.
 void StatisticsForm::print() {
     Report paper = report_columns::paper(report(), sorting());
-    paper.picture(bars_->picture());
+    const QStringList path = std::exchange(path_, {});
+    drawCharts(report().level({}, sorting()));
+    if (!report().kind().isByMonth()) paper.picture(bars_->picture());
     paper.picture(line_->picture());
+    path_ = path;
+    showLevel();
     desk().print(paper);
 }
 

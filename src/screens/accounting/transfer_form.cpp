@@ -191,8 +191,8 @@ void TransferForm::run() {
     fillPast();
     showEntries(files_.lines.compta, strecrit.ecr_trf == number);
     if (controlled.entries == 0) return;
-    entry_files::writeTransfer(files_.lines.compta, number, session().chemin_tri);
     print(number);
+    entry_files::writeTransfer(files_.lines.compta, number, session().chemin_tri);
 }
 
 void TransferForm::openClientAccounts() {

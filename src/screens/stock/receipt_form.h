@@ -21,6 +21,9 @@ class ReceiptForm : public Form {
 public:
     explicit ReceiptForm(Desk& desk);
 
+    /// Puts a receipt prepared elsewhere into the boxes, unless the user keeps what is typed there.
+    void fill(const Receipt& receipt);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool hasUnsavedWork() const override;

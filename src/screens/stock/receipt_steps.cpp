@@ -71,6 +71,28 @@ void ReceiptForm::clearReceipt() {
     clearUnit();
 }
 
+void ReceiptForm::fill(const Receipt& receipt) {
+    if (!mayDiscard()) return;
+    clearReceipt();
+    panel_->edit(strproduit.ref_art)->put(receipt.reference);
+    quantity_->put(receipt.quantity);
+    serials_->expect(quantity());
+    const std::pair<const Text*, QString> values[]{{&strproduit.num_cde, receipt.orderNumber},
+                                                   {&strproduit.num_liv, receipt.deliveryNumber},
+                                                   {&strproduit.lot_art, receipt.lot},
+                                                   {&strproduit.num_ste, receipt.sterilisationBatch},
+                                                   {&strproduit.dat_ste, receipt.sterilisationDate},
+                                                   {&strproduit.dat_per, receipt.expiryDate}};
+    for (const auto& [field, value] : values) panel_->edit(*field)->put(value);
+    panel_->edit(strproduit.pro_pac)->put(receipt.purchasePrice);
+    if (quantity() > 1)
+        for (const QString& serial : receipt.supplierSerials) serials_->add(serial, strproduit.fou_imm.name);
+    else
+        panel_->edit(strproduit.fou_imm)->put(receipt.supplierSerials.value(0));
+    showArticle();
+    validate_->setFocus();
+}
+
 /// A supplier's barcode in one of the boxes fills all that it says. False for a text that a person typed.
 bool ReceiptForm::takeScan(Edit* edit) {
     const QString text = edit->text();
