@@ -46,7 +46,8 @@ Presence::Presence(const QStringList& folders, Kind kind) {
             marks_.push_back(std::make_unique<HeldFile>(
                 mark, kind == Kind::Alone ? HeldFile::Hold::Alone : HeldFile::Hold::Shared, PatienceMs));
         } catch (const DataError& error) {
-            if ((error.number & 0xFF) == sqlite::Busy || kind == Kind::Alone) throw refusal(kind, folder);
+            if ((error.number & 0xFF) == sqlite::Busy) throw refusal(kind, folder);
+            if (kind == Kind::Alone) throw;
         }
     }
 }

@@ -88,9 +88,12 @@ void requireBackupHere(const Session& session) {
             QStringLiteral("La sauvegarde doit se faire sur le poste d'Odalie"), QString());
 }
 
+void requireDisk(const QString& typed) {
+    require(!typed.trimmed().isEmpty(), QStringLiteral("Aucune lettre"), QStringLiteral("txtdisk"));
+}
+
 QString backupTarget(const Session& session, const QString& typed) {
     const QString text = typed.trimmed(), box = QStringLiteral("txtdisk");
-    require(!text.isEmpty(), QStringLiteral("Aucune lettre"), box);
     const bool isDrive = text.size() == 1 && QDir::separator() == u'\\';
     const QString target = isDrive ? text + QStringLiteral(":/") : usableFolder(session.dossier_app, text);
     require(QDir(target).exists(), QStringLiteral("Le dossier %1 n'existe pas").arg(QDir::toNativeSeparators(target)),

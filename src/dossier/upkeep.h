@@ -11,8 +11,10 @@ namespace molven::upkeep {
 /// Throws Refusal "La sauvegarde doit se faire sur le poste d'Odalie" where the folders of all users are saved by one
 /// workstation and this is another.
 void requireBackupHere(const Session& session);
-/// The folder that a drive letter stands for, or the folder typed; a relative one starts at the program folder. Throws
-/// Refusal "Aucune lettre", and for the data folder itself.
+/// Throws Refusal "Aucune lettre" where neither a letter nor a folder is typed.
+void requireDisk(const QString& typed);
+/// The folder that a drive letter stands for, or the folder typed; a relative one starts at the program folder. To be
+/// asked once the disk is in: throws Refusal for a folder that is not there, and for the data folder itself.
 QString backupTarget(const Session& session, const QString& typed);
 
 struct Saved {

@@ -47,7 +47,7 @@ QString finishIn(const QString& folder, const QStringList& names) {
     try {
         const Presence alone({folder}, Presence::Kind::Alone);
         return compaction::isUnfinished(folder) ? compaction::finish(folder, names) : QString();
-    } catch (const Refusal&) {
+    } catch (const std::exception&) {
         if (!compaction::missing(folder, names).isEmpty()) throw;
         return {};
     }

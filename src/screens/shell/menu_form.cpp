@@ -356,11 +356,11 @@ void MenuForm::askDisk() {
 
 void MenuForm::backUp() {
     saved_->clear();
-    const QString target = upkeep::backupTarget(session(), disk_->text());
+    upkeep::requireDisk(disk_->text());
     prompt().tell(QStringLiteral("ATTENTION LES AUTRES POSTES DOIVENT ETRE FERMES -- inserer le disque amovible"), {},
                   Icon::Warning);
-    const upkeep::Saved saved =
-        upkeep::backUp(session(), target, progress(*this, QStringLiteral("Sauvegarde des fichiers")));
+    const upkeep::Saved saved = upkeep::backUp(session(), upkeep::backupTarget(session(), disk_->text()),
+                                               progress(*this, QStringLiteral("Sauvegarde des fichiers")));
     const QString size = format(Decimal(static_cast<long long>(saved.bytes / 1024)), QStringLiteral("### ### ##0"));
     saved_->setText(
         QStringLiteral("%1, %2 Ko : copie vérifiée").arg(counted(saved.files.size(), QStringLiteral("fichier")), size));
