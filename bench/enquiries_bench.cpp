@@ -28,7 +28,7 @@ void patientsByRule(benchmark::State& state) {
     PatientEnquiry enquiry;
     enquiry.patient = Prefix;
     enquiry.sort = PatientEnquiry::Sort::Patient;
-    for (auto _ : state) benchmark::DoNotOptimize(readAll(patient_enquiry::select(molven, enquiry)));
+    for (auto _ : state) benchmark::DoNotOptimize(readAll(patient_enquiry::select({molven}, enquiry)));
 }
 
 void patientsBare(benchmark::State& state) {
