@@ -53,6 +53,20 @@ std::optional<double> shortProduct(int places, int count, sqlite3_value** factor
     return static_cast<double>((product.digits + half) / divisor) / static_cast<double>(tenTo(places));
 }
 
+/// The same of a quotient.
+std::optional<double> shortQuotient(int places, sqlite3_value* dividend, sqlite3_value* divisor) {
+    const auto a = scaled(sqlite3_value_double(dividend)), b = scaled(sqlite3_value_double(divisor));
+    if (!a || !b || b->digits == 0) return std::nullopt;
+    const int shift = places + b->places - a->places;
+    long long over = std::abs(a->digits), under = std::abs(b->digits);
+    long long& shifted = shift < 0 ? under : over;
+    if (shifted >= Least || std::abs(shift) > 8 || over >= Least * Least / 4 || under >= Least) return std::nullopt;
+    shifted *= tenTo(std::abs(shift));
+    const long long rounded = (2 * over + under) / (2 * under);
+    const bool isNegative = (a->digits < 0) != (b->digits < 0);
+    return static_cast<double>(isNegative ? -rounded : rounded) / static_cast<double>(tenTo(places));
+}
+
 Decimal decimalOf(sqlite3_value* value) {
     return Decimal::fromText(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_value_text(value))));
 }
@@ -79,8 +93,11 @@ void product(sqlite3_context* context, int count, sqlite3_value** arguments) {
 
 void quotient(sqlite3_context* context, int count, sqlite3_value** arguments) {
     if (hasNull(count, arguments)) return;
+    const int places = sqlite3_value_int(arguments[0]);
+    if (const auto found = shortQuotient(places, arguments[1], arguments[2]))
+        return sqlite3_result_double(context, *found);
     const Decimal divisor = decimalOf(arguments[2]);
-    if (!divisor.isZero()) answer(context, decimalOf(arguments[1]) / divisor, sqlite3_value_int(arguments[0]));
+    if (!divisor.isZero()) answer(context, decimalOf(arguments[1]) / divisor, places);
 }
 
 } // namespace

@@ -160,7 +160,15 @@ TEST(ExactFunctions, RoundHalfAwayFromZero) {
             QStringLiteral("select printf('%.2f',product(2,%1,%2,%3))").arg(sum(one.a), sum(one.b), sum(one.c)));
         EXPECT_EQ(found, QString::fromLatin1(one.expected)) << one.a << " x " << one.b;
     }
-    EXPECT_EQ(file.firstValue(QStringLiteral("select quotient(2,10,3)")), QStringLiteral("3.33"));
+    for (const Product& one : {Product{"2", "10", "3", "3.33"},
+                               {"2", "-1.005", "1", "-1.01"},
+                               {"2", "105.5", "1.055", "100.0"},
+                               {"2", "999999999.99", "0.07", "14285714285.57"},
+                               {"2", "1", "-8", "-0.13"}})
+        EXPECT_EQ(file.firstValue(QStringLiteral("select quotient(%1,%2,%3)")
+                                      .arg(QLatin1String(one.a), QLatin1String(one.b), QLatin1String(one.c))),
+                  QString::fromLatin1(one.expected))
+            << one.b << " / " << one.c;
     EXPECT_EQ(file.firstValue(QStringLiteral("select quotient(2,10,0) is null")), QStringLiteral("1"));
 }
 
