@@ -54,8 +54,7 @@ QList<Statement> statements(Database tri, Database molven, const QString& first,
     const auto& s = statd;
     const QString start = first.trimmed().isEmpty() ? QStringLiteral("000") : padded(first, s.sta_rep.size);
     const QString end = last.trimmed().isEmpty() ? QStringLiteral("999") : padded(last, s.sta_rep.size);
-    const Recordset sales =
-        tri.select(s, s.sta_rep >= start && s.sta_rep <= end, {s.sta_rep, s.sta_no, s.sta_lg});
+    const Recordset sales = tri.select(s, s.sta_rep >= start && s.sta_rep <= end, {s.sta_rep, s.sta_no, s.sta_lg});
     const auto known = rates(molven);
     QList<Statement> found;
     for (const Record& sale : sales) {

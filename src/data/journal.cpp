@@ -134,8 +134,8 @@ void Journal::found(const QString& kind, const Record& record) {
 void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     if (!active()) return;
     const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
-    Statement& rows = workspace_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where),
-                                     criterion.values);
+    Statement& rows =
+        workspace_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where), criterion.values);
     while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
 }
 

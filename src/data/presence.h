@@ -16,7 +16,8 @@ public:
     enum class Kind { Working, Alone };
 
     /// Throws Refusal when one of the folders is being rewritten by another program, or when others work in it while
-    /// this one must be alone, DataError when that cannot be told. A folder that takes no mark (read only) is worked in without one.
+    /// this one must be alone, DataError when that cannot be told. A folder that takes no mark (read only) is worked in
+    /// without one.
     Presence(const QStringList& folders, Kind kind);
 
 private:

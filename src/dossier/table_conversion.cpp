@@ -75,7 +75,8 @@ QStringList TableConversion::differingSums() {
     QStringList found;
     for (const Field* field : table_.fields()) {
         if (field->kind != Field::Kind::Number) continue;
-        const Decimal before = sums_.value(field), after = target_.sum(table_, static_cast<const Number&>(*field)).rounded(field->scale);
+        const Decimal before = sums_.value(field),
+                      after = target_.sum(table_, static_cast<const Number&>(*field)).rounded(field->scale);
         if (before != after)
             found.append(QStringLiteral("%1 : %2 lu, %3 ici").arg(field->name, before.toString(), after.toString()));
     }

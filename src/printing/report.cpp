@@ -121,7 +121,8 @@ private:
     void writePictures() {
         for (const QImage& image : report_.pictures_) {
             const int room = job_.height() - LineStep - top_;
-            const int height = std::min({room, MostPictureHeight, width_ * image.height() / std::max(1, image.width())});
+            const int height =
+                std::min({room, MostPictureHeight, width_ * image.height() / std::max(1, image.width())});
             y_ += GroupGap;
             if (y_ + height > job_.height() - LineStep) {
                 job_.newPage();

@@ -16,8 +16,8 @@ QStringList unitOrders();
 Recordset articles(Database molven, const ListingSelection& selection);
 
 /// The followed articles of a selection with their quantities at the end of that day "yyyymmdd" in place of the present
-/// ones: units not invoiced now, or invoiced later, less those received later, archived or not. The file keeps the present ones. Throws
-/// Refusal "Aucun article correspondant à ce critère".
+/// ones: units not invoiced now, or invoiced later, less those received later, archived or not. The file keeps the
+/// present ones. Throws Refusal "Aucun article correspondant à ce critère".
 QList<Record> articlesAt(UnitFiles files, const ListingSelection& selection, const QString& day);
 
 /// Units not invoiced. Throws Refusal for an unknown depot.

@@ -299,8 +299,9 @@ void StockListForm::listArticlesAt() {
     step_->repaint();
     const auto finished = qScopeGuard([this] { step_->setText(QStringLiteral("TRAITEMENT TERMINE")); });
     QList<Record> found;
-    patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date,
-              [&] { found = stock_listing::articlesAt({molven_, historic_}, asked, sortKey(date)); });
+    patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date, [&] {
+        found = stock_listing::articlesAt({molven_, historic_}, asked, sortKey(date));
+    });
     showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
 }
 
