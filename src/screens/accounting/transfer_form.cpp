@@ -122,7 +122,7 @@ QLayout* TransferForm::buildFiles() {
         return label;
     };
     auto* row = new QHBoxLayout;
-    row->addWidget(captioned(QStringLiteral("T&ransfert :"), past_));
+    row->addWidget(captioned(QStringLiteral("Tran&sfert :"), past_));
     row->addWidget(past_);
     row->addWidget(button(QStringLiteral("Cmdfic"), QStringLiteral("&Refaire les fichiers"), [this] { writeFiles(); }));
     row->addWidget(button(QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(chosen()); }));
