@@ -216,7 +216,7 @@ TEST(Desks, RefuseASecondCopyAndShowAFileThatIsMissing) {
     said.answers.append(false);
     EXPECT_EQ(desk.open(QStringLiteral("T_etibarre")), nullptr);
     EXPECT_TRUE(said.unchecked.dequeue().contains(QStringLiteral("/nulle/part/tri.mdb")));
-    Form* unbuilt = desk.open(QStringLiteral("T_staedt"), QStringLiteral("51"), QStringLiteral("c.a. par &Clients  "));
+    Form* unbuilt = desk.open(QStringLiteral("T_nouveau"), QString(), QStringLiteral("c.a. par &Clients  "));
     ASSERT_NE(unbuilt, nullptr);
     EXPECT_EQ(unbuilt->windowTitle(), QStringLiteral("c.a. par Clients"));
 }
