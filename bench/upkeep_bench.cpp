@@ -76,7 +76,7 @@ QList<file_copies::Copy> dataFiles(const QString& target) {
 }
 
 void backUpByRule(benchmark::State& state) {
-    const QTemporaryDir disk(session().chemin_tri + QStringLiteral("XXXXXX"));
+    const QTemporaryDir disk(session().chemin_tri + QStringLiteral("disque"));
     for (auto _ : state) {
         qint64 bytes = 0;
         for (const qint64 size : file_copies::make(dataFiles(disk.path()), {})) bytes += size;
@@ -86,7 +86,7 @@ void backUpByRule(benchmark::State& state) {
 
 /// The engine's own copies, unchecked.
 void backUpBare(benchmark::State& state) {
-    const QTemporaryDir disk(session().chemin_tri + QStringLiteral("XXXXXX"));
+    const QTemporaryDir disk(session().chemin_tri + QStringLiteral("disque"));
     for (auto _ : state)
         for (const file_copies::Copy& copy : dataFiles(disk.path())) {
             QFile::remove(copy.to);

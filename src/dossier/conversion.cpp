@@ -163,7 +163,7 @@ Outcome convert(const QString& source, const QString& target, bool addToSocietie
             QStringLiteral("Le dossier %1 existe déjà et n'est pas vide").arg(target), QString());
     const QFileInfo place(QDir(target).absolutePath());
     require(QDir().mkpath(place.path()), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
-    QTemporaryDir made(place.path() + QStringLiteral("/.conversion-XXXXXX"));
+    QTemporaryDir made(place.path() + QStringLiteral("/.conversion"));
     require(made.isValid(), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
     convertInto(creation::create({made.path(), company.code, company.name, false}), QDir(source), outcome, progress);
     QDir().rmdir(place.filePath());

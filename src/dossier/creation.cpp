@@ -121,7 +121,7 @@ void build(const QString& folder, const Options& options) {
 template <class Build>
 void buildWhole(const QString& folder, const Build& builder) {
     makeFolder(folder);
-    QTemporaryDir built(folder + QStringLiteral("/.creation-XXXXXX"));
+    QTemporaryDir built(folder + QStringLiteral("/.creation"));
     if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
     builder(built.path());
     keepAllFromOthers(built.path());

@@ -20,7 +20,7 @@ namespace molven::restoration {
 
 namespace {
 
-const QString Staging = QStringLiteral(".restauration-"), SetAside = QStringLiteral("avant-restauration-");
+const QString Staging = QStringLiteral(".restauration"), SetAside = QStringLiteral("avant-restauration-");
 
 /// The data folder of the dossier, found without opening its files: they may be what is damaged.
 QString dataFolder(const QString& installation, const QString& name) {
@@ -135,7 +135,7 @@ Outcome restore(const QString& installation, const QString& backup, const QStrin
     const Presence alone({folder.path()}, Presence::Kind::Alone);
     for (const QString& left : folder.entryList({Staging + u'*'}, QDir::Dirs | QDir::Hidden))
         QDir(folder.filePath(left)).removeRecursively();
-    const QTemporaryDir staging(folder.filePath(Staging + QStringLiteral("XXXXXX")));
+    const QTemporaryDir staging(folder.filePath(Staging));
     if (!staging.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder.path()));
     stage(QDir(backup), QDir(staging.path()));
     const QStringList names = sound(QDir(staging.path()));

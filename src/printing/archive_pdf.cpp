@@ -166,11 +166,11 @@ void attach(QPDF& pdf, const Attachment& file) {
         const std::string moment = information.getKey("/CreationDate").getUTF8Value();
         stream.setCreationDate(moment).setModDate(moment);
     }
-    auto specification = QPDFFileSpecObjectHelper::createFileSpec(pdf, file.name.toStdString(), stream);
-    specification.setDescription("Factur-X");
-    QPDFObjectHandle handle = specification.getObjectHandle();
+    auto attached = QPDFFileSpecObjectHelper::createFileSpec(pdf, file.name.toStdString(), stream);
+    attached.setDescription("Factur-X");
+    QPDFObjectHandle handle = attached.getObjectHandle();
     handle.replaceKey("/AFRelationship", QPDFObjectHandle::newName("/Alternative"));
-    QPDFEmbeddedFileDocumentHelper(pdf).replaceEmbeddedFile(file.name.toStdString(), specification);
+    QPDFEmbeddedFileDocumentHelper(pdf).replaceEmbeddedFile(file.name.toStdString(), attached);
     QPDFObjectHandle associated = QPDFObjectHandle::newArray();
     associated.appendItem(handle);
     pdf.getRoot().replaceKey("/AF", associated);
