@@ -96,7 +96,7 @@ StatisticsForm::StatisticsForm(Desk& desk)
     charts->setStretchFactor(0, 3);
     charts->setStretchFactor(1, 2);
     auto* beside = new QSplitter(this);
-    layout()->replaceWidget(&list(), beside);
+    delete layout()->replaceWidget(&list(), beside); // the place that the list had
     beside->addWidget(&list());
     beside->addWidget(charts);
     charts->setMinimumWidth(ChartWidth);
