@@ -114,7 +114,9 @@ Saved backUp(const Session& session, const QString& target, const Progress& prog
 }
 
 QString addGeneration(const Session& session, const QString& target, int kept, const Progress& progress) {
-    require(QDir().mkpath(target), QStringLiteral("Impossible d'écrire dans le dossier %1").arg(target), QString());
+    // A disk that is not there must not become a folder of the machine's own.
+    require(QDir(target).exists() || QDir().mkdir(target),
+            QStringLiteral("Impossible d'écrire dans le dossier %1").arg(target), QString());
     const QString name = Generation + Clock::now().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     const QDir folder(target);
     const QString unfinished = folder.filePath(u'.' + Generation + QStringLiteral("en-cours"));

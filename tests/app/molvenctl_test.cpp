@@ -87,6 +87,10 @@ TEST(Molvenctl, SavesAnInvoiceAsItIsPrinted) {
         << refused.toStdString();
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_EQ(molvenctl({"facture", home, "1", "--annee", "2026", "--pdf", path}).code, 0);
+    EXPECT_EQ(molvenctl({"facture", home, "1", "--pdf", path}).code, 1) << "it replaces nothing unasked";
+    EXPECT_EQ(molvenctl({"facture", home, "1", "--pdf", path, "--remplacer"}).code, 0);
+    EXPECT_EQ(molvenctl({"facture", home, "1", "--pdf", dossier.session.molven(), "--remplacer"}).code, 1);
+    EXPECT_EQ(molvenctl({"sauvegarde", home, home + QStringLiteral("/absent/disque")}).code, 1);
     QProcess text;
     text.start(QStringLiteral("pdftotext"), {path, QStringLiteral("-")});
     ASSERT_TRUE(text.waitForFinished(60'000));

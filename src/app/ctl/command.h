@@ -50,6 +50,13 @@ QCommandLineOption dossierOption();
 /// The dossier that a call works on: the one named, or the only one. Of several it takes the first, and says so.
 Session sessionOf(const QCommandLineParser& parser, const QString& folder);
 
+/// "--remplacer", of the words that write a file of the user's.
+QCommandLineOption replaceOption();
+/// Throws Refusal for a file that exists and may not be replaced; one that the dossier lives by never is.
+void requireWritable(const QCommandLineParser& parser, const QString& path);
+/// Writes it whole or not at all. Throws what requireWritable() does, and Refusal when it cannot be written.
+void writeOut(const QCommandLineParser& parser, const QString& path, const QByteArray& bytes);
+
 /// One line on standard output.
 void say(const QString& line);
 /// One line on standard error.

@@ -1,7 +1,6 @@
 #include "app/ctl/command.h"
 
 #include "data/format.h"
-#include "data/safe_file.h"
 #include "electronic/cii_writer.h"
 #include "electronic/factur_x.h"
 #include "sales/papers.h"
@@ -52,16 +51,19 @@ Command invoiceCommand() {
             parser.addOption({FacturX, QStringLiteral("facture électronique Factur-X (PDF/A-3) à écrire"),
                               QStringLiteral("FICHIER")});
             parser.addOption({Xml, QStringLiteral("son seul XML (UN/CEFACT CII) à écrire"), QStringLiteral("FICHIER")});
+            parser.addOption(replaceOption());
         },
         [](const QCommandLineParser& parser, const QStringList& arguments) {
             if (!parser.isSet(Pdf) && !parser.isSet(FacturX) && !parser.isSet(Xml))
                 throw Refusal(QStringLiteral("Préciser ce qu'il faut écrire : --pdf, --facturx ou --xml FICHIER"));
+            for (const auto& [form, bytesOf] : forms())
+                if (parser.isSet(form)) requireWritable(parser, parser.value(form));
             const Session session = sessionOf(parser, arguments[0]);
             SalesBook book(session, documentKind(QStringLiteral("FAC")));
             const QList<papers::Paper> found = find(book, arguments[1], parser.value(Year));
             for (const auto& [form, bytesOf] : forms()) {
                 if (!parser.isSet(form)) continue;
-                writeWhole(parser.value(form), bytesOf(book, found.first()));
+                writeOut(parser, parser.value(form), bytesOf(book, found.first()));
                 say(papers::title(found) + QStringLiteral(" : ") + parser.value(form));
             }
             return 0;

@@ -1,18 +1,14 @@
 #include "app/ctl/command.h"
 
 #include "data/errors.h"
-#include "data/safe_file.h"
 #include "dossier/reference_files.h"
 
 #include <QCommandLineParser>
 #include <QFile>
-#include <QFileInfo>
 
 namespace molven::ctl {
 
 namespace {
-
-const QString Replace = QStringLiteral("remplacer");
 
 QString kindsText() { return reference_files::kinds().join(u'|'); }
 
@@ -30,21 +26,10 @@ int bringIn(const QCommandLineParser& parser, const QStringList& arguments) {
     return outcome.faults.isEmpty() ? 0 : 1;
 }
 
-/// A file that a dossier lives by, or that guards it.
-bool isOurs(const QString& path) {
-    static const QStringList kinds{QStringLiteral("mdb"), QStringLiteral("hc"), QStringLiteral("svi")};
-    return kinds.contains(QFileInfo(QFileInfo(path).canonicalFilePath()).suffix().toLower());
-}
-
 int takeOut(const QCommandLineParser& parser, const QStringList& arguments) {
     const QString path = arguments[2];
-    const bool replaces = parser.isSet(Replace);
-    if (replaces && isOurs(path))
-        throw Refusal(QStringLiteral("Le fichier %1 est un fichier du programme : il n'est pas remplacé").arg(path));
-    if (!replaces && QFileInfo(path).isFile())
-        throw Refusal(QStringLiteral("Le fichier %1 existe déjà : ajoutez --%2 pour le remplacer").arg(path, Replace));
-    writeWhole(path, reference_files::takeOut(sessionOf(parser, arguments[0]), arguments[1]),
-               replaces ? Existing::Replace : Existing::Refuse);
+    requireWritable(parser, path);
+    writeOut(parser, path, reference_files::takeOut(sessionOf(parser, arguments[0]), arguments[1]));
     say(QStringLiteral("fichier écrit : ") + path);
     return 0;
 }
@@ -66,7 +51,7 @@ Command exportCommand() {
             QStringLiteral("DIR QUOI FICHIER.csv"),
             [](QCommandLineParser& parser) {
                 parser.addOption(dossierOption());
-                parser.addOption({Replace, QStringLiteral("remplace le fichier s'il existe déjà")});
+                parser.addOption(replaceOption());
             },
             takeOut,
             3};
