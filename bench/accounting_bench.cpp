@@ -15,7 +15,7 @@ const Period Year{QStringLiteral("20260101"), QStringLiteral("20261231")};
 /// once a run.
 void fillInvoices() {
     BareEngine engine({session().vente(), session().molven()});
-    const auto filled = engine.prepare(QStringLiteral("select 1 from strfacl where fac_ref >= 'A' limit 1"));
+    const auto filled = engine.prepare(QStringLiteral("select 1 from strface limit 1 offset 99999"));
     if (BareEngine::run(filled, {}) > 0) return;
     engine.execute("begin");
     engine.execute(
