@@ -12,7 +12,7 @@ namespace molven::bench {
 
 namespace {
 
-const QString Prefix = QStringLiteral("PATIENT 12");
+const QString Patients = QStringLiteral("PATIENT 12");
 const QString Lot = QStringLiteral("LOT7");
 const QString ExpiryLimit = QStringLiteral("06/2027");
 
@@ -26,7 +26,7 @@ void patientsByRule(benchmark::State& state) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     PatientEnquiry enquiry;
-    enquiry.patient = Prefix;
+    enquiry.patient = Patients;
     enquiry.sort = PatientEnquiry::Sort::Patient;
     for (auto _ : state) benchmark::DoNotOptimize(readAll(patient_enquiry::select({molven}, enquiry)));
 }
@@ -36,7 +36,7 @@ void patientsBare(benchmark::State& state) {
     const auto patients =
         engine.prepare(QStringLiteral("select * from strproduit where reg_pat >= ? and reg_pat < ? "
                                       "and substr(reg_pat,1,10) = ? order by reg_pat, ref_art, pro_ann, imm_art"));
-    const QByteArray first = Prefix.toUtf8(), end = (Prefix + QChar(0xFFFF)).toUtf8();
+    const QByteArray first = Patients.toUtf8(), end = (Patients + QChar(0xFFFF)).toUtf8();
     for (auto _ : state) benchmark::DoNotOptimize(BareEngine::run(patients, {first, end, first}));
 }
 

@@ -14,14 +14,14 @@ namespace molven::bench {
 
 namespace {
 
-const QString Prefix = QStringLiteral("A012");
+const QString Articles = QStringLiteral("A012");
 
 /// What typing the beginning of a reference asks for: the articles, in order, and the first page of them.
 void lookUpByRule(benchmark::State& state) {
     Workspace workspace;
     Database molven = workspace.open(session().molven());
     for (auto _ : state) {
-        const Recordset found = molven.select(strarticle, startsWith(strarticle.art_ref, Prefix), strarticle.art_ref);
+        const Recordset found = molven.select(strarticle, startsWith(strarticle.art_ref, Articles), strarticle.art_ref);
         for (const Record& article : found) benchmark::DoNotOptimize(&article);
     }
 }
@@ -31,7 +31,7 @@ void lookUpBare(benchmark::State& state) {
     const auto keys = engine.prepare(
         QStringLiteral("select rowid from strarticle where art_ref >= ? and art_ref < ? order by art_ref"));
     const auto record = engine.prepare(QStringLiteral("select * from strarticle where rowid = ?"));
-    const QByteArray first = Prefix.toUtf8(), end = (Prefix + QChar(0xFFFF)).toUtf8();
+    const QByteArray first = Articles.toUtf8(), end = (Articles + QChar(0xFFFF)).toUtf8();
     for (auto _ : state) {
         std::vector<sqlite3_int64> found;
         sqlite3_reset(keys.get());

@@ -12,7 +12,7 @@ namespace {
 const QString CollateFrench = QStringLiteral(" collate french");
 const QString CollateCode = QStringLiteral(" collate nocase");
 
-const QString& collation(Field::Kind kind) {
+const QString& collationOf(Field::Kind kind) {
     static const QString none;
     return kind == Field::Kind::Label ? CollateFrench : kind == Field::Kind::Code ? CollateCode : none;
 }
@@ -29,7 +29,7 @@ Criterion compared(const Expression& expression, const char* comparison, const Q
 Expression::Expression(const Field& field) : sql(field.name), kind(field.kind) {}
 
 Expression left(const Field& field, int count) {
-    return {QStringLiteral("substr(%1,1,%2)").arg(field.name).arg(count) + collation(field.kind), field.kind};
+    return {QStringLiteral("substr(%1,1,%2)").arg(field.name).arg(count) + collationOf(field.kind), field.kind};
 }
 
 Expression monthKey(const Field& field) {
@@ -37,11 +37,11 @@ Expression monthKey(const Field& field) {
 }
 
 Expression trimmed(const Field& field) {
-    return {QStringLiteral("trim(%1)").arg(field.name) + collation(field.kind), field.kind};
+    return {QStringLiteral("trim(%1)").arg(field.name) + collationOf(field.kind), field.kind};
 }
 
 Expression operator+(const Expression& a, const Expression& b) {
-    return {QStringLiteral("(%1||%2)").arg(a.sql, b.sql) + collation(a.kind), a.kind};
+    return {QStringLiteral("(%1||%2)").arg(a.sql, b.sql) + collationOf(a.kind), a.kind};
 }
 
 Criterion operator==(const Expression& expression, const QString& value) { return compared(expression, " = ", value); }

@@ -6,7 +6,7 @@ namespace {
 
 const QString Face = QStringLiteral("Arial");
 constexpr int Left = 850, Width = PrintJob::ShortSide - Left - 400, AddressLeft = 6000;
-constexpr int LineStep = 280, SlipStep = 420, PageTop = 600, PageBottom = 15'400, FooterTop = 15'900;
+constexpr int TextStep = 280, SlipStep = 420, PageTop = 600, PageBottom = 15'400, FooterTop = 15'900;
 
 class LetterWriter {
 public:
@@ -19,11 +19,11 @@ public:
         parties();
         job_.setFont(Face, 11, true);
         put(Left, letter_.subject, Width);
-        y_ += LineStep;
+        y_ += TextStep;
         paragraphs(letter_.paragraphs);
         table();
         totals();
-        y_ += LineStep;
+        y_ += TextStep;
         paragraphs(letter_.closing);
         slip();
         for (int page = firstPage_, end = job_.pages(); page < end; ++page) footer(page, end - firstPage_);
@@ -35,12 +35,12 @@ private:
         put(Left, letter_.sender, AddressLeft - Left);
         job_.setFont(Face, 10);
         for (const QString& line : letter_.senderAddress) put(Left, line, AddressLeft - Left);
-        y_ = std::max(y_ + LineStep, 2200);
+        y_ = std::max(y_ + TextStep, 2200);
         job_.setFont(Face, 11);
         for (const QString& line : letter_.address) put(AddressLeft, line, Width + Left - AddressLeft);
-        y_ += LineStep;
+        y_ += TextStep;
         put(AddressLeft, letter_.placeAndDate, Width + Left - AddressLeft);
-        y_ += 2 * LineStep;
+        y_ += 2 * TextStep;
     }
 
     /// Starts a page when this height does not fit.
@@ -52,16 +52,16 @@ private:
     }
 
     void put(int x, const QString& text, int width) {
-        need(static_cast<int>(job_.lines(text, width).size()) * LineStep);
+        need(static_cast<int>(job_.lines(text, width).size()) * TextStep);
         job_.setPosition(x, y_);
-        y_ += job_.print(text, width, LineStep) * LineStep;
+        y_ += job_.print(text, width, TextStep) * TextStep;
     }
 
     void paragraphs(const QStringList& texts) {
         job_.setFont(Face, 10);
         for (const QString& text : texts) {
             put(Left, text, Width);
-            y_ += LineStep / 2;
+            y_ += TextStep / 2;
         }
     }
 
@@ -69,7 +69,7 @@ private:
         PaperTable table(letter_.columns, Face, 9);
         for (const QStringList& cells : letter_.rows) table.measure(cells);
         table.fit(Width);
-        need(4 * LineStep);
+        need(4 * TextStep);
         y_ += table.printTitles(job_, Left, y_);
         for (const QStringList& cells : letter_.rows) {
             if (need(table.height(cells))) y_ += table.printTitles(job_, Left, y_);
@@ -85,16 +85,16 @@ private:
 
     void slip() {
         if (letter_.slipTitle.isEmpty()) return;
-        y_ += LineStep;
-        need(2 * LineStep + static_cast<int>(letter_.slip.size()) * SlipStep);
+        y_ += TextStep;
+        need(2 * TextStep + static_cast<int>(letter_.slip.size()) * SlipStep);
         job_.setPosition(Left, y_);
         job_.bar(Width, 10);
-        y_ += LineStep;
+        y_ += TextStep;
         job_.setFont(Face, 11, true);
         put(Left, letter_.slipTitle, Width);
         job_.setFont(Face, 10);
         for (const QString& line : letter_.slip) {
-            y_ += SlipStep - LineStep;
+            y_ += SlipStep - TextStep;
             put(Left, line, Width);
         }
     }

@@ -8,7 +8,7 @@ const QString Narrow = QStringLiteral("Arial Narrow");
 constexpr int BodyPoints = 9;
 constexpr int FilingMargin = 850; ///< with the margin of the paper, 20 mm for the holes of a folder
 constexpr int TextWidth[] = {PrintJob::ShortSide - FilingMargin, PrintJob::LongSide - FilingMargin};
-constexpr int LineStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
+constexpr int RowStep = 260, WordsStep = 220, TitleStep = 380, GroupGap = 120;
 constexpr int MostPictureHeight = 4800;
 constexpr int SignatureGap = 400, SignatureHeight = 1900, Hairline = 12;
 
@@ -80,13 +80,13 @@ private:
         if (i >= report_.lines_.size()) return 0;
         const Line& line = report_.lines_[i];
         if (line.kind == Line::Kind::Row) return table_.height(line.cells);
-        return LineStep + GroupGap + (line.kind == Line::Kind::Group ? height(i + 1) : 0);
+        return RowStep + GroupGap + (line.kind == Line::Kind::Group ? height(i + 1) : 0);
     }
 
     void writeLine(qsizetype i) {
         const Line& line = report_.lines_[i];
         if (line.kind == Line::Kind::Group) group_ = line.cells;
-        if (y_ + height(i) > job_.height() - LineStep) startPage(line.kind == Line::Kind::Row);
+        if (y_ + height(i) > job_.height() - RowStep) startPage(line.kind == Line::Kind::Row);
         if (line.kind == Line::Kind::Row)
             y_ += table_.print(job_, FilingMargin, y_, line.cells);
         else
@@ -109,22 +109,22 @@ private:
         job_.setPosition(FilingMargin + job_.textWidth(textAndNote.first()) + 200, y_);
         job_.setBold(false);
         job_.print(textAndNote.value(1));
-        y_ += LineStep;
+        y_ += RowStep;
     }
 
     void writeCount() {
         if (!report_.isCounted_) return;
-        if (y_ + LineStep + GroupGap > job_.height() - LineStep) startPage(false);
+        if (y_ + RowStep + GroupGap > job_.height() - RowStep) startPage(false);
         writeBold({QStringLiteral("Nbre sélection : %1 / nbre de pages : %2").arg(report_.rows_).arg(job_.pages())});
     }
 
     void writePictures() {
         for (const QImage& image : report_.pictures_) {
-            const int room = job_.height() - LineStep - top_;
+            const int room = job_.height() - RowStep - top_;
             const int height =
                 std::min({room, MostPictureHeight, width_ * image.height() / std::max(1, image.width())});
             y_ += GroupGap;
-            if (y_ + height > job_.height() - LineStep) {
+            if (y_ + height > job_.height() - RowStep) {
                 job_.newPage();
                 y_ = top_;
             }
@@ -137,15 +137,15 @@ private:
     void writeSignatures() {
         if (report_.parties_.isEmpty()) return;
         y_ += SignatureGap;
-        if (y_ + SignatureHeight > job_.height() - LineStep) startPage(false);
+        if (y_ + SignatureHeight > job_.height() - RowStep) startPage(false);
         const int width = (width_ - SignatureGap) / static_cast<int>(report_.parties_.size());
         for (qsizetype i = 0; i < report_.parties_.size(); ++i) {
             const int x = FilingMargin + static_cast<int>(i) * (width + SignatureGap);
             job_.setFont(report_.family_, 10, true);
             job_.setPosition(x, y_);
-            job_.print(report_.parties_[i], width, LineStep);
+            job_.print(report_.parties_[i], width, RowStep);
             job_.setFont(report_.family_, BodyPoints);
-            job_.setPosition(x, y_ + 2 * LineStep);
+            job_.setPosition(x, y_ + 2 * RowStep);
             job_.print(QStringLiteral("Nom, date et signature :"));
             job_.setPosition(x, y_ + SignatureHeight);
             job_.bar(width, Hairline);
@@ -155,7 +155,7 @@ private:
 
     int headingHeight() {
         job_.setFont(report_.family_, 14, true);
-        qsizetype height = LineStep + TitleStep * job_.lines(report_.title_, width_).size();
+        qsizetype height = RowStep + TitleStep * job_.lines(report_.title_, width_).size();
         job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) height += WordsStep * job_.lines(words, width_).size();
         return static_cast<int>(height) + GroupGap;
@@ -168,8 +168,8 @@ private:
         job_.setPosition(FilingMargin, 0);
         job_.print(company_);
         job_.setFont(report_.family_, 14, true);
-        job_.setPosition(FilingMargin, LineStep);
-        int y = LineStep + TitleStep * job_.print(report_.title_, width_, TitleStep);
+        job_.setPosition(FilingMargin, RowStep);
+        int y = RowStep + TitleStep * job_.print(report_.title_, width_, TitleStep);
         job_.setFont(report_.family_, BodyPoints);
         for (const QString& words : report_.words_) {
             job_.setPosition(FilingMargin, y);

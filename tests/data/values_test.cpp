@@ -5,24 +5,24 @@
 namespace molven {
 
 namespace {
-Decimal number(const char* text) { return Decimal::parse(QString::fromUtf8(text)).value(); }
+Decimal decimalOf(const char* text) { return Decimal::parse(QString::fromUtf8(text)).value(); }
 } // namespace
 
 TEST(Decimals, TypedWithPointOrCommaAndRefusedWhenNotANumber) {
-    EXPECT_EQ(number("1 234,50"), number("1234.5"));
-    EXPECT_EQ(number("-,5"), number("-0.5"));
-    EXPECT_EQ(number("007"), Decimal(7));
+    EXPECT_EQ(decimalOf("1 234,50"), decimalOf("1234.5"));
+    EXPECT_EQ(decimalOf("-,5"), decimalOf("-0.5"));
+    EXPECT_EQ(decimalOf("007"), Decimal(7));
     for (const char* wrong : {"", " ", "abc", "1,2,3", "12-", "1e5", "0x10", ","})
         EXPECT_FALSE(Decimal::parse(QString::fromUtf8(wrong)).has_value()) << wrong;
 }
 
 TEST(Decimals, MoneyIsExactWhereBinaryNumbersAreNot) {
-    EXPECT_EQ(number("0.1") + number("0.2"), number("0.3"));
-    EXPECT_EQ((number("0.29") * Decimal(100)).floored(0), Decimal(29));
-    EXPECT_EQ(number("1.005").rounded(2), number("1.01"));
-    EXPECT_EQ(number("-2.345").rounded(2), number("-2.35"));
+    EXPECT_EQ(decimalOf("0.1") + decimalOf("0.2"), decimalOf("0.3"));
+    EXPECT_EQ((decimalOf("0.29") * Decimal(100)).floored(0), Decimal(29));
+    EXPECT_EQ(decimalOf("1.005").rounded(2), decimalOf("1.01"));
+    EXPECT_EQ(decimalOf("-2.345").rounded(2), decimalOf("-2.35"));
     EXPECT_EQ((Decimal(1) / Decimal(3)).toFixed(2), QStringLiteral("0.33"));
-    EXPECT_EQ(number("-0.001").toFixed(2), QStringLiteral("0.00"));
+    EXPECT_EQ(decimalOf("-0.001").toFixed(2), QStringLiteral("0.00"));
 }
 
 struct PatternCase {
@@ -35,7 +35,7 @@ class Patterns : public testing::TestWithParam<PatternCase> {};
 
 TEST_P(Patterns, WriteNumbersAsTheScreensAndPapersShowThem) {
     const PatternCase& c = GetParam();
-    EXPECT_EQ(format(number(c.value), QString::fromUtf8(c.pattern)), QString::fromUtf8(c.shown));
+    EXPECT_EQ(format(decimalOf(c.value), QString::fromUtf8(c.pattern)), QString::fromUtf8(c.shown));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -39,7 +39,7 @@ protected:
     Database molven, gencode;
 };
 
-Decimal number(const char* text) { return Decimal::parse(QString::fromLatin1(text)).value(); }
+Decimal decimalOf(const char* text) { return Decimal::parse(QString::fromLatin1(text)).value(); }
 
 } // namespace
 
@@ -47,7 +47,7 @@ TEST_F(Tables, PushAPriceIntoTheArticlesOfACodeByTheirVatRate) {
     set("CUP", strarticle.art_tva, "2");
     set("GRAFT", strarticle.art_lpp, "3199999");
     using article_updates::lpp, article_updates::pushPrice, article_updates::tips;
-    EXPECT_EQ(pushPrice(molven, lpp(), QStringLiteral("3100001"), number("105.50")), 5);
+    EXPECT_EQ(pushPrice(molven, lpp(), QStringLiteral("3100001"), decimalOf("105.50")), 5);
     EXPECT_EQ(pricesOf("HIP"), QStringLiteral("100 105.5 105.50"));
     EXPECT_EQ(pricesOf("CUP"), QStringLiteral("87.92 105.5 105.50"));
     EXPECT_EQ(pricesOf("GRAFT"), QStringLiteral("100 105.5 "));
@@ -66,7 +66,7 @@ TEST_F(Tables, WriteAReimbursementPriceAndItsArticlesTogetherOrNot) {
         article_updates::saveReimbursement(molven, article_updates::lpp(), row, before, intoArticles);
     };
     const Record before = rowOf();
-    save(number("105.50"), before, true);
+    save(decimalOf("105.50"), before, true);
     EXPECT_EQ(pricesOf("HIP"), QStringLiteral("100 105.5 105.50"));
     EXPECT_EQ(test::dataErrorOf([&] { save(Decimal(211), before, true); }), DataError::RecordChanged);
     EXPECT_EQ(refusalOf([&] { save(Decimal(-211), rowOf(), true); }), QStringLiteral("Prix incorrect"));

@@ -10,24 +10,24 @@
 
 namespace molven {
 
-namespace documents = attached_documents;
+namespace attached = attached_documents;
 
 TEST(AttachedDocuments, AskOnlyBeforeALowerCaseProgram) {
-    EXPECT_EQ(documents::extension(QStringLiteral("a.b/c.tar.gz ")), QStringLiteral("gz"));
-    EXPECT_EQ(documents::extension(QStringLiteral("sans")), QString());
-    EXPECT_TRUE(documents::isProgram(QStringLiteral(" outil.exe ")));
-    EXPECT_FALSE(documents::isProgram(QStringLiteral("OUTIL.EXE")));
+    EXPECT_EQ(attached::extension(QStringLiteral("a.b/c.tar.gz ")), QStringLiteral("gz"));
+    EXPECT_EQ(attached::extension(QStringLiteral("sans")), QString());
+    EXPECT_TRUE(attached::isProgram(QStringLiteral(" outil.exe ")));
+    EXPECT_FALSE(attached::isProgram(QStringLiteral("OUTIL.EXE")));
 }
 
 TEST(AttachedDocuments, TellWhyAFileDoesNotOpen) {
     const QTemporaryDir folder;
-    EXPECT_EQ(documents::message(documents::open(folder.filePath(QStringLiteral("non/la.txt")))),
+    EXPECT_EQ(attached::message(attached::open(folder.filePath(QStringLiteral("non/la.txt")))),
               QStringLiteral("Le chemin du fichier à ouvrir est incorrect."));
-    EXPECT_EQ(documents::message(documents::open(QStringLiteral("  ") + folder.filePath(QStringLiteral("absent.txt")))),
+    EXPECT_EQ(attached::message(attached::open(QStringLiteral("  ") + folder.filePath(QStringLiteral("absent.txt")))),
               QString());
-    EXPECT_EQ(documents::message(5), QStringLiteral("Accès au fichier refusé."));
-    EXPECT_EQ(documents::message(documents::NoAssociation), QString());
-    EXPECT_EQ(documents::message(99), QString());
+    EXPECT_EQ(attached::message(5), QStringLiteral("Accès au fichier refusé."));
+    EXPECT_EQ(attached::message(attached::NoAssociation), QString());
+    EXPECT_EQ(attached::message(99), QString());
 }
 
 TEST(AttachedDocuments, DroppedOnTheListAreCopiedIntoTheFolderAndNeverOverAnother) {
@@ -51,7 +51,7 @@ TEST(AttachedDocuments, DroppedOnTheListAreCopiedIntoTheFolderAndNeverOverAnothe
     EXPECT_TRUE(QFile::exists(dossier.folder() + QStringLiteral("/l'été/contrat signé.pdf")));
     EXPECT_EQ(prompt.unchecked.size(), 1);
     EXPECT_EQ(prompt.unchecked.value(0), QStringLiteral("Ce document existe déjà : contrat signé.pdf"));
-    EXPECT_EQ(documents::list(dossier.folder() + QStringLiteral("/l'été")),
+    EXPECT_EQ(attached::list(dossier.folder() + QStringLiteral("/l'été")),
               QStringList(QStringLiteral("contrat signé.pdf")));
 }
 

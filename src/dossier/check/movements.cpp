@@ -13,7 +13,7 @@ namespace molven::check {
 
 namespace {
 
-const QString MolvenFile = QStringLiteral("molven.mdb");
+const QString MovementsFile = QStringLiteral("molven.mdb");
 
 /// By reference in upper case, as the engine compares them.
 using Quantities = QHash<QString, Decimal>;
@@ -101,7 +101,7 @@ void checkMovements(references::Files& files, const Session& session, Faults& fa
     for (auto article = held.begin(); article != held.end(); ++article) {
         const Decimal stock = Decimal::fromText(article.value()), expected = left.value(article.key().toUpper());
         if (stock == expected || !isMadeByMovements(molven, article.key())) continue;
-        faults.append({MolvenFile,
+        faults.append({MovementsFile,
                        article.key(),
                        QStringLiteral("art_stk = %1 pour %2 d'après les mouvements et les documents")
                            .arg(stock.toString(), expected.toString()),

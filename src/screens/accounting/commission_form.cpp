@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "reference/code_kinds.h"
 #include "screens/accounting/commission_paper.h"
+#include "screens/accounting/figures.h"
 #include "ui/edit.h"
 #include "ui/progress.h"
 
@@ -11,14 +12,13 @@ namespace molven {
 
 namespace {
 
-const QString From = QStringLiteral("Mskdatdeb"), To = QStringLiteral("Mskdatfin"), First = QStringLiteral("txtrepdeb"),
-              Last = QStringLiteral("txtrepfin"), Amount = QStringLiteral("# ### ##0.00");
+const QString First = QStringLiteral("txtrepdeb"), Last = QStringLiteral("txtrepfin");
 
 CriterionBox representative(const QString& name, const QString& caption) {
     return {.name = name, .caption = caption, .characters = 3, .code = &codes::Representative, .isBound = true};
 }
 
-QList<GridColumn> columns() {
+QList<GridColumn> commissionColumns() {
     const auto& c = strcommission;
     return {{&c.com_rep, QStringLiteral("Code"), 60},
             {&c.com_nom, QStringLiteral("Représentant"), 260},
@@ -41,7 +41,7 @@ CommissionForm::CommissionForm(Desk& desk)
                         {To, QStringLiteral("au :"), 10, Kind::Day},
                         representative(First, QStringLiteral("Représentants du :")),
                         representative(Last, QStringLiteral("au :"))},
-           .list = columns(),
+           .list = commissionColumns(),
            .searches = {{QStringLiteral("cmdsuit"), QStringLiteral("&Suite"), [this] { begin(); }},
                         {QStringLiteral("cmdvalide"), QStringLiteral("&Valider la période"), [this] { regenerate(); }}},
            .deeds = {{QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }}},

@@ -9,6 +9,7 @@
 #include "reference/seller.h"
 #include "sales/document_kind.h"
 #include "sales/documents.h"
+#include "screens/accounting/figures.h"
 #include "screens/sales/document_form.h"
 #include "ui/edit.h"
 #include "ui/printed_list.h"
@@ -19,8 +20,7 @@ namespace molven {
 
 namespace {
 
-const QString Amount = QStringLiteral("# ### ##0.00"), From = QStringLiteral("Mskdatdeb"),
-              To = QStringLiteral("Mskdatfin"), GroupBox = QStringLiteral("Cmbtri");
+const QString GroupBox = QStringLiteral("Cmbtri");
 
 bool isCredit(const Record& header) { return documents::isOfKind(documentKind(QStringLiteral("AVO")), header); }
 
@@ -48,7 +48,7 @@ struct Sums {
     }
 };
 
-QList<GridColumn> columns() {
+QList<GridColumn> invoiceColumns() {
     const DocumentHeaders& h = strface;
     return {{&h.fac_no, QStringLiteral("N°"), 65},
             {&h.fac_datf, QStringLiteral("Date"), 85},
@@ -133,7 +133,7 @@ void InvoiceListForm::openDocument(const Record& header) {
 }
 
 StatementForm::StatementForm(Desk& desk) : InvoiceListForm(desk, QStringLiteral("T_reledt")) {
-    buildList(QStringLiteral("Relevés de facture"), {}, columns());
+    buildList(QStringLiteral("Relevés de facture"), {}, invoiceColumns());
 }
 
 QList<Record> StatementForm::found() { return invoice_listing::ofPeriod(files_, period_, typedClients()); }
@@ -203,7 +203,7 @@ DueDateForm::DueDateForm(Desk& desk) : InvoiceListForm(desk, QStringLiteral("T_e
         {{.name = GroupBox,
           .caption = QStringLiteral("Regroupées par :"),
           .options = {QStringLiteral("Échéance"), QStringLiteral("Client"), QStringLiteral("Mode de règlement")}}},
-        columns());
+        invoiceColumns());
 }
 
 invoice_listing::Grouping DueDateForm::grouping() const {

@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "data/safe_file.h"
 #include "reference/code_kinds.h"
+#include "screens/accounting/figures.h"
 
 namespace molven::report_columns {
 
@@ -13,8 +14,7 @@ using statistics::Sorting;
 
 namespace {
 
-const QString Amount = QStringLiteral("# ### ##0.00"), Quantity = QStringLiteral("# ##0.00"),
-              Percent = QStringLiteral("##0.00");
+const QString Quantity = QStringLiteral("# ##0.00"), Percent = QStringLiteral("##0.00");
 
 /// What stands beside every group.
 QList<GridColumn> figureColumns(const SalesReport& report) {

@@ -5,6 +5,7 @@
 #include "reference/code_kinds.h"
 #include "sales/document_kind.h"
 #include "sales/documents.h"
+#include "screens/accounting/figures.h"
 #include "screens/accounting/report_columns.h"
 #include "screens/sales/document_form.h"
 #include "ui/edit.h"
@@ -50,7 +51,7 @@ CriterionBox code(const char* name, const char* caption, const CodeKind* kind, i
             .digits = kind == &codes::Client || kind == &codes::Supplier ? 6 : 0};
 }
 
-QList<CriterionBox> boxes() {
+QList<CriterionBox> criteriaBoxes() {
     QStringList titles;
     for (const statistics::ReportKind& kind : statistics::reports()) titles.append(kind.title);
     return {day("Mskdatdeb", "Période du :"),
@@ -78,7 +79,7 @@ QList<CriterionBox> boxes() {
 StatisticsForm::StatisticsForm(Desk& desk)
     : SelectionForm(desk, QStringLiteral("T_staedt")), files_(sales_statistics::openFiles(workspace_, session())) {
     build({.title = QStringLiteral("Statistiques"),
-           .criteria = boxes(),
+           .criteria = criteriaBoxes(),
            .list = {},
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Valider"), [this] { select(); }}},
            .deeds = {{QStringLiteral("Cmdretour"), QStringLiteral("&Retour"), [this] { goBack(); }},
@@ -147,7 +148,7 @@ Period yearBefore(const Period& period) {
 Query StatisticsForm::typedQuery() const {
     const auto value = [this](const char* name) { return criteria().value(QString::fromLatin1(name)); };
     Query query;
-    query.period = typedPeriod(value("Mskdatdeb"), value("Mskdatfin"));
+    query.period = typedPeriod(criteria().value(From), criteria().value(To));
     if (!value("Mskdatdeb2").isEmpty() || !value("Mskdatfin2").isEmpty())
         query.compared = typedPeriod(value("Mskdatdeb2"), value("Mskdatfin2"), QStringLiteral("Mskdatdeb2"),
                                      QStringLiteral("Mskdatfin2"));
@@ -185,10 +186,9 @@ void StatisticsForm::select() {
 }
 
 SalesReport& StatisticsForm::report() {
-    if (!report_) throw Refusal(QStringLiteral("Faire une sélection"), QStringLiteral("Mskdatdeb"));
+    if (!report_) throw Refusal(QStringLiteral("Faire une sélection"), From);
     if (files_.tri.changesElsewhere() != version_)
-        throw Refusal(QStringLiteral("Les statistiques ont été refaites ailleurs : valider de nouveau"),
-                      QStringLiteral("Mskdatdeb"));
+        throw Refusal(QStringLiteral("Les statistiques ont été refaites ailleurs : valider de nouveau"), From);
     return *report_;
 }
 
@@ -217,8 +217,7 @@ void StatisticsForm::showGroups() {
     Decimal net;
     for (const Record& row : rows) net += row[strstat.sta_net];
     showRows(rows, pathWords() + QStringLiteral("%1, C.A. net : %2")
-                                     .arg(counted(rows.size(), QStringLiteral("ligne")),
-                                          format(net, QStringLiteral("# ### ##0.00"))));
+                                     .arg(counted(rows.size(), QStringLiteral("ligne")), format(net, Amount)));
     drawCharts(rows);
 }
 

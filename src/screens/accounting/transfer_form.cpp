@@ -7,6 +7,7 @@
 #include "data/format.h"
 #include "data/safe_file.h"
 #include "reference/seller.h"
+#include "screens/accounting/figures.h"
 #include "screens/accounting/transfer_paper.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
@@ -23,8 +24,6 @@
 namespace molven {
 
 namespace {
-
-const QString Amount = QStringLiteral("# ### ##0.00");
 
 QList<GridColumn> entryColumns() {
     const auto& e = strecrit;
@@ -89,7 +88,7 @@ DateBox* TransferForm::dateBox(const QString& name) {
 }
 
 QLayout* TransferForm::buildTop() {
-    until_ = dateBox(QStringLiteral("Mskdatfin"));
+    until_ = dateBox(To);
     auto* caption = new QLabel(QStringLiteral("&Factures et avoirs jusqu'au :"), this);
     caption->setBuddy(until_);
     auto* check = button(QStringLiteral("cmdvalide"), QStringLiteral("&Contrôler"), [this] { control(); });
@@ -178,9 +177,8 @@ void TransferForm::showLeftOut(const QList<transfer::LeftOut>& leftOut) {
 
 void TransferForm::run() {
     if (!control_ || until_->value() != controlledDate_)
-        throw Refusal(QStringLiteral("Contrôler d'abord les factures à transférer"), QStringLiteral("Mskdatfin"));
-    if (control_->documents == 0)
-        throw Refusal(QStringLiteral("aucune facture sélectionnée"), QStringLiteral("Mskdatfin"));
+        throw Refusal(QStringLiteral("Contrôler d'abord les factures à transférer"), To);
+    if (control_->documents == 0) throw Refusal(QStringLiteral("aucune facture sélectionnée"), To);
     const transfer::Control controlled = *control_;
     const QString number =
         transfer::run(files_, controlled, progress(*this, QStringLiteral("Transfert en comptabilité")));
@@ -207,7 +205,7 @@ void TransferForm::fillPast() {
 }
 
 QString TransferForm::chosen() const {
-    if (past_->count() == 0) throw Refusal(QStringLiteral("Aucun transfert"), QStringLiteral("Mskdatfin"));
+    if (past_->count() == 0) throw Refusal(QStringLiteral("Aucun transfert"), To);
     return past_->currentData().toString();
 }
 

@@ -4,12 +4,11 @@
 #include "data/format.h"
 #include "data/period.h"
 #include "reference/parameter_tables.h"
+#include "screens/accounting/figures.h"
 
 namespace molven {
 
 namespace {
-
-const QString Amount = QStringLiteral("# ### ##0.00");
 
 QString amountOrBlank(const Decimal& amount) { return amount.isZero() ? QString() : format(amount, Amount); }
 

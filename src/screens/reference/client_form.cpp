@@ -14,7 +14,7 @@ namespace molven {
 
 namespace {
 
-QList<BoxGroup> groups() {
+QList<BoxGroup> clientGroups() {
     const auto& c = strclient;
     return {
         {QStringLiteral("Identité"),
@@ -83,7 +83,7 @@ ClientForm::ClientForm(Desk& desk)
     build({QStringLiteral("Gestion des clients"),
            clients.columns,
            clients.query,
-           groups(),
+           clientGroups(),
            2,
            strclient.clt_cod,
            QStringLiteral("Ce code n'existe pas"),

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int Wide = 34;
 
-QList<BoxGroup> groups() {
+QList<BoxGroup> sellerGroups() {
     const auto& e = stremetteur;
     return {{QStringLiteral("Société"),
              {{&e.emt_nom, QStringLiteral("Nom :"), {}, Wide},
@@ -52,7 +52,7 @@ QList<BoxGroup> groups() {
 SellerForm::SellerForm(Desk& desk)
     : Form(desk, QStringLiteral("T_emetteur")),
       molven_(workspace_.open(session().molven())),
-      panel_(new RecordPanel(groups(), 2, this)),
+      panel_(new RecordPanel(sellerGroups(), 2, this)),
       state_(*this, {}) {
     panel_->markRequired({&stremetteur.emt_nom});
     state_.isTyped = [this] { return panel_->differsFrom(*state_.record()); };

@@ -12,7 +12,7 @@ namespace molven {
 
 namespace {
 
-QList<BoxGroup> groups() {
+QList<BoxGroup> supplierGroups() {
     const auto& f = strfournis;
     return {{QStringLiteral("Identité"),
              {{&f.fou_cod, QStringLiteral("N° Fournisseur :")},
@@ -49,7 +49,7 @@ SupplierForm::SupplierForm(Desk& desk)
     build({QStringLiteral("Gestion des fournisseurs"),
            suppliers.columns,
            suppliers.query,
-           groups(),
+           supplierGroups(),
            2,
            strfournis.fou_cod,
            QStringLiteral("Ce code n'existe pas"),

@@ -19,7 +19,7 @@ namespace molven {
 
 namespace {
 
-QList<GridColumn> columns() {
+QList<GridColumn> exchangeColumns() {
     const ProductUnits& u = tripro;
     return {{&u.num_vte, QStringLiteral("Document"), 80},
             {&u.imm_art, QStringLiteral("Immatriculation"), 115},
@@ -39,7 +39,7 @@ ExchangeForm::ExchangeForm(Desk& desk, const QString& name, Kind kind)
       files_(session()),
       number_(new Edit(this)),
       address_(new Edit(this)),
-      list_(new Grid(QStringLiteral("DBGrid1"), columns(), this)),
+      list_(new Grid(QStringLiteral("DBGrid1"), exchangeColumns(), this)),
       count_(new QLabel(this)) {
     number_->setObjectName(QStringLiteral("txtno"));
     number_->setMaxLength(6);

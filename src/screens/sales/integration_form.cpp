@@ -22,7 +22,7 @@ namespace {
 
 constexpr int Told = 20; ///< units refused, one message each
 
-QList<GridColumn> columns() {
+QList<GridColumn> integrationColumns() {
     const ProductUnits& u = tripro;
     return {{&u.imm_art, QStringLiteral("Immatriculation"), 115},
             {&u.ref_art, QStringLiteral("Référence"), 120},
@@ -43,7 +43,7 @@ IntegrationForm::IntegrationForm(Desk& desk)
       supplier_(new Edit(this)),
       ordered_(new DateBox(this)),
       delivered_(new DateBox(this)),
-      list_(new Grid(QStringLiteral("DBGrid1"), columns(), this)),
+      list_(new Grid(QStringLiteral("DBGrid1"), integrationColumns(), this)),
       count_(new QLabel(this)) {
     number_->setMaxLength(8);
     supplier_->setMaxLength(6);

@@ -19,7 +19,7 @@ namespace molven {
 
 namespace {
 
-QList<GridColumn> columns() {
+QList<GridColumn> recallColumns() {
     const auto& r = strrappel;
     return {{&r.rap_imm, QStringLiteral("Immatriculation"), 110},
             {&r.rap_ref, QStringLiteral("Référence"), 95},
@@ -131,7 +131,7 @@ RecallForm::RecallForm(Desk& desk)
                         {QStringLiteral("Mskdeb"), QStringLiteral("Reçu du :"), 10, Kind::Day},
                         {QStringLiteral("Mskfin"), QStringLiteral("au :"), 10, Kind::Day}},
            .across = 5,
-           .list = columns(),
+           .list = recallColumns(),
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { find(); }}},
            .deeds = {{QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},
                      {QStringLiteral("Cmdexp"), QStringLiteral("E&xporter"), [this] { exportAll(); }},
@@ -147,7 +147,7 @@ RecallForm::RecallForm(Desk& desk)
 /// Every unit of the recall, whatever filter is typed in the list on the screen.
 void RecallForm::exportAll() {
     requireUnits();
-    Grid all(list().objectName(), columns(), this);
+    Grid all(list().objectName(), recallColumns(), this);
     all.rows().setRecords(units_);
     all.exportCsv();
 }

@@ -20,7 +20,7 @@ namespace {
 
 const auto& Row = strreassort;
 
-QList<GridColumn> columns() {
+QList<GridColumn> replenishmentColumns() {
     const QString whole = QStringLiteral("####0");
     return {{&Row.rea_dep, QStringLiteral("Dépôt"), 60},
             {&Row.rea_nom, QStringLiteral("Nom du dépôt"), 220},
@@ -62,7 +62,7 @@ ReplenishmentForm::ReplenishmentForm(Desk& desk)
     bind(Row.rea_dep.name, panel_->edit(Row.rea_dep));
     codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, notes_.molven}});
     codes_->wire([this](const Field&) { find(); });
-    grid_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
+    grid_ = new Grid(QStringLiteral("DBGrid1"), replenishmentColumns(), this);
     grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     count_ = new QLabel(this);
     count_->setObjectName(QStringLiteral("Label1"));

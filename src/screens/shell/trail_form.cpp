@@ -12,7 +12,7 @@ namespace molven {
 
 namespace {
 
-QList<GridColumn> columns() {
+QList<GridColumn> trailColumns() {
     const auto& h = strhisto;
     return {{&h.his_dat, QStringLiteral("Date"), 85},         {&h.his_heu, QStringLiteral("Heure"), 70},
             {&h.his_uti, QStringLiteral("Utilisateur"), 110}, {&h.his_pos, QStringLiteral("Poste"), 110},
@@ -31,7 +31,7 @@ TrailSubject subjectOf(const QString& word) {
 } // namespace
 
 TrailForm::TrailForm(Desk& desk)
-    : Form(desk, QStringLiteral("T_histo")), grid_(new Grid(QStringLiteral("DBGrid1"), columns(), this)) {
+    : Form(desk, QStringLiteral("T_histo")), grid_(new Grid(QStringLiteral("DBGrid1"), trailColumns(), this)) {
     const TrailSubject subject = subjectOf(mode());
     const QList<Record> rows = record_trail::find(session(), subject);
     grid_->rows().setRecords(rows);

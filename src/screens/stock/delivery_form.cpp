@@ -21,7 +21,7 @@ namespace molven {
 
 namespace {
 
-QList<FieldBox> boxes() {
+QList<FieldBox> deliveryBoxes() {
     const auto& u = strproduit;
     return {{&u.fou_cde, QStringLiteral("F&ournisseur :"), {}, 0, {}, false, false, QStringLiteral("Cmdfouliv")},
             {&u.num_cde, QStringLiteral("N° &commande :"), {}, 14},
@@ -55,7 +55,7 @@ Record rowOf(const DeliveredUnit& unit) {
 
 DeliveryForm::DeliveryForm(Desk& desk)
     : Form(desk, QStringLiteral("T_lecliv")), files_(openUnitFiles(workspace_, session())) {
-    panel_ = new RecordPanel(boxes(), 2, this);
+    panel_ = new RecordPanel(deliveryBoxes(), 2, this);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
     codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, files_.molven}});
     codes_->refuseOnLeaving({&strproduit.fou_cde, &strproduit.num_dep});

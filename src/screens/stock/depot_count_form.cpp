@@ -26,7 +26,7 @@ namespace {
 
 using style::Tone;
 using Kind = count_documents::Offer::Kind;
-const auto& Row = strconstat;
+const auto& Finding = strconstat;
 
 enum View { Readings, Missing, Unexpected, Expiring, ToSettle };
 
@@ -43,7 +43,7 @@ constexpr Figure Figures[] = {
     {"lblperimes", "Périmées :", &CountTally::expired},     {"lblaperimer", "À périmer :", &CountTally::soon}};
 
 CellMark verdictMark(const Record& row) {
-    const QString found = row[Row.lig_con];
+    const QString found = row[Finding.lig_con];
     if (found == verdict::Found) return {QStringLiteral("Trouvée"), Tone::Good, {}};
     if (found == verdict::Missing) return {QStringLiteral("Manquante"), Tone::Alarm, {}};
     if (found == verdict::Unexpected) return {QStringLiteral("Inattendue"), Tone::Warning, {}};
@@ -51,20 +51,20 @@ CellMark verdictMark(const Record& row) {
 }
 
 CellMark tickMark(const Record& row) {
-    return row[Row.lig_coc].isEmpty() ? CellMark{} : CellMark{QStringLiteral("Cochée"), Tone::Good, {}};
+    return row[Finding.lig_coc].isEmpty() ? CellMark{} : CellMark{QStringLiteral("Cochée"), Tone::Good, {}};
 }
 
 QList<GridColumn> columns(const std::function<CellMark(const Record&)>& expiryMark) {
-    return {{&Row.lig_coc, QStringLiteral("À régler"), 80, {}, tickMark},
-            {&Row.lig_con, QStringLiteral("Constat"), 105, {}, verdictMark},
-            {&Row.lig_imm, QStringLiteral("Immatriculation"), 110},
-            {&Row.lig_ref, QStringLiteral("Référence"), 100},
-            {&Row.lig_lib, QStringLiteral("Désignation"), 210},
-            {&Row.lig_lot, QStringLiteral("Lot"), 90},
-            {&Row.lig_ser, QStringLiteral("N° de série"), 105},
-            {&Row.lig_per, QStringLiteral("Péremption"), 100, {}, expiryMark},
-            {&Row.lig_lec, QStringLiteral("Lectures"), 70, QStringLiteral("###0")},
-            {&Row.lig_sit, QStringLiteral("Situation"), 240}};
+    return {{&Finding.lig_coc, QStringLiteral("À régler"), 80, {}, tickMark},
+            {&Finding.lig_con, QStringLiteral("Constat"), 105, {}, verdictMark},
+            {&Finding.lig_imm, QStringLiteral("Immatriculation"), 110},
+            {&Finding.lig_ref, QStringLiteral("Référence"), 100},
+            {&Finding.lig_lib, QStringLiteral("Désignation"), 210},
+            {&Finding.lig_lot, QStringLiteral("Lot"), 90},
+            {&Finding.lig_ser, QStringLiteral("N° de série"), 105},
+            {&Finding.lig_per, QStringLiteral("Péremption"), 100, {}, expiryMark},
+            {&Finding.lig_lec, QStringLiteral("Lectures"), 70, QStringLiteral("###0")},
+            {&Finding.lig_sit, QStringLiteral("Situation"), 240}};
 }
 
 QLabel* captionOf(const QString& caption, QWidget* box, QWidget* parent) {
@@ -160,7 +160,7 @@ QLayout* DepotCountForm::buildFigures() {
 QWidget* DepotCountForm::buildGrid() {
     const auto expiryMark = [this](const Record& row) {
         const Freshness freshness = count_ ? count_->freshnessOf(row) : Freshness::Good;
-        const QString expiry = row[Row.lig_per];
+        const QString expiry = row[Finding.lig_per];
         if (freshness == Freshness::Expired) return CellMark{expiry, Tone::Alarm, QStringLiteral("Périmée")};
         if (freshness == Freshness::Soon) return CellMark{expiry, Tone::Warning, QStringLiteral("À périmer")};
         return CellMark{};
@@ -260,48 +260,48 @@ bool DepotCountForm::take(const QString& scanned) {
 /// What was read, in words; whatever is not as it should be also sounds.
 void DepotCountForm::showReading(const DepotCount::Reading& reading) {
     const Record& row = reading.row;
-    const QString found = row[Row.lig_con];
+    const QString found = row[Finding.lig_con];
     const Freshness freshness = count_->freshnessOf(row);
     QStringList words;
     if (reading.isAgain) words.append(QStringLiteral("déjà lue"));
     words.append(found == verdict::Found ? QStringLiteral("attendue")
-                                         : QStringLiteral("inattendue, ") + row[Row.lig_sit]);
-    if (freshness == Freshness::Expired) words.append(QStringLiteral("PÉRIMÉE depuis ") + row[Row.lig_per]);
-    if (freshness == Freshness::Soon) words.append(QStringLiteral("périme le ") + row[Row.lig_per]);
+                                         : QStringLiteral("inattendue, ") + row[Finding.lig_sit]);
+    if (freshness == Freshness::Expired) words.append(QStringLiteral("PÉRIMÉE depuis ") + row[Finding.lig_per]);
+    if (freshness == Freshness::Soon) words.append(QStringLiteral("périme le ") + row[Finding.lig_per]);
     if (reading.alike > 1)
         words.append(QStringLiteral("%1 sur %2 de ce lot").arg(reading.alikeRead).arg(reading.alike));
     last_->setText(
-        QStringLiteral("%1 %2 : %3").arg(row[Row.lig_imm], row[Row.lig_lib], words.join(QStringLiteral(", "))));
+        QStringLiteral("%1 %2 : %3").arg(row[Finding.lig_imm], row[Finding.lig_lib], words.join(QStringLiteral(", "))));
     if (reading.isAgain || found != verdict::Found || freshness == Freshness::Expired) QApplication::beep();
 }
 
 void DepotCountForm::takeBack() {
     const auto row = grid_->current();
-    if (!row || row->value(Row.lig_con) == verdict::Missing)
+    if (!row || row->value(Finding.lig_con) == verdict::Missing)
         throw Refusal(QStringLiteral("Choisissez une lecture dans la liste"));
-    const QString about = QStringLiteral("%1 %2").arg(row->value(Row.lig_imm), row->value(Row.lig_lib));
+    const QString about = QStringLiteral("%1 %2").arg(row->value(Finding.lig_imm), row->value(Finding.lig_lib));
     if (!prompt().confirm(QStringLiteral("Retirer cette lecture ?"), about)) return;
-    requireCount().takeBack(row->value(Row.lig_imm));
+    requireCount().takeBack(row->value(Finding.lig_imm));
     showCount();
     scan_->setFocus();
 }
 
 void DepotCountForm::toggle(const Record& row) {
     if (!requireCount().isClosed()) throw Refusal(QStringLiteral("Clôturez d'abord l'inventaire"));
-    const QString unit = row[Row.lig_imm];
+    const QString unit = row[Finding.lig_imm];
     if (!ticked_.remove(unit)) {
         count_documents::kindOf(*count_, row);
         ticked_.insert(unit);
     }
     showRows();
-    grid_->followRecord(row, {&Row.lig_imm});
+    grid_->followRecord(row, {&Finding.lig_imm});
 }
 
 /// Every row in sight that a document can settle; once more, none.
 void DepotCountForm::tickAll() {
     QSet<QString> units;
     for (const Record& row : rowsInView())
-        if (count_documents::isSettleable(*count_, row)) units.insert(row[Row.lig_imm]);
+        if (count_documents::isSettleable(*count_, row)) units.insert(row[Finding.lig_imm]);
     if (units.isEmpty()) throw Refusal(QStringLiteral("Rien à régler dans cette liste"));
     if (ticked_.contains(units))
         ticked_.subtract(units);
@@ -340,7 +340,7 @@ void DepotCountForm::writeDocuments() {
     QList<Record> chosen;
     for (const QString& found : {verdict::Missing, verdict::Unexpected, verdict::Moved, verdict::Found})
         for (const Record& row : count_->rows(found))
-            if (ticked_.contains(row[Row.lig_imm])) chosen.append(row);
+            if (ticked_.contains(row[Finding.lig_imm])) chosen.append(row);
     if (chosen.isEmpty()) throw Refusal(QStringLiteral("Cochez les unités à régler : Entrée ou double clic"));
     for (const count_documents::Offer& offer : count_documents::offers(molven_, *count_, chosen)) {
         count_documents::requirePatient(offer, patient_->text());
@@ -451,7 +451,7 @@ void DepotCountForm::showRows() {
     QList<Record> rows = rowsInView();
     if (!ticked_.isEmpty())
         for (Record& row : rows)
-            if (ticked_.contains(row[Row.lig_imm])) row[Row.lig_coc] = QStringLiteral("O");
+            if (ticked_.contains(row[Finding.lig_imm])) row[Finding.lig_coc] = QStringLiteral("O");
     grid_->rows().setRecords(rows);
 }
 

@@ -16,7 +16,7 @@ namespace {
 const auto& c = inventory_counts::strcomptage;
 const QString Pattern = QStringLiteral("#####0.00");
 
-QList<GridColumn> columns() {
+QList<GridColumn> countColumns() {
     return {{&c.art_ref, QStringLiteral("Référence"), 130},
             {&c.art_li1, QStringLiteral("Désignation"), 320},
             {&c.art_stk, QStringLiteral("Stock connu"), 90, Pattern},
@@ -27,7 +27,7 @@ QList<GridColumn> columns() {
             {&c.stk_art, QStringLiteral("Inventorié"), 80}};
 }
 
-QList<FieldBox> boxes() {
+QList<FieldBox> countBoxes() {
     return {{&c.art_ref, QStringLiteral("Référence :"), QStringLiteral("txtref"), 13, {}, false, true},
             {&c.art_li1, QStringLiteral("Désignation :"), QStringLiteral("txtli1"), 34, {}, false, true},
             {&c.stk1_art, QStringLiteral("Compté, lieu &1 :"), {}, 10, Pattern},
@@ -40,10 +40,10 @@ QList<FieldBox> boxes() {
 
 InventoryCountForm::InventoryCountForm(Desk& desk)
     : Form(desk, QStringLiteral("T_comptage")), molven_(workspace_.open(session().molven())) {
-    grid_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
+    grid_ = new Grid(QStringLiteral("DBGrid1"), countColumns(), this);
     grid_->becameCurrent = [this](const Record& counts) { bringUp(counts); };
     grid_->chosen = [this](const Record&) { panel_->edit(c.stk1_art)->setFocus(); };
-    panel_ = new RecordPanel(boxes(), 3, this);
+    panel_ = new RecordPanel(countBoxes(), 3, this);
     for (const FieldBox& box : panel_->boxes()) bind(box.field->name, panel_->edit(*box.field));
     total_ = new QLabel(this);
     total_->setObjectName(QStringLiteral("Label1"));

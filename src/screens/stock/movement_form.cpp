@@ -18,7 +18,7 @@ namespace {
 
 const QString QuantityPattern = QStringLiteral("###0.00"), PricePattern = QStringLiteral("#####0.000");
 
-QList<GridColumn> columns() {
+QList<GridColumn> movementColumns() {
     const auto& m = strmvtstk;
     return {{&m.dat_stk, QStringLiteral("Date"), 90},
             {&m.ref_stk, QStringLiteral("Référence"), 130},
@@ -29,7 +29,7 @@ QList<GridColumn> columns() {
             {&m.memo_stk, QStringLiteral("Mémo"), 200}};
 }
 
-QList<FieldBox> boxes() {
+QList<FieldBox> movementBoxes() {
     const auto& m = strmvtstk;
     return {{&m.ref_stk, QStringLiteral("&Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdref")},
             {&m.dat_stk, QStringLiteral("&Date :"), QStringLiteral("Mskdat_stk"), 0, {}, true},
@@ -44,7 +44,7 @@ QList<FieldBox> boxes() {
 
 MovementForm::MovementForm(Desk& desk)
     : Form(desk, QStringLiteral("T_nsvges")), files_(openMovementFiles(workspace_, session())) {
-    grid_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
+    grid_ = new Grid(QStringLiteral("DBGrid1"), movementColumns(), this);
     grid_->becameCurrent = grid_->chosen = [this](const Record& movement) { bringUp(movement); };
     buildPanel();
     stock_ = new QLabel(this);
@@ -64,7 +64,7 @@ MovementForm::MovementForm(Desk& desk)
 
 void MovementForm::buildPanel() {
     const auto& m = strmvtstk;
-    panel_ = new RecordPanel(boxes(), 2, this);
+    panel_ = new RecordPanel(movementBoxes(), 2, this);
     panel_->markRequired({&m.ref_stk, &m.dat_stk, &m.eta_stk, &m.qte_stk});
     panel_->edit(m.ref_stk)->isKey = true;
     codes_.emplace(*this, *panel_, QHash<DataFile, Database>{{DataFile::Molven, files_.molven}});

@@ -18,13 +18,13 @@ namespace molven {
 
 namespace {
 
-const QString QuantityPattern = QStringLiteral("###0.00"), PricePattern = QStringLiteral("###0.000");
+const QString ListedQuantity = QStringLiteral("###0.00"), ListedPrice = QStringLiteral("###0.000");
 
 /// Kinds in the order of the list, behind "Tous".
 const QStringList Kinds{QString(), movement::Inventory, movement::Entry, movement::Exit};
 
 QString words(const MovementTotals& totals, const QString& entries, const QString& balance) {
-    const auto amount = [](const Decimal& quantity) { return format(quantity, QuantityPattern); };
+    const auto amount = [](const Decimal& quantity) { return format(quantity, ListedQuantity); };
     return QStringLiteral("Inventaire : %1   %2 %3   Sorties : %4   %5 %6")
         .arg(amount(totals.inventory), entries, amount(totals.entries), amount(totals.exits), balance,
              amount(totals.balance()));
@@ -59,8 +59,8 @@ MovementListingForm::MovementListingForm(Desk& desk)
                       {&l.art_li1, QStringLiteral("Désignation"), 260},
                       {&l.dat_stk, QStringLiteral("Date"), 90},
                       {&l.eta_stk, QStringLiteral("Etat"), 50},
-                      {&l.qte_stk, QStringLiteral("Quantité"), 90, QuantityPattern},
-                      {&l.pri_stk, QStringLiteral("P.Achat"), 90, PricePattern},
+                      {&l.qte_stk, QStringLiteral("Quantité"), 90, ListedQuantity},
+                      {&l.pri_stk, QStringLiteral("P.Achat"), 90, ListedPrice},
                       {&l.com_stk, QStringLiteral("Commentaires"), 280}},
                      this);
     totals_ = new QLabel(this);
@@ -125,7 +125,7 @@ Report MovementListingForm::report() const {
         all.add(movement);
         ofReference.add(movement);
         report.row({movement[l.ref_stk], movement[l.art_li1], movement[l.dat_stk], movement[l.eta_stk],
-                    format(movement[l.qte_stk], QuantityPattern), format(movement[l.pri_stk], PricePattern),
+                    format(movement[l.qte_stk], ListedQuantity), format(movement[l.pri_stk], ListedPrice),
                     movement[l.com_stk]});
         const bool endsReference = i + 1 == found_.size() || found_[i + 1][l.ref_stk] != movement[l.ref_stk];
         if (!endsReference) continue;

@@ -9,7 +9,7 @@ namespace molven {
 
 namespace {
 
-QList<CriterionBox> boxes() {
+QList<CriterionBox> patientBoxes() {
     using Kind = CriterionBox::Kind;
     const auto box = [](const char* name, const char* caption, int characters) {
         return CriterionBox{
@@ -41,7 +41,7 @@ QList<CriterionBox> boxes() {
              {QStringLiteral("Référence"), QStringLiteral("Immatriculation"), QStringLiteral("Patient")}}};
 }
 
-QList<GridColumn> columns() {
+QList<GridColumn> patientColumns() {
     return {{&strproduit.imm_art, QStringLiteral("N° Immatriculation"), 130},
             {&strproduit.ref_art, QStringLiteral("Référence"), 120},
             {&strproduit.pro_li1, QStringLiteral("Désignation"), 300},
@@ -63,8 +63,8 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
       isVirtual_(units == DataFile::Virtuel) {
     build({.title = isVirtual_ ? QStringLiteral("Tracabilité des produits(posés) virtuels")
                                : QStringLiteral("Tracabilité des produits(posés)"),
-           .criteria = boxes(),
-           .list = columns(),
+           .criteria = patientBoxes(),
+           .list = patientColumns(),
            .searches = {{QStringLiteral("cmdvalide"), QStringLiteral("&Rechercher"), [this] { select(); }}},
            .deeds = {{QStringLiteral("Cmdok"), QStringLiteral("&Garder la sélection"), [this] { keep(); }},
                      {QStringLiteral("Cmdimp"), QStringLiteral("&Imprimer"), [this] { print(); }},

@@ -27,7 +27,7 @@ namespace molven {
 
 namespace {
 
-QList<BoxGroup> groups() {
+QList<BoxGroup> receiptGroups() {
     const auto& u = strproduit;
     return {{QStringLiteral("Livraison"),
              {{&u.ref_art, QStringLiteral("Référence :"), {}, 0, {}, false, false, QStringLiteral("Cmdrefstk")},
@@ -96,7 +96,7 @@ ReceiptForm::ReceiptForm(Desk& desk)
 
 QWidget* ReceiptForm::buildReceipt() {
     auto* box = box_ = new QGroupBox(this);
-    panel_ = new RecordPanel(groups(), 2, box);
+    panel_ = new RecordPanel(receiptGroups(), 2, box);
     panel_->markRequired({&strproduit.ref_art, &strproduit.fou_cde, &strproduit.pro_pac});
     for (const FieldBox& fieldBox : panel_->boxes()) bind(fieldBox.field->name, panel_->edit(*fieldBox.field));
     serials_ = new SerialList(box);

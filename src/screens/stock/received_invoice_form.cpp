@@ -22,7 +22,7 @@ namespace molven {
 
 namespace {
 
-QList<GridColumn> columns() {
+QList<GridColumn> invoiceLineColumns() {
     const auto& r = strrecu;
     return {{&r.rec_ref, QStringLiteral("Référence"), 120},
             {&r.rec_des, QStringLiteral("Désignation"), 290},
@@ -45,7 +45,7 @@ ReceivedInvoiceForm::ReceivedInvoiceForm(Desk& desk)
     words_->setObjectName(QStringLiteral("txtlire"));
     words_->setReadOnly(true);
     words_->setTabChangesFocus(true);
-    goods_ = new Grid(QStringLiteral("DBGrid1"), columns(), this);
+    goods_ = new Grid(QStringLiteral("DBGrid1"), invoiceLineColumns(), this);
     receive_ = button(QStringLiteral("Cmdrecep"), QStringLiteral("&Réceptionner le lot"), [this] { receive(); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* buttons = new QHBoxLayout;

@@ -27,7 +27,7 @@ const AncillaryTypes& t = strancillaire;
 const QString Price = QStringLiteral("#####0.00");
 const QString ListTitle = QStringLiteral("LES ANCILLAIRES ");
 
-QList<FieldBox> boxes() {
+QList<FieldBox> setBoxes() {
     const auto price = [](const Number& field, const char* caption) {
         return FieldBox{.field = &field, .caption = QString::fromUtf8(caption), .characters = 10, .pattern = Price};
     };
@@ -86,7 +86,7 @@ SetForm::SetForm(Desk& desk)
                        {{&t.anc_code, QStringLiteral("Code"), 110},
                         {&t.anc_lib, QStringLiteral("Libellé"), 220},
                         {&t.anc_stk, QStringLiteral("Nombre"), 60}},
-                       boxes(),
+                       setBoxes(),
                        t.anc_code};
     view.files = {{DataFile::Molven, files_.molven}, {DataFile::Compta, files_.compta}};
     view.validatesChanges = true;
