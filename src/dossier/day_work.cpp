@@ -51,8 +51,7 @@ QList<ExpiringDepot> expiring(Database molven, const QDate& today) {
     const QStringList all = past.keys() + soon.keys();
     for (const QString& depot : QSet<QString>(all.begin(), all.end())) {
         const auto known = parameters::find(molven, list::Depot, depot);
-        found.append(
-            {depot, known ? known->value(strparam.lib_par) : QString(), past.value(depot), soon.value(depot)});
+        found.append({depot, known ? known->value(strparam.lib_par) : QString(), past.value(depot), soon.value(depot)});
     }
     std::sort(found.begin(), found.end(), [](const ExpiringDepot& a, const ExpiringDepot& b) {
         return std::pair(a.depot != MainDepot, a.depot) < std::pair(b.depot != MainDepot, b.depot);
@@ -100,10 +99,9 @@ QList<Decimal> turnover(const QList<Database>& files, const Session& session, co
     QHash<QString, Decimal> byMonth;
     const Criterion own = session.spe_mon.isEmpty() ? Criterion() : isOneOf(strface.fac_mon, {session.spe_mon, {}});
     for (Database file : files)
-        for (const Summary& day :
-             file.summary(strface, {&strface.tri_datf}, {&strface.fac_ht},
-                          strface.tri_datf >= sortKey(first) &&
-                              strface.tri_datf < sortKey(first.addMonths(MonthsShown)) && own))
+        for (const Summary& day : file.summary(strface, {&strface.tri_datf}, {&strface.fac_ht},
+                                               strface.tri_datf >= sortKey(first) &&
+                                                   strface.tri_datf < sortKey(first.addMonths(MonthsShown)) && own))
             byMonth[day.group.first().left(6)] += day.sums.first();
     QList<Decimal> amounts;
     for (int i = 0; i < MonthsShown; ++i) amounts.append(byMonth.value(monthKeyOf(first.addMonths(i))));
@@ -129,9 +127,8 @@ Figures count(const Session& session, const QDate& today, const std::function<bo
     Database vente = workspace.open(session.vente());
     const auto proformas = openIfThere(workspace, session.path(DataFile::Proforma));
     const auto historic = openIfThere(workspace, session.historic());
-    const auto ancillaire = session.rules().hasAncillarySets()
-                                ? openIfThere(workspace, session.path(DataFile::Ancillaire))
-                                : std::nullopt;
+    const auto ancillaire =
+        session.rules().hasAncillarySets() ? openIfThere(workspace, session.path(DataFile::Ancillaire)) : std::nullopt;
     const auto mayGoOn = [&goesOn] { return !goesOn || goesOn(); };
     const Watch watch(workspace, mayGoOn);
     Figures figures;

@@ -74,8 +74,8 @@ QList<Finding> FindAnything::answers(const QString& typed, const QSet<Kind>& wan
         groups.append(distinct(Kind::Patient, strproduit.reg_pat, beginsLike(strproduit.reg_pat, text), {}));
     groups.append(ask(Kind::Article, &FindAnything::articles));
     if (wanted.contains(Kind::Lot))
-        groups.append(distinct(Kind::Lot, strproduit.lot_art, startsWith(strproduit.lot_art, text),
-                               QStringLiteral("Lot de ")));
+        groups.append(
+            distinct(Kind::Lot, strproduit.lot_art, startsWith(strproduit.lot_art, text), QStringLiteral("Lot de ")));
     groups.append(ask(Kind::Set, &FindAnything::sets));
     groups.append(ask(Kind::SetType, &FindAnything::setTypes));
     groups.append(ask(Kind::Supplier, &FindAnything::suppliers));
@@ -119,8 +119,8 @@ QList<Finding> FindAnything::scanned(const QString& text) {
         const SupplierCode code = supplier_codes::read(molven_, text, {});
         const bool isOneOfMany = code.code.lot.isEmpty() && code.code.serial.isEmpty();
         // A lot or a serial leads to few units, an article to very many.
-        const Criterion ofArticle = isOneOfMany ? strproduit.ref_art == code.reference
-                                                : trimmed(strproduit.ref_art) == code.reference;
+        const Criterion ofArticle =
+            isOneOfMany ? strproduit.ref_art == code.reference : trimmed(strproduit.ref_art) == code.reference;
         for (Database& file : unitFiles())
             for (const Record& record : file.first(Most, strproduit, ofArticle && code.fits()))
                 found.append(unit(record));
@@ -167,11 +167,11 @@ QList<Finding> FindAnything::documentsOf(Database file, const DocumentHeaders& t
 }
 
 QList<Finding> FindAnything::documents(const QString& text) {
-    const bool isNumber = text.size() <= 6 && std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+    const bool isNumber =
+        text.size() <= 6 && std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
     if (!isNumber) return {};
     Findings found;
-    for (const DocumentHeaders* table :
-         QList<const DocumentHeaders*>{&strlive, &strface, &strcsge, &strbtre})
+    for (const DocumentHeaders* table : QList<const DocumentHeaders*>{&strlive, &strface, &strcsge, &strbtre})
         found += documentsOf(vente_, *table, text);
     if (proforma_) found += documentsOf(*proforma_, strface, text);
     if (ostrane_) found += documentsOf(*ostrane_, strface, text);
