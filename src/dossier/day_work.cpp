@@ -78,8 +78,12 @@ void countReceived(Figures& figures, Database molven, const QDate& today) {
                              strproduit.imm_art >= since.toString(QStringLiteral("yyMM")) &&
                              strproduit.tri_liv >= sortKey(since) && strproduit.tri_liv <= sortKey(today);
     figures.received = molven.count(strproduit, recent);
-    const QList<Record> first = molven.first(1, strproduit, recent, strproduit.imm_art);
-    if (!first.isEmpty()) figures.firstReceived = first.first()[strproduit.imm_art];
+    const auto unit = [&](const Order& order) {
+        const auto found = molven.find(strproduit, recent, order);
+        return found ? found->value(strproduit.imm_art) : QString();
+    };
+    figures.firstReceived = unit(strproduit.imm_art);
+    figures.lastReceived = unit(Order::descending(strproduit.imm_art));
 }
 
 void countWritten(Figures& figures, const Session& session, Database vente, const std::optional<Database>& proformas,

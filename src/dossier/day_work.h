@@ -41,7 +41,7 @@ struct Figures {
     qint64 setsOut = 0, setsPartial = 0;
     qint64 withoutPatient = 0;  ///< units sold
     qint64 received = 0;        ///< units of the recent days,
-    QString firstReceived;      ///< and the first of them
+    QString firstReceived, lastReceived; ///< and the first and the last of them
     QList<Written> written;     ///< documents of the recent days, by kind; none of which there are none
     QDate backup;               ///< invalid when the program knows of none
     QList<Decimal> turnover;    ///< by month, the present one last

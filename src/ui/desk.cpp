@@ -43,7 +43,7 @@ void Desk::notify(const QString& text) {
 
 Desk::~Desk() {
     quitting_ = true;
-    for (Form* form : windows()) delete form;
+    for (const QPointer<Form>& form : windows_) delete form; // one may take those in its tabs with it
 }
 
 Form* Desk::open(const QString& name, const QString& mode, const QString& title) {

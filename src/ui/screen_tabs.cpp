@@ -23,6 +23,11 @@ ScreenTabs::ScreenTabs(QWidget* home, QWidget* parent) : QTabWidget(parent) {
     });
 }
 
+ScreenTabs::~ScreenTabs() {
+    for (int tab = 1; tab < count(); ++tab) // they go with it, one after the other
+        if (const auto* room = qobject_cast<QScrollArea*>(widget(tab))) room->widget()->disconnect(this);
+}
+
 void ScreenTabs::add(Form& form) {
     auto* room = new QScrollArea; // a screen may want more room than the main window has
     room->setFrameShape(QFrame::NoFrame);
@@ -34,7 +39,10 @@ void ScreenTabs::add(Form& form) {
     addTab(room, title);
     connect(&form, &QWidget::windowTitleChanged, this,
             [this, room](const QString& changed) { setTabText(indexOf(room), changed); });
-    connect(&form, &QObject::destroyed, room, &QObject::deleteLater);
+    connect(&form, &QObject::destroyed, this, [this, room] {
+        removeTab(indexOf(room));
+        room->deleteLater();
+    });
     form.show();
     setCurrentWidget(room);
     if (cursor) cursor->setFocus();

@@ -12,6 +12,7 @@ class ScreenTabs : public QTabWidget {
 public:
     /// While it is the only page, there is nothing to see of the tabs.
     ScreenTabs(QWidget* home, QWidget* parent);
+    ~ScreenTabs() override;
 
     void add(Form& form);
     /// Shows a screen that stands in a tab; false for any other.

@@ -27,7 +27,7 @@ public:
     explicit DocumentForm(Desk& desk);
     DocumentForm(Desk& desk, const DocumentKind& kind);
     void bringUp(const QString& number) override;
-    /// Lists documents that meet a condition, the oldest first; the chosen one is shown.
+    /// Lists documents of any client that meet a condition, the oldest first; the chosen one is shown.
     void offer(const QString& title, const Criterion& criterion);
 
 protected:
@@ -63,6 +63,7 @@ private:
     /// Throws Refusal "N° inconnu".
     Record numbered(const QString& number);
     void pickDocument();
+    void offer(const QString& title, const QList<GridColumn>& columns, const Criterion& criterion);
     void print();
     void readAgain();
     void refresh();

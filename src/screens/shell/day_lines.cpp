@@ -151,7 +151,8 @@ QList<DayLine> linesOfRecentDays(const day_work::Figures& figures, const QDate& 
                       Tone::Good,
                       plural(figures.received, "unité reçue", "unités reçues"),
                       {},
-                      openings::units({{QStringLiteral("DEBIMM"), figures.firstReceived}})});
+                      openings::units({{QStringLiteral("DEBIMM"), figures.firstReceived},
+                                       {QStringLiteral("FINIMM"), figures.lastReceived}})});
     for (const day_work::Written& written : figures.written) {
         const DocumentKind& kind = written.kind;
         const QString words = documentsInWords(kind, written.count);

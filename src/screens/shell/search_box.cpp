@@ -49,8 +49,8 @@ SearchBox::SearchBox(QWidget* parent) : QLineEdit(parent) {
 
 /// Asked at every key: the answers are there before the next.
 void SearchBox::answer() {
-    findings_ = search && !text().trimmed().isEmpty() && hasFocus() ? search(text()) : QList<Finding>();
-    if (text().trimmed().isEmpty() || !hasFocus()) return close();
+    if (text().trimmed().isEmpty()) return close();
+    findings_ = search ? search(text()) : QList<Finding>();
     if (!list_) {
         list_ = new QListWidget(window());
         list_->setObjectName(QStringLiteral("LstTrouve"));
@@ -71,6 +71,7 @@ void SearchBox::fill() {
     const auto heading = [this](const QString& words) {
         auto* item = new QListWidgetItem(words, list_);
         item->setFlags(Qt::NoItemFlags);
+        item->setSizeHint({0, style::RowHeight});
         item->setForeground(style::colour(style::Tone::Quiet));
     };
     if (findings_.isEmpty()) heading(QStringLiteral("Aucune réponse"));
@@ -80,6 +81,7 @@ void SearchBox::fill() {
         const QString words = one.words.isEmpty() ? one.code : one.code + QStringLiteral("   ") + one.words;
         auto* item = new QListWidgetItem(QStringLiteral("    ") + words, list_);
         item->setData(Qt::UserRole, i);
+        item->setSizeHint({0, style::RowHeight});
         item->setToolTip(words);
     }
     list_->setCurrentRow(findings_.isEmpty() ? -1 : 1);
