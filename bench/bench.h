@@ -30,6 +30,7 @@ void registerGrid();
 void registerReference();
 void registerEnquiries();
 void registerScreens();
+void registerHome();
 void registerPapers();
 void registerAccounting();
 /// They change units: to be run last.

@@ -130,6 +130,7 @@ int main(int argc, char* argv[]) {
     molven::bench::registerReference();
     molven::bench::registerEnquiries();
     molven::bench::registerScreens();
+    molven::bench::registerHome();
     molven::bench::registerPapers();
     molven::bench::registerAccounting();
     molven::bench::registerDepots();

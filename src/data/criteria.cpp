@@ -61,6 +61,12 @@ Criterion startsWith(const Field& field, const QString& text) {
     return field >= text && field < end && left(field, static_cast<int>(text.size())) == text;
 }
 
+Criterion beginsLike(const Label& name, const QString& text) {
+    if (text.isEmpty()) return {};
+    const QString plain = folded(text); // accents sort behind the same letters without
+    return name >= plain && name < plain + QChar(0xFFFF) && contains(name, text);
+}
+
 Criterion contains(const Expression& expression, const QString& text) {
     if (text.isEmpty()) return {};
     return {QStringLiteral("instr(folded(%1),?) > 0").arg(expression.sql), {folded(text)}};

@@ -48,6 +48,9 @@ Criterion operator!=(const Number& field, const Decimal& value);
 
 /// The field begins with that text; every record for the empty text. Served by an index on the field.
 Criterion startsWith(const Field& field, const QString& text);
+/// A name begins with that text, whatever its case and accents; every record for the empty text. Served by an index on
+/// the name.
+Criterion beginsLike(const Label& name, const QString& text);
 /// The text stands somewhere in the field, whatever its case and accents.
 Criterion contains(const Expression& expression, const QString& text);
 /// The value is one of the list.

@@ -45,13 +45,18 @@ Recordset Database::selectWith(Database also, const Table& table, const Criterio
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
+    QList<Record> found = first(1, table, criterion, order);
+    return found.isEmpty() ? std::nullopt : std::optional<Record>(found.takeFirst());
+}
+
+QList<Record> Database::first(int most, const Table& table, const Criterion& criterion, const Order& order) {
     QString sql =
         QStringLiteral("select ") + table.columns() + QStringLiteral(" from ") + qualified(table) + where(criterion);
     if (!order.terms.isEmpty()) sql += QStringLiteral(" order by ") + order.terms.join(u',');
-    Statement& row = workspace_->run(sql + QStringLiteral(" limit 1"), criterion.values);
-    std::optional<Record> found;
-    if (row.next()) found = RowReader::read(row, table, 0);
-    row.finish();
+    Statement& rows = workspace_->run(sql + QStringLiteral(" limit %1").arg(most), criterion.values);
+    QList<Record> found;
+    while (rows.next()) found.append(RowReader::read(rows, table, 0));
+    rows.finish();
     return found;
 }
 

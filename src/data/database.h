@@ -39,6 +39,8 @@ public:
     Recordset selectWith(Database also, const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
+    /// At most so many of them, where the rest is not wanted and would take long to find.
+    QList<Record> first(int most, const Table& table, const Criterion& criterion, const Order& order = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
     /// Greatest value of a field among the records, empty when there is none.
     QString greatest(const Table& table, const Field& field, const Criterion& criterion = {});

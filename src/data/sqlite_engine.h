@@ -10,7 +10,7 @@ namespace molven::sqlite {
 constexpr int ApplicationId = 0x4D4F4C56;
 /// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
 /// opened.
-constexpr int SchemaVersion = 5;
+constexpr int SchemaVersion = 6;
 constexpr int BusyTimeoutMs = 10'000;
 /// Number of the DataError for a file that another workstation is writing.
 constexpr int Busy = 5;

@@ -2,6 +2,7 @@
 
 #include "data/clock.h"
 #include "data/compaction.h"
+#include "data/dates.h"
 #include "data/file_copies.h"
 #include "data/file_rights.h"
 #include "data/presence.h"
@@ -41,6 +42,16 @@ Saved save(const QList<file_copies::Copy>& copies, const Progress& progress) {
         saved.files.append(QStringLiteral("%1, %2 Ko").arg(QFileInfo(copies[i].to).fileName()).arg(sizes[i] / 1024));
     }
     return saved;
+}
+
+/// Lies in the data folder and says when it was last saved.
+QString backupMark(const Session& session) { return session.chemin_base + QStringLiteral("SAUVEGARDE.HC"); }
+
+void markBackup(const Session& session) {
+    try {
+        writeLine(backupMark(session), sortKey(Clock::today()));
+    } catch (const Refusal&) { // the copies are made, and whole
+    }
 }
 
 QStringList generations(const QString& folder) {
@@ -110,7 +121,13 @@ Saved backUp(const Session& session, const QString& target, const Progress& prog
     if (session.rules().backsUpUserFolders())
         for (const QString& user : userFolders())
             addCopies(copies, session.chemin_base + user, QDir(target).filePath(user));
-    return save(copies, progress);
+    const Saved saved = save(copies, progress);
+    markBackup(session);
+    return saved;
+}
+
+QDate lastBackup(const Session& session) {
+    return QDate::fromString(firstLine(backupMark(session)).value_or(QString()), QStringLiteral("yyyyMMdd"));
 }
 
 QString addGeneration(const Session& session, const QString& target, int kept, const Progress& progress) {
@@ -136,6 +153,7 @@ QString addGeneration(const Session& session, const QString& target, int kept, c
     }
     require(QDir().rename(unfinished, folder.filePath(name)),
             QStringLiteral("Impossible d'écrire dans le dossier %1").arg(target), QString());
+    markBackup(session);
     const QStringList all = generations(target);
     for (qsizetype i = 0; kept > 0 && i < all.size() - kept; ++i) QDir(folder.filePath(all[i])).removeRecursively();
     return folder.filePath(name);

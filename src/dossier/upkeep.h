@@ -3,6 +3,7 @@
 #include "data/progress.h"
 #include "shell/session.h"
 
+#include <QDate>
 #include <QStringList>
 
 /// Works on the files of a dossier whole: backup and compaction.
@@ -16,6 +17,9 @@ void requireDisk(const QString& typed);
 /// The folder that a drive letter stands for, or the folder typed; a relative one starts at the program folder. To be
 /// asked once the disk is in: throws Refusal for a folder that is not there, and for the data folder itself.
 QString backupTarget(const Session& session, const QString& typed);
+
+/// The day of the last backup that the program made of the dossier; an invalid date when it knows of none.
+QDate lastBackup(const Session& session);
 
 struct Saved {
     QStringList files; ///< names with their sizes, "vente.mdb, 210 Ko"

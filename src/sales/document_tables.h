@@ -66,8 +66,9 @@ struct DocumentHeaders : Table {
     KeptFields kept{this, {fac_ht, fac_ttc, fac_tv1, fac_tv2, fac_tv3, fac_tvp, fac_ffa}}; // the lines make the totals
     Index by_number{this, {fac_no, fac_aa}, Uniqueness::Unique};
     Index by_client{this, {fac_clt, fac_cpt, tri_datf}};
-    Index by_date{this, {tri_datf}};
+    Index by_date{this, {tri_datf, fac_mon, fac_ht}}; // what follows the day spares the turnover reading headers
     Index by_station{this, {fac_pst}};
+    Index by_state{this, {fac_cpt, tri_datf, fac_ht}}; // what is open is counted without reading headers
 };
 inline const DocumentHeaders strlive{"strlive"};
 inline const DocumentHeaders strcsge{"strcsge"};

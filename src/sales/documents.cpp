@@ -42,14 +42,16 @@ bool isOfKind(const DocumentKind& kind, const Record& header) {
     return mode.isEmpty() ? (header[kind.headers.fac_ht] < Decimal()) == kind.isCredit : mode == kind.mode;
 }
 
-Criterion ofKind(SalesBook& book) {
-    const DocumentHeaders& table = book.kind().headers;
-    const auto inSeries = [&book](const DocumentKind& kind) { return kind.sharesSeries(book.kind()); };
+Criterion ofKind(const DocumentKind& kind) {
+    const DocumentHeaders& table = kind.headers;
+    const auto inSeries = [&kind](const DocumentKind& other) { return other.sharesSeries(kind); };
     if (std::count_if(documentKinds().begin(), documentKinds().end(), inSeries) == 1) return {};
     const Criterion negative = table.fac_ht < QStringLiteral("0");
-    const Criterion ofOld = table.fac_mode == QString() && (book.kind().isCredit ? negative : !negative);
-    return table.fac_mode == book.kind().mode || ofOld;
+    const Criterion ofOld = table.fac_mode == QString() && (kind.isCredit ? negative : !negative);
+    return table.fac_mode == kind.mode || ofOld;
 }
+
+Criterion ofKind(SalesBook& book) { return ofKind(book.kind()); }
 
 namespace {
 

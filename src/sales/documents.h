@@ -13,7 +13,8 @@ inline const QString NotInvoiced = QStringLiteral("000000");
 /// Invoices and credit notes share one table and one series, so do the two kinds of consignment notes. A document is of
 /// the kind it was created as; one of old, without a mode word, is a credit note when its total is negative.
 bool isOfKind(const DocumentKind& kind, const Record& header);
-/// The condition on the documents of the book's kind.
+/// The condition on the documents of a kind, or of the book's.
+Criterion ofKind(const DocumentKind& kind);
 Criterion ofKind(SalesBook& book);
 
 /// The document of a number, typed or stored; nothing when there is none. Throws Refusal "Ce N° est ... : voir ..."

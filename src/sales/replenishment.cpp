@@ -112,6 +112,17 @@ QStringList unitsFor(Database molven, const Record& shortage, qint64 lacking) {
 
 } // namespace
 
+QHash<QString, qint64> lackingByDepot(Database molven) {
+    QHash<QString, qint64> lacking;
+    const QList<Endowment> all = endowments(molven, {});
+    if (all.isEmpty()) return lacking; // the units need not be counted
+    const QHash<QString, qint64> heldUnits = held(molven, {});
+    for (const Endowment& one : all)
+        if (const qint64 under = one.quantity - heldUnits.value(keyOf(one.depot, one.reference)); under > 0)
+            lacking[one.depot] += under;
+    return lacking;
+}
+
 QList<Record> shortages(Database molven, const QString& depot) {
     const QHash<QString, qint64> heldUnits = held(molven, depot);
     const QHash<QString, QString> names =

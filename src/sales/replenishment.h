@@ -41,6 +41,8 @@ namespace replenishment {
 /// The shortages of every depot that has endowments, or of one, by depot and article. The main depot gives to the
 /// depots in their order what it has in stock, neither expired nor scrapped.
 QList<Record> shortages(Database molven, const QString& depot = {});
+/// Units lacking in each depot that is under its endowment, counted without asking what the main depot has.
+QHash<QString, qint64> lackingByDepot(Database molven);
 /// What remains to be bought, by supplier and article.
 QList<Record> purchases(Database molven, const QList<Record>& shortages);
 

@@ -84,7 +84,7 @@ struct ProductUnits : Table {
     Index by_document{this, {num_vte, tes_vte, imm_art}};
     // what follows the immatriculation spares listings, counts and replenishment reading the units
     Index by_depot{this, {num_dep, ref_art, imm_art, dat_per, tes_vte, fab_con}};
-    Index by_patient{this, {reg_pat}};
+    Index by_patient{this, {reg_pat, tes_vte}};
     Index by_lot{this, {lot_art}};
     Index by_supplier_serial{this, {fou_imm}};
     Index by_supplier_reference{this, {fou_ref, fou_imm}};

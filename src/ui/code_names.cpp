@@ -8,7 +8,7 @@
 namespace molven {
 
 QString CodeNames::of(const Field& field, const Record& row) {
-    auto* form = dynamic_cast<Form*>(grid_.window());
+    auto* form = Form::of(&grid_);
     const CodeKind* kind = form ? codes::kindOf(field, row) : nullptr;
     if (!kind || kind->key == &field) return {};
     const QString code = row.value(field);

@@ -171,6 +171,15 @@ void CodeTableForm::bringUp(const Record& row) {
     show(row);
 }
 
+void CodeTableForm::bringUp(const QString& code) {
+    const Text& key = *view_->kind.key.last();
+    Record wanted = blank();
+    wanted.set(key, code);
+    const auto found = view_->database.find(view_->kind.table, view_->kind.sameKey(wanted));
+    if (!found) throw Refusal(QStringLiteral("Cette fiche n'existe plus"), key.name);
+    if (mayLoseWork()) show(*found);
+}
+
 void CodeTableForm::show(const Record& record) {
     const auto fresh = view_->database.find(view_->kind.table, view_->kind.sameKey(record));
     entry_.view(fresh ? *fresh : blank());

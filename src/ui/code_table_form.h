@@ -4,6 +4,7 @@
 #include "ui/code_boxes.h"
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/opened_on.h"
 #include "ui/record_panel.h"
 #include "ui/record_state.h"
 
@@ -36,7 +37,11 @@ struct CodeTableView {
 
 /// A small code table: the list above, the boxes of one record below. A row clicked or a code typed brings its record
 /// up; it is changed, deleted, or a new one is added; the list is printed.
-class CodeTableForm : public Form {
+class CodeTableForm : public Form, public OpenedOn {
+public:
+    /// By the last part of its key.
+    void bringUp(const QString& code) override;
+
 protected:
     CodeTableForm(Desk& desk, const QString& name);
     /// Builds the screen; called once by the subclass.

@@ -180,10 +180,16 @@ void CriteriaPanel::keepAs(const QString& name) {
 }
 
 void CriteriaPanel::takeKept(const QString& name) {
+    QHash<QString, QString> values;
     const QVariantMap set = kept().value(name).toMap();
-    for (auto edit = edits_.begin(); edit != edits_.end(); ++edit) (*edit)->put(set.value(edit.key()).toString());
+    for (auto value = set.begin(); value != set.end(); ++value) values.insert(value.key(), value->toString());
+    put(values);
+}
+
+void CriteriaPanel::put(const QHash<QString, QString>& values) {
+    for (auto edit = edits_.begin(); edit != edits_.end(); ++edit) (*edit)->put(values.value(edit.key()));
     for (auto list = lists_.begin(); list != lists_.end(); ++list)
-        (*list)->setCurrentIndex(std::max(0, (*list)->findText(set.value(list.key()).toString())));
+        (*list)->setCurrentIndex(std::max(0, (*list)->findText(values.value(list.key()))));
     arrange(); // what is filled comes into sight
 }
 

@@ -49,6 +49,9 @@ public:
     /// All of them, by name.
     QHash<QString, QString> values() const;
 
+    /// Asks for these, by name, and for nothing else; of a list, the option's caption.
+    void put(const QHash<QString, QString>& values);
+
     bool isFolded() const { return folded_; }
     void fold(bool folded);
     /// Whether a criterion is in sight.

@@ -6,6 +6,7 @@
 #include "shell/folder_files.h"
 #include "ui/form.h"
 #include "ui/progress.h"
+#include "ui/screen_tabs.h"
 #include "ui/unbuilt_form.h"
 
 #include <QApplication>
@@ -42,16 +43,15 @@ void Desk::notify(const QString& text) {
 
 Desk::~Desk() {
     quitting_ = true;
-    for (Form* form : windows()) delete form;
+    for (const QPointer<Form>& form : windows_) delete form; // one may take those in its tabs with it
 }
 
 Form* Desk::open(const QString& name, const QString& mode, const QString& title) {
     session.mode_ecran = mode;
     for (Form* form : windows()) {
-        if (form->objectName() != name || form->mode() != mode || !form->isVisible()) continue;
+        if (form->objectName() != name || form->mode() != mode || !isOpen(*form)) continue;
         form->guarded([form] { form->shownAgain(); });
-        form->activateWindow();
-        form->raise();
+        bringForward(*form);
         return form;
     }
     Form* form = nullptr;
@@ -66,10 +66,23 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
     }
     form->setAttribute(Qt::WA_DeleteOnClose);
     windows_.append(form);
-    form->show();
-    form->activateWindow();
+    if (tabs)
+        tabs->add(*form);
+    else
+        form->show();
+    form->window()->activateWindow();
     notices_.flush();
     return form;
+}
+
+bool Desk::isOpen(const Form& form) { return !form.isHidden(); }
+
+void Desk::bringForward(Form& form) {
+    if (tabs) tabs->bringForward(form);
+    QWidget& window = *form.window();
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.activateWindow();
+    window.raise();
 }
 
 bool Desk::isBuilt(const QString& name, const QString& mode) const {
@@ -87,7 +100,7 @@ QList<Form*> Desk::windows() const {
 Form* Desk::window(const QString& name) const {
     const QList<Form*> open = windows();
     for (auto form = open.rbegin(); form != open.rend(); ++form)
-        if ((*form)->objectName() == name && (*form)->isVisible()) return *form;
+        if ((*form)->objectName() == name && isOpen(**form)) return *form;
     return nullptr;
 }
 
@@ -97,7 +110,7 @@ bool Desk::quit() {
     QList<Form*> open = windows();
     std::reverse(open.begin(), open.end());
     for (Form* form : open)
-        if (form->isVisible() && !form->close()) return quitting_ = false;
+        if (isOpen(*form) && !form->close()) return quitting_ = false;
     QApplication::quit();
     return true;
 }

@@ -16,6 +16,7 @@
 namespace molven {
 
 class Form;
+class ScreenTabs;
 
 /// Where finished print jobs go.
 class PrintTarget {
@@ -62,6 +63,15 @@ public:
     /// The open window of that name, or null.
     Form* window(const QString& name) const;
     QList<Form*> windows() const;
+    /// Whether its user has not closed it, be it in a tab that is not in sight.
+    static bool isOpen(const Form& form);
+    /// Puts a screen in front of the others.
+    void bringForward(Form& form);
+    /// Where screens open when the user wants them inside the main window, and its main window; null for windows of
+    /// their own.
+    QPointer<ScreenTabs> tabs;
+    /// The search for everything, wanted from any screen; nothing where there is none.
+    std::function<void()> searchWanted = [] {};
     /// Closes every window and ends the program; false when the user keeps a window open.
     bool quit();
 

@@ -49,6 +49,11 @@ Form::Form(Desk& desk, const QString& name)
 
 Form::~Form() = default;
 
+Form* Form::of(QWidget* part) {
+    while (part && !dynamic_cast<Form*>(part)) part = part->parentWidget();
+    return dynamic_cast<Form*>(part);
+}
+
 namespace {
 
 /// Under which a window's place is kept.
@@ -72,6 +77,7 @@ void bringOntoScreen(QWidget& window) {
 
 void Form::applyTitle(const QString& caption, Qt::WindowStates state) {
     setWindowTitle(caption);
+    if (!isWindow()) return; // a tab has its place
     if (!isVisible()) standsAsLeft_ = restoreGeometry(desk_.habits.value(placeOf(*this)).toByteArray());
     if (standsAsLeft_) return bringOntoScreen(*this);
     resize(sizeHint().expandedTo(this->size()));
@@ -97,12 +103,12 @@ void Form::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     nameControls(*this);
     giveAccessKeys(*this);
-    if (standsAsLeft_ || windowState() & FillsTheScreen) return;
+    if (!isWindow() || standsAsLeft_ || windowState() & FillsTheScreen) return;
     settleOnScreen();
 }
 
 void Form::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous()) desk_.habits.set(placeOf(*this), saveGeometry());
+    if (isWindow() && !event->spontaneous()) desk_.habits.set(placeOf(*this), saveGeometry());
     QWidget::hideEvent(event);
 }
 
@@ -217,11 +223,7 @@ QPushButton* Form::validation() const {
 }
 
 Prompt& Form::prompt() {
-    if (isVisible() && !isActiveWindow()) {
-        setWindowState(windowState() & ~Qt::WindowMinimized);
-        raise();
-        activateWindow();
-    }
+    if (Desk::isOpen(*this) && !(isVisible() && isActiveWindow())) desk_.bringForward(*this);
     return desk_.prompt();
 }
 
@@ -275,6 +277,10 @@ QStringList buttonsBehind(int key) {
 
 /// False for a key that means nothing on this screen.
 bool Form::answersStandardKey(int key) {
+    if (key == Qt::Key_K) {
+        desk_.searchWanted();
+        return true;
+    }
     if (pickPanel_ && pickPanel_->isVisible()) return false;
     QPushButton* meant = key == Qt::Key_S ? validation() : nullptr;
     for (const QString& name : buttonsBehind(key)) {
@@ -339,7 +345,8 @@ void Form::keyPressEvent(QKeyEvent* event) {
         if (event->modifiers() == Qt::ControlModifier && answersStandardKey(event->key())) return;
         break;
     }
-    QWidget::keyPressEvent(event);
+    // What a screen in a tab has no use for is not the main window's, but for the key that leaves the tab.
+    if (isWindow() || event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) QWidget::keyPressEvent(event);
 }
 
 bool Form::givesUp(const QString& about) {

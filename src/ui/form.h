@@ -25,12 +25,14 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// and does nothing when one of them refuses, or while a key stands refused.
 /// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
 /// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list,
-/// Ctrl+H shows the record's history.
+/// Ctrl+H shows the record's history, Ctrl+K the search for everything.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);
     ~Form() override;
 
+    /// The screen that a widget is part of; null for none.
+    static Form* of(QWidget* part);
     const QString& mode() const { return mode_; }
     /// The name under which the user's habits with this window are kept.
     QString habit() const;

@@ -163,7 +163,7 @@ void Grid::followRecord(const Record& record, const QList<const Field*>& key) {
 }
 
 void Grid::guarded(const std::function<void()>& work) {
-    if (auto* form = dynamic_cast<Form*>(window()))
+    if (auto* form = Form::of(this))
         form->guarded(work);
     else
         work();
@@ -175,7 +175,7 @@ void Grid::setColumns(const QList<GridColumn>& columns, const QString& habit) {
 }
 
 void Grid::beginColumns(const QString& habit) {
-    auto* form = dynamic_cast<Form*>(window());
+    auto* form = Form::of(this);
     const QString name = form && habit.isEmpty() ? form->habit() + u'/' + objectName() : habit;
     columns_->begin(form ? &form->desk().habits : nullptr, name);
 }

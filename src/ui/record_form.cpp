@@ -106,6 +106,12 @@ void RecordForm::bringUp(const Record& row) {
     show(*fresh);
 }
 
+void RecordForm::bringUp(const QString& code) {
+    const auto found = find(code);
+    if (!found) throw Refusal(description_->unknown, description_->key.name);
+    if (mayLoseWork()) show(*found);
+}
+
 void RecordForm::show(const Record& record) {
     panel_->load(record);
     entry_.view(record);

@@ -3,6 +3,7 @@
 #include "ui/code_boxes.h"
 #include "ui/form.h"
 #include "ui/grid.h"
+#include "ui/opened_on.h"
 #include "ui/pick_panel.h"
 #include "ui/record_panel.h"
 #include "ui/record_state.h"
@@ -14,9 +15,11 @@ namespace molven {
 
 /// A file of records kept one at a time: the list on the left, the record on the right, add, modify, delete,
 /// validate, abandon. A code typed in the key box brings its record up. The subclass says what the record is.
-class RecordForm : public Form {
+class RecordForm : public Form, public OpenedOn {
 public:
     using State = RecordState::State;
+
+    void bringUp(const QString& code) override;
 
 protected:
     /// What is on the screen and how the user meets it.

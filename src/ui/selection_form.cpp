@@ -26,9 +26,8 @@ void SelectionForm::build(const Selection& selection) {
     list_ = new Grid(QStringLiteral("DBGrid1"), selection.list, this);
     count_ = label(selection.count);
     row_ = new QHBoxLayout;
-    QPushButton* search = nullptr;
-    for (const SelectionDeed& one : selection.searches) row_->addWidget(search = deed(one));
-    if (selection.searches.size() == 1) setDefaultButton(search);
+    for (const SelectionDeed& one : selection.searches) row_->addWidget(search_ = deed(one));
+    if (selection.searches.size() == 1) setDefaultButton(search_);
     row_->addWidget(count_, 1);
     for (const SelectionDeed& one : selection.deeds) row_->addWidget(deed(one));
     row_->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }));
@@ -40,6 +39,11 @@ void SelectionForm::build(const Selection& selection) {
     resize(selection.size);
     applyTitle(selection.title);
     criteria_->edit(first_)->setFocus();
+}
+
+void SelectionForm::ask(const QHash<QString, QString>& values) {
+    criteria_->put(values);
+    search_->click();
 }
 
 void SelectionForm::wireCode(const CriterionBox& box, const QHash<DataFile, Database>& files) {

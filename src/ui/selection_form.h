@@ -35,6 +35,10 @@ struct Selection {
 /// Criteria, then what they select in a grid, then what is done with it. Return searches where there is one search. A
 /// code is chosen, completed and offered by its kind.
 class SelectionForm : public Form {
+public:
+    /// Asks for these criteria, by name, and for nothing else, and searches; of a list, the option's caption.
+    void ask(const QHash<QString, QString>& values);
+
 protected:
     SelectionForm(Desk& desk, const QString& name) : Form(desk, name) {}
     /// Builds the screen; called once by the subclass.
@@ -69,6 +73,7 @@ private:
     QLabel* words_ = nullptr;
     QLabel* count_ = nullptr;
     QHBoxLayout* row_ = nullptr;
+    QPushButton* search_ = nullptr; ///< the only one, or the last
     bool isSelected_ = false;
 };
 

@@ -168,6 +168,8 @@ void Player::form(const QStringList& arguments) {
     found->activateWindow();
     if (!QTest::qWaitForWindowActive(found, PatienceMs))
         throw Failure(QStringLiteral("fenêtre %1 active attendue").arg(arguments[0]));
+    // What a window reads beside its user's work is there before it is looked at.
+    (void)QTest::qWaitFor([&] { return !found->property("working").toBool(); }, PatienceMs);
 }
 
 void Player::closed(const QStringList& arguments) {

@@ -3,6 +3,7 @@
 #include "sales/sales_book.h"
 #include "screens/sales/document_layout.h"
 #include "ui/form.h"
+#include "ui/opened_on.h"
 #include "ui/record_state.h"
 
 class QLabel;
@@ -20,13 +21,14 @@ class TrayPart;
 class UnitRange;
 
 /// Entry of one kind of document. The mode word chooses the kind; its layout says which parts the screen is made of.
-class DocumentForm : public Form {
+class DocumentForm : public Form, public OpenedOn {
 public:
     /// Of the sales kind that the mode word names.
     explicit DocumentForm(Desk& desk);
     DocumentForm(Desk& desk, const DocumentKind& kind);
-    /// Shows the document of a number, unless the user keeps what is typed on another one.
-    void bringUp(const QString& number);
+    void bringUp(const QString& number) override;
+    /// Lists documents of any client that meet a condition, the oldest first; the chosen one is shown.
+    void offer(const QString& title, const Criterion& criterion);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -61,6 +63,7 @@ private:
     /// Throws Refusal "N° inconnu".
     Record numbered(const QString& number);
     void pickDocument();
+    void offer(const QString& title, const QList<GridColumn>& columns, const Criterion& criterion);
     void print();
     void readAgain();
     void refresh();

@@ -134,15 +134,25 @@ void DocumentForm::bringUp(const QString& number) {
     guarded([&] { leafTo(numbered(number)); });
 }
 
-void DocumentForm::pickDocument() {
-    const QString client = header_->client();
-    documents::ofClient(book_, client);
-    pick({book_.kind().listTitle, layout_.documents,
-          [this, client](const Criterion& filter, const Order& order) {
-              return book_.vente.select(table_, documents::documentsOf(book_, client) && filter,
+void DocumentForm::offer(const QString& title, const Criterion& criterion) {
+    QList<GridColumn> columns = layout_.documents;
+    columns.insert(2, {&table_.fac_nom, QStringLiteral("Client"), 230});
+    offer(title, columns, criterion);
+}
+
+void DocumentForm::offer(const QString& title, const QList<GridColumn>& columns, const Criterion& criterion) {
+    pick({title, columns,
+          [this, criterion](const Criterion& filter, const Order& order) {
+              return book_.vente.select(table_, criterion && filter,
                                         order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
           },
           [this](const Record& document) { leafTo(document); }});
+}
+
+void DocumentForm::pickDocument() {
+    const QString client = header_->client();
+    documents::ofClient(book_, client);
+    offer(book_.kind().listTitle, layout_.documents, documents::documentsOf(book_, client));
 }
 
 QPushButton* DocumentForm::deed(const QString& name, const QString& caption, const std::function<void()>& handler) {

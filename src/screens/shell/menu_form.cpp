@@ -3,6 +3,7 @@
 #include "data/format.h"
 #include "dossier/upkeep.h"
 #include "sales/renumbering.h"
+#include "screens/shell/home_page.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
 #include "stock/units.h"
@@ -11,6 +12,7 @@
 #include "ui/menu_bar.h"
 #include "ui/opened_by_menu.h"
 #include "ui/progress.h"
+#include "ui/screen_tabs.h"
 #include "ui/style.h"
 
 #include <QApplication>
@@ -26,6 +28,7 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace molven {
@@ -144,15 +147,49 @@ void MenuForm::buildPanels() {
     welcome_->setAlignment(Qt::AlignCenter);
     welcome_->setTextFormat(Qt::PlainText);
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setMenuBar(bar_);
-    layout->addStretch();
-    layout->addWidget(logo_);
-    layout->addWidget(welcome_);
-    layout->addWidget(dossiers_, 3);
+    buildHome();
+}
+
+void MenuForm::buildHome() {
+    home_ = new HomePage(
+        *this, [this](const QString& entry) { return mayChoose(entry); },
+        [this](const Opening& opening) { guarded([&] { open(opening); }); });
+    home_->hide();
+    auto* page = new QWidget;
+    tabs_ = new ScreenTabs(page, this);
+    home_->tabsWanted = [this](bool wanted) { desk().tabs = wanted ? tabs_ : nullptr; };
+    auto* room = new QVBoxLayout(page);
+    style::letBreathe(*room);
+    room->addStretch();
+    room->addWidget(logo_);
+    room->addWidget(welcome_);
+    room->addWidget(dossiers_, 3);
     for (QFrame* frame : {wordPanel_, bookPanel_, numberPanel_, diskPanel_})
-        layout->addWidget(frame, 0, Qt::AlignHCenter);
-    layout->addStretch();
+        room->addWidget(frame, 0, Qt::AlignHCenter);
+    room->addWidget(home_, 20);
+    room->addStretch();
+    auto* layout = new QVBoxLayout(this);
+    style::nest(*layout);
+    layout->setMenuBar(bar_);
+    layout->addWidget(tabs_);
+    desk().searchWanted = [this] {
+        if (home_->isHidden()) return;
+        desk().bringForward(*this);
+        tabs_->showHome();
+        home_->search();
+    };
+}
+
+/// Reads the dossier once the window is there.
+void MenuForm::startHome() {
+    home_->show();
+    QTimer::singleShot(0, home_, [this] { home_->start(); });
+}
+
+/// What other windows and workstations wrote meanwhile shows when the user comes back.
+void MenuForm::changeEvent(QEvent* event) {
+    Form::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) home_->look();
 }
 
 void MenuForm::buildDiskPanel() {
@@ -219,6 +256,7 @@ void MenuForm::openDossier() {
         session().spe_mon.isEmpty() ? QString() : QStringLiteral("\nPrix en : ") + session().spe_mon;
     welcome_->setText(session().spe_nom + currency);
     applyTitle(startup::mainTitle(session()));
+    startHome();
 }
 
 void MenuForm::showLogo(const QString& company) {
@@ -250,6 +288,24 @@ QString MenuForm::whyIdle(const MenuEntry& entry) {
     const QString target = isScreen ? entry.target : isReprint ? reprintScreen(rules, entry.mode, false) : entry.name;
     if (!(isScreen || isReprint) || desk().isBuilt(target, entry.mode)) return {};
     return QStringLiteral("Pas encore disponible dans cette version");
+}
+
+bool MenuForm::mayChoose(const QString& name) {
+    const MenuEntry* entry = menuEntry(name);
+    const auto* action = findChild<QAction*>(name);
+    return entry && action && action->isEnabled() && whyIdle(*entry).isEmpty();
+}
+
+/// The screens of the home page and of its search open as the menu opens them, to whom it opens them.
+void MenuForm::open(const Opening& opening) {
+    const MenuEntry& entry = *menuEntry(opening.entry);
+    if (!mayChoose(opening.entry)) throw Refusal(whyIdle(entry));
+    if (entry.action != MenuAction::Screen && entry.action != MenuAction::InvoiceChoice) return act(entry);
+    const QString screen = opening.screen.isEmpty() ? entry.target : opening.screen;
+    // A screen behind an entry's own is of no mode.
+    const bool isOwn = screen == entry.target || entry.action == MenuAction::InvoiceChoice;
+    Form* form = desk().open(screen, isOwn ? entry.mode : QString(), entry.caption);
+    if (form) form->guarded([&] { opening.fill(*form); });
 }
 
 void MenuForm::act(const MenuEntry& entry) {
@@ -316,6 +372,7 @@ void MenuForm::updateDepotFamilies() {
 }
 
 void MenuForm::askBook(const MenuEntry& entry) {
+    tabs_->showHome();
     bookMode_ = entry.mode;
     bookCaption_->setText(QString(entry.caption).remove(u'&'));
     ostraneBook_->setChecked(false);
@@ -334,6 +391,7 @@ void MenuForm::startRenumbering(const MenuEntry& entry) {
                         .greatest(renumbering_->headers, renumbering_->headers.fac_no));
     newNumber_->put({});
     numberCaption_->setText(QString(renumbering_->question).chopped(2));
+    tabs_->showHome();
     numberPanel_->show();
     newNumber_->setFocus();
 }
@@ -350,6 +408,7 @@ void MenuForm::renumber() {
 void MenuForm::askDisk() {
     upkeep::requireBackupHere(session());
     saved_->clear();
+    tabs_->showHome();
     diskPanel_->show();
     disk_->setFocus();
 }
@@ -370,7 +429,7 @@ void MenuForm::backUp() {
 /// Closes the other windows, whose files are to be rewritten; false when the user keeps one.
 bool MenuForm::closeOthers() {
     for (Form* form : desk().windows())
-        if (form != this && form->isVisible() && !form->close()) return false;
+        if (form != this && Desk::isOpen(*form) && !form->close()) return false;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // they hold their files until they are gone
     return true;
 }
@@ -382,7 +441,11 @@ void MenuForm::compact() {
     if (!closeOthers()) return;
     notify(QStringLiteral("Début Recompactage"));
     presence_.reset();
-    const auto back = qScopeGuard([this] { guarded([this] { enterFolders(); }); });
+    home_->stop();
+    const auto back = qScopeGuard([this] {
+        guarded([this] { enterFolders(); });
+        startHome();
+    });
     upkeep::compact(session(), progress(*this, QStringLiteral("Recompactage des fichiers")));
     notify(QStringLiteral("Recompactage terminé"));
 }

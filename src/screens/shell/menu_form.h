@@ -14,9 +14,12 @@ class QTextEdit;
 namespace molven {
 
 class Grid;
+class HomePage;
+class ScreenTabs;
+struct Opening;
 struct Renumbering;
 
-/// Main window: chooses and opens the dossier, then carries the menu. It knows entries, not screens.
+/// Main window: chooses and opens the dossier, then carries the menu and the home page. It knows entries, not screens.
 class MenuForm : public Form {
 public:
     explicit MenuForm(Desk& desk);
@@ -24,10 +27,13 @@ public:
 protected:
     bool mayClose() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void buildMenu();
     void buildPanels();
+    void buildHome();
+    void startHome();
     void buildDiskPanel();
     QFrame* panel(const QString& name, const QString& caption, QLabel*& captionLabel);
 
@@ -40,6 +46,9 @@ private:
 
     QString whyIdle(const MenuEntry& entry);
     void act(const MenuEntry& entry);
+    /// Whether choosing an entry would do something.
+    bool mayChoose(const QString& name);
+    void open(const Opening& opening);
     void openReprint(const MenuEntry& entry);
     void startProgram(const QString& program);
     void updateDepotFamilies();
@@ -76,6 +85,8 @@ private:
     const Renumbering* renumbering_ = nullptr;
     QLabel* logo_;
     QLabel* welcome_;
+    ScreenTabs* tabs_;
+    HomePage* home_;
 };
 
 } // namespace molven

@@ -149,6 +149,11 @@ void UnitHistoryForm::find() {
     show(unit_history::find(session(), number_->text(), source_));
 }
 
+void UnitHistoryForm::bringUp(const QString& immatriculation) {
+    number_->put(immatriculation);
+    find();
+}
+
 void UnitHistoryForm::clear() {
     heading_->clear();
     situation_->clear();

@@ -2,6 +2,7 @@
 
 #include "sales/unit_history.h"
 #include "ui/form.h"
+#include "ui/opened_on.h"
 
 class QHBoxLayout;
 class QLabel;
@@ -12,10 +13,11 @@ namespace molven {
 class Grid;
 
 /// Where one unit went: its road in time, then itself and its lines on documents, current and archived.
-class UnitHistoryForm : public Form {
+class UnitHistoryForm : public Form, public OpenedOn {
 public:
     explicit UnitHistoryForm(Desk& desk)
         : UnitHistoryForm(desk, QStringLiteral("T_traimm"), unit_history::Source::Real) {}
+    void bringUp(const QString& immatriculation) override;
 
 protected:
     UnitHistoryForm(Desk& desk, const QString& name, unit_history::Source source);

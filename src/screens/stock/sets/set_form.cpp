@@ -210,6 +210,13 @@ SetStateForm::SetStateForm(Desk& desk)
     grid_->setFocus();
 }
 
+void SetStateForm::bringUp(const QString& serial) {
+    Record wanted(stretatanc);
+    wanted[stretatanc.stk_anc_imm] = serial;
+    grid_->followRecord(wanted, {&stretatanc.stk_anc_imm});
+    if (!grid_->current()) throw Refusal(QStringLiteral("Cet ancillaire n'existe plus"), {});
+}
+
 void SetStateForm::refresh() {
     const QList<Record> sets = set_overview::urgentFirst(set_overview::rows(molven_, ancillaire_));
     grid_->rows().setRecords(sets);

@@ -3,6 +3,7 @@
 #include "sales/set_journeys.h"
 #include "stock/set_types.h"
 #include "ui/code_table_form.h"
+#include "ui/opened_on.h"
 
 namespace molven {
 
@@ -35,11 +36,12 @@ private:
 };
 
 /// Where every set lies, what it lacks and what expires: what is urgent first.
-class SetStateForm : public Form {
+class SetStateForm : public Form, public OpenedOn {
 public:
     explicit SetStateForm(Desk& desk);
 
     void shownAgain() override { refresh(); }
+    void bringUp(const QString& serial) override;
 
 private:
     void refresh();

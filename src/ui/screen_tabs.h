@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QTabWidget>
+
+namespace molven {
+
+class Form;
+
+/// Screens inside the main window, a tab each, behind the home that is always there. A tab is closed as a window is:
+/// its screen is asked. Ctrl+Tab goes from one to the next.
+class ScreenTabs : public QTabWidget {
+public:
+    /// While it is the only page, there is nothing to see of the tabs.
+    ScreenTabs(QWidget* home, QWidget* parent);
+    ~ScreenTabs() override;
+
+    void add(Form& form);
+    /// Shows a screen that stands in a tab; false for any other.
+    bool bringForward(Form& form);
+    void showHome() { setCurrentIndex(0); }
+
+private:
+    int tabOf(const Form& form) const;
+};
+
+} // namespace molven
