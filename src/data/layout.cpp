@@ -14,6 +14,9 @@ namespace molven {
 
 namespace {
 
+/// From this version on the journal of a file has an entry for each of its records.
+constexpr qint64 FirstWithEntries = 3;
+
 QString indexName(const Table& table, int number) {
     return QStringLiteral("%1_%2").arg(table.name, QString::number(number));
 }
@@ -64,11 +67,13 @@ void Layout::upgrade(const QString& path) {
         workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
         Transaction transaction(workspace, QStringLiteral("Reprise"));
         // Another workstation may have done it while this one waited.
-        if (workspace.mark(QStringLiteral("main"), "user_version") >= sqlite::SchemaVersion) return;
+        const qint64 version = workspace.mark(QStringLiteral("main"), "user_version");
+        if (version >= sqlite::SchemaVersion) return;
         Layout layout(workspace);
-        for (const Table* table : tablesOf(*file)) layout.complete(*table);
+        QList<const Table*> changed; // other records have the entries that they need
         for (const Table* table : tablesOf(*file))
-            Journal::takeOver(workspace, QStringLiteral("main.") + table->name, *table);
+            if (layout.complete(*table) || version < FirstWithEntries) changed.append(table);
+        for (const Table* table : changed) Journal::takeOver(workspace, QStringLiteral("main.") + table->name, *table);
         workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
         transaction.commit();
     } catch (const DataError& error) {
@@ -87,15 +92,22 @@ void Layout::create(const Table& table) {
     for (int number = 1; number <= table.indexes().size(); ++number) workspace_.run(indexSql(table, number));
 }
 
-void Layout::complete(const Table& table) {
+bool Layout::complete(const Table& table) {
     QStringList columns;
     Statement& rows = workspace_.run(QStringLiteral("pragma main.table_info(%1)").arg(table.name));
     while (rows.next()) columns.append(rows.text(1));
-    if (columns.isEmpty()) return create(table);
-    for (const Field* field : table.fields())
-        if (!columns.contains(field->name, Qt::CaseInsensitive))
-            workspace_.run(QStringLiteral("alter table %1 add column %2").arg(table.name, definition(*field)));
+    if (columns.isEmpty()) {
+        create(table);
+        return true;
+    }
+    bool isWider = false;
+    for (const Field* field : table.fields()) {
+        if (columns.contains(field->name, Qt::CaseInsensitive)) continue;
+        workspace_.run(QStringLiteral("alter table %1 add column %2").arg(table.name, definition(*field)));
+        isWider = true;
+    }
     completeIndexes(table);
+    return isWider;
 }
 
 Layout::Indexes Layout::indexes(const Table& table) {

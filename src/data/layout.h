@@ -12,9 +12,9 @@ public:
     /// Makes a new file of ours with these tables, whole or not at all.
     static void create(const QString& path, const QList<const Table*>& tables);
     /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, and its
-    /// journal an entry for each record, all or nothing; waits for another workstation that is at it. A unique index
-    /// that the file's own records contradict becomes a plain one. A file of another name is left as it is. Throws
-    /// DataError when the file cannot be written.
+    /// journal an entry for each record that has none of its present fields, all or nothing; waits for another
+    /// workstation that is at it. A unique index that the file's own records contradict becomes a plain one. A file of
+    /// another name is left as it is. Throws DataError when the file cannot be written.
     static void upgrade(const QString& path);
     /// An index that is not as declared.
     struct IndexFault {
@@ -45,7 +45,8 @@ private:
     explicit Layout(Workspace& workspace) : workspace_(workspace) {}
     Indexes indexes(const Table& table);
     void create(const Table& table);
-    void complete(const Table& table);
+    /// True for a table that was missing, or lacked columns.
+    bool complete(const Table& table);
     void completeIndexes(const Table& table);
     void createIndex(const Table& table, int number);
     void dropIndexes(const Table& table);

@@ -21,12 +21,19 @@ constexpr int YearsBack = 20;
 
 QString monthKeyOf(const QDate& date) { return sortKey(date).left(6); }
 
+/// Old documents may have none.
+QStringList openStates() { return {documents::Open, QString()}; }
+
 Waiting waiting(Database file, const DocumentHeaders& table) {
     Waiting found;
-    for (const Summary& day : file.summary(table, {&table.tri_datf}, {&table.fac_ht}, stillOpen(table))) {
-        found.count += day.count;
-        found.amount += day.sums.first();
-        if (found.oldest.isEmpty()) found.oldest = day.group.first(); // a note of old may bear no day
+    for (const Summary& all : file.summary(table, {}, {&table.fac_ht}, stillOpen(table))) {
+        found.count = all.count;
+        found.amount = all.sums.first();
+    }
+    for (const QString& state : openStates()) { // an index has the days of one state in order
+        const auto first = file.find(table, table.fac_cpt == state && table.tri_datf > QString(), table.tri_datf);
+        const QString day = first ? first->value(table.tri_datf) : QString();
+        if (!day.isEmpty() && (found.oldest.isEmpty() || day < found.oldest)) found.oldest = day;
     }
     return found;
 }
@@ -37,25 +44,24 @@ QStringList months(const QDate& first, const QDate& last) {
     return names;
 }
 
-QHash<QString, qint64> expiringBy(Database molven, const QDate& first, const QDate& last) {
-    return molven.countBy(strproduit, strproduit.num_dep,
-                          strproduit.tes_vte == state::InStock && strproduit.num_dep != ReturnedDepot &&
-                              isOneOf(strproduit.dat_per, months(first, last)));
-}
-
 QList<ExpiringDepot> expiring(Database molven, const QDate& today) {
     const QDate month(today.year(), today.month(), 1);
-    const QHash<QString, qint64> past = expiringBy(molven, month.addYears(-YearsBack), month.addMonths(-1));
-    const QHash<QString, qint64> soon = expiringBy(molven, month, month.addMonths(MonthsAhead));
-    QList<ExpiringDepot> found;
-    const QStringList all = past.keys() + soon.keys();
-    for (const QString& depot : QSet<QString>(all.begin(), all.end())) {
-        const auto known = parameters::find(molven, list::Depot, depot);
-        found.append({depot, known ? known->value(strparam.lib_par) : QString(), past.value(depot), soon.value(depot)});
+    const QStringList past = months(month.addYears(-YearsBack), month.addMonths(-1));
+    const QStringList soon = months(month, month.addMonths(MonthsAhead));
+    const auto counts = molven.countBy(strproduit, {&strproduit.num_dep, &strproduit.dat_per},
+                                       strproduit.tes_vte == state::InStock && strproduit.num_dep != ReturnedDepot &&
+                                           isOneOf(strproduit.dat_per, past + soon));
+    QMap<QString, ExpiringDepot> byDepot;
+    for (auto count = counts.begin(); count != counts.end(); ++count) {
+        ExpiringDepot& depot = byDepot[count.key().first()];
+        (soon.contains(count.key().last()) ? depot.soon : depot.past) += count.value();
     }
-    std::sort(found.begin(), found.end(), [](const ExpiringDepot& a, const ExpiringDepot& b) {
-        return std::pair(a.depot != MainDepot, a.depot) < std::pair(b.depot != MainDepot, b.depot);
-    });
+    QList<ExpiringDepot> found;
+    for (auto one = byDepot.begin(); one != byDepot.end(); ++one) {
+        const auto known = parameters::find(molven, list::Depot, one.key());
+        found.append({one.key(), known ? known->value(strparam.lib_par) : QString(), one->past, one->soon});
+    }
+    std::stable_partition(found.begin(), found.end(), [](const auto& depot) { return depot.depot == MainDepot; });
     return found;
 }
 
@@ -118,7 +124,7 @@ QDate firstRecentDay(const QDate& today) { return today.addDays(1 - RecentDays);
 
 QString lastMonthAhead(const QDate& today) { return monthText(today.addMonths(MonthsAhead)); }
 
-Criterion stillOpen(const DocumentHeaders& table) { return isOneOf(table.fac_cpt, {documents::Open, QString()}); }
+Criterion stillOpen(const DocumentHeaders& table) { return isOneOf(table.fac_cpt, openStates()); }
 
 Criterion writtenRecently(const DocumentKind& kind, const QDate& today) {
     const Text& day = kind.headers.tri_datf;

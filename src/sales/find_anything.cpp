@@ -157,9 +157,12 @@ QList<Finding> FindAnything::documentsOf(Database file, const DocumentHeaders& t
             if (&kind.headers == &table && session_.path(kind.file) == file.path() &&
                 documents::isOfKind(kind, header)) {
                 const QString label = kind.isProforma() ? proformaKind(session_.rules()).label : kind.shownLabel;
-                found.append({Kind::Document, header[table.fac_no],
-                              joined({label + QStringLiteral(" du ") + header[table.fac_datf], header[table.fac_nom]}),
-                              &kind});
+                found.append(
+                    {Kind::Document, header[table.fac_no],
+                     joined({header[table.fac_datf].isEmpty() ? label
+                                                              : label + QStringLiteral(" du ") + header[table.fac_datf],
+                             header[table.fac_nom]}),
+                     &kind});
                 break;
             }
     }

@@ -33,14 +33,18 @@ Criterion given() {
            (strproduit.dat_per == QString() || monthKey(strproduit.dat_per) >= month);
 }
 
-/// Units by depot and article, of one depot or of all but the main one.
-QHash<QString, qint64> held(Database molven, const QString& depot) {
-    const Criterion where = depot.isEmpty() ? strproduit.num_dep != MainDepot : strproduit.num_dep == depot;
+/// Units by depot and article.
+QHash<QString, qint64> heldWhere(Database molven, const Criterion& where) {
     QHash<QString, qint64> counts;
     const auto groups = molven.countBy(strproduit, {&strproduit.num_dep, &strproduit.ref_art}, inStock() && where);
     for (auto group = groups.begin(); group != groups.end(); ++group)
         counts[keyOf(group.key().first(), group.key().last())] += group.value();
     return counts;
+}
+
+/// Of one depot, or of all but the main one.
+QHash<QString, qint64> held(Database molven, const QString& depot) {
+    return heldWhere(molven, depot.isEmpty() ? strproduit.num_dep != MainDepot : strproduit.num_dep == depot);
 }
 
 QHash<QString, qint64> available(Database molven) {
@@ -115,8 +119,11 @@ QStringList unitsFor(Database molven, const Record& shortage, qint64 lacking) {
 QHash<QString, qint64> lackingByDepot(Database molven) {
     QHash<QString, qint64> lacking;
     const QList<Endowment> all = endowments(molven, {});
-    if (all.isEmpty()) return lacking; // the units need not be counted
-    const QHash<QString, qint64> heldUnits = held(molven, {});
+    QStringList depots;
+    for (const Endowment& one : all)
+        if (!depots.contains(one.depot)) depots.append(one.depot);
+    if (depots.isEmpty()) return lacking;
+    const QHash<QString, qint64> heldUnits = heldWhere(molven, isOneOf(strproduit.num_dep, depots));
     for (const Endowment& one : all)
         if (const qint64 under = one.quantity - heldUnits.value(keyOf(one.depot, one.reference)); under > 0)
             lacking[one.depot] += under;

@@ -88,6 +88,7 @@ struct ProductUnits : Table {
     Index by_lot{this, {lot_art}};
     Index by_supplier_serial{this, {fou_imm}};
     Index by_supplier_reference{this, {fou_ref, fou_imm}};
+    Index by_expiry{this, {dat_per, tes_vte, num_dep}}; // what expires is counted without reading units
 };
 inline const ProductUnits strproduit{"strproduit"};
 /// Working copy of a selection of units, in tri.mdb, and exchange file of units, in tripro.mdb.

@@ -36,7 +36,7 @@ FigureChart::FigureChart(const QString& name, QWidget* parent) : QChartView(new 
 }
 
 QColor FigureChart::colourOf(std::size_t series) const {
-    return series == 0 ? palette().color(QPalette::Link) : palette().color(QPalette::Mid).darker(120);
+    return series == 0 ? palette().color(QPalette::Link) : style::colour(style::Tone::Quiet);
 }
 
 void FigureChart::begin(const QString& title, const std::vector<Series>& series) {
@@ -66,6 +66,8 @@ void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool
     for (QAbstractAxis* axis : {static_cast<QAbstractAxis*>(categories), static_cast<QAbstractAxis*>(amounts)}) {
         axis->setLabelsFont(small);
         axis->setLabelsColor(palette().color(QPalette::Text));
+        axis->setGridLineColor(palette().color(QPalette::Mid));
+        axis->setLinePenColor(palette().color(QPalette::Mid));
         drawn.attachAxis(axis);
     }
 }

@@ -3,6 +3,9 @@
 #include "data/clock.h"
 #include "data/errors.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+
 namespace molven {
 
 namespace {
@@ -16,6 +19,15 @@ std::optional<day_work::Figures> count(const Session& session, const QDate& toda
     } catch (const DataError&) {
     }
     return std::nullopt;
+}
+
+/// What is written from here on is noticed; null where the files cannot be read.
+std::shared_ptr<day_work::Changes> watched(const Session& session) {
+    try {
+        return std::make_shared<day_work::Changes>(session);
+    } catch (const DataError&) {
+        return nullptr;
+    }
 }
 
 } // namespace
@@ -35,6 +47,7 @@ void DayCounter::stop() {
     watch_.stop();
     ++run_;
     thread_ = {}; // asks it to stop, and waits
+    QCoreApplication::removePostedEvents(this, QEvent::MetaCall); // what it told holds files
     isCounting_ = isWanted_ = false;
     changes_.reset();
     session_.reset();
@@ -50,17 +63,15 @@ void DayCounter::begin() {
     isWanted_ = false;
     isCounting_ = true;
     if (began) began();
-    try { // what is written from here on is noticed
-        changes_ = changes_ ? std::move(changes_) : std::make_unique<day_work::Changes>(*session_);
-        changes_->happened();
-    } catch (const DataError&) {
-        changes_.reset();
-    }
-    thread_ = std::jthread([this, run = run_, session = *session_, today = Clock::today()](std::stop_token stop) {
-        const auto figures = count(session, today, stop);
-        const auto tell = [this, run, figures] {
+    day_ = Clock::today();
+    thread_ = std::jthread([this, run = run_, session = *session_, day = day_, known = changes_](std::stop_token stop) {
+        // Opened here: a file of an earlier version may have to be brought up to date first.
+        const std::shared_ptr<day_work::Changes> changes = known ? known : watched(session);
+        const auto figures = count(session, day, stop);
+        const auto tell = [this, run, figures, changes] {
             if (run != run_) return;
             isCounting_ = false;
+            changes_ = changes;
             if (counted) counted(figures);
             if (isWanted_) begin();
         };
@@ -71,7 +82,7 @@ void DayCounter::begin() {
 void DayCounter::look() {
     if (!session_ || isCounting_) return;
     try {
-        if (!changes_ || changes_->happened()) countAgain();
+        if (!changes_ || changes_->happened() || day_ != Clock::today()) countAgain();
     } catch (const DataError&) { // the files are being replaced: next time
         changes_.reset();
     }

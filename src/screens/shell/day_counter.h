@@ -10,7 +10,8 @@
 
 namespace molven {
 
-/// Counts the day's work of a dossier beside the windows, and again whenever a connection wrote to it. It never says
+/// Counts the day's work of a dossier beside the windows, and again whenever a connection wrote to it, or another
+/// day begins. It never says
 /// what went wrong: whoever opens the screen is told.
 class DayCounter : public QObject {
 public:
@@ -33,7 +34,8 @@ private:
     void begin();
 
     std::optional<Session> session_;
-    std::unique_ptr<day_work::Changes> changes_;
+    std::shared_ptr<day_work::Changes> changes_; ///< made by the first count, asked between counts only
+    QDate day_;                                  ///< that was counted for
     QTimer watch_;
     bool isCounting_ = false, isWanted_ = false;
     int run_ = 0;         ///< an answer of an earlier one is nobody's

@@ -16,7 +16,8 @@ constexpr int LateDays = 30;    ///< a note that waits longer is late to be invo
 constexpr qsizetype Depots = 5; ///< with a line of their own; the others share one
 
 QString plural(qint64 count, const char* one, const char* several) {
-    return QStringLiteral("%1 %2").arg(count).arg(QString::fromUtf8(count > 1 ? several : one));
+    const QString number = format(Decimal(static_cast<long long>(count)), QStringLiteral("### ### ##0")).trimmed();
+    return number + u' ' + QString::fromUtf8(count > 1 ? several : one);
 }
 
 QString dayOf(const QString& key) { return dateText(QDate::fromString(key, QStringLiteral("yyyyMMdd"))); }
@@ -98,8 +99,8 @@ void addBackup(QList<DayLine>& lines, const QDate& last, const QDate& today) {
 QString documentsInWords(const DocumentKind& kind, qint64 count) {
     if (kind.mode == u"AVO") return plural(count, "avoir", "avoirs");
     if (kind.mode == u"AVG") return plural(count, "avoir de consignation", "avoirs de consignation");
-    const QString words = count > 1 ? kind.listTitle.section(u' ', 1) : kind.shownLabel;
-    return QStringLiteral("%1 %2").arg(count).arg(words.toLower());
+    const QString words = (count > 1 ? kind.listTitle.section(u' ', 1) : kind.shownLabel).toLower();
+    return plural(count, qUtf8Printable(words), qUtf8Printable(words));
 }
 
 } // namespace

@@ -27,6 +27,7 @@ public:
     /// And from here on no more.
     void stop();
     void search();
+    void countAgain() { counter_.countAgain(); }
     /// Reads the figures again if the dossier was written to.
     void look() { counter_.look(); }
 

@@ -424,6 +424,7 @@ void MenuForm::backUp() {
     saved_->setText(
         QStringLiteral("%1, %2 Ko : copie vérifiée").arg(counted(saved.files.size(), QStringLiteral("fichier")), size));
     saved_->setToolTip(saved.files.join(u'\n'));
+    home_->countAgain();
 }
 
 /// Closes the other windows, whose files are to be rewritten; false when the user keeps one.
