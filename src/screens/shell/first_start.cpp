@@ -26,11 +26,10 @@ namespace {
 constexpr int DemonstrationUnits = 600;
 
 /// A folder is typed, or chosen by the button beside it.
-QWidget* withBrowser(QLineEdit* box) {
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins({});
-    auto* browse = new QPushButton(QStringLiteral("Parcourir..."), row);
+QLayout* withBrowser(QLineEdit* box, const QString& name) {
+    auto* layout = new QHBoxLayout;
+    auto* browse = new QPushButton(QStringLiteral("Parcourir..."), box->parentWidget());
+    browse->setObjectName(name);
     browse->setAutoDefault(false);
     QObject::connect(browse, &QPushButton::clicked, box, [box] {
         const QString chosen = QFileDialog::getExistingDirectory(box->window(), QString(), box->text());
@@ -38,7 +37,7 @@ QWidget* withBrowser(QLineEdit* box) {
     });
     layout->addWidget(box, 1);
     layout->addWidget(browse);
-    return row;
+    return layout;
 }
 
 } // namespace
@@ -86,13 +85,14 @@ void FirstStart::addBoxes() {
     told_->setTextFormat(Qt::PlainText);
     told_->setWordWrap(true);
     auto* boxes = new QFormLayout;
-    boxes->addRow(QStringLiteral("&Dossier du programme :"), withBrowser(folder_));
+    QLayout* folders = withBrowser(folder_, QStringLiteral("Cmddossier"));
+    QLayout* sources = withBrowser(source_, QStringLiteral("Cmdsource"));
+    boxes->addRow(QStringLiteral("&Dossier du programme :"), folders);
     boxes->addRow(QStringLiteral("Code &société (deux lettres) :"), code_);
     boxes->addRow(QStringLiteral("&Nom de la société :"), name_);
-    boxes->addRow(QStringLiteral("&Bases à convertir :"), withBrowser(source_));
-    for (int row = 0; row < boxes->rowCount(); ++row)
-        if (QWidget* box = boxes->itemAt(row, QFormLayout::FieldRole)->widget(); box->layout())
-            static_cast<QLabel*>(boxes->labelForField(box))->setBuddy(box->findChild<QLineEdit*>());
+    boxes->addRow(QStringLiteral("&Bases à convertir :"), sources);
+    static_cast<QLabel*>(boxes->labelForField(folders))->setBuddy(folder_);
+    static_cast<QLabel*>(boxes->labelForField(sources))->setBuddy(source_);
     auto* buttons = new QDialogButtonBox(this);
     auto* ok = buttons->addButton(QStringLiteral("Con&tinuer"), QDialogButtonBox::AcceptRole);
     ok->setObjectName(QStringLiteral("Cmdok"));
@@ -113,7 +113,8 @@ FirstStart::Deed FirstStart::deed() const { return static_cast<Deed>(deeds_->che
 void FirstStart::adapt() {
     code_->setEnabled(deed() == Deed::Create);
     name_->setEnabled(deed() == Deed::Create);
-    source_->parentWidget()->setEnabled(deed() == Deed::Convert);
+    source_->setEnabled(deed() == Deed::Convert);
+    findChild<QPushButton*>(QStringLiteral("Cmdsource"))->setEnabled(deed() == Deed::Convert);
     told_->clear();
 }
 
