@@ -1,4 +1,6 @@
+#include "data/journal.h"
 #include "screens/screens.h"
+#include "screens/shell/first_start.h"
 #include "ui/desk.h"
 #include "ui/icons.h"
 #include "ui/printer.h"
@@ -8,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QLockFile>
@@ -21,6 +24,31 @@ namespace {
 QString lockPath(const QString& home) {
     const QByteArray name = QCryptographicHash::hash(home.toUtf8(), QCryptographicHash::Sha1).toHex().left(12);
     return QDir::temp().filePath(QStringLiteral("molven-") + QString::fromLatin1(name) + QStringLiteral(".lock"));
+}
+
+const QString LastHome = QStringLiteral("programme/dossier");
+
+std::unique_ptr<QSettings> settings() {
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("MOLVEN"),
+                                       QStringLiteral("fenetres"));
+}
+
+bool holdsInstallation(const QString& folder) {
+    return !folder.isEmpty() && (QFile::exists(QDir(folder).filePath(QStringLiteral("CHEMIN.HC"))) ||
+                                 QFile::exists(QDir(folder).filePath(QStringLiteral("societe.mdb"))));
+}
+
+/// The folder of the executable; one that holds no installation gives way to the last one that this user chose, and to
+/// the question what to do.
+QString programFolder() {
+    const QString own = QApplication::applicationDirPath();
+    if (holdsInstallation(own)) return own;
+    const auto kept = settings();
+    if (const QString last = kept->value(LastHome).toString(); holdsInstallation(last)) return last;
+    FirstStart offer;
+    if (offer.exec() != QDialog::Accepted) return own;
+    kept->setValue(LastHome, offer.home());
+    return offer.home();
 }
 
 } // namespace
@@ -38,18 +66,20 @@ int main(int argc, char* argv[]) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("MOLVEN, traçabilité des implants"));
     parser.addHelpOption();
-    parser.addOption({QStringLiteral("home"), QStringLiteral("dossier du programme"), QStringLiteral("DIR"),
-                      QApplication::applicationDirPath()});
+    parser.addVersionOption();
+    QApplication::setApplicationName(QStringLiteral("MOLVEN"));
+    QApplication::setApplicationVersion(author::programVersion());
+    const QString homeOption = QStringLiteral("home");
+    parser.addOption({homeOption, QStringLiteral("dossier du programme"), QStringLiteral("DIR")});
     parser.process(application);
-    const QString home = QDir(parser.value(QStringLiteral("home"))).absolutePath();
+    const QString home = QDir(parser.isSet(homeOption) ? parser.value(homeOption) : programFolder()).absolutePath();
 
     QLockFile lock(lockPath(home));
     lock.setStaleLockTime(0);
     const bool first = lock.tryLock(0);
     Desk desk(home, std::make_unique<MessageBoxPrompt>(), std::make_unique<PreviewPrinter>());
     desk.isAlreadyRunning = [first] { return !first; };
-    desk.habits.keepIn(std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("MOLVEN"),
-                                                   QStringLiteral("fenetres")));
+    desk.habits.keepIn(settings());
     startProgram(desk);
     return QApplication::exec();
 }

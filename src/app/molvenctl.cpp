@@ -1,6 +1,8 @@
 #include "app/ctl/command.h"
 
+#include "data/engine_version.h"
 #include "data/errors.h"
+#include "data/journal.h"
 #include "data/presence.h"
 #include "dossier/creation.h"
 #include "shell/startup.h"
@@ -40,24 +42,23 @@ Session sessionOf(const QCommandLineParser& parser, const QString& folder) {
 
 namespace {
 
-int usage(const QList<Command>& commands) {
-    complain(QStringLiteral("usage : molvenctl MOT DIR [options]"));
-    for (const Command& command : commands)
-        complain(QStringLiteral("  %1 %2  %3").arg(command.word, -7).arg(command.arguments, -24).arg(command.help));
-    return 2;
+/// What is wrong with a call, French; the toolkit says it in English.
+QString wrongCall(const QCommandLineParser& parser) {
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty()) return QStringLiteral("option sans sa valeur, ou avec une de trop");
+    return QStringLiteral("option inconnue : ") + unknown.join(QStringLiteral(", "));
 }
 
 int runCommand(const Command& command, const QStringList& call) {
     QCommandLineParser parser;
-    parser.setApplicationDescription(command.help);
-    parser.addHelpOption();
-    command.declare(parser);
+    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QString()});
+    parser.addOptions(optionsOf(command));
     if (!parser.parse(call)) {
-        complain(parser.errorText());
+        complain(wrongCall(parser));
         return 2;
     }
     if (parser.isSet(QStringLiteral("help"))) {
-        say(parser.helpText());
+        say(helpOf(command).trimmed());
         return 0;
     }
     const QStringList arguments = parser.positionalArguments();
@@ -90,13 +91,7 @@ static std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]
 }
 
 int main(int argc, char* argv[]) {
-    const QList<ctl::Command> commands{
-        ctl::createCommand(),          ctl::demoCommand(),        ctl::checkCommand(),    ctl::traceCommand(),
-        ctl::recallCommand(),          ctl::journalCommand(),     ctl::companyCommand(),  ctl::importCommand(),
-        ctl::exportCommand(),          ctl::restoreCommand(),     ctl::recountCommand(),  ctl::replenishCommand(),
-        ctl::statisticsCommand(),      ctl::commissionsCommand(), ctl::transferCommand(), ctl::invoiceCommand(),
-        ctl::receivedInvoiceCommand(), ctl::backupCommand(),      ctl::verifyCommand(),   ctl::archiveCommand(),
-        ctl::reactivateCommand(),      ctl::convertCommand()};
+    const QList<ctl::Command>& commands = ctl::words();
     const QString word = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     const bool draws = std::any_of(commands.begin(), commands.end(), [&word](const ctl::Command& command) {
         return command.word == word && command.draws;
@@ -108,5 +103,11 @@ int main(int argc, char* argv[]) {
         call.removeAt(1);
         return ctl::runCommand(command, call);
     }
-    return ctl::usage(commands);
+    if (word == u"--version") {
+        ctl::say(QStringLiteral("MOLVEN %1, %2").arg(author::programVersion(), engineVersion()));
+        return 0;
+    }
+    const bool asked = word == u"--help" || word == u"-h";
+    for (const QString& line : ctl::usage()) asked ? ctl::say(line) : ctl::complain(line);
+    return asked ? 0 : 2;
 }

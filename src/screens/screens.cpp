@@ -18,6 +18,7 @@
 #include "screens/sales/print_form.h"
 #include "screens/sales/recall_form.h"
 #include "screens/sales/replenishment_form.h"
+#include "screens/shell/guide_form.h"
 #include "screens/shell/login_form.h"
 #include "screens/shell/menu_form.h"
 #include "screens/shell/secret_forms.h"
@@ -116,6 +117,8 @@ void addScreens(Desk& desk) {
     add<StockRebuildForm>(desk, "T_procalns");
     add<InventoryCountForm>(desk, "T_comptage");
     add<TrailForm>(desk, "T_histo");
+    add<GuideForm>(desk, "T_guide");
+    add<AboutForm>(desk, "T_apropos");
     add<CommissionForm>(desk, "T_comrep");
     add<StatisticsForm>(desk, "T_staedt");
     add<TransferForm>(desk, "T_trsfac");

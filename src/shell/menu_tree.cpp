@@ -167,6 +167,9 @@ const QList<MenuEntry>& menuTree() {
         {1, u"mnu_utiliti"_s, u"&Utilitaires"_s, MenuAction::Program, u"UTILITAIRE.EXE"_s},
         {0, u"sauve_garde"_s, u"&Sauvegarde sur disque amovible"_s, MenuAction::Backup},
         {0, u"mnu_gest"_s, u"&Gestion commandes "_s, MenuAction::Program, u"TRACDE.EXE"_s, {}, &CompanyRules::hasOrderProgram, u"Ce choix n'est pas disponible pour vous"_s},
+        {0, u"mnu_aide"_s, u"&Aide"_s, MenuAction::Submenu},
+        {1, u"mnu_aide_guide"_s, u"&Guide de l'utilisateur"_s, MenuAction::Screen, u"T_guide"_s},
+        {1, u"mnu_aide_apropos"_s, u"&A propos"_s, MenuAction::Screen, u"T_apropos"_s},
     };
     // clang-format on
     return tree;

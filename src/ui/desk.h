@@ -57,6 +57,7 @@ public:
         screens_.insert(name, {factory, modes});
     }
     bool isBuilt(const QString& name, const QString& mode) const;
+    QStringList screens() const { return screens_.keys(); }
     /// Opens a screen under a mode word, or shows it again when it is open in that mode. `title` names the menu
     /// entry, for a screen not built yet.
     Form* open(const QString& name, const QString& mode = {}, const QString& title = {});

@@ -1,5 +1,6 @@
 #include "ui/form.h"
 
+#include "shell/guide.h"
 #include "ui/access_keys.h"
 #include "ui/accessible_names.h"
 #include "ui/edit.h"
@@ -334,6 +335,9 @@ void Form::keyPressEvent(QKeyEvent* event) {
         return;
     case Qt::Key_Escape:
         escape();
+        return;
+    case Qt::Key_F1:
+        desk_.open(QStringLiteral("T_guide"), guide::pageOf(objectName(), mode_));
         return;
     case Qt::Key_F2:
         if (openPicker(focusWidget())) return;

@@ -23,9 +23,9 @@ void showDataError(Prompt& prompt, const DataError& error);
 /// the control bound to its field, a data error goes to the data-error display, and the window stays open.
 /// A deed acts on what the eye sees: every button first leaves the boxes that were typed into, however it is pressed,
 /// and does nothing when one of them refuses, or while a key stands refused.
-/// Keys: Return validates or goes to the next field, Escape leaves, F2 opens the list behind a code field, F8 that of
-/// the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P prints, Ctrl+F filters the list,
-/// Ctrl+H shows the record's history, Ctrl+K the search for everything.
+/// Keys: Return validates or goes to the next field, Escape leaves, F1 opens the guide at the window's page, F2 the
+/// list behind a code field, F8 that of the session's notices; Ctrl+S validates, Ctrl+N presses `CmdAjout`, Ctrl+P
+/// prints, Ctrl+F filters the list, Ctrl+H shows the record's history, Ctrl+K the search for everything.
 class Form : public QWidget {
 public:
     Form(Desk& desk, const QString& name);

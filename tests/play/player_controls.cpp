@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -28,6 +29,7 @@ QString textOf(const QWidget* widget) {
     if (const auto* label = qobject_cast<const QLabel*>(widget)) return label->text();
     if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) return button->text();
     if (const auto* list = qobject_cast<const QComboBox*>(widget)) return list->currentText();
+    if (const auto* text = qobject_cast<const QTextEdit*>(widget)) return text->toPlainText();
     if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) return text->toPlainText();
     throw Failure(QStringLiteral("contrôle avec un texte attendu : %1").arg(widget->objectName()));
 }

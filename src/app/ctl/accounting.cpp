@@ -24,12 +24,12 @@ namespace {
 
 using Columns = QList<const Field*>;
 
-void declarePeriod(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOptions({{QStringLiteral("du"), QStringLiteral("factures depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
-                       {QStringLiteral("au"), QStringLiteral("factures jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
-                       {QStringLiteral("json"), QStringLiteral("résultat en JSON")},
-                       {QStringLiteral("csv"), QStringLiteral("résultat en CSV")}});
+void declarePeriod(Options& options) {
+    options.addOption(dossierOption());
+    options.addOptions({{QStringLiteral("du"), QStringLiteral("factures depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
+                        {QStringLiteral("au"), QStringLiteral("factures jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
+                        {QStringLiteral("json"), QStringLiteral("résultat en JSON")},
+                        {QStringLiteral("csv"), QStringLiteral("résultat en CSV")}});
 }
 
 Period periodOf(const QCommandLineParser& parser) {
@@ -159,9 +159,9 @@ Command statisticsCommand() {
     return {QStringLiteral("stats"),
             QStringLiteral("chiffre d'affaires d'une période par client, article, mois..."),
             QStringLiteral("DIR RAPPORT"),
-            [](QCommandLineParser& parser) {
-                declarePeriod(parser);
-                parser.addOptions(
+            [](Options& options) {
+                declarePeriod(options);
+                options.addOptions(
                     {{QStringLiteral("compare-du"), QStringLiteral("période comparée, du JJ/MM/AAAA"),
                       QStringLiteral("DATE")},
                      {QStringLiteral("compare-au"), QStringLiteral("au JJ/MM/AAAA"), QStringLiteral("DATE")}});
@@ -183,11 +183,11 @@ Command transferCommand() {
     return {QStringLiteral("transfert-compta"),
             QStringLiteral("écritures des factures en comptabilité : contrôle, transfert, fichier légal"),
             QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) {
-                declarePeriod(parser);
-                parser.addOptions({{QStringLiteral("valider"), QStringLiteral("écrit le transfert et ses fichiers")},
-                                   {QStringLiteral("fec"),
-                                    QStringLiteral("écrit le fichier des écritures de l'exercice --du --au")}});
+            [](Options& options) {
+                declarePeriod(options);
+                options.addOptions({{QStringLiteral("valider"), QStringLiteral("écrit le transfert et ses fichiers")},
+                                    {QStringLiteral("fec"),
+                                     QStringLiteral("écrit le fichier des écritures de l'exercice --du --au")}});
             },
             runTransfer,
             1};

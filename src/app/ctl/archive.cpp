@@ -26,9 +26,9 @@ int move(const QCommandLineParser& parser, const QString& folder, archive::Direc
     return areAll ? 0 : 1;
 }
 
-void declare(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOption({Before, QStringLiteral("documents et ventes d'avant le JJ/MM/AAAA"), QStringLiteral("DATE")});
+void declare(Options& options) {
+    options.addOption(dossierOption());
+    options.addOption({Before, QStringLiteral("documents et ventes d'avant le JJ/MM/AAAA"), QStringLiteral("DATE")});
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace molven::ctl {
 
@@ -41,8 +44,20 @@ int backUp(const QCommandLineParser& parser, const QStringList& arguments) {
     return sayVerified(upkeep::verify(folder)) ? 0 : 1;
 }
 
-int verify(const QCommandLineParser&, const QStringList& arguments) {
-    return sayVerified(upkeep::verify(arguments[0])) ? 0 : 1;
+int verify(const QCommandLineParser& parser, const QStringList& arguments) {
+    const QList<upkeep::Verified> all = upkeep::verify(arguments[0]);
+    if (!wantsJson(parser)) return sayVerified(all) ? 0 : 1;
+    QJsonArray told;
+    bool areSound = true;
+    for (const upkeep::Verified& one : all) {
+        told.append(QJsonObject{{QStringLiteral("dossier"), one.folder},
+                                {QStringLiteral("fichiers"), static_cast<int>(one.files)},
+                                {QStringLiteral("octets"), one.bytes},
+                                {QStringLiteral("defauts"), QJsonArray::fromStringList(one.faults)}});
+        areSound = areSound && one.faults.isEmpty();
+    }
+    say(QString::fromUtf8(QJsonDocument(told).toJson(QJsonDocument::Compact)));
+    return areSound ? 0 : 1;
 }
 
 } // namespace
@@ -51,9 +66,9 @@ Command backupCommand() {
     return {QStringLiteral("sauvegarde"),
             QStringLiteral("ajoute à CIBLE une sauvegarde datée et vérifiée du dossier"),
             QStringLiteral("DIR CIBLE"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption({Kept, QStringLiteral("ne garde que les N dernières"), QStringLiteral("N")});
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption({Kept, QStringLiteral("ne garde que les N dernières"), QStringLiteral("N")});
             },
             backUp,
             2};
@@ -63,7 +78,7 @@ Command verifyCommand() {
     return {QStringLiteral("verifier"),
             QStringLiteral("relit en entier une sauvegarde, ou chacune d'un dossier de sauvegardes"),
             QStringLiteral("CIBLE"),
-            [](QCommandLineParser&) {},
+            [](Options& options) { options.addOption(jsonOption()); },
             verify,
             1};
 }

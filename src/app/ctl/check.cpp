@@ -56,12 +56,12 @@ Command checkCommand() {
     return {QStringLiteral("check"),
             QStringLiteral("contrôle un dossier ; ne change rien sans --reparer"),
             QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
-                parser.addOption({QStringLiteral("reparer"),
-                                  QStringLiteral("recompte les stocks, recalcule les totaux et refait les index, puis "
-                                                 "contrôle")});
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+                options.addOption({QStringLiteral("reparer"),
+                                   QStringLiteral("recompte les stocks, recalcule les totaux et refait les index, puis "
+                                                  "contrôle")});
             },
             run,
             1};

@@ -2,27 +2,49 @@
 
 #include "shell/session.h"
 
+#include <QCommandLineOption>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
-class QCommandLineOption;
 class QCommandLineParser;
 
 namespace molven::ctl {
 
-/// One word of molvenctl. Exit codes: 0 done and sound, 1 refused or faults found, 2 wrong call.
+/// The options of a word, in the order in which its help tells them.
+class Options {
+public:
+    void addOption(const QCommandLineOption& option) { all.append(option); }
+    void addOptions(const QList<QCommandLineOption>& more) { all.append(more); }
+    QList<QCommandLineOption> all;
+};
+
+/// One word of molvenctl: its usage, its help, the manual and the completion of shells are made of this. Exit codes: 0
+/// done and sound, 1 refused or faults found, 2 wrong call.
 struct Command {
     QString word;
     QString help;      ///< one line, French
     QString arguments; ///< "DIR", shown in the usage
-    void (*declare)(QCommandLineParser&);
+    void (*declare)(Options&);
     int (*run)(const QCommandLineParser&, const QStringList& arguments);
     int argumentCount;
     bool draws = false; ///< pages, for which fonts are needed
 };
 
+/// Every word, in the order in which they are told.
+const QList<Command>& words();
+QList<QCommandLineOption> optionsOf(const Command& command);
+/// The usage of all words, a line each.
+QStringList usage();
+/// What `--help` says of a word.
+QString helpOf(const Command& command);
+/// The manual of molvenctl, for `man`.
+QString manual();
+/// The completion of words and options for bash.
+QString completion();
+
 Command createCommand();
+Command guideCommand();
 Command demoCommand();
 Command checkCommand();
 Command traceCommand();
@@ -50,6 +72,9 @@ QCommandLineOption dossierOption();
 /// The dossier that a call works on: the one named, or the only one. Of several it takes the first, and says so.
 Session sessionOf(const QCommandLineParser& parser, const QString& folder);
 
+/// "--json", of the words whose result is data.
+QCommandLineOption jsonOption();
+bool wantsJson(const QCommandLineParser& parser);
 /// "--remplacer", of the words that write a file of the user's.
 QCommandLineOption replaceOption();
 /// Throws Refusal for a file that exists and may not be replaced; one that the dossier lives by never is.

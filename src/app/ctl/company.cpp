@@ -4,6 +4,9 @@
 #include "reference/seller.h"
 
 #include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace molven::ctl {
 
@@ -11,11 +14,12 @@ Command companyCommand() {
     return {QStringLiteral("societe"),
             QStringLiteral("montre, ou change, l'adresse de la société sur ses lettres"),
             QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption({QStringLiteral("adresse"),
-                                  QStringLiteral("une ligne de l'adresse, jusqu'à quatre fois ; remplace l'adresse"),
-                                  QStringLiteral("LIGNE")});
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption(jsonOption());
+                options.addOption({QStringLiteral("adresse"),
+                                   QStringLiteral("une ligne de l'adresse, jusqu'à quatre fois ; remplace l'adresse"),
+                                   QStringLiteral("LIGNE")});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const Session session = sessionOf(parser, arguments[0]);
@@ -23,8 +27,16 @@ Command companyCommand() {
                 const Database molven = workspace.open(session.molven());
                 if (const QStringList typed = parser.values(QStringLiteral("adresse")); !typed.isEmpty())
                     seller::setAddress(molven, typed);
+                const QStringList address = seller::addressLines(seller::read(molven));
+                if (wantsJson(parser)) {
+                    say(QString::fromUtf8(
+                        QJsonDocument(QJsonObject{{QStringLiteral("nom"), session.spe_nom},
+                                                  {QStringLiteral("adresse"), QJsonArray::fromStringList(address)}})
+                            .toJson(QJsonDocument::Compact)));
+                    return 0;
+                }
                 say(session.spe_nom);
-                for (const QString& line : seller::addressLines(seller::read(molven))) say(line);
+                for (const QString& line : address) say(line);
                 return 0;
             },
             1};

@@ -62,8 +62,8 @@ Command convertCommand() {
     return {QStringLiteral("convertir"),
             QStringLiteral("fait un dossier d'un dossier de bases Jet, qui n'est que lu"),
             QStringLiteral("SOURCE CIBLE"),
-            [](QCommandLineParser& parser) {
-                parser.addOption({Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")});
+            [](Options& options) {
+                options.addOption({Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")});
             },
             convert,
             2};

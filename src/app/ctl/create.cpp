@@ -11,8 +11,8 @@ Command createCommand() {
     return {QStringLiteral("create"),
             QStringLiteral("crée une installation neuve dans DIR"),
             QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) {
-                parser.addOptions(
+            [](Options& options) {
+                options.addOptions(
                     {{QStringLiteral("code"), QStringLiteral("code société, deux lettres"), QStringLiteral("CE")},
                      {QStringLiteral("nom"), QStringLiteral("nom de la société"), QStringLiteral("nom")},
                      {QStringLiteral("societe"), QStringLiteral("ajoute le dossier à societe.mdb")}});

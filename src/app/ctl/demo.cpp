@@ -38,13 +38,13 @@ Command demoCommand() {
     return {QStringLiteral("demo"),
             QStringLiteral("crée une installation remplie d'un distributeur plausible"),
             QStringLiteral("DIR"),
-            [](QCommandLineParser& parser) {
-                parser.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"),
-                                    QStringLiteral("CE")},
-                                   {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"),
-                                    QStringLiteral("N"), QStringLiteral("5000")},
-                                   {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
-                                    QStringLiteral("1")}});
+            [](Options& options) {
+                options.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"),
+                                     QStringLiteral("CE")},
+                                    {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"),
+                                     QStringLiteral("N"), QStringLiteral("5000")},
+                                    {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
+                                     QStringLiteral("1")}});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const demo::Options options{number(parser, QStringLiteral("unites")),

@@ -40,36 +40,36 @@ QList<papers::Paper> find(SalesBook& book, const QString& number, const QString&
 } // namespace
 
 Command invoiceCommand() {
-    return {
-        QStringLiteral("facture"),
-        QStringLiteral("enregistre une facture ou un avoir, comme les écrans d'édition l'impriment"),
-        QStringLiteral("DIR NUMERO"),
-        [](QCommandLineParser& parser) {
-            parser.addOption(dossierOption());
-            parser.addOption({Year, QStringLiteral("année du document"), QStringLiteral("AAAA")});
-            parser.addOption({Pdf, QStringLiteral("fichier PDF à écrire"), QStringLiteral("FICHIER")});
-            parser.addOption({FacturX, QStringLiteral("facture électronique Factur-X (PDF/A-3) à écrire"),
-                              QStringLiteral("FICHIER")});
-            parser.addOption({Xml, QStringLiteral("son seul XML (UN/CEFACT CII) à écrire"), QStringLiteral("FICHIER")});
-            parser.addOption(replaceOption());
-        },
-        [](const QCommandLineParser& parser, const QStringList& arguments) {
-            if (!parser.isSet(Pdf) && !parser.isSet(FacturX) && !parser.isSet(Xml))
-                throw Refusal(QStringLiteral("Préciser ce qu'il faut écrire : --pdf, --facturx ou --xml FICHIER"));
-            for (const auto& [form, bytesOf] : forms())
-                if (parser.isSet(form)) requireWritable(parser, parser.value(form));
-            const Session session = sessionOf(parser, arguments[0]);
-            SalesBook book(session, documentKind(QStringLiteral("FAC")));
-            const QList<papers::Paper> found = find(book, arguments[1], parser.value(Year));
-            for (const auto& [form, bytesOf] : forms()) {
-                if (!parser.isSet(form)) continue;
-                writeOut(parser, parser.value(form), bytesOf(book, found.first()));
-                say(papers::title(found) + QStringLiteral(" : ") + parser.value(form));
-            }
-            return 0;
-        },
-        2,
-        true};
+    return {QStringLiteral("facture"),
+            QStringLiteral("enregistre une facture ou un avoir, comme les écrans d'édition l'impriment"),
+            QStringLiteral("DIR NUMERO"),
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption({Year, QStringLiteral("année du document"), QStringLiteral("AAAA")});
+                options.addOption({Pdf, QStringLiteral("fichier PDF à écrire"), QStringLiteral("FICHIER")});
+                options.addOption({FacturX, QStringLiteral("facture électronique Factur-X (PDF/A-3) à écrire"),
+                                   QStringLiteral("FICHIER")});
+                options.addOption(
+                    {Xml, QStringLiteral("son seul XML (UN/CEFACT CII) à écrire"), QStringLiteral("FICHIER")});
+                options.addOption(replaceOption());
+            },
+            [](const QCommandLineParser& parser, const QStringList& arguments) {
+                if (!parser.isSet(Pdf) && !parser.isSet(FacturX) && !parser.isSet(Xml))
+                    throw Refusal(QStringLiteral("Préciser ce qu'il faut écrire : --pdf, --facturx ou --xml FICHIER"));
+                for (const auto& [form, bytesOf] : forms())
+                    if (parser.isSet(form)) requireWritable(parser, parser.value(form));
+                const Session session = sessionOf(parser, arguments[0]);
+                SalesBook book(session, documentKind(QStringLiteral("FAC")));
+                const QList<papers::Paper> found = find(book, arguments[1], parser.value(Year));
+                for (const auto& [form, bytesOf] : forms()) {
+                    if (!parser.isSet(form)) continue;
+                    writeOut(parser, parser.value(form), bytesOf(book, found.first()));
+                    say(papers::title(found) + QStringLiteral(" : ") + parser.value(form));
+                }
+                return 0;
+            },
+            2,
+            true};
 }
 
 } // namespace molven::ctl

@@ -14,9 +14,9 @@ namespace molven::ctl {
 
 namespace {
 
-void declare(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOptions(
+void declare(Options& options) {
+    options.addOption(dossierOption());
+    options.addOptions(
         {{QStringLiteral("immat"), QStringLiteral("d'une unité"), QStringLiteral("IMMAT")},
          {QStringLiteral("document"), QStringLiteral("d'un document, NUMERO ou ANNEE/NUMERO"), QStringLiteral("DOC")},
          {QStringLiteral("client"), QStringLiteral("d'un client"), QStringLiteral("CODE")},

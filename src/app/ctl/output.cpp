@@ -20,6 +20,9 @@ bool isOurs(const QString& path) {
 
 } // namespace
 
+QCommandLineOption jsonOption() { return {QStringLiteral("json"), QStringLiteral("résultat en JSON")}; }
+bool wantsJson(const QCommandLineParser& parser) { return parser.isSet(QStringLiteral("json")); }
+
 QCommandLineOption replaceOption() { return {Replace, QStringLiteral("remplace le fichier s'il existe déjà")}; }
 
 void requireWritable(const QCommandLineParser& parser, const QString& path) {

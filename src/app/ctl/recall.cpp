@@ -12,9 +12,9 @@ namespace molven::ctl {
 
 namespace {
 
-void declare(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOptions(
+void declare(Options& options) {
+    options.addOption(dossierOption());
+    options.addOptions(
         {{QStringLiteral("lot"), QStringLiteral("numéro de lot"), QStringLiteral("LOT")},
          {QStringLiteral("ref-fournisseur"), QStringLiteral("référence du fournisseur"), QStringLiteral("REF")},
          {QStringLiteral("article"), QStringLiteral("référence de l'article"), QStringLiteral("REF")},

@@ -47,9 +47,9 @@ int recount(const Session& session, bool withAverages, bool isJson) {
     return 0;
 }
 
-void declare(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOptions(
+void declare(Options& options) {
+    options.addOption(dossierOption());
+    options.addOptions(
         {{QStringLiteral("pamp"), QStringLiteral("recalcule aussi le prix moyen d'achat des articles suivis")},
          {QStringLiteral("du"), QStringLiteral("articles non suivis : depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
          {QStringLiteral("au"), QStringLiteral("articles non suivis : jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},

@@ -40,7 +40,7 @@ Command importCommand() {
     return {QStringLiteral("import"),
             QStringLiteral("reprend un fichier CSV : ") + kindsText(),
             QStringLiteral("DIR QUOI FICHIER.csv"),
-            [](QCommandLineParser& parser) { parser.addOption(dossierOption()); },
+            [](Options& options) { options.addOption(dossierOption()); },
             bringIn,
             3};
 }
@@ -49,9 +49,9 @@ Command exportCommand() {
     return {QStringLiteral("export"),
             QStringLiteral("écrit un fichier CSV : ") + kindsText(),
             QStringLiteral("DIR QUOI FICHIER.csv"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption(replaceOption());
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption(replaceOption());
             },
             takeOut,
             3};

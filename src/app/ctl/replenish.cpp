@@ -14,10 +14,10 @@ namespace molven::ctl {
 
 namespace {
 
-void declare(QCommandLineParser& parser) {
-    parser.addOption(dossierOption());
-    parser.addOptions({{QStringLiteral("depot"), QStringLiteral("un dépôt seulement"), QStringLiteral("CODE")},
-                       {QStringLiteral("json"), QStringLiteral("résultat en JSON")}});
+void declare(Options& options) {
+    options.addOption(dossierOption());
+    options.addOptions({{QStringLiteral("depot"), QStringLiteral("un dépôt seulement"), QStringLiteral("CODE")},
+                        {QStringLiteral("json"), QStringLiteral("résultat en JSON")}});
 }
 
 void sayJson(const QList<Record>& rows) {

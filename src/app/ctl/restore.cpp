@@ -26,9 +26,9 @@ Command restoreCommand() {
     return {QStringLiteral("restaurer"),
             QStringLiteral("reprend les fichiers d'une sauvegarde, les autres postes étant fermés"),
             QStringLiteral("DIR SAUVEGARDE"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption({Partial, QStringLiteral("reprend une sauvegarde où des fichiers manquent")});
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption({Partial, QStringLiteral("reprend une sauvegarde où des fichiers manquent")});
             },
             restore,
             2};

@@ -51,9 +51,9 @@ Command traceCommand() {
     return {QStringLiteral("trace"),
             QStringLiteral("raconte l'histoire d'une unité"),
             QStringLiteral("DIR IMMAT"),
-            [](QCommandLineParser& parser) {
-                parser.addOption(dossierOption());
-                parser.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+            [](Options& options) {
+                options.addOption(dossierOption());
+                options.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
             },
             trace,
             2};

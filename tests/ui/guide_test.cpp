@@ -1,0 +1,64 @@
+#include "screens/screens.h"
+#include "screens/shell/first_start.h"
+#include "shell/guide.h"
+#include "support/dossier.h"
+#include "ui/desk.h"
+#include "ui/form.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+
+namespace molven {
+
+TEST(Guide, ExplainsEveryScreenAndLinksToPagesThatExist) {
+    test::Dossier dossier;
+    Desk desk(dossier.folder(), std::make_unique<MessageBoxPrompt>(), nullptr);
+    addScreens(desk);
+    const QStringList pages = guide::pages();
+    for (const QString& screen : desk.screens())
+        EXPECT_TRUE(pages.contains(guide::pageOf(screen))) << screen.toStdString() << " has no page";
+    static const QRegularExpression link(QStringLiteral("\\]\\(([^)]+)\\)"));
+    const QDir folder(QStringLiteral(":/guide"));
+    for (const QString& file : folder.entryList({QStringLiteral("*.md")})) {
+        EXPECT_TRUE(pages.contains(file.chopped(3))) << file.toStdString() << " is in no table of contents";
+        auto found = link.globalMatch(guide::textOf(file.chopped(3)));
+        while (found.hasNext()) {
+            const QString target = found.next().captured(1);
+            EXPECT_TRUE(folder.exists(target)) << file.toStdString() << " names " << target.toStdString();
+        }
+    }
+}
+
+TEST(FirstStart, CreatesOpensAndRefuses) {
+    QTemporaryDir folder;
+    FirstStart offer;
+    const auto choose = [&offer](const char* name) { offer.findChild<QAbstractButton*>(name)->click(); };
+    const auto type = [&offer](const char* name, const QString& text) {
+        offer.findChild<QLineEdit*>(name)->setText(text);
+    };
+    const QString home = folder.filePath(QStringLiteral("l'installation"));
+    type("txtdossier", home);
+    choose("Optouvrir");
+    choose("Cmdok");
+    EXPECT_FALSE(offer.findChild<QLabel*>("Lblrefus")->text().isEmpty()) << "nothing to open";
+    EXPECT_EQ(offer.home(), QString());
+    choose("Optcreer");
+    type("txtcode", QStringLiteral("c"));
+    choose("Cmdok");
+    EXPECT_EQ(offer.home(), QString()) << "a code has two letters";
+    EXPECT_FALSE(QFile::exists(home + QStringLiteral("/CHEMIN.HC")));
+    type("txtcode", QStringLiteral("ce"));
+    type("txtnom", QStringLiteral("SOCIÉTÉ D'ÉTÉ"));
+    choose("Cmdok");
+    EXPECT_EQ(offer.home(), home);
+    FirstStart again;
+    again.findChild<QLineEdit*>("txtdossier")->setText(home);
+    again.findChild<QAbstractButton*>("Optouvrir")->click();
+    again.findChild<QAbstractButton*>("Cmdok")->click();
+    EXPECT_EQ(again.result(), QDialog::Accepted);
+}
+
+} // namespace molven
