@@ -67,15 +67,15 @@ QString difference(const DocumentHeaders& table, const Record& stored, const Rec
 }
 
 /// What the lines of each document of a file come to, by its year and number.
-using Sums = QHash<QString, QMap<QString, totals::VatBase>>;
+using VatBases = QHash<QString, QMap<QString, totals::VatBase>>;
 
-void add(Sums& sums, const DocumentLines& table, const Record& line) {
+void add(VatBases& sums, const DocumentLines& table, const Record& line) {
     totals::VatBase& base = sums[line[table.fac_aa] + u'/' + line[table.fac_no]][line[table.fac_tva]];
     base.ht += line[table.fac_ht];
     base.vat += line[table.fac_ttc] - line[table.fac_ht];
 }
 
-void checkTotals(references::Files::Searched searched, const Family& family, const Sums& sums, Faults& faults) {
+void checkTotals(references::Files::Searched searched, const Family& family, const VatBases& sums, Faults& faults) {
     const DocumentHeaders& table = family.headers;
     for (const Record& header : searched.database.select(table)) {
         const Place place = placeOf(searched, family, header);
@@ -254,7 +254,7 @@ void checkProformas(references::Files& files, const Papers& papers, Faults& faul
         if (searched.file != DataFile::Proforma && searched.file != DataFile::Ostrane) continue;
         const Family& family = searched.file == DataFile::Proforma ? proformas : secondBook;
         Structure structure(searched, family, faults);
-        Sums sums;
+        VatBases sums;
         for (const Record& line : searched.database.select(strfacl)) {
             if (!structure.add(line)) continue;
             add(sums, strfacl, line);
