@@ -30,11 +30,6 @@ Connection opened(const QString& path, sqlite::Opening opening) {
     return {sqlite::connect(path, opening), sqlite3_close};
 }
 
-bool isDatabase(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.read(16) == QByteArray("SQLite format 3", 16);
-}
-
 QString spoken(const QString& path) { return QDir::toNativeSeparators(path); }
 
 /// How far all the copies are, in pages of a thousand bytes.
@@ -96,6 +91,11 @@ void copyAll(const QList<Copy>& copies, Measure& measure) {
 }
 
 } // namespace
+
+bool isDatabase(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(16) == QByteArray("SQLite format 3", 16);
+}
 
 QStringList faults(const QString& path, const Progress& progress) {
     if (!isDatabase(path)) return {};

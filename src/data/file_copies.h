@@ -21,4 +21,7 @@ QList<qint64> make(const QList<Copy>& copies, const Progress& progress);
 /// What is wrong with a database file, read whole; empty for a sound one, and for one of another kind.
 QStringList faults(const QString& path, const Progress& progress = {});
 
+/// Whether a file is one of the engine's, by its first bytes.
+bool isDatabase(const QString& path);
+
 } // namespace molven::file_copies

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStorageInfo>
 
 #include <filesystem>
 #include <system_error>
@@ -22,6 +23,17 @@ namespace {
 Refusal unwritable(const QString& path, const QString& reason) {
     return Refusal(
         QStringLiteral("Impossible d'écrire le fichier %1 : %2").arg(QDir::toNativeSeparators(path), reason));
+}
+
+/// Why a file of so many bytes cannot be written, in words of ours where the disk tells.
+QString reasonAt(const QString& path, qint64 size, const QString& otherwise) {
+    const QFileInfo folder(QFileInfo(path).absolutePath());
+    if (!folder.exists()) return QStringLiteral("le dossier n'existe pas");
+    const QStorageInfo disk(folder.filePath());
+    if (disk.isReadOnly()) return QStringLiteral("le disque est protégé en écriture");
+    if (disk.bytesAvailable() < size) return QStringLiteral("le disque est plein");
+    if (!folder.isWritable()) return QStringLiteral("accès refusé");
+    return otherwise;
 }
 
 bool isOnDisk(const QFileDevice& file) {
@@ -42,9 +54,10 @@ void writeWhole(const QString& path, const QByteArray& bytes, Existing existing)
     QSaveFile file(path);
     // What waits in the memory of the program would be lost without a word: it is flushed before the names change.
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        throw unwritable(path, file.errorString());
-    if (!isOnDisk(file) || file.size() != bytes.size()) throw unwritable(path, qt_error_string());
-    if (!file.commit()) throw unwritable(path, file.errorString());
+        throw unwritable(path, reasonAt(path, bytes.size(), file.errorString()));
+    if (!isOnDisk(file) || file.size() != bytes.size())
+        throw unwritable(path, reasonAt(path, bytes.size(), qt_error_string()));
+    if (!file.commit()) throw unwritable(path, reasonAt(path, 0, file.errorString()));
 }
 
 void flushToDisk(const QString& path) {

@@ -1,6 +1,7 @@
 #include "dossier/restoration.h"
 
 #include "data/clock.h"
+#include "data/content_list.h"
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/file_rights.h"
@@ -59,7 +60,11 @@ QStringList sound(const QDir& staging) {
         throw Refusal(QStringLiteral("La sauvegarde ne contient pas le fichier molven.mdb"));
     for (const QString& name : names) {
         Workspace workspace;
-        const QStringList faults = workspace.open(staging.filePath(name)).integrityFaults();
+        Database file = workspace.open(staging.filePath(name));
+        QStringList faults = file.integrityFaults();
+        if (const auto known = dataFileAt(name))
+            for (const Table* table : tablesOf(*known))
+                if (!file.hasTable(*table)) faults.append(QStringLiteral("table %1 absente").arg(table->name));
         if (!faults.isEmpty())
             throw Refusal(
                 QStringLiteral("Le fichier %1 de la sauvegarde est endommagé : %2").arg(name, faults.first()));
@@ -78,6 +83,15 @@ void requireWhole(const QDir& folder, const QStringList& names) {
             QStringLiteral("La sauvegarde ne contient pas %1 : elle n'est pas entière (--partielle la reprend "
                            "tout de même)")
                 .arg(missing.join(QStringLiteral(", "))));
+}
+
+/// What the backup's own list tells: a file lost or changed since it was made.
+void requireAsMade(const QString& backup) {
+    if (const QStringList faults = content_list::faults(backup); !faults.isEmpty())
+        throw Refusal(
+            QStringLiteral(
+                "La sauvegarde n'est plus telle qu'elle a été faite, %1 (--partielle la reprend tout de même)")
+                .arg(faults.join(QStringLiteral(", "))));
 }
 
 /// The company whose data a file holds; empty when the file is too damaged to tell.
@@ -137,6 +151,7 @@ Outcome restore(const QString& installation, const QString& backup, const QStrin
         QDir(folder.filePath(left)).removeRecursively();
     const QTemporaryDir staging(folder.filePath(Staging));
     if (!staging.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder.path()));
+    if (extent == Extent::Whole) requireAsMade(backup);
     stage(QDir(backup), QDir(staging.path()));
     const QStringList names = sound(QDir(staging.path()));
     if (extent == Extent::Whole) requireWhole(folder, names);

@@ -2,6 +2,7 @@
 
 #include "data/clock.h"
 #include "data/compaction.h"
+#include "data/content_list.h"
 #include "data/dates.h"
 #include "data/file_copies.h"
 #include "data/file_rights.h"
@@ -23,6 +24,11 @@ QStringList userFolders() {
     return {FirstWorkstation, QStringLiteral("P1"), QStringLiteral("P2"), QStringLiteral("P3")};
 }
 
+void requireElsewhere(const Session& session, const QString& target, const QString& box) {
+    require(QDir(target).canonicalPath() != QDir(session.chemin_base).canonicalPath(),
+            QStringLiteral("La sauvegarde ne peut pas se faire dans le dossier des données"), box);
+}
+
 /// The files of a folder that are saved.
 QStringList savedNames(const QString& folder) {
     QStringList names = QDir(folder).entryList({QStringLiteral("*.mdb")}, QDir::Files, QDir::Name);
@@ -34,9 +40,12 @@ void addCopies(QList<file_copies::Copy>& copies, const QString& from, const QStr
     for (const QString& name : savedNames(from)) copies.append({QDir(from).filePath(name), QDir(to).filePath(name)});
 }
 
-Saved save(const QList<file_copies::Copy>& copies, const Progress& progress) {
+Saved save(const QList<file_copies::Copy>& copies, const QString& target, const Progress& progress) {
     Saved saved;
     const QList<qint64> sizes = file_copies::make(copies, progress);
+    QStringList names;
+    for (const file_copies::Copy& copy : copies) names.append(QDir(target).relativeFilePath(copy.to));
+    content_list::write(target, names);
     for (qsizetype i = 0; i < sizes.size(); ++i) {
         saved.bytes += sizes[i];
         saved.files.append(QStringLiteral("%1, %2 Ko").arg(QFileInfo(copies[i].to).fileName()).arg(sizes[i] / 1024));
@@ -76,9 +85,12 @@ Verified verifyOne(const QDir& folder) {
     for (const QString& user : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
         for (const QString& name : QDir(folder.filePath(user)).entryList({QStringLiteral("*.mdb")}, QDir::Files))
             names.append(user + u'/' + name);
+    found.faults += content_list::faults(folder.path());
     for (const QString& name : names) {
         ++found.files;
         found.bytes += QFileInfo(folder.filePath(name)).size();
+        if (dataFileAt(name) && !file_copies::isDatabase(folder.filePath(name)))
+            found.faults.append(name + QStringLiteral(" : n'est pas une base de données"));
         for (const QString& fault : file_copies::faults(folder.filePath(name)))
             found.faults.append(name + QStringLiteral(" : ") + fault);
     }
@@ -109,8 +121,7 @@ QString backupTarget(const Session& session, const QString& typed) {
     const QString target = isDrive ? text + QStringLiteral(":/") : usableFolder(session.dossier_app, text);
     require(QDir(target).exists(), QStringLiteral("Le dossier %1 n'existe pas").arg(QDir::toNativeSeparators(target)),
             box);
-    require(QDir(target).canonicalPath() != QDir(session.chemin_base).canonicalPath(),
-            QStringLiteral("La sauvegarde ne peut pas se faire dans le dossier des données"), box);
+    requireElsewhere(session, target, box);
     return target;
 }
 
@@ -121,7 +132,7 @@ Saved backUp(const Session& session, const QString& target, const Progress& prog
     if (session.rules().backsUpUserFolders())
         for (const QString& user : userFolders())
             addCopies(copies, session.chemin_base + user, QDir(target).filePath(user));
-    const Saved saved = save(copies, progress);
+    const Saved saved = save(copies, target, progress);
     markBackup(session);
     return saved;
 }
@@ -131,6 +142,7 @@ QDate lastBackup(const Session& session) {
 }
 
 QString addGeneration(const Session& session, const QString& target, int kept, const Progress& progress) {
+    requireElsewhere(session, target, QString());
     // A disk that is not there must not become a folder of the machine's own.
     require(QDir(target).exists() || QDir().mkdir(target),
             QStringLiteral("Impossible d'écrire dans le dossier %1").arg(target), QString());
@@ -146,7 +158,7 @@ QString addGeneration(const Session& session, const QString& target, int kept, c
     for (const file_copies::Copy& copy : copies) QDir().mkpath(QFileInfo(copy.to).path());
     keepFromOthers(unfinished);
     try {
-        save(copies, progress);
+        save(copies, unfinished, progress);
     } catch (...) {
         QDir(unfinished).removeRecursively();
         throw;

@@ -13,6 +13,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace molven::unit_integration {
 
 namespace {
@@ -23,24 +25,18 @@ QString serialOf(const Record& received) {
     return number.isEmpty() ? received[tripro.fou_imm].trimmed() : number;
 }
 
+/// The same unit, whoever delivered it.
+Criterion sameUnit(const Record& received) {
+    return strproduit.fou_imm == serialOf(received) && strproduit.fou_ref == received[tripro.ref_art].trimmed();
+}
+
 class Integration {
 public:
     Integration(const Session& session, UnitFiles files, const Order& order)
         : session_(session), rules_(session.rules()), files_(files), order_(order) {}
 
-    void check() {
-        order_.supplier = padded(order_.supplier, 6);
-        require(parties::findSupplier(files_.molven, order_.supplier).has_value(),
-                QStringLiteral("Code fournisseur inconnu"), QStringLiteral("txtfou_cde"));
-        require(dateFromText(order_.orderDate).isValid(), QStringLiteral("date invalide"), QStringLiteral("Mskdatcde"));
-        require(dateFromText(order_.deliveryDate).isValid(), QStringLiteral("date invalide"),
-                QStringLiteral("Mskdatliv"));
-    }
-
     bool isPresent(const Record& received) {
-        const Criterion same = strproduit.fou_imm == serialOf(received) &&
-                               strproduit.fou_ref == received[tripro.ref_art].trimmed() &&
-                               strproduit.fou_cde == order_.supplier;
+        const Criterion same = sameUnit(received) && strproduit.fou_cde == order_.supplier;
         return files_.molven.count(strproduit, same) + files_.historic.count(strproduit, same) > 0;
     }
 
@@ -120,18 +116,34 @@ private:
     const Session& session_;
     const CompanyRules rules_;
     UnitFiles files_;
-    Order order_;
+    const Order order_;
     QHash<QString, std::optional<Record>> articles_; ///< by the sender's reference
     QMap<QString, QMap<QString, Decimal>> received_; ///< quantity by article and price
 };
 
 } // namespace
 
+Order checked(UnitFiles files, Order order) {
+    order.supplier = padded(order.supplier, 6);
+    require(parties::findSupplier(files.molven, order.supplier).has_value(), QStringLiteral("Code fournisseur inconnu"),
+            QStringLiteral("txtfou_cde"));
+    require(dateFromText(order.orderDate).isValid(), QStringLiteral("date invalide"), QStringLiteral("Mskdatcde"));
+    require(dateFromText(order.deliveryDate).isValid(), QStringLiteral("date invalide"), QStringLiteral("Mskdatliv"));
+    return order;
+}
+
+qsizetype fromAnotherSupplier(UnitFiles files, const QList<Record>& received, const QString& supplier) {
+    return std::count_if(received.begin(), received.end(), [&](const Record& unit) {
+        const Criterion other = sameUnit(unit) && strproduit.fou_cde != supplier;
+        return !serialOf(unit).isEmpty() &&
+               files.molven.count(strproduit, other) + files.historic.count(strproduit, other) > 0;
+    });
+}
+
 Outcome integrate(const Session& session, UnitFiles files, const QList<Record>& received, const Order& order,
                   const Progress& progress) {
     Transaction transaction(files.molven.workspace(), QStringLiteral("Intégration"));
-    Integration integration(session, files, order);
-    integration.check();
+    Integration integration(session, files, checked(files, order));
     Outcome outcome;
     QList<Record> taken;
     QSet<QStringList> seen;

@@ -7,6 +7,7 @@
 #include "data/presence.h"
 #include "dossier/check.h"
 #include "dossier/creation.h"
+#include "dossier/restoration.h"
 #include "dossier/upkeep.h"
 #include "reference/articles.h"
 #include "sales/archiving.h"
@@ -210,6 +211,28 @@ TEST(Compactions, AreRefusedWhileOthersWorkAndKeepThemOut) {
     const Presence alone(folders, Presence::Kind::Alone);
     EXPECT_TRUE(
         refusalOf([&] { Presence(folders, Presence::Kind::Working); }).startsWith(u"Un recompactage est en cours"));
+}
+
+TEST(Backups, AreNotSoundWhenAFileIsLostEmptiedOrChanged) {
+    Dossier dossier;
+    trade(dossier);
+    const QTemporaryDir disk;
+    EXPECT_TRUE(refusalOf([&] {
+                    upkeep::addGeneration(dossier.session, dossier.session.chemin_base, 0, {});
+                }).contains(u"dans le dossier des données"));
+    const QDir made(upkeep::addGeneration(dossier.session, disk.path(), 0, {}));
+    const auto faults = [&] { return upkeep::verify(disk.path()).first().faults.join(u'|'); };
+    EXPECT_EQ(faults(), QString());
+    QFile sales(made.filePath(QStringLiteral("vente.mdb")));
+    ASSERT_TRUE(sales.resize(sales.size() - 1));
+    EXPECT_TRUE(faults().contains(u"vente.mdb : modifié depuis la sauvegarde")) << faults().toStdString();
+    ASSERT_TRUE(sales.resize(0));
+    EXPECT_TRUE(faults().contains(u"vente.mdb : n'est pas une base de données")) << faults().toStdString();
+    ASSERT_TRUE(sales.remove());
+    EXPECT_EQ(faults(), QStringLiteral("vente.mdb : absent"));
+    EXPECT_TRUE(refusalOf([&] {
+                    restoration::restore(dossier.session.dossier_app, made.path(), {}, restoration::Extent::Whole);
+                }).contains(u"vente.mdb : absent"));
 }
 
 TEST(FullDisks, LeaveTheLastGoodBackup) {

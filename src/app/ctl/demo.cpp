@@ -1,6 +1,8 @@
 #include "app/ctl/command.h"
 
+#include "data/clock.h"
 #include "data/database.h"
+#include "data/dates.h"
 #include "data/errors.h"
 #include "dossier/creation.h"
 #include "dossier/demo.h"
@@ -35,29 +37,35 @@ void report(const Session& session) {
 } // namespace
 
 Command demoCommand() {
-    return {QStringLiteral("demo"),
-            QStringLiteral("crée une installation remplie d'un distributeur plausible"),
-            QStringLiteral("DIR"),
-            [](Options& options) {
-                options.addOptions({{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"),
-                                     QStringLiteral("CE")},
-                                    {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"),
-                                     QStringLiteral("N"), QStringLiteral("5000")},
-                                    {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
-                                     QStringLiteral("1")}});
-            },
-            [](const QCommandLineParser& parser, const QStringList& arguments) {
-                const demo::Options options{number(parser, QStringLiteral("unites")),
-                                            static_cast<unsigned>(number(parser, QStringLiteral("graine")))};
-                const Session session =
-                    creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                      QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
-                demo::fill(session, options);
-                say(QStringLiteral("installation créée : ") + session.dossier_app);
-                report(session);
-                return 0;
-            },
-            1};
+    return {
+        QStringLiteral("demo"),
+        QStringLiteral("crée une installation remplie d'un distributeur plausible"),
+        QStringLiteral("DIR"),
+        [](Options& options) {
+            options.addOptions(
+                {{QStringLiteral("code"), QStringLiteral("code société"), QStringLiteral("CE"), QStringLiteral("CE")},
+                 {QStringLiteral("unites"), QStringLiteral("nombre d'unités reçues"), QStringLiteral("N"),
+                  QStringLiteral("5000")},
+                 {QStringLiteral("jour"), QStringLiteral("comme faite ce jour-là"), QStringLiteral("JJ/MM/AAAA")},
+                 {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
+                  QStringLiteral("1")}});
+        },
+        [](const QCommandLineParser& parser, const QStringList& arguments) {
+            const demo::Options options{number(parser, QStringLiteral("unites")),
+                                        static_cast<unsigned>(number(parser, QStringLiteral("graine")))};
+            if (const QString day = parser.value(QStringLiteral("jour")); !day.isEmpty()) {
+                if (!dateFromText(day).isValid()) throw Refusal(QStringLiteral("date invalide : ") + day);
+                Clock::set(dateFromText(day));
+            }
+            const Session session =
+                creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
+                                  QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
+            demo::fill(session, options);
+            say(QStringLiteral("installation créée : ") + session.dossier_app);
+            report(session);
+            return 0;
+        },
+        1};
 }
 
 } // namespace molven::ctl

@@ -125,9 +125,15 @@ void IntegrationForm::show(const QList<Record>& units) {
 
 void IntegrationForm::integrate() {
     if (units_.isEmpty()) throw Refusal(QStringLiteral("Lisez d'abord un fichier"), QStringLiteral("txtno"));
+    const unit_integration::Order order =
+        unit_integration::checked(files_, {supplier_->text(), ordered_->value(), delivered_->value()});
+    const qsizetype others = unit_integration::fromAnotherSupplier(files_, units_, order.supplier);
+    if (others > 0 && !prompt().confirm(QStringLiteral("Ce fichier a déjà été intégré sous un autre fournisseur : "
+                                                       "l'intégrer tout de même ? "),
+                                        counted(others, QStringLiteral("produit")) + QStringLiteral(" déjà là")))
+        return;
     const unit_integration::Outcome outcome = unit_integration::integrate(
-        session(), files_, units_, {supplier_->text(), ordered_->value(), delivered_->value()},
-        progress(*this, QStringLiteral("Intégration des produits")));
+        session(), files_, units_, order, progress(*this, QStringLiteral("Intégration des produits")));
     show(outcome.unknown);
     tell(outcome);
 }
