@@ -33,7 +33,7 @@ void RecordForm::build(const Description& description) {
     recordLayout->addWidget(panel_);
     extraRows_ = new QVBoxLayout;
     recordLayout->addLayout(extraRows_);
-    recordLayout->addStretch();
+    recordLayout->addStretch(1); // a high window leaves its room below the boxes, not between them
     // On a small screen a long record scrolls; its buttons stay in sight.
     auto* room = new QScrollArea(this);
     room->setFrameShape(QFrame::NoFrame);
@@ -52,7 +52,8 @@ void RecordForm::build(const Description& description) {
     auto* split = new QSplitter(this);
     split->addWidget(left);
     split->addWidget(right);
-    split->setStretchFactor(1, 1);
+    split->setStretchFactor(0, 1);
+    split->setStretchFactor(1, 3);
     split->setSizes({320, 940});
     split->setChildrenCollapsible(false);
     const QString place = habit() + QStringLiteral("/partage");

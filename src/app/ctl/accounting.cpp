@@ -138,7 +138,7 @@ int runTransfer(const QCommandLineParser& parser, const QStringList& arguments) 
     const auto files = transfer::openFiles(workspace, session);
     if (parser.isSet(QStringLiteral("fec"))) {
         const Period year = periodOf(parser);
-        if (files.lines.compta.count(strecrit, year.covers(strecrit.tri_dat)) == 0)
+        if (Database compta = files.lines.compta; compta.count(strecrit, year.covers(strecrit.tri_dat)) == 0)
             throw Refusal(QStringLiteral("Aucune écriture dans cette période"));
         const QString name = entry_files::legalName(seller::siren(seller::read(files.lines.molven)), year);
         writeWhole(session.chemin_tri + name, entry_files::legalFile(files.lines.compta, files.lines.molven, year));
