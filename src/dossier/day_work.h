@@ -39,13 +39,13 @@ struct Figures {
     QList<ExpiringDepot> expiring; ///< the main depot first, the others by code
     qint64 depotsUnder = 0, unitsLacking = 0;
     qint64 setsOut = 0, setsPartial = 0;
-    qint64 withoutPatient = 0;  ///< units sold
-    qint64 received = 0;        ///< units of the recent days,
+    qint64 withoutPatient = 0;           ///< units sold
+    qint64 received = 0;                 ///< units of the recent days,
     QString firstReceived, lastReceived; ///< and the first and the last of them
-    QList<Written> written;     ///< documents of the recent days, by kind; none of which there are none
-    QDate backup;               ///< invalid when the program knows of none
-    QList<Decimal> turnover;    ///< by month, the present one last
-    QList<Decimal> turnoverAgo; ///< of the same months a year before
+    QList<Written> written;              ///< documents of the recent days, by kind; none of which there are none
+    QDate backup;                        ///< invalid when the program knows of none
+    QList<Decimal> turnover;             ///< by month, the present one last
+    QList<Decimal> turnoverAgo;          ///< of the same months a year before
 };
 
 QDate firstRecentDay(const QDate& today);

@@ -46,7 +46,7 @@ void DayCounter::start(const Session& session) {
 void DayCounter::stop() {
     watch_.stop();
     ++run_;
-    thread_ = {}; // asks it to stop, and waits
+    thread_ = {};                                                 // asks it to stop, and waits
     QCoreApplication::removePostedEvents(this, QEvent::MetaCall); // what it told holds files
     isCounting_ = isWanted_ = false;
     changes_.reset();
