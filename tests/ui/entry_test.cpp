@@ -4,6 +4,7 @@
 #include "play/stand_ins.h"
 #include "reference/party_tables.h"
 #include "screens/screens.h"
+#include "support/desks.h"
 #include "support/dossier.h"
 #include "ui/edit.h"
 #include "ui/form.h"
@@ -42,10 +43,7 @@ protected:
             client[strclient.clt_nom] = QString::fromUtf8(name);
             molven.insert(client);
         }
-        desk = std::make_unique<Desk>(dossier.folder(), std::make_unique<play::ScriptedPrompt>(),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        desk->session = dossier.session;
-        addScreens(*desk);
+        desk = test::deskOn(dossier);
         form = desk->open(QStringLiteral("T_fouges"));
         form->findChild<QAbstractButton*>(QStringLiteral("CmdAjout"))->click();
         box = static_cast<Edit*>(form->findChild<QLineEdit*>(QStringLiteral("txtfou_clt")));

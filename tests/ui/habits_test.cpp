@@ -5,6 +5,7 @@
 #include "play/stand_ins.h"
 #include "reference/parameter_tables.h"
 #include "screens/screens.h"
+#include "support/desks.h"
 #include "support/dossier.h"
 #include "ui/form.h"
 #include "ui/grid.h"
@@ -25,11 +26,8 @@ protected:
     Habit() { restart(); }
     void restart() {
         desk.reset();
-        desk = std::make_unique<Desk>(dossier.folder(), std::make_unique<play::ScriptedPrompt>(),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        desk->session = dossier.session;
+        desk = test::deskOn(dossier);
         desk->habits.keepIn(std::make_unique<QSettings>(store(), QSettings::IniFormat));
-        addScreens(*desk);
     }
     QString store() const { return own.filePath(QStringLiteral("fenetres.ini")); }
     Form& clients() { return *desk->open(QStringLiteral("t_cltges")); }

@@ -4,6 +4,7 @@
 #include "play/stand_ins.h"
 #include "reference/party_tables.h"
 #include "screens/screens.h"
+#include "support/desks.h"
 #include "support/sales.h"
 #include "ui/form.h"
 #include "ui/screen_tabs.h"
@@ -20,12 +21,8 @@ namespace {
 class Home : public test::Sales {
 protected:
     Home() {
-        auto prompt = std::make_unique<play::ScriptedPrompt>();
-        said = prompt.get();
-        desk = std::make_unique<Desk>(dossier.folder(), std::move(prompt),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        desk->session = dossier.session;
-        addScreens(*desk);
+        desk = test::deskOn(dossier);
+        said = test::userOf(*desk);
         menu = desk->open(QStringLiteral("Tmenu"));
         EXPECT_TRUE(QTest::qWaitForWindowActive(menu));
         box()->setFocus();

@@ -4,6 +4,7 @@
 #include "reference/party_tables.h"
 #include "screens/screens.h"
 #include "stock/unit_tables.h"
+#include "support/desks.h"
 #include "support/dossier.h"
 #include "ui/criteria_panel.h"
 #include "ui/edit.h"
@@ -31,12 +32,9 @@ protected:
     }
     void open() {
         desk.reset();
-        desk = std::make_unique<Desk>(dossier.folder(), std::make_unique<play::ScriptedPrompt>(),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        desk->session = dossier.session;
+        desk = test::deskOn(dossier);
         desk->habits.keepIn(
             std::make_unique<QSettings>(own.filePath(QStringLiteral("fenetres.ini")), QSettings::IniFormat));
-        addScreens(*desk);
         form = desk->open(QStringLiteral("T_proedt"));
         for (QWidget* widget : form->findChildren<QWidget*>())
             if (auto* found = dynamic_cast<CriteriaPanel*>(widget)) panel = found;

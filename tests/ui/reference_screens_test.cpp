@@ -1,5 +1,6 @@
 // What the screens of the reference data and of the menu do that a scenario cannot see.
 
+#include "support/desks.h"
 #include "support/dossier.h"
 
 #include "play/stand_ins.h"
@@ -22,12 +23,8 @@ namespace {
 class Screens : public testing::Test {
 protected:
     Screens() {
-        auto prompt = std::make_unique<play::ScriptedPrompt>();
-        said = prompt.get();
-        desk = std::make_unique<Desk>(dossier.folder(), std::move(prompt),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        addScreens(*desk);
-        desk->session = dossier.session;
+        desk = test::deskOn(dossier);
+        said = test::userOf(*desk);
     }
 
     const test::Dossier dossier;

@@ -3,6 +3,7 @@
 #include "play/stand_ins.h"
 #include "screens/screens.h"
 #include "shell/menu_tree.h"
+#include "support/desks.h"
 #include "support/dossier.h"
 #include "ui/form.h"
 #include "ui/grid.h"
@@ -63,12 +64,8 @@ QStringList clashes(const QWidget& window) {
 class EveryScreen : public testing::Test {
 protected:
     EveryScreen() : dossier(QStringLiteral("CE")) {
-        auto prompt = std::make_unique<play::ScriptedPrompt>();
-        said = prompt.get();
-        desk = std::make_unique<Desk>(dossier.folder(), std::move(prompt),
-                                      std::make_unique<play::KeepingPrinter>(QString()));
-        desk->session = dossier.session;
-        addScreens(*desk);
+        desk = test::deskOn(dossier);
+        said = test::userOf(*desk);
     }
     template <class Check>
     void walk(const Check& check) {

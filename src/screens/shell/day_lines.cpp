@@ -2,6 +2,7 @@
 
 #include "data/dates.h"
 #include "data/format.h"
+#include "data/period.h"
 #include "reference/parameters.h"
 
 #include <algorithm>
@@ -20,14 +21,12 @@ QString plural(qint64 count, const char* one, const char* several) {
     return number + u' ' + QString::fromUtf8(count > 1 ? several : one);
 }
 
-QString dayOf(const QString& key) { return dateText(QDate::fromString(key, QStringLiteral("yyyyMMdd"))); }
-
 /// "1 234,00 EUR HT, le plus ancien du 03/02/2026".
 QString detailsOf(const day_work::Waiting& waiting, const Session& session, const char* oldest) {
     const QString amount =
         (format(waiting.amount, QStringLiteral("### ### ##0.00")) + u' ' + session.spe_mon).simplified() +
         QStringLiteral(" HT");
-    const QString day = dayOf(waiting.oldest);
+    const QString day = dayOfKey(waiting.oldest);
     return day.isEmpty() ? amount : amount + QString::fromUtf8(oldest) + day;
 }
 

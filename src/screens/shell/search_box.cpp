@@ -2,6 +2,7 @@
 
 #include "ui/style.h"
 
+#include <QHash>
 #include <QKeyEvent>
 #include <QListWidget>
 
@@ -13,27 +14,13 @@ constexpr int LongestWord = 80;
 
 QString headingOf(Finding::Kind kind) {
     using Kind = Finding::Kind;
-    switch (kind) {
-    case Kind::Unit:
-        return QStringLiteral("Produits");
-    case Kind::Document:
-        return QStringLiteral("Documents");
-    case Kind::Client:
-        return QStringLiteral("Clients");
-    case Kind::Patient:
-        return QStringLiteral("Patients");
-    case Kind::Article:
-        return QStringLiteral("Articles");
-    case Kind::Lot:
-        return QStringLiteral("Lots");
-    case Kind::Set:
-        return QStringLiteral("Ancillaires");
-    case Kind::SetType:
-        return QStringLiteral("Types d'ancillaires");
-    case Kind::Supplier:
-        break;
-    }
-    return QStringLiteral("Fournisseurs");
+    static const QHash<Kind, QString> headings{
+        {Kind::Unit, QStringLiteral("Produits")},        {Kind::Document, QStringLiteral("Documents")},
+        {Kind::Client, QStringLiteral("Clients")},       {Kind::Patient, QStringLiteral("Patients")},
+        {Kind::Article, QStringLiteral("Articles")},     {Kind::Lot, QStringLiteral("Lots")},
+        {Kind::Set, QStringLiteral("Ancillaires")},      {Kind::SetType, QStringLiteral("Types d'ancillaires")},
+        {Kind::Supplier, QStringLiteral("Fournisseurs")}};
+    return headings.value(kind);
 }
 
 } // namespace
