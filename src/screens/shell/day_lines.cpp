@@ -2,7 +2,6 @@
 
 #include "data/dates.h"
 #include "data/format.h"
-#include "data/period.h"
 #include "reference/parameters.h"
 
 #include <algorithm>
@@ -21,12 +20,17 @@ QString plural(qint64 count, const char* one, const char* several) {
     return number + u' ' + QString::fromUtf8(count > 1 ? several : one);
 }
 
+/// Invalid when no document waits, or an old one bears no date.
+QDate oldestOf(const day_work::Waiting& waiting) {
+    return QDate::fromString(waiting.oldest, QStringLiteral("yyyyMMdd"));
+}
+
 /// "1 234,00 EUR HT, le plus ancien du 03/02/2026".
 QString detailsOf(const day_work::Waiting& waiting, const Session& session, const char* oldest) {
     const QString amount =
         (format(waiting.amount, QStringLiteral("### ### ##0.00")) + u' ' + session.spe_mon).simplified() +
         QStringLiteral(" HT");
-    const QString day = dayOfKey(waiting.oldest);
+    const QString day = dateText(oldestOf(waiting));
     return day.isEmpty() ? amount : amount + QString::fromUtf8(oldest) + day;
 }
 
@@ -108,7 +112,7 @@ QList<DayLine> linesToDo(const day_work::Figures& figures, const Session& sessio
     QList<DayLine> lines;
     const DocumentKind& notes = documentKind(QStringLiteral("LIV"));
     if (const auto& open = figures.toInvoice; open.count > 0) {
-        const QDate oldest = QDate::fromString(open.oldest, QStringLiteral("yyyyMMdd"));
+        const QDate oldest = oldestOf(open);
         const bool isLate = oldest.isValid() && oldest.daysTo(today) > LateDays;
         lines.append({QStringLiteral("jour_bl"), isLate ? Tone::Warning : Tone::Away,
                       plural(open.count, "bon de livraison à facturer", "bons de livraison à facturer"),
