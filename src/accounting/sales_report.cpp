@@ -255,7 +255,7 @@ Recordset SalesReport::lines(const QStringList& path, const Criterion& filter, c
     }
     Database tri = files_.tri;
     const Order byDate{statd.sta_datf, statd.sta_aa, statd.sta_no, statd.sta_lg};
-    return tri.select(statd, asked && filter, order.terms.isEmpty() ? byDate : order);
+    return tri.select(statd, asked && filter, order.orElse(byDate));
 }
 
 } // namespace molven::statistics

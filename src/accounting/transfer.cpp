@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "data/format.h"
 #include "data/require.h"
+#include "data/server_address.h"
 #include "sales/document_tables.h"
 #include "sales/documents.h"
 
@@ -117,6 +118,11 @@ void markTransferred(Files& files, const Control& control) {
 } // namespace
 
 QString seriesOf(const Session& session, const QString& documentsFile) {
+    if (server_address::isOne(documentsFile)) {
+        const QString place = server_address::folderOf(documentsFile);
+        if (place == session.chemin_base) return {};
+        return place == session.chemin_gv ? QStringLiteral("GV") : place.chopped(1).section(u'/', -1).section(u'#', -1);
+    }
     const auto canonical = [](const QString& folder) { return QFileInfo(folder + u'.').canonicalFilePath(); };
     const QString folder = QFileInfo(documentsFile).canonicalPath();
     if (folder == canonical(session.chemin_base)) return {};

@@ -29,6 +29,11 @@ QCommandLineOption dossierOption() {
             QStringLiteral("NOM")};
 }
 
+QCommandLineOption serverOption() {
+    return {QStringLiteral("serveur"), QStringLiteral("adresse de la base du serveur où mettre les données"),
+            QStringLiteral("ADRESSE")};
+}
+
 Session sessionOf(const QCommandLineParser& parser, const QString& folder) {
     const QString named = parser.value(QStringLiteral("dossier"));
     const Session session = creation::open(folder, named);

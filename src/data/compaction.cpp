@@ -2,11 +2,11 @@
 
 #include "data/catalogue.h"
 #include "data/file_copies.h"
-#include "data/held_file.h"
 #include "data/layout.h"
 #include "data/safe_file.h"
-#include "data/sqlite_engine.h"
-#include "data/statement.h"
+#include "data/sqlite/connection.h"
+#include "data/sqlite/held_file.h"
+#include "data/sqlite/statement.h"
 
 #include <QDir>
 #include <QFile>
@@ -51,7 +51,7 @@ private:
 
 QStringList lines(sqlite3* connection, const QString& sql) {
     QStringList found;
-    Statement rows(connection, sql);
+    sqlite::Statement rows(connection, sql);
     rows.run({});
     while (rows.next()) found.append(rows.text(0));
     return found;
@@ -72,7 +72,7 @@ void requireSame(sqlite3* connection, const QString& path, const Progress& progr
     qint64 compared = 0;
     for (const QString& table : tables) {
         const QString sql = QStringLiteral("select rowid,* from %1.\"%2\" order by rowid");
-        Statement mine(connection, sql.arg(QStringLiteral("main"), table)),
+        sqlite::Statement mine(connection, sql.arg(QStringLiteral("main"), table)),
             copied(connection, sql.arg(QStringLiteral("copie"), table));
         mine.run({});
         copied.run({});
@@ -88,8 +88,8 @@ void requireSame(sqlite3* connection, const QString& path, const Progress& progr
 void writeNew(const QString& path, const QString& temporary, const Progress& progress) {
     const Connection connection(sqlite::connect(path, sqlite::Opening::Existing), sqlite3_close);
     const Asking asking(connection.get(), progress);
-    Statement(connection.get(), QStringLiteral("vacuum into ?")).run({temporary});
-    Statement(connection.get(), QStringLiteral("attach ? as copie")).run({temporary});
+    sqlite::Statement(connection.get(), QStringLiteral("vacuum into ?")).run({temporary});
+    sqlite::Statement(connection.get(), QStringLiteral("attach ? as copie")).run({temporary});
     requireSame(connection.get(), path, progress);
 }
 
@@ -130,7 +130,7 @@ void compact(const QString& path, const Progress& progress) {
         if (const QStringList faults = file_copies::faults(temporary); !faults.isEmpty()) throw Refusal(faults.first());
     } catch (const DataError& error) {
         QFile::remove(temporary);
-        if ((error.number & 0xFF) != sqlite::Busy) throw;
+        if ((error.number & 0xFF) != DataError::Busy) throw;
         throw Refusal(QStringLiteral("Le fichier %1 est utilisé par un autre poste : fermez-y le programme, puis "
                                      "recommencez")
                           .arg(QFileInfo(path).fileName()));

@@ -1,58 +1,87 @@
 #include "data/criteria.h"
 
+#include "data/dialect.h"
 #include "data/format.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
 
 namespace molven {
 
 namespace {
 
-const QString CollateFrench = QStringLiteral(" collate french");
-const QString CollateCode = QStringLiteral(" collate nocase");
+using Kind = Field::Kind;
 
-const QString& collationOf(Field::Kind kind) {
-    static const QString none;
-    return kind == Field::Kind::Label ? CollateFrench : kind == Field::Kind::Code ? CollateCode : none;
+Criterion never() {
+    return Criterion([](Sql&) { return QStringLiteral("1=0"); });
 }
 
-/// A null text would be bound as the engine's null, which equals nothing.
-QString notNull(const QString& value) { return value.isNull() ? QStringLiteral("") : value; }
+Criterion isKnown(const Expression& expression) {
+    return Criterion([expression](Sql& sql) { return expression.in(sql) + QStringLiteral(" is not null"); });
+}
+
+/// A text that is no number stands behind all numbers.
+Criterion comparedWithNoNumber(const Expression& number, QLatin1String comparison) {
+    return comparison == QLatin1String("=") || comparison.startsWith(u'>') ? never() : isKnown(number);
+}
 
 Criterion compared(const Expression& expression, const char* comparison, const QString& value) {
-    return {expression.sql + QLatin1String(comparison) + u'?', {notNull(value)}};
+    const QLatin1String sign(comparison);
+    if (expression.kind() == Kind::Number && !Decimal::read(value)) return comparedWithNoNumber(expression, sign);
+    return Criterion([expression, sign, value](Sql& sql) {
+        const QString left = expression.in(sql);
+        return left + u' ' + sign + u' ' + sql.bind(value);
+    });
+}
+
+Criterion joined(const Criterion& a, const char* word, const Criterion& b) {
+    return Criterion([a, word = QLatin1String(word), b](Sql& sql) {
+        const QString left = a.in(sql), right = b.in(sql);
+        return QStringLiteral("(%1 %2 %3)").arg(left, word, right);
+    });
 }
 
 } // namespace
 
-Expression::Expression(const Field& field) : sql(field.name), kind(field.kind) {}
+Expression::Expression(const Field& field) : Expression([name = field.name](Sql&) { return name; }, field.kind) {}
 
 Expression left(const Field& field, int count) {
-    return {QStringLiteral("substr(%1,1,%2)").arg(field.name).arg(count) + collationOf(field.kind), field.kind};
+    return {[name = field.name, kind = field.kind, count](Sql& sql) {
+                const QString start =
+                    QStringLiteral("substr(%1,1,%2)").arg(sql.dialect.asText(name, kind), QString::number(count));
+                return sql.dialect.comparable(start, kind);
+            },
+            field.kind};
 }
 
 Expression monthKey(const Field& field) {
-    return {QStringLiteral("(substr(%1,4,4)||substr(%1,1,2))").arg(field.name) + CollateCode, Field::Kind::Code};
+    return {[name = field.name](Sql& sql) {
+                return sql.dialect.comparable(QStringLiteral("(substr(%1,4,4)||substr(%1,1,2))").arg(name), Kind::Code);
+            },
+            Kind::Code};
 }
 
 Expression trimmed(const Field& field) {
-    return {QStringLiteral("trim(%1)").arg(field.name) + collationOf(field.kind), field.kind};
+    return {[name = field.name, kind = field.kind](Sql& sql) {
+                return sql.dialect.comparable(QStringLiteral("trim(%1)").arg(sql.dialect.asText(name, kind)), kind);
+            },
+            field.kind};
 }
 
 Expression operator+(const Expression& a, const Expression& b) {
-    return {QStringLiteral("(%1||%2)").arg(a.sql, b.sql) + collationOf(a.kind), a.kind};
+    return {[a, b](Sql& sql) {
+                const QString left = a.in(sql), right = b.in(sql);
+                return sql.dialect.comparable(QStringLiteral("(%1||%2)").arg(left, right), a.kind());
+            },
+            a.kind()};
 }
 
-Criterion operator==(const Expression& expression, const QString& value) { return compared(expression, " = ", value); }
-Criterion operator!=(const Expression& expression, const QString& value) { return compared(expression, " <> ", value); }
-Criterion operator<(const Expression& expression, const QString& value) { return compared(expression, " < ", value); }
-Criterion operator<=(const Expression& expression, const QString& value) { return compared(expression, " <= ", value); }
-Criterion operator>(const Expression& expression, const QString& value) { return compared(expression, " > ", value); }
-Criterion operator>=(const Expression& expression, const QString& value) { return compared(expression, " >= ", value); }
+Criterion operator==(const Expression& expression, const QString& value) { return compared(expression, "=", value); }
+Criterion operator!=(const Expression& expression, const QString& value) { return compared(expression, "<>", value); }
+Criterion operator<(const Expression& expression, const QString& value) { return compared(expression, "<", value); }
+Criterion operator<=(const Expression& expression, const QString& value) { return compared(expression, "<=", value); }
+Criterion operator>(const Expression& expression, const QString& value) { return compared(expression, ">", value); }
+Criterion operator>=(const Expression& expression, const QString& value) { return compared(expression, ">=", value); }
 
-Criterion operator==(const Number& field, const Decimal& value) { return compared(field, " = ", value.toString()); }
-Criterion operator!=(const Number& field, const Decimal& value) { return compared(field, " <> ", value.toString()); }
+Criterion operator==(const Number& field, const Decimal& value) { return compared(field, "=", value.toString()); }
+Criterion operator!=(const Number& field, const Decimal& value) { return compared(field, "<>", value.toString()); }
 
 Criterion startsWith(const Field& field, const QString& text) {
     if (text.isEmpty()) return {};
@@ -69,48 +98,64 @@ Criterion beginsLike(const Label& name, const QString& text) {
 
 Criterion contains(const Expression& expression, const QString& text) {
     if (text.isEmpty()) return {};
-    return {QStringLiteral("instr(folded(%1),?) > 0").arg(expression.sql), {folded(text)}};
+    return Criterion([expression, plain = folded(text)](Sql& sql) {
+        const QString searched = sql.dialect.asText(expression.in(sql), expression.kind());
+        return QStringLiteral("instr(folded(%1),%2) > 0").arg(searched, sql.bind(plain));
+    });
 }
 
 Criterion isOneOf(const Expression& expression, const QStringList& values) {
-    constexpr qsizetype MostBound = 1000; // the engine binds some ten thousands at most
-    if (values.size() > MostBound) {
-        const QByteArray list = QJsonDocument(QJsonArray::fromStringList(values)).toJson(QJsonDocument::Compact);
-        return {QStringLiteral("%1 in (select value from json_each(?))").arg(expression.sql),
-                {QString::fromUtf8(list)}};
-    }
-    QStringList marks(values.size(), QStringLiteral("?"));
-    QStringList bound;
-    for (const QString& value : values) bound.append(notNull(value));
-    return {QStringLiteral("%1 in (%2)").arg(expression.sql, marks.join(u',')), bound};
+    constexpr qsizetype MostBound = 1000; // the engines bind some ten thousands at most
+    QStringList meant = values;
+    if (expression.kind() == Kind::Number) meant.removeIf([](const QString& v) { return !Decimal::read(v); });
+    if (meant.isEmpty()) return never();
+    return Criterion([expression, meant](Sql& sql) {
+        const QString left = expression.in(sql);
+        if (meant.size() > MostBound) return sql.dialect.isOneOf(left, expression.kind(), meant, sql);
+        QStringList marks;
+        for (const QString& value : meant) marks.append(sql.bind(value));
+        return QStringLiteral("%1 in (%2)").arg(left, marks.join(u','));
+    });
 }
 
 Criterion operator&&(const Criterion& a, const Criterion& b) {
     if (a.always()) return b;
     if (b.always()) return a;
-    return {QStringLiteral("(%1 and %2)").arg(a.sql, b.sql), a.values + b.values};
+    return joined(a, "and", b);
 }
 
 Criterion operator||(const Criterion& a, const Criterion& b) {
     if (a.always() || b.always()) return {};
-    return {QStringLiteral("(%1 or %2)").arg(a.sql, b.sql), a.values + b.values};
+    return joined(a, "or", b);
 }
 
-Criterion operator!(const Criterion& a) { return {QStringLiteral("not (%1)").arg(a.sql), a.values}; }
+Criterion operator!(const Criterion& a) {
+    return Criterion(
+        [a](Sql& sql) { return a.always() ? QStringLiteral("1=0") : QStringLiteral("not (%1)").arg(a.in(sql)); });
+}
 
 Order::Order(std::initializer_list<std::reference_wrapper<const Field>> fields) {
-    for (const Field& field : fields) terms.append(field.name);
+    for (const Field& field : fields) then(field);
 }
 
 Order& Order::then(const Expression& expression) {
-    terms.append(expression.sql);
+    terms_.append([expression](Sql& sql) { return sql.dialect.sorted(expression.in(sql), expression.kind(), false); });
     return *this;
 }
 
 Order Order::descending(const Field& field) {
     Order order;
-    order.terms.append(field.name + QStringLiteral(" desc"));
+    order.terms_.append([expression = Expression(field)](Sql& sql) {
+        return sql.dialect.sorted(expression.in(sql), expression.kind(), true);
+    });
     return order;
+}
+
+QString Order::in(Sql& sql, const QString& last) const {
+    QStringList terms;
+    for (const Piece& term : terms_) terms.append(term(sql));
+    if (!last.isEmpty()) terms.append(last);
+    return terms.isEmpty() ? QString() : QStringLiteral(" order by ") + terms.join(u',');
 }
 
 } // namespace molven

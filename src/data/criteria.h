@@ -1,19 +1,27 @@
 #pragma once
 
 #include "data/schema.h"
+#include "data/sql.h"
 
-#include <QStringList>
+#include <functional>
 
 namespace molven {
+
+/// A piece of a statement, written when the engine that will run it is known.
+using Piece = std::function<QString(Sql&)>;
 
 /// A value computed by the engine from a record: a field, the start of a field, fields joined.
 class Expression {
 public:
     Expression(const Field& field); // a field stands wherever an expression may
-    Expression(const QString& sql, Field::Kind kind) : sql(sql), kind(kind) {}
+    Expression(Piece piece, Field::Kind kind) : piece_(std::move(piece)), kind_(kind) {}
 
-    QString sql;
-    Field::Kind kind;
+    QString in(Sql& sql) const { return piece_(sql); }
+    Field::Kind kind() const { return kind_; }
+
+private:
+    Piece piece_;
+    Field::Kind kind_;
 };
 
 /// The first `count` characters.
@@ -29,12 +37,16 @@ Expression operator+(const Expression& a, const Expression& b);
 class Criterion {
 public:
     Criterion() = default;
-    Criterion(const QString& sql, const QStringList& values) : sql(sql), values(values) {}
+    explicit Criterion(Piece piece) : piece_(std::move(piece)) {}
 
-    bool always() const { return sql.isEmpty(); }
+    bool always() const { return !piece_; }
+    /// The condition alone; only of one that does not always hold.
+    QString in(Sql& sql) const { return piece_(sql); }
+    /// " where " and the condition; empty when it always holds.
+    QString where(Sql& sql) const { return always() ? QString() : QStringLiteral(" where ") + in(sql); }
 
-    QString sql;
-    QStringList values;
+private:
+    Piece piece_;
 };
 
 Criterion operator==(const Expression& expression, const QString& value);
@@ -64,13 +76,20 @@ Criterion operator!(const Criterion& a);
 class Order {
 public:
     Order() = default;
-    Order(const Field& field) { terms.append(Expression(field).sql); }
+    Order(const Field& field) { then(field); }
     Order(std::initializer_list<std::reference_wrapper<const Field>> fields);
     static Order descending(const Field& field);
     /// And then by this.
     Order& then(const Expression& expression);
 
-    QStringList terms;
+    bool isEmpty() const { return terms_.isEmpty(); }
+    /// This order, or the other one where nothing is asked.
+    Order orElse(const Order& other) const { return isEmpty() ? other : *this; }
+    /// " order by " and the terms, `last` being one more; empty without any.
+    QString in(Sql& sql, const QString& last = {}) const;
+
+private:
+    QList<Piece> terms_;
 };
 
 } // namespace molven

@@ -1,20 +1,16 @@
 #include "data/database.h"
 
+#include "data/dialect.h"
+#include "data/engine.h"
 #include "data/errors.h"
 #include "data/joined.h"
 #include "data/journal.h"
 #include "data/layout.h"
 #include "data/row_reader.h"
 
-#include <QFile>
-
 namespace molven {
 
 namespace {
-
-QString where(const Criterion& criterion) {
-    return criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
-}
 
 QString namesOf(const QList<const Field*>& fields) {
     QStringList names;
@@ -31,17 +27,23 @@ QStringList valuesOf(const Statement& row, int count) {
 } // namespace
 
 void Database::create(const QString& path, const QList<const Table*>& tables) {
-    if (QFile::exists(path))
+    if (Engine::exists(path))
         throw DataError(DataError::CannotOpen, QStringLiteral("Le fichier '%1' existe déjà.").arg(path));
     Layout::create(path, tables);
 }
 
+bool Database::exists(const QString& path) { return Engine::exists(path); }
+
+void Database::discard(const QString& path) { Engine::discard(path); }
+
+QString Database::canonical(const QString& path) { return Engine::canonical(path); }
+
 Recordset Database::select(const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, {qualified(table)}, table, criterion, order);
+    return Recordset(*workspace_, *engine_, {qualified(table)}, table, criterion, order);
 }
 
 Recordset Database::selectWith(Database also, const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, {qualified(table), also.qualified(table)}, table, criterion, order);
+    return Recordset(*workspace_, *engine_, {qualified(table), also.qualified(table)}, table, criterion, order);
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {
@@ -50,10 +52,11 @@ std::optional<Record> Database::find(const Table& table, const Criterion& criter
 }
 
 QList<Record> Database::first(int most, const Table& table, const Criterion& criterion, const Order& order) {
-    QString sql =
-        QStringLiteral("select ") + table.columns() + QStringLiteral(" from ") + qualified(table) + where(criterion);
-    if (!order.terms.isEmpty()) sql += QStringLiteral(" order by ") + order.terms.join(u',');
-    Statement& rows = workspace_->run(sql + QStringLiteral(" limit %1").arg(most), criterion.values);
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql), sorted = order.in(sql);
+    Statement& rows = engine_->run(QStringLiteral("select %1 from %2%3%4 limit %5")
+                                       .arg(table.columns(), qualified(table), where, sorted, QString::number(most)),
+                                   sql.values);
     QList<Record> found;
     while (rows.next()) found.append(RowReader::read(rows, table, 0));
     rows.finish();
@@ -61,15 +64,16 @@ QList<Record> Database::first(int most, const Table& table, const Criterion& cri
 }
 
 QString Database::firstValue(const QString& sql, const QStringList& values) {
-    Statement& row = workspace_->run(sql, values);
+    Statement& row = engine_->run(sql, values);
     const QString value = row.next() ? row.text(0) : QString();
     row.finish();
     return value;
 }
 
 QString Database::aggregate(const QString& function, const Table& table, const Criterion& criterion) {
-    return firstValue(QStringLiteral("select %1 from %2").arg(function, qualified(table)) + where(criterion),
-                      criterion.values);
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    return firstValue(QStringLiteral("select %1 from %2%3").arg(function, qualified(table), where), sql.values);
 }
 
 qint64 Database::count(const Table& table, const Criterion& criterion) {
@@ -94,9 +98,10 @@ QHash<QString, qint64> Database::countBy(const Table& table, const Field& field,
 QHash<QStringList, qint64> Database::countBy(const Table& table, const QList<const Field*>& fields,
                                              const Criterion& criterion) {
     const QString names = namesOf(fields);
-    Statement& rows = workspace_->run(QStringLiteral("select %1,count(*) from %2").arg(names, qualified(table)) +
-                                          where(criterion) + QStringLiteral(" group by ") + names,
-                                      criterion.values);
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    Statement& rows = engine_->run(
+        QStringLiteral("select %1,count(*) from %2%3 group by %1").arg(names, qualified(table), where), sql.values);
     const int count = static_cast<int>(fields.size());
     QHash<QStringList, qint64> counts;
     while (rows.next()) counts.insert(valuesOf(rows, count), rows.integer(count));
@@ -104,21 +109,24 @@ QHash<QStringList, qint64> Database::countBy(const Table& table, const QList<con
 }
 
 QList<QStringList> Database::values(const Table& table, const QList<const Field*>& fields, const Criterion& criterion) {
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
     Statement& rows =
-        workspace_->run(QStringLiteral("select %1 from %2").arg(namesOf(fields), qualified(table)) + where(criterion),
-                        criterion.values);
+        engine_->run(QStringLiteral("select %1 from %2%3").arg(namesOf(fields), qualified(table), where), sql.values);
     QList<QStringList> found;
     while (rows.next()) found.append(valuesOf(rows, static_cast<int>(fields.size())));
     return found;
 }
 
-qint64 Database::changesElsewhere() { return workspace_->mark(schema_, "data_version"); }
+qint64 Database::changesElsewhere() { return engine_->changesElsewhere(schema_); }
+
 QHash<QString, Decimal> Database::sumBy(const Table& table, const Field& field, const Number& summed,
                                         const Criterion& criterion) {
-    Statement& rows =
-        workspace_->run(QStringLiteral("select %1,sum(%2) from %3").arg(field.name, summed.name, qualified(table)) +
-                            where(criterion) + QStringLiteral(" group by ") + field.name,
-                        criterion.values);
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    Statement& rows = engine_->run(
+        QStringLiteral("select %1,sum(%2) from %3%4 group by %1").arg(field.name, summed.name, qualified(table), where),
+        sql.values);
     QHash<QString, Decimal> sums;
     while (rows.next()) sums.insert(rows.text(0), Decimal::fromText(rows.text(1)).rounded(summed.scale));
     return sums;
@@ -127,16 +135,15 @@ QHash<QString, Decimal> Database::sumBy(const Table& table, const Field& field, 
 QList<Summary> Database::summary(const Table& table, const QList<const Field*>& groups,
                                  const QList<const Number*>& sums, const Criterion& criterion) {
     const QString names = namesOf(groups);
+    Sql sql{engine_->dialect()};
     QStringList columns{QStringLiteral("count(*)")};
-    // Whole numbers add up exactly, binary fractions do not.
-    for (const Number* number : sums)
-        columns.append(QStringLiteral("sum(cast(round(%1*1e%2) as integer))").arg(number->name).arg(number->scale));
+    for (const Number* number : sums) columns.append(sql.dialect.wholeSum(*number));
     if (!names.isEmpty()) columns.append(names);
     const QString grouped =
         names.isEmpty() ? QStringLiteral(" having count(*)>0") : QStringLiteral(" group by %1 order by %1").arg(names);
-    Statement& rows = workspace_->run(QStringLiteral("select %1 from %2").arg(columns.join(u','), qualified(table)) +
-                                          where(criterion) + grouped,
-                                      criterion.values);
+    const QString where = criterion.where(sql);
+    Statement& rows = engine_->run(
+        QStringLiteral("select %1 from %2%3%4").arg(columns.join(u','), qualified(table), where, grouped), sql.values);
     QList<Summary> found;
     while (rows.next()) {
         Summary summary;
@@ -154,60 +161,95 @@ QList<Summary> Database::summary(const Table& table, const QList<const Field*>& 
 qint64 Database::derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further,
                         const Joined& source, const Criterion& criterion) {
     QStringList names, expressions, named;
+    Sql sql{source.engine().dialect()};
     for (const Derived& derived : values) {
         names.append(derived.field.get().name);
-        named.append(derived.value.sql + QStringLiteral(" as ") + names.last());
+        named.append(derived.value.in(sql) + QStringLiteral(" as ") + names.last());
     }
+    const QString from = source.in(sql), where = criterion.where(sql);
+    const QString selection = QStringLiteral("select %1 from %2%3").arg(named.join(u','), from, where);
+    if (&source.engine() != engine_)
+        return copyDerived(table, names, values, further, source.engine().run(selection, sql.values));
     expressions = names;
+    Sql own{engine_->dialect()};
     for (const Derived& derived : further) {
         names.append(derived.field.get().name);
-        expressions.append(derived.value.sql);
+        expressions.append(derived.value.in(own));
     }
-    const QString sql = QStringLiteral("insert into %1 (%2) select %3 from (select %4 from %5%6)")
-                            .arg(qualified(table), names.join(u','), expressions.join(u','), named.join(u','),
-                                 source.sql(), where(criterion));
-    return workspace_->run(sql, source.values() + criterion.values).changed();
+    const QString text = QStringLiteral("insert into %1 (%2) select %3 from (%4) as derived")
+                             .arg(qualified(table), names.join(u','), expressions.join(u','), selection);
+    return engine_->run(text, sql.values).changed();
+}
+
+qint64 Database::copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
+                             const QList<Derived>& further, Statement& rows) {
+    QStringList marks, all = names, expressions = names;
+    for (const Derived& derived : values) {
+        const bool isNumber = derived.field.get().kind == Field::Kind::Number;
+        marks.append((isNumber ? QStringLiteral("cast(? as numeric) as ") : QStringLiteral("? as ")) +
+                     derived.field.get().name);
+    }
+    Sql own{engine_->dialect()};
+    for (const Derived& derived : further) {
+        all.append(derived.field.get().name);
+        expressions.append(derived.value.in(own));
+    }
+    const QString text = QStringLiteral("insert into %1 (%2) select %3 from (select %4) as derived")
+                             .arg(qualified(table), all.join(u','), expressions.join(u','), marks.join(u','));
+    qint64 count = 0;
+    for (; rows.next(); ++count) {
+        QStringList row = valuesOf(rows, static_cast<int>(values.size()));
+        for (qsizetype i = 0; i < row.size(); ++i) row[i] = RowReader::bound(values[i].field, row[i]);
+        engine_->run(text, row);
+    }
+    return count;
 }
 
 QHash<QString, QString> Database::valuesBy(const Table& table, const Field& field, const Field& value,
                                            const Criterion& criterion) {
-    Statement& rows = workspace_->run(
-        QStringLiteral("select %1,%2 from %3").arg(field.name, value.name, qualified(table)) + where(criterion),
-        criterion.values);
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    Statement& rows = engine_->run(
+        QStringLiteral("select %1,%2 from %3%4").arg(field.name, value.name, qualified(table), where), sql.values);
     QHash<QString, QString> values;
     while (rows.next()) values.insert(rows.text(0), Record::fitted(value, rows.text(1)));
     return values;
 }
 
 void Database::insert(const Record& record) {
-    write(record.table(), RowReader::insertion(qualified(record.table()), record.table()), RowReader::values(record),
-          [&](Journal& journal) { journal.added(record); });
+    write(record.table(), RowReader::insertion(qualified(record.table()), record.table(), engine_->dialect()),
+          RowReader::values(record), [&](Journal& journal) { journal.added(record); });
 }
 
 qint64 Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
     QStringList sets;
-    QStringList values;
+    Sql sql{engine_->dialect()};
     for (const Assignment& assignment : assignments) {
         const Field& field = assignment.field;
-        sets.append(field.name + QStringLiteral("=?"));
-        values.append(RowReader::bound(field, Record::fitted(field, assignment.value)));
+        sets.append(field.name + u'=' +
+                    sql.bindOrNull(RowReader::bound(field, Record::fitted(field, assignment.value))));
     }
-    return write(table, QStringLiteral("update %1 set %2").arg(qualified(table), sets.join(u',')) + where(criterion),
-                 values + criterion.values, [&](Journal& journal) { journal.changing(assignments, criterion); });
+    const QString where = criterion.where(sql);
+    return write(table, QStringLiteral("update %1 set %2%3").arg(qualified(table), sets.join(u','), where), sql.values,
+                 [&](Journal& journal) { journal.changing(assignments, criterion); });
 }
 
 qint64 Database::remove(const Table& table, const Criterion& criterion) {
-    return write(table, QStringLiteral("delete from ") + qualified(table) + where(criterion), criterion.values,
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    return write(table, QStringLiteral("delete from ") + qualified(table) + where, sql.values,
                  [&](Journal& journal) { journal.removing(criterion); });
 }
 
 qint64 Database::moveTo(Database target, const Table& table, const Criterion& criterion) {
     Transaction transaction(*workspace_);
     const QString source = qualified(table);
-    const QString sql = QStringLiteral("insert into %1 (%2) select %2 from %3%4 order by rowid")
-                            .arg(target.qualified(table), table.columns(), source, where(criterion));
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    const QString text = QStringLiteral("insert into %1 (%2) select %2 from %3%4 order by rowid")
+                             .arg(target.qualified(table), table.columns(), source, where);
     const qint64 arrived =
-        target.write(table, sql, criterion.values, [&](Journal& journal) { journal.arriving(source, criterion); });
+        target.write(table, text, sql.values, [&](Journal& journal) { journal.arriving(source, criterion); });
     const qint64 left = remove(table, criterion);
     if (arrived != left)
         throw DataError(DataError::Undone, QStringLiteral("Le déplacement n'est pas complet, il a été annulé."));
@@ -216,41 +258,35 @@ qint64 Database::moveTo(Database target, const Table& table, const Criterion& cr
 }
 
 qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
-    return write(table,
-                 QStringLiteral("update %1 set %2=%3").arg(qualified(table), to.name, from.name) + where(criterion),
-                 criterion.values, [&](Journal& journal) { journal.copying(to, from, criterion); });
+    Sql sql{engine_->dialect()};
+    const QString where = criterion.where(sql);
+    return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), to.name, from.name, where),
+                 sql.values, [&](Journal& journal) { journal.copying(to, from, criterion); });
 }
 
 qint64 Database::write(const Table& table, const QString& sql, const QStringList& values,
                        const std::function<void(Journal&)>& tell) {
-    return Journal::write(*workspace_, qualified(table), table, sql, values, tell).changed;
+    return Journal::write({*workspace_, *engine_, qualified(table), table}, sql, values, tell).changed;
 }
 
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }
 
-QStringList Database::columns(const Table& table) {
-    Statement& rows = workspace_->run(QStringLiteral("pragma %1.table_info(%2)").arg(schema_, table.name));
-    QStringList names;
-    while (rows.next()) names.append(rows.text(1));
-    return names;
-}
+QStringList Database::columns(const Table& table) { return engine_->columns(schema_, table); }
 
 void Database::addColumn(const Table& table, const Field& field, const QString& value) {
     Transaction transaction(*workspace_);
-    workspace_->run(QStringLiteral("alter table %1 add column %2").arg(qualified(table), Layout::definition(field)));
+    engine_->run(
+        QStringLiteral("alter table %1 add column %2").arg(qualified(table), engine_->dialect().definition(field)));
     update(table, {{field, value}}, {});
     transaction.commit();
 }
 
 QStringList Database::integrityFaults() {
-    QStringList faults;
     try {
-        Statement& rows = workspace_->run(QStringLiteral("pragma %1.integrity_check").arg(schema_));
-        while (rows.next()) faults.append(rows.text(0));
+        return engine_->integrityFaults(schema_);
     } catch (const DataError& error) {
         return {error.description};
     }
-    return faults == QStringList(QStringLiteral("ok")) ? QStringList() : faults;
 }
 
 } // namespace molven

@@ -33,6 +33,12 @@ public:
     /// Creates an empty file of ours with these tables; an existing file is refused.
     static void create(const QString& path, const QList<const Table*>& tables);
 
+    static bool exists(const QString& path);
+    /// Takes a file made by create() away again, with all that it holds.
+    static void discard(const QString& path);
+    /// One name for each file, however its path is written; empty for a file of a folder that is not there.
+    static QString canonical(const QString& path);
+
     /// The records that meet a criterion, in order; see Recordset.
     Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The same over this file and another of the workspace that has the table as well: current and archived records.
@@ -91,21 +97,29 @@ public:
     QString firstValue(const QString& sql, const QStringList& values = {});
 
     const QString& path() const { return path_; }
+    /// What stands before its tables' names in a statement.
+    const QString& schema() const { return schema_; }
     Workspace& workspace() { return *workspace_; }
 
 private:
     friend class Journal;
     friend class Workspace;
     friend class Joined;
-    Database(Workspace& workspace, const QString& schema, const QString& path)
-        : workspace_(&workspace), schema_(schema), path_(path) {}
+    friend class Layout;
+    Database(Workspace& workspace, Engine& engine, const QString& schema, const QString& path)
+        : workspace_(&workspace), engine_(&engine), schema_(schema), path_(path) {}
 
+    Engine& engine() const { return *engine_; }
     qint64 write(const Table& table, const QString& sql, const QStringList& values,
                  const std::function<void(Journal&)>& tell);
+    /// Derived records from a source in another connection.
+    qint64 copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
+                       const QList<Derived>& further, Statement& rows);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
 
     Workspace* workspace_;
+    Engine* engine_;
     QString schema_;
     QString path_;
 };

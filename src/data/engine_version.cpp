@@ -1,6 +1,6 @@
 #include "data/engine_version.h"
 
-#include "data/sqlite_engine.h"
+#include "data/layout.h"
 
 #include <sqlite3.h>
 
@@ -9,7 +9,7 @@ namespace molven {
 QString engineVersion() {
     return QStringLiteral("SQLite %1, fichiers de forme %2")
         .arg(QString::fromLatin1(sqlite3_libversion()))
-        .arg(sqlite::SchemaVersion);
+        .arg(Layout::Version);
 }
 
 } // namespace molven

@@ -41,6 +41,11 @@ public:
     static constexpr int NotANumber = 3421;
     static constexpr int Undone = 3034;
     static constexpr int NotADatabase = 26;
+    /// Numbers that all engines share, in the lower byte: another workstation is writing; a record that must be unique
+    /// exists already; there is no room.
+    static constexpr int Busy = 5;
+    static constexpr int Double = 19;
+    static constexpr int Full = 13;
     static constexpr int CannotOpen = 14;
 
     const int number;

@@ -1,10 +1,10 @@
 #include "data/file_copies.h"
 
 #include "data/file_rights.h"
-#include "data/held_file.h"
 #include "data/safe_file.h"
-#include "data/sqlite_engine.h"
-#include "data/statement.h"
+#include "data/sqlite/connection.h"
+#include "data/sqlite/held_file.h"
+#include "data/sqlite/statement.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,8 +44,8 @@ struct Measure {
 void copyPages(sqlite3* from, const QString& to, const Measure& measure) {
     const Connection copy = opened(to, sqlite::Opening::New);
     // What is half-written has no name yet, and is flushed whole at the end.
-    Statement(copy.get(), QStringLiteral("pragma journal_mode=off")).run({});
-    Statement(copy.get(), QStringLiteral("pragma synchronous=off")).run({});
+    sqlite::Statement(copy.get(), QStringLiteral("pragma journal_mode=off")).run({});
+    sqlite::Statement(copy.get(), QStringLiteral("pragma synchronous=off")).run({});
     sqlite3_backup* work = sqlite3_backup_init(copy.get(), "main", from, "main");
     if (!work) throw sqlite::fault(copy.get());
     const auto finished = qScopeGuard([work] { sqlite3_backup_finish(work); });
@@ -105,7 +105,7 @@ QStringList faults(const QString& path, const Progress& progress) {
         const auto stopped = [](void* told) { return (*static_cast<const Progress*>(told))(0, 0) ? 0 : 1; };
         if (progress)
             sqlite3_progress_handler(connection.get(), EngineSteps, stopped, const_cast<Progress*>(&progress));
-        Statement rows(connection.get(), QStringLiteral("pragma integrity_check"));
+        sqlite::Statement rows(connection.get(), QStringLiteral("pragma integrity_check"));
         rows.run({});
         while (rows.next()) found.append(rows.text(0));
     } catch (const DataError& error) {

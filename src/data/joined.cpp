@@ -1,6 +1,7 @@
 #include "data/joined.h"
 
 #include "data/database.h"
+#include "data/dialect.h"
 
 namespace molven {
 
@@ -8,98 +9,140 @@ namespace {
 
 using Kind = Field::Kind;
 
-QString joinedTerms(std::initializer_list<Expression> expressions) {
+QString tableAs(const QString& table, const QString& name) { return table + QStringLiteral(" as ") + name; }
+
+QString listed(const QList<Expression>& expressions, Sql& sql) {
     QStringList terms;
-    for (const Expression& expression : expressions) terms.append(expression.sql);
+    for (const Expression& expression : expressions) terms.append(expression.in(sql));
     return terms.join(u',');
+}
+
+/// The pattern with one or two expressions in the places of its marks, which stand in this order.
+Expression formed(const QString& pattern, const QList<Expression>& parts, Kind kind) {
+    return {[pattern, parts](Sql& sql) {
+                if (parts.size() == 1) return pattern.arg(parts[0].in(sql));
+                const QString first = parts[0].in(sql);
+                return pattern.arg(first, parts[1].in(sql));
+            },
+            kind};
 }
 
 } // namespace
 
 Joined::Joined(const Database& file, const Table& table, const QString& name)
-    : sql_(file.qualified(table) + QStringLiteral(" as ") + name) {}
+    : engine_(&file.engine()), first_(tableAs(file.qualified(table), name)) {}
 
 Joined& Joined::with(const Database& file, const Table& table, const QString& name, const Criterion& agreement) {
-    return add(" cross join ", file, table, name, agreement);
+    return add(file, table, name, agreement, false);
 }
 
 Joined& Joined::withAny(const Database& file, const Table& table, const QString& name, const Criterion& agreement) {
-    return add(" left join ", file, table, name, agreement);
+    return add(file, table, name, agreement, true);
 }
 
-/// A cross join keeps the order in which the tables are stated: whoever joins knows which one is small.
-Joined& Joined::add(const char* how, const Database& file, const Table& table, const QString& name,
-                    const Criterion& agreement) {
-    sql_ += QLatin1String(how) + file.qualified(table) + QStringLiteral(" as ") + name + QStringLiteral(" on ") +
-            agreement.sql;
-    values_ += agreement.values;
+Joined& Joined::add(const Database& file, const Table& table, const QString& name, const Criterion& agreement,
+                    bool isOptional) {
+    further_.append({tableAs(file.qualified(table), name), agreement, isOptional});
     return *this;
 }
 
-Expression of(const QString& name, const Field& field) { return {name + u'.' + field.name, field.kind}; }
+QString Joined::in(Sql& sql) const {
+    QString text = first_;
+    for (const Further& further : further_)
+        text += (further.isOptional ? QStringLiteral(" left join ") : sql.dialect.join()) + further.table +
+                QStringLiteral(" on ") + further.agreement.in(sql);
+    return text;
+}
+
+Expression of(const QString& name, const Field& field) {
+    return {[text = name + u'.' + field.name](Sql&) { return text; }, field.kind};
+}
 
 Expression constant(const QString& text) {
-    return {u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'', Kind::Code};
+    const QString quoted = u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'';
+    return {[quoted](Sql&) { return quoted; }, Kind::Code};
 }
-Expression constant(const Decimal& number) { return {number.toString(), Kind::Number}; }
 
-Expression orZero(const Expression& number) { return {QStringLiteral("coalesce(%1,0)").arg(number.sql), Kind::Number}; }
+Expression constant(const Decimal& number) {
+    return {[text = number.toString()](Sql&) { return text; }, Kind::Number};
+}
 
-Expression orEmpty(const Expression& text) { return {QStringLiteral("coalesce(%1,'')").arg(text.sql), text.kind}; }
+Expression orZero(const Expression& number) { return formed(QStringLiteral("coalesce(%1,0)"), {number}, Kind::Number); }
+
+Expression orEmpty(const Expression& text) { return formed(QStringLiteral("coalesce(%1,'')"), {text}, text.kind()); }
 
 Expression numberIn(const Expression& text) {
-    return {QStringLiteral("cast(replace(%1,',','.') as real)").arg(text.sql), Kind::Number};
+    return {[text](Sql& sql) { return sql.dialect.numberIn(text.in(sql)); }, Kind::Number};
 }
 
 Expression plus(const Expression& a, const Expression& b) {
-    return {QStringLiteral("(%1+%2)").arg(a.sql, b.sql), Kind::Number};
+    return formed(QStringLiteral("(%1+%2)"), {a, b}, Kind::Number);
 }
 
 Expression minus(const Expression& a, const Expression& b) {
-    return {QStringLiteral("(%1-%2)").arg(a.sql, b.sql), Kind::Number};
+    return formed(QStringLiteral("(%1-%2)"), {a, b}, Kind::Number);
 }
 
 Expression product(int places, std::initializer_list<Expression> factors) {
-    return {QStringLiteral("product(%1,%2)").arg(places).arg(joinedTerms(factors)), Kind::Number};
+    return {[places, all = QList<Expression>(factors)](Sql& sql) {
+                return QStringLiteral("product(%1,%2)").arg(QString::number(places), listed(all, sql));
+            },
+            Kind::Number};
 }
 
 Expression quotient(int places, const Expression& dividend, const Expression& divisor) {
-    return {QStringLiteral("quotient(%1,%2,%3)").arg(places).arg(dividend.sql, divisor.sql), Kind::Number};
+    return formed(QStringLiteral("quotient(") + QString::number(places) + QStringLiteral(",%1,%2)"),
+                  {dividend, divisor}, Kind::Number);
 }
 
 Expression runningSum(const Expression& value, std::initializer_list<Expression> group, const Expression& order) {
-    return {QStringLiteral("sum(%1) over (partition by %2 order by %3)").arg(value.sql, joinedTerms(group), order.sql),
+    return {[value, order, all = QList<Expression>(group)](Sql& sql) {
+                const QString summed = value.in(sql), by = listed(all, sql);
+                return QStringLiteral("sum(%1) over (partition by %2 order by %3)").arg(summed, by, order.in(sql));
+            },
             Kind::Number};
 }
 
 Expression choice(const Criterion& condition, const Expression& then, const Expression& otherwise) {
-    return {QStringLiteral("case when %1 then %2 else %3 end").arg(condition.sql, then.sql, otherwise.sql), then.kind};
+    return {[condition, then, otherwise](Sql& sql) {
+                const QString when = condition.in(sql), yes = then.in(sql);
+                return QStringLiteral("case when %1 then %2 else %3 end").arg(when, yes, otherwise.in(sql));
+            },
+            then.kind()};
 }
 
 Expression tail(const Expression& text, int character) {
-    return {QStringLiteral("substr(%1,%2)").arg(text.sql).arg(character), text.kind};
+    return formed(QStringLiteral("substr(%1,") + QString::number(character) + u')', {text}, text.kind());
 }
 
 Expression start(const Expression& text, int characters) {
-    return {QStringLiteral("substr(%1,1,%2)").arg(text.sql).arg(characters), text.kind};
+    return formed(QStringLiteral("substr(%1,1,") + QString::number(characters) + u')', {text}, text.kind());
 }
 
 Expression dayKey(const Field& field) {
-    return {QStringLiteral("(substr(%1,7,4)||substr(%1,4,2)||substr(%1,1,2))").arg(field.name), Kind::Code};
+    return {[text = QStringLiteral("(substr(%1,7,4)||substr(%1,4,2)||substr(%1,1,2))").arg(field.name)](Sql&) {
+                return text;
+            },
+            Kind::Code};
 }
 
 Expression firstWord(const Expression& text) {
-    return {QStringLiteral("substr(trim(%1),1,instr(trim(%1)||' ',' ')-1)").arg(text.sql), text.kind};
+    return formed(QStringLiteral("substr(trim(%1),1,instr(trim(%1)||' ',' ')-1)"), {text}, text.kind());
 }
 
 Expression otherWords(const Expression& text) {
-    return {QStringLiteral("trim(substr(trim(%1),instr(trim(%1)||' ',' ')))").arg(text.sql), text.kind};
+    return formed(QStringLiteral("trim(substr(trim(%1),instr(trim(%1)||' ',' ')))"), {text}, text.kind());
 }
 
-Criterion same(const Expression& a, const Expression& b) { return {QStringLiteral("%1=%2").arg(a.sql, b.sql), {}}; }
+Criterion same(const Expression& a, const Expression& b) {
+    return Criterion([a, b](Sql& sql) {
+        const QString left = a.in(sql);
+        return left + u'=' + b.in(sql);
+    });
+}
 
 Criterion matches(const Expression& text, const QString& form) {
-    return {text.sql + QStringLiteral(" glob ") + constant(form).sql, {}};
+    return Criterion([text, form](Sql& sql) { return sql.dialect.matches(text.in(sql), form); });
 }
 
 } // namespace molven

@@ -7,9 +7,10 @@
 namespace molven {
 
 class Database;
+class Engine;
 
-/// Several tables read together, each under a short name of its own: the records of the first, each with the one of
-/// every other table that agrees with it.
+/// Several tables of one connection read together, each under a short name of its own: the records of the first, each
+/// with the one of every other table that agrees with it.
 class Joined {
 public:
     Joined(const Database& file, const Table& table, const QString& name);
@@ -18,15 +19,21 @@ public:
     /// They stay, the other table's fields being null.
     Joined& withAny(const Database& file, const Table& table, const QString& name, const Criterion& agreement);
 
-    const QString& sql() const { return sql_; }
-    const QStringList& values() const { return values_; }
+    QString in(Sql& sql) const;
+    Engine& engine() const { return *engine_; }
 
 private:
-    Joined& add(const char* how, const Database& file, const Table& table, const QString& name,
-                const Criterion& agreement);
+    struct Further {
+        QString table; ///< and its short name
+        Criterion agreement;
+        bool isOptional;
+    };
+    Joined& add(const Database& file, const Table& table, const QString& name, const Criterion& agreement,
+                bool isOptional);
 
-    QString sql_;
-    QStringList values_;
+    Engine* engine_;
+    QString first_;
+    QList<Further> further_;
 };
 
 /// A field of the value that a derivation gives it.
@@ -53,7 +60,6 @@ Expression product(int places, std::initializer_list<Expression> factors);
 Expression quotient(int places, const Expression& dividend, const Expression& divisor);
 /// The sum of the value over the records of the same `group`, from the first by `order` to this one.
 Expression runningSum(const Expression& value, std::initializer_list<Expression> group, const Expression& order);
-/// The condition must hold no bound value.
 Expression choice(const Criterion& condition, const Expression& then, const Expression& otherwise);
 /// The text from that character on, the first is 1.
 Expression tail(const Expression& text, int character);

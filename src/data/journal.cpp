@@ -1,7 +1,9 @@
 #include "data/journal.h"
 
 #include "data/clock.h"
+#include "data/dialect.h"
 #include "data/digest.h"
+#include "data/engine.h"
 #include "data/journal_tables.h"
 #include "data/row_reader.h"
 
@@ -42,23 +44,10 @@ void setOperatorCode(const QString& current) { code() = current; }
 
 namespace {
 
-constexpr int HeadSize = 8; ///< values that all entries of one statement share
-
-/// A field's value in JSON: a text, or null for a null number.
-QString text(const Field& field) {
-    return field.kind == Field::Kind::Number ? QStringLiteral("cast(%1 as text)").arg(field.name) : field.name;
-}
-
-/// The condition that a field is not yet what it will be, case included.
-QString differs(const Field& field, const QString& after) {
-    const QString exactly = field.kind == Field::Kind::Number ? QString() : QStringLiteral(" collate binary");
-    return QStringLiteral("%1 is not %2%3").arg(field.name, after, exactly);
-}
-
 /// The text that names a record to its users.
-QString key(const Table& table) {
+QString key(const Table& table, const Dialect& dialect) {
     QStringList parts;
-    for (const Field* field : table.trail()->key) parts.append(field->name);
+    for (const Field* field : table.trail()->key) parts.append(dialect.asText(field->name, field->kind));
     return parts.join(QStringLiteral("||'/'||"));
 }
 
@@ -67,32 +56,28 @@ QString object(const QStringList& pieces) {
     return QStringLiteral("'{'||substr(%1,2)||'}'").arg(pieces.join(QStringLiteral("||")));
 }
 
-/// A null text would be bound as the engine's null, which no column of the journal takes.
-QStringList notNull(QStringList values) {
-    for (QString& value : values)
-        if (value.isNull()) value = QStringLiteral("");
-    return values;
-}
-
 QString entry(const QString& file) {
     return QStringLiteral("insert into %1.%2 (%3) ").arg(file, strjournal.name, strjournal.columns());
 }
 
 } // namespace
 
-Journal::Journal(Workspace& workspace, const QString& qualifiedTable, const Table& table)
-    : workspace_(workspace), qualified_(qualifiedTable), file_(qualifiedTable.section(u'.', 0, 0)), table_(table) {}
+Journal::Journal(const Place& place)
+    : workspace_(place.workspace),
+      engine_(place.engine),
+      qualified_(place.qualified),
+      file_(place.qualified.section(u'.', 0, 0)),
+      table_(place.table) {}
 
-Journal::Written Journal::write(Workspace& workspace, const QString& qualifiedTable, const Table& table,
-                                const QString& sql, const QStringList& values,
+Journal::Written Journal::write(const Place& place, const QString& sql, const QStringList& values,
                                 const std::function<void(Journal&)>& tell) {
     const auto run = [&] {
-        const Statement& done = workspace.run(sql, values);
+        const Statement& done = place.engine.run(sql, values);
         return Written{done.changed(), done.insertedKey()};
     };
-    if (!table.trail()) return run();
-    Transaction transaction(workspace);
-    Journal journal(workspace, qualifiedTable, table);
+    if (!place.table.trail()) return run();
+    Transaction transaction(place.workspace);
+    Journal journal(place);
     tell(journal);
     const Written written = run();
     transaction.commit();
@@ -102,10 +87,7 @@ Journal::Written Journal::write(Workspace& workspace, const QString& qualifiedTa
 bool Journal::active() {
     const auto known = workspace_.journals_.constFind(file_);
     if (known != workspace_.journals_.constEnd()) return *known;
-    Statement& row = workspace_.run(
-        QStringLiteral("select 1 from %1.sqlite_master where type='table' and name=?").arg(file_), {strjournal.name});
-    const bool kept = row.next();
-    row.finish();
+    const bool kept = !engine_.columns(file_, strjournal).isEmpty();
     workspace_.journals_.insert(file_, kept);
     if (kept) sealFormerDays();
     return kept;
@@ -117,8 +99,14 @@ QStringList Journal::head() {
         workspace_.moment_ = now.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODateWithMs);
     }
     const QString day = workspace_.moment_.left(10).remove(u'-');
-    return notNull({day, workspace_.moment_.mid(11), author::workstation(), author::systemUser(),
-                    author::operatorCode(), author::programVersion(), workspace_.deed_, table_.name});
+    return {day,
+            workspace_.moment_.mid(11),
+            author::workstation(),
+            author::systemUser(),
+            author::operatorCode(),
+            author::programVersion(),
+            workspace_.deed_,
+            table_.name};
 }
 
 void Journal::added(const Record& record) { found(QStringLiteral("C"), record); }
@@ -127,69 +115,86 @@ void Journal::found(const QString& kind, const Record& record) {
     if (!active()) return;
     QStringList parts;
     for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
-    workspace_.run(entry(file_) + QStringLiteral("values (?,?,?,?,?,?,?,?,?,?,?)"),
-                   head() + notNull({parts.join(u'/'), kind, digest::of(record)}));
+    Sql sql{engine_.dialect()};
+    QStringList marks;
+    for (const QString& value : head() + QStringList{parts.join(u'/'), kind, digest::of(record)})
+        marks.append(sql.bind(value));
+    engine_.run(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
 }
 
 void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     if (!active()) return;
-    const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
+    Sql sql{engine_.dialect()};
+    const QString where = criterion.where(sql);
     Statement& rows =
-        workspace_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where), criterion.values);
+        engine_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where), sql.values);
     while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
 }
 
-void Journal::takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table) {
-    Journal journal(workspace, qualifiedTable, table);
+void Journal::takeOver(const Place& place) {
+    const Table& table = place.table;
+    Journal journal(place);
     if (!table.trail() || !journal.active()) return;
-    Statement& rows = workspace.run(QStringLiteral("select %1 from %2").arg(table.columns(), qualifiedTable));
+    Statement& rows = place.engine.run(QStringLiteral("select %1 from %2").arg(table.columns(), place.qualified));
     while (rows.next()) journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {
     QList<Change> changes;
-    QStringList given;
     for (const Assignment& assignment : assignments) {
         const Field& field = assignment.field;
-        given.append(RowReader::bound(field, Record::fitted(field, assignment.value)));
-        changes.append({&field, QStringLiteral("?%1").arg(HeadSize + given.size())});
+        const QString after = RowReader::bound(field, Record::fitted(field, assignment.value));
+        changes.append({&field, [after](Sql& sql) { return sql.bindOrNull(after); }});
     }
-    changing(changes, given, criterion);
+    changing(changes, criterion);
 }
 
 void Journal::copying(const Field& to, const Field& from, const Criterion& criterion) {
-    changing({{&to, text(from)}}, {}, criterion);
+    changing({{&to, [name = from.name](Sql&) { return name; }}}, criterion);
 }
 
-void Journal::changing(const QList<Change>& changes, const QStringList& given, const Criterion& criterion) {
-    QStringList pieces, any;
-    for (const Change& change : changes) {
-        const QString changed = differs(*change.field, change.after);
-        any.append(changed);
-        pieces.append(QStringLiteral("iif(%1,',\"%2\":'||json_array(%3,%4),'')")
-                          .arg(changed, change.field->name, text(*change.field), change.after));
-    }
-    // The criterion's own marks come first: a bare mark is numbered behind the highest one before it.
-    const Criterion changed = criterion && Criterion(u'(' + any.join(QStringLiteral(" or ")) + u')', {});
-    enter(QStringLiteral("M"), object(pieces), given, changed);
+void Journal::changing(const QList<Change>& changes, const Criterion& criterion) {
+    const Criterion differ([&changes](Sql& sql) {
+        QStringList any;
+        for (const Change& change : changes) any.append(sql.dialect.differs(*change.field, change.after(sql)));
+        return u'(' + any.join(QStringLiteral(" or ")) + u')';
+    });
+    const auto values = [&changes](Sql& sql) {
+        QStringList pieces;
+        for (const auto& [field, after] : changes) {
+            const QString changed = sql.dialect.differs(*field, after(sql));
+            pieces.append(QStringLiteral(
+                              "case when %1 then ',\"%2\":'||'['||json_quote(%3)||','||json_quote(%4)||']' else '' end")
+                              .arg(changed, field->name, sql.dialect.asText(field->name, field->kind),
+                                   sql.dialect.asText(after(sql), field->kind)));
+        }
+        return object(pieces);
+    };
+    enter(QStringLiteral("M"), values, criterion && differ);
 }
 
 void Journal::removing(const Criterion& criterion) {
-    QStringList pieces;
-    for (const Field* field : table_.fields())
-        pieces.append(
-            QStringLiteral("iif(%1 is null or %1='','',',\"%1\":'||json_quote(%2))").arg(field->name, text(*field)));
-    enter(QStringLiteral("S"), object(pieces), {}, criterion);
+    const auto values = [this](Sql& sql) {
+        QStringList pieces;
+        for (const Field* field : table_.fields()) {
+            const QString text = sql.dialect.asText(field->name, field->kind);
+            pieces.append(QStringLiteral("case when coalesce(%1,'')='' then '' else ',\"%2\":'||json_quote(%1) end")
+                              .arg(text, field->name));
+        }
+        return object(pieces);
+    };
+    enter(QStringLiteral("S"), values, criterion);
 }
 
-void Journal::enter(const QString& kind, const QString& values, const QStringList& bound, const Criterion& criterion) {
+void Journal::enter(const QString& kind, const Piece& values, const Criterion& criterion) {
     if (!active()) return;
+    Sql sql{engine_.dialect()};
     QStringList marks;
-    for (int i = 1; i <= HeadSize; ++i) marks.append(QStringLiteral("?%1").arg(i));
-    const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
-    workspace_.run(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
-                                      .arg(marks.join(u','), key(table_), kind, values, qualified_, where),
-                   head() + bound + criterion.values);
+    for (const QString& value : head()) marks.append(sql.bind(value));
+    const QString given = values(sql), where = criterion.where(sql);
+    engine_.run(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
+                                   .arg(marks.join(u','), key(table_, sql.dialect), kind, given, qualified_, where),
+                sql.values);
 }
 
 } // namespace molven

@@ -27,17 +27,23 @@ public:
         qint64 changed = 0; ///< records
         qint64 key = 0;     ///< of the record that was added
     };
-    /// Runs a statement that writes a table, once the journal was told: both or neither. `qualifiedTable` is the
-    /// table's name behind its file's, "main.strproduit".
-    static Written write(Workspace& workspace, const QString& qualifiedTable, const Table& table, const QString& sql,
-                         const QStringList& values, const std::function<void(Journal&)>& tell);
+    /// A table in one of its files.
+    struct Place {
+        Workspace& workspace;
+        Engine& engine;
+        QString qualified; ///< its name behind its file's, "main.strproduit"
+        const Table& table;
+    };
+    /// Runs a statement that writes a table, once the journal was told: both or neither.
+    static Written write(const Place& place, const QString& sql, const QStringList& values,
+                         const std::function<void(Journal&)>& tell);
 
     /// A record is added.
     void added(const Record& record);
     /// Records of the same table in another file of the workspace are added as they are.
     void arriving(const QString& fromTable, const Criterion& criterion);
     /// The records that a table of an older file already holds; its journal answers for them from now on.
-    static void takeOver(Workspace& workspace, const QString& qualifiedTable, const Table& table);
+    static void takeOver(const Place& place);
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
     /// One field of these records will be given another's value.
@@ -50,22 +56,23 @@ public:
     static QStringList faults(Database file);
 
 private:
-    Journal(Workspace& workspace, const QString& qualifiedTable, const Table& table);
+    explicit Journal(const Place& place);
 
-    /// A field about to change, and what the engine is told the new value by.
+    /// A field about to change, and how the engine is told the new value.
     struct Change {
         const Field* field;
-        QString after;
+        Piece after;
     };
     /// Whether the file keeps a journal; its former days are sealed when it is asked first.
     bool active();
     QStringList head();
     void found(const QString& kind, const Record& record);
-    void changing(const QList<Change>& changes, const QStringList& given, const Criterion& criterion);
-    void enter(const QString& kind, const QString& values, const QStringList& bound, const Criterion& criterion);
+    void changing(const QList<Change>& changes, const Criterion& criterion);
+    void enter(const QString& kind, const Piece& values, const Criterion& criterion);
     void sealFormerDays();
 
     Workspace& workspace_;
+    Engine& engine_;
     const QString qualified_;
     const QString file_; ///< "main", "f1", ...
     const Table& table_;

@@ -1,5 +1,6 @@
 #include "data/clock.h"
 #include "data/dates.h"
+#include "data/engine.h"
 #include "data/journal.h"
 #include "data/journal_tables.h"
 
@@ -55,34 +56,33 @@ QString spoken(const QString& day) { return QStringLiteral("%1/%2/%3").arg(day.m
 void Journal::sealFormerDays() {
     const QString today = sortKey(Clock::today());
     Statement& newest =
-        workspace_.run(QStringLiteral("select jou_dat from %1 order by rowid desc limit 1").arg(entries(file_)));
+        engine_.run(QStringLiteral("select jou_dat from %1 order by rowid desc limit 1").arg(entries(file_)));
     const QString day = newest.next() ? newest.text(0) : today;
     newest.finish();
     if (day == today) return;
     Statement& before =
-        workspace_.run(QStringLiteral("select sce_der,sce_som from %1 order by rowid desc limit 1").arg(sealed(file_)));
+        engine_.run(QStringLiteral("select sce_der,sce_som from %1 order by rowid desc limit 1").arg(sealed(file_)));
     const bool first = !before.next();
     const QString last = first ? QString() : before.text(0), sum = first ? QString() : before.text(1);
     before.finish();
-    const Seal seal = first ? sealOf(workspace_.run(entriesSql(file_, QStringLiteral("true"))), sum)
-                            : sealOf(workspace_.run(entriesSql(file_, QStringLiteral("rowid>?")), {last}), sum);
+    const Seal seal = first ? sealOf(engine_.run(entriesSql(file_, QStringLiteral("true"))), sum)
+                            : sealOf(engine_.run(entriesSql(file_, QStringLiteral("rowid>?")), {last}), sum);
     if (seal.count == 0) return;
-    workspace_.run(QStringLiteral("insert into %1 (%2) values (?,?,?,?)").arg(sealed(file_), strsceau.columns()),
-                   {seal.day, QString::number(seal.last), QString::number(seal.count), seal.sum});
+    engine_.run(QStringLiteral("insert into %1 (%2) values (?,?,?,?)").arg(sealed(file_), strsceau.columns()),
+                {seal.day, QString::number(seal.last), QString::number(seal.count), seal.sum});
 }
 
 QStringList Journal::faults(Database file) {
     QStringList found;
-    Workspace& workspace = file.workspace();
+    Engine& engine = file.engine();
     QString last, sum;
     for (const Record& row : file.select(strsceau)) {
         const QString end = row.value(strsceau.sce_der);
         const Seal seal{row[strsceau.sce_dat], end.toLongLong(), row[strsceau.sce_nbr].toInteger(),
                         row[strsceau.sce_som]};
         Statement& rows =
-            last.isEmpty()
-                ? workspace.run(entriesSql(file.schema_, QStringLiteral("rowid<=?")), {end})
-                : workspace.run(entriesSql(file.schema_, QStringLiteral("rowid>? and rowid<=?")), {last, end});
+            last.isEmpty() ? engine.run(entriesSql(file.schema_, QStringLiteral("rowid<=?")), {end})
+                           : engine.run(entriesSql(file.schema_, QStringLiteral("rowid>? and rowid<=?")), {last, end});
         if (sealOf(rows, sum) != seal)
             found.append(QStringLiteral("journal : des enregistrements scellés le %1 ont été modifiés, ajoutés ou "
                                         "supprimés")
@@ -91,7 +91,9 @@ QStringList Journal::faults(Database file) {
         sum = seal.sum;
     }
     // What no seal covers is of one day: another day's first record would have sealed it.
-    const Criterion open = last.isEmpty() ? Criterion() : Criterion(QStringLiteral("rowid>?"), {last});
+    const Criterion open = last.isEmpty()
+                               ? Criterion()
+                               : Criterion([last](Sql& sql) { return QStringLiteral("rowid>") + sql.bind(last); });
     if (file.countBy(strjournal, strjournal.jou_dat, open).size() > 1)
         found.append(QStringLiteral("journal : un sceau manque"));
     return found;

@@ -1,14 +1,12 @@
 #include "data/layout.h"
 
 #include "data/catalogue.h"
+#include "data/dialect.h"
+#include "data/engine.h"
 #include "data/journal.h"
-#include "data/sqlite_engine.h"
-#include "data/workspace.h"
 
 #include <QDir>
 #include <QHash>
-
-#include <sqlite3.h>
 
 namespace molven {
 
@@ -17,44 +15,18 @@ namespace {
 /// From this version on the journal of a file has an entry for each of its records.
 constexpr qint64 FirstWithEntries = 3;
 
+/// Indexes are numbered from 1 in the order of their declaration.
 QString indexName(const Table& table, int number) {
     return QStringLiteral("%1_%2").arg(table.name, QString::number(number));
 }
 
-/// The statement that makes a table's index; they are numbered from 1 in the order of their declaration.
-QString indexSql(const Table& table, int number, Uniqueness uniqueness) {
-    QStringList names;
-    for (const Field* field : table.indexes()[number - 1]->fields) names.append(field->name);
-    return QStringLiteral("CREATE %1INDEX %2 on %3 (%4)")
-        .arg(uniqueness == Uniqueness::Unique ? QStringLiteral("UNIQUE ") : QString(), indexName(table, number),
-             table.name, names.join(u','));
-}
-
-QString indexSql(const Table& table, int number) {
-    return indexSql(table, number, table.indexes()[number - 1]->uniqueness);
-}
-
 } // namespace
-
-QString Layout::definition(const Field& field) {
-    switch (field.kind) {
-    case Field::Kind::Number:
-        return field.name + QStringLiteral(" numeric");
-    case Field::Kind::Label:
-        return field.name + QStringLiteral(" text not null default '' collate french");
-    case Field::Kind::Code:
-        break;
-    }
-    return field.name + QStringLiteral(" text not null default '' collate nocase");
-}
 
 void Layout::create(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::New);
+    Layout layout(workspace.openAsIs(path, Engine::Opening::New));
     Transaction transaction(workspace);
-    workspace.run(QStringLiteral("pragma application_id=%1").arg(sqlite::ApplicationId));
-    workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
-    Layout layout(workspace);
+    layout.engine_.markAsOurs(layout.file_.schema(), Version);
     for (const Table* table : tables) layout.create(*table);
     transaction.commit();
 }
@@ -64,17 +36,18 @@ void Layout::upgrade(const QString& path) {
     if (!file) return;
     try {
         Workspace workspace;
-        workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+        Layout layout(workspace.openAsIs(path, Engine::Opening::Existing));
         Transaction transaction(workspace, QStringLiteral("Reprise"));
         // Another workstation may have done it while this one waited.
-        const qint64 version = workspace.mark(QStringLiteral("main"), "user_version");
-        if (version >= sqlite::SchemaVersion) return;
-        Layout layout(workspace);
+        const QString& schema = layout.file_.schema();
+        const qint64 version = layout.engine_.version(schema);
+        if (version >= Version) return;
         QList<const Table*> changed; // other records have the entries that they need
         for (const Table* table : tablesOf(*file))
             if (layout.complete(*table) || version < FirstWithEntries) changed.append(table);
-        for (const Table* table : changed) Journal::takeOver(workspace, QStringLiteral("main.") + table->name, *table);
-        workspace.run(QStringLiteral("pragma user_version=%1").arg(sqlite::SchemaVersion));
+        for (const Table* table : changed)
+            Journal::takeOver({workspace, layout.engine_, layout.file_.qualified(*table), *table});
+        layout.engine_.markAsOurs(schema, Version);
         transaction.commit();
     } catch (const DataError& error) {
         throw DataError(error.number,
@@ -86,16 +59,14 @@ void Layout::upgrade(const QString& path) {
 }
 
 void Layout::create(const Table& table) {
-    QStringList columns;
-    for (const Field* field : table.fields()) columns.append(definition(*field));
-    workspace_.run(QStringLiteral("create table %1 (%2)").arg(table.name, columns.join(u',')));
-    for (int number = 1; number <= table.indexes().size(); ++number) workspace_.run(indexSql(table, number));
+    QStringList columns = engine_.dialect().ownColumns();
+    for (const Field* field : table.fields()) columns.append(engine_.dialect().definition(*field));
+    engine_.run(QStringLiteral("create table %1 (%2)").arg(file_.qualified(table), columns.join(u',')));
+    for (int number = 1; number <= table.indexes().size(); ++number) createIndex(table, number);
 }
 
 bool Layout::complete(const Table& table) {
-    QStringList columns;
-    Statement& rows = workspace_.run(QStringLiteral("pragma main.table_info(%1)").arg(table.name));
-    while (rows.next()) columns.append(rows.text(1));
+    const QStringList columns = file_.columns(table);
     if (columns.isEmpty()) {
         create(table);
         return true;
@@ -103,40 +74,44 @@ bool Layout::complete(const Table& table) {
     bool isWider = false;
     for (const Field* field : table.fields()) {
         if (columns.contains(field->name, Qt::CaseInsensitive)) continue;
-        workspace_.run(QStringLiteral("alter table %1 add column %2").arg(table.name, definition(*field)));
+        engine_.run(QStringLiteral("alter table %1 add column %2")
+                        .arg(file_.qualified(table), engine_.dialect().definition(*field)));
         isWider = true;
     }
     completeIndexes(table);
     return isWider;
 }
 
+QString Layout::wanted(const Table& table, int number) const {
+    const Index& index = *table.indexes()[number - 1];
+    return engine_.indexDefinition(file_.schema(), table, index, indexName(table, number), index.uniqueness);
+}
+
 Layout::Indexes Layout::indexes(const Table& table) {
-    QHash<QString, QString> wanted;
+    QHash<QString, QString> declared;
     for (int number = 1; number <= table.indexes().size(); ++number)
-        wanted.insert(indexName(table, number), indexSql(table, number));
+        declared.insert(indexName(table, number), wanted(table, number));
     Indexes found;
-    Statement& rows = workspace_.run(
-        QStringLiteral("select name,sql from main.sqlite_master where type='index' and tbl_name=?"), {table.name});
-    while (rows.next()) {
-        const bool same = wanted.value(rows.text(0)).compare(rows.text(1), Qt::CaseInsensitive) == 0;
-        (same ? found.kept : found.others).append(rows.text(0));
+    for (const auto& [name, definition] : engine_.indexes(file_.schema(), table)) {
+        const bool same = declared.value(name).compare(definition, Qt::CaseInsensitive) == 0;
+        (same ? found.kept : found.others).append(name);
     }
     return found;
 }
 
 void Layout::completeIndexes(const Table& table) {
     const Indexes found = indexes(table);
-    for (const QString& name : found.others) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
+    for (const QString& name : found.others) engine_.dropIndex(file_.schema(), name);
     for (int number = 1; number <= table.indexes().size(); ++number)
         if (!found.kept.contains(indexName(table, number))) createIndex(table, number);
 }
 
 QList<Layout::IndexFault> Layout::indexFaults(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    Layout layout(workspace.openAsIs(path, Engine::Opening::Existing));
     QList<IndexFault> faults;
     for (const Table* table : tables) {
-        const Indexes found = Layout(workspace).indexes(*table);
+        const Indexes found = layout.indexes(*table);
         for (const QString& name : found.others)
             faults.append({table, QStringLiteral("index %1 autre que déclaré").arg(name)});
         for (int number = 1; number <= table->indexes().size(); ++number)
@@ -148,39 +123,20 @@ QList<Layout::IndexFault> Layout::indexFaults(const QString& path, const QList<c
 
 QStringList Layout::foreignObjects(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-    QStringList own, found;
-    for (const Table* table : tables) own.append(QStringLiteral("table ") + table->name);
-    Statement& rows = workspace.run(QStringLiteral("select type||' '||name from main.sqlite_master where type<>'index' "
-                                                   "and substr(name,1,7)<>'sqlite_' order by 1"));
-    while (rows.next())
-        if (!own.contains(rows.text(0), Qt::CaseInsensitive)) found.append(rows.text(0));
-    return found;
+    const Database file = workspace.openAsIs(path, Engine::Opening::Existing);
+    return file.engine().foreignObjects(file.schema(), tables);
 }
 
 QList<std::pair<const Field*, qint64>> Layout::misfits(const QString& path, const Table& table) {
-    QStringList counts;
-    for (const Field* field : table.fields())
-        counts.append((field->kind == Field::Kind::Number
-                           ? QStringLiteral("sum(typeof(%1) not in ('integer','real','null'))")
-                           : QStringLiteral("sum(typeof(%1)<>'text')"))
-                          .arg(field->name));
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-    QList<std::pair<const Field*, qint64>> found;
-    Statement& row = workspace.run(QStringLiteral("select %1 from main.%2").arg(counts.join(u','), table.name));
-    row.next();
-    for (const Field* field : table.fields())
-        if (const qint64 count = row.integer(field->position)) found.append({field, count});
-    row.finish();
-    return found;
+    const Database file = workspace.openAsIs(path, Engine::Opening::Existing);
+    return file.engine().misfits(file.schema(), table);
 }
 
 void Layout::repairIndexes(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    Layout layout(workspace.openAsIs(path, Engine::Opening::Existing));
     Transaction transaction(workspace);
-    Layout layout(workspace);
     for (const Table* table : tables) {
         layout.dropIndexes(*table);
         for (int number = 1; number <= table->indexes().size(); ++number) layout.createIndex(*table, number);
@@ -190,23 +146,29 @@ void Layout::repairIndexes(const QString& path, const QList<const Table*>& table
 
 void Layout::dropIndexes(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
-    workspace.connection_ = sqlite::connect(path, sqlite::Opening::Existing);
+    Layout layout(workspace.openAsIs(path, Engine::Opening::Existing));
     Transaction transaction(workspace);
-    for (const Table* table : tables) Layout(workspace).dropIndexes(*table);
+    for (const Table* table : tables) layout.dropIndexes(*table);
     transaction.commit();
 }
 
 void Layout::dropIndexes(const Table& table) {
     const Indexes found = indexes(table);
-    for (const QString& name : found.kept + found.others) workspace_.run(QStringLiteral("drop index \"%1\"").arg(name));
+    for (const QString& name : found.kept + found.others) engine_.dropIndex(file_.schema(), name);
 }
 
 void Layout::createIndex(const Table& table, int number) {
+    const Index& index = *table.indexes()[number - 1];
+    const auto make = [&](Uniqueness uniqueness) {
+        Transaction alone(file_.workspace());
+        engine_.createIndex(file_.schema(), table, index, indexName(table, number), uniqueness);
+        alone.commit();
+    };
     try {
-        workspace_.run(indexSql(table, number));
+        make(index.uniqueness);
     } catch (const DataError& error) {
-        if ((error.number & 0xFF) != SQLITE_CONSTRAINT) throw;
-        workspace_.run(indexSql(table, number, Uniqueness::Repeated));
+        if ((error.number & 0xFF) != DataError::Double) throw;
+        make(Uniqueness::Repeated);
     }
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "data/schema.h"
+#include "data/database.h"
 
 namespace molven {
-
-class Workspace;
 
 /// The layout of the database files as the declared tables state it.
 class Layout {
 public:
+    /// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
+    /// opened.
+    static constexpr int Version = 6;
     /// Makes a new file of ours with these tables, whole or not at all.
     static void create(const QString& path, const QList<const Table*>& tables);
     /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, and its
@@ -32,8 +33,6 @@ public:
     static void repairIndexes(const QString& path, const QList<const Table*>& tables);
     /// Takes the indexes off for a time in which very many records are written; repairIndexes() makes them again.
     static void dropIndexes(const QString& path, const QList<const Table*>& tables);
-    /// A column as the engine declares it.
-    static QString definition(const Field& field);
 
 private:
     /// The indexes of a table that are as declared, and those that are not.
@@ -42,7 +41,7 @@ private:
         QStringList others;
     };
 
-    explicit Layout(Workspace& workspace) : workspace_(workspace) {}
+    explicit Layout(Database file) : file_(file), engine_(file.engine()) {}
     Indexes indexes(const Table& table);
     void create(const Table& table);
     /// True for a table that was missing, or lacked columns.
@@ -50,8 +49,10 @@ private:
     void completeIndexes(const Table& table);
     void createIndex(const Table& table, int number);
     void dropIndexes(const Table& table);
+    QString wanted(const Table& table, int number) const;
 
-    Workspace& workspace_;
+    Database file_;
+    Engine& engine_;
 };
 
 } // namespace molven

@@ -1,5 +1,7 @@
 // Parts of a selection, found without selecting again.
 
+#include "data/dialect.h"
+#include "data/engine.h"
 #include "data/recordset.h"
 #include "data/statement.h"
 #include "data/workspace.h"
@@ -15,11 +17,11 @@ constexpr qint64 KeysAtOnce = 2000;
 
 /// The values of the first field of an index, read by leaps over the index.
 QString firstValues(const QString& table, const Field& first) {
-    return QStringLiteral("with recursive known(v) as (select min(%1) from %2 union all "
-                          "select (select min(%1) from %2 where %1 > known.v) from known where known.v is not null "
-                          "limit %3) ")
+    return QStringLiteral("with recursive known(v,n) as (select min(%1),1 from %2 union all "
+                          "select (select min(%1) from %2 where %1 > known.v),n+1 from known "
+                          "where known.v is not null and n<=%3) ")
         .arg(first.name, table)
-        .arg(MostFirstValues + 1);
+        .arg(MostFirstValues);
 }
 
 const Index* indexWith(const Table& table, const Field& field, qsizetype place) {
@@ -37,23 +39,24 @@ void Recordset::readBeginnings(Key sign, const Field& field, const QString& text
     const Criterion begins =
         field.kind == Field::Kind::Code ? field >= text && field < text + QChar(0xFFFF) : startsWith(field, text);
     const QString& table = tableOf(sign);
-    QString sql;
+    Sql sql{engine_->dialect()};
+    const QString isFound = begins.in(sql);
+    QString selection;
     if (indexWith(*table_, field, 0)) {
-        sql = QStringLiteral("select rowid from %1 where %2").arg(table, begins.sql);
+        selection = QStringLiteral("select rowid from %1 where %2").arg(table, isFound);
     } else if (const Index* index = indexWith(*table_, field, 1)) {
         const Field& first = *index->fields.first();
-        Statement& values =
-            workspace_->run(firstValues(table, first) + QStringLiteral("select count(*) from known"), {});
+        Statement& values = engine_->run(firstValues(table, first) + QStringLiteral("select count(*) from known"));
         const bool areFew = values.next() && values.integer(0) <= MostFirstValues;
         values.finish();
         if (!areFew) return;
-        sql =
+        selection =
             firstValues(table, first) + QStringLiteral("select rowid from %1 where %2 in (select v from known) and %3")
-                                            .arg(table, first.name, begins.sql);
+                                            .arg(table, first.name, isFound);
     } else {
         return;
     }
-    Statement& rows = workspace_->run(sql, begins.values);
+    Statement& rows = engine_->run(selection, sql.values);
     while (rows.next()) found.push_back(rows.integer(0) * sign);
 }
 
@@ -65,7 +68,6 @@ Recordset Recordset::beginningWith(const QList<const Field*>& fields, const QStr
 }
 
 std::optional<Recordset> Recordset::meeting(const Criterion& criterion, const Progress& progress) const {
-    const QString also = criterion.always() ? QString() : QStringLiteral(" and ") + criterion.sql;
     std::vector<Key> found;
     for (qint64 first = 0; first < count(); first += KeysAtOnce) {
         if (!progress(static_cast<int>(first), static_cast<int>(count()))) return std::nullopt;
@@ -74,10 +76,11 @@ std::optional<Recordset> Recordset::meeting(const Criterion& criterion, const Pr
             for (qint64 i = first; i < std::min(first + KeysAtOnce, count()); ++i)
                 if (const Key key = keys_[static_cast<std::size_t>(i)] * sign; key > 0)
                     keys.append(QString::number(key));
+            const Criterion wanted([&keys](Sql& text) { return text.dialect.hasKey(keys, text); });
+            Sql sql{engine_->dialect()};
+            const QString where = (wanted && criterion).where(sql);
             Statement& rows =
-                workspace_->run(QStringLiteral("select rowid from %1 where rowid in (select value from json_each(?))%2")
-                                    .arg(tableOf(sign), also),
-                                QStringList{u'[' + keys.join(u',') + u']'} + criterion.values);
+                engine_->run(QStringLiteral("select rowid from %1%2").arg(tableOf(sign), where), sql.values);
             while (rows.next()) found.push_back(rows.integer(0) * sign);
         }
     }

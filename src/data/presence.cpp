@@ -1,7 +1,7 @@
 #include "data/presence.h"
 
 #include "data/errors.h"
-#include "data/sqlite_engine.h"
+#include "data/sqlite/connection.h"
 
 #include <QDir>
 #include <QFile>
@@ -46,7 +46,7 @@ Presence::Presence(const QStringList& folders, Kind kind) {
             marks_.push_back(std::make_unique<HeldFile>(
                 mark, kind == Kind::Alone ? HeldFile::Hold::Alone : HeldFile::Hold::Shared, PatienceMs));
         } catch (const DataError& error) {
-            if ((error.number & 0xFF) == sqlite::Busy) throw refusal(kind, folder);
+            if ((error.number & 0xFF) == DataError::Busy) throw refusal(kind, folder);
             if (kind == Kind::Alone) throw;
         }
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/held_file.h"
+#include "data/sqlite/held_file.h"
 
 #include <QStringList>
 

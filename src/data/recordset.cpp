@@ -1,6 +1,7 @@
 #include "data/recordset.h"
 
 #include "data/database.h"
+#include "data/engine.h"
 #include "data/errors.h"
 #include "data/journal.h"
 #include "data/row_reader.h"
@@ -10,25 +11,28 @@
 
 namespace molven {
 
-Recordset::Recordset(Workspace& workspace, const QStringList& qualifiedTables, const Table& table,
+Recordset::Recordset(Workspace& workspace, Engine& engine, const QStringList& qualifiedTables, const Table& table,
                      const Criterion& criterion, const Order& order)
-    : workspace_(&workspace), tables_(qualifiedTables), table_(&table), criterion_(criterion), order_(order) {
+    : workspace_(&workspace),
+      engine_(&engine),
+      tables_(qualifiedTables),
+      table_(&table),
+      criterion_(criterion),
+      order_(order) {
     requery();
 }
 
 Statement& Recordset::keysOf(const Criterion& criterion, const QString& limit) const {
-    const QString where = criterion.always() ? QString() : QStringLiteral(" where ") + criterion.sql;
-    QString from = tables_[0] + where, key = QStringLiteral("rowid");
-    QStringList values = criterion.values;
+    Sql sql{engine_->dialect()};
+    QString from = tables_[0] + criterion.where(sql), key = QStringLiteral("rowid");
     if (tables_.size() > 1) {
         key = QStringLiteral("k");
-        from = QStringLiteral("(select rowid as k,%1 from %2%4 union all select -rowid as k,%1 from %3%4)")
-                   .arg(table_->columns(), tables_[0], tables_[1], where);
-        values += criterion.values;
+        const QString second = tables_[1] + criterion.where(sql);
+        from = QStringLiteral("(select rowid as k,%1 from %2 union all select -rowid as k,%1 from %3) as both_files")
+                   .arg(table_->columns(), from, second);
     }
-    return workspace_->run(QStringLiteral("select %1 from %2 order by %3%4")
-                               .arg(key, from, (order_.terms + QStringList(key)).join(u','), limit),
-                           values);
+    const QString order = order_.in(sql, key);
+    return engine_->run(QStringLiteral("select %1 from %2%3%4").arg(key, from, order, limit), sql.values);
 }
 
 void Recordset::requery() {
@@ -79,10 +83,11 @@ const Recordset::Page& Recordset::page(qint64 number) const {
         for (const Key key : places.keys())
             if ((key < 0) == (sign < 0)) keys.append(QString::number(key * sign));
         if (keys.isEmpty()) continue;
-        Statement& rows =
-            workspace_->run(QStringLiteral("select rowid,%1 from %2 where rowid in (select value from json_each(?))")
-                                .arg(table_->columns(), tableOf(sign)),
-                            {u'[' + keys.join(u',') + u']'});
+        Sql sql{engine_->dialect()};
+        const QString isWanted = sql.dialect.hasKey(keys, sql);
+        Statement& rows = engine_->run(
+            QStringLiteral("select rowid,%1 from %2 where %3").arg(table_->columns(), tableOf(sign), isWanted),
+            sql.values);
         while (rows.next())
             read[static_cast<std::size_t>(places.value(rows.integer(0) * sign))] = RowReader::read(rows, *table_, 1);
     }
@@ -92,8 +97,8 @@ const Recordset::Page& Recordset::page(qint64 number) const {
 
 std::optional<Record> Recordset::fetch(Key key) const {
     Statement& row =
-        workspace_->run(QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), tableOf(key)),
-                        {QString::number(std::abs(key))});
+        engine_->run(QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), tableOf(key)),
+                     {QString::number(std::abs(key))});
     std::optional<Record> found;
     if (row.next()) found = RowReader::read(row, *table_, 0);
     row.finish();
@@ -131,9 +136,10 @@ void Recordset::update() {
     } else {
         const Record& written = draft();
         const QString& table = tables_.first();
-        keys_.push_back(Journal::write(*workspace_, table, *table_, RowReader::insertion(table, *table_),
-                                       RowReader::values(written), [&](Journal& journal) { journal.added(written); })
-                            .key);
+        const QString sql = RowReader::insertion(table, *table_, engine_->dialect());
+        const auto done = Journal::write({*workspace_, *engine_, table, *table_}, sql, RowReader::values(written),
+                                         [&](Journal& journal) { journal.added(written); });
+        keys_.push_back(done.key);
         forget(count() - 1);
         position_ = count() - 1;
     }
@@ -142,26 +148,23 @@ void Recordset::update() {
 
 void Recordset::writeChanges(const Record& before, const Record& written) {
     QList<Assignment> changes;
-    QStringList sets, given, same, found;
+    QStringList sets, same;
+    Sql sql{engine_->dialect()};
     for (const Field* field : table_->fields()) {
-        const bool changed = before.value(*field) != written.value(*field);
-        if (changed) {
-            changes.append({*field, written.value(*field)});
-            sets.append(field->name + QStringLiteral("=?"));
-            given.append(RowReader::bound(*field, written.value(*field)));
-        }
-        if (!changed && table_->keeps(*field)) continue;
-        same.append(RowReader::sameAs(*field));
-        found.append(RowReader::bound(*field, before.value(*field)));
-        if (field->kind == Field::Kind::Number) found.append(found.last());
+        if (before.value(*field) == written.value(*field)) continue;
+        changes.append({*field, written.value(*field)});
+        sets.append(field->name + u'=' + sql.bindOrNull(RowReader::bound(*field, written.value(*field))));
     }
     if (changes.isEmpty()) return;
     const Criterion here = current();
-    const QString& table = tableOf(currentKey());
-    const QString sql = QStringLiteral("update %1 set %2 where %3 and %4")
-                            .arg(table, sets.join(u','), here.sql, same.join(QStringLiteral(" and ")));
+    const QString isHere = here.in(sql), &table = tableOf(currentKey());
+    for (const Field* field : table_->fields())
+        if (!table_->keeps(*field) || before.value(*field) != written.value(*field))
+            same.append(sql.dialect.same(*field, RowReader::bound(*field, before.value(*field)), sql));
+    const QString text = QStringLiteral("update %1 set %2 where %3 and %4")
+                             .arg(table, sets.join(u','), isHere, same.join(QStringLiteral(" and ")));
     Transaction transaction(*workspace_);
-    const auto done = Journal::write(*workspace_, table, *table_, sql, given + here.values + found,
+    const auto done = Journal::write({*workspace_, *engine_, table, *table_}, text, sql.values,
                                      [&](Journal& journal) { journal.changing(changes, here); });
     if (done.changed != 1)
         throw DataError(
@@ -175,13 +178,18 @@ void Recordset::remove() {
     record();
     const Criterion here = current();
     const QString& table = tableOf(currentKey());
-    Journal::write(*workspace_, table, *table_, QStringLiteral("delete from %1 where %2").arg(table, here.sql),
-                   here.values, [&](Journal& journal) { journal.removing(here); });
+    Sql sql{engine_->dialect()};
+    const QString text = QStringLiteral("delete from ") + table + here.where(sql);
+    Journal::write({*workspace_, *engine_, table, *table_}, text, sql.values,
+                   [&](Journal& journal) { journal.removing(here); });
     keys_.erase(keys_.begin() + position_);
     pages_.clear();
     draft_.reset();
 }
 
-Criterion Recordset::current() const { return {QStringLiteral("rowid=?"), {QString::number(std::abs(currentKey()))}}; }
+Criterion Recordset::current() const {
+    return Criterion(
+        [key = QString::number(std::abs(currentKey()))](Sql& sql) { return QStringLiteral("rowid=") + sql.bind(key); });
+}
 
 } // namespace molven

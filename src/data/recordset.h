@@ -12,6 +12,7 @@
 
 namespace molven {
 
+class Engine;
 class Statement;
 class Workspace;
 class Recordset;
@@ -103,8 +104,8 @@ private:
     friend class Database;
     template <class F>
     friend class DraftCell;
-    Recordset(Workspace& workspace, const QStringList& qualifiedTables, const Table& table, const Criterion& criterion,
-              const Order& order);
+    Recordset(Workspace& workspace, Engine& engine, const QStringList& qualifiedTables, const Table& table,
+              const Criterion& criterion, const Order& order);
 
     using Key = qint64;
     using Page = std::vector<std::optional<Record>>;
@@ -129,6 +130,7 @@ private:
     void forget(qint64 position) { pages_.remove(position / PageSize); }
 
     Workspace* workspace_;
+    Engine* engine_;
     QStringList tables_; ///< one, or a second whose keys are counted below zero
     const Table* table_;
     Criterion criterion_;

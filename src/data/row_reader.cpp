@@ -8,21 +8,16 @@ Record RowReader::read(const Statement& row, const Table& table, int first) {
     return record;
 }
 
-QString RowReader::insertion(const QString& qualifiedTable, const Table& table) {
+QString RowReader::insertion(const QString& qualifiedTable, const Table& table, const Dialect& dialect) {
     QString marks(table.fields().size() * 2 - 1, u',');
     for (qsizetype i = 0; i < marks.size(); i += 2) marks[i] = u'?';
     return QStringLiteral("insert into ") + qualifiedTable + QStringLiteral(" (") + table.columns() +
-           QStringLiteral(") values (") + marks + u')';
+           QStringLiteral(") values (") + marks + u')' + dialect.keyOfInserted();
 }
 
 QString RowReader::bound(const Field& field, const QString& value) {
     if (!value.isEmpty()) return value;
     return field.kind == Field::Kind::Number ? QString() : QStringLiteral("");
-}
-
-QString RowReader::sameAs(const Field& field) {
-    return field.kind == Field::Kind::Number ? QStringLiteral("(%1 is ? or cast(%1 as text) is ?)").arg(field.name)
-                                             : QStringLiteral("%1 is ? collate binary").arg(field.name);
 }
 
 QStringList RowReader::values(const Record& record) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/dialect.h"
 #include "data/record.h"
 #include "data/statement.h"
 
@@ -13,13 +14,10 @@ public:
     /// The record in the statement's current row, whose columns begin at `first`.
     static Record read(const Statement& row, const Table& table, int first);
     /// The statement that adds a record.
-    static QString insertion(const QString& qualifiedTable, const Table& table);
+    static QString insertion(const QString& qualifiedTable, const Table& table, const Dialect& dialect);
     /// Values to bind: a null number becomes null, an empty text stays a text.
     static QStringList values(const Record& record);
     static QString bound(const Field& field, const QString& value);
-    /// The condition that a field still holds exactly a value that was read, case included; a number takes it twice,
-    /// since a text of 15 digits cannot stand for every number of the engine.
-    static QString sameAs(const Field& field);
 };
 
 } // namespace molven

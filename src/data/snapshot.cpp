@@ -1,7 +1,7 @@
 #include "data/snapshot.h"
 
-#include "data/held_file.h"
-#include "data/sqlite_engine.h"
+#include "data/sqlite/connection.h"
+#include "data/sqlite/held_file.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,7 +22,7 @@ Snapshot::Snapshot(const QStringList& names, const QHash<QString, QString>& fold
     if (!folder_.isValid()) throw DataError(DataError::CannotOpen, folder_.errorString());
     for (int attempt = 1; !take(names, folders); ++attempt)
         if (attempt == Attempts)
-            throw DataError(sqlite::Busy, QStringLiteral("D'autres postes écrivent sans cesse dans ce dossier."));
+            throw DataError(DataError::Busy, QStringLiteral("D'autres postes écrivent sans cesse dans ce dossier."));
 }
 
 bool Snapshot::take(const QStringList& names, const QHash<QString, QString>& folders) {
@@ -40,7 +40,7 @@ bool Snapshot::take(const QStringList& names, const QHash<QString, QString>& fol
                 held.push_back(std::make_unique<HeldFile>(path));
                 originals.append({path, folder.value(), name});
             } catch (const DataError& error) {
-                if ((error.number & 0xFF) == sqlite::Busy) return false;
+                if ((error.number & 0xFF) == DataError::Busy) return false;
                 faults_.emplace(path, error);
             }
         }

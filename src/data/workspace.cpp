@@ -2,114 +2,135 @@
 
 #include "data/database.h"
 #include "data/layout.h"
-#include "data/sqlite_engine.h"
 
-#include <QFileInfo>
-
-#include <sqlite3.h>
+#include <algorithm>
 
 namespace molven {
 
-Workspace::~Workspace() {
-    prepared_.clear();
-    sqlite3_close(connection_);
-}
+Workspace::~Workspace() = default;
 
 Database Workspace::open(const QString& path) {
-    sqlite::requireFile(path);
-    const QString key = QFileInfo(path).canonicalFilePath();
-    if (!schemas_.contains(key)) schemas_.insert(key, attach(key));
-    return Database(*this, schemas_.value(key), path);
+    Engine::require(path);
+    const QString key = Engine::canonical(path);
+    if (!files_.contains(key)) files_.insert(key, openOurs(key));
+    const Opened opened = files_.value(key);
+    return Database(*this, *opened.engine, opened.schema, path);
 }
 
-QString Workspace::attach(const QString& path) {
-    const bool first = schemas_.isEmpty();
-    const QString schema = first ? QStringLiteral("main") : QStringLiteral("f%1").arg(schemas_.size());
-    if (first) {
-        if (!connection_) connection_ = sqlite::connect(path, sqlite::Opening::Existing);
-    } else {
-        run(QStringLiteral("attach database ? as ") + schema, {path});
-    }
-    run(QStringLiteral("pragma %1.synchronous=full").arg(schema));
-    // A page that leaves the memory before the commit costs a flush of the journal to the disk: a push of prices with
-    // its entries stays within 64 MB.
-    run(QStringLiteral("pragma %1.cache_spill=16384").arg(schema));
+Workspace::Opened Workspace::openOurs(const QString& path) {
+    Opened opened{&engineFor(path, Engine::Opening::Existing), {}};
     try {
-        requireOurs(schema, path);
+        opened.schema = opened.engine->attach(path);
+        requireOurs(opened, path);
     } catch (const DataError&) {
-        if (!first) run(QStringLiteral("detach database ") + schema);
+        close(opened);
         throw;
     }
-    return schema;
+    return opened;
 }
 
-qint64 Workspace::mark(const QString& schema, const char* name) {
-    Statement& row = run(QStringLiteral("pragma %1.%2").arg(schema, QLatin1String(name)));
-    const qint64 value = row.next() ? row.integer(0) : 0;
-    row.finish();
-    return value;
+void Workspace::close(const Opened& opened) {
+    const auto serves = [&](const Opened& other) { return other.engine == opened.engine; };
+    if (std::none_of(files_.begin(), files_.end(), serves))
+        (opened.engine == server_.get() ? server_ : local_).reset();
+    else if (!opened.schema.isEmpty())
+        opened.engine->detach(opened.schema);
 }
 
-void Workspace::requireOurs(const QString& schema, const QString& path) {
-    if (mark(schema, "application_id") != sqlite::ApplicationId)
+QList<Engine*> Workspace::engines() const {
+    QList<Engine*> found;
+    for (Engine* engine : {server_.get(), local_.get()})
+        if (engine) found.append(engine);
+    return found;
+}
+
+Engine& Workspace::engineFor(const QString& path, Engine::Opening opening) {
+    const QString address = Engine::server(path);
+    std::unique_ptr<Engine>& engine = address.isEmpty() ? local_ : server_;
+    if (!engine) {
+        engine = Engine::at(path, opening);
+        if (!address.isEmpty()) address_ = address;
+    } else if (!address.isEmpty() && address != address_) {
+        throw DataError(
+            DataError::CannotOpen,
+            QStringLiteral("Toutes les bases d'un dossier doivent être sur le même serveur : %1 n'est pas %2.")
+                .arg(address, address_));
+    }
+    return *engine;
+}
+
+Database Workspace::openAsIs(const QString& path, Engine::Opening opening) {
+    Engine& engine = engineFor(path, opening);
+    return Database(*this, engine, engine.attach(path), path);
+}
+
+void Workspace::requireOurs(const Opened& opened, const QString& path) {
+    if (!opened.engine->isOurs(opened.schema))
         throw DataError(DataError::NotADatabase,
-                        QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
-    const qint64 version = mark(schema, "user_version");
-    if (version > sqlite::SchemaVersion)
+                        Engine::server(path).isEmpty()
+                            ? QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path)
+                            : QStringLiteral("Impossible de trouver la base '%1' sur le serveur.").arg(path));
+    const qint64 version = opened.engine->version(opened.schema);
+    if (version > Layout::Version)
         throw DataError(DataError::NotADatabase,
                         QStringLiteral("Le fichier '%1' vient d'une version plus récente du programme.").arg(path));
-    if (version < sqlite::SchemaVersion) Layout::upgrade(path);
+    if (version < Layout::Version) Layout::upgrade(path);
 }
 
-Statement& Workspace::run(const QString& sql, const QStringList& values) {
-    // The engine undoes a whole transaction by itself on a full disk: what comes after must not be written alone.
-    if (depth_ > 0 && sqlite3_get_autocommit(connection_))
-        throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
-    std::unique_ptr<Statement>& statement = prepared_[sql];
-    if (!statement) {
-        try {
-            statement = std::make_unique<Statement>(connection_, sql);
-        } catch (const DataError&) {
-            prepared_.erase(sql);
-            throw;
-        }
-    }
-    statement->run(values);
-    return *statement;
+Watch::Watch(Workspace& workspace, std::function<bool()> goesOn) : workspace_(workspace) {
+    for (Engine* engine : workspace_.engines()) engine->watch(goesOn);
 }
 
-Watch::Watch(Workspace& workspace, std::function<bool()> goesOn) : workspace_(workspace), goesOn_(std::move(goesOn)) {
-    constexpr int Steps = 20'000; // a few milliseconds of the engine's work
-    sqlite3_progress_handler(
-        workspace_.connection_, Steps, [](void* self) { return static_cast<Watch*>(self)->goesOn_() ? 0 : 1; }, this);
+Watch::~Watch() {
+    for (Engine* engine : workspace_.engines()) engine->watch(nullptr);
 }
-
-Watch::~Watch() { sqlite3_progress_handler(workspace_.connection_, 0, nullptr, nullptr); }
 
 Transaction::Transaction(Workspace& workspace, const QString& deed)
     : workspace_(workspace), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
-    workspace_.run(depth_ == 0 ? QStringLiteral("begin immediate") : QStringLiteral("savepoint ") + savepoint());
+    for (Engine* engine : workspace_.engines()) begin(*engine);
     ++workspace_.depth_;
     if (outerDeed_.isEmpty()) workspace_.deed_ = deed;
+}
+
+void Transaction::begin(Engine& engine) {
+    if (depth_ > 0) {
+        engine.run(QStringLiteral("savepoint ") + savepoint());
+        return;
+    }
+    try {
+        engine.begin();
+    } catch (const DataError&) {
+        for (Engine* begun : workspace_.engines()) {
+            if (begun == &engine) break;
+            begun->rollback();
+        }
+        throw;
+    }
 }
 
 Transaction::~Transaction() {
     if (!open_) return;
     close();
+    for (Engine* engine : workspace_.engines()) giveUp(*engine);
+}
+
+void Transaction::giveUp(Engine& engine) {
     try {
-        if (depth_ == 0) {
-            workspace_.run(QStringLiteral("rollback"));
-        } else {
-            workspace_.run(QStringLiteral("rollback to ") + savepoint());
-            workspace_.run(QStringLiteral("release ") + savepoint());
-        }
+        if (depth_ == 0) return engine.rollback();
+        engine.run(QStringLiteral("rollback to ") + savepoint());
+        engine.run(QStringLiteral("release ") + savepoint());
     } catch (const DataError&) {
         // The engine has already rolled back by itself, as it does on a full disk.
     }
 }
 
 void Transaction::commit() {
-    workspace_.run(depth_ == 0 ? QStringLiteral("commit") : QStringLiteral("release ") + savepoint());
+    for (Engine* engine : workspace_.engines()) {
+        if (depth_ == 0)
+            engine->commit();
+        else
+            engine->run(QStringLiteral("release ") + savepoint());
+    }
     open_ = false;
     close();
 }

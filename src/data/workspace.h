@@ -1,13 +1,13 @@
 #pragma once
 
-#include "data/statement.h"
+#include "data/engine.h"
 
 #include <QHash>
 #include <QString>
 
 #include <functional>
 #include <memory>
-#include <unordered_map>
+#include <vector>
 
 namespace molven {
 
@@ -33,27 +33,35 @@ public:
 private:
     friend class Transaction;
     friend class Watch;
-    friend class Database;
-    friend class Recordset;
     friend class Journal;
     friend class Layout;
 
-    /// Runs one statement with bound values; throws DataError. A statement is prepared once per workspace.
-    Statement& run(const QString& sql, const QStringList& values = {});
+    /// A file opened here.
+    struct Opened {
+        Engine* engine;
+        QString schema; ///< what stands before its tables' names
+    };
 
-    QString attach(const QString& path);
+    Opened openOurs(const QString& path);
+    /// Gives up a file that cannot be opened, and its connection when it serves no other.
+    void close(const Opened& opened);
+    /// Those that there are; the server's, which holds what must not be lost, first.
+    QList<Engine*> engines() const;
+    /// The connection that serves a path; made when there is none.
+    Engine& engineFor(const QString& path, Engine::Opening opening);
+    /// Opens a file as it is; `opening` counts for the first one.
+    Database openAsIs(const QString& path, Engine::Opening opening);
     /// Refuses a file that is not ours or that a later version wrote, brings an older one up to date.
-    void requireOurs(const QString& schema, const QString& path);
-    /// A number that the engine keeps in the head of a file.
-    qint64 mark(const QString& schema, const char* name);
+    static void requireOurs(const Opened& opened, const QString& path);
 
-    sqlite3* connection_ = nullptr;
-    QHash<QString, QString> schemas_; ///< canonical path -> schema name
-    std::unordered_map<QString, std::unique_ptr<Statement>> prepared_;
-    int depth_ = 0;                 ///< transactions begun one inside another
-    QString deed_;                  ///< what they do, for the journal
-    QString moment_;                ///< when the outermost first wrote to a journal; empty before
-    QHash<QString, bool> journals_; ///< file -> whether it keeps a journal, as known in this transaction
+    std::unique_ptr<Engine> server_; ///< the connection to the dossier's server, if it lies on one
+    QString address_;                ///< of that server
+    std::unique_ptr<Engine> local_;  ///< the connection to files of folders
+    QHash<QString, Opened> files_;   ///< by canonical path
+    int depth_ = 0;                  ///< transactions begun one inside another
+    QString deed_;                   ///< what they do, for the journal
+    QString moment_;                 ///< when the outermost first wrote to a journal; empty before
+    QHash<QString, bool> journals_;  ///< file -> whether it keeps a journal, as known in this transaction
 };
 
 /// While it lives, long statements of a workspace ask every few milliseconds whether to go on. Stopped, a statement
@@ -67,7 +75,6 @@ public:
 
 private:
     Workspace& workspace_;
-    std::function<bool()> goesOn_;
 };
 
 /// A scope that writes all or nothing: rolls back unless commit() was called. A transaction inside another leaves the
@@ -84,6 +91,8 @@ public:
     void commit();
 
 private:
+    void begin(Engine& engine);
+    void giveUp(Engine& engine);
     void close();
     /// The engine's name of a transaction inside another.
     QString savepoint() const { return QStringLiteral("inner%1").arg(depth_); }

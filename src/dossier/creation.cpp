@@ -3,6 +3,8 @@
 #include "data/database.h"
 #include "data/errors.h"
 #include "data/file_rights.h"
+#include "data/server_address.h"
+#include "dossier/passing_folder.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
@@ -16,6 +18,31 @@
 namespace molven::creation {
 
 namespace {
+
+/// Database files of a creation: given up, those on a server are taken away again; those of a folder go with it.
+class MadeOnServer {
+public:
+    MadeOnServer() = default;
+    ~MadeOnServer() {
+        for (const QString& path : paths_) {
+            try {
+                Database::discard(path);
+            } catch (const DataError&) { // the server is gone: the next creation tells what it finds
+            }
+        }
+    }
+    MadeOnServer(const MadeOnServer&) = delete;
+    MadeOnServer& operator=(const MadeOnServer&) = delete;
+
+    void create(const QString& path, DataFile file) {
+        Database::create(path, tablesOf(file));
+        if (server_address::isOne(path)) paths_.append(path);
+    }
+    void keep() { paths_.clear(); }
+
+private:
+    QStringList paths_;
+};
 
 template <class T>
 void insertRows(Database file, const T& table, const QList<QStringList>& rows) {
@@ -74,9 +101,9 @@ void fillCompta(Database compta) {
 }
 
 /// Every file that lies in these folders, with the entries a dossier cannot do without.
-void createFiles(const Session& session, const QList<Folder>& folders, const Options& options) {
+void createFiles(const Session& session, const QList<Folder>& folders, const Options& options, MadeOnServer& made) {
     for (const CatalogueEntry& entry : catalogue())
-        if (folders.contains(entry.folder)) Database::create(session.path(entry.file), tablesOf(entry.file));
+        if (folders.contains(entry.folder)) made.create(session.path(entry.file), entry.file);
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Database compta = workspace.open(session.path(DataFile::Compta));
@@ -99,22 +126,29 @@ void makeFolder(const QString& folder) {
 }
 
 /// Fills the folder of a new installation.
-void build(const QString& folder, const Options& options) {
+void build(const QString& folder, const Options& options, MadeOnServer& made) {
+    const bool isOnServer = !options.server.isEmpty();
+    const QString base = isOnServer ? server_address::folder(options.server) : QStringLiteral("data/");
+    const QString second = isOnServer ? base + QStringLiteral("gv/") : QStringLiteral("gv/");
     Session session;
     session.dossier_app = folder;
-    session.chemin_base = folder + QStringLiteral("/data/");
-    session.chemin_tri = folder + QStringLiteral("/tri/");
-    session.chemin_gv = folder + QStringLiteral("/gv/");
-    makeFolder(session.chemin_base);
+    session.chemin_base = usableFolder(folder, base);
+    session.chemin_tri = usableFolder(folder, QStringLiteral("tri/"));
+    session.chemin_gv = usableFolder(folder, second);
+    if (!isOnServer) makeFolder(session.chemin_base);
     makeFolder(session.chemin_tri);
-    createFiles(session, {Folder::Base, Folder::User, Folder::Sales, Folder::Work}, options);
-    writeLine(session.programFile(QStringLiteral("CHEMIN.HC")), QStringLiteral("data\\"));
+    createFiles(session, {Folder::Base, Folder::User, Folder::Sales, Folder::Work}, options, made);
+    const auto write = [&](const char* name, QString place) {
+        if (!isOnServer) place.replace(u'/', u'\\');
+        writeLine(session.programFile(QString::fromLatin1(name)), place);
+    };
+    write("CHEMIN.HC", isOnServer ? options.server : base);
     writeLine(session.programFile(QStringLiteral("TRI.HC")), QStringLiteral("tri\\"));
     if (!CompanyRules(options.code, {}).readsSecondSiteFolder()) return;
-    makeFolder(session.chemin_gv);
+    if (!isOnServer) makeFolder(session.chemin_gv);
     for (const DataFile file : {DataFile::Vente, DataFile::Historic})
-        Database::create(session.chemin_gv + catalogueEntry(file).name, tablesOf(file));
-    writeLine(session.programFile(QStringLiteral("CHEMIN_GV.HC")), QStringLiteral("gv\\"));
+        made.create(session.chemin_gv + catalogueEntry(file).name, file);
+    write("CHEMIN_GV.HC", second);
 }
 
 /// Builds in a folder beside the target and moves the parts in at the end, so that a fault leaves nothing behind.
@@ -139,50 +173,72 @@ void list(const Session& session, const Options& options, const QString& dataFol
     }
     Workspace workspace;
     insertRows(workspace.open(societe), strsociete,
-               {{options.name, dataFolder + u'\\', options.code.toUpper(), QStringLiteral("**")}});
+               {{options.name, dataFolder, options.code.toUpper(), QStringLiteral("**")}});
 }
 
 /// One more dossier: its own data folder, listed with the others.
 Session addDossier(const Options& options) {
     Session first = open(options.folder);
     const QString name = QStringLiteral("data_") + options.code.toLower();
-    if (QDir(options.folder + u'/' + name).exists())
+    const bool isOnServer = !options.server.isEmpty();
+    if (!isOnServer && QDir(options.folder + u'/' + name).exists())
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder + u'/' + name));
+    MadeOnServer made;
     buildWhole(options.folder, [&](const QString& folder) {
         Session session;
-        session.chemin_base = folder + u'/' + name + u'/';
-        makeFolder(session.chemin_base);
-        createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options);
+        session.chemin_base = isOnServer ? server_address::folder(options.server) : folder + u'/' + name + u'/';
+        if (!isOnServer) makeFolder(session.chemin_base);
+        createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options, made);
     });
     if (!QFile::exists(first.path(DataFile::Societe)))
-        list(first, {options.folder, first.spe_cod, first.spe_nom, true}, QStringLiteral("data"));
-    list(first, options, name);
-    first.chemin_base = options.folder + u'/' + name + u'/';
+        list(first, {options.folder, first.spe_cod, first.spe_nom, true},
+             firstLine(first.programFile(QStringLiteral("CHEMIN.HC"))).value_or(QString()));
+    list(first, options, isOnServer ? options.server : name + u'\\');
+    made.keep();
+    first.chemin_base = usableFolder(options.folder, isOnServer ? options.server : name);
     first.mot_dossier = options.code.toUpper();
     startup::openDossier(first);
     return first;
 }
 
+/// A dossier without a program folder: workstations come to it by its address.
+Session createOnServer(const Options& options) {
+    if (options.addToSocieties)
+        throw Refusal(QStringLiteral("--societe demande un dossier d'installation, non une adresse"));
+    QTemporaryDir built;
+    Options there = options;
+    there.folder = built.filePath(QStringLiteral("poste"));
+    there.server = options.folder;
+    create(there);
+    return open(options.folder);
+}
+
 } // namespace
+
+QString placeOf(const QString& typed) { return server_address::isOne(typed) ? typed : QDir(typed).absolutePath(); }
 
 Session create(const Options& options) {
     static const QRegularExpression twoLetters(QStringLiteral("^[A-Za-z]{2}$"));
     if (!twoLetters.match(options.code).hasMatch())
         throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
     if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
+    if (server_address::isOne(options.folder)) return createOnServer(options);
     if (holdsInstallation(options.folder)) {
         if (options.addToSocieties) return addDossier(options);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
     }
-    buildWhole(options.folder, [&](const QString& folder) { build(folder, options); });
+    MadeOnServer made;
+    buildWhole(options.folder, [&](const QString& folder) { build(folder, options, made); });
+    made.keep();
     const Session session = open(options.folder);
-    if (options.addToSocieties) list(session, options, QStringLiteral("data"));
+    if (options.addToSocieties)
+        list(session, options, options.server.isEmpty() ? QStringLiteral("data\\") : options.server);
     return open(options.folder);
 }
 
 Session open(const QString& folder, const QString& name) {
     Session session;
-    session.dossier_app = QDir(folder).absolutePath();
+    session.dossier_app = server_address::isOne(folder) ? passing_folder::at(folder) : QDir(folder).absolutePath();
     startup::finishCompactions(session);
     startup::readCompany(session);
     startup::readFolders(session);

@@ -9,6 +9,7 @@ struct Options {
     QString code;                ///< company code, two letters
     QString name;                ///< company name
     bool addToSocieties = false; ///< list the dossier in societe.mdb, beside those the installation already has
+    QString server = {};         ///< address of the database that the dossier lies in, none for a folder
 };
 
 /// Makes a new installation in a folder that holds none: folder files, data and work folders, every database
@@ -18,8 +19,11 @@ struct Options {
 /// dossier made.
 Session create(const Options& options);
 
+/// What is meant by the place that a user names: a folder, or the address of a server.
+QString placeOf(const QString& typed);
+
 /// The session of an installation's dossier, opened without a login, for programs without windows: the one that
-/// startup::dossierNamed() finds, the first where none is named.
+/// startup::dossierNamed() finds, the first where none is named. An address stands for an installation of its dossier.
 Session open(const QString& folder, const QString& name = {});
 
 } // namespace molven::creation

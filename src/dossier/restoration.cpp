@@ -7,7 +7,7 @@
 #include "data/file_rights.h"
 #include "data/presence.h"
 #include "data/safe_file.h"
-#include "data/sqlite_engine.h"
+#include "data/sqlite/connection.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
@@ -124,7 +124,7 @@ void settle(const QString& folder) {
             workspace.open(path);
             const Transaction alone(workspace);
         } catch (const DataError& error) {
-            if (error.number == sqlite::Busy) throw;
+            if (error.number == DataError::Busy) throw;
         }
     }
 }

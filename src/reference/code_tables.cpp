@@ -14,14 +14,26 @@
 
 namespace molven {
 
+namespace {
+
+/// What a key's code may be written as, typed short or whole.
+QStringList keyForms(const Text& field, const Record& record) {
+    const QString typed = record.value(field).trimmed();
+    const bool isPadded = field.code && field.code->digits > 0;
+    return isPadded ? codes::formsOf(*field.code, typed) : QStringList{typed};
+}
+
+} // namespace
+
 Criterion CodeTable::sameKey(const Record& record) const {
     Criterion same;
-    for (const Text* field : key) {
-        const QString typed = record.value(*field).trimmed();
-        const bool isPadded = field->code && field->code->digits > 0;
-        same = same && (isPadded ? isOneOf(*field, codes::formsOf(*field->code, typed)) : *field == typed);
-    }
+    for (const Text* field : key) same = same && isOneOf(*field, keyForms(*field, record));
     return same;
+}
+
+bool CodeTable::isSameKey(const Record& a, const Record& b) const {
+    return std::all_of(key.begin(), key.end(),
+                       [&](const Text* field) { return keyForms(*field, a) == keyForms(*field, b); });
 }
 
 Criterion CodeTable::takenBy(const Record& record) const {

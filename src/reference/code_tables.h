@@ -28,6 +28,7 @@ struct CodeTable {
 
     /// The condition that finds the record with the same key, its codes typed short or whole.
     Criterion sameKey(const Record& record) const;
+    bool isSameKey(const Record& a, const Record& b) const;
     /// The condition that finds whatever makes a new record of that key one too many.
     Criterion takenBy(const Record& record) const;
 };

@@ -12,8 +12,6 @@
 #include "stock/supplier_codes.h"
 #include "stock/units.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace molven {
@@ -49,7 +47,7 @@ QList<Finding> offered(Kind kind, const QList<codes::Offer>& offers) {
 FindAnything::FindAnything(const Session& session)
     : session_(session), molven_(workspace_.open(session.molven())), vente_(workspace_.open(session.vente())) {
     const auto openIfThere = [&](DataFile file, std::optional<Database>& opened) {
-        if (const QString path = session.path(file); QFile::exists(path)) opened = workspace_.open(path);
+        if (const QString path = session.path(file); Database::exists(path)) opened = workspace_.open(path);
     };
     openIfThere(DataFile::Historic, historic_);
     openIfThere(DataFile::Proforma, proforma_);

@@ -7,8 +7,6 @@
 #include "sales/other_folders.h"
 #include "stock/movements.h"
 
-#include <QFileInfo>
-
 #include <memory>
 
 namespace molven::stock_rebuild {
@@ -26,13 +24,13 @@ public:
     explicit SalesFiles(const Session& session) : others_(session) {
         open(session.vente());
         open(session.historic());
-        if (const QString book = session.path(DataFile::Ostrane); QFileInfo::exists(book)) open(book);
+        if (const QString book = session.path(DataFile::Ostrane); Database::exists(book)) open(book);
         for (const Database& file : others_.files()) add(file);
         for (const QString& name : companyFolders()) {
             const QString folder = session.chemin_base + name + u'/';
-            if (!QFileInfo::exists(folder + catalogueEntry(DataFile::Vente).name)) absent_.append(name + u'\\');
+            if (!Database::exists(folder + catalogueEntry(DataFile::Vente).name)) absent_.append(name + u'\\');
             for (const DataFile file : {DataFile::Vente, DataFile::Historic})
-                if (QFileInfo::exists(folder + catalogueEntry(file).name)) open(folder + catalogueEntry(file).name);
+                if (Database::exists(folder + catalogueEntry(file).name)) open(folder + catalogueEntry(file).name);
         }
     }
 
@@ -46,8 +44,8 @@ private:
     }
     /// A folder may be a user's and a company's at once: its documents count once.
     void add(const Database& file) {
-        if (!paths_.contains(QFileInfo(file.path()).canonicalFilePath())) files_.append(file);
-        paths_.insert(QFileInfo(file.path()).canonicalFilePath());
+        if (!paths_.contains(Database::canonical(file.path()))) files_.append(file);
+        paths_.insert(Database::canonical(file.path()));
     }
 
     OtherFolders others_;

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/safe_file.h"
+#include "data/server_address.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,6 +31,7 @@ std::optional<QString> firstLine(const QString& path) {
 
 QString usableFolder(const QString& programFolder, const QString& typed) {
     QString folder = typed.trimmed();
+    if (server_address::isOne(folder)) return server_address::folder(folder);
     if (QDir::separator() == u'/') folder.replace(u'\\', u'/');
     if (QDir::isRelativePath(folder)) folder = programFolder + u'/' + folder;
     folder = QDir::cleanPath(folder);

@@ -119,16 +119,15 @@ Record dossierNamed(const QList<Record>& dossiers, const QString& text) {
 }
 
 QStringList otherFolders(const Session& session) {
-    const auto canonical = [](const QString& path) { return QFileInfo(path).canonicalFilePath(); };
-    QStringList folders{session.chemin_base, session.chemin_gv}, seen{canonical(session.vente())}, others;
+    QStringList folders{session.chemin_base, session.chemin_gv}, seen{Database::canonical(session.vente())}, others;
     if (QFileInfo::exists(session.path(DataFile::Societe)))
         for (const Record& dossier : dossiers(session))
             folders.append(session.chemin_base + dossier[strsociete.soc_utilisateur].trimmed() + u'/');
     folders.removeAll(QString());
     for (const QString& folder : folders) {
         const QString file = folder + catalogueEntry(DataFile::Vente).name;
-        if (!QFileInfo::exists(file) || seen.contains(canonical(file))) continue;
-        seen.append(canonical(file));
+        if (seen.contains(Database::canonical(file)) || !Database::exists(file)) continue;
+        seen.append(Database::canonical(file));
         others.append(folder);
     }
     return others;

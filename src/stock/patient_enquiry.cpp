@@ -52,7 +52,7 @@ Order order(PatientEnquiry::Sort sort) {
 Recordset rows(const Files& files, const PatientEnquiry& enquiry, const Criterion& filter, const Order& asked) {
     Database units = files.units;
     const Criterion which = criterion(enquiry) && filter;
-    const Order sorted = asked.terms.isEmpty() ? order(enquiry.sort) : asked;
+    const Order sorted = asked.orElse(order(enquiry.sort));
     return files.archived ? units.selectWith(*files.archived, strproduit, which, sorted)
                           : units.select(strproduit, which, sorted);
 }

@@ -37,8 +37,7 @@ void CodeTableForm::build(const CodeTableView& view) {
     codes_->valueOf = [this](const Text& field) { return blank().value(field); };
     codes_->wire([this](const Field& field) { left(field); });
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
-        return view_->database.select(view_->kind.table, view_->criterion && filter,
-                                      order.terms.isEmpty() ? view_->order : order);
+        return view_->database.select(view_->kind.table, view_->criterion && filter, order.orElse(view_->order));
     });
     grid_->becameCurrent = grid_->chosen = [this](const Record& row) { bringUp(row); };
     auto* layout = new QVBoxLayout(this);
@@ -150,7 +149,7 @@ void CodeTableForm::lookUp() {
     const bool searching = !entry_.isEntering() && isKeyTyped();
     if (searching) completeKey();
     const auto found = searching ? view_->database.find(view_->kind.table, typedKey()) : std::nullopt;
-    if (!found || view_->kind.sameKey(*found).values == view_->kind.sameKey(shownRecord()).values) return showWords();
+    if (!found || view_->kind.isSameKey(*found, shownRecord())) return showWords();
     Record underTypedKey = shownRecord(); // another key is no work that would be lost, the other boxes are
     for (const Text* key : view_->kind.key)
         if (panel_->edit(*key)) underTypedKey.set(*key, typed(*key));
@@ -163,7 +162,7 @@ void CodeTableForm::lookUp() {
 /// Another row became current: its record comes up, unless the user keeps what is typed over the one shown.
 void CodeTableForm::bringUp(const Record& row) {
     if (entry_.isEntering()) return;
-    if (view_->kind.sameKey(row).values != view_->kind.sameKey(shownRecord()).values && !mayLoseWork()) {
+    if (!view_->kind.isSameKey(row, shownRecord()) && !mayLoseWork()) {
         const auto back = [this] { grid_->followRecord(shownRecord(), keyFields()); };
         QTimer::singleShot(0, this, back); // once the click is over
         return;

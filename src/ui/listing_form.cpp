@@ -42,8 +42,7 @@ void ListingForm::select() {
     if (!first().isEmpty()) range = range && listing_->range >= first();
     if (!last().isEmpty()) range = range && listing_->range <= last();
     showRows([this, range](const Criterion& filter, const Order& asked) {
-        return listing_->database.select(listing_->table, range && filter,
-                                         asked.terms.isEmpty() ? order().order : asked);
+        return listing_->database.select(listing_->table, range && filter, asked.orElse(order().order));
     });
 }
 

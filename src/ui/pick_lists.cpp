@@ -16,7 +16,7 @@ PickList overTable(Database database, const Table& table, const QString& title, 
                    const Criterion& criterion, const Order& order, const Chosen& chosen) {
     return {title, columns,
             [database, &table, criterion, order](const Criterion& filter, const Order& asked) mutable {
-                return database.select(table, criterion && filter, asked.terms.isEmpty() ? order : asked);
+                return database.select(table, criterion && filter, asked.orElse(order));
             },
             chosen};
 }
@@ -28,7 +28,7 @@ PickList clients(Database molven, const Chosen& chosen, const Order& order) {
                      {{&strclient.clt_cod, QStringLiteral("Code"), 80},
                       {&strclient.clt_nom, QStringLiteral("Nom"), 360},
                       {&strclient.clt_l5, QStringLiteral("Ville"), 200}},
-                     {}, order.terms.isEmpty() ? Order(strclient.clt_nom) : order, chosen);
+                     {}, order.orElse(Order(strclient.clt_nom)), chosen);
 }
 
 PickList suppliers(Database molven, const Chosen& chosen) {

@@ -2,8 +2,8 @@
 
 #include "accounting/commissions.h"
 #include "accounting/sales_report.h"
-#include "data/exact_functions.h"
 #include "data/joined.h"
+#include "data/sqlite/exact_functions.h"
 #include "reference/parameter_tables.h"
 
 namespace molven {

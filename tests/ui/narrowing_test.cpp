@@ -66,7 +66,7 @@ TEST_F(PartsOfASelection, AreWhatAFilterShowsOfALargeListUntilItIsSearchedThroug
     RecordModel model({{&strproduit.imm_art, QStringLiteral("Immat.")}, {&strproduit.lot_art, QStringLiteral("Lot")}});
     model.setSearchedThrough(5);
     model.setQuery([this](const Criterion& filter, const Order& order) {
-        return molven.select(strproduit, filter, order.terms.isEmpty() ? Order(strproduit.imm_art) : order);
+        return molven.select(strproduit, filter, order.orElse(Order(strproduit.imm_art)));
     });
     ASSERT_EQ(model.rowCount(), 14);
     model.setFilter(QStringLiteral("te-2"));

@@ -69,6 +69,8 @@ Command reactivateCommand();
 
 /// "--dossier NOM", of the words that work on one dossier of an installation.
 QCommandLineOption dossierOption();
+/// The server that a new dossier is put on.
+QCommandLineOption serverOption();
 /// The dossier that a call works on: the one named, or the only one. Of several it takes the first, and says so.
 Session sessionOf(const QCommandLineParser& parser, const QString& folder);
 

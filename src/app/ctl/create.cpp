@@ -3,7 +3,6 @@
 #include "dossier/creation.h"
 
 #include <QCommandLineParser>
-#include <QDir>
 
 namespace molven::ctl {
 
@@ -15,12 +14,14 @@ Command createCommand() {
                 options.addOptions(
                     {{QStringLiteral("code"), QStringLiteral("code société, deux lettres"), QStringLiteral("CE")},
                      {QStringLiteral("nom"), QStringLiteral("nom de la société"), QStringLiteral("nom")},
-                     {QStringLiteral("societe"), QStringLiteral("ajoute le dossier à societe.mdb")}});
+                     {QStringLiteral("societe"), QStringLiteral("ajoute le dossier à societe.mdb")},
+                     serverOption()});
             },
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const Session session =
-                    creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                      parser.value(QStringLiteral("nom")), parser.isSet(QStringLiteral("societe"))});
+                    creation::create({creation::placeOf(arguments[0]), parser.value(QStringLiteral("code")),
+                                      parser.value(QStringLiteral("nom")), parser.isSet(QStringLiteral("societe")),
+                                      parser.value(QStringLiteral("serveur"))});
                 say(QStringLiteral("installation créée : ") + session.dossier_app);
                 say(QStringLiteral("données : ") + session.chemin_base);
                 return 0;

@@ -10,7 +10,6 @@
 #include "stock/unit_tables.h"
 
 #include <QCommandLineParser>
-#include <QDir>
 
 namespace molven::ctl {
 
@@ -48,7 +47,8 @@ Command demoCommand() {
                   QStringLiteral("5000")},
                  {QStringLiteral("jour"), QStringLiteral("comme faite ce jour-là"), QStringLiteral("JJ/MM/AAAA")},
                  {QStringLiteral("graine"), QStringLiteral("graine du tirage"), QStringLiteral("N"),
-                  QStringLiteral("1")}});
+                  QStringLiteral("1")},
+                 serverOption()});
         },
         [](const QCommandLineParser& parser, const QStringList& arguments) {
             const demo::Options options{number(parser, QStringLiteral("unites")),
@@ -57,9 +57,9 @@ Command demoCommand() {
                 if (!dateFromText(day).isValid()) throw Refusal(QStringLiteral("date invalide : ") + day);
                 Clock::set(dateFromText(day));
             }
-            const Session session =
-                creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                  QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
+            const Session session = creation::create(
+                {creation::placeOf(arguments[0]), parser.value(QStringLiteral("code")),
+                 QStringLiteral("DISTRIBUTION DEMONSTRATION"), false, parser.value(QStringLiteral("serveur"))});
             demo::fill(session, options);
             say(QStringLiteral("installation créée : ") + session.dossier_app);
             report(session);

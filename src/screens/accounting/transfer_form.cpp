@@ -157,7 +157,7 @@ void TransferForm::control() {
 void TransferForm::showEntries(Database file, const Criterion& criterion) {
     entries_->rows().setQuery([file, criterion](const Criterion& filter, const Order& order) mutable {
         const Order byNumber{strecrit.ecr_num, strecrit.ecr_lg};
-        return file.select(strecrit, criterion && filter, order.terms.isEmpty() ? byNumber : order);
+        return file.select(strecrit, criterion && filter, order.orElse(byNumber));
     });
 }
 

@@ -36,7 +36,7 @@ EanPoolForm::EanPoolForm(Desk& desk)
     count_->setObjectName(QStringLiteral("Label1"));
     bind(strgencode.ean_code.name, code_);
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
-        return gencode_.select(strgencode, filter, order.terms.isEmpty() ? Order(strgencode.ean_code) : order);
+        return gencode_.select(strgencode, filter, order.orElse(Order(strgencode.ean_code)));
     });
     grid_->becameCurrent = grid_->chosen = [this](const Record& row) { code_->put(row[strgencode.ean_code]); };
     auto* addButton = button(QStringLiteral("CmdAjout"), QStringLiteral("&Ajouter"), [this] { add(); });

@@ -101,8 +101,7 @@ ArchiveForm::ArchiveForm(Desk& desk, const QString& name)
     list_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         const archive::Keyed head = task_->subject().head;
         return (task_->archives() ? working_ : history_)
-            .select(head.table, task_->eligible() && filter,
-                    order.terms.isEmpty() ? Order{head.group, head.key} : order);
+            .select(head.table, task_->eligible() && filter, order.orElse(Order{head.group, head.key}));
     });
     resize(980, 620);
     applyTitle(task_->title);

@@ -144,7 +144,7 @@ void DocumentForm::offer(const QString& title, const QList<GridColumn>& columns,
     pick({title, columns,
           [this, criterion](const Criterion& filter, const Order& order) {
               return book_.vente.select(table_, criterion && filter,
-                                        order.terms.isEmpty() ? Order{table_.tri_datf, table_.fac_no} : order);
+                                        order.orElse(Order{table_.tri_datf, table_.fac_no}));
           },
           [this](const Record& document) { leafTo(document); }});
 }
@@ -202,8 +202,7 @@ void DocumentForm::readAgain() {
     if (!entry_.isEntering()) header_->show(shown());
     lines_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(book_.kind().lines, documents::linesOf(book_, *shown()) && filter,
-                                  order.terms.isEmpty() ? Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}
-                                                        : order);
+                                  order.orElse(Order{book_.kind().lines.fac_no, book_.kind().lines.fac_lg}));
     });
     linesRead_ = documents::linesRead(book_, *shown());
     const int count = lines_->rows().rowCount();

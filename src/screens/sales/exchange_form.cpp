@@ -81,7 +81,7 @@ ExchangeForm::ExchangeForm(Desk& desk, const QString& name, Kind kind)
 void ExchangeForm::showUnits() {
     list_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         const ProductUnits& u = tripro;
-        return files_.tripro.select(u, filter, order.terms.isEmpty() ? Order{u.num_vte, u.ref_art} : order);
+        return files_.tripro.select(u, filter, order.orElse(Order{u.num_vte, u.ref_art}));
     });
     const int units = list_->rows().rowCount();
     count_->setText(units == 0 ? QString() : counted(units, QStringLiteral("produit")));

@@ -178,7 +178,7 @@ void HeaderEntry::searchClient() {
     });
     clients.query = [this, name](const Criterion& filter, const Order& order) {
         return book_.molven.select(strclient, startsWith(strclient.clt_nom, name) && filter,
-                                   order.terms.isEmpty() ? Order(strclient.clt_nom) : order);
+                                   order.orElse(Order(strclient.clt_nom)));
     };
     form_.pick(clients);
 }

@@ -121,7 +121,7 @@ void LineEntry::pickReimbursement() {
     });
     codes.query = [this](const Criterion& filter, const Order& order) {
         return book_.molven.select(strlpp, isOneOf(strlpp.lpp_code, draft_.reimbursements) && filter,
-                                   order.terms.isEmpty() ? Order(strlpp.lpp_code) : order);
+                                   order.orElse(Order(strlpp.lpp_code)));
     };
     form_.pick(codes);
 }

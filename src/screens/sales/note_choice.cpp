@@ -57,7 +57,7 @@ void NoteChoice::open(const Record& invoice) {
     number_->put({});
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return book_.vente.select(strlive, integration::openNotesOf(*invoice_) && filter,
-                                  order.terms.isEmpty() ? Order{strlive.tri_datf, strlive.fac_no} : order);
+                                  order.orElse(Order{strlive.tri_datf, strlive.fac_no}));
     });
     number_->setFocus();
 }

@@ -378,8 +378,7 @@ void DepotCountForm::chooseCount() {
            {&t.inv_eta, QStringLiteral("État"), 100, {}, state},
            {&t.inv_par, QStringLiteral("Compté par"), 160}},
           [this](const Criterion& filter, const Order& order) {
-              return molven_.select(strinvdep, filter,
-                                    order.terms.isEmpty() ? Order::descending(strinvdep.inv_no) : order);
+              return molven_.select(strinvdep, filter, order.orElse(Order::descending(strinvdep.inv_no)));
           },
           [this](const Record& count) { open(count); }});
 }

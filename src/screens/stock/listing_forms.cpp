@@ -130,8 +130,7 @@ void UnitListForm::select() {
     selected_ = criterion;
     patiently(*this, workspace_, QStringLiteral("Recherche des produits"), [this] {
         showRows([this](const Criterion& filter, const Order& order) {
-            return molven_.select(strproduit, selected_ && filter,
-                                  order.terms.isEmpty() ? unit_listing::order(selection_) : order);
+            return molven_.select(strproduit, selected_ && filter, order.orElse(unit_listing::order(selection_)));
         });
     });
 }
@@ -336,7 +335,7 @@ void StockListForm::listUnits() {
     patiently(*this, workspace_, QStringLiteral("Recherche des produits"), [this] {
         showRows([this](const Criterion& filter, const Order& order) {
             return molven_.select(strproduit, *units_ && filter,
-                                  order.terms.isEmpty() ? stock_listing::unitOrder(unitSelection_) : order);
+                                  order.orElse(stock_listing::unitOrder(unitSelection_)));
         });
     });
 }

@@ -148,8 +148,7 @@ void MovementForm::list(const QString& reference) {
     if (reference.isEmpty())
         grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
             const auto& m = strmvtstk;
-            return files_.molven.select(m, filter,
-                                        order.terms.isEmpty() ? Order{m.tri_stk, m.ref_stk, m.eta_stk} : order);
+            return files_.molven.select(m, filter, order.orElse(Order{m.tri_stk, m.ref_stk, m.eta_stk}));
         });
     else
         grid_->rows().setRecords(movements::of(files_, reference));

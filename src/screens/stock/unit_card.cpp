@@ -156,7 +156,7 @@ void UnitCard::setPickers() {
                 });
             list.columns.prepend({&field, title, 140});
             list.query = [this, &field, order](const Criterion& filter, const Order& asked) {
-                return molven_.select(strproduit, field != QString() && filter, asked.terms.isEmpty() ? order : asked);
+                return molven_.select(strproduit, field != QString() && filter, asked.orElse(order));
             };
             form_.pick(list);
         });
@@ -211,7 +211,7 @@ void UnitCard::list(const Criterion& criterion) {
     tray_->hide();
     units_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return molven_.select(strproduit, listed_ && filter,
-                              order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+                              order.orElse(Order{strproduit.pro_ann, strproduit.imm_art}));
     });
     if (units_->rows().rowCount() == 0) return showNone();
     units_->selectRow(0);
@@ -337,8 +337,7 @@ void UnitCard::showConformityHistory() {
                  {&strconform.conf_cau, QStringLiteral("Cause"), 60},
                  {&strconform.conf_lca, QStringLiteral("Libellé"), 340}},
                 [this, history](const Criterion& filter, const Order& order) {
-                    return molven_.select(strconform, history && filter,
-                                          order.terms.isEmpty() ? Order(strconform.conf_dat) : order);
+                    return molven_.select(strconform, history && filter, order.orElse(Order(strconform.conf_dat)));
                 },
                 [](const Record&) {}});
 }

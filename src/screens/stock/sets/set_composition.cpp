@@ -78,7 +78,7 @@ void SetComposition::show(const QString& type) {
 void SetComposition::refresh(const QString& article) {
     grid_->rows().setQuery([this](const Criterion& filter, const Order& order) {
         return files_.ancillaire.select(strnomenclature, set_types::componentsOf(type_) && filter,
-                                        order.terms.isEmpty() ? Order(n.anc_lg) : order);
+                                        order.orElse(Order(n.anc_lg)));
     });
     title_->setText(
         type_.isEmpty()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/engine.h"
 #include "data/errors.h"
 
 struct sqlite3;
@@ -8,14 +9,9 @@ namespace molven::sqlite {
 
 /// Marks a file as ours: "MOLV".
 constexpr int ApplicationId = 0x4D4F4C56;
-/// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
-/// opened.
-constexpr int SchemaVersion = 6;
 constexpr int BusyTimeoutMs = 10'000;
-/// Number of the DataError for a file that another workstation is writing.
-constexpr int Busy = 5;
 
-enum class Opening { Existing, New };
+using Opening = molven::Engine::Opening;
 
 /// A connection to one file, with what every MOLVEN file needs: the French sort order and the search without accents.
 sqlite3* connect(const QString& path, Opening opening);

@@ -1,9 +1,9 @@
-#include "data/sqlite_engine.h"
+#include "data/sqlite/connection.h"
 
 #include "data/collation.h"
-#include "data/exact_functions.h"
 #include "data/format.h"
-#include "data/sqlite_disk.h"
+#include "data/sqlite/disk.h"
+#include "data/sqlite/exact_functions.h"
 
 #include <QFileInfo>
 

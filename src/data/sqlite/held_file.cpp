@@ -1,7 +1,7 @@
-#include "data/held_file.h"
+#include "data/sqlite/held_file.h"
 
-#include "data/sqlite_engine.h"
-#include "data/statement.h"
+#include "data/sqlite/connection.h"
+#include "data/sqlite/statement.h"
 
 #include <sqlite3.h>
 
@@ -27,8 +27,8 @@ HeldFile::HeldFile(const QString& path, Hold hold, int waitMs)
     : path_(path), connection_(sqlite::connect(path, sqlite::Opening::Existing)) {
     sqlite3_busy_timeout(connection_, waitMs);
     try {
-        Statement(connection_, QString::fromLatin1(beginning(hold))).run({});
-        Statement read(connection_, QStringLiteral("select count(*) from sqlite_master"));
+        sqlite::Statement(connection_, QString::fromLatin1(beginning(hold))).run({});
+        sqlite::Statement read(connection_, QStringLiteral("select count(*) from sqlite_master"));
         read.run({});
         read.finish();
     } catch (...) {

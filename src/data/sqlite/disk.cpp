@@ -1,6 +1,6 @@
-#include "data/sqlite_disk.h"
+#include "data/sqlite/disk.h"
 
-#include "data/journal_names.h"
+#include "data/sqlite/journal_names.h"
 
 #include <QDir>
 #include <QFile>

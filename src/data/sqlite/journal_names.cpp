@@ -1,4 +1,4 @@
-#include "data/journal_names.h"
+#include "data/sqlite/journal_names.h"
 
 #include <QDir>
 #include <QFile>

@@ -14,7 +14,7 @@ public:
         Reserved, ///< one program holds it, others may read
         Alone     ///< nobody else holds or reads it
     };
-    /// Throws DataError, of number sqlite::Busy when others do not let go of it in that time.
+    /// Throws DataError, of number DataError::Busy when others do not let go of it in that time.
     explicit HeldFile(const QString& path, Hold hold = Hold::Shared, int waitMs = 10'000);
     ~HeldFile();
     HeldFile(const HeldFile&) = delete;

@@ -1,4 +1,4 @@
-#include "data/exact_functions.h"
+#include "data/sqlite/exact_functions.h"
 
 #include "data/decimal.h"
 

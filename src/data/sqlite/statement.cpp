@@ -1,18 +1,18 @@
-#include "data/statement.h"
+#include "data/sqlite/statement.h"
 
-#include "data/sqlite_engine.h"
+#include "data/sqlite/connection.h"
 
 #include <cstring>
 
 #include <sqlite3.h>
 
-namespace molven {
+namespace molven::sqlite {
 
 Statement::Statement(sqlite3* connection, const QString& sql) : connection_(connection) {
     const QByteArray text = sql.toUtf8();
     if (sqlite3_prepare_v3(connection_, text.constData(), static_cast<int>(text.size()), SQLITE_PREPARE_PERSISTENT,
                            &statement_, nullptr) != SQLITE_OK)
-        throw sqlite::fault(connection_);
+        throw fault(connection_);
 }
 
 Statement::~Statement() { sqlite3_finalize(statement_); }
@@ -40,7 +40,7 @@ void Statement::step() {
         sqlite3_reset(statement_);
         return;
     }
-    const DataError error = sqlite::fault(connection_);
+    const DataError error = fault(connection_);
     sqlite3_reset(statement_);
     if (code == SQLITE_INTERRUPT) throw Refusal(QStringLiteral("Opération abandonnée"));
     throw error;
@@ -58,8 +58,6 @@ void Statement::finish() {
     if (onRow_) sqlite3_reset(statement_);
     onRow_ = unread_ = false;
 }
-
-QString Statement::text(int column) const { return QString::fromUtf8(bytes(column)); }
 
 QByteArrayView Statement::bytes(int column) const {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)); // before its length
@@ -86,4 +84,4 @@ qint64 Statement::changed() const { return sqlite3_changes64(connection_); }
 
 qint64 Statement::insertedKey() const { return sqlite3_last_insert_rowid(connection_); }
 
-} // namespace molven
+} // namespace molven::sqlite

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "data/schema.h"
+#include "data/statement.h"
+
+#include <functional>
+#include <memory>
+#include <unordered_map>
+
+namespace molven {
+
+class Dialect;
+
+/// One connection to where database files lie. Every function throws DataError on a fault.
+class Engine {
+public:
+    enum class Opening { Existing, New };
+    /// An index as it stands, in the engine's own words.
+    struct MadeIndex {
+        QString name;
+        QString definition;
+    };
+
+    /// The engine of the place that a path names; attach() opens it. With Opening::New the first file is made.
+    static std::unique_ptr<Engine> at(const QString& path, Opening opening = Opening::Existing);
+    /// The address of the server that a path lies at; empty for a file of a folder.
+    static QString server(const QString& path);
+    /// One name for each file, however its path is written.
+    static QString canonical(const QString& path);
+    static bool exists(const QString& path);
+    static void discard(const QString& path);
+    /// Throws DataError unless a file lies there; on a server isOurs() tells.
+    static void require(const QString& path);
+
+    virtual ~Engine() = default;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    virtual const Dialect& dialect() const = 0;
+    /// Makes the tables of a file reachable; answers what stands before their names.
+    virtual QString attach(const QString& path) = 0;
+    virtual void detach(const QString& schema) = 0;
+    /// Whether the file is one of ours.
+    virtual bool isOurs(const QString& schema) = 0;
+    /// Version of the layout that a file has.
+    virtual qint64 version(const QString& schema) = 0;
+    virtual void markAsOurs(const QString& schema, qint64 version) = 0;
+
+    /// Runs one statement with bound values. It is prepared once.
+    Statement& run(const QString& sql, const QStringList& values = {});
+
+    /// Takes the write lock; waits for other workstations 10 s at most, then throws.
+    virtual void begin() = 0;
+    virtual void commit() = 0;
+    virtual void rollback() = 0;
+    /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
+    virtual void watch(std::function<bool()> goesOn) = 0;
+
+    /// Another value after every commit of another connection to this file, the same until then.
+    virtual qint64 changesElsewhere(const QString& schema) = 0;
+    /// The engine's own integrity check; empty when sound, else one line a fault.
+    virtual QStringList integrityFaults(const QString& schema) = 0;
+    /// Empty for a table that is not there.
+    virtual QStringList columns(const QString& schema, const Table& table) = 0;
+    virtual QList<MadeIndex> indexes(const QString& schema, const Table& table) = 0;
+    /// How indexes() would tell of an index with these traits.
+    virtual QString indexDefinition(const QString& schema, const Table& table, const Index& index, const QString& name,
+                                    Uniqueness uniqueness) const = 0;
+    virtual void createIndex(const QString& schema, const Table& table, const Index& index, const QString& name,
+                             Uniqueness uniqueness) = 0;
+    virtual void dropIndex(const QString& schema, const QString& name) = 0;
+    /// What the file holds besides these tables and their indexes: "trigger x", "table y".
+    virtual QStringList foreignObjects(const QString& schema, const QList<const Table*>& tables) = 0;
+    /// Fields that hold something else than they are for, and in how many records.
+    virtual QList<std::pair<const Field*, qint64>> misfits(const QString& schema, const Table& table) = 0;
+
+protected:
+    Engine() = default;
+    virtual std::unique_ptr<Statement> prepare(const QString& sql) = 0;
+    /// Refuses to go on in a transaction that the engine has undone by itself.
+    virtual void requireGoing() = 0;
+
+    std::unordered_map<QString, std::unique_ptr<Statement>> prepared_;
+};
+
+} // namespace molven

@@ -1,0 +1,151 @@
+#include "data/postgres/connection.h"
+
+#include <QSet>
+
+#include <libpq-fe.h>
+#include <poll.h>
+
+#include <vector>
+
+namespace molven::postgres {
+
+namespace {
+
+constexpr int AskEveryMs = 50;
+/// What every connection works by; a server's own settings must not change what records are found.
+const char* const Settings = "set client_encoding='UTF8'; set standard_conforming_strings=on; set lock_timeout='10s';"
+                             "set search_path=public; set default_transaction_isolation='read committed';"
+                             "set enable_seqscan=on; set client_min_messages=error";
+
+struct Known {
+    const char* state;
+    int number;
+    const char* description;
+};
+
+/// States of the server with a number and words of the program.
+constexpr Known States[] = {
+    {"23505", DataError::Double, "Cet enregistrement existe déjà."},
+    {"55P03", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
+    {"40001", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
+    {"40P01", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
+    {"53100", DataError::Full, "Le disque du serveur est plein, rien n'a été enregistré."},
+    {"53300", DataError::Busy, "Le serveur n'accepte plus de connexions, veuillez recommencer."},
+    {"42501", 8, "Votre compte n'a pas le droit d'écrire sur le serveur."},
+    {"25006", 8, "La base de données du serveur est protégée en écriture."},
+};
+
+const Known* known(const char* state) {
+    for (const Known& one : States)
+        if (qstrcmp(one.state, state) == 0) return &one;
+    return nullptr;
+}
+
+QString wordsOf(pg_conn* connection) { return QString::fromUtf8(PQerrorMessage(connection)).trimmed(); }
+
+} // namespace
+
+void ClearResult::operator()(pg_result* result) const { PQclear(result); }
+
+Connection::Connection(const QString& address) {
+    const QByteArray place = address.toUtf8();
+    const char* const names[] = {"dbname", "application_name", "connect_timeout", nullptr};
+    const char* const values[] = {place.constData(), "molven", "10", nullptr};
+    connection_ = PQconnectdbParams(names, values, 1);
+    if (!isLost()) {
+        begin();
+        return;
+    }
+    const QString words = wordsOf(connection_);
+    PQfinish(connection_);
+    throw DataError(DataError::CannotOpen,
+                    QStringLiteral("Le serveur de la base de données ne répond pas ou refuse la connexion."),
+                    {{DataError::CannotOpen, words}});
+}
+
+Connection::~Connection() { PQfinish(connection_); }
+
+void Connection::begin() {
+    ++generation_;
+    PQsetNoticeProcessor(
+        connection_, [](void*, const char*) {}, nullptr);
+    run(QString::fromLatin1(Settings));
+}
+
+bool Connection::isLost() const { return PQstatus(connection_) != CONNECTION_OK; }
+
+bool Connection::isBroken() const { return PQtransactionStatus(connection_) == PQTRANS_INERROR; }
+
+void Connection::reconnect() {
+    PQreset(connection_);
+    if (isLost()) fail(nullptr);
+    begin();
+}
+
+Result Connection::run(const QString& sql) { return checked(PQexec(connection_, sql.toUtf8().constData())); }
+
+void Connection::prepare(const QByteArray& name, const QString& sql) {
+    checked(PQprepare(connection_, name.constData(), sql.toUtf8().constData(), 0, nullptr));
+}
+
+Result Connection::run(const QString& sql, const QByteArray& name, const QStringList& values) {
+    std::vector<QByteArray> texts;
+    std::vector<const char*> given;
+    texts.reserve(static_cast<std::size_t>(values.size()));
+    for (const QString& value : values) {
+        texts.push_back(value.toUtf8());
+        given.push_back(value.isNull() ? nullptr : texts.back().constData());
+    }
+    const int count = static_cast<int>(given.size());
+    const int sent = name.isEmpty()
+                         ? PQsendQueryParams(connection_, sql.toUtf8().constData(), count, nullptr, given.data(),
+                                             nullptr, nullptr, 0)
+                         : PQsendQueryPrepared(connection_, name.constData(), count, given.data(), nullptr, nullptr, 0);
+    if (!sent) fail(nullptr);
+    return received();
+}
+
+Result Connection::received() {
+    bool isStopped = false;
+    while (goesOn_ && !isStopped && PQisBusy(connection_)) {
+        pollfd socket{PQsocket(connection_), POLLIN, 0};
+        poll(&socket, 1, AskEveryMs);
+        if (!PQconsumeInput(connection_)) break;
+        if (goesOn_()) continue;
+        isStopped = true;
+        char reason[256];
+        PGcancel* cancel = PQgetCancel(connection_);
+        PQcancel(cancel, reason, sizeof reason);
+        PQfreeCancel(cancel);
+    }
+    pg_result* last = nullptr;
+    while (pg_result* next = PQgetResult(connection_)) {
+        PQclear(last);
+        last = next;
+    }
+    return checked(last);
+}
+
+Result Connection::checked(pg_result* raw) {
+    Result result(raw);
+    const ExecStatusType status = PQresultStatus(raw);
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) fail(raw);
+    return result;
+}
+
+void Connection::fail(const pg_result* result) {
+    const char* found = result ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
+    const QString words = wordsOf(connection_);
+    if (isLost())
+        throw DataError(DataError::CannotOpen,
+                        QStringLiteral("La connexion au serveur de la base de données est perdue : ce qui n'était pas "
+                                       "validé n'est pas enregistré, veuillez recommencer."),
+                        {{DataError::CannotOpen, words}});
+    if (found && qstrcmp(found, "57014") == 0) throw Refusal(QStringLiteral("Opération abandonnée"));
+    const Known* one = found ? known(found) : nullptr;
+    const int number = one ? one->number : 1;
+    throw DataError(number, one ? QString::fromUtf8(one->description) : QStringLiteral("Erreur du moteur de données."),
+                    {{number, words}});
+}
+
+} // namespace molven::postgres

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "data/engine.h"
+#include "data/postgres/connection.h"
+
+namespace molven::postgres {
+
+/// One connection to the database of a dossier, in which each file of the catalogue is a schema.
+class Engine : public molven::Engine {
+public:
+    /// With Opening::New the database is prepared for the program's tables.
+    Engine(const QString& address, Opening opening);
+
+    /// Whether the schema of that file stands at its address.
+    static bool exists(const QString& path);
+    static void discard(const QString& path);
+
+    const Dialect& dialect() const override;
+    QString attach(const QString& path) override;
+    void detach(const QString& schema) override;
+    bool isOurs(const QString& schema) override;
+    qint64 version(const QString& schema) override;
+    void markAsOurs(const QString& schema, qint64 version) override;
+
+    void begin() override;
+    void commit() override;
+    void rollback() override;
+    void watch(std::function<bool()> goesOn) override { connection_.watch(std::move(goesOn)); }
+
+    qint64 changesElsewhere(const QString& schema) override;
+    QStringList integrityFaults(const QString& schema) override;
+    QStringList columns(const QString& schema, const Table& table) override;
+    QList<MadeIndex> indexes(const QString& schema, const Table& table) override;
+    QString indexDefinition(const QString& schema, const Table& table, const Index& index, const QString& name,
+                            Uniqueness uniqueness) const override;
+    void createIndex(const QString& schema, const Table& table, const Index& index, const QString& name,
+                     Uniqueness uniqueness) override;
+    void dropIndex(const QString& schema, const QString& name) override;
+    QStringList foreignObjects(const QString& schema, const QList<const Table*>& tables) override;
+    QList<std::pair<const Field*, qint64>> misfits(const QString& schema, const Table& table) override;
+
+protected:
+    std::unique_ptr<Statement> prepare(const QString& sql) override;
+    void requireGoing() override;
+
+private:
+    /// A statement changed records: the others are told with the commit.
+    void wrote();
+    void count();
+
+    Connection connection_;
+    bool inTransaction_ = false;
+    bool wrote_ = false; ///< in the transaction that is open
+    qint64 counted_ = 0; ///< changes of this connection
+    int statements_ = 0; ///< prepared so far, for their names
+};
+
+} // namespace molven::postgres

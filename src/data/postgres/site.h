@@ -1,0 +1,12 @@
+#pragma once
+
+namespace molven::postgres {
+
+class Connection;
+
+/// Gives a database what the program's tables and statements need there: the type of codes, the French order, the
+/// functions of its statements, the counter of changes. What is there already stays. Throws Refusal for a database that
+/// does not keep UTF-8 or does not sort by bytes.
+void prepareSite(Connection& connection);
+
+} // namespace molven::postgres

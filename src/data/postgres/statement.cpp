@@ -1,0 +1,86 @@
+#include "data/postgres/statement.h"
+
+#include <libpq-fe.h>
+
+namespace molven::postgres {
+
+namespace {
+
+constexpr Oid Numeric = 1700; ///< the server's type of a decimal number
+
+/// The same with $1, $2 ... for the question marks; those within quotes are text.
+QString withServersMarks(const QString& sql) {
+    QString text;
+    text.reserve(sql.size() + 32);
+    QChar quote;
+    int count = 0;
+    for (const QChar c : sql) {
+        if (quote.isNull() && c == u'?') {
+            text += u'$' + QString::number(++count);
+            continue;
+        }
+        if (quote.isNull() && (c == u'\'' || c == u'"'))
+            quote = c;
+        else if (c == quote)
+            quote = QChar();
+        text += c;
+    }
+    return text;
+}
+
+bool begins(const QString& sql, std::initializer_list<const char*> words) {
+    for (const char* word : words)
+        if (sql.startsWith(QLatin1String(word), Qt::CaseInsensitive)) return true;
+    return false;
+}
+
+} // namespace
+
+Statement::Statement(Connection& connection, const QString& sql, const QByteArray& name, std::function<void()> wrote)
+    : connection_(connection),
+      sql_(withServersMarks(sql)),
+      name_(begins(sql, {"select", "with", "insert", "update", "delete"}) ? name : QByteArray()),
+      wrote_(std::move(wrote)),
+      writes_(begins(sql, {"insert", "update", "delete"})) {}
+
+void Statement::run(const QStringList& values) {
+    finish();
+    if (!name_.isEmpty() && generation_ != connection_.generation()) {
+        connection_.prepare(name_, sql_);
+        generation_ = connection_.generation();
+    }
+    result_ = connection_.run(sql_, name_, values);
+    if (writes_) wrote_();
+}
+
+bool Statement::next() {
+    if (!result_ || row_ + 1 >= PQntuples(result_.get())) {
+        row_ = -1;
+        return false;
+    }
+    ++row_;
+    return true;
+}
+
+void Statement::finish() {
+    result_.reset();
+    row_ = -1;
+}
+
+QByteArrayView Statement::bytes(int column) const {
+    QByteArrayView value(PQgetvalue(result_.get(), row_, column), PQgetlength(result_.get(), row_, column));
+    if (PQftype(result_.get(), column) != Numeric || !value.contains('.')) return value;
+    while (value.endsWith('0')) value.chop(1);
+    if (value.endsWith('.')) value.chop(1);
+    return value;
+}
+
+qint64 Statement::integer(int column) const { return bytes(column).toLongLong(); }
+
+qint64 Statement::changed() const { return QByteArrayView(PQcmdTuples(result_.get())).toLongLong(); }
+
+qint64 Statement::insertedKey() const {
+    return PQntuples(result_.get()) == 1 ? QByteArrayView(PQgetvalue(result_.get(), 0, 0)).toLongLong() : 0;
+}
+
+} // namespace molven::postgres

@@ -1,0 +1,87 @@
+#include "data/sqlite/dialect.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace molven::sqlite {
+
+namespace {
+
+using Kind = Field::Kind;
+
+class SqliteDialect : public Dialect {
+public:
+    QString comparable(const QString& text, Kind kind) const override { return text + collation(kind); }
+
+    QString sorted(const QString& expression, Kind, bool descends) const override {
+        return descends ? expression + QStringLiteral(" desc") : expression;
+    }
+
+    QString isOneOf(const QString& expression, Kind, const QStringList& list, Sql& sql) const override {
+        const QByteArray json = QJsonDocument(QJsonArray::fromStringList(list)).toJson(QJsonDocument::Compact);
+        return QStringLiteral("%1 in (select value from json_each(%2))")
+            .arg(expression, sql.bind(QString::fromUtf8(json)));
+    }
+
+    QString hasKey(const QStringList& keys, Sql& sql) const override {
+        return QStringLiteral("rowid in (select value from json_each(%1))")
+            .arg(sql.bind(u'[' + keys.join(u',') + u']'));
+    }
+
+    QString matches(const QString& text, const QString& form) const override {
+        return QStringLiteral("%1 glob '%2'").arg(text, QString(form).replace(u'\'', QStringLiteral("''")));
+    }
+
+    QString numberIn(const QString& text) const override {
+        return QStringLiteral("cast(replace(%1,',','.') as real)").arg(text);
+    }
+
+    QString asText(const QString& expression, Kind kind) const override {
+        return kind == Kind::Number ? QStringLiteral("cast(%1 as text)").arg(expression) : expression;
+    }
+
+    /// Whole numbers add up exactly, binary fractions do not.
+    QString wholeSum(const Number& field) const override {
+        return QStringLiteral("sum(cast(round(%1*1e%2) as integer))").arg(field.name).arg(field.scale);
+    }
+
+    /// A cross join keeps the order in which the tables are stated: whoever joins knows which one is small.
+    QString join() const override { return QStringLiteral(" cross join "); }
+
+    /// A number is compared twice, since a text of 15 digits cannot stand for every number of the engine.
+    QString same(const Field& field, const QString& value, Sql& sql) const override {
+        const QString mark = sql.bindOrNull(value);
+        if (field.kind != Kind::Number) return QStringLiteral("%1 is %2 collate binary").arg(field.name, mark);
+        return QStringLiteral("(%1 is %2 or cast(%1 as text) is %3)").arg(field.name, mark, sql.bindOrNull(value));
+    }
+
+    QString differs(const Field& field, const QString& other) const override {
+        const QString exactly = field.kind == Kind::Number ? QString() : QStringLiteral(" collate binary");
+        return QStringLiteral("%1 is not %2%3").arg(field.name, other, exactly);
+    }
+
+    QString definition(const Field& field) const override {
+        return field.kind == Kind::Number
+                   ? field.name + QStringLiteral(" numeric")
+                   : field.name + QStringLiteral(" text not null default ''") + collation(field.kind);
+    }
+
+    QStringList ownColumns() const override { return {}; }
+    QString keyOfInserted() const override { return {}; }
+
+private:
+    static QString collation(Kind kind) {
+        return kind == Kind::Label  ? QStringLiteral(" collate french")
+               : kind == Kind::Code ? QStringLiteral(" collate nocase")
+                                    : QString();
+    }
+};
+
+} // namespace
+
+const Dialect& dialect() {
+    static const SqliteDialect made;
+    return made;
+}
+
+} // namespace molven::sqlite

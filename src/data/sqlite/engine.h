@@ -1,0 +1,55 @@
+#pragma once
+
+#include "data/engine.h"
+
+struct sqlite3;
+
+namespace molven::sqlite {
+
+/// One connection to database files of a folder: the first file is its main database, the others are attached, so that
+/// a commit covers all of them.
+class Engine : public molven::Engine {
+public:
+    explicit Engine(Opening opening) : opening_(opening) {}
+    ~Engine() override;
+
+    const Dialect& dialect() const override;
+    QString attach(const QString& path) override;
+    void detach(const QString& schema) override;
+    bool isOurs(const QString& schema) override;
+    qint64 version(const QString& schema) override;
+    void markAsOurs(const QString& schema, qint64 version) override;
+
+    void begin() override;
+    void commit() override;
+    void rollback() override;
+    void watch(std::function<bool()> goesOn) override;
+
+    qint64 changesElsewhere(const QString& schema) override;
+    QStringList integrityFaults(const QString& schema) override;
+    QStringList columns(const QString& schema, const Table& table) override;
+    QList<MadeIndex> indexes(const QString& schema, const Table& table) override;
+    QString indexDefinition(const QString& schema, const Table& table, const Index& index, const QString& name,
+                            Uniqueness uniqueness) const override;
+    void createIndex(const QString& schema, const Table& table, const Index& index, const QString& name,
+                     Uniqueness uniqueness) override;
+    void dropIndex(const QString& schema, const QString& name) override;
+    QStringList foreignObjects(const QString& schema, const QList<const Table*>& tables) override;
+    QList<std::pair<const Field*, qint64>> misfits(const QString& schema, const Table& table) override;
+
+protected:
+    std::unique_ptr<molven::Statement> prepare(const QString& sql) override;
+    void requireGoing() override;
+
+private:
+    /// A number that the engine keeps in the head of a file.
+    qint64 mark(const QString& schema, const char* name);
+
+    const Opening opening_;
+    sqlite3* connection_ = nullptr;
+    int attached_ = 0;
+    bool inTransaction_ = false;
+    std::function<bool()> goesOn_;
+};
+
+} // namespace molven::sqlite
