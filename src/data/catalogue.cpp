@@ -1,5 +1,7 @@
 #include "data/catalogue.h"
 
+#include "data/server_address.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -36,7 +38,8 @@ const CatalogueEntry& catalogueEntry(DataFile file) {
 }
 
 std::optional<DataFile> dataFileAt(const QString& path) {
-    const QString name = QFileInfo(path).fileName();
+    const QString name =
+        server_address::isOne(path) ? path.mid(server_address::folderOf(path).size()) : QFileInfo(path).fileName();
     for (const CatalogueEntry& entry : catalogue())
         if (entry.name.compare(name, Qt::CaseInsensitive) == 0) return entry.file;
     return std::nullopt;

@@ -64,16 +64,23 @@ QList<Record> Database::first(int most, const Table& table, const Criterion& cri
 }
 
 QString Database::firstValue(const QString& sql, const QStringList& values) {
+    engine_->lookIn(schema_);
+    const QString found = value(sql, values);
+    engine_->lookIn({});
+    return found;
+}
+
+QString Database::value(const QString& sql, const QStringList& values) {
     Statement& row = engine_->run(sql, values);
-    const QString value = row.next() ? row.text(0) : QString();
+    const QString found = row.next() ? row.text(0) : QString();
     row.finish();
-    return value;
+    return found;
 }
 
 QString Database::aggregate(const QString& function, const Table& table, const Criterion& criterion) {
     Sql sql{engine_->dialect()};
     const QString where = criterion.where(sql);
-    return firstValue(QStringLiteral("select %1 from %2%3").arg(function, qualified(table), where), sql.values);
+    return value(QStringLiteral("select %1 from %2%3").arg(function, qualified(table), where), sql.values);
 }
 
 qint64 Database::count(const Table& table, const Criterion& criterion) {

@@ -84,6 +84,10 @@ public:
     qint64 derive(const Table& table, const QList<Derived>& values, const QList<Derived>& further, const Joined& source,
                   const Criterion& criterion);
 
+    /// Takes all records of a table of another file in the place of its own, with their keys and without a word in the
+    /// journal, which comes along as a table of its own. `done` is told how many came. Number of records.
+    qint64 takeAll(Database from, const Table& table, const std::function<void(qint64)>& done);
+
     bool hasTable(const Table& table);
     QStringList columns(const Table& table);
     /// Another value after every commit of another connection to this file, the same until then.
@@ -93,7 +97,7 @@ public:
     /// The engine's own integrity check; empty when sound, else one line a fault.
     QStringList integrityFaults();
     /// First value of the first row that a statement gives, for inspection by tests and administrators. Unqualified
-    /// tables are those of this file when it is the first of its workspace.
+    /// tables are those of this file; in a folder only when it is the first of its workspace.
     QString firstValue(const QString& sql, const QStringList& values = {});
 
     const QString& path() const { return path_; }
@@ -115,6 +119,7 @@ private:
     /// Derived records from a source in another connection.
     qint64 copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
                        const QList<Derived>& further, Statement& rows);
+    QString value(const QString& sql, const QStringList& values);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
 

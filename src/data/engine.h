@@ -56,6 +56,8 @@ public:
     /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
     virtual void watch(std::function<bool()> goesOn) = 0;
 
+    /// Where statements of an administrator find the tables that they name without a file; nowhere for an empty name.
+    virtual void lookIn(const QString& schema) = 0;
     /// Another value after every commit of another connection to this file, the same until then.
     virtual qint64 changesElsewhere(const QString& schema) = 0;
     /// The engine's own integrity check; empty when sound, else one line a fault.
@@ -73,6 +75,11 @@ public:
     virtual QStringList foreignObjects(const QString& schema, const QList<const Table*>& tables) = 0;
     /// Fields that hold something else than they are for, and in how many records.
     virtual QList<std::pair<const Field*, qint64>> misfits(const QString& schema, const Table& table) = 0;
+
+    /// Adds many records, each a list of values that begins with its key, in one go; a null text is the engine's null.
+    virtual void load(const QString& qualifiedTable, const QString& columns, const QList<QStringList>& rows) = 0;
+    /// To be called once records were loaded: further ones get keys behind theirs.
+    virtual void loaded(const QString& qualifiedTable) = 0;
 
 protected:
     Engine() = default;

@@ -17,6 +17,13 @@ Database Workspace::open(const QString& path) {
     return Database(*this, *opened.engine, opened.schema, path);
 }
 
+bool Workspace::has(const QString& path) {
+    if (files_.contains(Engine::canonical(path))) return true;
+    if (Engine::server(path).isEmpty()) return Engine::exists(path);
+    Engine& server = engineFor(path, Engine::Opening::Existing);
+    return server.isOurs(server.attach(path));
+}
+
 Workspace::Opened Workspace::openOurs(const QString& path) {
     Opened opened{&engineFor(path, Engine::Opening::Existing), {}};
     try {

@@ -27,6 +27,8 @@ public:
     /// transaction has begun. A file of an earlier version is brought up to date first. Throws DataError for a file
     /// that is missing, damaged, foreign or of a later version.
     Database open(const QString& path);
+    /// Whether a database file lies there.
+    bool has(const QString& path);
 
     bool inTransaction() const { return depth_ > 0; }
 

@@ -4,6 +4,7 @@
 #include "data/errors.h"
 #include "data/file_rights.h"
 #include "data/server_address.h"
+#include "dossier/made_files.h"
 #include "dossier/passing_folder.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
@@ -18,31 +19,6 @@
 namespace molven::creation {
 
 namespace {
-
-/// Database files of a creation: given up, those on a server are taken away again; those of a folder go with it.
-class MadeOnServer {
-public:
-    MadeOnServer() = default;
-    ~MadeOnServer() {
-        for (const QString& path : paths_) {
-            try {
-                Database::discard(path);
-            } catch (const DataError&) { // the server is gone: the next creation tells what it finds
-            }
-        }
-    }
-    MadeOnServer(const MadeOnServer&) = delete;
-    MadeOnServer& operator=(const MadeOnServer&) = delete;
-
-    void create(const QString& path, DataFile file) {
-        Database::create(path, tablesOf(file));
-        if (server_address::isOne(path)) paths_.append(path);
-    }
-    void keep() { paths_.clear(); }
-
-private:
-    QStringList paths_;
-};
 
 template <class T>
 void insertRows(Database file, const T& table, const QList<QStringList>& rows) {
@@ -101,7 +77,7 @@ void fillCompta(Database compta) {
 }
 
 /// Every file that lies in these folders, with the entries a dossier cannot do without.
-void createFiles(const Session& session, const QList<Folder>& folders, const Options& options, MadeOnServer& made) {
+void createFiles(const Session& session, const QList<Folder>& folders, const Options& options, MadeFiles& made) {
     for (const CatalogueEntry& entry : catalogue())
         if (folders.contains(entry.folder)) made.create(session.path(entry.file), entry.file);
     Workspace workspace;
@@ -126,7 +102,7 @@ void makeFolder(const QString& folder) {
 }
 
 /// Fills the folder of a new installation.
-void build(const QString& folder, const Options& options, MadeOnServer& made) {
+void build(const QString& folder, const Options& options, MadeFiles& made) {
     const bool isOnServer = !options.server.isEmpty();
     const QString base = isOnServer ? server_address::folder(options.server) : QStringLiteral("data/");
     const QString second = isOnServer ? base + QStringLiteral("gv/") : QStringLiteral("gv/");
@@ -183,7 +159,7 @@ Session addDossier(const Options& options) {
     const bool isOnServer = !options.server.isEmpty();
     if (!isOnServer && QDir(options.folder + u'/' + name).exists())
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder + u'/' + name));
-    MadeOnServer made;
+    MadeFiles made;
     buildWhole(options.folder, [&](const QString& folder) {
         Session session;
         session.chemin_base = isOnServer ? server_address::folder(options.server) : folder + u'/' + name + u'/';
@@ -227,7 +203,7 @@ Session create(const Options& options) {
         if (options.addToSocieties) return addDossier(options);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
     }
-    MadeOnServer made;
+    MadeFiles made;
     buildWhole(options.folder, [&](const QString& folder) { build(folder, options, made); });
     made.keep();
     const Session session = open(options.folder);

@@ -8,8 +8,6 @@
 #include "sales/replenishment.h"
 #include "stock/set_overview.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace molven::day_work {
@@ -67,7 +65,7 @@ QList<ExpiringDepot> expiring(Database molven, const QDate& today) {
 
 /// A file of one of the folders, where it is there.
 std::optional<Database> openIfThere(Workspace& workspace, const QString& path) {
-    return QFile::exists(path) ? std::optional<Database>(workspace.open(path)) : std::nullopt;
+    return workspace.has(path) ? std::optional<Database>(workspace.open(path)) : std::nullopt;
 }
 
 void countSets(Figures& figures, Database molven, Database ancillaire) {

@@ -348,7 +348,8 @@ void nameClients(const Session& session) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     Transaction transaction(workspace, Deed);
-    for (const QString& code : molven.countBy(strclient, strclient.clt_cod, {}).keys()) {
+    for (const QStringList& client : molven.values(strclient, {&strclient.clt_cod})) {
+        const QString& code = client.first();
         const QString siren = keyed(QStringLiteral("89") + code, identifiers::isSiren);
         molven.update(strclient, {{strclient.clt_nic, keyed(siren + QStringLiteral("0001"), identifiers::isSiret)}},
                       strclient.clt_cod == code);

@@ -15,7 +15,6 @@
 #include "stock/unit_tables.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QSet>
 
 namespace molven::references {
@@ -50,7 +49,7 @@ void Files::openOtherFolders(const Session& session) {
     for (const QString& folder : startup::otherFolders(session)) {
         for (const DataFile file : {DataFile::Vente, DataFile::Proforma}) {
             const QString path = folder + catalogueEntry(file).name;
-            if (!QFileInfo::exists(path)) continue;
+            if (!Database::exists(path)) continue;
             others_.push_back(std::make_unique<Workspace>());
             searched_.push_back(
                 {file, others_.back()->open(path), QStringLiteral(" (dossier %1)").arg(QDir(folder).dirName()), true});

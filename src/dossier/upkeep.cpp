@@ -8,6 +8,7 @@
 #include "data/file_rights.h"
 #include "data/presence.h"
 #include "data/require.h"
+#include "data/server_address.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
 
@@ -27,6 +28,14 @@ QStringList userFolders() {
 void requireElsewhere(const Session& session, const QString& target, const QString& box) {
     require(QDir(target).canonicalPath() != QDir(session.chemin_base).canonicalPath(),
             QStringLiteral("La sauvegarde ne peut pas se faire dans le dossier des données"), box);
+}
+
+/// The files of a server are the server's.
+void requireFolder(const Session& session) {
+    require(
+        !server_address::isOne(session.chemin_base),
+        QStringLiteral("Ce dossier est sur un serveur : c'est là que l'administrateur le sauvegarde et le compacte"),
+        QString());
 }
 
 /// The files of a folder that are saved.
@@ -127,6 +136,7 @@ QString backupTarget(const Session& session, const QString& typed) {
 
 Saved backUp(const Session& session, const QString& target, const Progress& progress) {
     requireBackupHere(session);
+    requireFolder(session);
     QList<file_copies::Copy> copies;
     addCopies(copies, session.chemin_base, target);
     if (session.rules().backsUpUserFolders())
@@ -142,6 +152,7 @@ QDate lastBackup(const Session& session) {
 }
 
 QString addGeneration(const Session& session, const QString& target, int kept, const Progress& progress) {
+    requireFolder(session);
     requireElsewhere(session, target, QString());
     // A disk that is not there must not become a folder of the machine's own.
     require(QDir(target).exists() || QDir().mkdir(target),
@@ -183,6 +194,7 @@ QList<Verified> verify(const QString& folder) {
 }
 
 void compact(const Session& session, const Progress& progress) {
+    requireFolder(session);
     const QStringList files = compactedFiles(session);
     QStringList folders{session.chemin_base};
     for (const QString& file : files) folders.append(QFileInfo(file).path());

@@ -47,7 +47,7 @@ QList<Finding> offered(Kind kind, const QList<codes::Offer>& offers) {
 FindAnything::FindAnything(const Session& session)
     : session_(session), molven_(workspace_.open(session.molven())), vente_(workspace_.open(session.vente())) {
     const auto openIfThere = [&](DataFile file, std::optional<Database>& opened) {
-        if (const QString path = session.path(file); Database::exists(path)) opened = workspace_.open(path);
+        if (const QString path = session.path(file); workspace_.has(path)) opened = workspace_.open(path);
     };
     openIfThere(DataFile::Historic, historic_);
     openIfThere(DataFile::Proforma, proforma_);

@@ -7,8 +7,6 @@
 #include "sales/documents.h"
 #include "sales/lines.h"
 
-#include <QFile>
-
 namespace molven::proformas {
 
 namespace {
@@ -67,7 +65,7 @@ Delivered deliver(SalesBook& book, const Record& asRead) {
 
 void release(SalesBook& deliveries, const Record& note) {
     const QString path = deliveries.session().path(DataFile::Proforma);
-    if (!QFile::exists(path)) return;
+    if (!deliveries.workspace.has(path)) return;
     deliveries.workspace.open(path).update(
         strface, {{strface.fac_blv, documents::NotInvoiced}, {strface.fac_cpt, documents::Open}},
         strface.fac_blv == note[strlive.fac_no] && strface.fac_cpt == documents::Transferred);

@@ -13,7 +13,6 @@
 #include "stock/immatriculation.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -195,8 +194,8 @@ QList<Record> find(const Session& session, const TrailSubject& subject, const QS
     for (const CatalogueEntry& entry : catalogue()) {
         const QList<const Table*> tables = asked(entry.file, selection);
         const QString path = session.path(entry.file);
-        if (tables.isEmpty() || !QFile::exists(path)) continue;
         Workspace workspace;
+        if (tables.isEmpty() || !workspace.has(path)) continue;
         for (const Record& row : workspace.open(path).select(strjournal, criterion))
             for (const Table* table : tables)
                 if (table->name == row[strjournal.jou_tab]) entries.append({row, table, entry.file});

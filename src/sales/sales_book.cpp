@@ -1,7 +1,5 @@
 #include "sales/sales_book.h"
 
-#include <QFile>
-
 namespace molven {
 
 namespace {
@@ -11,7 +9,7 @@ namespace {
 Database openDocuments(Workspace& workspace, const Session& session, const DocumentKind& kind) {
     workspace.open(session.vente());
     const QString proformas = session.path(DataFile::Proforma);
-    if (kind.isDelivery() && QFile::exists(proformas)) workspace.open(proformas);
+    if (kind.isDelivery() && workspace.has(proformas)) workspace.open(proformas);
     return workspace.open(session.path(kind.file));
 }
 

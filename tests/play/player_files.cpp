@@ -6,6 +6,7 @@
 #include "data/database.h"
 #include "data/dates.h"
 #include "data/errors.h"
+#include "data/server_address.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,7 +22,10 @@ QString dossierFile(const Session& session, const QString& name) {
     const auto found = std::find_if(catalogue().begin(), catalogue().end(), [&name](const CatalogueEntry& entry) {
         return entry.name.compare(name, Qt::CaseInsensitive) == 0;
     });
-    return found == catalogue().end() ? session.chemin_base + name : session.path(found->file);
+    if (found != catalogue().end()) return session.path(found->file);
+    // Other files lie around the data folder, which a dossier on a server does without.
+    const bool isOnServer = server_address::isOne(session.chemin_base);
+    return (isOnServer ? session.programFile(QStringLiteral("data/")) : session.chemin_base) + name;
 }
 
 } // namespace

@@ -44,6 +44,8 @@ QString manual();
 QString completion();
 
 Command createCommand();
+Command serverCommand();
+Command migrateCommand();
 Command guideCommand();
 Command demoCommand();
 Command checkCommand();

@@ -28,13 +28,31 @@ const QString ExitCodes =
 } // namespace
 
 const QList<Command>& words() {
-    static const QList<Command> all{
-        createCommand(),          demoCommand(),        checkCommand(),    traceCommand(),
-        recallCommand(),          journalCommand(),     companyCommand(),  importCommand(),
-        exportCommand(),          restoreCommand(),     recountCommand(),  replenishCommand(),
-        statisticsCommand(),      commissionsCommand(), transferCommand(), invoiceCommand(),
-        receivedInvoiceCommand(), backupCommand(),      verifyCommand(),   archiveCommand(),
-        reactivateCommand(),      convertCommand(),     guideCommand()};
+    static const QList<Command> all{createCommand(),
+                                    demoCommand(),
+                                    checkCommand(),
+                                    traceCommand(),
+                                    recallCommand(),
+                                    journalCommand(),
+                                    companyCommand(),
+                                    importCommand(),
+                                    exportCommand(),
+                                    restoreCommand(),
+                                    recountCommand(),
+                                    replenishCommand(),
+                                    statisticsCommand(),
+                                    commissionsCommand(),
+                                    transferCommand(),
+                                    invoiceCommand(),
+                                    receivedInvoiceCommand(),
+                                    backupCommand(),
+                                    verifyCommand(),
+                                    archiveCommand(),
+                                    reactivateCommand(),
+                                    convertCommand(),
+                                    serverCommand(),
+                                    migrateCommand(),
+                                    guideCommand()};
     return all;
 }
 

@@ -47,10 +47,15 @@ QString wordsOf(pg_conn* connection) { return QString::fromUtf8(PQerrorMessage(c
 
 void ClearResult::operator()(pg_result* result) const { PQclear(result); }
 
-Connection::Connection(const QString& address) {
-    const QByteArray place = address.toUtf8();
-    const char* const names[] = {"dbname", "application_name", "connect_timeout", nullptr};
-    const char* const values[] = {place.constData(), "molven", "10", nullptr};
+/// An address may hold further options; what comes later in the list wins.
+Connection::Connection(const QString& address, const QString& database) {
+    if (!option(address, "password").isEmpty())
+        throw Refusal(QStringLiteral("Une adresse ne porte pas de mot de passe : il se met dans le fichier .pgpass du "
+                                     "compte, ou dans son fichier de services"));
+    const QByteArray place = address.toUtf8(), other = database.toUtf8();
+    const char* const names[] = {"connect_timeout", "application_name", "dbname",
+                                 database.isEmpty() ? nullptr : "dbname", nullptr};
+    const char* const values[] = {"10", "molven", place.constData(), other.constData(), nullptr};
     connection_ = PQconnectdbParams(names, values, 1);
     if (!isLost()) {
         begin();
@@ -61,6 +66,19 @@ Connection::Connection(const QString& address) {
     throw DataError(DataError::CannotOpen,
                     QStringLiteral("Le serveur de la base de données ne répond pas ou refuse la connexion."),
                     {{DataError::CannotOpen, words}});
+}
+
+QString Connection::option(const QString& address, const char* name) {
+    char* words = nullptr;
+    const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> options(
+        PQconninfoParse(address.toUtf8().constData(), &words), PQconninfoFree);
+    if (!options) {
+        PQfreemem(words);
+        throw Refusal(QStringLiteral("Adresse de serveur incorrecte : %1").arg(address));
+    }
+    for (const PQconninfoOption* one = options.get(); one->keyword; ++one)
+        if (qstrcmp(one->keyword, name) == 0) return QString::fromUtf8(one->val);
+    return {};
 }
 
 Connection::~Connection() { PQfinish(connection_); }
@@ -103,6 +121,15 @@ Result Connection::run(const QString& sql, const QByteArray& name, const QString
                          : PQsendQueryPrepared(connection_, name.constData(), count, given.data(), nullptr, nullptr, 0);
     if (!sent) fail(nullptr);
     return received();
+}
+
+void Connection::copyIn(const QString& sql, const QByteArray& lines) {
+    const Result begun(PQexec(connection_, sql.toUtf8().constData()));
+    if (PQresultStatus(begun.get()) != PGRES_COPY_IN) fail(begun.get());
+    if (PQputCopyData(connection_, lines.constData(), static_cast<int>(lines.size())) != 1 ||
+        PQputCopyEnd(connection_, nullptr) != 1)
+        fail(nullptr);
+    received();
 }
 
 Result Connection::received() {

@@ -21,11 +21,14 @@ constexpr int SiteLock = 0x4D4F4C56;
 /// One connection to a server. Every function throws DataError on a fault, with the engines' common numbers.
 class Connection {
 public:
-    /// Connects to an address; waits 10 s at most.
-    explicit Connection(const QString& address);
+    /// Connects to an address, or to another database of its server; waits 10 s at most.
+    explicit Connection(const QString& address, const QString& database = {});
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
+
+    /// What an address says of an option ("dbname"); empty when it says nothing. Throws Refusal for what is no address.
+    static QString option(const QString& address, const char* name);
 
     /// Runs statements without values, separated by semicolons; answers the last one's result.
     Result run(const QString& sql);
@@ -33,6 +36,9 @@ public:
     void prepare(const QByteArray& name, const QString& sql);
     /// Runs what is prepared under the name, or the statement itself without one; a null text is the server's null.
     Result run(const QString& sql, const QByteArray& name, const QStringList& values);
+
+    /// Adds what a text in the server's own form holds to a table: "copy ... from stdin" and its lines.
+    void copyIn(const QString& sql, const QByteArray& lines);
 
     /// A number that grows whenever the connection was made anew: what was prepared before is gone.
     int generation() const { return generation_; }

@@ -15,6 +15,14 @@ namespace {
 /// One row a schema: the version of its layout.
 QString layoutOf(const QString& schema) { return schema + QStringLiteral(".molven_layout"); }
 
+/// A value as the server reads it in a copied line.
+QString escaped(QString value) {
+    return value.replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'\t', QStringLiteral("\\t"))
+        .replace(u'\n', QStringLiteral("\\n"))
+        .replace(u'\r', QStringLiteral("\\r"));
+}
+
 const QString Count = QStringLiteral("update molven_changes set number=number+1");
 
 } // namespace
@@ -92,6 +100,11 @@ void Engine::requireGoing() {
 
 std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
     return std::make_unique<Statement>(connection_, sql, "s" + QByteArray::number(++statements_), [this] { wrote(); });
+}
+
+void Engine::lookIn(const QString& schema) {
+    connection_.run(QStringLiteral("set search_path=") + (schema.isEmpty() ? QString() : schema + u',') +
+                    QStringLiteral("public"));
 }
 
 qint64 Engine::changesElsewhere(const QString&) {
@@ -173,5 +186,22 @@ QStringList Engine::foreignObjects(const QString& schema, const QList<const Tabl
 
 /// The server's columns hold what they are for.
 QList<std::pair<const Field*, qint64>> Engine::misfits(const QString&, const Table&) { return {}; }
+
+void Engine::load(const QString& qualifiedTable, const QString& columns, const QList<QStringList>& rows) {
+    requireGoing();
+    QByteArray lines;
+    for (const QStringList& row : rows) {
+        QStringList values;
+        for (const QString& value : row) values.append(value.isNull() ? QStringLiteral("\\N") : escaped(value));
+        lines += values.join(u'\t').toUtf8() + '\n';
+    }
+    connection_.copyIn(QStringLiteral("copy %1 (rowid,%2) from stdin").arg(qualifiedTable, columns), lines);
+    wrote();
+}
+
+void Engine::loaded(const QString& qualifiedTable) {
+    run(QStringLiteral("select setval(pg_get_serial_sequence('%1','rowid'),coalesce(max(rowid),0)+1,false) from %1")
+            .arg(qualifiedTable));
+}
 
 } // namespace molven::postgres

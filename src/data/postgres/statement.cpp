@@ -6,7 +6,8 @@ namespace molven::postgres {
 
 namespace {
 
-constexpr Oid Numeric = 1700; ///< the server's type of a decimal number
+/// Types of the server.
+constexpr Oid Numeric = 1700, Boolean = 16;
 
 /// The same with $1, $2 ... for the question marks; those within quotes are text.
 QString withServersMarks(const QString& sql) {
@@ -69,6 +70,7 @@ void Statement::finish() {
 
 QByteArrayView Statement::bytes(int column) const {
     QByteArrayView value(PQgetvalue(result_.get(), row_, column), PQgetlength(result_.get(), row_, column));
+    if (PQftype(result_.get(), column) == Boolean) return value == QByteArrayView("t") ? "1" : "0";
     if (PQftype(result_.get(), column) != Numeric || !value.contains('.')) return value;
     while (value.endsWith('0')) value.chop(1);
     if (value.endsWith('.')) value.chop(1);

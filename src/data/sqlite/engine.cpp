@@ -153,4 +153,13 @@ QList<std::pair<const Field*, qint64>> Engine::misfits(const QString& schema, co
     return found;
 }
 
+void Engine::load(const QString& qualifiedTable, const QString& columns, const QList<QStringList>& rows) {
+    const QStringList marks(columns.count(u',') + 2, QStringLiteral("?"));
+    const QString sql =
+        QStringLiteral("insert into %1 (rowid,%2) values (%3)").arg(qualifiedTable, columns, marks.join(u','));
+    for (const QStringList& row : rows) run(sql, row);
+}
+
+void Engine::loaded(const QString&) {}
+
 } // namespace molven::sqlite

@@ -25,6 +25,7 @@ public:
     void rollback() override;
     void watch(std::function<bool()> goesOn) override;
 
+    void lookIn(const QString&) override {}
     qint64 changesElsewhere(const QString& schema) override;
     QStringList integrityFaults(const QString& schema) override;
     QStringList columns(const QString& schema, const Table& table) override;
@@ -36,6 +37,8 @@ public:
     void dropIndex(const QString& schema, const QString& name) override;
     QStringList foreignObjects(const QString& schema, const QList<const Table*>& tables) override;
     QList<std::pair<const Field*, qint64>> misfits(const QString& schema, const Table& table) override;
+    void load(const QString& qualifiedTable, const QString& columns, const QList<QStringList>& rows) override;
+    void loaded(const QString& qualifiedTable) override;
 
 protected:
     std::unique_ptr<molven::Statement> prepare(const QString& sql) override;

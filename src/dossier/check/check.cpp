@@ -2,8 +2,10 @@
 
 #include "data/errors.h"
 #include "data/layout.h"
+#include "data/server_address.h"
 #include "data/snapshot.h"
 #include "dossier/check/checks.h"
+#include "dossier/migration.h"
 #include "reference/seller_tables.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
@@ -13,6 +15,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
+#include <QTemporaryDir>
 
 #include <algorithm>
 
@@ -269,7 +272,44 @@ void checkRecords(const Session& copied, Faults& faults) {
 
 } // namespace
 
+namespace {
+
+/// What only a server can break: its schemas, and the indexes that the copy makes anew.
+void checkServer(const QList<migration::Move>& files, Faults& faults) {
+    for (const migration::Move& file : files) {
+        const CatalogueEntry& entry = catalogueEntry(file.file);
+        const QList<const Table*>& tables = tablesOf(file.file);
+        for (const auto& [table, text] : Layout::indexFaults(file.from, tables))
+            faults.append({entry.name, table->name, text, &kind::Indexes, {file.from, table, {}}});
+        for (const QString& object : Layout::foreignObjects(file.from, tables))
+            faults.append({entry.name, object, QStringLiteral("ne vient pas du programme"), &kind::Foreign});
+    }
+}
+
+/// A dossier on a server is copied into a folder and read there.
+Faults runOnServer(const Session& session) {
+    const QTemporaryDir folder;
+    if (!folder.isValid()) throw DataError(DataError::CannotOpen, folder.errorString());
+    const QString base = folder.filePath(QStringLiteral("donnees/"));
+    const QList<migration::Move> files = migration::moves(session, base);
+    for (const migration::Move& file : files) QDir().mkpath(QFileInfo(file.to).path());
+    migration::copy(files, {});
+    Session copied = session;
+    copied.chemin_base = base;
+    if (!session.chemin_util.isEmpty()) copied.chemin_util = base + session.chemin_util.mid(session.chemin_base.size());
+    if (!session.chemin_gv.isEmpty()) copied.chemin_gv = base + QStringLiteral("gv/");
+    Faults faults = run(copied);
+    for (Fault& fault : faults)
+        for (const migration::Move& file : files)
+            if (fault.place.path == file.to) fault.place.path = file.from;
+    checkServer(files, faults);
+    return faults;
+}
+
+} // namespace
+
 QList<Fault> run(const Session& session) {
+    if (server_address::isOne(session.chemin_base)) return runOnServer(session);
     const Copies copies(session);
     const Snapshot snapshot(fileNames(), copies.folders());
     const Session copied = copies.session(snapshot.folder());
