@@ -72,11 +72,13 @@ Database Workspace::openAsIs(const QString& path, Engine::Opening opening) {
 }
 
 void Workspace::requireOurs(const Opened& opened, const QString& path) {
-    if (!opened.engine->isOurs(opened.schema))
+    if (!opened.engine->isOurs(opened.schema)) {
+        if (!Engine::server(path).isEmpty())
+            throw DataError(DataError::CannotOpen,
+                            QStringLiteral("Impossible de trouver la base '%1' sur le serveur.").arg(path));
         throw DataError(DataError::NotADatabase,
-                        Engine::server(path).isEmpty()
-                            ? QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path)
-                            : QStringLiteral("Impossible de trouver la base '%1' sur le serveur.").arg(path));
+                        QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
+    }
     const qint64 version = opened.engine->version(opened.schema);
     if (version > Layout::Version)
         throw DataError(DataError::NotADatabase,

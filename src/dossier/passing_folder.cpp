@@ -13,13 +13,8 @@
 
 namespace molven::passing_folder {
 
-QString at(const QString& address) {
-    static std::map<QString, QTemporaryDir> made;
-    const bool isKnown = made.contains(address);
-    const QTemporaryDir& folder = made[address];
-    if (!folder.isValid()) throw Refusal(folder.errorString());
-    if (isKnown) return folder.path();
-    const QDir place(folder.path());
+void make(const QString& folder, const QString& address) {
+    const QDir place(folder);
     place.mkpath(QStringLiteral("tri"));
     for (const CatalogueEntry& entry : catalogue())
         if (entry.folder == Folder::Work)
@@ -27,6 +22,14 @@ QString at(const QString& address) {
     writeLine(place.filePath(QStringLiteral("CHEMIN.HC")), address);
     writeLine(place.filePath(QStringLiteral("CHEMIN_GV.HC")), server_address::folder(address) + QStringLiteral("gv/"));
     writeLine(place.filePath(QStringLiteral("TRI.HC")), QStringLiteral("tri\\"));
+}
+
+QString at(const QString& address) {
+    static std::map<QString, QTemporaryDir> made;
+    const bool isKnown = made.contains(address);
+    const QTemporaryDir& folder = made[address];
+    if (!folder.isValid()) throw Refusal(folder.errorString());
+    if (!isKnown) make(folder.path(), address);
     return folder.path();
 }
 

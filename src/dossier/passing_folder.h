@@ -8,4 +8,7 @@ namespace molven::passing_folder {
 /// with its files. It is gone when the program ends.
 QString at(const QString& address);
 
+/// Makes the same in an empty folder that stays.
+void make(const QString& folder, const QString& address);
+
 } // namespace molven::passing_folder

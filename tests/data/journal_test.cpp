@@ -1,3 +1,4 @@
+#include "support/data_folder.h"
 #include "support/dossier.h"
 
 #include "data/clock.h"
@@ -51,7 +52,7 @@ protected:
         add("STEM", 3);
     }
 
-    QTemporaryDir folder;
+    test::DataFolder folder;
     QString first, second;
     Workspace workspace;
     std::optional<Database> articles, lines;

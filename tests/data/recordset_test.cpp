@@ -1,3 +1,4 @@
+#include "support/data_folder.h"
 #include "support/dossier.h"
 
 #include "data/collation.h"
@@ -34,7 +35,7 @@ protected:
         return found;
     }
 
-    QTemporaryDir folder;
+    test::DataFolder folder;
     QString path;
     int last = 0;
 };
@@ -165,7 +166,7 @@ protected:
 
     QString stored(const Field& field) { return Workspace().open(path).find(strarticle, {})->value(field); }
 
-    QTemporaryDir folder;
+    test::DataFolder folder;
     QString path;
     Record asRead;
 };

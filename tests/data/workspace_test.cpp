@@ -1,9 +1,11 @@
+#include "support/data_folder.h"
 #include "support/dossier.h"
 
 #include "reference/party_tables.h"
 #include "sales/document_tables.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -40,7 +42,7 @@ protected:
         return workspace.open(second).count(strlive);
     }
 
-    QTemporaryDir folder;
+    test::DataFolder folder;
     QString first, second;
 };
 
@@ -122,7 +124,7 @@ TEST_F(TwoFiles, MissingForeignDamagedAndLaterFilesAreTold) {
         });
     };
     EXPECT_EQ(opening(folder.filePath(QStringLiteral("absent.mdb"))), DataError::CannotOpen);
-    EXPECT_EQ(opening(folder.path()), DataError::CannotOpen);
+    EXPECT_EQ(opening(QFileInfo(first).path()), DataError::CannotOpen);
 
     const QString foreign = folder.filePath(QStringLiteral("texte.mdb"));
     QFile text(foreign);

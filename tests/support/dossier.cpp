@@ -2,6 +2,7 @@
 
 #include "data/format.h"
 #include "dossier/creation.h"
+#include "dossier/passing_folder.h"
 #include "reference/articles.h"
 #include "reference/code_tables.h"
 #include "reference/ean.h"
@@ -11,6 +12,8 @@
 #include "sales/documents.h"
 #include "sales/unit_rules.h"
 #include "stock/units.h"
+
+#include <map>
 
 namespace molven::test {
 
@@ -71,7 +74,28 @@ void addArticle(Database molven, Database compta, Database gencode, const Compan
 
 } // namespace
 
+namespace {
+
+/// A dossier of each company on the server, from which the others are copied.
+const DataFolder& original(const QString& company) {
+    static std::map<QString, std::unique_ptr<DataFolder>> made;
+    std::unique_ptr<DataFolder>& data = made[company];
+    if (!data) {
+        data = std::make_unique<DataFolder>();
+        Dossier::addReference(creation::create({data->address(), company, QStringLiteral("SOCIETE D'ESSAI"), false}));
+    }
+    return *data;
+}
+
+} // namespace
+
 Dossier::Dossier(const QString& company) {
+    if (DataFolder::isOnServer()) {
+        data_ = std::make_unique<DataFolder>(&original(company));
+        passing_folder::make(folder_.path(), data_->address());
+        session = creation::open(folder_.path());
+        return;
+    }
     session = creation::create({folder_.path(), company, QStringLiteral("SOCIETE D'ESSAI"), false});
     addReference(session);
 }

@@ -6,10 +6,13 @@
 #include "sales/sales_book.h"
 #include "shell/session.h"
 #include "stock/receipt.h"
+#include "support/data_folder.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 namespace molven::test {
 
@@ -38,6 +41,7 @@ public:
 
 private:
     QTemporaryDir folder_;
+    std::unique_ptr<DataFolder> data_; ///< on a server
 };
 
 /// A header created for a client, and a line of an article or a unit, as a screen makes them.
