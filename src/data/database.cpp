@@ -53,7 +53,7 @@ std::optional<Record> Database::find(const Table& table, const Criterion& criter
 
 QList<Record> Database::first(int most, const Table& table, const Criterion& criterion, const Order& order) {
     Sql sql{engine_->dialect()};
-    const QString where = criterion.where(sql), sorted = order.in(sql);
+    const QString where = criterion.where(sql), sorted = order.in(sql, sql.dialect.byKey(order.isEmpty()));
     Statement& rows = engine_->run(QStringLiteral("select %1 from %2%3%4 limit %5")
                                        .arg(table.columns(), qualified(table), where, sorted, QString::number(most)),
                                    sql.values);

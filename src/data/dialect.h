@@ -16,6 +16,9 @@ public:
     virtual QString comparable(const QString& text, Field::Kind kind) const = 0;
     /// A term of a sort order: nulls come before all numbers.
     virtual QString sorted(const QString& expression, Field::Kind kind, bool descends) const = 0;
+    /// What puts records of the same rank in the order of their keys, where the engine does not by itself; `alone` when
+    /// nothing else ranks them.
+    virtual QString byKey(bool alone) const = 0;
     /// The expression is one of a list that is bound as one value, for lists of any length.
     virtual QString isOneOf(const QString& expression, Field::Kind kind, const QStringList& list, Sql& sql) const = 0;
     /// The key of a record is one of these.

@@ -15,7 +15,7 @@ using test::refusalOf;
 
 namespace {
 
-Decimal number(const char* text) { return Decimal::fromText(QString::fromLatin1(text)); }
+Decimal amountOf(const char* text) { return Decimal::fromText(QString::fromLatin1(text)); }
 
 class SalesLimits : public test::Sales {
 protected:
@@ -164,8 +164,8 @@ TEST_F(SalesLimits, AddUpTheVatOfEveryCode) {
     fourth.line[strfacl.fac_tva] = QStringLiteral("4");
     document_lines::add(invoices, header, {lineOfArticle(invoices, header, QStringLiteral("FEE")), fourth});
     const Record total = documents::current(invoices, header);
-    EXPECT_EQ(totals::otherVat(strface, total), number("2.1"));
-    EXPECT_EQ(total[strface.fac_ttc], number("207.6"));
+    EXPECT_EQ(totals::otherVat(strface, total), amountOf("2.1"));
+    EXPECT_EQ(total[strface.fac_ttc], amountOf("207.6"));
 }
 
 TEST_F(SalesLimits, RecogniseAnArticleNotSubjectToApproval) {

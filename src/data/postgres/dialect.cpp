@@ -31,6 +31,9 @@ public:
         return expression + (descends ? QStringLiteral(" desc nulls last") : QStringLiteral(" nulls first"));
     }
 
+    /// The sum keeps the server from walking through all keys to the first that fits.
+    QString byKey(bool alone) const override { return alone ? QStringLiteral("rowid+0") : QStringLiteral("rowid"); }
+
     QString isOneOf(const QString& expression, Kind kind, const QStringList& list, Sql& sql) const override {
         return QStringLiteral("%1 = any(%2::%3[])").arg(expression, sql.bind(arrayOf(list)), type(kind));
     }

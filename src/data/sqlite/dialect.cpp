@@ -17,6 +17,8 @@ public:
         return descends ? expression + QStringLiteral(" desc") : expression;
     }
 
+    QString byKey(bool) const override { return {}; }
+
     QString isOneOf(const QString& expression, Kind, const QStringList& list, Sql& sql) const override {
         const QByteArray json = QJsonDocument(QJsonArray::fromStringList(list)).toJson(QJsonDocument::Compact);
         return QStringLiteral("%1 in (select value from json_each(%2))")
