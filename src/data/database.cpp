@@ -8,6 +8,8 @@
 #include "data/layout.h"
 #include "data/row_reader.h"
 
+#include <QScopeGuard>
+
 namespace molven {
 
 namespace {
@@ -65,9 +67,8 @@ QList<Record> Database::first(int most, const Table& table, const Criterion& cri
 
 QString Database::firstValue(const QString& sql, const QStringList& values) {
     engine_->lookIn(schema_);
-    const QString found = value(sql, values);
-    engine_->lookIn({});
-    return found;
+    const auto back = qScopeGuard([this] { engine_->lookNowhere(); });
+    return value(sql, values);
 }
 
 QString Database::value(const QString& sql, const QStringList& values) {

@@ -53,11 +53,14 @@ public:
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
+    /// Takes back what was written since the savepoint of that name; a fault since then is forgotten.
+    virtual void rollbackTo(const QString& savepoint) = 0;
     /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
     virtual void watch(std::function<bool()> goesOn) = 0;
 
-    /// Where statements of an administrator find the tables that they name without a file; nowhere for an empty name.
+    /// Where statements of an administrator find the tables that they name without a file, until lookNowhere().
     virtual void lookIn(const QString& schema) = 0;
+    virtual void lookNowhere() noexcept = 0;
     /// Another value after every commit of another connection to this file, the same until then.
     virtual qint64 changesElsewhere(const QString& schema) = 0;
     /// The engine's own integrity check; empty when sound, else one line a fault.

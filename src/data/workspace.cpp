@@ -125,9 +125,7 @@ Transaction::~Transaction() {
 
 void Transaction::giveUp(Engine& engine) {
     try {
-        if (depth_ == 0) return engine.rollback();
-        engine.run(QStringLiteral("rollback to ") + savepoint());
-        engine.run(QStringLiteral("release ") + savepoint());
+        depth_ == 0 ? engine.rollback() : engine.rollbackTo(savepoint());
     } catch (const DataError&) {
         // The engine has already rolled back by itself, as it does on a full disk.
     }

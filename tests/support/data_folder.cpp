@@ -11,9 +11,9 @@ namespace molven::test {
 namespace {
 
 QString addressOf(const QString& database) {
-    static const QString pattern =
-        firstLine(qEnvironmentVariable("MOLVEN_TEST_SERVER") + QStringLiteral("/address")).value();
-    return QString(pattern).replace(QStringLiteral("%s"), database);
+    return firstLine(qEnvironmentVariable("MOLVEN_TEST_SERVER") + QStringLiteral("/address"))
+        .value()
+        .replace(QStringLiteral("%s"), database);
 }
 
 void onServer(const QString& sql) { postgres::Connection(addressOf(QStringLiteral("postgres"))).run(sql); }
@@ -27,6 +27,9 @@ DataFolder::DataFolder(const DataFolder* original) {
     static int made = 0;
     name_ = QStringLiteral("test_%1_%2").arg(QCoreApplication::applicationPid()).arg(++made);
     address_ = addressOf(name_);
+    if (original) // one that connections to are kept is not copied
+        onServer(QStringLiteral("select pg_terminate_backend(pid) from pg_stat_activity where datname='%1'")
+                     .arg(original->name_));
     onServer(QStringLiteral("create database %1 template %2")
                  .arg(name_, original ? original->name_ : QStringLiteral("template0")));
 }

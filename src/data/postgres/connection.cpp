@@ -48,7 +48,7 @@ QString wordsOf(pg_conn* connection) { return QString::fromUtf8(PQerrorMessage(c
 void ClearResult::operator()(pg_result* result) const { PQclear(result); }
 
 /// An address may hold further options; what comes later in the list wins.
-Connection::Connection(const QString& address, const QString& database) {
+Connection::Connection(const QString& address, const QString& database) : address_(address) {
     if (!option(address, "password").isEmpty())
         throw Refusal(QStringLiteral("Une adresse ne porte pas de mot de passe : il se met dans le fichier .pgpass du "
                                      "compte, ou dans son fichier de services"));
@@ -58,7 +58,9 @@ Connection::Connection(const QString& address, const QString& database) {
     const char* const values[] = {"10", "molven", place.constData(), other.constData(), nullptr};
     connection_ = PQconnectdbParams(names, values, 1);
     if (!isLost()) {
-        begin();
+        PQsetNoticeProcessor(
+            connection_, [](void*, const char*) {}, nullptr);
+        run(QString::fromLatin1(Settings));
         return;
     }
     const QString words = wordsOf(connection_);
@@ -83,30 +85,29 @@ QString Connection::option(const QString& address, const char* name) {
 
 Connection::~Connection() { PQfinish(connection_); }
 
-void Connection::begin() {
-    ++generation_;
-    PQsetNoticeProcessor(
-        connection_, [](void*, const char*) {}, nullptr);
-    run(QString::fromLatin1(Settings));
-}
-
 bool Connection::isLost() const { return PQstatus(connection_) != CONNECTION_OK; }
 
 bool Connection::isBroken() const { return PQtransactionStatus(connection_) == PQTRANS_INERROR; }
 
-void Connection::reconnect() {
-    PQreset(connection_);
-    if (isLost()) fail(nullptr);
-    begin();
+bool Connection::isAlive() {
+    pollfd socket{PQsocket(connection_), POLLIN, 0};
+    if (!isLost() && poll(&socket, 1, 0) > 0) PQconsumeInput(connection_);
+    return !isLost();
 }
+
+bool Connection::isInTransaction() const { return PQtransactionStatus(connection_) != PQTRANS_IDLE; }
 
 Result Connection::run(const QString& sql) { return checked(PQexec(connection_, sql.toUtf8().constData())); }
 
-void Connection::prepare(const QByteArray& name, const QString& sql) {
-    checked(PQprepare(connection_, name.constData(), sql.toUtf8().constData(), 0, nullptr));
+const QByteArray& Connection::prepared(const QString& sql) {
+    QByteArray& name = prepared_[sql];
+    if (!name.isEmpty()) return name;
+    const QByteArray fresh = "s" + QByteArray::number(prepared_.size());
+    checked(PQprepare(connection_, fresh.constData(), sql.toUtf8().constData(), 0, nullptr));
+    return name = fresh;
 }
 
-Result Connection::run(const QString& sql, const QByteArray& name, const QStringList& values) {
+Result Connection::run(const QString& sql, const QStringList& values, bool often) {
     std::vector<QByteArray> texts;
     std::vector<const char*> given;
     texts.reserve(static_cast<std::size_t>(values.size()));
@@ -115,10 +116,10 @@ Result Connection::run(const QString& sql, const QByteArray& name, const QString
         given.push_back(value.isNull() ? nullptr : texts.back().constData());
     }
     const int count = static_cast<int>(given.size());
-    const int sent = name.isEmpty()
-                         ? PQsendQueryParams(connection_, sql.toUtf8().constData(), count, nullptr, given.data(),
-                                             nullptr, nullptr, 0)
-                         : PQsendQueryPrepared(connection_, name.constData(), count, given.data(), nullptr, nullptr, 0);
+    const int sent =
+        often ? PQsendQueryPrepared(connection_, prepared(sql).constData(), count, given.data(), nullptr, nullptr, 0)
+              : PQsendQueryParams(connection_, sql.toUtf8().constData(), count, nullptr, given.data(), nullptr, nullptr,
+                                  0);
     if (!sent) fail(nullptr);
     return received();
 }

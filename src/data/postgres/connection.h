@@ -2,6 +2,8 @@
 
 #include "data/errors.h"
 
+#include <QHash>
+
 #include <functional>
 #include <memory>
 
@@ -32,33 +34,34 @@ public:
 
     /// Runs statements without values, separated by semicolons; answers the last one's result.
     Result run(const QString& sql);
-    /// Prepares a statement whose marks are $1, $2 ... under a name.
-    void prepare(const QByteArray& name, const QString& sql);
-    /// Runs what is prepared under the name, or the statement itself without one; a null text is the server's null.
-    Result run(const QString& sql, const QByteArray& name, const QStringList& values);
+    /// Runs a statement whose marks are $1, $2 ..., a null text being the server's null; `often` one is prepared, once
+    /// a connection.
+    Result run(const QString& sql, const QStringList& values, bool often);
 
     /// Adds what a text in the server's own form holds to a table: "copy ... from stdin" and its lines.
     void copyIn(const QString& sql, const QByteArray& lines);
 
-    /// A number that grows whenever the connection was made anew: what was prepared before is gone.
-    int generation() const { return generation_; }
+    const QString& address() const { return address_; }
     bool isLost() const;
+    /// Looks whether the server is still there, without asking it anything.
+    bool isAlive();
+    bool isInTransaction() const;
     /// A statement failed in the transaction that is open: the server refuses everything but giving up.
     bool isBroken() const;
-    /// Connects again after a loss.
-    void reconnect();
     /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
     void watch(std::function<bool()> goesOn) { goesOn_ = std::move(goesOn); }
 
 private:
-    void begin();
+    /// The name under which a statement is prepared here.
+    const QByteArray& prepared(const QString& sql);
     /// The result of what was sent; asks meanwhile.
     Result received();
     Result checked(pg_result* raw);
     [[noreturn]] void fail(const pg_result* result);
 
+    const QString address_;
     pg_conn* connection_ = nullptr;
-    int generation_ = 0;
+    QHash<QString, QByteArray> prepared_; ///< statement -> name
     std::function<bool()> goesOn_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/postgres/dialect.h"
+#include "data/postgres/pool.h"
 #include "data/postgres/site.h"
 #include "data/postgres/statement.h"
 #include "data/server_address.h"
@@ -27,8 +28,24 @@ const QString Count = QStringLiteral("update molven_changes set number=number+1"
 
 } // namespace
 
-Engine::Engine(const QString& address, Opening opening) : connection_(address) {
-    if (opening == Opening::New) prepareSite(connection_);
+Engine::Lease::Lease(Engine& engine) : engine_(engine), isOwn_(!engine.held_) {
+    if (isOwn_) engine_.held_ = Pool::take(engine_.address_);
+    engine_.held_->watch(engine_.goesOn_);
+}
+
+Engine::Lease::~Lease() {
+    engine_.held_->watch(nullptr);
+    if (isOwn_) Pool::give(std::move(engine_.held_));
+}
+
+Engine::Engine(const QString& address, Opening opening) : address_(address) {
+    const Lease connection(*this); // an address that leads nowhere is told at once
+    if (opening == Opening::New) prepareSite(*held_);
+}
+
+Engine::~Engine() {
+    prepared_.clear();
+    if (held_) Pool::give(std::move(held_));
 }
 
 bool Engine::exists(const QString& path) {
@@ -64,47 +81,74 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 }
 
 void Engine::begin() {
-    requireGoing();
-    connection_.run(QStringLiteral("begin; select pg_advisory_xact_lock(%1)").arg(SiteLock));
+    held_ = Pool::take(address_);
+    try {
+        held_->run(QStringLiteral("begin; select pg_advisory_xact_lock(%1)").arg(SiteLock));
+    } catch (const DataError&) {
+        held_.reset();
+        throw;
+    }
     inTransaction_ = true;
     wrote_ = false;
 }
 
 void Engine::commit() {
     requireGoing();
-    connection_.run(wrote_ ? Count + QStringLiteral("; commit") : QStringLiteral("commit"));
+    held_->run(wrote_ ? Count + QStringLiteral("; commit") : QStringLiteral("commit"));
     inTransaction_ = false;
     if (wrote_) ++counted_;
+    Pool::give(std::move(held_));
 }
 
 void Engine::rollback() {
     inTransaction_ = false;
-    if (!connection_.isLost()) connection_.run(QStringLiteral("rollback"));
+    std::unique_ptr<Connection> connection = std::move(held_);
+    if (!connection || connection->isLost()) return;
+    connection->run(QStringLiteral("rollback"));
+    Pool::give(std::move(connection));
 }
 
-void Engine::wrote() {
+void Engine::rollbackTo(const QString& savepoint) {
+    held_->run(QStringLiteral("rollback to %1; release %1").arg(savepoint));
+}
+
+Result Engine::run(const QString& sql, const QStringList& values, bool often, bool writes) {
+    const Lease connection(*this);
+    Result result = connection->run(sql, values, often);
+    if (!writes) return result;
     if (inTransaction_) {
         wrote_ = true;
-        return;
+    } else {
+        connection->run(Count);
+        ++counted_;
     }
-    connection_.run(Count);
-    ++counted_;
+    return result;
 }
 
-/// The server refuses what comes after a fault, and a connection made anew knows nothing of the transaction.
+/// The server refuses what comes after a fault, and another connection knows nothing of the transaction.
 void Engine::requireGoing() {
-    if (inTransaction_ && (connection_.isLost() || connection_.isBroken()))
+    if (inTransaction_ && (held_->isLost() || held_->isBroken()))
         throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
-    if (connection_.isLost()) connection_.reconnect();
 }
 
 std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
-    return std::make_unique<Statement>(connection_, sql, "s" + QByteArray::number(++statements_), [this] { wrote(); });
+    return std::make_unique<Statement>(*this, sql);
 }
 
+/// The connection is held meanwhile.
 void Engine::lookIn(const QString& schema) {
-    connection_.run(QStringLiteral("set search_path=") + (schema.isEmpty() ? QString() : schema + u',') +
-                    QStringLiteral("public"));
+    if (!held_) held_ = Pool::take(address_);
+    held_->run(QStringLiteral("set search_path=%1,public").arg(schema));
+}
+
+/// A transaction that is given up takes the look back by itself.
+void Engine::lookNowhere() noexcept {
+    try {
+        held_->run(QStringLiteral("set search_path=public"));
+    } catch (const DataError&) {
+        if (!inTransaction_) held_.reset();
+    }
+    if (held_ && !inTransaction_) Pool::give(std::move(held_));
 }
 
 qint64 Engine::changesElsewhere(const QString&) {
@@ -195,8 +239,9 @@ void Engine::load(const QString& qualifiedTable, const QString& columns, const Q
         for (const QString& value : row) values.append(value.isNull() ? QStringLiteral("\\N") : escaped(value));
         lines += values.join(u'\t').toUtf8() + '\n';
     }
-    connection_.copyIn(QStringLiteral("copy %1 (rowid,%2) from stdin").arg(qualifiedTable, columns), lines);
-    wrote();
+    const Lease connection(*this);
+    connection->copyIn(QStringLiteral("copy %1 (rowid,%2) from stdin").arg(qualifiedTable, columns), lines);
+    wrote_ = true;
 }
 
 void Engine::loaded(const QString& qualifiedTable) {

@@ -5,11 +5,12 @@
 
 namespace molven::postgres {
 
-/// One connection to the database of a dossier, in which each file of the catalogue is a schema.
+/// The database of a dossier, in which each file of the catalogue is a schema.
 class Engine : public molven::Engine {
 public:
     /// With Opening::New the database is prepared for the program's tables.
     Engine(const QString& address, Opening opening);
+    ~Engine() override;
 
     /// Whether the schema of that file stands at its address.
     static bool exists(const QString& path);
@@ -25,9 +26,14 @@ public:
     void begin() override;
     void commit() override;
     void rollback() override;
-    void watch(std::function<bool()> goesOn) override { connection_.watch(std::move(goesOn)); }
+    void rollbackTo(const QString& savepoint) override;
+    void watch(std::function<bool()> goesOn) override { goesOn_ = std::move(goesOn); }
+    /// A statement with the server's marks; one that writes is told to the others with the commit.
+    Result run(const QString& sql, const QStringList& values, bool often, bool writes);
+    using molven::Engine::run;
 
     void lookIn(const QString& schema) override;
+    void lookNowhere() noexcept override;
     qint64 changesElsewhere(const QString& schema) override;
     QStringList integrityFaults(const QString& schema) override;
     QStringList columns(const QString& schema, const Table& table) override;
@@ -47,15 +53,29 @@ protected:
     void requireGoing() override;
 
 private:
-    /// A statement changed records: the others are told with the commit.
-    void wrote();
-    void count();
+    /// The connection in use while this lives: the transaction's, else one of the pool.
+    class Lease;
 
-    Connection connection_;
+    const QString address_;
+    std::unique_ptr<Connection> held_; ///< by a transaction, or by an administrator's look
+    std::function<bool()> goesOn_;
     bool inTransaction_ = false;
     bool wrote_ = false; ///< in the transaction that is open
-    qint64 counted_ = 0; ///< changes of this connection
-    int statements_ = 0; ///< prepared so far, for their names
+    qint64 counted_ = 0; ///< changes of this workspace
+};
+
+/// Two nested ones share the connection.
+class Engine::Lease {
+public:
+    explicit Lease(Engine& engine);
+    ~Lease();
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    Connection* operator->() const { return engine_.held_.get(); }
+
+private:
+    Engine& engine_;
+    const bool isOwn_;
 };
 
 } // namespace molven::postgres

@@ -1,5 +1,7 @@
 #include "data/postgres/statement.h"
 
+#include "data/postgres/engine.h"
+
 #include <libpq-fe.h>
 
 namespace molven::postgres {
@@ -37,21 +39,15 @@ bool begins(const QString& sql, std::initializer_list<const char*> words) {
 
 } // namespace
 
-Statement::Statement(Connection& connection, const QString& sql, const QByteArray& name, std::function<void()> wrote)
-    : connection_(connection),
+Statement::Statement(Engine& engine, const QString& sql)
+    : engine_(engine),
       sql_(withServersMarks(sql)),
-      name_(begins(sql, {"select", "with", "insert", "update", "delete"}) ? name : QByteArray()),
-      wrote_(std::move(wrote)),
+      isOften_(begins(sql, {"select", "with", "insert", "update", "delete"})),
       writes_(begins(sql, {"insert", "update", "delete"})) {}
 
 void Statement::run(const QStringList& values) {
     finish();
-    if (!name_.isEmpty() && generation_ != connection_.generation()) {
-        connection_.prepare(name_, sql_);
-        generation_ = connection_.generation();
-    }
-    result_ = connection_.run(sql_, name_, values);
-    if (writes_) wrote_();
+    result_ = engine_.run(sql_, values, isOften_, writes_);
 }
 
 bool Statement::next() {

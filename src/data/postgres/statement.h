@@ -5,10 +5,12 @@
 
 namespace molven::postgres {
 
+class Engine;
+
 /// A statement whose whole result is with the workstation when run() returns.
 class Statement : public molven::Statement {
 public:
-    Statement(Connection& connection, const QString& sql, const QByteArray& name, std::function<void()> wrote);
+    Statement(Engine& engine, const QString& sql);
 
     void run(const QStringList& values) override;
     bool next() override;
@@ -20,12 +22,10 @@ public:
     qint64 insertedKey() const override;
 
 private:
-    Connection& connection_;
-    const QString sql_;     ///< with the server's marks
-    const QByteArray name_; ///< empty for one that is not worth preparing
-    const std::function<void()> wrote_;
+    Engine& engine_;
+    const QString sql_;  ///< with the server's marks
+    const bool isOften_; ///< worth preparing
     const bool writes_;
-    int generation_ = 0; ///< of the connection in which it is prepared
     Result result_;
     int row_ = -1;
 };

@@ -65,6 +65,11 @@ void Engine::rollback() {
     if (!sqlite3_get_autocommit(connection_)) run(QStringLiteral("rollback"));
 }
 
+void Engine::rollbackTo(const QString& savepoint) {
+    run(QStringLiteral("rollback to ") + savepoint);
+    run(QStringLiteral("release ") + savepoint);
+}
+
 /// The engine undoes a whole transaction by itself on a full disk: what comes after must not be written alone.
 void Engine::requireGoing() {
     if (inTransaction_ && sqlite3_get_autocommit(connection_))

@@ -23,9 +23,11 @@ public:
     void begin() override;
     void commit() override;
     void rollback() override;
+    void rollbackTo(const QString& savepoint) override;
     void watch(std::function<bool()> goesOn) override;
 
     void lookIn(const QString&) override {}
+    void lookNowhere() noexcept override {}
     qint64 changesElsewhere(const QString& schema) override;
     QStringList integrityFaults(const QString& schema) override;
     QStringList columns(const QString& schema, const Table& table) override;
