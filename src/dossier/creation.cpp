@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 namespace molven::creation {
@@ -120,6 +121,10 @@ void build(const QString& folder, const Options& options) {
 /// Builds in a folder beside the target and moves the parts in at the end, so that a fault leaves nothing behind.
 template <class Build>
 void buildWhole(const QString& folder, const Build& builder) {
+    const bool isNew = !QDir(folder).exists();
+    auto leaveNothing = qScopeGuard([&] {
+        if (isNew) QDir().rmdir(folder);
+    });
     makeFolder(folder);
     QTemporaryDir built(folder + QStringLiteral("/.creation"));
     if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
@@ -129,6 +134,7 @@ void buildWhole(const QString& folder, const Build& builder) {
     for (const QString& part : parts)
         if (!QDir().rename(built.filePath(part), folder + u'/' + part))
             throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+    leaveNothing.dismiss();
 }
 
 void list(const Session& session, const Options& options, const QString& dataFolder) {
@@ -165,7 +171,7 @@ Session addDossier(const Options& options) {
 
 } // namespace
 
-Session create(const Options& options) {
+Session create(const Options& options, const std::function<void(const Session&)>& fill) {
     static const QRegularExpression twoLetters(QStringLiteral("^[A-Za-z]{2}$"));
     if (!twoLetters.match(options.code).hasMatch())
         throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
@@ -174,7 +180,10 @@ Session create(const Options& options) {
         if (options.addToSocieties) return addDossier(options);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
     }
-    buildWhole(options.folder, [&](const QString& folder) { build(folder, options); });
+    buildWhole(options.folder, [&](const QString& folder) {
+        build(folder, options);
+        if (fill) fill(open(folder));
+    });
     const Session session = open(options.folder);
     if (options.addToSocieties) list(session, options, QStringLiteral("data"));
     return open(options.folder);

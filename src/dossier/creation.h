@@ -2,6 +2,8 @@
 
 #include "shell/session.h"
 
+#include <functional>
+
 namespace molven::creation {
 
 struct Options {
@@ -14,9 +16,9 @@ struct Options {
 /// Makes a new installation in a folder that holds none: folder files, data and work folders, every database
 /// file with its tables and the entries a dossier cannot do without. With `addToSocieties`, a folder that holds
 /// an installation gets one more dossier instead. Whole or not at all. What it makes is for
-/// its owner and its group alone, since it will hold patients. Throws Refusal. Answers the session of the
-/// dossier made.
-Session create(const Options& options);
+/// its owner and its group alone, since it will hold patients. `fill` may write into the dossier before it stands in
+/// its place: what it throws leaves nothing behind. Throws Refusal. Answers the session of the dossier made.
+Session create(const Options& options, const std::function<void(const Session&)>& fill = {});
 
 /// The session of an installation's dossier, opened without a login, for programs without windows: the one that
 /// startup::dossierNamed() finds, the first where none is named.

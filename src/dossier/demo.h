@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/progress.h"
 #include "shell/session.h"
 
 namespace molven::demo {
@@ -12,7 +13,8 @@ struct Options {
 /// What the journal calls it.
 inline const QString Deed = QStringLiteral("Démonstration");
 
-/// Fills an empty dossier with a plausible distributor, through the program's own rules.
-void fill(const Session& session, const Options& options);
+/// Makes a new installation in a folder that holds none, filled with a plausible distributor through the program's own
+/// rules. Whole or not at all, be it stopped. Throws Refusal. Answers the session of the dossier made.
+Session create(const QString& folder, const QString& code, const Options& options, const Progress& progress = {});
 
 } // namespace molven::demo

@@ -4,7 +4,6 @@
 #include "data/database.h"
 #include "data/dates.h"
 #include "data/errors.h"
-#include "dossier/creation.h"
 #include "dossier/demo.h"
 #include "sales/document_tables.h"
 #include "stock/unit_tables.h"
@@ -58,9 +57,7 @@ Command demoCommand() {
                 Clock::set(dateFromText(day));
             }
             const Session session =
-                creation::create({QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")),
-                                  QStringLiteral("DISTRIBUTION DEMONSTRATION"), false});
-            demo::fill(session, options);
+                demo::create(QDir(arguments[0]).absolutePath(), parser.value(QStringLiteral("code")), options);
             say(QStringLiteral("installation créée : ") + session.dossier_app);
             report(session);
             return 0;

@@ -124,7 +124,6 @@ void FirstStart::proceed() {
     try {
         if (typed.isEmpty()) throw Refusal(QStringLiteral("Indiquez le dossier du programme"));
         const QString folder = QDir(typed).absolutePath();
-        setEnabled(false);
         carryOut(folder);
         home_ = folder;
         accept();
@@ -133,7 +132,6 @@ void FirstStart::proceed() {
     } catch (const DataError& error) {
         told_->setText(QStringLiteral("%1 (erreur %2)").arg(error.description).arg(error.number));
     }
-    setEnabled(true);
 }
 
 void FirstStart::carryOut(const QString& folder) {
@@ -149,9 +147,8 @@ void FirstStart::carryOut(const QString& folder) {
                             progress(*this, QStringLiteral("Conversion")));
         return;
     case Deed::Demonstrate:
-        demo::fill(
-            creation::create({folder, QStringLiteral("CE"), QStringLiteral("DISTRIBUTION DEMONSTRATION"), false}),
-            {DemonstrationUnits, 1});
+        demo::create(folder, QStringLiteral("CE"), {DemonstrationUnits, 1},
+                     progress(*this, QStringLiteral("La démonstration se remplit")));
         return;
     }
 }
