@@ -61,8 +61,8 @@ HomePage::HomePage(Form& form, const std::function<bool(const QString&)>& may,
     beside_ = new QVBoxLayout;
     auto* body = new QHBoxLayout;
     body->setSpacing(2 * style::WideGap);
-    body->addWidget(room, 3);
-    body->addLayout(beside_, 2);
+    body->addWidget(room, 4);
+    body->addLayout(beside_, 3); // twelve names of months side by side
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
     layout->setSpacing(style::WideGap);
