@@ -4,6 +4,7 @@
 #include "ui/desk.h"
 #include "ui/icons.h"
 #include "ui/printer.h"
+#include "ui/prompt.h"
 #include "ui/style.h"
 
 #include <QApplication>
@@ -15,6 +16,8 @@
 #include <QLocale>
 #include <QLockFile>
 #include <QTranslator>
+
+#include <optional>
 
 using namespace molven;
 
@@ -39,14 +42,15 @@ bool holdsInstallation(const QString& folder) {
 }
 
 /// The folder of the executable; one that holds no installation gives way to the last one that this user chose, and to
-/// the question what to do.
-QString programFolder() {
+/// the question what to do. None when the user leaves that.
+std::optional<QString> programFolder() {
     const QString own = QApplication::applicationDirPath();
     if (holdsInstallation(own)) return own;
     const auto kept = settings();
     if (const QString last = kept->value(LastHome).toString(); holdsInstallation(last)) return last;
-    FirstStart offer;
-    if (offer.exec() != QDialog::Accepted) return own;
+    MessageBoxPrompt prompt;
+    FirstStart offer(prompt);
+    if (offer.exec() != QDialog::Accepted) return std::nullopt;
     kept->setValue(LastHome, offer.home());
     return offer.home();
 }
@@ -72,7 +76,9 @@ int main(int argc, char* argv[]) {
     const QString homeOption = QStringLiteral("home");
     parser.addOption({homeOption, QStringLiteral("dossier du programme"), QStringLiteral("DIR")});
     parser.process(application);
-    const QString home = QDir(parser.isSet(homeOption) ? parser.value(homeOption) : programFolder()).absolutePath();
+    const std::optional<QString> folder = parser.isSet(homeOption) ? parser.value(homeOption) : programFolder();
+    if (!folder) return 0;
+    const QString home = QDir(*folder).absolutePath();
 
     QLockFile lock(lockPath(home));
     lock.setStaleLockTime(0);

@@ -146,7 +146,26 @@ QString molvenIn(const QString& source) {
 
 } // namespace
 
+QStringList Converted::words() const {
+    QStringList lines{QStringLiteral("%1 %2 : %3 annoncés, %4 lus, %5 repris%6")
+                          .arg(file, table)
+                          .arg(announced)
+                          .arg(read)
+                          .arg(stored)
+                          .arg(differing.isEmpty() ? QStringLiteral(", sommes égales") : QString())};
+    for (const QString& sum : differing) lines.append(QStringLiteral("  somme différente, ") + sum);
+    return lines;
+}
+
+QStringList Outcome::differences() const {
+    QStringList lines;
+    for (const Converted& table : tables)
+        if (!table.isWhole()) lines += table.words();
+    return lines + notices;
+}
+
 Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress) {
+    require(!source.isEmpty(), QStringLiteral("Indiquez le dossier des bases à convertir"), QString());
     const Company company = companyOf(molvenIn(source));
     Outcome outcome;
     if (addToSocieties) {

@@ -16,12 +16,17 @@ struct Converted {
     QStringList differing;                      ///< numbers whose sums are not the same on both sides, in words
 
     bool isWhole() const { return announced == read && read == stored && differing.isEmpty(); }
+    /// "molven.mdb strclient : 40 annoncés, 40 lus, 40 repris", then a line for each sum that differs.
+    QStringList words() const;
 };
 
 struct Outcome {
     Session session; ///< of the dossier made
     QList<Converted> tables;
     QStringList notices; ///< what was not taken, or not as it was, one French line each
+
+    /// What differs from the source, one French line each: tables that are not whole, then the notices.
+    QStringList differences() const;
 };
 
 /// Makes a dossier of a folder of Jet files, in a new installation or, with `addToSocieties`, as one more of an

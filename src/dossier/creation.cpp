@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 namespace molven::creation {
@@ -130,6 +131,10 @@ void build(const QString& folder, const Options& options, MadeFiles& made) {
 /// Builds in a folder beside the target and moves the parts in at the end, so that a fault leaves nothing behind.
 template <class Build>
 void buildWhole(const QString& folder, const Build& builder) {
+    const bool isNew = !QDir(folder).exists();
+    auto leaveNothing = qScopeGuard([&] {
+        if (isNew) QDir().rmdir(folder);
+    });
     makeFolder(folder);
     QTemporaryDir built(folder + QStringLiteral("/.creation"));
     if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
@@ -139,6 +144,7 @@ void buildWhole(const QString& folder, const Build& builder) {
     for (const QString& part : parts)
         if (!QDir().rename(built.filePath(part), folder + u'/' + part))
             throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+    leaveNothing.dismiss();
 }
 
 void list(const Session& session, const Options& options, const QString& dataFolder) {
@@ -178,14 +184,14 @@ Session addDossier(const Options& options) {
 }
 
 /// A dossier without a program folder: workstations come to it by its address.
-Session createOnServer(const Options& options) {
+Session createOnServer(const Options& options, const std::function<void(const Session&)>& fill) {
     if (options.addToSocieties)
         throw Refusal(QStringLiteral("--societe demande un dossier d'installation, non une adresse"));
     QTemporaryDir built;
     Options there = options;
     there.folder = built.filePath(QStringLiteral("poste"));
     there.server = options.folder;
-    create(there);
+    create(there, fill);
     return open(options.folder);
 }
 
@@ -193,18 +199,21 @@ Session createOnServer(const Options& options) {
 
 QString placeOf(const QString& typed) { return server_address::isOne(typed) ? typed : QDir(typed).absolutePath(); }
 
-Session create(const Options& options) {
+Session create(const Options& options, const std::function<void(const Session&)>& fill) {
     static const QRegularExpression twoLetters(QStringLiteral("^[A-Za-z]{2}$"));
     if (!twoLetters.match(options.code).hasMatch())
         throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
     if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
-    if (server_address::isOne(options.folder)) return createOnServer(options);
+    if (server_address::isOne(options.folder)) return createOnServer(options, fill);
     if (holdsInstallation(options.folder)) {
         if (options.addToSocieties) return addDossier(options);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
     }
     MadeFiles made;
-    buildWhole(options.folder, [&](const QString& folder) { build(folder, options, made); });
+    buildWhole(options.folder, [&](const QString& folder) {
+        build(folder, options, made);
+        if (fill) fill(open(folder));
+    });
     made.keep();
     const Session session = open(options.folder);
     if (options.addToSocieties)

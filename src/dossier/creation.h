@@ -2,6 +2,8 @@
 
 #include "shell/session.h"
 
+#include <functional>
+
 namespace molven::creation {
 
 struct Options {
@@ -15,9 +17,9 @@ struct Options {
 /// Makes a new installation in a folder that holds none: folder files, data and work folders, every database
 /// file with its tables and the entries a dossier cannot do without. With `addToSocieties`, a folder that holds
 /// an installation gets one more dossier instead. Whole or not at all. What it makes is for
-/// its owner and its group alone, since it will hold patients. Throws Refusal. Answers the session of the
-/// dossier made.
-Session create(const Options& options);
+/// its owner and its group alone, since it will hold patients. `fill` may write into the dossier before it stands in
+/// its place: what it throws leaves nothing behind. Throws Refusal. Answers the session of the dossier made.
+Session create(const Options& options, const std::function<void(const Session&)>& fill = {});
 
 /// What is meant by the place that a user names: a folder, or the address of a server.
 QString placeOf(const QString& typed);

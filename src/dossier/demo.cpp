@@ -3,6 +3,7 @@
 #include "accounting/client_accounts.h"
 #include "data/clock.h"
 #include "data/dates.h"
+#include "dossier/creation.h"
 #include "dossier/demo_reference.h"
 #include "reference/articles.h"
 #include "reference/identifiers.h"
@@ -51,6 +52,7 @@ struct Event {
 /// Writes many documents to one commit: a demonstration need not outlive a crash half-way.
 constexpr int DocumentsPerCommit = 500;
 constexpr int UnitsPerMonth = 9000;
+constexpr int Shares = 4; ///< of the time; receiving takes one, the documents the others
 
 class Life {
 public:
@@ -67,9 +69,9 @@ public:
           transfers_(session, documentKind(QStringLiteral("BTR"))),
           ancillaire_(invoices_.workspace.open(session.path(DataFile::Ancillaire))) {}
 
-    void receive();
+    void receive(const Progress& progress);
     void plan();
-    void write();
+    void write(const Progress& progress);
 
 private:
     struct Received {
@@ -133,7 +135,7 @@ Receipt Life::receiptOf(const Record& article, const QDate& day, int quantity) {
     return receipt;
 }
 
-void Life::receive() {
+void Life::receive(const Progress& progress) {
     const int months = std::max(18, units_ / UnitsPerMonth + 1);
     const QDate first = today_.addMonths(-months);
     const qint64 days = first.daysTo(today_);
@@ -144,6 +146,7 @@ void Life::receive() {
     Recordset articles = molven.select(strarticle, strarticle.art_aig == follow_up::ByUnit, strarticle.art_ref);
     int left = units_;
     while (left > 0) {
+        tell(progress, units_ - left, Shares * units_);
         const QDate day = first.addDays(1 + (units_ - left) * (days - 1) / units_);
         const int quantity = std::min({left, dice_.between(1, 20), 200});
         articles.moveTo(dice_.below(static_cast<int>(articles.count())));
@@ -210,12 +213,13 @@ SalesBook& Life::bookOf(const Event& event) {
     }
 }
 
-void Life::write() {
+void Life::write(const Progress& progress) {
     for (qsizetype i = 0; i < events_.size();) {
         // Each book is a connection of its own: one after the other takes the write lock for its run of events.
         Workspace* workspace = nullptr;
         std::optional<Transaction> transaction;
         for (int count = 0; i < events_.size() && count < DocumentsPerCommit; ++i, ++count) {
+            tell(progress, events_.size() + (Shares - 1) * i, Shares * events_.size());
             const Event& event = events_[i];
             SalesBook& book = bookOf(event);
             if (&book.workspace != workspace) {
@@ -357,20 +361,25 @@ void nameClients(const Session& session) {
     transaction.commit();
 }
 
-} // namespace
-
-void fill(const Session& session, const Options& options) {
+void fill(const Session& session, const Options& options, const Progress& progress) {
     const ClockKeeper clock;
     Dice dice(options.seed);
     fillReference(session, dice);
     Life life(session, options, dice, clock.today());
-    life.receive();
+    life.receive(progress);
     life.plan();
-    life.write();
+    life.write(progress);
     addKneeSet(session);
     nameSeller(session);
     addClientAccounts(session);
     nameClients(session);
+}
+
+} // namespace
+
+Session create(const QString& folder, const QString& code, const Options& options, const Progress& progress) {
+    return creation::create({folder, code, QStringLiteral("DISTRIBUTION DEMONSTRATION"), false, options.server},
+                            [&](const Session& session) { fill(session, options, progress); });
 }
 
 } // namespace molven::demo

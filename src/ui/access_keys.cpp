@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QKeySequence>
 #include <QLabel>
-#include <QSet>
 
 namespace molven {
 
@@ -28,17 +27,20 @@ qsizetype placeOfFree(const QString& caption, const QSet<QChar>& taken) {
 
 } // namespace
 
+QSet<QChar> accessKeysOf(const QWidget& window) {
+    QSet<QChar> keys;
+    for (const auto* button : window.findChildren<QAbstractButton*>()) keys.insert(keyOf(button->text()));
+    for (const auto* label : window.findChildren<QLabel*>())
+        if (label->buddy()) keys.insert(keyOf(label->text()));
+    keys.remove(QChar());
+    return keys;
+}
+
 void giveAccessKeys(QWidget& window) {
-    QSet<QChar> taken;
-    for (const auto* button : window.findChildren<QAbstractButton*>()) taken.insert(keyOf(button->text()));
-    QList<QLabel*> without;
+    QSet<QChar> taken = accessKeysOf(window);
     for (auto* label : window.findChildren<QLabel*>()) {
-        if (!label->buddy()) continue;
-        const QChar key = keyOf(label->text());
-        key.isNull() ? without.append(label) : void(taken.insert(key));
-    }
-    for (QLabel* label : without) {
         QString caption = label->text();
+        if (!label->buddy() || !keyOf(caption).isNull()) continue;
         const qsizetype place = placeOfFree(caption, taken);
         if (place < 0) continue;
         taken.insert(caption[place].toUpper());

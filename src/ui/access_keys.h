@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSet>
+
 class QWidget;
 
 namespace molven {
@@ -8,5 +10,8 @@ namespace molven {
 /// other caption of the window has: the first of a word where it is free. Boxes whose letters are all taken are reached
 /// by Tab.
 void giveAccessKeys(QWidget& window);
+
+/// The letters that the buttons and captioned boxes of a window answer to.
+QSet<QChar> accessKeysOf(const QWidget& window);
 
 } // namespace molven

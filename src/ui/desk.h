@@ -5,6 +5,7 @@
 #include "ui/habits.h"
 #include "ui/notices.h"
 #include "ui/prompt.h"
+#include "ui/search_key.h"
 
 #include <QHash>
 #include <QList>
@@ -89,6 +90,7 @@ private:
     };
     Form* current() const;
 
+    SearchKey searchKey_{*this};
     std::unique_ptr<Prompt> prompt_;
     Notices notices_;
     std::unique_ptr<PrintTarget> printer_;

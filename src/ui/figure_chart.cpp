@@ -55,6 +55,7 @@ void FigureChart::begin(const QString& title, const std::vector<Series>& series)
 void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool areNamesUpright) {
     auto* categories = new QBarCategoryAxis;
     categories->append(names);
+    categories->setTruncateLabels(areNamesUpright); // names below are short, and cut long before they touch
     auto* amounts = new QValueAxis;
     amounts->setLabelFormat(QStringLiteral("%.0f"));
     amounts->setTickCount(4);

@@ -278,10 +278,6 @@ QStringList buttonsBehind(int key) {
 
 /// False for a key that means nothing on this screen.
 bool Form::answersStandardKey(int key) {
-    if (key == Qt::Key_K) {
-        desk_.searchWanted();
-        return true;
-    }
     if (pickPanel_ && pickPanel_->isVisible()) return false;
     QPushButton* meant = key == Qt::Key_S ? validation() : nullptr;
     for (const QString& name : buttonsBehind(key)) {

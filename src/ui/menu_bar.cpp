@@ -31,6 +31,15 @@ bool MenuBar::walk(const QString& key) {
     return true;
 }
 
+void MenuBar::leaveKeys(const QSet<QChar>& keys) {
+    for (QAction* action : actions()) {
+        const QString own = captions_.value(action, action->text());
+        captions_.insert(action, own);
+        const QString key = QKeySequence::mnemonic(own).toString(); // "Alt+V"
+        action->setText(!key.isEmpty() && keys.contains(key.back()) ? QString(own).remove(u'&') : own);
+    }
+}
+
 bool MenuBar::event(QEvent* event) {
     if (event->type() == QEvent::Shortcut) {
         const QKeySequence pressed = static_cast<QShortcutEvent*>(event)->key();

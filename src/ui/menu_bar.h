@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QMenuBar>
+#include <QSet>
 
 namespace molven {
 
@@ -10,6 +12,10 @@ class MenuBar : public QMenuBar {
 public:
     using QMenuBar::QMenuBar;
 
+    /// Leaves these access keys to what else the window shows: captions that have one of them do without, until told
+    /// otherwise. F10 reaches them all the same.
+    void leaveKeys(const QSet<QChar>& keys);
+
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -18,6 +24,8 @@ protected:
 private:
     /// True when several captions have that key, and the next of them is highlighted now.
     bool walk(const QString& key);
+
+    QHash<const QAction*, QString> captions_; ///< with their keys
 };
 
 } // namespace molven

@@ -48,6 +48,11 @@ void ScreenTabs::add(Form& form) {
     if (cursor) cursor->setFocus();
 }
 
+Form* ScreenTabs::current() const {
+    const auto* room = qobject_cast<QScrollArea*>(currentWidget());
+    return room ? Form::of(room->widget()) : nullptr;
+}
+
 int ScreenTabs::tabOf(const Form& form) const {
     for (int tab = 1; tab < count(); ++tab)
         if (widget(tab)->isAncestorOf(&form)) return tab;

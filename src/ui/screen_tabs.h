@@ -18,6 +18,8 @@ public:
     /// Shows a screen that stands in a tab; false for any other.
     bool bringForward(Form& form);
     void showHome() { setCurrentIndex(0); }
+    /// The screen in sight; null while it is the home.
+    Form* current() const;
 
 private:
     int tabOf(const Form& form) const;

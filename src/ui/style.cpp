@@ -143,6 +143,8 @@ void emphasise(QWidget& value) {
     value.setFont(font);
 }
 
+void makeRefusal(QLabel& label) { label.setForegroundRole(QPalette::BrightText); }
+
 void makeQuiet(QLabel& label) { label.setForegroundRole(QPalette::PlaceholderText); }
 
 bool isRefused(const QWidget& box) { return box.property(RefusedProperty).toBool(); }

@@ -62,6 +62,8 @@ void keepFoot(QWidget& window, QLabel& line);
 void makeHeading(QLabel& label);
 /// The figure among several that matters.
 void emphasise(QWidget& value);
+/// Words that say why something was refused.
+void makeRefusal(QLabel& label);
 /// Words that only explain.
 void makeQuiet(QLabel& label);
 

@@ -43,9 +43,7 @@ QByteArray contentOf(const Session& session) {
 }
 
 Session demoDossier(const QTemporaryDir& folder, unsigned seed) {
-    const Session session = creation::create({folder.path(), QStringLiteral("CE"), QStringLiteral("DEMO"), false});
-    demo::fill(session, {300, seed});
-    return session;
+    return demo::create(folder.path(), QStringLiteral("CE"), {300, seed});
 }
 
 } // namespace
@@ -318,6 +316,16 @@ TEST(Demonstration, IsSoundAndTheSameForTheSameSeed) {
     Workspace workspace;
     const auto states = workspace.open(session.molven()).countBy(strproduit, strproduit.tes_vte);
     EXPECT_EQ(QSet<QString>(states.keyBegin(), states.keyEnd()), (QSet<QString>{"N", "L", "O", "A"}));
+
+    const QString stopped = other.filePath(QStringLiteral("arrêtée"));
+    for (const int share : {8, 2}) { // while units are received, while documents are written
+        const auto stop = [share](int done, int total) { return done * share < total; };
+        EXPECT_EQ(refusalOf([&] {
+                      demo::create(stopped, QStringLiteral("CE"), {100, 1}, stop);
+                  }),
+                  QStringLiteral("Opération abandonnée"));
+        EXPECT_FALSE(QDir(stopped).exists());
+    }
 }
 
 } // namespace molven

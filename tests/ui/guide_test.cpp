@@ -34,7 +34,8 @@ TEST(Guide, ExplainsEveryScreenAndLinksToPagesThatExist) {
 
 TEST(FirstStart, CreatesOpensAndRefuses) {
     QTemporaryDir folder;
-    FirstStart offer;
+    MessageBoxPrompt prompt;
+    FirstStart offer(prompt);
     const auto choose = [&offer](const char* name) { offer.findChild<QAbstractButton*>(name)->click(); };
     const auto type = [&offer](const char* name, const QString& text) {
         offer.findChild<QLineEdit*>(name)->setText(text);
@@ -45,6 +46,10 @@ TEST(FirstStart, CreatesOpensAndRefuses) {
     choose("Cmdok");
     EXPECT_FALSE(offer.findChild<QLabel*>("Lblrefus")->text().isEmpty()) << "nothing to open";
     EXPECT_EQ(offer.home(), QString());
+    choose("Optconvertir");
+    choose("Cmdok");
+    EXPECT_EQ(offer.findChild<QLabel*>("Lblrefus")->text(), QStringLiteral("Indiquez le dossier des bases à convertir"))
+        << "nothing typed is not the current folder";
     choose("Optcreer");
     type("txtcode", QStringLiteral("c"));
     choose("Cmdok");
@@ -54,7 +59,7 @@ TEST(FirstStart, CreatesOpensAndRefuses) {
     type("txtnom", QStringLiteral("SOCIÉTÉ D'ÉTÉ"));
     choose("Cmdok");
     EXPECT_EQ(offer.home(), home);
-    FirstStart again;
+    FirstStart again(prompt);
     again.findChild<QLineEdit*>("txtdossier")->setText(home);
     again.findChild<QAbstractButton*>("Optouvrir")->click();
     again.findChild<QAbstractButton*>("Cmdok")->click();

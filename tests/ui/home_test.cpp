@@ -82,6 +82,23 @@ TEST_F(Home, OpensWhatIsFoundAndSaysWhenItIsGone) {
     EXPECT_EQ(said->unchecked.first(), QStringLiteral("Ce code n'existe pas"));
 }
 
+/// Alt and a letter that both the screen and the menu have mean the screen.
+TEST_F(Home, LeavesAccessKeysToTheScreenInItsTab) {
+    menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(true);
+    const auto captionOf = [&](const char* entry) {
+        return menu->findChild<QAction*>(QString::fromLatin1(entry))->text();
+    };
+    Form* suppliers = desk->open(QStringLiteral("T_fouges"));
+    rest();
+    EXPECT_EQ(captionOf("mnu_vte"), QStringLiteral("Ventes"));
+    const auto* validate = suppliers->findChild<QAbstractButton*>(QStringLiteral("cmdvalide"));
+    EXPECT_FALSE(validate->isEnabled());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::AltModifier); // "Ajouter", and "Aide"
+    EXPECT_TRUE(QTest::qWaitFor([&] { return validate->isEnabled(); }));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(captionOf("mnu_vte"), QStringLiteral("&Ventes"));
+}
+
 TEST_F(Home, TakesScreensIntoTabsForWhoWantsThem) {
     menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(true);
     Form* clients = desk->open(QStringLiteral("t_cltges"));
@@ -97,7 +114,7 @@ TEST_F(Home, TakesScreensIntoTabsForWhoWantsThem) {
     rest();
     EXPECT_EQ(desk->window(QStringLiteral("t_cltges")), nullptr);
     EXPECT_EQ(tabs()->count(), 2);
-    QTest::keyClick(suppliers, Qt::Key_K, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), box());
     menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(false);
     EXPECT_TRUE(desk->open(QStringLiteral("T_artges"))->isWindow());

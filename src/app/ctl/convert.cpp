@@ -13,15 +13,8 @@ namespace {
 const QString Societies = QStringLiteral("societe");
 
 void sayTables(const conversion::Outcome& outcome) {
-    for (const conversion::Converted& table : outcome.tables) {
-        say(QStringLiteral("%1 %2 : %3 annoncés, %4 lus, %5 repris%6")
-                .arg(table.file, table.table)
-                .arg(table.announced)
-                .arg(table.read)
-                .arg(table.stored)
-                .arg(table.differing.isEmpty() ? QStringLiteral(", sommes égales") : QString()));
-        for (const QString& sum : table.differing) say(QStringLiteral("  somme différente, ") + sum);
-    }
+    for (const conversion::Converted& table : outcome.tables)
+        for (const QString& line : table.words()) say(line);
     for (const QString& notice : outcome.notices) say(QStringLiteral("à savoir : ") + notice);
 }
 

@@ -52,15 +52,14 @@ Command demoCommand() {
         },
         [](const QCommandLineParser& parser, const QStringList& arguments) {
             const demo::Options options{number(parser, QStringLiteral("unites")),
-                                        static_cast<unsigned>(number(parser, QStringLiteral("graine")))};
+                                        static_cast<unsigned>(number(parser, QStringLiteral("graine"))),
+                                        parser.value(QStringLiteral("serveur"))};
             if (const QString day = parser.value(QStringLiteral("jour")); !day.isEmpty()) {
                 if (!dateFromText(day).isValid()) throw Refusal(QStringLiteral("date invalide : ") + day);
                 Clock::set(dateFromText(day));
             }
-            const Session session = creation::create(
-                {creation::placeOf(arguments[0]), parser.value(QStringLiteral("code")),
-                 QStringLiteral("DISTRIBUTION DEMONSTRATION"), false, parser.value(QStringLiteral("serveur"))});
-            demo::fill(session, options);
+            const Session session =
+                demo::create(creation::placeOf(arguments[0]), parser.value(QStringLiteral("code")), options);
             say(QStringLiteral("installation créée : ") + session.dossier_app);
             report(session);
             return 0;

@@ -5,6 +5,7 @@
 #include "dossier/creation.h"
 #include "dossier/demo.h"
 #include "ui/progress.h"
+#include "ui/prompt.h"
 #include "ui/style.h"
 
 #include <QButtonGroup>
@@ -24,6 +25,7 @@ namespace molven {
 namespace {
 
 constexpr int DemonstrationUnits = 600;
+constexpr qsizetype DifferencesTold = 12;
 
 /// A folder is typed, or chosen by the button beside it.
 QLayout* withBrowser(QLineEdit* box, const QString& name) {
@@ -42,8 +44,8 @@ QLayout* withBrowser(QLineEdit* box, const QString& name) {
 
 } // namespace
 
-FirstStart::FirstStart(QWidget* parent)
-    : QDialog(parent),
+FirstStart::FirstStart(Prompt& prompt)
+    : prompt_(prompt),
       deeds_(new QButtonGroup(this)),
       folder_(new QLineEdit(this)),
       code_(new QLineEdit(this)),
@@ -84,6 +86,7 @@ void FirstStart::addBoxes() {
     told_->setObjectName(QStringLiteral("Lblrefus"));
     told_->setTextFormat(Qt::PlainText);
     told_->setWordWrap(true);
+    style::makeRefusal(*told_);
     auto* boxes = new QFormLayout;
     QLayout* folders = withBrowser(folder_, QStringLiteral("Cmddossier"));
     QLayout* sources = withBrowser(source_, QStringLiteral("Cmdsource"));
@@ -105,6 +108,13 @@ void FirstStart::addBoxes() {
     column->addWidget(told_);
     column->addStretch();
     column->addWidget(buttons);
+    QWidget* last = deeds_->buttons().constLast();
+    for (const char* name :
+         {"txtdossier", "Cmddossier", "txtcode", "txtnom", "txtsource", "Cmdsource", "Cmdok", "Cmdannul"}) {
+        auto* next = findChild<QWidget*>(QString::fromLatin1(name));
+        setTabOrder(last, next); // as one reads
+        last = next;
+    }
 }
 
 FirstStart::Deed FirstStart::deed() const { return static_cast<Deed>(deeds_->checkedId()); }
@@ -124,16 +134,16 @@ void FirstStart::proceed() {
     try {
         if (typed.isEmpty()) throw Refusal(QStringLiteral("Indiquez le dossier du programme"));
         const QString folder = QDir(typed).absolutePath();
-        setEnabled(false);
         carryOut(folder);
         home_ = folder;
         accept();
     } catch (const Refusal& refusal) {
         told_->setText(refusal.text.trimmed());
+        for (QLineEdit* box : {source_, name_, code_, folder_}) // the first that lacks its answer
+            if (box->isEnabled() && box->text().trimmed().isEmpty()) box->setFocus();
     } catch (const DataError& error) {
         told_->setText(QStringLiteral("%1 (erreur %2)").arg(error.description).arg(error.number));
     }
-    setEnabled(true);
 }
 
 void FirstStart::carryOut(const QString& folder) {
@@ -145,15 +155,25 @@ void FirstStart::carryOut(const QString& folder) {
         creation::open(folder); // refuses what is no installation
         return;
     case Deed::Convert:
-        conversion::convert(QDir::fromNativeSeparators(source_->text().trimmed()), folder, false,
-                            progress(*this, QStringLiteral("Conversion")));
-        return;
+        return convert(folder);
     case Deed::Demonstrate:
-        demo::fill(
-            creation::create({folder, QStringLiteral("CE"), QStringLiteral("DISTRIBUTION DEMONSTRATION"), false}),
-            {DemonstrationUnits, 1});
+        demo::create(folder, QStringLiteral("CE"), {DemonstrationUnits, 1},
+                     progress(*this, QStringLiteral("La démonstration se remplit")));
         return;
     }
+}
+
+/// What is not as it was in the bases, the user must know before working in the dossier.
+void FirstStart::convert(const QString& folder) {
+    QStringList differences = conversion::convert(QDir::fromNativeSeparators(source_->text().trimmed()), folder, false,
+                                                  progress(*this, QStringLiteral("Conversion")))
+                                  .differences();
+    if (differences.isEmpty()) return;
+    if (const qsizetype more = differences.size() - DifferencesTold; more > 0)
+        differences = differences.mid(0, DifferencesTold) << QStringLiteral("... et %1 autres").arg(more);
+    prompt_.tell(QStringLiteral("Le dossier est converti. À savoir :\n\n") + differences.join(u'\n') +
+                     QStringLiteral("\n\nContrôlez-le par molvenctl check."),
+                 windowTitle(), Icon::Warning);
 }
 
 } // namespace molven

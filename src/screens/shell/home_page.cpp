@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -26,15 +27,6 @@ void empty(QLayout& layout) {
         delete item->widget();
         delete item;
     }
-}
-
-/// In three letters, for want of room.
-QString monthName(const QDate& day) {
-    static const QStringList names{QStringLiteral("jan"), QStringLiteral("fév"), QStringLiteral("mar"),
-                                   QStringLiteral("avr"), QStringLiteral("mai"), QStringLiteral("jun"),
-                                   QStringLiteral("jul"), QStringLiteral("aoû"), QStringLiteral("sep"),
-                                   QStringLiteral("oct"), QStringLiteral("nov"), QStringLiteral("déc")};
-    return names[day.month() - 1];
 }
 
 std::vector<double> amountsOf(const QList<Decimal>& amounts) {
@@ -69,8 +61,8 @@ HomePage::HomePage(Form& form, const std::function<bool(const QString&)>& may,
     beside_ = new QVBoxLayout;
     auto* body = new QHBoxLayout;
     body->setSpacing(2 * style::WideGap);
-    body->addWidget(room, 3);
-    body->addLayout(beside_, 2);
+    body->addWidget(room, 4);
+    body->addLayout(beside_, 3); // twelve names of months side by side
     auto* layout = new QVBoxLayout(this);
     style::nest(*layout);
     layout->setSpacing(style::WideGap);
@@ -193,7 +185,8 @@ void HomePage::showTurnover(const day_work::Figures& figures, const QDate& today
     if (!chart_) return;
     chart_->setVisible(isShown);
     QStringList months;
-    for (int i = 1 - day_work::MonthsShown; i <= 0; ++i) months.append(monthName(today.addMonths(i)));
+    for (int i = 1 - day_work::MonthsShown; i <= 0; ++i)
+        months.append(QLocale().standaloneMonthName(today.addMonths(i).month(), QLocale::ShortFormat));
     std::vector<FigureChart::Series> series{{QStringLiteral("Douze derniers mois"), amountsOf(figures.turnover)}};
     if (isSold(figures.turnoverAgo)) series.push_back({QStringLiteral("Un an avant"), amountsOf(figures.turnoverAgo)});
     chart_->showLines(QStringLiteral("Chiffre d'affaires HT par mois"), months, series);

@@ -7,6 +7,7 @@
 #include "shell/startup.h"
 #include "shell/tables.h"
 #include "stock/units.h"
+#include "ui/access_keys.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
@@ -73,6 +74,7 @@ QFrame* MenuForm::panel(const QString& name, const QString& caption, QLabel*& ca
     auto* layout = new QGridLayout(frame);
     layout->addWidget(captionLabel, 0, 0, 1, 3);
     frame->hide();
+    frame->installEventFilter(this);
     return frame;
 }
 
@@ -157,6 +159,7 @@ void MenuForm::buildHome() {
     home_->hide();
     auto* page = new QWidget;
     tabs_ = new ScreenTabs(page, this);
+    connect(tabs_, &QTabWidget::currentChanged, this, [this] { leaveKeys(); });
     home_->tabsWanted = [this](bool wanted) { desk().tabs = wanted ? tabs_ : nullptr; };
     auto* room = new QVBoxLayout(page);
     style::letBreathe(*room);
@@ -178,6 +181,22 @@ void MenuForm::buildHome() {
         tabs_->showHome();
         home_->search();
     };
+}
+
+/// Within the window, Alt and a letter mean the screen or the panel that its user is in before the menu.
+void MenuForm::leaveKeys() {
+    QSet<QChar> keys;
+    if (const Form* screen = tabs_->current())
+        keys = accessKeysOf(*screen);
+    else
+        for (const QFrame* panel : {wordPanel_, bookPanel_, numberPanel_, diskPanel_})
+            if (panel->isVisible()) keys += accessKeysOf(*panel);
+    bar_->leaveKeys(keys);
+}
+
+bool MenuForm::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide) leaveKeys();
+    return Form::eventFilter(watched, event);
 }
 
 /// Reads the dossier once the window is there.

@@ -8,13 +8,13 @@ class QAction;
 class QFrame;
 class QLabel;
 class QMenu;
-class QMenuBar;
 class QTextEdit;
 
 namespace molven {
 
 class Grid;
 class HomePage;
+class MenuBar;
 class ScreenTabs;
 struct Opening;
 struct Renumbering;
@@ -28,12 +28,14 @@ protected:
     bool mayClose() override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildMenu();
     void buildPanels();
     void buildHome();
     void startHome();
+    void leaveKeys();
     void buildDiskPanel();
     QFrame* panel(const QString& name, const QString& caption, QLabel*& captionLabel);
 
@@ -61,7 +63,7 @@ private:
     bool closeOthers();
     void enterFolders();
 
-    QMenuBar* bar_;
+    MenuBar* bar_;
     QList<QAction*> topLevel_;
     Grid* dossiers_;
     QFrame* wordPanel_;
