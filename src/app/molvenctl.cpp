@@ -95,7 +95,13 @@ static std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[]
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
+/// What the toolkit has to say of the machine is English and none of the user's business.
+static void tellFaultsOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) ctl::complain(text);
+}
+
 int main(int argc, char* argv[]) {
+    qInstallMessageHandler(tellFaultsOnly);
     const QList<ctl::Command>& commands = ctl::words();
     const QString word = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
     const bool draws = std::any_of(commands.begin(), commands.end(), [&word](const ctl::Command& command) {

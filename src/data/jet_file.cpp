@@ -6,9 +6,12 @@
 #include <QFile>
 #include <QList>
 
+#include <cstdio>
 #include <vector>
 
+#include <fcntl.h>
 #include <glib.h>
+#include <unistd.h>
 
 extern "C" {
 #include <mdbtools.h>
@@ -59,6 +62,28 @@ QString valueOf(const MdbColumn& column, const char* bytes, int length) {
 
 using Definition = std::unique_ptr<MdbTableDef, decltype(&mdb_free_tabledef)>;
 
+/// The library tells what it cannot read on the standard error, in English; what the program says of it is said apart.
+class Silence {
+public:
+    Silence() : kept_(dup(STDERR_FILENO)) {
+        std::fflush(stderr);
+        const int nowhere = open("/dev/null", O_WRONLY);
+        if (kept_ >= 0 && nowhere >= 0) dup2(nowhere, STDERR_FILENO);
+        if (nowhere >= 0) close(nowhere);
+    }
+    ~Silence() {
+        std::fflush(stderr);
+        if (kept_ < 0) return;
+        dup2(kept_, STDERR_FILENO);
+        close(kept_);
+    }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+private:
+    const int kept_;
+};
+
 } // namespace
 
 struct JetFile::Handle {
@@ -69,6 +94,7 @@ struct JetFile::Handle {
     }
 
     Definition table(const QString& name) const {
+        const Silence silence;
         Definition found(mdb_read_table_by_name(mdb, name.toUtf8().data(), MDB_TABLE), mdb_free_tabledef);
         if (!found || !mdb_read_columns(found.get()))
             throw DataError(DataError::NotADatabase,
@@ -79,6 +105,7 @@ struct JetFile::Handle {
 
 JetFile::JetFile(const QString& path) : handle_(std::make_unique<Handle>()) {
     handle_->path = QDir::toNativeSeparators(path);
+    const Silence silence;
     handle_->mdb = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
     if (!handle_->mdb || !mdb_read_catalog(handle_->mdb, MDB_TABLE))
         throw DataError(DataError::NotADatabase,
@@ -119,7 +146,11 @@ qint64 JetFile::read(const QString& table, const std::function<void(const QStrin
     }
     mdb_rewind_table(definition.get());
     qint64 read = 0;
-    while (mdb_fetch_row(definition.get())) {
+    const auto fetches = [&definition] {
+        const Silence silence;
+        return mdb_fetch_row(definition.get()) != 0;
+    };
+    while (fetches()) {
         QStringList values;
         for (std::size_t i = 0; i < count; ++i) values.append(valueOf(*columns[i], bytes[i].data(), lengths[i]));
         row(values);

@@ -30,11 +30,7 @@ QMap<QString, DataFile> known(const QDir& folder, QStringList& notices, const QS
     return files;
 }
 
-struct Company {
-    QString code, name;
-};
-
-Company companyOf(const QString& molven) {
+Company readCompany(const QString& molven) {
     const JetFile file(molven);
     Company company;
     const QList<JetFile::Column> columns = file.columns(strspecif.name);
@@ -44,6 +40,22 @@ Company companyOf(const QString& molven) {
             if (columns[i].name.compare(strspecif.spe_nom.name, Qt::CaseInsensitive) == 0) company.name = values[i];
         }
     });
+    return company;
+}
+
+/// What is asked stands for what the source does not tell.
+Company companyOf(const QString& molven, const Company& asked) {
+    Company company;
+    try {
+        company = readCompany(molven);
+    } catch (const DataError& error) {
+        if (error.number != DataError::NotADatabase || asked.code.isEmpty()) throw;
+    }
+    if (!asked.code.isEmpty()) company.code = asked.code;
+    if (!asked.name.isEmpty()) company.name = asked.name;
+    if (company.code.trimmed().isEmpty() || company.name.trimmed().isEmpty())
+        throw Refusal(QStringLiteral("La société n'est pas lisible dans '%1' : indiquez-la par --code et --nom")
+                          .arg(QDir::toNativeSeparators(molven)));
     return company;
 }
 
@@ -130,14 +142,6 @@ void convertInto(const Session& session, const QDir& source, Outcome& outcome, c
     conversion.run();
 }
 
-/// A dossier just added is as if it had never been.
-void takeOff(const Session& session) {
-    const QString folder = QDir(QDir::cleanPath(session.chemin_base)).dirName();
-    Workspace workspace;
-    workspace.open(session.path(DataFile::Societe)).remove(strsociete, strsociete.soc_chemin == folder + u'\\');
-    QDir(session.chemin_base).removeRecursively();
-}
-
 QString molvenIn(const QString& source) {
     for (const QString& name : QDir(source).entryList({QStringLiteral("*.mdb")}, QDir::Files))
         if (dataFileAt(name) == DataFile::Molven) return QDir(source).filePath(name);
@@ -164,18 +168,15 @@ QStringList Outcome::differences() const {
     return lines + notices;
 }
 
-Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress) {
+Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress,
+                const Company& asked) {
     require(!source.isEmpty(), QStringLiteral("Indiquez le dossier des bases à convertir"), QString());
-    const Company company = companyOf(molvenIn(source));
+    const Company company = companyOf(molvenIn(source), asked);
     Outcome outcome;
     if (addToSocieties) {
-        outcome.session = creation::create({target, company.code, company.name, true});
-        try {
-            convertInto(outcome.session, QDir(source), outcome, progress);
-        } catch (...) {
-            takeOff(outcome.session);
-            throw;
-        }
+        outcome.session = creation::create({target, company.code, company.name, true}, [&](const Session& made) {
+            convertInto(made, QDir(source), outcome, progress);
+        });
         return outcome;
     }
     require(!QDir(target).exists() || QDir(target).isEmpty(),

@@ -29,10 +29,17 @@ struct Outcome {
     QStringList differences() const;
 };
 
+/// The company that a dossier is of.
+struct Company {
+    QString code, name;
+};
+
 /// Makes a dossier of a folder of Jet files, in a new installation or, with `addToSocieties`, as one more of an
 /// installation. Every table and field that the catalogue knows is taken; what it does not know is told, and a damaged
-/// file does not keep the others back. The source is only read. Whole or not at all. Throws Refusal where there is no
+/// file does not keep the others back. The source is only read. `asked`, where it is filled, counts more than what the
+/// source says of its company. Whole or not at all. Throws Refusal where there is no
 /// dossier to convert or the target holds one already, DataError.
-Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress);
+Outcome convert(const QString& source, const QString& target, bool addToSocieties, const Progress& progress,
+                const Company& asked = {});
 
 } // namespace molven::conversion

@@ -159,7 +159,7 @@ void list(const Session& session, const Options& options, const QString& dataFol
 }
 
 /// One more dossier: its own data folder, listed with the others.
-Session addDossier(const Options& options) {
+Session addDossier(const Options& options, const std::function<void(const Session&)>& fill) {
     Session first = open(options.folder);
     const QString name = QStringLiteral("data_") + options.code.toLower();
     const bool isOnServer = !options.server.isEmpty();
@@ -167,10 +167,12 @@ Session addDossier(const Options& options) {
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder + u'/' + name));
     MadeFiles made;
     buildWhole(options.folder, [&](const QString& folder) {
-        Session session;
+        Session session = first;
+        session.chemin_util.clear();
         session.chemin_base = isOnServer ? server_address::folder(options.server) : folder + u'/' + name + u'/';
         if (!isOnServer) makeFolder(session.chemin_base);
         createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options, made);
+        if (fill) fill(session);
     });
     if (!QFile::exists(first.path(DataFile::Societe)))
         list(first, {options.folder, first.spe_cod, first.spe_nom, true},
@@ -206,7 +208,7 @@ Session create(const Options& options, const std::function<void(const Session&)>
     if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
     if (server_address::isOne(options.folder)) return createOnServer(options, fill);
     if (holdsInstallation(options.folder)) {
-        if (options.addToSocieties) return addDossier(options);
+        if (options.addToSocieties) return addDossier(options, fill);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
     }
     MadeFiles made;

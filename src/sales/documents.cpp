@@ -34,6 +34,13 @@ bool isSame(const DocumentHeaders& table, const Record& a, const Record& b) {
            a[table.fac_datf] == b[table.fac_datf];
 }
 
+bool isArchived(SalesBook& book, const Record& asRead) {
+    const DocumentHeaders& table = book.kind().headers;
+    if (book.kind().file != DataFile::Vente) return false;
+    const auto archived = book.historic.find(table, numbered(table, asRead));
+    return archived && isSame(table, *archived, asRead);
+}
+
 } // namespace
 
 bool isOfKind(const DocumentKind& kind, const Record& header) {
@@ -260,9 +267,12 @@ Record current(SalesBook& book, const Record& asRead) {
     if (number.isEmpty()) throw Refusal(QStringLiteral("N° inconnu"), table.fac_no.name);
     const auto stored = book.vente.find(table, numbered(table, asRead));
     if (!stored)
-        throw ChangedElsewhere(
-            QStringLiteral("Le document %1 a été supprimé ou renuméroté par un autre poste").arg(number),
-            table.fac_no.name);
+        throw ChangedElsewhere((isArchived(book, asRead)
+                                    ? QStringLiteral("Le document %1 a été archivé par un autre poste")
+                                    : QStringLiteral("Le document %1 a été supprimé ou renuméroté "
+                                                     "par un autre poste"))
+                                   .arg(number),
+                               table.fac_no.name);
     if (!isSame(table, *stored, asRead))
         throw ChangedElsewhere(
             QStringLiteral("Le document %1 a été supprimé par un autre poste : ce N° est "

@@ -36,11 +36,13 @@ void sayFaults(const QList<check::Fault>& faults) {
 int convert(const QCommandLineParser& parser, const QStringList& arguments) {
     int told = -1;
     const auto outcome =
-        conversion::convert(arguments[0], arguments[1], parser.isSet(Societies), [&told](int done, int total) {
-            if (const int tenth = done * 10 / std::max(total, 1); tenth != told)
-                complain(QStringLiteral("... %1 sur %2").arg(done).arg(total)), told = tenth;
-            return true;
-        });
+        conversion::convert(arguments[0], arguments[1], parser.isSet(Societies),
+                            [&told](int done, int total) {
+                                if (const int tenth = done * 10 / std::max(total, 1); tenth != told)
+                                    complain(QStringLiteral("... %1 sur %2").arg(done).arg(total)), told = tenth;
+                                return true;
+                            },
+                            {parser.value(QStringLiteral("code")), parser.value(QStringLiteral("nom"))});
     sayTables(outcome);
     const QList<check::Fault> faults = check::run(outcome.session);
     sayFaults(faults);
@@ -56,7 +58,10 @@ Command convertCommand() {
             QStringLiteral("fait un dossier d'un dossier de bases Jet, qui n'est que lu"),
             QStringLiteral("SOURCE CIBLE"),
             [](Options& options) {
-                options.addOption({Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")});
+                options.addOptions({{Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")},
+                                    {QStringLiteral("code"), QStringLiteral("code société, s'il n'est pas lisible"),
+                                     QStringLiteral("CE")},
+                                    {QStringLiteral("nom"), QStringLiteral("son nom"), QStringLiteral("nom")}});
             },
             convert,
             2};
