@@ -49,7 +49,7 @@ Company companyOf(const QString& molven, const Company& asked) {
     try {
         company = readCompany(molven);
     } catch (const DataError& error) {
-        if (error.number != DataError::NotADatabase || asked.code.isEmpty()) throw;
+        if (error.number != DataError::NotADatabase) throw;
     }
     if (!asked.code.isEmpty()) company.code = asked.code;
     if (!asked.name.isEmpty()) company.name = asked.name;

@@ -101,22 +101,35 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
     std::reverse(upwards.begin(), upwards.end());
     chart()->legend()->setReverseMarkers(true);
     addAxes(*bars, upwards, true);
+    roundAxis(series);
+}
+
+/// Marks of round amounts, zero among them.
+void FigureChart::roundAxis(const std::vector<Series>& series) {
+    double least = 0, most = 1;
+    for (const Series& one : series)
+        for (const double amount : one.amounts) {
+            least = std::min(least, amount);
+            most = std::max(most, amount);
+        }
+    for (QAbstractAxis* axis : chart()->axes()) {
+        if (auto* amounts = dynamic_cast<QValueAxis*>(axis)) {
+            amounts->setRange(least, most);
+            amounts->applyNiceNumbers();
+        }
+    }
 }
 
 void FigureChart::showLines(const QString& title, const QStringList& names, const std::vector<Series>& series) {
     begin(title, series);
     chart()->legend()->setReverseMarkers(false);
-    double least = 0, most = 1;
     for (std::size_t i = 0; i < series.size(); ++i) {
         auto* line = new QLineSeries;
         line->setName(series[i].name);
         line->setPen(QPen(colourOf(i), LineWidth));
         line->setPointsVisible(true);
-        for (std::size_t at = 0; at < series[i].amounts.size(); ++at) {
+        for (std::size_t at = 0; at < series[i].amounts.size(); ++at)
             line->append(static_cast<double>(at), series[i].amounts[at]);
-            least = std::min(least, series[i].amounts[at]);
-            most = std::max(most, series[i].amounts[at]);
-        }
         chart()->addSeries(line);
         if (i == 0) {
             addAxes(*line, distinct(names), false);
@@ -124,12 +137,7 @@ void FigureChart::showLines(const QString& title, const QStringList& names, cons
         }
         for (QAbstractAxis* axis : chart()->axes()) line->attachAxis(axis);
     }
-    for (QAbstractAxis* axis : chart()->axes()) {
-        if (auto* amounts = dynamic_cast<QValueAxis*>(axis)) {
-            amounts->setRange(least, most);
-            amounts->applyNiceNumbers();
-        }
-    }
+    roundAxis(series);
 }
 
 QImage FigureChart::picture() {

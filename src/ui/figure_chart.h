@@ -27,6 +27,7 @@ public:
 
 private:
     void begin(const QString& title, const std::vector<Series>& series);
+    void roundAxis(const std::vector<Series>& series);
     void addAxes(QAbstractSeries& drawn, const QStringList& names, bool areNamesUpright);
     QColor colourOf(std::size_t series) const;
 };

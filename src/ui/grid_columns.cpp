@@ -149,13 +149,16 @@ int GridColumns::widthOf(int column) const {
     return width;
 }
 
-/// Hands out what is left of the room, or takes back what is missing, among the columns of words.
+/// Hands out what is left of the room, or takes back what is missing, among the columns of words; where the list has to
+/// be pushed along all the same, its words stay whole.
 void GridColumns::share(QList<int>& widths, int room) const {
     int spare = room - std::accumulate(widths.begin(), widths.end(), 0);
     int words = 0;
     for (int i = 0; i < widths.size(); ++i)
         if (yields(i) && widths[i] > 0) words += widths[i];
-    if (words == 0) return;
+    int least = 0;
+    for (int i = 0; i < widths.size(); ++i) least += yields(i) ? std::min(widths[i], NarrowestWords) : widths[i];
+    if (words == 0 || least > room) return;
     for (int i = 0; i < widths.size(); ++i) {
         if (!yields(i) || widths[i] == 0) continue;
         const int part = static_cast<int>(static_cast<qint64>(spare) * widths[i] / words);

@@ -117,6 +117,13 @@ TEST_F(TwoUsers, ActOnTheDocumentThatTheyOpened) {
     EXPECT_EQ(stateOf(units[0]).left(1), QStringLiteral("N"));
 }
 
+TEST_F(TwoUsers, AreToldThatADocumentWasArchived) {
+    const Record opened = newDocument(here);
+    there.vente.moveTo(there.historic, strlive, strlive.fac_no == opened[strlive.fac_no]);
+    EXPECT_EQ(changeOf([&] { documents::change(here, opened, opened); }),
+              QStringLiteral("Le document 000001 a été archivé par un autre poste"));
+}
+
 TEST_F(TwoUsers, WriteTheStoredHeaderOnAUnitNotAnOldReading) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 1);
     const Record read = newDocument(here);
