@@ -29,8 +29,7 @@ double residentMegabytes() {
 void showUnits(Grid& grid, Database molven) {
     grid.resize(1200, 700);
     grid.rows().setQuery([molven](const Criterion& filter, const Order& order) mutable {
-        return molven.select(strproduit, filter,
-                             order.terms.isEmpty() ? Order{strproduit.pro_ann, strproduit.imm_art} : order);
+        return molven.select(strproduit, filter, order.orElse(Order{strproduit.pro_ann, strproduit.imm_art}));
     });
     grid.show();
 }
