@@ -75,7 +75,8 @@ TEST(Conversions, NameADamagedFileAndTakeTheOthers) {
     // Without its main file the company is asked, and the rest is taken all the same.
     write("molven.mdb", "rien d'une base");
     const QString bare = folder.filePath(QStringLiteral("sans_molven"));
-    EXPECT_TRUE(test::refusalOf([&] { conversion::convert(source, bare, false, {}); }).contains(QStringLiteral("--code")));
+    EXPECT_TRUE(
+        test::refusalOf([&] { conversion::convert(source, bare, false, {}); }).contains(QStringLiteral("--code")));
     const auto named = conversion::convert(source, bare, false, {}, {QStringLiteral("CE"), QStringLiteral("REPRISE")});
     EXPECT_EQ(named.session.spe_nom, QStringLiteral("REPRISE"));
     EXPECT_TRUE(named.notices.join(u'\n').contains(QStringLiteral("molven.mdb : ")));
