@@ -2,10 +2,12 @@
 //
 //   molven-load --home DIR --postes 8 --secondes 30
 //
-// Prints deeds a second, the slowest of a hundred, what was refused; the dossier is checked at the end. It works on the
+// Prints deeds a second, the slowest of a hundred, what was refused, how often a deed of each kind waited for an answer
+// of a server, which a distant one makes cost; the dossier is checked at the end. It works on the
 // dossier itself: give it a copy.
 
 #include "data/errors.h"
+#include "data/postgres/connection.h"
 #include "dossier/check.h"
 #include "dossier/creation.h"
 #include "reference/parameters.h"
@@ -43,18 +45,25 @@ public:
     Station(const Session& session, int number) : session_(session), chance_(static_cast<quint32>(number) + 1) {}
 
     void work(int seconds, QTextStream& told) {
-        const QList<std::pair<int, std::function<void()>>> mix{{60, [this] { enquire(); }},
-                                                               {12, [this] { receive(); }},
-                                                               {20, [this] { deliver(); }},
-                                                               {8, [this] { invoice(); }}};
+        struct Turn {
+            int share; ///< of a hundred
+            const char* name;
+            std::function<void()> deed;
+        };
+        const QList<Turn> mix{{60, "traçabilité", [this] { enquire(); }},
+                              {12, "réception", [this] { receive(); }},
+                              {20, "livraison", [this] { deliver(); }},
+                              {8, "facture", [this] { invoice(); }}};
         QElapsedTimer since;
         for (since.start(); since.elapsed() < seconds * 1000;) {
             int turn = static_cast<int>(chance_.bounded(100));
-            const auto deed =
-                std::find_if(mix.begin(), mix.end(), [&](const auto& one) { return (turn -= one.first) < 0; });
+            const auto one = std::find_if(mix.begin(), mix.end(), [&](const Turn& t) { return (turn -= t.share) < 0; });
+            const qint64 trips = postgres::Connection::roundTrips();
             QElapsedTimer took;
             took.start();
-            told << outcome(deed->second) << ' ' << took.nsecsElapsed() / 1000 << '\n';
+            const QString end = outcome(one->deed);
+            told << end << ' ' << took.nsecsElapsed() / 1000 << ' ' << one->name << ' '
+                 << postgres::Connection::roundTrips() - trips << '\n';
         }
     }
 
@@ -117,13 +126,16 @@ private:
     QRandomGenerator chance_;
 };
 
-/// Every line is what became of a deed and its microseconds.
+/// Every line is what became of a deed, its microseconds, its kind and its round trips.
 void report(const QStringList& lines, int seconds, QTextStream& out) {
     QMap<QString, qsizetype> outcomes;
+    QMap<QString, QList<qint64>> trips;
     QList<qint64> times;
     for (const QString& line : lines) {
-        ++outcomes[line.section(u' ', 0, 0)];
-        times.append(line.section(u' ', 1, 1).toLongLong());
+        const QStringList words = line.split(u' ');
+        ++outcomes[words[0]];
+        times.append(words[1].toLongLong());
+        if (words[0] == u"fait") trips[words[2]].append(words[3].toLongLong());
     }
     std::sort(times.begin(), times.end());
     out << QStringLiteral("gestes par seconde : %1\n").arg(static_cast<double>(times.size()) / seconds, 0, 'f', 1);
@@ -133,6 +145,10 @@ void report(const QStringList& lines, int seconds, QTextStream& out) {
                    .arg(times.last() / 1000);
     for (auto one = outcomes.begin(); one != outcomes.end(); ++one)
         out << QStringLiteral("%1 : %2\n").arg(one.key()).arg(one.value());
+    for (auto one = trips.begin(); one != trips.end(); ++one) {
+        std::sort(one->begin(), one->end());
+        out << QStringLiteral("allers et retours, %1 : %2\n").arg(one.key()).arg(one->at(one->size() / 2));
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <libpq-fe.h>
 #include <poll.h>
 
+#include <atomic>
 #include <vector>
 
 namespace molven::postgres {
@@ -40,6 +41,8 @@ const Known* known(const char* state) {
         if (qstrcmp(one.state, state) == 0) return &one;
     return nullptr;
 }
+
+std::atomic<qint64> trips = 0;
 
 QString wordsOf(pg_conn* connection) { return QString::fromUtf8(PQerrorMessage(connection)).trimmed(); }
 
@@ -154,7 +157,10 @@ Result Connection::received() {
     return checked(last);
 }
 
+qint64 Connection::roundTrips() { return trips; }
+
 Result Connection::checked(pg_result* raw) {
+    ++trips;
     Result result(raw);
     const ExecStatusType status = PQresultStatus(raw);
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) fail(raw);

@@ -41,6 +41,9 @@ public:
     /// Adds what a text in the server's own form holds to a table: "copy ... from stdin" and its lines.
     void copyIn(const QString& sql, const QByteArray& lines);
 
+    /// How often this process has waited for an answer of a server.
+    static qint64 roundTrips();
+
     const QString& address() const { return address_; }
     bool isLost() const;
     /// Looks whether the server is still there, without asking it anything.

@@ -49,7 +49,7 @@ public:
     void loaded(const QString& qualifiedTable) override;
 
 protected:
-    std::unique_ptr<Statement> prepare(const QString& sql) override;
+    std::unique_ptr<molven::Statement> prepare(const QString& sql) override;
     void requireGoing() override;
 
 private:
