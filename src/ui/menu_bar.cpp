@@ -32,12 +32,27 @@ bool MenuBar::walk(const QString& key) {
 }
 
 void MenuBar::leaveKeys(const QSet<QChar>& keys) {
+    left_ = keys;
+    if (!hasFocus()) showCaptions(left_);
+}
+
+void MenuBar::showCaptions(const QSet<QChar>& without) {
     for (QAction* action : actions()) {
         const QString own = captions_.value(action, action->text());
         captions_.insert(action, own);
         const QString key = QKeySequence::mnemonic(own).toString(); // "Alt+V"
-        action->setText(!key.isEmpty() && keys.contains(key.back()) ? QString(own).remove(u'&') : own);
+        action->setText(!key.isEmpty() && without.contains(key.back()) ? QString(own).remove(u'&') : own);
     }
+}
+
+void MenuBar::focusInEvent(QFocusEvent* event) {
+    QMenuBar::focusInEvent(event);
+    showCaptions({});
+}
+
+void MenuBar::focusOutEvent(QFocusEvent* event) {
+    QMenuBar::focusOutEvent(event);
+    showCaptions(left_);
 }
 
 bool MenuBar::event(QEvent* event) {

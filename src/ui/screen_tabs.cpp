@@ -18,6 +18,8 @@ ScreenTabs::ScreenTabs(QWidget* home, QWidget* parent) : QTabWidget(parent) {
     tabBar()->setFocusPolicy(Qt::NoFocus);
     addTab(home, QStringLiteral("Accueil"));
     for (const auto side : {QTabBar::LeftSide, QTabBar::RightSide}) tabBar()->setTabButton(0, side, nullptr);
+    shown_ = home;
+    connect(this, &QTabWidget::currentChanged, this, [this] { moveCursor(); });
     connect(this, &QTabWidget::tabCloseRequested, this, [this](int tab) {
         if (const auto* room = qobject_cast<QScrollArea*>(widget(tab))) room->widget()->close();
     });
@@ -41,11 +43,19 @@ void ScreenTabs::add(Form& form) {
             [this, room](const QString& changed) { setTabText(indexOf(room), changed); });
     connect(&form, &QObject::destroyed, this, [this, room] {
         removeTab(indexOf(room));
+        cursors_.remove(room);
         room->deleteLater();
     });
     form.show();
     setCurrentWidget(room);
     if (cursor) cursor->setFocus();
+}
+
+/// To where the user left it: a page that goes takes it anywhere.
+void ScreenTabs::moveCursor() {
+    if (shown_ && shown_ != currentWidget()) cursors_.insert(shown_, shown_->focusWidget());
+    shown_ = currentWidget();
+    if (QWidget* cursor = cursors_.value(shown_)) cursor->setFocus();
 }
 
 Form* ScreenTabs::current() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QHash>
+#include <QPointer>
 #include <QTabWidget>
 
 namespace molven {
@@ -23,6 +25,10 @@ public:
 
 private:
     int tabOf(const Form& form) const;
+    void moveCursor();
+
+    QPointer<QWidget> shown_;                    ///< the page in sight
+    QHash<QWidget*, QPointer<QWidget>> cursors_; ///< where each page was left
 };
 
 } // namespace molven

@@ -97,6 +97,15 @@ TEST_F(Home, LeavesAccessKeysToTheScreenInItsTab) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return validate->isEnabled(); }));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(captionOf("mnu_vte"), QStringLiteral("&Ventes"));
+
+    desk->bringForward(*suppliers);
+    auto* name = suppliers->findChild<QLineEdit*>(QStringLiteral("txtfou_nom"));
+    name->setFocus();
+    QTest::keyClick(name, Qt::Key_F1);
+    rest();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    rest();
+    EXPECT_EQ(QApplication::focusWidget(), name) << "the guide read and closed, one goes on where one was";
 }
 
 TEST_F(Home, TakesScreensIntoTabsForWhoWantsThem) {
