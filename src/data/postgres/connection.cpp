@@ -1,7 +1,5 @@
 #include "data/postgres/connection.h"
 
-#include <QSet>
-
 #include <libpq-fe.h>
 #include <poll.h>
 
@@ -16,7 +14,7 @@ constexpr int AskEveryMs = 50;
 /// What every connection works by; a server's own settings must not change what records are found.
 const char* const Settings = "set client_encoding='UTF8'; set standard_conforming_strings=on; set lock_timeout='10s';"
                              "set search_path=public; set default_transaction_isolation='read committed';"
-                             "set enable_seqscan=on; set client_min_messages=error";
+                             "set client_min_messages=error";
 
 struct Known {
     const char* state;

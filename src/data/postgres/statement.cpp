@@ -2,6 +2,8 @@
 
 #include "data/postgres/engine.h"
 
+#include <algorithm>
+
 #include <libpq-fe.h>
 
 namespace molven::postgres {
@@ -51,12 +53,9 @@ void Statement::run(const QStringList& values) {
 }
 
 bool Statement::next() {
-    if (!result_ || row_ + 1 >= PQntuples(result_.get())) {
-        row_ = -1;
-        return false;
-    }
-    ++row_;
-    return true;
+    if (!result_) return false;
+    row_ = std::min(row_ + 1, PQntuples(result_.get()));
+    return row_ < PQntuples(result_.get());
 }
 
 void Statement::finish() {
