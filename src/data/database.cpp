@@ -186,7 +186,7 @@ qint64 Database::derive(const Table& table, const QList<Derived>& values, const 
     }
     const QString text = QStringLiteral("insert into %1 (%2) select %3 from (%4) as derived")
                              .arg(qualified(table), names.join(u','), expressions.join(u','), selection);
-    return engine_->run(text, sql.values).changed();
+    return engine_->write(text, sql.values);
 }
 
 qint64 Database::copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
@@ -208,7 +208,7 @@ qint64 Database::copyDerived(const Table& table, const QStringList& names, const
     for (; rows.next(); ++count) {
         QStringList row = valuesOf(rows, static_cast<int>(values.size()));
         for (qsizetype i = 0; i < row.size(); ++i) row[i] = RowReader::bound(values[i].field, row[i]);
-        engine_->run(text, row);
+        engine_->write(text, row);
     }
     return count;
 }
@@ -229,7 +229,7 @@ void Database::insert(const Record& record) {
           RowReader::values(record), [&](Journal& journal) { journal.added(record); });
 }
 
-qint64 Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
+Written Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
     QStringList sets;
     Sql sql{engine_->dialect()};
     for (const Assignment& assignment : assignments) {
@@ -242,7 +242,7 @@ qint64 Database::update(const Table& table, const QList<Assignment>& assignments
                  [&](Journal& journal) { journal.changing(assignments, criterion); });
 }
 
-qint64 Database::remove(const Table& table, const Criterion& criterion) {
+Written Database::remove(const Table& table, const Criterion& criterion) {
     Sql sql{engine_->dialect()};
     const QString where = criterion.where(sql);
     return write(table, QStringLiteral("delete from ") + qualified(table) + where, sql.values,
@@ -256,25 +256,25 @@ qint64 Database::moveTo(Database target, const Table& table, const Criterion& cr
     const QString where = criterion.where(sql);
     const QString text = QStringLiteral("insert into %1 (%2) select %2 from %3%4 order by rowid")
                              .arg(target.qualified(table), table.columns(), source, where);
-    const qint64 arrived =
+    const Written arrived =
         target.write(table, text, sql.values, [&](Journal& journal) { journal.arriving(source, criterion); });
     const qint64 left = remove(table, criterion);
-    if (arrived != left)
+    if (arrived.changed() != left)
         throw DataError(DataError::Undone, QStringLiteral("Le déplacement n'est pas complet, il a été annulé."));
     transaction.commit();
     return left;
 }
 
-qint64 Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
+Written Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
     Sql sql{engine_->dialect()};
     const QString where = criterion.where(sql);
     return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), to.name, from.name, where),
                  sql.values, [&](Journal& journal) { journal.copying(to, from, criterion); });
 }
 
-qint64 Database::write(const Table& table, const QString& sql, const QStringList& values,
+Written Database::write(const Table& table, const QString& sql, const QStringList& values,
                        const std::function<void(Journal&)>& tell) {
-    return Journal::write({*workspace_, *engine_, qualified(table), table}, sql, values, tell).changed;
+    return Journal::write({*workspace_, *engine_, qualified(table), table}, sql, values, tell);
 }
 
 bool Database::hasTable(const Table& table) { return !columns(table).isEmpty(); }

@@ -4,6 +4,7 @@
 #include "data/record.h"
 #include "data/recordset.h"
 #include "data/workspace.h"
+#include "data/written.h"
 
 #include <optional>
 
@@ -72,12 +73,12 @@ public:
 
     void insert(const Record& record);
     /// Number of records changed.
-    qint64 update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
-    qint64 remove(const Table& table, const Criterion& criterion = {});
+    Written update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
+    Written remove(const Table& table, const Criterion& criterion = {});
     /// Moves records into the same table of another file of the workspace, as they are; number of records moved.
     qint64 moveTo(Database target, const Table& table, const Criterion& criterion);
     /// Gives one field the value of another in many records at once; number of records changed.
-    qint64 copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
+    Written copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
 
     /// Adds a record, in order, for each of the joined ones that meet the criterion, by one statement: `values` from
     /// the joined records, `further` from these. For work tables, which keep no journal. Number of records.
@@ -114,7 +115,7 @@ private:
         : workspace_(&workspace), engine_(&engine), schema_(schema), path_(path) {}
 
     Engine& engine() const { return *engine_; }
-    qint64 write(const Table& table, const QString& sql, const QStringList& values,
+    Written write(const Table& table, const QString& sql, const QStringList& values,
                  const std::function<void(Journal&)>& tell);
     /// Derived records from a source in another connection.
     qint64 copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,

@@ -40,7 +40,7 @@ void Engine::require(const QString& path) {
     if (!server_address::isOne(path)) sqlite::requireFile(path);
 }
 
-Statement& Engine::run(const QString& sql, const QStringList& values) {
+Statement& Engine::prepared(const QString& sql) {
     requireGoing();
     std::unique_ptr<Statement>& statement = prepared_[sql];
     if (!statement) {
@@ -51,8 +51,15 @@ Statement& Engine::run(const QString& sql, const QStringList& values) {
             throw;
         }
     }
-    statement->run(values);
     return *statement;
 }
+
+Statement& Engine::run(const QString& sql, const QStringList& values) {
+    Statement& statement = prepared(sql);
+    statement.run(values);
+    return statement;
+}
+
+Written Engine::write(const QString& sql, const QStringList& values) { return written(prepared(sql), values); }
 
 } // namespace molven

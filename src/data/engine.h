@@ -2,6 +2,7 @@
 
 #include "data/schema.h"
 #include "data/statement.h"
+#include "data/written.h"
 
 #include <functional>
 #include <memory>
@@ -15,6 +16,9 @@ class Dialect;
 class Engine {
 public:
     enum class Opening { Existing, New };
+    /// What a transaction inside another is for: a rule, after whose fault its caller may go on, or one change of
+    /// records and its entries in the journal, whose fault may end the whole.
+    enum class Scope { Rule, Change };
     /// An index as it stands, in the engine's own words.
     struct MadeIndex {
         QString name;
@@ -48,13 +52,25 @@ public:
 
     /// Runs one statement with bound values. It is prepared once.
     Statement& run(const QString& sql, const QStringList& values = {});
+    /// The same for one that adds, changes or removes records. Within a transaction a server may be told later, at the
+    /// latest with the next statement that reads or the commit.
+    Written write(const QString& sql, const QStringList& values = {});
+    /// These values will be asked for by this statement within the transaction or the reading that is open: what a
+    /// server has to be asked is asked at once.
+    virtual void foresee(const QString& sql, const QList<QStringList>& values) = 0;
+    /// Until endReading() the engine may answer the same question as it did before, unless something was written here.
+    virtual void beginReading() = 0;
+    virtual void endReading() noexcept = 0;
 
     /// Takes the write lock; waits for other workstations 10 s at most, then throws.
     virtual void begin() = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
+    virtual void savepoint(const QString& name, Scope scope) = 0;
+    /// What was written since the savepoint of that name stays, as far as the transaction does.
+    virtual void release(const QString& savepoint, Scope scope) = 0;
     /// Takes back what was written since the savepoint of that name; a fault since then is forgotten.
-    virtual void rollbackTo(const QString& savepoint) = 0;
+    virtual void rollbackTo(const QString& savepoint, Scope scope) = 0;
     /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
     virtual void watch(std::function<bool()> goesOn) = 0;
 
@@ -87,8 +103,12 @@ public:
 protected:
     Engine() = default;
     virtual std::unique_ptr<Statement> prepare(const QString& sql) = 0;
+    virtual Written written(Statement& statement, const QStringList& values) = 0;
     /// Refuses to go on in a transaction that the engine has undone by itself.
     virtual void requireGoing() = 0;
+
+    /// The statement of this text, made when it is asked for first.
+    Statement& prepared(const QString& sql);
 
     std::unordered_map<QString, std::unique_ptr<Statement>> prepared_;
 };

@@ -69,17 +69,13 @@ Journal::Journal(const Place& place)
       file_(place.qualified.section(u'.', 0, 0)),
       table_(place.table) {}
 
-Journal::Written Journal::write(const Place& place, const QString& sql, const QStringList& values,
+Written Journal::write(const Place& place, const QString& sql, const QStringList& values,
                                 const std::function<void(Journal&)>& tell) {
-    const auto run = [&] {
-        const Statement& done = place.engine.run(sql, values);
-        return Written{done.changed(), done.insertedKey()};
-    };
-    if (!place.table.trail()) return run();
-    Transaction transaction(place.workspace);
+    if (!place.table.trail()) return place.engine.write(sql, values);
+    Transaction transaction(place.workspace, Engine::Scope::Change);
     Journal journal(place);
     tell(journal);
-    const Written written = run();
+    Written written = place.engine.write(sql, values);
     transaction.commit();
     return written;
 }
@@ -119,7 +115,7 @@ void Journal::found(const QString& kind, const Record& record) {
     QStringList marks;
     for (const QString& value : head() + QStringList{parts.join(u'/'), kind, digest::of(record)})
         marks.append(sql.bind(value));
-    engine_.run(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
+    engine_.write(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
 }
 
 void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
@@ -192,7 +188,7 @@ void Journal::enter(const QString& kind, const Piece& values, const Criterion& c
     QStringList marks;
     for (const QString& value : head()) marks.append(sql.bind(value));
     const QString given = values(sql), where = criterion.where(sql);
-    engine_.run(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
+    engine_.write(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
                                    .arg(marks.join(u','), key(table_, sql.dialect), kind, given, qualified_, where),
                 sql.values);
 }

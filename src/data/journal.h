@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "data/written.h"
 
 #include <QStringList>
 
@@ -23,10 +24,6 @@ void setOperatorCode(const QString& code);
 /// change of a new day the former records are sealed.
 class Journal {
 public:
-    struct Written {
-        qint64 changed = 0; ///< records
-        qint64 key = 0;     ///< of the record that was added
-    };
     /// A table in one of its files.
     struct Place {
         Workspace& workspace;

@@ -68,7 +68,7 @@ void Journal::sealFormerDays() {
     const Seal seal = first ? sealOf(engine_.run(entriesSql(file_, QStringLiteral("true"))), sum)
                             : sealOf(engine_.run(entriesSql(file_, QStringLiteral("rowid>?")), {last}), sum);
     if (seal.count == 0) return;
-    engine_.run(QStringLiteral("insert into %1 (%2) values (?,?,?,?)").arg(sealed(file_), strsceau.columns()),
+    engine_.write(QStringLiteral("insert into %1 (%2) values (?,?,?,?)").arg(sealed(file_), strsceau.columns()),
                 {seal.day, QString::number(seal.last), QString::number(seal.count), seal.sum});
 }
 

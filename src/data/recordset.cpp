@@ -139,7 +139,7 @@ void Recordset::update() {
         const QString sql = RowReader::insertion(table, *table_, engine_->dialect());
         const auto done = Journal::write({*workspace_, *engine_, table, *table_}, sql, RowReader::values(written),
                                          [&](Journal& journal) { journal.added(written); });
-        keys_.push_back(done.key);
+        keys_.push_back(done.key());
         forget(count() - 1);
         position_ = count() - 1;
     }
@@ -163,10 +163,10 @@ void Recordset::writeChanges(const Record& before, const Record& written) {
             same.append(sql.dialect.same(*field, RowReader::bound(*field, before.value(*field)), sql));
     const QString text = QStringLiteral("update %1 set %2 where %3 and %4")
                              .arg(table, sets.join(u','), isHere, same.join(QStringLiteral(" and ")));
-    Transaction transaction(*workspace_);
+    Transaction transaction(*workspace_, Engine::Scope::Change);
     const auto done = Journal::write({*workspace_, *engine_, table, *table_}, text, sql.values,
                                      [&](Journal& journal) { journal.changing(changes, here); });
-    if (done.changed != 1)
+    if (done.changed() != 1)
         throw DataError(
             DataError::RecordChanged,
             QStringLiteral(

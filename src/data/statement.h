@@ -26,10 +26,6 @@ public:
     /// The same in UTF-8, until the next row. A number is written without useless zeros.
     virtual QByteArrayView bytes(int column) const = 0;
     virtual qint64 integer(int column) const = 0;
-    /// Records that the last run changed.
-    virtual qint64 changed() const = 0;
-    /// Key of the record that the last run inserted.
-    virtual qint64 insertedKey() const = 0;
 };
 
 } // namespace molven

@@ -12,7 +12,7 @@ constexpr int AtOnce = 2000; ///< records; a text of them is a megabyte or two
 } // namespace
 
 qint64 Database::takeAll(Database from, const Table& table, const std::function<void(qint64)>& done) {
-    engine_->run(QStringLiteral("delete from ") + qualified(table));
+    engine_->write(QStringLiteral("delete from ") + qualified(table));
     const QString sql = QStringLiteral("select rowid,%1 from %2 where rowid>? order by rowid limit %3")
                             .arg(table.columns(), from.qualified(table), QString::number(AtOnce));
     const auto& fields = table.fields();

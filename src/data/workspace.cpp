@@ -95,7 +95,12 @@ Watch::~Watch() {
 }
 
 Transaction::Transaction(Workspace& workspace, const QString& deed)
-    : workspace_(workspace), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
+    : Transaction(workspace, deed, Engine::Scope::Rule) {}
+
+Transaction::Transaction(Workspace& workspace, Engine::Scope scope) : Transaction(workspace, {}, scope) {}
+
+Transaction::Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope)
+    : workspace_(workspace), scope_(scope), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
     for (Engine* engine : workspace_.engines()) begin(*engine);
     ++workspace_.depth_;
     if (outerDeed_.isEmpty()) workspace_.deed_ = deed;
@@ -103,7 +108,7 @@ Transaction::Transaction(Workspace& workspace, const QString& deed)
 
 void Transaction::begin(Engine& engine) {
     if (depth_ > 0) {
-        engine.run(QStringLiteral("savepoint ") + savepoint());
+        engine.savepoint(savepoint(), scope_);
         return;
     }
     try {
@@ -125,7 +130,7 @@ Transaction::~Transaction() {
 
 void Transaction::giveUp(Engine& engine) {
     try {
-        depth_ == 0 ? engine.rollback() : engine.rollbackTo(savepoint());
+        depth_ == 0 ? engine.rollback() : engine.rollbackTo(savepoint(), scope_);
     } catch (const DataError&) {
         // The engine has already rolled back by itself, as it does on a full disk.
     }
@@ -136,7 +141,7 @@ void Transaction::commit() {
         if (depth_ == 0)
             engine->commit();
         else
-            engine->run(QStringLiteral("release ") + savepoint());
+            engine->release(savepoint(), scope_);
     }
     open_ = false;
     close();

@@ -86,6 +86,8 @@ public:
     /// Takes the write lock of every open file; waits for other workstations 10 s at most, then throws. `deed` tells
     /// the journal what is done ("Réception"); the outermost transaction that tells has the word.
     explicit Transaction(Workspace& workspace, const QString& deed = {});
+    /// One of the data layer itself, for a change and its entries in the journal.
+    Transaction(Workspace& workspace, Engine::Scope scope);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -93,6 +95,7 @@ public:
     void commit();
 
 private:
+    Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope);
     void begin(Engine& engine);
     void giveUp(Engine& engine);
     void close();
@@ -100,6 +103,7 @@ private:
     QString savepoint() const { return QStringLiteral("inner%1").arg(depth_); }
 
     Workspace& workspace_;
+    const Engine::Scope scope_;
     const int depth_; ///< transactions around this one
     const QString outerDeed_;
     bool open_ = true;

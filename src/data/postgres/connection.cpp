@@ -4,7 +4,6 @@
 #include <poll.h>
 
 #include <atomic>
-#include <vector>
 
 namespace molven::postgres {
 
@@ -98,31 +97,54 @@ bool Connection::isAlive() {
 
 bool Connection::isInTransaction() const { return PQtransactionStatus(connection_) != PQTRANS_IDLE; }
 
-Result Connection::run(const QString& sql) { return checked(PQexec(connection_, sql.toUtf8().constData())); }
-
-const QByteArray& Connection::prepared(const QString& sql) {
-    QByteArray& name = prepared_[sql];
-    if (!name.isEmpty()) return name;
-    const QByteArray fresh = "s" + QByteArray::number(prepared_.size());
-    checked(PQprepare(connection_, fresh.constData(), sql.toUtf8().constData(), 0, nullptr));
-    return name = fresh;
+Result Connection::run(const QString& sql) {
+    ++trips;
+    return checked(PQexec(connection_, sql.toUtf8().constData()));
 }
 
-Result Connection::run(const QString& sql, const QStringList& values, bool often) {
+bool Connection::send(const Command& command) {
     std::vector<QByteArray> texts;
     std::vector<const char*> given;
-    texts.reserve(static_cast<std::size_t>(values.size()));
-    for (const QString& value : values) {
+    texts.reserve(static_cast<std::size_t>(command.values.size()));
+    for (const QString& value : command.values) {
         texts.push_back(value.toUtf8());
         given.push_back(value.isNull() ? nullptr : texts.back().constData());
     }
     const int count = static_cast<int>(given.size());
-    const int sent =
-        often ? PQsendQueryPrepared(connection_, prepared(sql).constData(), count, given.data(), nullptr, nullptr, 0)
-              : PQsendQueryParams(connection_, sql.toUtf8().constData(), count, nullptr, given.data(), nullptr, nullptr,
-                                  0);
-    if (!sent) fail(nullptr);
-    return received();
+    const QByteArray text = command.sql.toUtf8();
+    if (!command.isOften)
+        return PQsendQueryParams(connection_, text.constData(), count, nullptr, given.data(), nullptr, nullptr, 0);
+    QByteArray& name = prepared_[command.sql];
+    if (name.isEmpty()) {
+        name = "s" + QByteArray::number(++names_);
+        if (!PQsendPrepare(connection_, name.constData(), text.constData(), 0, nullptr)) return false;
+    }
+    return PQsendQueryPrepared(connection_, name.constData(), count, given.data(), nullptr, nullptr, 0);
+}
+
+std::vector<Result> Connection::run(const std::vector<Command>& commands) {
+    const QHash<QString, QByteArray> known = prepared_;
+    PQenterPipelineMode(connection_);
+    bool isSent = true;
+    std::vector<bool> isPreparation;
+    for (const Command& command : commands) {
+        const int names = names_;
+        isSent = isSent && send(command);
+        if (names_ != names) isPreparation.push_back(true);
+        isPreparation.push_back(false);
+    }
+    try {
+        if (!isSent || !PQpipelineSync(connection_)) fail(nullptr);
+        std::vector<Result> all = received(), answers;
+        PQexitPipelineMode(connection_);
+        for (std::size_t i = 0; i < all.size(); ++i)
+            if (!isPreparation[i]) answers.push_back(std::move(all[i]));
+        return answers;
+    } catch (...) {
+        PQexitPipelineMode(connection_);
+        prepared_ = known; // what was sent behind a fault was not prepared
+        throw;
+    }
 }
 
 void Connection::copyIn(const QString& sql, const QByteArray& lines) {
@@ -131,34 +153,57 @@ void Connection::copyIn(const QString& sql, const QByteArray& lines) {
     if (PQputCopyData(connection_, lines.constData(), static_cast<int>(lines.size())) != 1 ||
         PQputCopyEnd(connection_, nullptr) != 1)
         fail(nullptr);
-    received();
+    ++trips;
+    pg_result* end = nullptr;
+    while (pg_result* next = PQgetResult(connection_)) {
+        PQclear(end);
+        end = next;
+    }
+    checked(end);
 }
 
-Result Connection::received() {
-    bool isStopped = false;
-    while (goesOn_ && !isStopped && PQisBusy(connection_)) {
+void Connection::await() {
+    while (goesOn_ && !isStopped_ && PQisBusy(connection_)) {
         pollfd socket{PQsocket(connection_), POLLIN, 0};
         poll(&socket, 1, AskEveryMs);
         if (!PQconsumeInput(connection_)) break;
         if (goesOn_()) continue;
-        isStopped = true;
+        isStopped_ = true;
         char reason[256];
         PGcancel* cancel = PQgetCancel(connection_);
         PQcancel(cancel, reason, sizeof reason);
         PQfreeCancel(cancel);
     }
-    pg_result* last = nullptr;
-    while (pg_result* next = PQgetResult(connection_)) {
-        PQclear(last);
-        last = next;
+}
+
+std::vector<Result> Connection::received() {
+    ++trips;
+    isStopped_ = false;
+    std::vector<Result> answers;
+    Result faulty;
+    for (bool isOver = false; !isOver && !isLost();) {
+        await();
+        Result result(PQgetResult(connection_));
+        if (!result) continue; // the answers to one statement are over
+        switch (PQresultStatus(result.get())) {
+        case PGRES_PIPELINE_SYNC:
+            isOver = true;
+            break;
+        case PGRES_COMMAND_OK:
+        case PGRES_TUPLES_OK:
+            answers.push_back(std::move(result));
+            break;
+        default:
+            if (!faulty) faulty = std::move(result);
+        }
     }
-    return checked(last);
+    if (faulty || isLost()) fail(faulty.get());
+    return answers;
 }
 
 qint64 Connection::roundTrips() { return trips; }
 
 Result Connection::checked(pg_result* raw) {
-    ++trips;
     Result result(raw);
     const ExecStatusType status = PQresultStatus(raw);
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) fail(raw);
@@ -167,7 +212,8 @@ Result Connection::checked(pg_result* raw) {
 
 void Connection::fail(const pg_result* result) {
     const char* found = result ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
-    const QString words = wordsOf(connection_);
+    const char* told = result ? PQresultErrorMessage(result) : nullptr;
+    const QString words = told && *told ? QString::fromUtf8(told).trimmed() : wordsOf(connection_);
     if (isLost())
         throw DataError(DataError::CannotOpen,
                         QStringLiteral("La connexion au serveur de la base de données est perdue : ce qui n'était pas "

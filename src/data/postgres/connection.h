@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 struct pg_conn;
 struct pg_result;
@@ -16,6 +17,17 @@ struct ClearResult {
     void operator()(pg_result* result) const;
 };
 using Result = std::unique_ptr<pg_result, ClearResult>;
+
+/// A result that several statements may look at.
+using Answer = std::shared_ptr<const pg_result>;
+
+/// One statement whose marks are $1, $2 ..., a null text being the server's null; `isOften` one is prepared, once a
+/// connection.
+struct Command {
+    QString sql;
+    QStringList values = {};
+    bool isOften = true;
+};
 
 /// The lock that whoever writes to a database takes first, so that two workstations never wait for each other.
 constexpr int SiteLock = 0x4D4F4C56;
@@ -34,9 +46,8 @@ public:
 
     /// Runs statements without values, separated by semicolons; answers the last one's result.
     Result run(const QString& sql);
-    /// Runs a statement whose marks are $1, $2 ..., a null text being the server's null; `often` one is prepared, once
-    /// a connection.
-    Result run(const QString& sql, const QStringList& values, bool often);
+    /// Sends all of them at once and waits for the answers once; those behind a faulty one are not run.
+    std::vector<Result> run(const std::vector<Command>& commands);
 
     /// Adds what a text in the server's own form holds to a table: "copy ... from stdin" and its lines.
     void copyIn(const QString& sql, const QByteArray& lines);
@@ -55,16 +66,20 @@ public:
     void watch(std::function<bool()> goesOn) { goesOn_ = std::move(goesOn); }
 
 private:
-    /// The name under which a statement is prepared here.
-    const QByteArray& prepared(const QString& sql);
-    /// The result of what was sent; asks meanwhile.
-    Result received();
+    /// Sends a statement on its way, and before it, once, what prepares it.
+    bool send(const Command& command);
+    /// Waits until an answer is there; asks meanwhile, and stops the statement once when it shall not go on.
+    void await();
+    /// The answers to what was sent, each kind in its order; the first fault is thrown when all are there.
+    std::vector<Result> received();
     Result checked(pg_result* raw);
     [[noreturn]] void fail(const pg_result* result);
 
     const QString address_;
     pg_conn* connection_ = nullptr;
     QHash<QString, QByteArray> prepared_; ///< statement -> name
+    int names_ = 0;                       ///< given to statements so far
+    bool isStopped_ = false;
     std::function<bool()> goesOn_;
 };
 

@@ -9,6 +9,10 @@
 
 #include <QSet>
 
+#include <libpq-fe.h>
+
+#include <algorithm>
+
 namespace molven::postgres {
 
 namespace {
@@ -24,7 +28,20 @@ QString escaped(QString value) {
         .replace(u'\r', QStringLiteral("\\r"));
 }
 
-const QString Count = QStringLiteral("update molven_changes set number=number+1");
+/// Told behind a commit, so that whoever sees the count change finds what was changed.
+Command counting() { return {QStringLiteral("select nextval('molven_changed')")}; }
+
+constexpr qsizetype MostWaiting = 4'000'000; ///< characters
+constexpr int MostRowsKept = 64;
+constexpr qsizetype MostAnswersKept = 5000;
+
+/// What a statement did, by the server's answer: an insertion gives the key of its record.
+Written::Count countOf(const pg_result* result) {
+    Written::Count count;
+    count.changed = QByteArrayView(PQcmdTuples(const_cast<pg_result*>(result))).toLongLong();
+    if (PQntuples(result) == 1) count.key = QByteArrayView(PQgetvalue(result, 0, 0)).toLongLong();
+    return count;
+}
 
 } // namespace
 
@@ -81,6 +98,7 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 }
 
 void Engine::begin() {
+    forget();
     held_ = Pool::take(address_);
     try {
         held_->run(QStringLiteral("begin; select pg_advisory_xact_lock(%1)").arg(SiteLock));
@@ -89,45 +107,157 @@ void Engine::begin() {
         throw;
     }
     inTransaction_ = true;
-    wrote_ = false;
+    wrote_ = isSpoilt_ = false;
 }
 
 void Engine::commit() {
     requireGoing();
-    held_->run(wrote_ ? Count + QStringLiteral("; commit") : QStringLiteral("commit"));
+    std::vector<Command> last{{QStringLiteral("commit"), {}, false}};
+    if (wrote_) last.push_back(counting());
+    tell(last);
     inTransaction_ = false;
     if (wrote_) ++counted_;
+    forget();
     Pool::give(std::move(held_));
 }
 
 void Engine::rollback() {
     inTransaction_ = false;
+    waiting_.clear();
+    waitingSize_ = 0;
+    forget();
     std::unique_ptr<Connection> connection = std::move(held_);
     if (!connection || connection->isLost()) return;
     connection->run(QStringLiteral("rollback"));
     Pool::give(std::move(connection));
 }
 
-void Engine::rollbackTo(const QString& savepoint) {
+void Engine::savepoint(const QString& name, Scope scope) {
+    requireGoing();
+    if (scope == Scope::Change) return;
+    wait(std::make_shared<Waiting>(Waiting{{QStringLiteral("savepoint ") + name, {}, false}}));
+}
+
+/// A fault of what was written since must be told before the rule is over.
+void Engine::release(const QString& savepoint, Scope scope) {
+    requireGoing();
+    if (scope == Scope::Rule) tell({{QStringLiteral("release ") + savepoint, {}, false}});
+}
+
+void Engine::rollbackTo(const QString& savepoint, Scope scope) {
+    forget();
+    if (scope == Scope::Change) {
+        isSpoilt_ = true;
+        return;
+    }
+    const QString untold = QStringLiteral("savepoint ") + savepoint;
+    const auto since = std::find_if(waiting_.rbegin(), waiting_.rend(),
+                                    [&](const auto& one) { return one->command.sql == untold; });
+    isSpoilt_ = false;
+    if (since != waiting_.rend()) {
+        waiting_.erase(std::prev(since.base()), waiting_.end());
+        return;
+    }
+    waiting_.clear();
     held_->run(QStringLiteral("rollback to %1; release %1").arg(savepoint));
 }
 
-Result Engine::run(const QString& sql, const QStringList& values, bool often, bool writes) {
+std::vector<Result> Engine::tell(const std::vector<Command>& further) {
     const Lease connection(*this);
-    Result result = connection->run(sql, values, often);
-    if (!writes) return result;
+    std::vector<std::shared_ptr<Waiting>> told;
+    told.swap(waiting_);
+    waitingSize_ = 0;
+    std::vector<Command> all;
+    for (const auto& one : told) all.push_back(one->command);
+    all.insert(all.end(), further.begin(), further.end());
+    if (all.empty()) return {};
+    std::vector<Result> answers = connection->run(all);
+    for (std::size_t i = 0; i < told.size(); ++i) told[i]->count = countOf(answers[i].get());
+    answers.erase(answers.begin(), answers.begin() + static_cast<std::ptrdiff_t>(told.size()));
+    return answers;
+}
+
+void Engine::wait(const std::shared_ptr<Waiting>& command) {
+    waiting_.push_back(command);
+    for (const QString& value : command->command.values) waitingSize_ += value.size();
+    if (waitingSize_ > MostWaiting) tell({});
+}
+
+Written::Count Engine::outcome(Waiting& waiting) {
+    if (!waiting.count) tell({});
+    if (!waiting.count)
+        throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
+    return *waiting.count;
+}
+
+Written Engine::written(molven::Statement& statement, const QStringList& values) {
+    const auto& written = static_cast<const Statement&>(statement);
+    writtenAt_[written.tables().value(0)] = ++moment_;
+    const auto waiting = std::make_shared<Waiting>(Waiting{written.with(values)});
     if (inTransaction_) {
         wrote_ = true;
-    } else {
-        connection->run(Count);
-        ++counted_;
+        wait(waiting);
+        return Written([this, waiting] { return outcome(*waiting); });
     }
-    return result;
+    waiting->count = countOf(tell({waiting->command, counting()}).front().get());
+    ++counted_;
+    return Written(*waiting->count);
+}
+
+Answer Engine::ask(const Statement& statement, const QStringList& values) {
+    const Command command = statement.with(values);
+    if (Answer known = kept(statement, command)) return known;
+    const Answer answer(std::move(tell({command}).front()));
+    if (!statement.isRead()) forget();
+    keep(statement, command, answer);
+    return answer;
+}
+
+void Engine::foresee(const QString& sql, const QList<QStringList>& values) {
+    if (!keeps()) return;
+    const auto& statement = static_cast<const Statement&>(prepared(sql));
+    std::vector<Command> unknown;
+    for (const QStringList& one : values)
+        if (Command command = statement.with(one); !kept(statement, command)) unknown.push_back(std::move(command));
+    if (unknown.empty()) return;
+    std::vector<Result> answers = tell(unknown);
+    for (std::size_t i = 0; i < unknown.size(); ++i) keep(statement, unknown[i], Answer(std::move(answers[i])));
+}
+
+void Engine::endReading() noexcept {
+    if (--readings_ == 0 && !inTransaction_) forget();
+}
+
+QString Engine::question(const Command& command) {
+    QString text = command.sql;
+    for (const QString& value : command.values) text += QChar(value.isNull() ? 0x1E : 0x1F) + value;
+    return text;
+}
+
+Answer Engine::kept(const Statement& statement, const Command& command) const {
+    if (!keeps() || !statement.isRead() || statement.tables().isEmpty()) return {};
+    const auto found = kept_.constFind(question(command));
+    if (found == kept_.constEnd()) return {};
+    for (const QString& table : statement.tables())
+        if (writtenAt_.value(table) > found->moment) return {};
+    return found->answer;
+}
+
+void Engine::keep(const Statement& statement, const Command& command, const Answer& answer) {
+    if (!keeps() || !statement.isRead() || statement.tables().isEmpty()) return;
+    if (PQntuples(answer.get()) > MostRowsKept) return;
+    if (kept_.size() >= MostAnswersKept) kept_.clear();
+    kept_.insert(question(command), {answer, ++moment_});
+}
+
+void Engine::forget() {
+    kept_.clear();
+    writtenAt_.clear();
 }
 
 /// The server refuses what comes after a fault, and another connection knows nothing of the transaction.
 void Engine::requireGoing() {
-    if (inTransaction_ && (held_->isLost() || held_->isBroken()))
+    if (inTransaction_ && (isSpoilt_ || held_->isLost() || held_->isBroken()))
         throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
 }
 
@@ -137,6 +267,7 @@ std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
 
 /// The connection is held meanwhile.
 void Engine::lookIn(const QString& schema) {
+    tell({});
     if (!held_) held_ = Pool::take(address_);
     held_->run(QStringLiteral("set search_path=%1,public").arg(schema));
 }
@@ -152,7 +283,7 @@ void Engine::lookNowhere() noexcept {
 }
 
 qint64 Engine::changesElsewhere(const QString&) {
-    molven::Statement& row = run(QStringLiteral("select number from molven_changes"));
+    molven::Statement& row = run(QStringLiteral("select last_value from molven_changed"));
     return (row.next() ? row.integer(0) : 0) - counted_;
 }
 
@@ -233,6 +364,8 @@ QList<std::pair<const Field*, qint64>> Engine::misfits(const QString&, const Tab
 
 void Engine::load(const QString& qualifiedTable, const QString& columns, const QList<QStringList>& rows) {
     requireGoing();
+    tell({});
+    forget();
     QByteArray lines;
     for (const QStringList& row : rows) {
         QStringList values;

@@ -3,7 +3,13 @@
 #include "data/engine.h"
 #include "data/postgres/connection.h"
 
+#include <QHash>
+
+#include <optional>
+
 namespace molven::postgres {
+
+class Statement;
 
 /// The database of a dossier, in which each file of the catalogue is a schema.
 class Engine : public molven::Engine {
@@ -26,11 +32,15 @@ public:
     void begin() override;
     void commit() override;
     void rollback() override;
-    void rollbackTo(const QString& savepoint) override;
+    void savepoint(const QString& name, Scope scope) override;
+    void release(const QString& savepoint, Scope scope) override;
+    void rollbackTo(const QString& savepoint, Scope scope) override;
+    void foresee(const QString& sql, const QList<QStringList>& values) override;
+    void beginReading() override { ++readings_; }
+    void endReading() noexcept override;
     void watch(std::function<bool()> goesOn) override { goesOn_ = std::move(goesOn); }
-    /// A statement with the server's marks; one that writes is told to the others with the commit.
-    Result run(const QString& sql, const QStringList& values, bool often, bool writes);
-    using molven::Engine::run;
+    /// The answer to a statement, behind everything that waits to be told.
+    Answer ask(const Statement& statement, const QStringList& values);
 
     void lookIn(const QString& schema) override;
     void lookNowhere() noexcept override;
@@ -50,9 +60,33 @@ public:
 
 protected:
     std::unique_ptr<molven::Statement> prepare(const QString& sql) override;
+    Written written(molven::Statement& statement, const QStringList& values) override;
     void requireGoing() override;
 
 private:
+    /// A statement that the server is told of with the next one that reads.
+    struct Waiting {
+        Command command;
+        std::optional<Written::Count> count = {}; ///< once it was told
+    };
+    /// An answer, and when it was given.
+    struct Kept {
+        Answer answer;
+        qint64 moment;
+    };
+    /// Tells the server what waits, then these; the answers to these.
+    std::vector<Result> tell(const std::vector<Command>& further);
+    void wait(const std::shared_ptr<Waiting>& command);
+    /// What the statement wrote, if need be by telling the server now.
+    Written::Count outcome(Waiting& waiting);
+
+    bool keeps() const { return inTransaction_ || readings_ > 0; }
+    static QString question(const Command& command);
+    /// The answer that was given to a question, as long as its tables were not written since.
+    Answer kept(const Statement& statement, const Command& command) const;
+    void keep(const Statement& statement, const Command& command, const Answer& answer);
+    void forget();
+
     /// The connection in use while this lives: the transaction's, else one of the pool.
     class Lease;
 
@@ -60,7 +94,15 @@ private:
     std::unique_ptr<Connection> held_; ///< by a transaction, or by an administrator's look
     std::function<bool()> goesOn_;
     bool inTransaction_ = false;
-    bool wrote_ = false; ///< in the transaction that is open
+    bool wrote_ = false;   ///< in the transaction that is open
+    bool isSpoilt_ = false; ///< a change in it was given up half-way
+    std::vector<std::shared_ptr<Waiting>> waiting_;
+    qsizetype waitingSize_ = 0; ///< of their values
+
+    int readings_ = 0;
+    QHash<QString, Kept> kept_;
+    QHash<QString, qint64> writtenAt_; ///< table -> moment
+    qint64 moment_ = 0;                ///< counts questions and changes
     qint64 counted_ = 0; ///< changes of this workspace
 };
 

@@ -39,7 +39,7 @@ void openToUsers(Connection& database, const QString& users) {
     for (const QString& sql :
          {QStringLiteral("revoke create on schema public from public"),
           QStringLiteral("grant usage on schema public to %1"),
-          QStringLiteral("grant select, update on molven_changes to %1"),
+          QStringLiteral("grant usage, select on sequence molven_changed to %1"),
           QStringLiteral("alter default privileges grant usage on schemas to %1"),
           QStringLiteral("alter default privileges grant select, insert, update, delete on tables to %1"),
           QStringLiteral("alter default privileges grant usage, select on sequences to %1")})

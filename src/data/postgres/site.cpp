@@ -31,8 +31,8 @@ $$ select round($2 / nullif($3, 0), $1) $$;
 create or replace function joined(text, text) returns text language sql immutable parallel safe as
 $$ select case when $1 is null then $2 else $1 || ',' || $2 end $$;
 create or replace aggregate group_concat(text) (sfunc = joined, stype = text);
-create table if not exists molven_changes (number bigint not null);
-insert into molven_changes select 0 where not exists (select 1 from molven_changes);
+create sequence if not exists molven_changed;
+select nextval('molven_changed');
 )sql";
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "data/postgres/engine.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 #include <libpq-fe.h>
@@ -33,6 +35,13 @@ QString withServersMarks(const QString& sql) {
     return text;
 }
 
+QStringList tablesOf(const QString& sql) {
+    static const QRegularExpression named(QStringLiteral("\\b(?:from|join|into|update) ([a-z0-9_]+\\.[a-z0-9_]+)"));
+    QStringList found;
+    for (const QRegularExpressionMatch& match : named.globalMatch(sql)) found.append(match.captured(1));
+    return found;
+}
+
 bool begins(const QString& sql, std::initializer_list<const char*> words) {
     for (const char* word : words)
         if (sql.startsWith(QLatin1String(word), Qt::CaseInsensitive)) return true;
@@ -45,39 +54,34 @@ Statement::Statement(Engine& engine, const QString& sql)
     : engine_(engine),
       sql_(withServersMarks(sql)),
       isOften_(begins(sql, {"select", "with", "insert", "update", "delete"})),
-      writes_(begins(sql, {"insert", "update", "delete"})) {}
+      isRead_(begins(sql, {"select", "with"})),
+      tables_(tablesOf(sql)) {}
 
 void Statement::run(const QStringList& values) {
     finish();
-    result_ = engine_.run(sql_, values, isOften_, writes_);
+    answer_ = engine_.ask(*this, values);
 }
 
 bool Statement::next() {
-    if (!result_) return false;
-    row_ = std::min(row_ + 1, PQntuples(result_.get()));
-    return row_ < PQntuples(result_.get());
+    if (!answer_) return false;
+    row_ = std::min(row_ + 1, PQntuples(answer_.get()));
+    return row_ < PQntuples(answer_.get());
 }
 
 void Statement::finish() {
-    result_.reset();
+    answer_.reset();
     row_ = -1;
 }
 
 QByteArrayView Statement::bytes(int column) const {
-    QByteArrayView value(PQgetvalue(result_.get(), row_, column), PQgetlength(result_.get(), row_, column));
-    if (PQftype(result_.get(), column) == Boolean) return value == QByteArrayView("t") ? "1" : "0";
-    if (PQftype(result_.get(), column) != Numeric || !value.contains('.')) return value;
+    QByteArrayView value(PQgetvalue(answer_.get(), row_, column), PQgetlength(answer_.get(), row_, column));
+    if (PQftype(answer_.get(), column) == Boolean) return value == QByteArrayView("t") ? "1" : "0";
+    if (PQftype(answer_.get(), column) != Numeric || !value.contains('.')) return value;
     while (value.endsWith('0')) value.chop(1);
     if (value.endsWith('.')) value.chop(1);
     return value;
 }
 
 qint64 Statement::integer(int column) const { return bytes(column).toLongLong(); }
-
-qint64 Statement::changed() const { return QByteArrayView(PQcmdTuples(result_.get())).toLongLong(); }
-
-qint64 Statement::insertedKey() const {
-    return PQntuples(result_.get()) == 1 ? QByteArrayView(PQgetvalue(result_.get(), 0, 0)).toLongLong() : 0;
-}
 
 } // namespace molven::postgres

@@ -18,15 +18,20 @@ public:
 
     QByteArrayView bytes(int column) const override;
     qint64 integer(int column) const override;
-    qint64 changed() const override;
-    qint64 insertedKey() const override;
+
+    Command with(const QStringList& values) const { return {sql_, values, isOften_}; }
+    /// It only reads; its answer stays the same while none of its tables is written.
+    bool isRead() const { return isRead_; }
+    /// The tables that it names with their file, "vente.strlive"; the first is the one that it writes.
+    const QStringList& tables() const { return tables_; }
 
 private:
     Engine& engine_;
     const QString sql_;  ///< with the server's marks
     const bool isOften_; ///< worth preparing
-    const bool writes_;
-    Result result_;
+    const bool isRead_;
+    const QStringList tables_;
+    Answer answer_;
     int row_ = -1;
 };
 

@@ -65,7 +65,11 @@ void Engine::rollback() {
     if (!sqlite3_get_autocommit(connection_)) run(QStringLiteral("rollback"));
 }
 
-void Engine::rollbackTo(const QString& savepoint) {
+void Engine::savepoint(const QString& name, Scope) { run(QStringLiteral("savepoint ") + name); }
+
+void Engine::release(const QString& savepoint, Scope) { run(QStringLiteral("release ") + savepoint); }
+
+void Engine::rollbackTo(const QString& savepoint, Scope) {
     run(QStringLiteral("rollback to ") + savepoint);
     run(QStringLiteral("release ") + savepoint);
 }
@@ -78,6 +82,11 @@ void Engine::requireGoing() {
 
 std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
     return std::make_unique<Statement>(connection_, sql);
+}
+
+Written Engine::written(molven::Statement& statement, const QStringList& values) {
+    statement.run(values);
+    return Written({sqlite3_changes64(connection_), sqlite3_last_insert_rowid(connection_)});
 }
 
 void Engine::watch(std::function<bool()> goesOn) {
@@ -162,7 +171,7 @@ void Engine::load(const QString& qualifiedTable, const QString& columns, const Q
     const QStringList marks(columns.count(u',') + 2, QStringLiteral("?"));
     const QString sql =
         QStringLiteral("insert into %1 (rowid,%2) values (%3)").arg(qualifiedTable, columns, marks.join(u','));
-    for (const QStringList& row : rows) run(sql, row);
+    for (const QStringList& row : rows) write(sql, row);
 }
 
 void Engine::loaded(const QString&) {}

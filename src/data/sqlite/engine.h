@@ -23,7 +23,12 @@ public:
     void begin() override;
     void commit() override;
     void rollback() override;
-    void rollbackTo(const QString& savepoint) override;
+    void savepoint(const QString& name, Scope scope) override;
+    void release(const QString& savepoint, Scope scope) override;
+    void rollbackTo(const QString& savepoint, Scope scope) override;
+    void foresee(const QString&, const QList<QStringList>&) override {}
+    void beginReading() override {}
+    void endReading() noexcept override {}
     void watch(std::function<bool()> goesOn) override;
 
     void lookIn(const QString&) override {}
@@ -44,6 +49,7 @@ public:
 
 protected:
     std::unique_ptr<molven::Statement> prepare(const QString& sql) override;
+    Written written(molven::Statement& statement, const QStringList& values) override;
     void requireGoing() override;
 
 private:

@@ -80,8 +80,4 @@ bool Statement::equals(const Statement& other) const {
     return true;
 }
 
-qint64 Statement::changed() const { return sqlite3_changes64(connection_); }
-
-qint64 Statement::insertedKey() const { return sqlite3_last_insert_rowid(connection_); }
-
 } // namespace molven::sqlite

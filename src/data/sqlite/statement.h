@@ -20,8 +20,6 @@ public:
     qint64 integer(int column) const override;
     /// The row it stands on holds the same values, kind included, as another's.
     bool equals(const Statement& other) const;
-    qint64 changed() const override;
-    qint64 insertedKey() const override;
 
 private:
     void step();
