@@ -1,6 +1,7 @@
 #include "data/journal.h"
 #include "screens/screens.h"
 #include "screens/shell/first_start.h"
+#include "screens/shell/server_password.h"
 #include "ui/desk.h"
 #include "ui/icons.h"
 #include "ui/printer.h"
@@ -76,6 +77,7 @@ int main(int argc, char* argv[]) {
     const QString homeOption = QStringLiteral("home");
     parser.addOption({homeOption, QStringLiteral("dossier du programme"), QStringLiteral("DIR")});
     parser.process(application);
+    askServerPasswordInWindow();
     const std::optional<QString> folder = parser.isSet(homeOption) ? parser.value(homeOption) : programFolder();
     if (!folder) return 0;
     const QString home = QDir(*folder).absolutePath();

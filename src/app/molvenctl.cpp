@@ -112,6 +112,7 @@ int main(int argc, char* argv[]) {
     for (const ctl::Command& command : commands) {
         if (command.word != word) continue;
         call.removeAt(1);
+        ctl::askServerPasswordOnTerminal();
         return ctl::runCommand(command, call);
     }
     if (word == u"--version") {

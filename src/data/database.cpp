@@ -53,12 +53,28 @@ std::optional<Record> Database::find(const Table& table, const Criterion& criter
     return found.isEmpty() ? std::nullopt : std::optional<Record>(found.takeFirst());
 }
 
+QString Database::selection(int most, const Table& table, const Criterion& criterion, const Order& order,
+                            Sql& sql) const {
+    const QString where = criterion.where(sql), sorted = order.in(sql, sql.dialect.byKey(order.isEmpty()));
+    return QStringLiteral("select %1 from %2%3%4 limit %5")
+        .arg(table.columns(), qualified(table), where, sorted, QString::number(most));
+}
+
+void Database::foresee(const Table& table, const QList<Criterion>& criteria) {
+    QMap<QString, QList<QStringList>> questions;
+    for (const Criterion& criterion : criteria) {
+        Sql sql{engine_->dialect()};
+        const QString text = selection(1, table, criterion, {}, sql);
+        questions[text].append(sql.values);
+    }
+    for (auto question = questions.begin(); question != questions.end(); ++question)
+        engine_->foresee(question.key(), question.value());
+}
+
 QList<Record> Database::first(int most, const Table& table, const Criterion& criterion, const Order& order) {
     Sql sql{engine_->dialect()};
-    const QString where = criterion.where(sql), sorted = order.in(sql, sql.dialect.byKey(order.isEmpty()));
-    Statement& rows = engine_->run(QStringLiteral("select %1 from %2%3%4 limit %5")
-                                       .arg(table.columns(), qualified(table), where, sorted, QString::number(most)),
-                                   sql.values);
+    const QString text = selection(most, table, criterion, order, sql);
+    Statement& rows = engine_->run(text, sql.values);
     QList<Record> found;
     while (rows.next()) found.append(RowReader::read(rows, table, 0));
     rows.finish();
@@ -269,11 +285,22 @@ Written Database::copyField(const Table& table, const Field& to, const Field& fr
     Sql sql{engine_->dialect()};
     const QString where = criterion.where(sql);
     return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), to.name, from.name, where),
-                 sql.values, [&](Journal& journal) { journal.copying(to, from, criterion); });
+                 sql.values, [&](Journal& journal) {
+                     journal.computing(
+                         to, [&](Sql&) { return from.name; }, criterion);
+                 });
+}
+
+Written Database::addTo(const Table& table, const Number& field, const Decimal& amount, const Criterion& criterion) {
+    const Piece after = [&](Sql& sql) { return sql.dialect.raised(field, amount, sql); };
+    Sql sql{engine_->dialect()};
+    const QString sum = after(sql), where = criterion.where(sql);
+    return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), field.name, sum, where),
+                 sql.values, [&](Journal& journal) { journal.computing(field, after, criterion); });
 }
 
 Written Database::write(const Table& table, const QString& sql, const QStringList& values,
-                       const std::function<void(Journal&)>& tell) {
+                        const std::function<void(Journal&)>& tell) {
     return Journal::write({*workspace_, *engine_, qualified(table), table}, sql, values, tell);
 }
 

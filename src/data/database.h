@@ -46,6 +46,8 @@ public:
     Recordset selectWith(Database also, const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
+    /// Each of these will be looked for with find(), in the transaction or the Reading that is open.
+    void foresee(const Table& table, const QList<Criterion>& criteria);
     /// At most so many of them, where the rest is not wanted and would take long to find.
     QList<Record> first(int most, const Table& table, const Criterion& criterion, const Order& order = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
@@ -77,6 +79,8 @@ public:
     Written remove(const Table& table, const Criterion& criterion = {});
     /// Moves records into the same table of another file of the workspace, as they are; number of records moved.
     qint64 moveTo(Database target, const Table& table, const Criterion& criterion);
+    /// Adds to a number of many records at once, from whatever it holds then; number of records changed.
+    Written addTo(const Table& table, const Number& field, const Decimal& amount, const Criterion& criterion);
     /// Gives one field the value of another in many records at once; number of records changed.
     Written copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion);
 
@@ -116,10 +120,12 @@ private:
 
     Engine& engine() const { return *engine_; }
     Written write(const Table& table, const QString& sql, const QStringList& values,
-                 const std::function<void(Journal&)>& tell);
+                  const std::function<void(Journal&)>& tell);
     /// Derived records from a source in another connection.
     qint64 copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
                        const QList<Derived>& further, Statement& rows);
+    /// The statement for at most so many records.
+    QString selection(int most, const Table& table, const Criterion& criterion, const Order& order, Sql& sql) const;
     QString value(const QString& sql, const QStringList& values);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }

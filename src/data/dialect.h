@@ -31,6 +31,8 @@ public:
     virtual QString asText(const QString& expression, Field::Kind kind) const = 0;
     /// Sum of a number as a whole one, in units of its last decimal: exact.
     virtual QString wholeSum(const Number& field) const = 0;
+    /// A number and so much more, rounded to its scale.
+    virtual QString raised(const Number& field, const Decimal& amount, Sql& sql) const = 0;
     /// Joins the tables in the order in which they are stated, where the engine can be told.
     virtual QString join() const = 0;
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "data/locks.h"
 #include "data/schema.h"
 #include "data/statement.h"
 #include "data/written.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 namespace molven {
@@ -33,7 +35,7 @@ public:
     static QString canonical(const QString& path);
     static bool exists(const QString& path);
     static void discard(const QString& path);
-    /// Throws DataError unless a file lies there; on a server isOurs() tells.
+    /// Throws DataError unless a file lies there; on a server version() tells.
     static void require(const QString& path);
 
     virtual ~Engine() = default;
@@ -44,10 +46,8 @@ public:
     /// Makes the tables of a file reachable; answers what stands before their names.
     virtual QString attach(const QString& path) = 0;
     virtual void detach(const QString& schema) = 0;
-    /// Whether the file is one of ours.
-    virtual bool isOurs(const QString& schema) = 0;
-    /// Version of the layout that a file has.
-    virtual qint64 version(const QString& schema) = 0;
+    /// Version of the layout that a file has; nothing when it is none of ours.
+    virtual std::optional<qint64> version(const QString& schema) = 0;
     virtual void markAsOurs(const QString& schema, qint64 version) = 0;
 
     /// Runs one statement with bound values. It is prepared once.
@@ -62,8 +62,12 @@ public:
     virtual void beginReading() = 0;
     virtual void endReading() noexcept = 0;
 
-    /// Takes the write lock; waits for other workstations 10 s at most, then throws.
-    virtual void begin() = 0;
+    /// Begins a transaction that has these for itself; waits for other workstations 10 s at most, then throws.
+    virtual void begin(const Locks& locks) = 0;
+    /// The transaction gets these besides, without waiting. Throws DataError::Disturbed when another has one.
+    virtual void lockBesides(const Locks& locks) = 0;
+    /// Whether the transaction has everything for itself.
+    virtual bool isAlone() const = 0;
     virtual void commit() = 0;
     virtual void rollback() = 0;
     virtual void savepoint(const QString& name, Scope scope) = 0;

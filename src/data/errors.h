@@ -47,6 +47,8 @@ public:
     static constexpr int Double = 19;
     static constexpr int Full = 13;
     static constexpr int CannotOpen = 14;
+    /// What was done crosses what another workstation does at the moment: done again, it may go well.
+    static constexpr int Disturbed = 3218;
 
     const int number;
     const QString description;

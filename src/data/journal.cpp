@@ -70,7 +70,7 @@ Journal::Journal(const Place& place)
       table_(place.table) {}
 
 Written Journal::write(const Place& place, const QString& sql, const QStringList& values,
-                                const std::function<void(Journal&)>& tell) {
+                       const std::function<void(Journal&)>& tell) {
     if (!place.table.trail()) return place.engine.write(sql, values);
     Transaction transaction(place.workspace, Engine::Scope::Change);
     Journal journal(place);
@@ -145,8 +145,8 @@ void Journal::changing(const QList<Assignment>& assignments, const Criterion& cr
     changing(changes, criterion);
 }
 
-void Journal::copying(const Field& to, const Field& from, const Criterion& criterion) {
-    changing({{&to, [name = from.name](Sql&) { return name; }}}, criterion);
+void Journal::computing(const Field& field, const Piece& after, const Criterion& criterion) {
+    changing({{&field, after}}, criterion);
 }
 
 void Journal::changing(const QList<Change>& changes, const Criterion& criterion) {
@@ -189,8 +189,8 @@ void Journal::enter(const QString& kind, const Piece& values, const Criterion& c
     for (const QString& value : head()) marks.append(sql.bind(value));
     const QString given = values(sql), where = criterion.where(sql);
     engine_.write(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
-                                   .arg(marks.join(u','), key(table_, sql.dialect), kind, given, qualified_, where),
-                sql.values);
+                                     .arg(marks.join(u','), key(table_, sql.dialect), kind, given, qualified_, where),
+                  sql.values);
 }
 
 } // namespace molven

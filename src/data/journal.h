@@ -43,8 +43,8 @@ public:
     static void takeOver(const Place& place);
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
-    /// One field of these records will be given another's value.
-    void copying(const Field& to, const Field& from, const Criterion& criterion);
+    /// One field of these records will be given a value that the engine computes.
+    void computing(const Field& field, const Piece& after, const Criterion& criterion);
     /// They will be deleted.
     void removing(const Criterion& criterion);
 

@@ -1,6 +1,7 @@
 #include "data/clock.h"
 #include "data/dates.h"
 #include "data/engine.h"
+#include "data/errors.h"
 #include "data/journal.h"
 #include "data/journal_tables.h"
 
@@ -60,6 +61,9 @@ void Journal::sealFormerDays() {
     const QString day = newest.next() ? newest.text(0) : today;
     newest.finish();
     if (day == today) return;
+    // Beside others nobody knows which entries of the former day are still to come.
+    if (!engine_.isAlone())
+        throw DataError(DataError::Disturbed, QStringLiteral("Un nouveau jour commence, veuillez recommencer."));
     Statement& before =
         engine_.run(QStringLiteral("select sce_der,sce_som from %1 order by rowid desc limit 1").arg(sealed(file_)));
     const bool first = !before.next();
@@ -69,7 +73,7 @@ void Journal::sealFormerDays() {
                             : sealOf(engine_.run(entriesSql(file_, QStringLiteral("rowid>?")), {last}), sum);
     if (seal.count == 0) return;
     engine_.write(QStringLiteral("insert into %1 (%2) values (?,?,?,?)").arg(sealed(file_), strsceau.columns()),
-                {seal.day, QString::number(seal.last), QString::number(seal.count), seal.sum});
+                  {seal.day, QString::number(seal.last), QString::number(seal.count), seal.sum});
 }
 
 QStringList Journal::faults(Database file) {

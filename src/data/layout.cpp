@@ -40,7 +40,7 @@ void Layout::upgrade(const QString& path) {
         Transaction transaction(workspace, QStringLiteral("Reprise"));
         // Another workstation may have done it while this one waited.
         const QString& schema = layout.file_.schema();
-        const qint64 version = layout.engine_.version(schema);
+        const qint64 version = layout.engine_.version(schema).value_or(0);
         if (version >= Version) return;
         QList<const Table*> changed; // other records have the entries that they need
         for (const Table* table : tablesOf(*file))

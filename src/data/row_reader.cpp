@@ -1,5 +1,7 @@
 #include "data/row_reader.h"
 
+#include "data/errors.h"
+
 namespace molven {
 
 Record RowReader::read(const Statement& row, const Table& table, int first) {
@@ -16,6 +18,8 @@ QString RowReader::insertion(const QString& qualifiedTable, const Table& table, 
 }
 
 QString RowReader::bound(const Field& field, const QString& value) {
+    if (value.contains(QChar::Null))
+        throw Refusal(QStringLiteral("Ce texte contient un caractère qui ne peut être enregistré"), field.name);
     if (!value.isEmpty()) return value;
     return field.kind == Field::Kind::Number ? QString() : QStringLiteral("");
 }

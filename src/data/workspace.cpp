@@ -21,7 +21,7 @@ bool Workspace::has(const QString& path) {
     if (files_.contains(Engine::canonical(path))) return true;
     if (Engine::server(path).isEmpty()) return Engine::exists(path);
     Engine& server = engineFor(path, Engine::Opening::Existing);
-    return server.isOurs(server.attach(path));
+    return server.version(server.attach(path)).has_value();
 }
 
 Workspace::Opened Workspace::openOurs(const QString& path) {
@@ -56,6 +56,7 @@ Engine& Workspace::engineFor(const QString& path, Engine::Opening opening) {
     std::unique_ptr<Engine>& engine = address.isEmpty() ? local_ : server_;
     if (!engine) {
         engine = Engine::at(path, opening);
+        for (int i = 0; i < readings_; ++i) engine->beginReading();
         if (!address.isEmpty()) address_ = address;
     } else if (!address.isEmpty() && address != address_) {
         throw DataError(
@@ -72,18 +73,18 @@ Database Workspace::openAsIs(const QString& path, Engine::Opening opening) {
 }
 
 void Workspace::requireOurs(const Opened& opened, const QString& path) {
-    if (!opened.engine->isOurs(opened.schema)) {
+    const std::optional<qint64> version = opened.engine->version(opened.schema);
+    if (!version) {
         if (!Engine::server(path).isEmpty())
             throw DataError(DataError::CannotOpen,
                             QStringLiteral("Impossible de trouver la base '%1' sur le serveur.").arg(path));
         throw DataError(DataError::NotADatabase,
                         QStringLiteral("Le fichier '%1' n'est pas une base de données MOLVEN.").arg(path));
     }
-    const qint64 version = opened.engine->version(opened.schema);
-    if (version > Layout::Version)
+    if (*version > Layout::Version)
         throw DataError(DataError::NotADatabase,
                         QStringLiteral("Le fichier '%1' vient d'une version plus récente du programme.").arg(path));
-    if (version < Layout::Version) Layout::upgrade(path);
+    if (*version < Layout::Version) Layout::upgrade(path);
 }
 
 Watch::Watch(Workspace& workspace, std::function<bool()> goesOn) : workspace_(workspace) {
@@ -94,25 +95,36 @@ Watch::~Watch() {
     for (Engine* engine : workspace_.engines()) engine->watch(nullptr);
 }
 
-Transaction::Transaction(Workspace& workspace, const QString& deed)
-    : Transaction(workspace, deed, Engine::Scope::Rule) {}
+Reading::Reading(Workspace& workspace) : workspace_(workspace) {
+    ++workspace_.readings_;
+    for (Engine* engine : workspace_.engines()) engine->beginReading();
+}
 
-Transaction::Transaction(Workspace& workspace, Engine::Scope scope) : Transaction(workspace, {}, scope) {}
+Reading::~Reading() {
+    --workspace_.readings_;
+    for (Engine* engine : workspace_.engines()) engine->endReading();
+}
 
-Transaction::Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope)
+Transaction::Transaction(Workspace& workspace, const QString& deed, const Locks& locks)
+    : Transaction(workspace, deed, Engine::Scope::Rule, locks) {}
+
+Transaction::Transaction(Workspace& workspace, Engine::Scope scope) : Transaction(workspace, {}, scope, Locks::all()) {}
+
+Transaction::Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope, const Locks& locks)
     : workspace_(workspace), scope_(scope), depth_(workspace.depth_), outerDeed_(workspace.deed_) {
-    for (Engine* engine : workspace_.engines()) begin(*engine);
+    for (Engine* engine : workspace_.engines()) begin(*engine, locks);
     ++workspace_.depth_;
     if (outerDeed_.isEmpty()) workspace_.deed_ = deed;
 }
 
-void Transaction::begin(Engine& engine) {
+void Transaction::begin(Engine& engine, const Locks& locks) {
     if (depth_ > 0) {
+        if (scope_ == Engine::Scope::Rule) engine.lockBesides(locks);
         engine.savepoint(savepoint(), scope_);
         return;
     }
     try {
-        engine.begin();
+        engine.begin(locks);
     } catch (const DataError&) {
         for (Engine* begun : workspace_.engines()) {
             if (begun == &engine) break;

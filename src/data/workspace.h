@@ -1,6 +1,8 @@
 #pragma once
 
 #include "data/engine.h"
+#include "data/errors.h"
+#include "data/locks.h"
 
 #include <QHash>
 #include <QString>
@@ -35,6 +37,7 @@ public:
 private:
     friend class Transaction;
     friend class Watch;
+    friend class Reading;
     friend class Journal;
     friend class Layout;
 
@@ -60,10 +63,11 @@ private:
     QString address_;                ///< of that server
     std::unique_ptr<Engine> local_;  ///< the connection to files of folders
     QHash<QString, Opened> files_;   ///< by canonical path
-    int depth_ = 0;                  ///< transactions begun one inside another
-    QString deed_;                   ///< what they do, for the journal
-    QString moment_;                 ///< when the outermost first wrote to a journal; empty before
-    QHash<QString, bool> journals_;  ///< file -> whether it keeps a journal, as known in this transaction
+    int readings_ = 0;
+    int depth_ = 0;                 ///< transactions begun one inside another
+    QString deed_;                  ///< what they do, for the journal
+    QString moment_;                ///< when the outermost first wrote to a journal; empty before
+    QHash<QString, bool> journals_; ///< file -> whether it keeps a journal, as known in this transaction
 };
 
 /// While it lives, long statements of a workspace ask every few milliseconds whether to go on. Stopped, a statement
@@ -79,15 +83,32 @@ private:
     Workspace& workspace_;
 };
 
+/// While it lives, a server may be asked the same question once only: for going through records that belong together.
+/// What others write meanwhile may stay unseen. A transaction reads so by itself.
+class Reading {
+public:
+    explicit Reading(Workspace& workspace);
+    ~Reading();
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+private:
+    Workspace& workspace_;
+};
+
 /// A scope that writes all or nothing: rolls back unless commit() was called. A transaction inside another leaves the
 /// last word to the outer one; given up, it takes back what was written in it and nothing else.
 class Transaction {
 public:
-    /// Takes the write lock of every open file; waits for other workstations 10 s at most, then throws. `deed` tells
-    /// the journal what is done ("Réception"); the outermost transaction that tells has the word.
-    explicit Transaction(Workspace& workspace, const QString& deed = {});
+    /// Takes the locks; waits for other workstations 10 s at most, then throws. `deed` tells the journal what is done
+    /// ("Réception"); the outermost transaction that tells has the word.
+    explicit Transaction(Workspace& workspace, const QString& deed = {}, const Locks& locks = Locks::all());
     /// One of the data layer itself, for a change and its entries in the journal.
     Transaction(Workspace& workspace, Engine::Scope scope);
+    /// Runs a rule that writes beside others. One that is disturbed is run again, at last alone: what it does with
+    /// anything but the workspace must bear that.
+    template <class Rule>
+    static auto run(Workspace& workspace, const QString& deed, const Locks& locks, const Rule& rule);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -95,8 +116,10 @@ public:
     void commit();
 
 private:
-    Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope);
-    void begin(Engine& engine);
+    static constexpr int Tries = 4; ///< the last one alone
+
+    Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope, const Locks& locks);
+    void begin(Engine& engine, const Locks& locks);
     void giveUp(Engine& engine);
     void close();
     /// The engine's name of a transaction inside another.
@@ -108,5 +131,24 @@ private:
     const QString outerDeed_;
     bool open_ = true;
 };
+
+template <class Rule>
+auto Transaction::run(Workspace& workspace, const QString& deed, const Locks& locks, const Rule& rule) {
+    for (int tried = 1;; ++tried) {
+        try {
+            Transaction transaction(workspace, deed, tried < Tries ? locks : Locks::all());
+            if constexpr (std::is_void_v<decltype(rule())>) {
+                rule();
+                return transaction.commit();
+            } else {
+                const auto result = rule();
+                transaction.commit();
+                return result;
+            }
+        } catch (const DataError& error) {
+            if (error.number != DataError::Disturbed || workspace.inTransaction() || tried == Tries) throw;
+        }
+    }
+}
 
 } // namespace molven

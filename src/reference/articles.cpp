@@ -15,6 +15,12 @@ std::optional<Record> find(Database molven, const QString& reference) {
     return molven.find(strarticle, strarticle.art_ref == reference.trimmed());
 }
 
+void foresee(Database molven, const QStringList& references) {
+    QList<Criterion> sought;
+    for (const QString& reference : references) sought.append(strarticle.art_ref == reference.trimmed());
+    molven.foresee(strarticle, sought);
+}
+
 std::optional<Record> findScanned(Database molven, const QString& ean, const QString& supplierReference) {
     std::optional<Record> found;
     if (!ean.isEmpty()) found = molven.find(strarticle, strarticle.art_ean == ean);
@@ -42,6 +48,12 @@ Record blank() {
 
 Record severalLpp(Database molven, const QString& reference) {
     return molven.find(strartlpp, strartlpp.lpp_ref == reference.trimmed()).value_or(Record(strartlpp));
+}
+
+void foreseeSeveralLpp(Database molven, const QStringList& references) {
+    QList<Criterion> sought;
+    for (const QString& reference : references) sought.append(strartlpp.lpp_ref == reference.trimmed());
+    molven.foresee(strartlpp, sought);
 }
 
 QString followUpText(const QString& followUp) {
@@ -278,10 +290,7 @@ void remove(Database molven, Database gencode, const QString& reference) {
 }
 
 void moveStock(Database molven, const QString& reference, const Decimal& quantity) {
-    const auto article = find(molven, reference);
-    if (!article) return;
-    const Decimal stock = (*article)[strarticle.art_stk] + quantity;
-    molven.update(strarticle, {{strarticle.art_stk, stock.toString()}}, strarticle.art_ref == reference);
+    molven.addTo(strarticle, strarticle.art_stk, quantity, strarticle.art_ref == reference.trimmed());
 }
 
 } // namespace molven::articles

@@ -69,6 +69,11 @@ QString save(Database molven, Database compta, Database gencode, const CompanyRu
 /// or orders.
 void remove(Database molven, Database gencode, const QString& reference);
 
+/// They will be looked for with find(), in the transaction or the Reading that is open.
+void foresee(Database molven, const QStringList& references);
+/// The same of severalLpp().
+void foreseeSeveralLpp(Database molven, const QStringList& references);
+
 /// New quantity in stock after units or goods came in (positive) or went out.
 void moveStock(Database molven, const QString& reference, const Decimal& quantity);
 

@@ -6,6 +6,7 @@
 #include "data/require.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "sales/document_locks.h"
 #include "sales/integration.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
@@ -23,6 +24,8 @@
 namespace molven::documents {
 
 namespace {
+
+const QString CreationDeed = QStringLiteral("Création du document");
 
 Criterion numbered(const DocumentHeaders& table, const Record& header) {
     return table.fac_no == header[table.fac_no] && table.fac_aa == header[table.fac_aa];
@@ -221,10 +224,11 @@ void setDueDate(SalesBook& book, Record& header) {
 
 } // namespace
 
-Record create(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress) {
+namespace {
+
+Record written(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress) {
     const DocumentHeaders& table = book.kind().headers;
     const Record& read = header;
-    Transaction transaction(book.workspace, QStringLiteral("Création du document"));
     if (book.kind().isTransfer())
         transfer_notes::check(book, header);
     else
@@ -245,20 +249,23 @@ Record create(SalesBook& book, Record header, const std::optional<Record>& deliv
         totals::compute(book, header);
     }
     book.vente.insert(header);
-    transaction.commit();
     return header;
+}
+
+} // namespace
+
+Record create(SalesBook& book, const Record& header, const std::optional<Record>& deliveryAddress) {
+    return Transaction::run(book.workspace, CreationDeed, document_locks::ofNew(book, header),
+                            [&] { return written(book, header, deliveryAddress); });
 }
 
 Record createWith(SalesBook& book, const Record& header, const QStringList& units,
                   const std::optional<Record>& deliveryAddress) {
-    Transaction transaction(book.workspace, QStringLiteral("Création du document"));
-    const Record written = create(book, header, deliveryAddress);
-    QList<document_lines::Draft> drafts;
-    for (const QString& unit : units)
-        drafts.append(document_lines::ofUnit(book, written, unit_rules::checkAgain(book, written, unit)));
-    document_lines::add(book, written, drafts);
-    transaction.commit();
-    return current(book, written);
+    return Transaction::run(book.workspace, CreationDeed, document_locks::ofNewWith(book, header, units), [&] {
+        const Record made = create(book, header, deliveryAddress);
+        document_lines::add(book, made, document_lines::ofUnits(book, made, unit_rules::checkAll(book, made, units)));
+        return current(book, made);
+    });
 }
 
 Record current(SalesBook& book, const Record& asRead) {
@@ -313,17 +320,18 @@ Recordset writable(SalesBook& book, const Record& stored) {
 template <class Finish>
 Record rewrite(SalesBook& book, const Record& header, const Record& asRead, const QList<WatchedField>& fields,
                const Finish& finish) {
-    Transaction transaction(book.workspace, QStringLiteral("Modification de l'en-tête"));
-    const Record stored = requireOpen(book, asRead);
-    requireUnchanged(stored, asRead, fields);
-    Recordset record = writable(book, stored);
-    Record& written = record.draft();
-    for (const WatchedField& watched : fields) written.set(*watched.field, header.value(*watched.field));
-    finish(stored, written);
-    const Record result = written;
-    record.update();
-    transaction.commit();
-    return result;
+    const Locks locks = Locks::of({document_locks::document(book, asRead)});
+    return Transaction::run(book.workspace, QStringLiteral("Modification de l'en-tête"), locks, [&] {
+        const Record stored = requireOpen(book, asRead);
+        requireUnchanged(stored, asRead, fields);
+        Recordset record = writable(book, stored);
+        Record& changed = record.draft();
+        for (const WatchedField& watched : fields) changed.set(*watched.field, header.value(*watched.field));
+        finish(stored, changed);
+        const Record result = changed;
+        record.update();
+        return result;
+    });
 }
 
 void checkPercents(const DocumentHeaders& table, const Record& header) {

@@ -40,7 +40,7 @@ Record deliveryAddress(SalesBook& book, const Record& header);
 
 /// Draws the number and writes the header, in one transaction; answers the header as written. Throws Refusal
 /// with the first fault.
-Record create(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress = {});
+Record create(SalesBook& book, const Record& header, const std::optional<Record>& deliveryAddress = {});
 
 /// A whole new document of these units (immatriculations), header and lines in one transaction. Throws Refusal with the
 /// first fault of the header, or the unit that it may not take.

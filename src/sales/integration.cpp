@@ -2,6 +2,7 @@
 
 #include "data/errors.h"
 #include "data/format.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
 #include "sales/numbering.h"
@@ -13,9 +14,13 @@ namespace {
 
 [[noreturn]] void refuse(const QString& message) { throw Refusal(message, QStringLiteral("txtchoix")); }
 
+std::optional<Record> noteOf(SalesBook& invoices, const QString& number) {
+    return invoices.vente.find(strlive, strlive.fac_no == number, Order::descending(strlive.fac_aa));
+}
+
 Record integrable(SalesBook& invoices, const Record& invoice, const QString& number) {
     const QString client = invoice[strface.fac_clt];
-    const auto note = invoices.vente.find(strlive, strlive.fac_no == number, Order::descending(strlive.fac_aa));
+    const auto note = noteOf(invoices, number);
     if (!note) refuse(QStringLiteral("Ce Bon de Livraison n'existe pas"));
     const Record& read = *note;
     if (read[strlive.fac_clt] != client)
@@ -36,35 +41,48 @@ Recordset openDeliveryNotes(SalesBook& invoices, const Record& invoice) {
     return notes;
 }
 
-void integrate(SalesBook& invoices, const Record& asRead, const QString& deliveryNote) {
-    const QString number = padded(deliveryNote, 6);
-    Transaction transaction(invoices.workspace, QStringLiteral("Intégration d'un bon de livraison"));
+namespace {
+
+void take(SalesBook& invoices, const Record& asRead, const QString& number) {
     const Record invoice = documents::requireOpen(invoices, asRead);
     const QString year = invoice[strface.fac_aa];
     const QString invoiceNumber = invoice[strface.fac_no];
     const Record note = integrable(invoices, invoice, number);
-    Recordset lines = invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
-                                            {strlivl.fac_no, strlivl.fac_lg});
+    QList<Record> lines;
+    for (const Record& line : invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
+                                                    {strlivl.fac_no, strlivl.fac_lg}))
+        lines.append(line);
     if (lines.isEmpty()) refuse(QStringLiteral("Aucune ligne sur ce Bon"));
     const int taken =
         invoices.vente.greatest(strfacl, strfacl.fac_lg, numbering::linesOf(strfacl, year, invoiceNumber)).toInt();
-    if (taken + lines.count() > numbering::LastLine)
+    if (taken + lines.size() > numbering::LastLine)
         refuse(QStringLiteral("Impossible d'intégrer ce BL, trop de lignes ..."));
 
     numbering::addHiddenLine(invoices.vente, strfacl, year, invoiceNumber, number);
-    for (int next = taken + 1; !lines.eof(); lines.moveNext()) {
-        Record copy = document_lines::copyOf(lines.record(), strfacl);
+    int next = taken + 1;
+    for (const Record& line : lines) {
+        Record copy = document_lines::copyOf(line, strfacl);
         copy[strfacl.fac_aa] = year;
         copy[strfacl.fac_no] = invoiceNumber;
         copy[strfacl.fac_lg] = numbering::lineKey(next++);
         copy[strfacl.fac_nbl] = number;
         invoices.vente.insert(copy);
-        if (!copy.value(strfacl.fac_imm).isEmpty()) unit_moves::sell(invoices, invoice, note, lines.record());
     }
+    unit_moves::sell(invoices, invoice, note, lines);
     invoices.vente.update(strlive, {{strlive.fac_blv, invoiceNumber}, {strlive.fac_cpt, documents::Transferred}},
                           strlive.fac_no == number && strlive.fac_aa == note[strlive.fac_aa]);
     documents::refreshTotals(invoices, invoice);
-    transaction.commit();
+}
+
+} // namespace
+
+void integrate(SalesBook& invoices, const Record& asRead, const QString& deliveryNote) {
+    const QString number = padded(deliveryNote, 6);
+    SalesBook notes(invoices, documentKind(QStringLiteral("LIV")));
+    QStringList locks{document_locks::document(invoices, asRead)};
+    if (const auto note = noteOf(invoices, number)) locks.append(document_locks::document(notes, *note));
+    Transaction::run(invoices.workspace, QStringLiteral("Intégration d'un bon de livraison"), Locks::of(locks),
+                     [&] { take(invoices, asRead, number); });
 }
 
 namespace {

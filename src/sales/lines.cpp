@@ -6,13 +6,14 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "reference/prices.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
 #include "sales/numbering.h"
 #include "sales/unit_moves.h"
 #include "sales/unit_rules.h"
 #include "stock/depot_counts.h"
-#include "stock/unit_tables.h"
+#include "stock/units.h"
 
 #include <functional>
 
@@ -134,10 +135,26 @@ Draft ofUnit(SalesBook& book, const Record& header, const Record& unit) {
     return draft;
 }
 
+QList<Draft> ofUnits(SalesBook& book, const Record& header, const QList<Record>& units) {
+    const Reading together(book.workspace);
+    QStringList references;
+    for (const Record& unit : units) references.append(unit[strproduit.ref_art]);
+    references.removeDuplicates();
+    articles::foresee(book.molven, references);
+    QList<Record> articlesOfUnits;
+    for (const QString& reference : references)
+        if (const auto article = articles::find(book.molven, reference)) articlesOfUnits.append(*article);
+    if (const auto client = parties::findClient(book.molven, header[book.kind().headers.fac_clt]))
+        pricing::foresee(book.molven, articlesOfUnits, *client);
+    QList<Draft> drafts;
+    for (const Record& unit : units) drafts.append(ofUnit(book, header, unit));
+    return drafts;
+}
+
 void takeFromStock(SalesBook& book, const QString& reference, const Decimal& quantity) {
     if (!book.kind().movesStock) return;
-    const auto article = articles::find(book.molven, reference);
-    if (article && movesStock(*article)) articles::moveStock(book.molven, reference, -quantity);
+    book.molven.addTo(strarticle, strarticle.art_stk, -quantity,
+                      strarticle.art_ref == reference.trimmed() && strarticle.art_aig == follow_up::ByMovements);
 }
 
 QString stockWarning(SalesBook& book, const Draft& draft) {
@@ -184,12 +201,12 @@ Record numbered(SalesBook& book, const Record& header, const Draft& draft, const
     return line;
 }
 
-/// Writes one line under its number and moves what it moves.
-void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
+/// Writes one line under its number and moves what it moves: its unit, or the stock of its article.
+void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number,
+           const std::optional<Record>& unit) {
     const DocumentLines& table = book.kind().lines;
     Record line = numbered(book, header, draft, number);
     const Record& read = line;
-    if (draft.tracked) unit_rules::checkAgain(book, header, read[table.fac_imm]);
     if (!draft.isText && book.kind().isPriced) {
         requireBounds(book, line);
         requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
@@ -197,10 +214,29 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
         priceLine(book, line, draft.withoutVat);
     }
     book.vente.insert(line);
-    if (draft.tracked)
-        unit_moves::apply(book, header, line);
+    if (unit)
+        unit_moves::store(book, *unit, unit_moves::moved(book, header, line, *unit));
     else
         takeFromStock(book, read[table.fac_ref], read[table.fac_qte]);
+}
+
+/// The units of lines that are about to be written, as stored: free, each for one line.
+QList<std::optional<Record>> freeUnits(SalesBook& book, const Record& header, const QList<Draft>& drafts) {
+    const Text& immatriculation = book.kind().lines.fac_imm;
+    QStringList numbers;
+    for (const Draft& draft : drafts)
+        if (draft.tracked) numbers.append(QString(draft.line[immatriculation]));
+    units::foresee(book.molven, numbers);
+    QHash<QString, Record> taken; // as the line before leaves it
+    QList<std::optional<Record>> found;
+    for (const Draft& draft : drafts) {
+        const QString number = draft.tracked ? QString(draft.line[immatriculation]) : QString();
+        if (const auto again = taken.constFind(number); again != taken.constEnd())
+            unit_rules::requireFree(book, header, *again);
+        found.append(draft.tracked ? std::optional(unit_rules::checkAgain(book, header, number)) : std::nullopt);
+        if (draft.tracked) taken.insert(number, unit_moves::moved(book, header, draft.line, *found.last()));
+    }
+    return found;
 }
 
 } // namespace
@@ -208,17 +244,16 @@ void write(SalesBook& book, const Record& header, const Draft& draft, const QStr
 namespace {
 
 /// Numbers for so many new lines: those after the last, or from a free one on.
-QList<int> freeNumbers(SalesBook& book, const Record& header, qsizetype count, int from) {
+QStringList freeNumbers(SalesBook& book, const Record& header, qsizetype count, int from) {
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
-    const int first =
-        from > 0 ? from : numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
-    QList<int> numbers;
-    for (int number = first; numbers.size() < count; ++number) {
+    const int next = numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
+    QStringList numbers;
+    for (int number = from > 0 ? from : next; numbers.size() < count; ++number) {
         numbering::requireRoom(number);
         const Criterion taken = documents::linesOf(book, header) && table.fac_lg == numbering::lineKey(number);
-        require(book.vente.count(table, taken) == 0, "Cette ligne existe déjà", table.fac_lg);
-        numbers.append(number);
+        require(number >= next || book.vente.count(table, taken) == 0, "Cette ligne existe déjà", table.fac_lg);
+        numbers.append(numbering::lineKey(number));
     }
     return numbers;
 }
@@ -257,30 +292,33 @@ void pushDown(SalesBook& book, const Record& header, const QString& from) {
 
 namespace {
 
-using Writing = std::function<void(const Record& header, const Draft& draft, const QString& number)>;
+/// Writes so many lines, each under its number.
+using Writing = std::function<void(const Record& header, const QStringList& numbers)>;
 
-void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Writing& writeOne) {
+void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Writing& writeThem) {
     const DocumentHeaders& headers = book.kind().headers;
-    Transaction transaction(book.workspace, QStringLiteral("Ajout de lignes"));
-    const Record header = documents::requireOpen(book, asRead);
-    const QList<int> numbers = freeNumbers(book, header, drafts.size(), from);
-    numbering::addHiddenLine(book.vente, book.kind().lines, header[headers.fac_aa], header[headers.fac_no]);
-    for (qsizetype i = 0; i < drafts.size(); ++i) writeOne(header, drafts[i], numbering::lineKey(numbers[i]));
-    documents::refreshTotals(book, header);
-    transaction.commit();
+    const Locks locks = document_locks::ofLines(book, asRead, drafts);
+    Transaction::run(book.workspace, QStringLiteral("Ajout de lignes"), locks, [&] {
+        const Record header = documents::requireOpen(book, asRead);
+        const QStringList numbers = freeNumbers(book, header, drafts.size(), from);
+        numbering::addHiddenLine(book.vente, book.kind().lines, header[headers.fac_aa], header[headers.fac_no]);
+        writeThem(header, numbers);
+        documents::refreshTotals(book, header);
+    });
 }
 
 } // namespace
 
 void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
-    writeAll(book, asRead, drafts, from, [&book](const Record& header, const Draft& draft, const QString& number) {
-        write(book, header, draft, number);
+    writeAll(book, asRead, drafts, from, [&](const Record& header, const QStringList& numbers) {
+        const QList<std::optional<Record>> units = freeUnits(book, header, drafts);
+        for (qsizetype i = 0; i < drafts.size(); ++i) write(book, header, drafts[i], numbers[i], units[i]);
     });
 }
 
 void record(SalesBook& book, const Record& asRead, const QList<Draft>& drafts) {
-    writeAll(book, asRead, drafts, 0, [&book](const Record& header, const Draft& draft, const QString& number) {
-        book.vente.insert(numbered(book, header, draft, number));
+    writeAll(book, asRead, drafts, 0, [&](const Record& header, const QStringList& numbers) {
+        for (qsizetype i = 0; i < drafts.size(); ++i) book.vente.insert(numbered(book, header, drafts[i], numbers[i]));
     });
 }
 
@@ -293,7 +331,7 @@ void insert(SalesBook& book, const Record& asRead, const Draft& draft, const Rec
     const QString number = storedLine(book, header, before)[table.fac_lg];
     numbering::requireRoom(numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]));
     pushDown(book, header, number);
-    write(book, header, draft, number);
+    write(book, header, draft, number, freeUnits(book, header, {draft}).first());
     documents::refreshTotals(book, header);
     transaction.commit();
 }

@@ -25,6 +25,8 @@ bool isText(const DocumentLines& table, const Record& line);
 void setUnit(SalesBook& book, Draft& draft, const Record& unit);
 /// The line of a checked unit, preset from its article.
 Draft ofUnit(SalesBook& book, const Record& header, const Record& unit);
+/// The same of several, whose articles and prices are read together.
+QList<Draft> ofUnits(SalesBook& book, const Record& header, const QList<Record>& units);
 /// The codes that a line of the article may carry when it has several; empty otherwise.
 QStringList reimbursementsOf(SalesBook& book, const QString& reference);
 /// A warning when an untracked article's stock does not cover the quantity; empty otherwise.

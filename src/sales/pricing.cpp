@@ -41,7 +41,29 @@ QString approvalOf(const Record& article) {
     return number.simplified().compare(NotSubject, Qt::CaseInsensitive) == 0 ? NotSubject : number;
 }
 
+Criterion discountOf(const Record& article, const Record& client) {
+    return strparrem.rem_clt == client[strclient.clt_rem] && strparrem.rem_art == article[strarticle.art_rem];
+}
+
+Criterion tariffOf(const Record& article, const Record& client) {
+    return strtarifclt.tar_clt == client[strclient.clt_cod] &&
+           isOneOf(trimmed(strtarifclt.tar_ref), codes::formsOf(codes::ArticleOfTariff, article[strarticle.art_ref]));
+}
+
 } // namespace
+
+void foresee(Database molven, const QList<Record>& articles, const Record& client) {
+    QList<Criterion> discounts, tariffs;
+    QStringList severals;
+    for (const Record& article : articles) {
+        discounts.append(discountOf(article, client));
+        tariffs.append(tariffOf(article, client));
+        if (article[strarticle.art_lpp] == SeveralLpp) severals.append(article[strarticle.art_ref]);
+    }
+    molven.foresee(strparrem, discounts);
+    molven.foresee(strtarifclt, tariffs);
+    articles::foreseeSeveralLpp(molven, severals);
+}
 
 Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment) {
     Preset result;
@@ -57,13 +79,9 @@ Preset preset(Database molven, const Record& article, const Record& client, bool
     else
         result.reimbursement = lppOf(molven, article);
     if (consignment) result.approval = approvalOf(article);
-    const auto discount = molven.find(strparrem, strparrem.rem_clt == client[strclient.clt_rem] &&
-                                                     strparrem.rem_art == article[strarticle.art_rem]);
+    const auto discount = molven.find(strparrem, discountOf(article, client));
     if (discount) result.discount = (*discount)[strparrem.rem_rem];
-    const auto tariff =
-        molven.find(strtarifclt, strtarifclt.tar_clt == client[strclient.clt_cod] &&
-                                     isOneOf(trimmed(strtarifclt.tar_ref),
-                                             codes::formsOf(codes::ArticleOfTariff, article[strarticle.art_ref])));
+    const auto tariff = molven.find(strtarifclt, tariffOf(article, client));
     if (tariff) {
         result.discount = 0;
         result.price = (*tariff)[strtarifclt.tar_pvt];

@@ -31,6 +31,9 @@ QString lppOf(Database molven, const Record& article);
 /// Presets from the article, overridden by the client's discount table, then by the client's own tariff.
 Preset preset(Database molven, const Record& article, const Record& client, bool threeLabels, bool consignment);
 
+/// Presets of these articles will be asked for, in the transaction or the Reading that is open.
+void foresee(Database molven, const QList<Record>& articles, const Record& client);
+
 /// Net unit price: price less the discount in percent, to the cent.
 Decimal net(const Decimal& price, const Decimal& discount);
 

@@ -33,16 +33,19 @@ Record unitOf(SalesBook& book, const Record& line) {
 
 QList<Record> unitsOf(Files& files, const QString& serial) {
     QList<Record> found;
-    for (const Record& line : ancillary_sets::lines(files.ancillaire, serial)) found.append(unitOf(files.notes, line));
+    const Reading together(files.notes.workspace);
+    QStringList numbers;
+    const Recordset lines = ancillary_sets::lines(files.ancillaire, serial);
+    for (const Record& line : lines) numbers.append(line[strstock.stk_imm_art]);
+    units::foresee(files.notes.molven, numbers);
+    for (const Record& line : lines) found.append(unitOf(files.notes, line));
     return found;
 }
 
 /// Writes a transfer note of a set's units, which are moved apart.
 Record writeNote(SalesBook& notes, const Record& header, const QList<Record>& units) {
     const Record note = documents::create(notes, header);
-    QList<document_lines::Draft> drafts;
-    for (const Record& unit : units) drafts.append(document_lines::ofUnit(notes, note, unit));
-    document_lines::record(notes, note, drafts);
+    document_lines::record(notes, note, document_lines::ofUnits(notes, note, units));
     return documents::current(notes, note);
 }
 
@@ -184,11 +187,10 @@ QString deliverUsed(Files& files, const Return& wanted, const QList<Record>& use
     header[strlive.fac_chr] = wanted.surgeon;
     header[strlive.fac_btr] = returnLabel(serial);
     const Record note = documents::create(deliveries, header);
-    QList<document_lines::Draft> drafts;
-    for (const Record& unit : used)
-        drafts.append(document_lines::ofUnit(deliveries, note,
-                                             unit_rules::checkAgain(deliveries, note, unit[strproduit.imm_art])));
-    document_lines::add(deliveries, note, drafts);
+    QStringList numbers;
+    for (const Record& unit : used) numbers.append(unit[strproduit.imm_art]);
+    document_lines::add(deliveries, note,
+                        document_lines::ofUnits(deliveries, note, unit_rules::checkAll(deliveries, note, numbers)));
     return note[strlive.fac_no];
 }
 

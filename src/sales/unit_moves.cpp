@@ -4,6 +4,7 @@
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
 #include "sales/other_folders.h"
@@ -28,17 +29,6 @@ std::optional<Record> unitOf(SalesBook& book, const DocumentKind& kind, const Re
 }
 
 bool isSold(const Record& unit) { return unit[strproduit.tes_vte] == state::Sold; }
-
-/// Writes what differs. The quantity in stock counts the units not sold.
-void store(SalesBook& book, const Record& before, const Record& after) {
-    QList<Assignment> changes;
-    for (const Field* field : strproduit.fields())
-        if (before.value(*field) != after.value(*field)) changes.append({*field, after.value(*field)});
-    if (changes.isEmpty()) return;
-    book.molven.update(strproduit, changes, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
-    if (isSold(before) != isSold(after))
-        articles::moveStock(book.molven, before[strproduit.ref_art], isSold(after) ? -1 : 1);
-}
 
 void place(SalesBook& book, Record& unit, const QString& depot) {
     unit[strproduit.num_dep] = depot;
@@ -281,6 +271,17 @@ void takeBack(SalesBook& book, const Record& note, const Record& unit) {
 
 } // namespace
 
+/// The quantity in stock counts the units not sold.
+void store(SalesBook& book, const Record& before, const Record& after) {
+    QList<Assignment> changes;
+    for (const Field* field : strproduit.fields())
+        if (before.value(*field) != after.value(*field)) changes.append({*field, after.value(*field)});
+    if (changes.isEmpty()) return;
+    book.molven.update(strproduit, changes, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
+    if (isSold(before) != isSold(after))
+        articles::moveStock(book.molven, before[strproduit.ref_art], isSold(after) ? -1 : 1);
+}
+
 bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit) {
     const DocumentHeaders& table = kind.headers;
     return unit[strproduit.tes_vte] == kind.unitState && unit[strproduit.num_vte] == header[table.fac_no] &&
@@ -290,11 +291,10 @@ bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit
             (unit[strproduit.nbl_dep] == header[table.fac_no] && unit[strproduit.num_dep] == header[strbtre.fac_depa]));
 }
 
-void apply(SalesBook& book, const Record& header, const Record& line) {
-    const auto unit = unitOf(book, book.kind(), line);
-    Record moved = unit.value();
-    moveTo(book, book.kind(), header, line, header[book.kind().depot], moved);
-    store(book, *unit, moved);
+Record moved(SalesBook& book, const Record& header, const Record& line, const Record& unit) {
+    Record after = unit;
+    moveTo(book, book.kind(), header, line, header[book.kind().depot], after);
+    return after;
 }
 
 void undo(SalesBook& book, const Record& header, const Record& line) {
@@ -324,15 +324,28 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     store(book, *unit, moved);
 }
 
-void sell(SalesBook& invoices, const Record& invoice, const Record& note, const Record& line) {
-    const auto unit = unitOf(invoices, delivery(), line);
-    if (!unit || !isHeldBy(delivery(), note, *unit))
-        throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus livrée par ce bon : supprimer sa ligne du bon")
-                          .arg(line[strlivl.fac_imm]),
-                      QStringLiteral("txtchoix"));
-    Record sold = *unit;
-    invoiceDelivered(invoice, note[strlive.fac_no], sold);
-    store(invoices, *unit, sold);
+void sell(SalesBook& invoices, const Record& invoice, const Record& note, const QList<Record>& lines) {
+    QStringList numbers;
+    for (const Record& line : lines)
+        if (const QString number = line[strlivl.fac_imm]; !number.isEmpty()) numbers.append(number);
+    Transaction transaction(invoices.workspace, {}, document_locks::ofUnits(invoicing(), lines));
+    units::foresee(invoices.molven, numbers);
+    QList<Record> delivered;
+    for (const QString& number : numbers) {
+        const auto unit = units::find(invoices.molven, Immatriculation::fromText(number));
+        if (!unit || !isHeldBy(delivery(), note, *unit) || delivered.contains(*unit))
+            throw Refusal(
+                QStringLiteral("L'immatriculation %1 n'est plus livrée par ce bon : supprimer sa ligne du bon")
+                    .arg(number),
+                QStringLiteral("txtchoix"));
+        delivered.append(*unit);
+    }
+    for (const Record& unit : delivered) {
+        Record sold = unit;
+        invoiceDelivered(invoice, note[strlive.fac_no], sold);
+        store(invoices, unit, sold);
+    }
+    transaction.commit();
 }
 
 void deliverAgain(SalesBook& invoices, const Record& note, const Record& line) {
@@ -357,7 +370,9 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
     const DocumentHeaders& headers = book.kind().headers;
     const DocumentLines& lines = book.kind().lines;
     const QString former = before[headers.fac_pat], patient = after[headers.fac_pat];
-    for (const Record& line : documents::lines(book, after)) {
+    const QList<Record> all = documents::linesRead(book, after);
+    Transaction transaction(book.workspace, {}, document_locks::ofUnits(book.kind(), all));
+    for (const Record& line : all) {
         const auto unit = line[lines.fac_imm].isEmpty() ? std::nullopt : unitOf(book, book.kind(), line);
         if (!unit || !isHeldBy(book.kind(), after, *unit)) continue;
         const auto note = noteOf({book.vente, book.historic}, line[lines.fac_nbl]);
@@ -369,6 +384,7 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
         if (!note) corrected[strproduit.ref_vte] = shortened(book.kind(), patient, strproduit.ref_vte);
         store(book, *unit, corrected);
     }
+    transaction.commit();
 }
 
 } // namespace molven::unit_moves

@@ -86,13 +86,18 @@ QString transferWords(Obstacle obstacle, const Record& unit) {
     return refused + QStringLiteral(" est au dépot : ") + depot;
 }
 
+void requireNoObstacle(SalesBook& book, const Record& header, const Record& unit, bool isTyped) {
+    const Source source = sourceOf(book, header);
+    const Obstacle obstacle = obstacleOf(book.kind(), source, unit);
+    if (obstacle == Obstacle::None) return;
+    refuse(isTyped || !book.kind().isTransfer() ? words(obstacle, source) : transferWords(obstacle, unit));
+}
+
 Record checked(SalesBook& book, const Record& header, const QString& number, bool isTyped) {
     const auto unit = units::find(book.molven, Immatriculation::fromText(number));
     if (!unit) refuse(QStringLiteral("Immatriculation inconnue"));
-    const Source source = sourceOf(book, header);
-    const Obstacle obstacle = obstacleOf(book.kind(), source, *unit);
-    if (obstacle == Obstacle::None) return *unit;
-    refuse(isTyped || !book.kind().isTransfer() ? words(obstacle, source) : transferWords(obstacle, *unit));
+    requireNoObstacle(book, header, *unit, isTyped);
+    return *unit;
 }
 
 } // namespace
@@ -101,6 +106,18 @@ Record check(SalesBook& book, const Record& header, const QString& typed) { retu
 
 Record checkAgain(SalesBook& book, const Record& header, const QString& number) {
     return checked(book, header, number, false);
+}
+
+void requireFree(SalesBook& book, const Record& header, const Record& unit) {
+    requireNoObstacle(book, header, unit, false);
+}
+
+QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers) {
+    const Reading together(book.workspace);
+    units::foresee(book.molven, numbers);
+    QList<Record> checked;
+    for (const QString& number : numbers) checked.append(checkAgain(book, header, number));
+    return checked;
 }
 
 Criterion available(SalesBook& book, const Record& header, const QString& reference) {

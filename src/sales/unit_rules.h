@@ -11,6 +11,10 @@ Record check(SalesBook& book, const Record& header, const QString& typed);
 /// The same for a unit that was chosen before and is written now; the refusal of a transfer says which unit it is, and
 /// the document or the depot that has it.
 Record checkAgain(SalesBook& book, const Record& header, const QString& number);
+/// The same of a unit as an earlier line of the document leaves it.
+void requireFree(SalesBook& book, const Record& header, const Record& unit);
+/// checkAgain() for each of several, which are read together.
+QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers);
 
 /// The condition on the units of an article that the document may take.
 Criterion available(SalesBook& book, const Record& header, const QString& reference);

@@ -47,6 +47,25 @@ QList<Receipt> receiptsOf(const Receipt& delivery, const QList<DeliveredUnit>& u
     return all;
 }
 
+QList<receipts::Created> receiveAll(UnitFiles files, const CompanyRules& rules, const Receipt& delivery,
+                                    const QList<DeliveredUnit>& units, const Progress& progress) {
+    const auto total = static_cast<int>(units.size());
+    int done = 0;
+    QList<receipts::Created> created;
+    for (const Receipt& receipt : receiptsOf(delivery, units)) {
+        try {
+            created.append(receipts::receive(
+                files, rules, receipt, [&](int ofThese, int) { return !progress || progress(done + ofThese, total); }));
+        } catch (const Refusal& refusal) {
+            if (refusal.field.isEmpty()) throw; // given up
+            throw Refusal(QStringLiteral("%1 lot %2 : %3").arg(receipt.reference, receipt.lot, refusal.text),
+                          refusal.field);
+        }
+        done += receipt.quantity.toInt();
+    }
+    return created;
+}
+
 } // namespace
 
 DeliveredUnit read(Database molven, const QString& scanned, const QList<DeliveredUnit>& before) {
@@ -79,23 +98,10 @@ DeliveredUnit read(Database molven, const QString& scanned, const QList<Delivere
 QList<receipts::Created> receive(UnitFiles files, const CompanyRules& rules, const Receipt& delivery,
                                  const QList<DeliveredUnit>& units, const Progress& progress) {
     if (units.isEmpty()) refuse(QStringLiteral("Aucun produit lu"));
-    const auto total = static_cast<int>(units.size());
-    int done = 0;
-    QList<receipts::Created> created;
-    Transaction transaction(files.molven.workspace(), QStringLiteral("Réception"));
-    for (const Receipt& receipt : receiptsOf(delivery, units)) {
-        try {
-            created.append(receipts::receive(
-                files, rules, receipt, [&](int ofThese, int) { return !progress || progress(done + ofThese, total); }));
-        } catch (const Refusal& refusal) {
-            if (refusal.field.isEmpty()) throw; // given up
-            throw Refusal(QStringLiteral("%1 lot %2 : %3").arg(receipt.reference, receipt.lot, refusal.text),
-                          refusal.field);
-        }
-        done += receipt.quantity.toInt();
-    }
-    transaction.commit();
-    return created;
+    QStringList references;
+    for (const DeliveredUnit& unit : units) references.append(unit.reference);
+    return Transaction::run(files.molven.workspace(), receipts::ReceiptDeed, receipts::receiptLocks(references),
+                            [&] { return receiveAll(files, rules, delivery, units, progress); });
 }
 
 } // namespace molven::deliveries

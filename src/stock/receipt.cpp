@@ -12,6 +12,7 @@
 #include "reference/parties.h"
 #include "reference/prices.h"
 #include "stock/gs1.h"
+#include "stock/unit_locks.h"
 #include "stock/units.h"
 
 #include <QSet>
@@ -238,9 +239,10 @@ void addToArticle(Database molven, const CompanyRules& rules, const QString& ref
                   strarticle.art_ref == reference);
 }
 
-Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
+namespace {
+
+Created receiveAlone(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
     Database molven = files.molven;
-    Transaction transaction(molven.workspace(), QStringLiteral("Réception"));
     const Record article = followedArticle(molven, receipt.reference);
     check(files, receipt, article);
     const int quantity = quantityOf(receipt);
@@ -258,8 +260,20 @@ Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& recei
         if (unit[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
     }
     addToArticle(molven, rules, article[strarticle.art_ref], quantity, unit[strproduit.pro_pac]);
-    transaction.commit();
     return {first.number(), first.plus(quantity - 1).number()};
+}
+
+} // namespace
+
+Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
+    return Transaction::run(files.molven.workspace(), ReceiptDeed, receiptLocks({receipt.reference}),
+                            [&] { return receiveAlone(files, rules, receipt, progress); });
+}
+
+Locks receiptLocks(const QStringList& references) {
+    QStringList names{unit_locks::numbers()};
+    for (const QString& reference : references) names.append(unit_locks::article(reference));
+    return Locks::of(names);
 }
 
 void change(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Record& before) {

@@ -46,6 +46,9 @@ void addToArticle(Database molven, const CompanyRules& rules, const QString& ref
 /// Creates the units and updates the article's quantity, average and last purchase price, in one transaction. Throws
 /// Refusal with the first fault of the receipt, in the order of the screen.
 Created receive(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress = {});
+/// What receipts of these articles have for themselves.
+Locks receiptLocks(const QStringList& references);
+inline const QString ReceiptDeed = QStringLiteral("Réception");
 /// Rewrites the receipt of one unit still in stock, under the same checks; its article, receipt date, number and
 /// conformity stay. `before` is the unit as the user read it. Throws Refusal, and DataError RecordChanged when another
 /// workstation wrote the unit meanwhile.

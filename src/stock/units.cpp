@@ -16,6 +16,12 @@ std::optional<Record> find(Database molven, const Immatriculation& immatriculati
     return molven.find(strproduit, immatriculation.criterion());
 }
 
+void foresee(Database molven, const QStringList& immatriculations) {
+    QList<Criterion> sought;
+    for (const QString& number : immatriculations) sought.append(Immatriculation::fromText(number).criterion());
+    molven.foresee(strproduit, sought);
+}
+
 QString title(const Record& unit) {
     return QStringLiteral("Immatriculation %1, %2 %3")
         .arg(unit[strproduit.imm_art], unit[strproduit.ref_art], unit[strproduit.pro_li1]);

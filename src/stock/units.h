@@ -29,6 +29,8 @@ inline const QString TakenBack = QStringLiteral("AVOIR");
 namespace units {
 
 std::optional<Record> find(Database molven, const Immatriculation& immatriculation);
+/// They will be looked for with find(), in the transaction or the Reading that is open.
+void foresee(Database molven, const QStringList& immatriculations);
 
 /// "Immatriculation 26030001, CFG001 COMPOSANT FEMORAL": which unit it is, in words.
 QString title(const Record& unit);

@@ -86,6 +86,9 @@ void requireWritable(const QCommandLineParser& parser, const QString& path);
 /// Writes it whole or not at all. Throws what requireWritable() does, and Refusal when it cannot be written.
 void writeOut(const QCommandLineParser& parser, const QString& path, const QByteArray& bytes);
 
+/// From now on whoever sits at a terminal is asked for the password that a server wants.
+void askServerPasswordOnTerminal();
+
 /// One line on standard output.
 void say(const QString& line);
 /// One line on standard error.

@@ -1,5 +1,7 @@
 #include "data/postgres/connection.h"
 
+#include "data/server_login.h"
+
 #include <libpq-fe.h>
 #include <poll.h>
 
@@ -25,8 +27,8 @@ struct Known {
 constexpr Known States[] = {
     {"23505", DataError::Double, "Cet enregistrement existe déjà."},
     {"55P03", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
-    {"40001", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
-    {"40P01", DataError::Busy, "La base de données est occupée par un autre poste, veuillez recommencer."},
+    {"40001", DataError::Disturbed, "La base de données est occupée par un autre poste, veuillez recommencer."},
+    {"40P01", DataError::Disturbed, "La base de données est occupée par un autre poste, veuillez recommencer."},
     {"53100", DataError::Full, "Le disque du serveur est plein, rien n'a été enregistré."},
     {"53300", DataError::Busy, "Le serveur n'accepte plus de connexions, veuillez recommencer."},
     {"42501", 8, "Votre compte n'a pas le droit d'écrire sur le serveur."},
@@ -41,6 +43,13 @@ const Known* known(const char* state) {
 
 std::atomic<qint64> trips = 0;
 
+/// "la base molven sur srv1, compte durand".
+QString placeOf(pg_conn* connection) {
+    return QStringLiteral("la base %1 sur %2, compte %3")
+        .arg(QString::fromUtf8(PQdb(connection)), QString::fromUtf8(PQhost(connection)),
+             QString::fromUtf8(PQuser(connection)));
+}
+
 QString wordsOf(pg_conn* connection) { return QString::fromUtf8(PQerrorMessage(connection)).trimmed(); }
 
 } // namespace
@@ -52,22 +61,37 @@ Connection::Connection(const QString& address, const QString& database) : addres
     if (!option(address, "password").isEmpty())
         throw Refusal(QStringLiteral("Une adresse ne porte pas de mot de passe : il se met dans le fichier .pgpass du "
                                      "compte, ou dans son fichier de services"));
-    const QByteArray place = address.toUtf8(), other = database.toUtf8();
-    const char* const names[] = {"connect_timeout", "application_name", "dbname",
-                                 database.isEmpty() ? nullptr : "dbname", nullptr};
-    const char* const values[] = {"10", "molven", place.constData(), other.constData(), nullptr};
-    connection_ = PQconnectdbParams(names, values, 1);
+    connect(database);
+    bool wasWrong = false;
+    while (isLost() && (PQconnectionNeedsPassword(connection_) || PQconnectionUsedPassword(connection_))) {
+        if (!server_login::ask(address, placeOf(connection_), wasWrong)) break;
+        PQfinish(connection_);
+        connect(database);
+        wasWrong = true;
+    }
     if (!isLost()) {
         PQsetNoticeProcessor(
             connection_, [](void*, const char*) {}, nullptr);
         run(QString::fromLatin1(Settings));
         return;
     }
+    server_login::forget(address);
     const QString words = wordsOf(connection_);
     PQfinish(connection_);
     throw DataError(DataError::CannotOpen,
                     QStringLiteral("Le serveur de la base de données ne répond pas ou refuse la connexion."),
                     {{DataError::CannotOpen, words}});
+}
+
+void Connection::connect(const QString& database) {
+    const QByteArray place = address_.toUtf8(), other = database.toUtf8(),
+                     password = server_login::known(address_).toUtf8();
+    const char* const names[] = {
+        "connect_timeout", "application_name", "dbname", "password", database.isEmpty() ? nullptr : "dbname", nullptr};
+    const char* const values[] = {
+        "10",   "molven", place.constData(), password.isEmpty() ? nullptr : password.constData(), other.constData(),
+        nullptr};
+    connection_ = PQconnectdbParams(names, values, 1);
 }
 
 QString Connection::option(const QString& address, const char* name) {

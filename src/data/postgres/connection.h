@@ -29,7 +29,8 @@ struct Command {
     bool isOften = true;
 };
 
-/// The lock that whoever writes to a database takes first, so that two workstations never wait for each other.
+/// The lock that whoever writes to a database takes first: alone, or together with others, who then lock by name, under
+/// two numbers of which this is the first.
 constexpr int SiteLock = 0x4D4F4C56;
 
 /// One connection to a server. Every function throws DataError on a fault, with the engines' common numbers.
@@ -66,6 +67,8 @@ public:
     void watch(std::function<bool()> goesOn) { goesOn_ = std::move(goesOn); }
 
 private:
+    /// Tries to, with the password that is known.
+    void connect(const QString& database);
     /// Sends a statement on its way, and before it, once, what prepares it.
     bool send(const Command& command);
     /// Waits until an answer is there; asks meanwhile, and stops the statement once when it shall not go on.

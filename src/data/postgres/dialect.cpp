@@ -65,6 +65,11 @@ public:
         return QStringLiteral("sum(round(%1*1e%2))").arg(field.name).arg(field.scale);
     }
 
+    QString raised(const Number& field, const Decimal& amount, Sql& sql) const override {
+        return QStringLiteral("round(coalesce(%1,0)+(%2)::numeric,%3)")
+            .arg(field.name, sql.bind(amount.toString()), QString::number(field.scale));
+    }
+
     QString join() const override { return QStringLiteral(" join "); }
 
     QString same(const Field& field, const QString& value, Sql& sql) const override {

@@ -7,7 +7,8 @@
 #include "data/postgres/statement.h"
 #include "data/server_address.h"
 
-#include <QSet>
+#include <QCryptographicHash>
+#include <QtEndian>
 
 #include <libpq-fe.h>
 
@@ -35,6 +36,16 @@ constexpr qsizetype MostWaiting = 4'000'000; ///< characters
 constexpr int MostRowsKept = 64;
 constexpr qsizetype MostAnswersKept = 5000;
 
+/// The numbers that stand for names; two names that share one wait for each other without need.
+QSet<int> numbersOf(const Locks& locks) {
+    QSet<int> numbers;
+    for (const QString& name : locks.names()) {
+        const QByteArray hash = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha1);
+        numbers.insert(qFromBigEndian<qint32>(hash.constData()));
+    }
+    return numbers;
+}
+
 /// What a statement did, by the server's answer: an insertion gives the key of its record.
 Written::Count countOf(const pg_result* result) {
     Written::Count count;
@@ -58,6 +69,7 @@ Engine::Lease::~Lease() {
 Engine::Engine(const QString& address, Opening opening) : address_(address) {
     const Lease connection(*this); // an address that leads nowhere is told at once
     if (opening == Opening::New) prepareSite(*held_);
+    isPrepared_ = isPrepared(*held_);
 }
 
 Engine::~Engine() {
@@ -66,7 +78,9 @@ Engine::~Engine() {
 }
 
 bool Engine::exists(const QString& path) {
-    return Engine(server_address::connection(path), Opening::Existing).isOurs(server_address::schema(path));
+    return Engine(server_address::connection(path), Opening::Existing)
+        .version(server_address::schema(path))
+        .has_value();
 }
 
 void Engine::discard(const QString& path) {
@@ -80,14 +94,11 @@ QString Engine::attach(const QString& path) { return server_address::schema(path
 
 void Engine::detach(const QString&) {}
 
-bool Engine::isOurs(const QString& schema) {
-    molven::Statement& row = run(QStringLiteral("select to_regclass(?)::text"), {layoutOf(schema)});
-    return row.next() && !row.text(0).isEmpty();
-}
-
-qint64 Engine::version(const QString& schema) {
-    molven::Statement& row = run(QStringLiteral("select version from ") + layoutOf(schema));
-    return row.next() ? row.integer(0) : 0;
+std::optional<qint64> Engine::version(const QString& schema) {
+    if (!isPrepared_) return std::nullopt;
+    molven::Statement& row = run(QStringLiteral("select molven_version(?)"), {layoutOf(schema)});
+    if (!row.next() || row.text(0).isEmpty()) return std::nullopt;
+    return row.integer(0);
 }
 
 void Engine::markAsOurs(const QString& schema, qint64 version) {
@@ -97,17 +108,42 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
     run(QStringLiteral("insert into %1 values (?)").arg(layoutOf(schema)), {QString::number(version)});
 }
 
-void Engine::begin() {
+void Engine::begin(const Locks& locks) {
     forget();
     held_ = Pool::take(address_);
+    isAlone_ = locks.isAll();
+    locked_ = numbersOf(locks);
+    QStringList statements{QStringLiteral("begin"), QStringLiteral("select pg_advisory_xact_lock%1(%2)")
+                                                        .arg(isAlone_ ? QString() : QStringLiteral("_shared"))
+                                                        .arg(SiteLock)};
+    QList<int> inOrder = locked_.values();
+    std::sort(inOrder.begin(), inOrder.end());
+    for (const int number : inOrder)
+        statements.append(QStringLiteral("select pg_advisory_xact_lock(%1,%2)").arg(SiteLock).arg(number));
     try {
-        held_->run(QStringLiteral("begin; select pg_advisory_xact_lock(%1)").arg(SiteLock));
+        held_->run(statements.join(u';'));
     } catch (const DataError&) {
         held_.reset();
         throw;
     }
     inTransaction_ = true;
     wrote_ = isSpoilt_ = false;
+}
+
+void Engine::lockBesides(const Locks& locks) {
+    if (!inTransaction_ || isAlone_) return;
+    const DataError disturbed(DataError::Disturbed, QStringLiteral("La base de données est occupée par un autre "
+                                                                   "poste, veuillez recommencer."));
+    if (locks.isAll()) throw disturbed;
+    const QSet<int> further = numbersOf(locks) - locked_;
+    if (further.isEmpty()) return;
+    QStringList tries;
+    for (const int number : further)
+        tries.append(QStringLiteral("pg_try_advisory_xact_lock(%1,%2)").arg(SiteLock).arg(number));
+    molven::Statement& row = run(QStringLiteral("values (%1)").arg(tries.join(QStringLiteral(" and "))));
+    if (!row.next() || row.integer(0) == 0) throw disturbed;
+    locked_ += further;
+    forget(); // what was read before may have been another's
 }
 
 void Engine::commit() {
@@ -151,8 +187,8 @@ void Engine::rollbackTo(const QString& savepoint, Scope scope) {
         return;
     }
     const QString untold = QStringLiteral("savepoint ") + savepoint;
-    const auto since = std::find_if(waiting_.rbegin(), waiting_.rend(),
-                                    [&](const auto& one) { return one->command.sql == untold; });
+    const auto since =
+        std::find_if(waiting_.rbegin(), waiting_.rend(), [&](const auto& one) { return one->command.sql == untold; });
     isSpoilt_ = false;
     if (since != waiting_.rend()) {
         waiting_.erase(std::prev(since.base()), waiting_.end());

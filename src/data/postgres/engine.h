@@ -4,6 +4,7 @@
 #include "data/postgres/connection.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <optional>
 
@@ -25,11 +26,12 @@ public:
     const Dialect& dialect() const override;
     QString attach(const QString& path) override;
     void detach(const QString& schema) override;
-    bool isOurs(const QString& schema) override;
-    qint64 version(const QString& schema) override;
+    std::optional<qint64> version(const QString& schema) override;
     void markAsOurs(const QString& schema, qint64 version) override;
 
-    void begin() override;
+    void begin(const Locks& locks) override;
+    void lockBesides(const Locks& locks) override;
+    bool isAlone() const override { return isAlone_; }
     void commit() override;
     void rollback() override;
     void savepoint(const QString& name, Scope scope) override;
@@ -91,11 +93,14 @@ private:
     class Lease;
 
     const QString address_;
+    bool isPrepared_ = false;          ///< the database has what the program's statements need
     std::unique_ptr<Connection> held_; ///< by a transaction, or by an administrator's look
     std::function<bool()> goesOn_;
     bool inTransaction_ = false;
-    bool wrote_ = false;   ///< in the transaction that is open
+    bool wrote_ = false;    ///< in the transaction that is open
     bool isSpoilt_ = false; ///< a change in it was given up half-way
+    bool isAlone_ = false;
+    QSet<int> locked_; ///< by the transaction that is open
     std::vector<std::shared_ptr<Waiting>> waiting_;
     qsizetype waitingSize_ = 0; ///< of their values
 
@@ -103,7 +108,7 @@ private:
     QHash<QString, Kept> kept_;
     QHash<QString, qint64> writtenAt_; ///< table -> moment
     qint64 moment_ = 0;                ///< counts questions and changes
-    qint64 counted_ = 0; ///< changes of this workspace
+    qint64 counted_ = 0;               ///< changes of this workspace
 };
 
 /// Two nested ones share the connection.

@@ -2,6 +2,9 @@
 
 #include "data/postgres/connection.h"
 
+#include <QMutex>
+#include <QSet>
+
 #include <libpq-fe.h>
 
 namespace molven::postgres {
@@ -31,9 +34,26 @@ $$ select round($2 / nullif($3, 0), $1) $$;
 create or replace function joined(text, text) returns text language sql immutable parallel safe as
 $$ select case when $1 is null then $2 else $1 || ',' || $2 end $$;
 create or replace aggregate group_concat(text) (sfunc = joined, stype = text);
+create or replace function molven_version(text) returns bigint language plpgsql stable as
+$$ declare result bigint;
+begin
+    if to_regclass($1) is not null then execute 'select version from ' || to_regclass($1)::text into result; end if;
+    return result;
+end $$;
 create sequence if not exists molven_changed;
 select nextval('molven_changed');
 )sql";
+
+enum class Order { None, Same, Another };
+
+/// Of the labels, as against the version of the server's library when their indexes were made.
+Order orderOf(Connection& connection) {
+    const Result found = connection.run(QStringLiteral(
+        "select collversion is not distinct from pg_collation_actual_version(oid) from pg_collation where "
+        "collname='french'"));
+    if (PQntuples(found.get()) == 0) return Order::None;
+    return QByteArrayView(PQgetvalue(found.get(), 0, 0)) == QByteArrayView("t") ? Order::Same : Order::Another;
+}
 
 } // namespace
 
@@ -46,7 +66,30 @@ void prepareSite(Connection& connection) {
                                      "serveur ADRESSE --preparer »."));
     connection.run(QStringLiteral("begin; select pg_advisory_xact_lock(%1)").arg(SiteLock));
     connection.run(QString::fromLatin1(Parts));
+    if (orderOf(connection) == Order::Another) {
+        const Result indexes = connection.run(
+            QStringLiteral("select indexrelid::regclass::text from pg_index where (select oid from pg_collation where "
+                           "collname='french') = any(indcollation::oid[])"));
+        for (int row = 0; row < PQntuples(indexes.get()); ++row)
+            connection.run(QStringLiteral("reindex index ") + QString::fromUtf8(PQgetvalue(indexes.get(), row, 0)));
+        connection.run(QStringLiteral("alter collation french refresh version"));
+    }
     connection.run(QStringLiteral("commit"));
+}
+
+bool isPrepared(Connection& connection) {
+    static QMutex mutex;
+    static QSet<QString> known;
+    const QMutexLocker lock(&mutex);
+    if (known.contains(connection.address())) return true;
+    const Order order = orderOf(connection);
+    if (order == Order::Another)
+        throw DataError(DataError::CannotOpen,
+                        QStringLiteral("Le serveur ne trie plus les libellés comme lors de la création des index (sa "
+                                       "bibliothèque de tri a changé de version) : l'administrateur doit lancer « "
+                                       "molvenctl serveur ADRESSE --preparer »."));
+    if (order == Order::Same) known.insert(connection.address());
+    return order == Order::Same;
 }
 
 } // namespace molven::postgres

@@ -12,4 +12,8 @@ class Connection;
 /// does not keep UTF-8 or does not sort by bytes.
 void prepareSite(Connection& connection);
 
+/// Whether prepareSite() has worked there. Throws DataError when the server sorts labels by other rules than when their
+/// indexes were made, since a record would not be found by them; prepareSite() makes them again.
+bool isPrepared(Connection& connection);
+
 } // namespace molven::postgres

@@ -42,6 +42,17 @@ public:
         return kind == Kind::Number ? QStringLiteral("cast(%1 as text)").arg(expression) : expression;
     }
 
+    /// A whole one is written as one, in its field and in the journal.
+    QString raised(const Number& field, const Decimal& amount, Sql& sql) const override {
+        const auto sum = [&] {
+            return QStringLiteral("round(coalesce(%1,0)+cast(%2 as numeric),%3)")
+                .arg(field.name, sql.bind(amount.toString()), QString::number(field.scale));
+        };
+        const QString first = sum(), second = sum(), third = sum();
+        return QStringLiteral("case when %1=cast(%2 as integer) then cast(%3 as integer) else %4 end")
+            .arg(first, second, third, sum());
+    }
+
     /// Whole numbers add up exactly, binary fractions do not.
     QString wholeSum(const Number& field) const override {
         return QStringLiteral("sum(cast(round(%1*1e%2) as integer))").arg(field.name).arg(field.scale);

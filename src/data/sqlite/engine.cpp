@@ -40,16 +40,17 @@ qint64 Engine::mark(const QString& schema, const char* name) {
     return value;
 }
 
-bool Engine::isOurs(const QString& schema) { return mark(schema, "application_id") == ApplicationId; }
-
-qint64 Engine::version(const QString& schema) { return mark(schema, "user_version"); }
+std::optional<qint64> Engine::version(const QString& schema) {
+    if (mark(schema, "application_id") != ApplicationId) return std::nullopt;
+    return mark(schema, "user_version");
+}
 
 void Engine::markAsOurs(const QString& schema, qint64 version) {
     run(QStringLiteral("pragma %1.application_id=%2").arg(schema).arg(ApplicationId));
     run(QStringLiteral("pragma %1.user_version=%2").arg(schema).arg(version));
 }
 
-void Engine::begin() {
+void Engine::begin(const Locks&) {
     run(QStringLiteral("begin immediate"));
     inTransaction_ = true;
 }

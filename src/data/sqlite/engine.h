@@ -16,11 +16,12 @@ public:
     const Dialect& dialect() const override;
     QString attach(const QString& path) override;
     void detach(const QString& schema) override;
-    bool isOurs(const QString& schema) override;
-    qint64 version(const QString& schema) override;
+    std::optional<qint64> version(const QString& schema) override;
     void markAsOurs(const QString& schema, qint64 version) override;
 
-    void begin() override;
+    void begin(const Locks& locks) override;
+    void lockBesides(const Locks&) override {}
+    bool isAlone() const override { return true; }
     void commit() override;
     void rollback() override;
     void savepoint(const QString& name, Scope scope) override;

@@ -87,12 +87,8 @@ void DocumentForm::openScans() {
 }
 
 void DocumentForm::addRange(const QStringList& units) {
-    QList<document_lines::Draft> drafts;
-    QList<Record> checked;
-    for (const QString& number : units) {
-        checked.append(unit_rules::checkAgain(book_, *shown(), number));
-        drafts.append(document_lines::ofUnit(book_, *shown(), checked.last()));
-    }
+    const QList<Record> checked = unit_rules::checkAll(book_, *shown(), units);
+    const QList<document_lines::Draft> drafts = document_lines::ofUnits(book_, *shown(), checked);
     unit_warnings::tellNotes(*this, book_, *shown(), checked);
     if (!unit_warnings::areAccepted(*this, book_, *shown(), checked)) return;
     document_lines::add(book_, *shown(), drafts);
