@@ -38,5 +38,7 @@ void registerDepots();
 void registerStock();
 /// Works over whole files.
 void registerUpkeep();
+/// Of a dossier on a server, in place of all others.
+void registerServer();
 
 } // namespace molven::bench

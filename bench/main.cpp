@@ -3,12 +3,18 @@
 #include "dossier.h"
 
 #include "data/database.h"
+#include "data/errors.h"
+#include "data/server_setup.h"
 #include "dossier/creation.h"
+#include "dossier/migration.h"
+#include "dossier/passing_folder.h"
 #include "stock/units.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -60,6 +66,48 @@ void copyFolder(const QString& from, const QString& to) {
         else
             QFile::copy(entry.filePath(), target);
     }
+}
+
+/// The server of the tests, for as long as it is needed, with a dossier on it.
+class ThrowAwayServer {
+public:
+    ~ThrowAwayServer() { run(QStringLiteral("stop")); }
+
+    Session take(const QString& dossier) {
+        run(QStringLiteral("start"));
+        QFile file(folder_.filePath(QStringLiteral("address")));
+        if (!file.open(QIODevice::ReadOnly)) throw Refusal(QStringLiteral("no server"));
+        const QString address = QString::fromUtf8(file.readAll()).trimmed().replace(QStringLiteral("%s"), Base);
+        server_setup::prepare(address);
+        QElapsedTimer timer;
+        timer.start();
+        migration::migrate(dossier, {}, address, {});
+        std::printf("moved to the server in %.1f s\n", static_cast<double>(timer.elapsed()) / 1000);
+        return creation::open(passing_folder::at(address));
+    }
+
+private:
+    void run(const QString& word) {
+        QProcess::execute(QStringLiteral(MOLVEN_SOURCES "/tests/server/server.sh"), {word, folder_.path()});
+    }
+
+    const QString Base = QStringLiteral("bench");
+    QTemporaryDir folder_;
+};
+
+void registerDeeds() {
+    registerRules();
+    registerTransfers();
+    registerGrid();
+    registerReference();
+    registerEnquiries();
+    registerScreens();
+    registerHome();
+    registerPapers();
+    registerAccounting();
+    registerDepots();
+    registerStock();
+    registerUpkeep();
 }
 
 } // namespace
@@ -114,7 +162,9 @@ int main(int argc, char* argv[]) {
         {{QStringLiteral("units"), QStringLiteral("units of the dossier"), QStringLiteral("N"),
           QStringLiteral("100000")},
          {QStringLiteral("dossier"), QStringLiteral("folder that keeps generated dossiers"), QStringLiteral("DIR"),
-          QApplication::applicationDirPath() + QStringLiteral("/../bench-dossiers")}});
+          QApplication::applicationDirPath() + QStringLiteral("/../bench-dossiers")},
+         {QStringLiteral("moteur"), QStringLiteral("sqlite or postgresql"), QStringLiteral("NAME"),
+          QStringLiteral("sqlite")}});
     parser.process(application);
     const int units = parser.value(QStringLiteral("units")).toInt();
     const QString folder = QDir(parser.value(QStringLiteral("dossier"))).absoluteFilePath(QString::number(units));
@@ -122,20 +172,15 @@ int main(int argc, char* argv[]) {
     molven::bench::generate(folder, units);
 
     const QTemporaryDir copy;
-    molven::bench::copyFolder(folder, copy.path());
-    molven::bench::current = molven::creation::open(copy.path());
-    molven::bench::registerRules();
-    molven::bench::registerTransfers();
-    molven::bench::registerGrid();
-    molven::bench::registerReference();
-    molven::bench::registerEnquiries();
-    molven::bench::registerScreens();
-    molven::bench::registerHome();
-    molven::bench::registerPapers();
-    molven::bench::registerAccounting();
-    molven::bench::registerDepots();
-    molven::bench::registerStock();
-    molven::bench::registerUpkeep();
+    molven::bench::ThrowAwayServer server;
+    if (parser.value(QStringLiteral("moteur")) == u"postgresql") {
+        molven::bench::current = server.take(folder);
+        molven::bench::registerServer();
+    } else {
+        molven::bench::copyFolder(folder, copy.path());
+        molven::bench::current = molven::creation::open(copy.path());
+        molven::bench::registerDeeds();
+    }
     molven::bench::RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;

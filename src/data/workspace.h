@@ -105,8 +105,8 @@ public:
     explicit Transaction(Workspace& workspace, const QString& deed = {}, const Locks& locks = Locks::all());
     /// One of the data layer itself, for a change and its entries in the journal.
     Transaction(Workspace& workspace, Engine::Scope scope);
-    /// Runs a rule that writes beside others. One that is disturbed is run again, at last alone: what it does with
-    /// anything but the workspace must bear that.
+    /// Runs a rule that writes beside others. One that is disturbed is run again, alone: what it does with anything but
+    /// the workspace must bear that.
     template <class Rule>
     static auto run(Workspace& workspace, const QString& deed, const Locks& locks, const Rule& rule);
     ~Transaction();
@@ -116,8 +116,6 @@ public:
     void commit();
 
 private:
-    static constexpr int Tries = 4; ///< the last one alone
-
     Transaction(Workspace& workspace, const QString& deed, Engine::Scope scope, const Locks& locks);
     void begin(Engine& engine, const Locks& locks);
     void giveUp(Engine& engine);
@@ -134,9 +132,9 @@ private:
 
 template <class Rule>
 auto Transaction::run(Workspace& workspace, const QString& deed, const Locks& locks, const Rule& rule) {
-    for (int tried = 1;; ++tried) {
+    for (bool isAgain = false;; isAgain = true) {
         try {
-            Transaction transaction(workspace, deed, tried < Tries ? locks : Locks::all());
+            Transaction transaction(workspace, deed, isAgain ? Locks::all() : locks);
             if constexpr (std::is_void_v<decltype(rule())>) {
                 rule();
                 return transaction.commit();
@@ -146,7 +144,7 @@ auto Transaction::run(Workspace& workspace, const QString& deed, const Locks& lo
                 return result;
             }
         } catch (const DataError& error) {
-            if (error.number != DataError::Disturbed || workspace.inTransaction() || tried == Tries) throw;
+            if (error.number != DataError::Disturbed || workspace.inTransaction() || isAgain) throw;
         }
     }
 }

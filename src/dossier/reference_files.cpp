@@ -203,7 +203,9 @@ Outcome bringIn(const Session& session, const QString& word, const QByteArray& f
             const QString key = keyOf(kind, fields, row);
             if (seen.contains(key)) throw Refusal(QStringLiteral("déjà en ligne %1").arg(seen.value(key)));
             seen.insert(key, row.line);
+            Transaction alone(files.workspace); // the rows behind a faulty one are looked at as well
             writeRow(files, kind, fields, row);
+            alone.commit();
             ++outcome.written;
         } catch (const Refusal& refusal) {
             outcome.faults.append({row.line, refusal.text.trimmed()});

@@ -130,6 +130,12 @@ TEST_F(ClientFile, TellsARecordDeletedElsewhereAndATextThatDoesNotFit) {
               DataError::FieldTooSmall);
 }
 
+TEST_F(ClientFile, RefusesATextThatAnEngineWouldCut) {
+    EXPECT_EQ(test::refusedField([this] { add(QStringLiteral("DU") + QChar::Null + QStringLiteral("PONT")); }),
+              strclient.clt_nom.name);
+    EXPECT_EQ(names({}).size(), 6);
+}
+
 TEST_F(ClientFile, ReadsALongSelectionByPagesInItsOrder) {
     {
         Workspace workspace;
@@ -228,6 +234,16 @@ TEST_F(ArticleFile, ARecordWithANumberThatNoTextOfFifteenDigitsHoldsCanStillBeCh
     EXPECT_EQ(stored(strarticle.art_li1), QStringLiteral("TIGE"));
     EXPECT_EQ(file.firstValue(QStringLiteral("select art_ttc=123456789012345678.75 from strarticle")),
               QStringLiteral("1"));
+}
+
+TEST_F(ArticleFile, AddsToANumberWhateverItHoldsThen) {
+    Workspace workspace;
+    Database file = workspace.open(path);
+    file.update(strarticle, {{strarticle.art_stk, {}}}, {});
+    for (const auto& [amount, sum] : {std::pair("0.1", "0.1"), {"0.2", "0.3"}, {"2.7", "3"}, {"-4.25", "-1.25"}}) {
+        EXPECT_EQ(file.addTo(strarticle, strarticle.art_stk, Decimal::fromText(QString::fromLatin1(amount)), {}), 1);
+        EXPECT_EQ(stored(strarticle.art_stk), QString::fromLatin1(sum));
+    }
 }
 
 TEST_F(ClientFile, KeepsTheExactAmountItWasGiven) {

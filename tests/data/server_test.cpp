@@ -2,8 +2,12 @@
 #include "support/dossier.h"
 #include "support/processes.h"
 
+#include "data/clock.h"
+#include "data/journal.h"
 #include "data/journal_tables.h"
 #include "data/postgres/connection.h"
+#include "data/postgres/site.h"
+#include "data/server_login.h"
 #include "reference/party_tables.h"
 
 namespace molven {
@@ -110,6 +114,91 @@ TEST_F(OnServer, AnotherServerAnUnknownBaseAndAPasswordInTheAddressAreRefused) {
     workspace.open(path);
     EXPECT_EQ(test::dataErrorOf([&] { workspace.open(other.filePath(QStringLiteral("vente.mdb"))); }),
               DataError::CannotOpen);
+}
+
+TEST_F(OnServer, TwoWriteBesideEachOtherUnlessTheyNameTheSame) {
+    Workspace here, there;
+    Database mine = here.open(path), theirs = there.open(path);
+    Transaction first(here, {}, Locks::of({QStringLiteral("a")}));
+    add(mine, QStringLiteral("000001"));
+    const auto writeThere = [&](const Locks& besides) {
+        Transaction second(there, {}, Locks::of({QStringLiteral("b")}));
+        Transaction inner(there, {}, besides);
+        add(theirs, QStringLiteral("000002"));
+        inner.commit();
+        second.commit();
+    };
+    EXPECT_EQ(test::dataErrorOf([&] { writeThere(Locks::of({QStringLiteral("a")})); }), DataError::Disturbed);
+    EXPECT_EQ(test::dataErrorOf([&] { writeThere(Locks::all()); }), DataError::Disturbed);
+    writeThere(Locks::of({QStringLiteral("c")}));
+    EXPECT_EQ(count(), 1) << "the first is not over";
+    first.commit();
+    EXPECT_EQ(count(), 2);
+}
+
+TEST_F(OnServer, ADisturbedRuleIsDoneAgainAloneAndWritesOnce) {
+    Workspace workspace;
+    Database file = workspace.open(path);
+    int runs = 0;
+    Transaction::run(workspace, {}, Locks::of({QStringLiteral("a")}), [&] {
+        add(file, QString::number(++runs));
+        Transaction everything(workspace);
+        everything.commit();
+    });
+    EXPECT_EQ(runs, 2);
+    EXPECT_EQ(count(), 1);
+}
+
+TEST_F(OnServer, ANewDayIsSealedThoughItsFirstChangeWasMadeBesideOthers) {
+    Workspace workspace;
+    Database file = workspace.open(path);
+    for (int day = 1; day <= 3; ++day) {
+        Clock::set(QDate(2026, 3, day));
+        for (const QString& code : {QString::number(day), QString::number(day + 100)})
+            Transaction::run(workspace, {}, Locks::of({code}), [&] { add(file, code); });
+    }
+    Clock::set({});
+    EXPECT_EQ(count(), 6);
+    EXPECT_EQ(file.count(strsceau), 2);
+    EXPECT_EQ(Journal::faults(file), QStringList());
+}
+
+TEST_F(OnServer, AnotherVersionOfTheSortLibraryIsNoticedAndItsIndexesAreMadeAgain) {
+    postgres::Connection administrator(folder.address());
+    administrator.run(QStringLiteral("update pg_collation set collversion='1' where collname='french'"));
+    endConnections();
+    const auto open = [this] {
+        Workspace workspace;
+        workspace.open(path);
+    };
+    EXPECT_EQ(test::dataErrorOf(open), DataError::CannotOpen);
+    postgres::Connection again(folder.address());
+    postgres::prepareSite(again);
+    EXPECT_EQ(test::dataErrorOf(open), 0);
+}
+
+TEST_F(OnServer, APasswordIsAskedOnceAndAWrongOneAgain) {
+    postgres::Connection(folder.address())
+        .run(QStringLiteral("do $$ begin create role locked login superuser password 'sésame'; exception when others "
+                            "then null; end $$"));
+    const QString address = QString(folder.address()).replace(QStringLiteral("//molven@"), QStringLiteral("//locked@"));
+    QStringList answers, asked;
+    server_login::setAsker([&](const QString& place, bool wasWrong) -> std::optional<QString> {
+        asked.append(wasWrong ? QStringLiteral("wrong") : place);
+        return answers.isEmpty() ? std::nullopt : std::optional(answers.takeFirst());
+    });
+    const auto connect = [&] { const postgres::Connection made(address); };
+    EXPECT_EQ(test::dataErrorOf(connect), DataError::CannotOpen);
+    ASSERT_EQ(asked.size(), 1);
+    EXPECT_TRUE(asked[0].contains(QStringLiteral("compte locked"))) << asked[0].toStdString();
+    answers = {QStringLiteral("sesame"), QStringLiteral("sésame")};
+    asked.clear();
+    connect();
+    EXPECT_EQ(asked.value(1), QStringLiteral("wrong"));
+    connect();
+    EXPECT_EQ(asked.size(), 2) << "known by now";
+    server_login::setAsker(nullptr);
+    server_login::forget(address);
 }
 
 } // namespace molven

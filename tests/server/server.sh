@@ -24,6 +24,7 @@ if [ "$word" = start ]; then
     echo "$place" >"$folder/place"
     cd /
     "${as_server[@]}" "$bin/initdb" -D "$place/data" -A trust -U molven --locale=C -E UTF8 --no-sync >/dev/null
+    sed -i '1i local all locked scram-sha-256' "$place/data/pg_hba.conf" # the only account that needs a password
     "${as_server[@]}" "$bin/pg_ctl" -D "$place/data" -w -l "$place/log" start >/dev/null -o "-c listen_addresses='' \
         -c unix_socket_directories=$place -c fsync=off -c full_page_writes=off -c synchronous_commit=off"
     echo "postgresql://molven@/%s?host=$place" >"$folder/address"

@@ -63,6 +63,9 @@ public:
     bool isInTransaction() const;
     /// A statement failed in the transaction that is open: the server refuses everything but giving up.
     bool isBroken() const;
+    /// Kept for prepareSite(): whether what the program needs was found there.
+    bool hasSite = false;
+
     /// While a statement works, asks every few milliseconds whether to go on; no function ends it.
     void watch(std::function<bool()> goesOn) { goesOn_ = std::move(goesOn); }
 

@@ -2,9 +2,6 @@
 
 #include "data/postgres/connection.h"
 
-#include <QMutex>
-#include <QSet>
-
 #include <libpq-fe.h>
 
 namespace molven::postgres {
@@ -78,18 +75,14 @@ void prepareSite(Connection& connection) {
 }
 
 bool isPrepared(Connection& connection) {
-    static QMutex mutex;
-    static QSet<QString> known;
-    const QMutexLocker lock(&mutex);
-    if (known.contains(connection.address())) return true;
+    if (connection.hasSite) return true;
     const Order order = orderOf(connection);
     if (order == Order::Another)
         throw DataError(DataError::CannotOpen,
                         QStringLiteral("Le serveur ne trie plus les libellés comme lors de la création des index (sa "
                                        "bibliothèque de tri a changé de version) : l'administrateur doit lancer « "
                                        "molvenctl serveur ADRESSE --preparer »."));
-    if (order == Order::Same) known.insert(connection.address());
-    return order == Order::Same;
+    return connection.hasSite = order == Order::Same;
 }
 
 } // namespace molven::postgres
