@@ -242,10 +242,13 @@ TEST(Backups, HoldTheFoldersOfUsersAndOfTheSecondSiteAndGiveThemBack) {
     QDir().mkpath(user);
     ASSERT_TRUE(QFile::copy(session.chemin_base + sales, user + sales));
     const QStringList files{session.chemin_base + sales, user + sales, session.chemin_gv + sales};
+    int number = 0;
     const auto note = [&] {
+        Record header(strlive);
+        header[strlive.fac_no] = QString::number(++number);
         for (const QString& file : files) {
             Workspace workspace;
-            workspace.open(file).insert(Record(strlive));
+            workspace.open(file).insert(header);
         }
     };
     const auto notes = [&] {
