@@ -58,6 +58,23 @@ void sortBy(QList<Record>& records, const std::function<QStringList(const Record
 
 } // namespace
 
+QString Clients::words() const {
+    QStringList parts;
+    if (!first.trimmed().isEmpty() || !last.trimmed().isEmpty()) {
+        const Range range = rangeOf(*this);
+        parts.append(QStringLiteral("clients %1 à %2").arg(range.first, range.last));
+    }
+    if (!family.trimmed().isEmpty()) parts.append(QStringLiteral("famille client ") + family.trimmed());
+    return parts.join(QStringLiteral("   "));
+}
+
+QString groupKey(const Record& header, Grouping grouping) {
+    const DocumentHeaders& h = strface;
+    return grouping == Grouping::Client        ? header[h.fac_clt]
+           : grouping == Grouping::PaymentMode ? header[h.fac_rglt]
+                                               : dueKey(header);
+}
+
 Files openFiles(Workspace& workspace, const Session& session) {
     Database molven = workspace.open(session.molven());
     const Database vente = workspace.open(session.vente());
@@ -91,10 +108,7 @@ QList<Record> due(Files files, const Period& period, const Clients& clients, Gro
     QList<Record> found = invoices(
         files, clients, period.covers(dayKey(h.fac_ech)) || (h.fac_ech == QString() && period.covers(h.tri_datf)));
     sortBy(found, [&](const Record& header) {
-        const QString group = grouping == Grouping::Client        ? header[h.fac_clt]
-                              : grouping == Grouping::PaymentMode ? header[h.fac_rglt]
-                                                                  : QString();
-        return QStringList{group, dueKey(header), header[h.fac_aa], header[h.fac_no]};
+        return QStringList{groupKey(header, grouping), dueKey(header), header[h.fac_aa], header[h.fac_no]};
     });
     return found;
 }

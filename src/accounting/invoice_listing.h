@@ -12,6 +12,8 @@ namespace molven::invoice_listing {
 /// Whose invoices: bounds of client codes as typed, "000000" and "999999" when empty, and a client family when given.
 struct Clients {
     QString first, last, family;
+    /// "clients 000010 à 999999   famille client 001"; empty for all.
+    QString words() const;
 };
 
 struct Files {
@@ -25,6 +27,8 @@ QList<Record> ofPeriod(Files files, const Period& period, const Clients& clients
 
 /// How a list of due dates is grouped.
 enum class Grouping { DueDate, Client, PaymentMode };
+/// What the invoices of one group have in common, whatever name their client had then.
+QString groupKey(const Record& header, Grouping grouping);
 /// The invoices due in a period, by their group and due date. Throws Refusal as ofPeriod() does.
 QList<Record> due(Files files, const Period& period, const Clients& clients, Grouping grouping);
 

@@ -1,6 +1,9 @@
 #include "accounting/report_kinds.h"
 
 #include "reference/code_kinds.h"
+#include "reference/departments.h"
+
+#include <QLocale>
 
 #include <algorithm>
 
@@ -8,16 +11,21 @@ namespace molven::statistics {
 
 namespace {
 
+QString monthName(const QString& number) {
+    const QString month = QLocale(QLocale::French).monthName(number.toInt());
+    return month.left(1).toUpper() + month.mid(1);
+}
+
 const Key Client{QStringLiteral("Client"), &SalesStatistics::sta_clt, &codes::Client};
 const Key ClientFamily{QStringLiteral("Famille client"), &SalesStatistics::sta_cdf, &codes::ClientFamily};
 const Key Article{QStringLiteral("Article"), &SalesStatistics::sta_ref, &codes::Article};
 const Key ArticleFamily{QStringLiteral("Famille article"), &SalesStatistics::sta_fam, &codes::ArticleFamily};
 const Key Representative{QStringLiteral("Représentant"), &SalesStatistics::sta_rep, &codes::Representative};
 const Key Surgeon{QStringLiteral("Chirurgien"), &SalesStatistics::sta_chr, &codes::Surgeon};
-const Key Department{QStringLiteral("Département"), &SalesStatistics::sta_dpt};
+const Key Department{QStringLiteral("Département"), &SalesStatistics::sta_dpt, nullptr, departments::name};
 const Key Supplier{QStringLiteral("Fournisseur"), &SalesStatistics::sta_fou, &codes::Supplier};
 const Key Invoice{QStringLiteral("N° facture"), &SalesStatistics::sta_no};
-const Key Month{QStringLiteral("Mois"), &SalesStatistics::sta_mac};
+const Key Month{QStringLiteral("Mois"), &SalesStatistics::sta_mac, nullptr, monthName};
 const Key SalesAccount{QStringLiteral("Compte"), &SalesStatistics::sta_vte, &codes::Account};
 const Key VatCode{QStringLiteral("TVA"), &SalesStatistics::sta_tva, &codes::VatCode};
 

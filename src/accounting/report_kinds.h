@@ -9,7 +9,8 @@ namespace molven::statistics {
 struct Key {
     QString caption; ///< of the column
     Text SalesStatistics::*code;
-    const CodeKind* names = nullptr; ///< of the codes; none when the lines or nothing names them
+    const CodeKind* names = nullptr;             ///< of the codes; none when the lines or nothing names them
+    QString (*nameOf)(const QString&) = nullptr; ///< of codes that no table holds
 };
 
 /// One of the reports.

@@ -8,8 +8,6 @@
 #include "sales/document_tables.h"
 #include "sales/totals.h"
 
-#include <QLocale>
-
 #include <algorithm>
 #include <map>
 
@@ -161,11 +159,8 @@ void SalesReport::addCarriage(const Period& period, Decimal Figures::*net) {
 }
 
 QString SalesReport::nameOf(qsizetype level, const QString& code) const {
-    if (kind_.isByMonth()) {
-        const QString month = QLocale(QLocale::French).monthName(code.toInt());
-        return month.left(1).toUpper() + month.mid(1);
-    }
-    return names_[level].value(upper(code));
+    const Key& key = kind_.keys[level];
+    return key.nameOf ? key.nameOf(code) : names_[level].value(upper(code));
 }
 
 Record SalesReport::rowOf(const QStringList& keys, const Figures& figures) const {

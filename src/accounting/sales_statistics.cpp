@@ -127,11 +127,16 @@ Expression discountedAmount() {
     return product(2, {One, minus(kept(upToHere), kept(minus(upToHere, lineAmount())))});
 }
 
-/// Two digits, or three overseas; none for a postal code of another form.
-Expression department(const Expression& postalCode) {
+Criterion isAtHome(const Files& files) {
+    const Expression country = orEmpty(of(C, strclient.clt_pays));
+    return same(country, Nothing) || same(country, constant(files.country));
+}
+
+/// Two digits, or three overseas; none for a postal code of another form, or of another country.
+Expression department(const Files& files, const Expression& postalCode) {
     const Expression two = start(postalCode, 2), overseas = constant(QStringLiteral("97")),
                      farOverseas = constant(QStringLiteral("98"));
-    return choice(matches(postalCode, QStringLiteral("[0-9][0-9][0-9][0-9][0-9]")),
+    return choice(isAtHome(files) && matches(postalCode, QStringLiteral("[0-9][0-9][0-9][0-9][0-9]")),
                   choice(same(two, overseas) || same(two, farOverseas), start(postalCode, 3), two), Nothing);
 }
 
@@ -140,8 +145,7 @@ Expression salesAccount(const Files& files) {
     const auto firstGiven = [](const Expression& a, const Expression& b) { return choice(same(a, Nothing), b, a); };
     const Record usual = articles::blank();
     const auto standard = [&usual](const Text& field) { return constant(usual.value(field)); };
-    const Expression country = orEmpty(of(C, strclient.clt_pays));
-    return choice(same(country, Nothing) || same(country, constant(files.country)),
+    return choice(isAtHome(files),
                   firstGiven(of(L, strfacl.fac_imp),
                              firstGiven(orEmpty(of(A, strarticle.art_cpt)), standard(strarticle.art_cpt))),
                   firstGiven(orEmpty(of(A, strarticle.art_cpte)), standard(strarticle.art_cpte)));
@@ -158,7 +162,7 @@ QList<Derived> computed(const SalesStatistics& s, const Files& files, const Expr
             {s.sta_mac, start(of(H, strface.tri_datf), 6)},
             {s.sta_cp, postalCode},
             {s.sta_vil, choice(hasPostalCode, otherWords(place), place)},
-            {s.sta_dpt, department(postalCode)},
+            {s.sta_dpt, department(files, postalCode)},
             {s.sta_vte, salesAccount(files)}};
 }
 

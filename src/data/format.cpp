@@ -69,6 +69,10 @@ QString folded(const QString& text) {
 
 QString shown(const Decimal& value) { return value.toString().replace(u'.', u','); }
 
+QString amountText(const Decimal& value) {
+    return value == value.rounded(2) ? value.toFixed(2).replace(u'.', u',') : shown(value);
+}
+
 QString counted(qint64 count, const QString& noun) {
     return QString::number(count) + u' ' + noun + (count > 1 ? QStringLiteral("s") : QString());
 }

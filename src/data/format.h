@@ -18,6 +18,8 @@ QString folded(const QString& text);
 
 /// The number as an input shows it: shortest form, with the comma.
 QString shown(const Decimal& value);
+/// An amount within a sentence: two decimals at least, with the comma.
+QString amountText(const Decimal& value);
 /// "0 unité", "1 unité", "2 unités": a regular French noun, given in the singular.
 QString counted(qint64 count, const QString& noun);
 

@@ -5,12 +5,12 @@
 #include "data/layout.h"
 #include "data/require.h"
 #include "dossier/creation.h"
+#include "dossier/staging.h"
 #include "dossier/table_conversion.h"
 #include "shell/tables.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 namespace molven::conversion {
 
@@ -183,13 +183,9 @@ Outcome convert(const QString& source, const QString& target, bool addToSocietie
             QStringLiteral("Le dossier %1 existe déjà et n'est pas vide").arg(target), QString());
     const QFileInfo place(QDir(target).absolutePath());
     require(QDir().mkpath(place.path()), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
-    QTemporaryDir made(place.path() + QStringLiteral("/.conversion"));
-    require(made.isValid(), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
+    Staging made(place.path(), QStringLiteral(".conversion"));
     convertInto(creation::create({made.path(), company.code, company.name, false}), QDir(source), outcome, progress);
-    QDir().rmdir(place.filePath());
-    require(QDir().rename(made.path(), place.filePath()),
-            QStringLiteral("Impossible d'écrire dans %1").arg(place.filePath()), QString());
-    made.setAutoRemove(false);
+    made.moveTo(place.filePath());
     outcome.session = creation::open(place.filePath());
     return outcome;
 }

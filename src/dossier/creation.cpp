@@ -6,6 +6,7 @@
 #include "data/server_address.h"
 #include "dossier/made_files.h"
 #include "dossier/passing_folder.h"
+#include "dossier/staging.h"
 #include "reference/parameters.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
@@ -13,13 +14,15 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
-#include <QScopeGuard>
 #include <QTemporaryDir>
 
 namespace molven::creation {
 
 namespace {
+
+const QString Aside = QStringLiteral(".creation");
 
 template <class T>
 void insertRows(Database file, const T& table, const QList<QStringList>& rows) {
@@ -128,58 +131,75 @@ void build(const QString& folder, const Options& options, MadeFiles& made) {
     write("CHEMIN_GV.HC", second);
 }
 
-/// Builds in a folder beside the target and moves the parts in at the end, so that a fault leaves nothing behind.
+/// Builds aside and takes its place at the end, so that a fault leaves nothing behind: a new folder at once, into one
+/// that is there the parts go one by one, folders before the files that name them.
 template <class Build>
 void buildWhole(const QString& folder, const Build& builder) {
-    const bool isNew = !QDir(folder).exists();
-    auto leaveNothing = qScopeGuard([&] {
-        if (isNew) QDir().rmdir(folder);
-    });
-    makeFolder(folder);
-    QTemporaryDir built(folder + QStringLiteral("/.creation"));
-    if (!built.isValid()) throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+    if (const QFileInfo place(QDir(folder).absolutePath()); !place.exists()) {
+        makeFolder(place.path());
+        Staging built(place.path(), Aside);
+        builder(built.path());
+        return built.moveTo(place.filePath());
+    }
+    const Staging built(folder, Aside);
     builder(built.path());
     keepAllFromOthers(built.path());
-    const auto parts = QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    for (const QString& part : parts)
-        if (!QDir().rename(built.filePath(part), folder + u'/' + part))
+    for (const QString& part :
+         QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsFirst))
+        if (!QDir().rename(built.path() + u'/' + part, folder + u'/' + part))
             throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
-    leaveNothing.dismiss();
 }
 
-void list(const Session& session, const Options& options, const QString& dataFolder) {
-    const QString societe = session.path(DataFile::Societe);
-    if (!QFile::exists(societe)) {
-        Database::create(societe, tablesOf(DataFile::Societe));
-        keepFromOthers(societe);
-    }
+/// A dossier of an installation: the name of its company, the folder of its data, its word.
+QStringList listed(const QString& name, const QString& dataFolder, const QString& code) {
+    return {name, dataFolder, code.toUpper(), QStringLiteral("**")};
+}
+
+void list(const QString& societe, const QList<QStringList>& dossiers) {
+    if (!QFile::exists(societe)) Database::create(societe, tablesOf(DataFile::Societe));
     Workspace workspace;
-    insertRows(workspace.open(societe), strsociete,
-               {{options.name, dataFolder, options.code.toUpper(), QStringLiteral("**")}});
+    insertRows(workspace.open(societe), strsociete, dossiers);
+}
+
+/// A name for the data folder of one more dossier that none has; one which is not listed, as a program that was killed
+/// leaves it, stands in nobody's way. Throws Refusal for a dossier that is listed.
+QString freeFolder(const Session& session, const QString& installation, const QString& name) {
+    const bool isListed = QFile::exists(session.path(DataFile::Societe));
+    const QList<Record> dossiers = isListed ? startup::dossiers(session) : QList<Record>();
+    QString free = name;
+    for (int i = 2; QDir(installation + u'/' + free).exists(); ++i) {
+        for (const Record& dossier : dossiers)
+            if (startup::folderName(dossier) == free)
+                throw Refusal(
+                    QStringLiteral("Le dossier %1 contient déjà une installation").arg(installation + u'/' + free));
+        free = QStringLiteral("%1-%2").arg(name).arg(i);
+    }
+    return free;
 }
 
 /// One more dossier: its own data folder, listed with the others.
 Session addDossier(const Options& options, const std::function<void(const Session&)>& fill) {
     Session first = open(options.folder);
-    const QString name = QStringLiteral("data_") + options.code.toLower();
     const bool isOnServer = !options.server.isEmpty();
-    if (!isOnServer && QDir(options.folder + u'/' + name).exists())
-        throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder + u'/' + name));
+    const QString name = QStringLiteral("data_") + options.code.toLower();
+    const QString folder = isOnServer ? options.server : freeFolder(first, options.folder, name) + u'\\';
+    const QStringList added = listed(options.name, folder, options.code);
+    const bool isFirstList = !QFile::exists(first.path(DataFile::Societe));
     MadeFiles made;
-    buildWhole(options.folder, [&](const QString& folder) {
+    buildWhole(options.folder, [&](const QString& aside) {
         Session session = first;
         session.chemin_util.clear();
-        session.chemin_base = isOnServer ? server_address::folder(options.server) : folder + u'/' + name + u'/';
+        session.chemin_base = isOnServer ? server_address::folder(options.server) : usableFolder(aside, folder);
         if (!isOnServer) makeFolder(session.chemin_base);
         createFiles(session, {Folder::Base, Folder::User, Folder::Sales}, options, made);
         if (fill) fill(session);
+        if (!isFirstList) return;
+        const QString own = firstLine(first.programFile(QStringLiteral("CHEMIN.HC"))).value_or(QString());
+        list(aside + u'/' + catalogueEntry(DataFile::Societe).name, {listed(first.spe_nom, own, first.spe_cod), added});
     });
-    if (!QFile::exists(first.path(DataFile::Societe)))
-        list(first, {options.folder, first.spe_cod, first.spe_nom, true},
-             firstLine(first.programFile(QStringLiteral("CHEMIN.HC"))).value_or(QString()));
-    list(first, options, isOnServer ? options.server : name + u'\\');
+    if (!isFirstList) list(first.path(DataFile::Societe), {added});
     made.keep();
-    first.chemin_base = usableFolder(options.folder, isOnServer ? options.server : name);
+    first.chemin_base = usableFolder(options.folder, folder);
     first.mot_dossier = options.code.toUpper();
     startup::openDossier(first);
     return first;
@@ -215,11 +235,12 @@ Session create(const Options& options, const std::function<void(const Session&)>
     buildWhole(options.folder, [&](const QString& folder) {
         build(folder, options, made);
         if (fill) fill(open(folder));
+        if (options.addToSocieties)
+            list(folder + u'/' + catalogueEntry(DataFile::Societe).name,
+                 {listed(options.name, options.server.isEmpty() ? QStringLiteral("data\\") : options.server,
+                         options.code)});
     });
     made.keep();
-    const Session session = open(options.folder);
-    if (options.addToSocieties)
-        list(session, options, options.server.isEmpty() ? QStringLiteral("data\\") : options.server);
     return open(options.folder);
 }
 

@@ -2,19 +2,19 @@
 
 #include "data/database.h"
 #include "data/errors.h"
-#include "data/file_rights.h"
+#include "data/format.h"
 #include "data/layout.h"
 #include "data/presence.h"
 #include "data/require.h"
 #include "data/server_address.h"
 #include "dossier/creation.h"
 #include "dossier/made_files.h"
+#include "dossier/staging.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <memory>
 
@@ -52,7 +52,7 @@ QStringList differingSums(Database from, Database to, const Table& table) {
     if (before.isEmpty() || after.isEmpty()) return differing;
     for (qsizetype i = 0; i < numbers.size(); ++i)
         if (const Decimal was = before.first().sums[i], is = after.first().sums[i]; was != is)
-            differing.append(QStringLiteral("%1 : %2 et %3").arg(numbers[i]->name, was.toString(), is.toString()));
+            differing.append(QStringLiteral("%1 : %2 et %3").arg(numbers[i]->name, shown(was), shown(is)));
     return differing;
 }
 
@@ -115,16 +115,11 @@ QList<Moved> toFolder(const Session& source, const QString& target, const Progre
             QStringLiteral("Le dossier %1 existe déjà et n'est pas vide").arg(target), QString());
     const QFileInfo place(QDir(target).absolutePath());
     require(QDir().mkpath(place.path()), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
-    QTemporaryDir made(place.path() + QStringLiteral("/.migration"));
-    require(made.isValid(), QStringLiteral("Impossible d'écrire dans %1").arg(place.path()), QString());
+    Staging made(place.path(), QStringLiteral(".migration"));
     const QList<Move> files = moves(source, made.path() + QStringLiteral("/data/"));
     makeInstallation(made.path(), files);
     const QList<Moved> moved = copy(files, progress);
-    keepAllFromOthers(made.path());
-    QDir().rmdir(place.filePath());
-    require(QDir().rename(made.path(), place.filePath()),
-            QStringLiteral("Impossible d'écrire dans %1").arg(place.filePath()), QString());
-    made.setAutoRemove(false);
+    made.moveTo(place.filePath());
     return moved;
 }
 

@@ -8,20 +8,21 @@
 #include "data/presence.h"
 #include "data/safe_file.h"
 #include "data/sqlite/connection.h"
+#include "dossier/user_folders.h"
 #include "shell/folder_files.h"
 #include "shell/startup.h"
 #include "shell/tables.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace molven::restoration {
 
 namespace {
 
-const QString Staging = QStringLiteral(".restauration"), SetAside = QStringLiteral("avant-restauration-");
+const QString Staging = QStringLiteral(".restauration");
 
 /// The data folder of the dossier, found without opening its files: they may be what is damaged.
 QString dataFolder(const QString& installation, const QString& name) {
@@ -36,12 +37,46 @@ QString dataFolder(const QString& installation, const QString& name) {
     return usableFolder(session.dossier_app, dossier[strsociete.soc_chemin]);
 }
 
+/// Where the files of a backup go: the data folder, the users' folders below it and that of the second site.
+class Places {
+public:
+    Places(const QString& installation, const QString& name) : base_(dataFolder(installation, name)) {
+        if (const auto site = folderFrom(QDir(installation).absolutePath(), QStringLiteral("CHEMIN_GV.HC"))) {
+            second_ = QDir::cleanPath(*site);
+            folders_.append(QDir(second_).dirName());
+        }
+        for (const QString& user : user_folders::below(base_.path()))
+            if (!folders_.contains(user)) folders_.append(user);
+    }
+
+    const QDir& base() const { return base_; }
+    /// Names of the folders that the dossier has beside its data folder.
+    const QStringList& folders() const { return folders_; }
+    /// The folder of such a name, the data folder for none.
+    QDir folder(const QString& name) const {
+        const bool isSecond = !name.isEmpty() && name == QDir(second_).dirName();
+        return QDir(isSecond ? second_ : base_.filePath(name));
+    }
+    /// Where a file of the backup belongs, by its name there.
+    QString of(const QString& file) const { return folder(file.section(u'/', 0, -2)).filePath(file.section(u'/', -1)); }
+    QStringList paths() const {
+        QStringList all{base_.path()};
+        for (const QString& name : folders_) all.append(folder(name).path());
+        return all;
+    }
+
+private:
+    QDir base_;
+    QString second_; ///< empty without
+    QStringList folders_;
+};
+
 void requireMove(bool isMoved, const QString& path) {
     if (!isMoved) throw Refusal(QStringLiteral("Impossible de déplacer %1").arg(QDir::toNativeSeparators(path)));
 }
 
-/// The backup's files with their journals, on this disk.
-void stage(const QDir& backup, const QDir& staging) {
+/// A folder of the backup's files with their journals, on this disk.
+void stageFolder(const QDir& backup, const QDir& staging) {
     const QStringList wanted{QStringLiteral("*.mdb"), QStringLiteral("*.mdb-journal"), QStringLiteral("*.mdb-mj*")};
     for (const QString& name : backup.entryList(wanted, QDir::Files)) {
         if (name.startsWith(u"tri", Qt::CaseInsensitive)) continue; // work files are in no backup
@@ -53,9 +88,26 @@ void stage(const QDir& backup, const QDir& staging) {
     }
 }
 
+void stage(const QDir& backup, const QDir& staging) {
+    stageFolder(backup, staging);
+    for (const QString& folder : user_folders::below(backup.path())) {
+        requireMove(staging.mkdir(folder), folder);
+        stageFolder(backup.filePath(folder), staging.filePath(folder));
+    }
+}
+
+/// The database files of a folder and of those below it that are named, by their names in it.
+QStringList databases(const QDir& folder, const QStringList& below) {
+    QStringList names = folder.entryList({QStringLiteral("*.mdb")}, QDir::Files);
+    for (const QString& one : below)
+        for (const QString& name : QDir(folder.filePath(one)).entryList({QStringLiteral("*.mdb")}, QDir::Files))
+            names.append(one + u'/' + name);
+    return names;
+}
+
 /// Undoes or finishes what was being written when the backup was made, and reads each file whole.
 QStringList sound(const QDir& staging) {
-    const QStringList names = staging.entryList({QStringLiteral("*.mdb")}, QDir::Files);
+    const QStringList names = databases(staging, user_folders::below(staging.path()));
     if (!names.contains(catalogueEntry(DataFile::Molven).name, Qt::CaseInsensitive))
         throw Refusal(QStringLiteral("La sauvegarde ne contient pas le fichier molven.mdb"));
     for (const QString& name : names) {
@@ -73,11 +125,14 @@ QStringList sound(const QDir& staging) {
 }
 
 /// Files of different days do not go together: units of one, documents of another.
-void requireWhole(const QDir& folder, const QStringList& names) {
+void requireWhole(const Places& places, const QStringList& names) {
     QStringList missing;
-    for (const QString& name : folder.entryList({QStringLiteral("*.mdb")}, QDir::Files))
-        if (!names.contains(name, Qt::CaseInsensitive) && !name.startsWith(u"tri", Qt::CaseInsensitive))
-            missing.append(name);
+    for (const QString& folder : QStringList{QString()} + places.folders())
+        for (const QString& name : places.folder(folder).entryList({QStringLiteral("*.mdb")}, QDir::Files)) {
+            const QString there = folder.isEmpty() ? name : folder + u'/' + name;
+            if (!names.contains(there, Qt::CaseInsensitive) && !name.startsWith(u"tri", Qt::CaseInsensitive))
+                missing.append(there);
+        }
     if (!missing.isEmpty())
         throw Refusal(
             QStringLiteral("La sauvegarde ne contient pas %1 : elle n'est pas entière (--partielle la reprend "
@@ -112,13 +167,11 @@ void requireSameCompany(const QDir& folder, const QDir& staging) {
         throw Refusal(QStringLiteral("La sauvegarde est celle de %1, le dossier celui de %2").arg(theirs, ours));
 }
 
-/// Undoes or finishes what was being written in the dossier, its users' folders included: their journals stand on files
-/// that are about to be replaced. A file too damaged to be opened is left as it is.
+/// Undoes or finishes what was being written in a folder of the dossier: its journals stand on files that are about to
+/// be replaced. A file too damaged to be opened is left as it is.
 void settle(const QString& folder) {
-    QDirIterator files(folder, {QStringLiteral("*.mdb")}, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = files.next();
-        if (path.contains(SetAside)) continue;
+    for (const QString& name : QDir(folder).entryList({QStringLiteral("*.mdb")}, QDir::Files)) {
+        const QString path = QDir(folder).filePath(name);
         try {
             Workspace workspace;
             workspace.open(path);
@@ -129,24 +182,32 @@ void settle(const QString& folder) {
     }
 }
 
-void exchange(const QDir& folder, const QDir& staging, const QDir& setAside, const QStringList& names) {
+void exchange(const Places& places, const QDir& staging, const QDir& setAside, const QStringList& names) {
     for (const QString& name : names) {
-        const QStringList former =
-            folder.entryList({name, name + QStringLiteral("-journal"), name + QStringLiteral("-mj*")}, QDir::Files);
-        for (const QString& part : former)
-            requireMove(QFile::rename(folder.filePath(part), setAside.filePath(part)), folder.filePath(part));
-        if (const QString before = setAside.filePath(name); QFile::exists(before))
+        const QFileInfo target(places.of(name));
+        const QDir folder = target.dir(), former = QFileInfo(setAside.filePath(name)).dir();
+        for (const QDir& place : {folder, former})
+            if (!place.exists()) {
+                requireMove(QDir().mkpath(place.path()), place.path());
+                keepFromOthers(place.path());
+            }
+        const QString file = target.fileName();
+        const QStringList parts{file, file + QStringLiteral("-journal"), file + QStringLiteral("-mj*")};
+        for (const QString& part : folder.entryList(parts, QDir::Files))
+            requireMove(QFile::rename(folder.filePath(part), former.filePath(part)), folder.filePath(part));
+        if (const QString before = former.filePath(file); QFile::exists(before))
             QFile::setPermissions(staging.filePath(name), QFile::permissions(before));
-        requireMove(QFile::rename(staging.filePath(name), folder.filePath(name)), folder.filePath(name));
+        requireMove(QFile::rename(staging.filePath(name), target.filePath()), target.filePath());
     }
 }
 
 } // namespace
 
 Outcome restore(const QString& installation, const QString& backup, const QString& name, Extent extent) {
-    const QDir folder(dataFolder(installation, name));
+    const Places places(installation, name);
+    const QDir& folder = places.base();
     if (!QDir(backup).exists()) throw Refusal(QStringLiteral("Le dossier %1 n'existe pas").arg(backup));
-    const Presence alone({folder.path()}, Presence::Kind::Alone);
+    const Presence alone(places.paths(), Presence::Kind::Alone);
     for (const QString& left : folder.entryList({Staging + u'*'}, QDir::Dirs | QDir::Hidden))
         QDir(folder.filePath(left)).removeRecursively();
     const QTemporaryDir staging(folder.filePath(Staging));
@@ -154,17 +215,17 @@ Outcome restore(const QString& installation, const QString& backup, const QStrin
     if (extent == Extent::Whole) requireAsMade(backup);
     stage(QDir(backup), QDir(staging.path()));
     const QStringList names = sound(QDir(staging.path()));
-    if (extent == Extent::Whole) requireWhole(folder, names);
+    if (extent == Extent::Whole) requireWhole(places, names);
     requireSameCompany(folder, QDir(staging.path()));
-    settle(folder.path());
+    for (const QString& place : places.paths()) settle(place);
 
     const QString today = Clock::today().toString(QStringLiteral("yyyyMMdd"));
-    const QString setAside = freeName(folder.filePath(SetAside + today));
+    const QString setAside = freeName(folder.filePath(user_folders::SetAside + today));
     requireMove(QDir().mkdir(setAside), setAside);
     keepFromOthers(setAside);
     const QString mark = folder.filePath(startup::RestorationMark);
     writeWhole(mark, setAside.toUtf8());
-    exchange(folder, QDir(staging.path()), QDir(setAside), names);
+    exchange(places, QDir(staging.path()), QDir(setAside), names);
     requireMove(QFile::remove(mark), mark);
     return {names, setAside};
 }

@@ -1,6 +1,7 @@
 #include "dossier/table_conversion.h"
 
 #include "data/dates.h"
+#include "data/format.h"
 
 namespace molven::conversion {
 
@@ -78,7 +79,7 @@ QStringList TableConversion::differingSums() {
         const Decimal before = sums_.value(field),
                       after = target_.sum(table_, static_cast<const Number&>(*field)).rounded(field->scale);
         if (before != after)
-            found.append(QStringLiteral("%1 : %2 lu, %3 ici").arg(field->name, before.toString(), after.toString()));
+            found.append(QStringLiteral("%1 : %2 lu, %3 ici").arg(field->name, shown(before), shown(after)));
     }
     return found;
 }

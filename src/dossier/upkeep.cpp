@@ -9,8 +9,8 @@
 #include "data/presence.h"
 #include "data/require.h"
 #include "data/server_address.h"
+#include "dossier/user_folders.h"
 #include "shell/folder_files.h"
-#include "shell/startup.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -21,7 +21,7 @@ namespace {
 
 const QString FirstWorkstation = QStringLiteral("AX"), Generation = QStringLiteral("sauvegarde-");
 
-QStringList userFolders() {
+QStringList stationFolders() {
     return {FirstWorkstation, QStringLiteral("P1"), QStringLiteral("P2"), QStringLiteral("P3")};
 }
 
@@ -79,7 +79,9 @@ QStringList generations(const QString& folder) {
 /// Folders of the dossier beside the data folder, by the name that their copy bears.
 QMap<QString, QString> otherFolders(const Session& session) {
     QMap<QString, QString> folders;
-    for (const QString& folder : startup::otherFolders(session) + QStringList{session.chemin_util, session.chemin_gv})
+    for (const QString& user : user_folders::below(session.chemin_base))
+        folders.insert(user, session.chemin_base + user);
+    for (const QString& folder : {session.chemin_util, session.chemin_gv})
         if (!folder.isEmpty() && QDir(folder) != QDir(session.chemin_base))
             folders.insert(QDir(QDir::cleanPath(folder)).dirName(), folder);
     return folders;
@@ -140,7 +142,7 @@ Saved backUp(const Session& session, const QString& target, const Progress& prog
     QList<file_copies::Copy> copies;
     addCopies(copies, session.chemin_base, target);
     if (session.rules().backsUpUserFolders())
-        for (const QString& user : userFolders())
+        for (const QString& user : stationFolders())
             addCopies(copies, session.chemin_base + user, QDir(target).filePath(user));
     const Saved saved = save(copies, target, progress);
     markBackup(session);

@@ -1,5 +1,7 @@
 #include "electronic/amount_rules.h"
 
+#include "data/format.h"
+
 namespace molven::electronic {
 
 QString Line::attribute(const QStringList& names) const {
@@ -27,7 +29,7 @@ public:
 
 private:
     void tell(const QString& rule, const Decimal& stated, const Decimal& expected) {
-        broken_.append(QStringLiteral("%1 : %2 pour %3").arg(rule, stated.toFixed(2), expected.toFixed(2)));
+        broken_.append(QStringLiteral("%1 : %2 pour %3").arg(rule, amountText(stated), amountText(expected)));
     }
     void require(const char* rule, const Decimal& stated, const Decimal& expected) {
         if (stated != expected) tell(QString::fromLatin1(rule), stated, expected);

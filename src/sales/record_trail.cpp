@@ -111,8 +111,7 @@ Criterion between(const QString& firstDay, const QString& lastDay) {
 QString spoken(const Field& field, const QString& value) {
     if (field.kind != Field::Kind::Number || value.isEmpty()) return value;
     const Decimal number = Decimal::fromText(value);
-    const bool isAmount = field.scale == Number::Money && number.rounded(2) == number;
-    return isAmount ? number.toFixed(2).replace(u'.', u',') : shown(number);
+    return field.scale == Number::Money ? amountText(number) : shown(number);
 }
 
 QString changeText(const Table& table, const Field& field, const QJsonValue& value) {

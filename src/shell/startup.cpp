@@ -104,14 +104,17 @@ QList<Record> dossiers(const Session& session) {
     return rows;
 }
 
+QString folderName(const Record& dossier) {
+    return QDir(dossier[strsociete.soc_chemin].trimmed().replace(u'\\', u'/')).dirName();
+}
+
 Record dossierNamed(const QList<Record>& dossiers, const QString& text) {
     const QString wanted = text.trimmed();
     if (dossiers.size() == 1 && wanted.isEmpty()) return dossiers.first();
     QStringList names;
     for (const Record& dossier : dossiers) {
-        const QString folder = QDir(dossier[strsociete.soc_chemin].trimmed()).dirName();
         for (const QString& name :
-             {dossier[strsociete.soc_mot].trimmed(), dossier[strsociete.soc_nom].trimmed(), folder})
+             {dossier[strsociete.soc_mot].trimmed(), dossier[strsociete.soc_nom].trimmed(), folderName(dossier)})
             if (!wanted.isEmpty() && name.compare(wanted, Qt::CaseInsensitive) == 0) return dossier;
         names.append(dossier[strsociete.soc_nom].trimmed());
     }

@@ -28,6 +28,9 @@ bool readFolders(Session& session);
 /// The dossiers of societe.mdb in table order, after adding the user sub-folder to a file of an older version.
 QList<Record> dossiers(const Session& session);
 
+/// Name of the folder that holds the data of a dossier of societe.mdb, "data_lb".
+QString folderName(const Record& dossier);
+
 /// The dossier that a text names: by its word, its name or its data folder; the only one for an empty text. Throws
 /// Refusal with the names of the dossiers, never their words, which are what opens them.
 Record dossierNamed(const QList<Record>& dossiers, const QString& text);

@@ -116,8 +116,11 @@ bool Desk::quit() {
 }
 
 bool Desk::print(const Report& report) {
-    const Progress told = current() ? progress(*current(), QStringLiteral("Mise en page")) : Progress();
-    return print(report.print(session.spe_nom, dateText(Clock::today()), told));
+    const auto laidOut = [&] { // its progress ends before the preview opens
+        const Progress told = current() ? progress(*current(), QStringLiteral("Mise en page")) : Progress();
+        return report.print(session.spe_nom, dateText(Clock::today()), told);
+    };
+    return print(laidOut());
 }
 
 QString Desk::barcodeFamily() {

@@ -135,6 +135,7 @@ TEST_F(Figures, OfAReportOpenLevelByLevel) {
     const auto rows = overseas.rows(statistics::Sorting::ByKey);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows[0][s.sta_net], euros("58.79"));
+    EXPECT_EQ(rows[0][s.sta_lib], QStringLiteral("La Réunion"));
     const statistics::SalesReport months(files, statistics::report(QStringLiteral("99")), query);
     EXPECT_EQ(months.rows(statistics::Sorting::ByKey).size(), 12);
 }

@@ -142,8 +142,8 @@ TEST_F(Bookings, AreProvedByTheCheck) {
     compta.remove(strecrit, strecrit.ecr_no == QStringLiteral("000002"));
     files.lines.vente.update(strface, {{strface.fac_cpt, QStringLiteral("N")}},
                              strface.fac_no == QStringLiteral("000003"));
-    EXPECT_EQ(faults(), (QStringList{QStringLiteral("facture 2026/000001 : débit 1.00, crédit 189.90"),
-                                     QStringLiteral("facture 2026/000001 : T.T.C. 189.90, écriture du client 1.00"),
+    EXPECT_EQ(faults(), (QStringList{QStringLiteral("facture 2026/000001 : débit 1,00, crédit 189,90"),
+                                     QStringLiteral("facture 2026/000001 : T.T.C. 189,90, écriture du client 1,00"),
                                      QStringLiteral("facture 2026/000002 : transférée, sans écriture"),
                                      QStringLiteral("facture 2026/000003 : écritures sans document transféré")}));
 }

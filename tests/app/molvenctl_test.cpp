@@ -2,6 +2,7 @@
 
 #include "dossier/reference_files.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -51,6 +52,76 @@ TEST(Molvenctl, CreatesChecksAndTracesAnInstallation) {
     EXPECT_EQ(QJsonDocument::fromJson(broken.out.toUtf8()).array().size(), 1);
     EXPECT_EQ(molvenctl({"check", folder.path()}).code, 1);
     EXPECT_EQ(molvenctl({"demo", folder.filePath(QStringLiteral("d")), "--unites", "-3"}).code, 1);
+}
+
+/// The table of words in the README says what the program says of itself.
+TEST(Molvenctl, IsDescribedAsItDescribesItself) {
+    QFile file(QStringLiteral(MOLVEN_SOURCES "/README.md"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList readme = QString::fromUtf8(file.readAll()).split(u'\n');
+    int words = 0;
+    for (const QString& line : molvenctl({}).err.split(u'\n')) {
+        if (!line.startsWith(u"  ")) continue;
+        const QString word = line.trimmed().section(u' ', 0, 0);
+        const QStringList help = molvenctl({word, "--help"}).out.split(u'\n');
+        QStringList options;
+        for (const QString& one : help)
+            if (one.startsWith(u"  --"))
+                options.append(u'`' + one.trimmed().section(QStringLiteral("  "), 0, 0) + u'`');
+        const QString arguments = help[0].section(word + u' ', 1).section(QStringLiteral(" ["), 0, 0);
+        const QString row =
+            QStringLiteral("| `%1` | `%2` | %3 | %4 |").arg(word, arguments, help[1], options.join(u' '));
+        EXPECT_TRUE(readme.contains(row)) << row.toStdString();
+        ++words;
+    }
+    EXPECT_GT(words, 20);
+}
+
+TEST(Molvenctl, TellsItsDeedsAsData) {
+    test::Dossier dossier;
+    const QString home = dossier.folder(), disk = home + QStringLiteral("/disque");
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
+    const auto object = [](const QStringList& call) {
+        return QJsonDocument::fromJson(molvenctl(call + QStringList{"--json"}).out.toUtf8()).object();
+    };
+    const auto array = [](const QStringList& call) {
+        return QJsonDocument::fromJson(molvenctl(call + QStringList{"--json"}).out.toUtf8()).array();
+    };
+    dossier.document(QStringLiteral("FAC"), units);
+    const QJsonObject saved = object({"sauvegarde", home, disk});
+    EXPECT_GT(saved["fichiers"].toInt(), 5);
+    EXPECT_TRUE(saved["defauts"].toArray().isEmpty());
+    for (const char* word : {"archive", "reactive"}) {
+        const QJsonArray moved = array({QString::fromLatin1(word), home, "--avant", "01/01/2100"});
+        ASSERT_EQ(moved.size(), 5) << word;
+        EXPECT_EQ(moved[1]["famille"].toString(), QStringLiteral("factures et avoirs"));
+        EXPECT_EQ(moved[1]["deplaces"].toInt(), 1) << word;
+        EXPECT_EQ(moved[4]["deplaces"].toInt(), 2) << word;
+    }
+    const QJsonObject restored = object({"restaurer", home, saved["dossier"].toString()});
+    EXPECT_TRUE(restored["repris"].toArray().contains(QStringLiteral("molven.mdb")));
+    EXPECT_TRUE(QFile::exists(restored["avant"].toString() + QStringLiteral("/molven.mdb")));
+    const QJsonObject converted =
+        object({"convertir", MOLVEN_SOURCES "/tests/data/jet", home + QStringLiteral("/repris")});
+    EXPECT_GT(converted["tables"].toArray().size(), 20);
+    for (const auto& table : converted["tables"].toArray())
+        EXPECT_EQ(table[QStringLiteral("lus")].toInt(), table[QStringLiteral("repris")].toInt());
+    EXPECT_TRUE(converted["defauts"].isArray());
+    EXPECT_TRUE(QDir(converted["dossier"].toString()).exists(QStringLiteral("molven.mdb")));
+}
+
+TEST(Molvenctl, WritesAmountsAsTheirReaderDoes) {
+    test::Dossier dossier;
+    const QString home = dossier.folder();
+    dossier.document(QStringLiteral("FAC"), dossier.receive(QStringLiteral("HIP"), 1));
+    const QStringList control{"transfert-compta", home, "--au", "31/12/2026"};
+    EXPECT_TRUE(molvenctl(control).out.contains(QStringLiteral("débit 94,95, crédit 94,95")))
+        << molvenctl(control).out.toStdString();
+    const QStringList entries = molvenctl(control + QStringList{"--csv"}).out.trimmed().split(u'\n');
+    ASSERT_EQ(entries.size(), 4);
+    EXPECT_TRUE(entries[1].contains(QStringLiteral(";94,95;"))) << entries[1].toStdString();
+    EXPECT_EQ(QJsonDocument::fromJson(molvenctl(control + QStringList{"--json"}).out.toUtf8())["debit"].toDouble(),
+              94.95);
 }
 
 TEST(Molvenctl, CountsStocksAgain) {

@@ -1,12 +1,20 @@
 #include "support/dossier.h"
+#include "support/processes.h"
 
 #include "dossier/check.h"
 #include "dossier/conversion.h"
+#include "dossier/creation.h"
+#include "shell/startup.h"
+#include "shell/tables.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace molven {
+
+using test::ended;
+using test::Killer;
+using test::station;
 
 namespace {
 
@@ -84,6 +92,49 @@ TEST(Conversions, NameADamagedFileAndTakeTheOthers) {
     EXPECT_NE(
         test::refusalOf([&] { conversion::convert(source, folder.filePath(QStringLiteral("dossier")), false, {}); }),
         QStringLiteral("(accepté)"));
+}
+
+/// Cut short at any write, a conversion is in nobody's way and listed nowhere; begun again, it leaves nothing aside.
+TEST(Conversions, BeginAgainAfterBeingKilled) {
+    for (const bool addToSocieties : {false, true}) {
+        QTemporaryDir folder;
+        const QString target = folder.filePath(QStringLiteral("dossier"));
+        if (addToSocieties) creation::create({target, QStringLiteral("LB"), QStringLiteral("AUTRE SOCIETE"), true});
+        const auto listed = [&target] {
+            Workspace workspace;
+            return workspace.open(target + QStringLiteral("/societe.mdb")).count(strsociete);
+        };
+        int kills = 0;
+        for (int n = 1;; n *= 6) {
+            const int status = ended(station([&] {
+                Killer::arm(n);
+                conversion::convert(Source, target, addToSocieties, {});
+            }));
+            if (!WIFSIGNALED(status)) {
+                EXPECT_EQ(status, 0);
+                break;
+            }
+            ++kills;
+            EXPECT_TRUE(addToSocieties ? listed() == 1 : !QFile::exists(target)) << "killed at write " << n;
+        }
+        EXPECT_GT(kills, 3);
+        const Session session = creation::open(target, addToSocieties ? QStringLiteral("data_ce") : QString());
+        EXPECT_EQ(session.spe_nom, QStringLiteral("DISTRIBUTION DEMONSTRATION"));
+        for (const QString& place : {folder.path(), target})
+            EXPECT_EQ(QDir(place).entryList({QStringLiteral(".*")}, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot),
+                      QStringList());
+        EXPECT_TRUE(QFile::permissions(target).testFlag(QFile::ExeGroup)) << "colleagues may come in";
+        if (!addToSocieties) continue;
+        EXPECT_EQ(listed(), 2);
+        // A whole data folder that a killed program did not list is left alone, and another is made.
+        Workspace workspace;
+        workspace.open(target + QStringLiteral("/societe.mdb"))
+            .remove(strsociete, strsociete.soc_mot == QStringLiteral("CE"));
+        EXPECT_EQ(startup::folderName(startup::dossierNamed(
+                      startup::dossiers(conversion::convert(Source, target, true, {}).session), QStringLiteral("CE"))),
+                  QStringLiteral("data_ce-2"));
+        EXPECT_TRUE(QFile::exists(target + QStringLiteral("/data_ce/molven.mdb")));
+    }
 }
 
 } // namespace molven

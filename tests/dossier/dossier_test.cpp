@@ -189,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "update strlivl set fac_clt='000002' where fac_no='000001' and fac_lg='001'",
                 "bon de livraison 000001 : ligne 001 : client 000002 sur un document du client 000001"},
         Planted{"total", DataFile::Vente, "update strface set fac_ttc=7 where fac_no='000001'",
-                "facture 000001 : totaux autres que ceux des lignes : TTC 7.00 pour 94.95"},
+                "facture 000001 : totaux autres que ceux des lignes : TTC 7,00 pour 94,95"},
         Planted{"amount", DataFile::Vente, "update strfacl set fac_qte=2 where fac_no='000001' and fac_lg='001'",
                 "facture 000001 : ligne 001 : montants autres que quantité, prix et remise"},
         Planted{"year", DataFile::Vente, "update strface set fac_datf='05/03/2025' where fac_no='000001'",
@@ -253,7 +253,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "26030004 : N° de série S1 aussi porté par 26030003"},
         Planted{"table", DataFile::Vente, "create table brouillon (a)", "table brouillon : ne vient pas du programme"},
         Planted{"vat", DataFile::Vente, "update strface set fac_tv1=9 where fac_no='000001'",
-                "facture 000001 : totaux autres que ceux des lignes : TVA 1 9.00 pour 4.95"},
+                "facture 000001 : totaux autres que ceux des lignes : TVA 1 9,00 pour 4,95"},
         Planted{"proforma", DataFile::Proforma, "insert into strface (fac_aa, fac_no) values ('2026', '000001')",
                 "proforma 2026/000001 : aucune ligne"}),
     [](const auto& test) { return std::string(test.param.name); });

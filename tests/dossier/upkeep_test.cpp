@@ -235,6 +235,55 @@ TEST(Backups, AreNotSoundWhenAFileIsLostEmptiedOrChanged) {
                 }).contains(u"vente.mdb : absent"));
 }
 
+TEST(Backups, HoldTheFoldersOfUsersAndOfTheSecondSiteAndGiveThemBack) {
+    Dossier dossier(QStringLiteral("IM"));
+    const Session& session = dossier.session;
+    const QString user = session.chemin_base + QStringLiteral("P1/"), sales = QStringLiteral("vente.mdb");
+    QDir().mkpath(user);
+    ASSERT_TRUE(QFile::copy(session.chemin_base + sales, user + sales));
+    const QStringList files{session.chemin_base + sales, user + sales, session.chemin_gv + sales};
+    int number = 0;
+    const auto note = [&] {
+        Record header(strlive);
+        header[strlive.fac_no] = QString::number(++number);
+        for (const QString& file : files) {
+            Workspace workspace;
+            workspace.open(file).insert(header);
+        }
+    };
+    const auto notes = [&] {
+        QList<qint64> counts;
+        for (const QString& file : files) counts.append(countOf(file, strlive));
+        return counts;
+    };
+    const auto restore = [&](const QString& backup, restoration::Extent extent) {
+        return refusalOf([&] { restoration::restore(dossier.folder(), backup, {}, extent); });
+    };
+    note();
+    const QTemporaryDir disk;
+    const QString made = upkeep::addGeneration(session, disk.path(), 0, {});
+    note();
+    EXPECT_EQ(restore(made, restoration::Extent::Whole), QStringLiteral("(accepté)"));
+    EXPECT_EQ(notes(), (QList<qint64>{1, 1, 1}));
+    const QStringList kept = QDir(session.chemin_base).entryList({QStringLiteral("avant-restauration-*")});
+    EXPECT_EQ(countOf(session.chemin_base + kept.value(0) + QStringLiteral("/P1/vente.mdb"), strlive), 2);
+    EXPECT_EQ(countOf(session.chemin_base + kept.value(0) + QStringLiteral("/gv/vente.mdb"), strlive), 2);
+    // A lost folder comes back; a backup without it is not whole.
+    QDir(user).removeRecursively();
+    EXPECT_EQ(restore(made, restoration::Extent::Whole), QStringLiteral("(accepté)"));
+    EXPECT_EQ(notes(), (QList<qint64>{1, 1, 1}));
+    QFile damaged(made + QStringLiteral("/P1/vente.mdb"));
+    ASSERT_TRUE(damaged.resize(damaged.size() - 512));
+    EXPECT_EQ(upkeep::verify(disk.path()).first().faults.value(0),
+              QStringLiteral("P1/vente.mdb : modifié depuis la sauvegarde"));
+    QDir(made + QStringLiteral("/P1")).removeRecursively();
+    QFile::remove(made + u'/' + QStringLiteral("CONTENU.SHA256"));
+    note();
+    EXPECT_TRUE(restore(made, restoration::Extent::Whole).contains(u"ne contient pas P1/vente.mdb"));
+    EXPECT_EQ(restore(made, restoration::Extent::Partial), QStringLiteral("(accepté)"));
+    EXPECT_EQ(notes(), (QList<qint64>{1, 2, 1}));
+}
+
 TEST(FullDisks, LeaveTheLastGoodBackup) {
     EXPECT_EQ(test::onSmallDisk(9000,
                                 [](const QString& disk) {

@@ -1,5 +1,8 @@
 #include "electronic/factur_x.h"
 
+#include "accounting/client_accounts.h"
+#include "accounting/sales_report.h"
+#include "accounting/transfer.h"
 #include "electronic/amount_rules.h"
 #include "electronic/cii_reader.h"
 #include "electronic/cii_writer.h"
@@ -12,6 +15,8 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+
+#include <random>
 
 namespace molven {
 
@@ -163,6 +168,55 @@ TEST_F(ElectronicInvoices, BearTheAmountsOfTheirPageAndKeepTheRulesOfTheNorm) {
         EXPECT_TRUE(pdf.contains("<pdfaid:part>3</pdfaid:part>") && pdf.contains("/AFRelationship /Alternative"));
     }
     expectContent(QStringLiteral("xmllint"), validated);
+}
+
+TEST_F(ElectronicInvoices, AgreeWithTheAccountsAndTheFiguresWhateverIsSold) {
+    std::mt19937 dice(1);
+    const auto one = [&dice](const std::initializer_list<const char*>& of) { return of.begin()[dice() % of.size()]; };
+    Decimal base, total, onNoLine;
+    for (int n = 0; n < 40; ++n) {
+        SalesBook opened = book(n % 5 ? "FAC" : "AVO");
+        QList<Goods> goods;
+        for (auto left = 1 + dice() % 5; left > 0; --left)
+            goods.append({one({"1", "2", "3", "4", "5"}), one({"H", "T"}),
+                          one({"0.07", "12.34", "33.33", "57.7", "105.5", "999.99"}),
+                          one({"0", "0", "7.5", "12.25", "33.33"}), one({"1", "3", "7", "11", "0.25"})});
+        const papers::Paper paper = write(opened, goods,
+                                          {.discount = one({"0", "3", "7.5", "12.25"}),
+                                           .settlement = one({"0", "2", "1.75"}),
+                                           .carriage = one({"0", "15", "9.99"}),
+                                           .exempt = one({"0", "12.34"})});
+        const electronic::Invoice invoice = electronic::invoiceOf(opened, paper);
+        EXPECT_EQ(electronic::brokenRules(invoice), QStringList());
+        EXPECT_EQ(invoice.total, paper.header[strface.fac_ttc] * (opened.kind().isCredit ? Decimal(-1) : Decimal(1)));
+        base += paper.header[strface.fac_ht];
+        total += paper.header[strface.fac_ttc];
+        onNoLine += paper.header[strface.fac_port] + paper.header[strface.fac_exo];
+    }
+    Workspace workspace;
+    const transfer::Files files = transfer::openFiles(workspace, dossier.session);
+    client_accounts::open(files.lines.molven, files.lines.compta);
+    const transfer::Control control = transfer::control(files, QStringLiteral("31/12/2099"));
+    EXPECT_EQ(control.documents, 40);
+    EXPECT_EQ(control.debit, control.credit);
+    Decimal owed, sold;
+    Database prepared = files.lines.tri;
+    for (const Record& entry : prepared.select(strecrit)) {
+        const Decimal credit = entry[strecrit.ecr_cre] - entry[strecrit.ecr_deb];
+        if (entry[strecrit.ecr_cpt].startsWith(u'7')) sold += credit;
+        if (entry[strecrit.ecr_cpt].startsWith(u"411")) owed -= credit;
+    }
+    EXPECT_EQ(owed, total);
+    EXPECT_EQ(sold, base);
+    statistics::Query query;
+    query.period = typedPeriod(QStringLiteral("01/01/2000"), QStringLiteral("31/12/2099"));
+    statistics::prepare(files.lines, query);
+    for (const char* number : {"2", "98"}) {
+        const statistics::SalesReport report(files.lines, statistics::report(QString::fromLatin1(number)), query);
+        Decimal net;
+        for (const Record& row : report.rows(statistics::Sorting::ByKey)) net += row[strstat.sta_net];
+        EXPECT_EQ(net, report.kind().isByAccount() ? base : base - onNoLine) << number;
+    }
 }
 
 TEST_F(ElectronicInvoices, TellOfTheirGoodsWhatAReceiptAsks) {

@@ -240,6 +240,23 @@ TEST(MenuTree, HasOneEntryANameAndAScreenBehindEveryLeaf) {
     }
 }
 
+/// Two entries of one menu with the same letter cost a key more: an entry of the program's own takes a free one.
+TEST(MenuTree, LeavesTheLettersOfItsEntriesAlone) {
+    const QStringList own{QStringLiteral("mnu1_fic_par_dot"), QStringLiteral("mnu2_stk_edt_invdep"),
+                          QStringLiteral("mnu_vte_btr_rea"),  QStringLiteral("mnu_vte_fac_ost"),
+                          QStringLiteral("mnu_vte_int_fx"),   QStringLiteral("mnu_div_rap")};
+    QStringList parents;
+    QMap<QString, QStringList> letters;
+    for (const MenuEntry& entry : menuTree()) {
+        parents = parents.first(entry.depth) + QStringList{entry.name};
+        const QString letter = entry.caption.section(u'&', 1).left(1).toUpper();
+        if (!letter.isEmpty()) letters[parents.value(entry.depth - 1) + u' ' + letter].append(entry.name);
+    }
+    for (const QStringList& entries : letters)
+        for (const QString& name : own)
+            EXPECT_TRUE(!entries.contains(name) || entries.size() == 1) << name.toStdString();
+}
+
 TEST(MenuTree, ChoosesThePrintScreenByCompany) {
     const auto screen = [](const char* company, const char* mode, bool barcodes = false) {
         return reprintScreen(CompanyRules(QString::fromLatin1(company), {}), QString::fromLatin1(mode), barcodes);

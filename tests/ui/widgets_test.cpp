@@ -18,6 +18,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -200,6 +201,30 @@ TEST(Reminders, AreMarkedWhenTheListIsPrintedAndNotWhenItIsOnlyLookedAt) {
         EXPECT_EQ(molven.count(strproduit, strproduit.dat_rel == today && strproduit.dat_sel == today), prints ? 2 : 0);
     }
     EXPECT_EQ(user.jobs.size(), 2);
+}
+
+/// Counts the displays of progress that stand over the preview.
+class WatchedPreview : public PrintTarget {
+public:
+    bool print(const PrintJob&) override {
+        for (const QWidget* window : QApplication::topLevelWidgets())
+            displays += qobject_cast<const QProgressDialog*>(window) ? 1 : 0;
+        return true;
+    }
+    int displays = 0;
+};
+
+TEST(Desks, HaveLaidOutAListBeforeTheyShowIt) {
+    const test::Dossier dossier;
+    auto preview = std::make_unique<WatchedPreview>();
+    const WatchedPreview& shown = *preview;
+    Desk desk(dossier.folder(), std::make_unique<play::ScriptedPrompt>(), std::move(preview));
+    desk.session = dossier.session;
+    ASSERT_NE(desk.open(QStringLiteral("T_nouveau")), nullptr);
+    Report list(QStringLiteral("LISTE"), {{QStringLiteral("Article")}});
+    list.row({QStringLiteral("HIP")});
+    EXPECT_TRUE(desk.print(list));
+    EXPECT_EQ(shown.displays, 0);
 }
 
 TEST(Desks, RefuseASecondCopyAndShowAFileThatIsMissing) {

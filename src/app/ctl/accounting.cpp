@@ -15,7 +15,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -28,7 +27,7 @@ void declarePeriod(Options& options) {
     options.addOption(dossierOption());
     options.addOptions({{QStringLiteral("du"), QStringLiteral("factures depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
                         {QStringLiteral("au"), QStringLiteral("factures jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
-                        {QStringLiteral("json"), QStringLiteral("résultat en JSON")},
+                        jsonOption(),
                         {QStringLiteral("csv"), QStringLiteral("résultat en CSV")}});
 }
 
@@ -44,14 +43,14 @@ QJsonValue jsonOf(const Record& row, const Field& field) {
 }
 
 void sayRows(const QCommandLineParser& parser, const QList<Record>& rows, const Columns& columns) {
-    if (parser.isSet(QStringLiteral("json"))) {
+    if (wantsJson(parser)) {
         QJsonArray array;
         for (const Record& row : rows) {
             QJsonObject object;
             for (const Field* field : columns) object.insert(field->name, jsonOf(row, *field));
             array.append(object);
         }
-        return say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+        return sayData(array);
     }
     const bool isCsv = parser.isSet(QStringLiteral("csv"));
     QStringList names;
@@ -64,6 +63,8 @@ void sayRows(const QCommandLineParser& parser, const QList<Record>& rows, const 
         say(isCsv ? csv::line(cells).trimmed() : cells.join(QStringLiteral("  ")));
     }
 }
+
+Columns everyColumn(const Table& table) { return {table.fields().begin(), table.fields().end()}; }
 
 Columns columnsOf(const statistics::SalesReport& report) {
     const auto& s = strstat;
@@ -101,14 +102,22 @@ int runCommissions(const QCommandLineParser& parser, const QStringList& argument
     const auto files = sales_statistics::openFiles(workspace, sessionOf(parser, arguments[0]));
     sales_statistics::regenerate(files, statd, periodOf(parser));
     const auto statements = commissions::statements(files.tri, files.molven, {}, {});
-    Columns columns;
-    for (const Field* field : strcommission.fields()) columns.append(field);
-    sayRows(parser, commissions::rows(statements), columns);
+    sayRows(parser, commissions::rows(statements), everyColumn(strcommission));
     return 0;
 }
 
-void sayControl(const QCommandLineParser& parser, const transfer::Control& control, const QString& number) {
-    if (parser.isSet(QStringLiteral("json"))) {
+/// The entries as they were controlled, or as the transfer of that number wrote them.
+void sayEntries(const QCommandLineParser& parser, const transfer::Files& files, const QString& number) {
+    const auto& e = strecrit;
+    Database written = number.isEmpty() ? files.lines.tri : files.lines.compta;
+    QList<Record> rows;
+    for (const Record& row : written.select(e, e.ecr_trf == number, {e.ecr_num, e.ecr_lg})) rows.append(row);
+    sayRows(parser, rows, everyColumn(e));
+}
+
+void sayControl(const QCommandLineParser& parser, const transfer::Files& files, const transfer::Control& control,
+                const QString& number) {
+    if (wantsJson(parser)) {
         QJsonArray left;
         for (const transfer::LeftOut& one : control.leftOut)
             left.append(QJsonObject{{QStringLiteral("annee"), one.year},
@@ -121,13 +130,17 @@ void sayControl(const QCommandLineParser& parser, const transfer::Control& contr
                                  {QStringLiteral("credit"), control.credit.toString().toDouble()},
                                  {QStringLiteral("transfert"), number},
                                  {QStringLiteral("laisses"), left}};
-        return say(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+        return sayData(object);
     }
+    const bool isCsv = parser.isSet(QStringLiteral("csv"));
     for (const transfer::LeftOut& one : control.leftOut)
-        say(QStringLiteral("laissé : %1/%2 %3 : %4").arg(one.year, one.number, one.client, one.reason));
+        (isCsv ? complain
+               : say)(QStringLiteral("laissé : %1/%2 %3 : %4").arg(one.year, one.number, one.client, one.reason));
+    if (isCsv) return sayEntries(parser, files, number);
     say(QStringLiteral("%1, %2 d'écriture, débit %3, crédit %4%5")
             .arg(counted(control.documents, QStringLiteral("document")),
-                 counted(control.entries, QStringLiteral("ligne")), control.debit.toFixed(2), control.credit.toFixed(2),
+                 counted(control.entries, QStringLiteral("ligne")), amountText(control.debit),
+                 amountText(control.credit),
                  number.isEmpty() ? QStringLiteral(" ; rien n'est écrit, --valider transfère")
                                   : QStringLiteral(" : transfert ") + number));
 }
@@ -151,7 +164,7 @@ int runTransfer(const QCommandLineParser& parser, const QStringList& arguments) 
         number = transfer::run(files, control);
         entry_files::writeTransfer(files.lines.compta, number, session.chemin_tri);
     }
-    sayControl(parser, control, number);
+    sayControl(parser, files, control, number);
     return control.leftOut.isEmpty() ? 0 : 1;
 }
 

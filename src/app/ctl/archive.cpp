@@ -6,6 +6,10 @@
 #include "sales/archiving.h"
 
 #include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <algorithm>
 
 namespace molven::ctl {
 
@@ -13,22 +17,37 @@ namespace {
 
 const QString Before = QStringLiteral("avant");
 
+void sayMoved(const QList<archiving::Moved>& all) {
+    for (const archiving::Moved& moved : all) {
+        say(QStringLiteral("%1 : %2").arg(moved.family).arg(moved.outcome.moved));
+        for (const QString& key : moved.outcome.doubles) say(QStringLiteral("en double, laissé : ") + key);
+    }
+}
+
+QJsonArray movedData(const QList<archiving::Moved>& all) {
+    QJsonArray array;
+    for (const archiving::Moved& moved : all)
+        array.append(QJsonObject{{QStringLiteral("famille"), moved.family},
+                                 {QStringLiteral("deplaces"), moved.outcome.moved},
+                                 {QStringLiteral("doubles"), QJsonArray::fromStringList(moved.outcome.doubles)}});
+    return array;
+}
+
 int move(const QCommandLineParser& parser, const QString& folder, archive::Direction direction) {
     const QDate day = dateFromText(parser.value(Before));
     require(day.isValid(), QStringLiteral("Indiquez --avant JJ/MM/AAAA"), QString());
     const Session session = sessionOf(parser, folder);
-    bool areAll = true;
-    for (const archiving::Moved& moved : archiving::moveBefore(session, direction, day, {})) {
-        say(QStringLiteral("%1 : %2").arg(moved.family).arg(moved.outcome.moved));
-        for (const QString& key : moved.outcome.doubles) say(QStringLiteral("en double, laissé : ") + key);
-        areAll = areAll && moved.outcome.doubles.isEmpty();
-    }
+    const QList<archiving::Moved> all = archiving::moveBefore(session, direction, day, {});
+    wantsJson(parser) ? sayData(movedData(all)) : sayMoved(all);
+    const bool areAll = std::all_of(all.begin(), all.end(),
+                                    [](const archiving::Moved& moved) { return moved.outcome.doubles.isEmpty(); });
     return areAll ? 0 : 1;
 }
 
 void declare(Options& options) {
     options.addOption(dossierOption());
     options.addOption({Before, QStringLiteral("documents et ventes d'avant le JJ/MM/AAAA"), QStringLiteral("DATE")});
+    options.addOption(jsonOption());
 }
 
 } // namespace

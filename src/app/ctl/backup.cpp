@@ -7,7 +7,6 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -33,6 +32,13 @@ bool sayVerified(const QList<upkeep::Verified>& all) {
     return areSound;
 }
 
+QJsonObject dataOf(const upkeep::Verified& one) {
+    return {{QStringLiteral("dossier"), one.folder},
+            {QStringLiteral("fichiers"), one.files},
+            {QStringLiteral("octets"), one.bytes},
+            {QStringLiteral("defauts"), QJsonArray::fromStringList(one.faults)}};
+}
+
 int backUp(const QCommandLineParser& parser, const QStringList& arguments) {
     bool isNumber = true;
     const int kept = parser.isSet(Kept) ? parser.value(Kept).toInt(&isNumber) : 0;
@@ -40,8 +46,13 @@ int backUp(const QCommandLineParser& parser, const QStringList& arguments) {
         throw Refusal(QStringLiteral("Le nombre de sauvegardes à garder est incorrect : %1").arg(parser.value(Kept)));
     const Session session = sessionOf(parser, arguments[0]);
     const QString folder = upkeep::addGeneration(session, QDir(arguments[1]).absolutePath(), kept, {});
+    const QList<upkeep::Verified> made = upkeep::verify(folder);
+    if (wantsJson(parser)) {
+        sayData(dataOf(made.first()));
+        return made.first().faults.isEmpty() ? 0 : 1;
+    }
     say(QStringLiteral("sauvegarde : ") + QDir::toNativeSeparators(folder));
-    return sayVerified(upkeep::verify(folder)) ? 0 : 1;
+    return sayVerified(made) ? 0 : 1;
 }
 
 int verify(const QCommandLineParser& parser, const QStringList& arguments) {
@@ -50,13 +61,10 @@ int verify(const QCommandLineParser& parser, const QStringList& arguments) {
     QJsonArray told;
     bool areSound = true;
     for (const upkeep::Verified& one : all) {
-        told.append(QJsonObject{{QStringLiteral("dossier"), one.folder},
-                                {QStringLiteral("fichiers"), static_cast<int>(one.files)},
-                                {QStringLiteral("octets"), one.bytes},
-                                {QStringLiteral("defauts"), QJsonArray::fromStringList(one.faults)}});
+        told.append(dataOf(one));
         areSound = areSound && one.faults.isEmpty();
     }
-    say(QString::fromUtf8(QJsonDocument(told).toJson(QJsonDocument::Compact)));
+    sayData(told);
     return areSound ? 0 : 1;
 }
 
@@ -69,6 +77,7 @@ Command backupCommand() {
             [](Options& options) {
                 options.addOption(dossierOption());
                 options.addOption({Kept, QStringLiteral("ne garde que les N dernières"), QStringLiteral("N")});
+                options.addOption(jsonOption());
             },
             backUp,
             2};

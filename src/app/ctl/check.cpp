@@ -5,7 +5,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
 
@@ -26,7 +25,9 @@ void sayFaults(const QList<check::Fault>& faults) {
     say(faults.isEmpty() ? QStringLiteral("dossier sain") : QStringLiteral("défauts : %1").arg(faults.size()));
 }
 
-void sayJson(const QList<check::Fault>& faults) {
+} // namespace
+
+QJsonArray faultData(const QList<check::Fault>& faults) {
     QJsonArray array;
     for (const check::Fault& fault : faults)
         array.append(QJsonObject{{QStringLiteral("fichier"), fault.file},
@@ -34,19 +35,21 @@ void sayJson(const QList<check::Fault>& faults) {
                                  {QStringLiteral("defaut"), fault.text},
                                  {QStringLiteral("genre"), fault.kind->name},
                                  {QStringLiteral("remede"), fault.kind->remedy}});
-    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+    return array;
 }
+
+namespace {
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {
     const Session session = sessionOf(parser, arguments[0]);
-    const bool isJson = parser.isSet(QStringLiteral("json"));
+    const bool isJson = wantsJson(parser);
     if (parser.isSet(QStringLiteral("reparer")))
         for (const QString& line : check::repair(session))
             isJson ? complain(line) : say(QStringLiteral("réparé : ") + line);
     const QList<check::Fault> faults = check::run(session);
     if (const QStringList exposed = exposure::readableByAll(session); !exposed.isEmpty())
         complain(QStringLiteral("avertissement : tout le monde peut lire ") + exposed.join(QStringLiteral(", ")));
-    isJson ? sayJson(faults) : sayFaults(faults);
+    isJson ? sayData(faultData(faults)) : sayFaults(faults);
     return faults.isEmpty() ? 0 : 1;
 }
 
@@ -58,7 +61,7 @@ Command checkCommand() {
             QStringLiteral("DIR"),
             [](Options& options) {
                 options.addOption(dossierOption());
-                options.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+                options.addOption(jsonOption());
                 options.addOption({QStringLiteral("reparer"),
                                    QStringLiteral("recompte les stocks, recalcule les totaux et refait les index, puis "
                                                   "contrôle")});

@@ -3,11 +3,17 @@
 #include "shell/session.h"
 
 #include <QCommandLineOption>
+#include <QJsonValue>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 class QCommandLineParser;
+class QJsonArray;
+
+namespace molven::check {
+struct Fault;
+}
 
 namespace molven::ctl {
 
@@ -79,6 +85,10 @@ Session sessionOf(const QCommandLineParser& parser, const QString& folder);
 /// "--json", of the words whose result is data.
 QCommandLineOption jsonOption();
 bool wantsJson(const QCommandLineParser& parser);
+/// An array or an object as JSON on one line of standard output.
+void sayData(const QJsonValue& data);
+/// What a control found, an object a fault.
+QJsonArray faultData(const QList<check::Fault>& faults);
 /// "--remplacer", of the words that write a file of the user's.
 QCommandLineOption replaceOption();
 /// Throws Refusal for a file that exists and may not be replaced; one that the dossier lives by never is.

@@ -5,7 +5,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -29,10 +28,8 @@ Command companyCommand() {
                     seller::setAddress(molven, typed);
                 const QStringList address = seller::addressLines(seller::read(molven));
                 if (wantsJson(parser)) {
-                    say(QString::fromUtf8(
-                        QJsonDocument(QJsonObject{{QStringLiteral("nom"), session.spe_nom},
-                                                  {QStringLiteral("adresse"), QJsonArray::fromStringList(address)}})
-                            .toJson(QJsonDocument::Compact)));
+                    sayData(QJsonObject{{QStringLiteral("nom"), session.spe_nom},
+                                        {QStringLiteral("adresse"), QJsonArray::fromStringList(address)}});
                     return 0;
                 }
                 say(session.spe_nom);

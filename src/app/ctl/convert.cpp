@@ -4,6 +4,8 @@
 #include "dossier/conversion.h"
 
 #include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QMap>
 
 namespace molven::ctl {
@@ -33,6 +35,21 @@ void sayFaults(const QList<check::Fault>& faults) {
                          : QStringLiteral("défauts : %1 ; le détail par molvenctl check").arg(faults.size()));
 }
 
+QJsonObject dataOf(const conversion::Outcome& outcome, const QList<check::Fault>& faults) {
+    QJsonArray tables;
+    for (const conversion::Converted& table : outcome.tables)
+        tables.append(QJsonObject{{QStringLiteral("fichier"), table.file},
+                                  {QStringLiteral("table"), table.table},
+                                  {QStringLiteral("annonces"), table.announced},
+                                  {QStringLiteral("lus"), table.read},
+                                  {QStringLiteral("repris"), table.stored},
+                                  {QStringLiteral("differences"), QJsonArray::fromStringList(table.differing)}});
+    return {{QStringLiteral("dossier"), outcome.session.chemin_base},
+            {QStringLiteral("tables"), tables},
+            {QStringLiteral("avis"), QJsonArray::fromStringList(outcome.notices)},
+            {QStringLiteral("defauts"), faultData(faults)}};
+}
+
 int convert(const QCommandLineParser& parser, const QStringList& arguments) {
     int told = -1;
     const auto outcome =
@@ -43,9 +60,9 @@ int convert(const QCommandLineParser& parser, const QStringList& arguments) {
                                 return true;
                             },
                             {parser.value(QStringLiteral("code")), parser.value(QStringLiteral("nom"))});
-    sayTables(outcome);
+    if (!wantsJson(parser)) sayTables(outcome);
     const QList<check::Fault> faults = check::run(outcome.session);
-    sayFaults(faults);
+    wantsJson(parser) ? sayData(dataOf(outcome, faults)) : sayFaults(faults);
     const bool isWhole = std::all_of(outcome.tables.begin(), outcome.tables.end(),
                                      [](const conversion::Converted& table) { return table.isWhole(); });
     return isWhole && faults.isEmpty() ? 0 : 1;
@@ -61,7 +78,8 @@ Command convertCommand() {
                 options.addOptions({{Societies, QStringLiteral("l'ajoute aux dossiers de l'installation CIBLE")},
                                     {QStringLiteral("code"), QStringLiteral("code société, s'il n'est pas lisible"),
                                      QStringLiteral("CE")},
-                                    {QStringLiteral("nom"), QStringLiteral("son nom"), QStringLiteral("nom")}});
+                                    {QStringLiteral("nom"), QStringLiteral("son nom"), QStringLiteral("nom")},
+                                    jsonOption()});
             },
             convert,
             2};

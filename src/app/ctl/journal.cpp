@@ -7,7 +7,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -23,7 +22,7 @@ void declare(Options& options) {
          {QStringLiteral("article"), QStringLiteral("d'un article"), QStringLiteral("REF")},
          {QStringLiteral("du"), QStringLiteral("depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
          {QStringLiteral("au"), QStringLiteral("jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
-         {QStringLiteral("json"), QStringLiteral("résultat en JSON")},
+         jsonOption(),
          {QStringLiteral("csv"), QStringLiteral("résultat en CSV")}});
 }
 
@@ -53,14 +52,14 @@ void sayJson(const QList<Record>& rows) {
         for (const Field* field : strhisto.fields()) object.insert(field->name, row.value(*field));
         array.append(object);
     }
-    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+    sayData(array);
 }
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {
     const QList<Record> rows =
         record_trail::find(sessionOf(parser, arguments[0]), subjectOf(parser), parser.value(QStringLiteral("du")),
                            parser.value(QStringLiteral("au")));
-    if (parser.isSet(QStringLiteral("json"))) {
+    if (wantsJson(parser)) {
         sayJson(rows);
         return 0;
     }

@@ -6,7 +6,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -34,9 +33,7 @@ void sayJson(const QList<migration::Moved>& tables, qsizetype faults) {
                                 {QStringLiteral("lus"), table.read},
                                 {QStringLiteral("repris"), table.stored},
                                 {QStringLiteral("differences"), QJsonArray::fromStringList(table.differing)}});
-    say(QString::fromUtf8(
-        QJsonDocument(QJsonObject{{QStringLiteral("tables"), told}, {QStringLiteral("defauts"), faults}})
-            .toJson(QJsonDocument::Compact)));
+    sayData(QJsonObject{{QStringLiteral("tables"), told}, {QStringLiteral("defauts"), faults}});
 }
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {

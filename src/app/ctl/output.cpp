@@ -5,6 +5,9 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace molven::ctl {
 
@@ -22,6 +25,11 @@ bool isOurs(const QString& path) {
 
 QCommandLineOption jsonOption() { return {QStringLiteral("json"), QStringLiteral("résultat en JSON")}; }
 bool wantsJson(const QCommandLineParser& parser) { return parser.isSet(QStringLiteral("json")); }
+
+void sayData(const QJsonValue& data) {
+    const QJsonDocument document = data.isArray() ? QJsonDocument(data.toArray()) : QJsonDocument(data.toObject());
+    say(QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+}
 
 QCommandLineOption replaceOption() { return {Replace, QStringLiteral("remplace le fichier s'il existe déjà")}; }
 

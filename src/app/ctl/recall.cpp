@@ -5,7 +5,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -20,7 +19,7 @@ void declare(Options& options) {
          {QStringLiteral("article"), QStringLiteral("référence de l'article"), QStringLiteral("REF")},
          {QStringLiteral("du"), QStringLiteral("reçu depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
          {QStringLiteral("au"), QStringLiteral("reçu jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
-         {QStringLiteral("json"), QStringLiteral("résultat en JSON")},
+         jsonOption(),
          {QStringLiteral("csv"), QStringLiteral("résultat en CSV")}});
 }
 
@@ -31,7 +30,7 @@ void sayJson(const QList<Record>& units) {
         for (const Field* field : strrappel.fields()) object.insert(field->name, unit.value(*field));
         array.append(object);
     }
-    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+    sayData(array);
 }
 
 void sayCsv(const QList<Record>& units) {
@@ -58,7 +57,7 @@ int run(const QCommandLineParser& parser, const QStringList& arguments) {
                             parser.value(QStringLiteral("article")), parser.value(QStringLiteral("du")),
                             parser.value(QStringLiteral("au"))};
     const QList<Record> units = recall::find(sessionOf(parser, arguments[0]), query);
-    if (parser.isSet(QStringLiteral("json")))
+    if (wantsJson(parser))
         sayJson(units);
     else if (parser.isSet(QStringLiteral("csv")))
         sayCsv(units);

@@ -5,22 +5,20 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
 
 namespace {
 
+double numberOf(const Decimal& value) { return value.toString().toDouble(); }
+
 QJsonObject jsonOf(const electronic::Line& line) {
     QJsonObject attributes;
     for (const electronic::Attribute& attribute : line.attributes) attributes.insert(attribute.name, attribute.value);
-    return {{QStringLiteral("ligne"), line.number},
-            {QStringLiteral("reference"), line.reference},
-            {QStringLiteral("designation"), line.name},
-            {QStringLiteral("quantite"), line.quantity.toString().toDouble()},
-            {QStringLiteral("prix"), line.price.toString().toDouble()},
-            {QStringLiteral("montant"), line.amount.toString().toDouble()},
+    return {{QStringLiteral("ligne"), line.number},         {QStringLiteral("reference"), line.reference},
+            {QStringLiteral("designation"), line.name},     {QStringLiteral("quantite"), numberOf(line.quantity)},
+            {QStringLiteral("prix"), numberOf(line.price)}, {QStringLiteral("montant"), numberOf(line.amount)},
             {QStringLiteral("attributs"), attributes}};
 }
 
@@ -33,7 +31,13 @@ QJsonObject jsonOf(const electronic::Invoice& invoice) {
             {QStringLiteral("monnaie"), invoice.currency},
             {QStringLiteral("vendeur"), invoice.seller.name},
             {QStringLiteral("acheteur"), invoice.buyer.name},
-            {QStringLiteral("lignes"), lines}};
+            {QStringLiteral("lignes"), lines},
+            {QStringLiteral("ht"), numberOf(invoice.base)},
+            {QStringLiteral("tva"), numberOf(invoice.vatTotal)},
+            {QStringLiteral("ttc"), numberOf(invoice.total)},
+            {QStringLiteral("acompte"), numberOf(invoice.paid)},
+            {QStringLiteral("net_a_payer"), numberOf(invoice.toPay)},
+            {QStringLiteral("echeance"), invoice.due.toString(Qt::ISODate)}};
 }
 
 } // namespace
@@ -46,7 +50,7 @@ Command receivedInvoiceCommand() {
             [](const QCommandLineParser& parser, const QStringList& arguments) {
                 const electronic::Invoice invoice = electronic::readFile(arguments[0]);
                 if (wantsJson(parser))
-                    say(QString::fromUtf8(QJsonDocument(jsonOf(invoice)).toJson(QJsonDocument::Compact)));
+                    sayData(jsonOf(invoice));
                 else
                     for (const QString& line : electronic::words(invoice)) say(line);
                 return 0;

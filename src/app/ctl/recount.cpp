@@ -7,7 +7,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -16,9 +15,7 @@ namespace {
 
 bool goOn(int, int) { return true; }
 
-void sayJson(const QJsonObject& object) {
-    say(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-}
+void sayJson(const QJsonObject& object) { sayData(object); }
 
 void sayResult(bool isJson, const QString& what, qint64 articles, qint64 changed, const QStringList& absent = {}) {
     if (isJson)
@@ -53,13 +50,13 @@ void declare(Options& options) {
         {{QStringLiteral("pamp"), QStringLiteral("recalcule aussi le prix moyen d'achat des articles suivis")},
          {QStringLiteral("du"), QStringLiteral("articles non suivis : depuis le JJ/MM/AAAA"), QStringLiteral("DATE")},
          {QStringLiteral("au"), QStringLiteral("articles non suivis : jusqu'au JJ/MM/AAAA"), QStringLiteral("DATE")},
-         {QStringLiteral("json"), QStringLiteral("résultat en JSON")}});
+         jsonOption()});
 }
 
 int run(const QCommandLineParser& parser, const QStringList& arguments) {
     const Session session = sessionOf(parser, arguments[0]);
     const QString from = parser.value(QStringLiteral("du")), to = parser.value(QStringLiteral("au"));
-    const bool isJson = parser.isSet(QStringLiteral("json")), withAverages = parser.isSet(QStringLiteral("pamp"));
+    const bool isJson = wantsJson(parser), withAverages = parser.isSet(QStringLiteral("pamp"));
     if (from.isEmpty() && to.isEmpty()) return recount(session, withAverages, isJson);
     if (withAverages) throw Refusal(QStringLiteral("pamp ne vaut que pour les articles suivis"));
     return rebuild(session, from, to, isJson);

@@ -7,7 +7,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -16,8 +15,8 @@ namespace {
 
 void declare(Options& options) {
     options.addOption(dossierOption());
-    options.addOptions({{QStringLiteral("depot"), QStringLiteral("un dépôt seulement"), QStringLiteral("CODE")},
-                        {QStringLiteral("json"), QStringLiteral("résultat en JSON")}});
+    options.addOptions(
+        {{QStringLiteral("depot"), QStringLiteral("un dépôt seulement"), QStringLiteral("CODE")}, jsonOption()});
 }
 
 void sayJson(const QList<Record>& rows) {
@@ -31,7 +30,7 @@ void sayJson(const QList<Record>& rows) {
         }
         array.append(object);
     }
-    say(QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+    sayData(array);
 }
 
 void sayLines(const QList<Record>& rows) {
@@ -53,7 +52,7 @@ int run(const QCommandLineParser& parser, const QStringList& arguments) {
     if (!depot.isEmpty() && !parameters::find(molven, list::Depot, depot))
         throw Refusal(QStringLiteral("Ce dépôt n'existe pas"));
     const QList<Record> rows = replenishment::shortages(molven, depot);
-    if (parser.isSet(QStringLiteral("json")))
+    if (wantsJson(parser))
         sayJson(rows);
     else
         sayLines(rows);

@@ -4,6 +4,8 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
 
 namespace molven::ctl {
 
@@ -15,6 +17,11 @@ int restore(const QCommandLineParser& parser, const QStringList& arguments) {
     const auto outcome =
         restoration::restore(arguments[0], arguments[1], parser.value(QStringLiteral("dossier")),
                              parser.isSet(Partial) ? restoration::Extent::Partial : restoration::Extent::Whole);
+    if (wantsJson(parser)) {
+        sayData(QJsonObject{{QStringLiteral("repris"), QJsonArray::fromStringList(outcome.files)},
+                            {QStringLiteral("avant"), outcome.setAside}});
+        return 0;
+    }
     say(QStringLiteral("fichiers repris : ") + outcome.files.join(QStringLiteral(", ")));
     say(QStringLiteral("fichiers d'avant : ") + QDir::toNativeSeparators(outcome.setAside));
     return 0;
@@ -29,6 +36,7 @@ Command restoreCommand() {
             [](Options& options) {
                 options.addOption(dossierOption());
                 options.addOption({Partial, QStringLiteral("reprend une sauvegarde où des fichiers manquent")});
+                options.addOption(jsonOption());
             },
             restore,
             2};

@@ -6,7 +6,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -20,13 +19,10 @@ int run(const QCommandLineParser& parser, const QStringList& arguments) {
     if (!server_address::isOne(address))
         throw Refusal(QStringLiteral("Adresse de serveur incorrecte : %1").arg(address));
     if (parser.isSet(Preparing))
-        for (const QString& line : server_setup::prepare(address))
-            parser.isSet(QStringLiteral("json")) ? complain(line) : say(line);
+        for (const QString& line : server_setup::prepare(address)) wantsJson(parser) ? complain(line) : say(line);
     const QStringList faults = server_setup::faults(address);
     if (wantsJson(parser)) {
-        say(QString::fromUtf8(
-            QJsonDocument(QJsonObject{{QStringLiteral("defauts"), QJsonArray::fromStringList(faults)}})
-                .toJson(QJsonDocument::Compact)));
+        sayData(QJsonObject{{QStringLiteral("defauts"), QJsonArray::fromStringList(faults)}});
     } else {
         for (const QString& fault : faults) say(fault);
         if (faults.isEmpty()) say(QStringLiteral("serveur prêt"));

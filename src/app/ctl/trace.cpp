@@ -4,7 +4,6 @@
 
 #include <QCommandLineParser>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace molven::ctl {
@@ -33,7 +32,7 @@ QJsonObject object(const UnitTrail& trail) {
 
 int trace(const QCommandLineParser& parser, const QStringList& arguments) {
     const UnitHistory history = unit_history::find(sessionOf(parser, arguments[0]), arguments[1]);
-    if (!parser.isSet(QStringLiteral("json"))) {
+    if (!wantsJson(parser)) {
         for (const QString& line : unit_history::lines(history)) say(line);
         return 0;
     }
@@ -41,7 +40,7 @@ int trace(const QCommandLineParser& parser, const QStringList& arguments) {
                              {QStringLiteral("libelle"), history.label},
                              {QStringLiteral("en_cours"), object(history.current)},
                              {QStringLiteral("archive"), object(history.archived)}};
-    say(QString::fromUtf8(QJsonDocument(result).toJson(QJsonDocument::Compact)));
+    sayData(result);
     return 0;
 }
 
@@ -53,7 +52,7 @@ Command traceCommand() {
             QStringLiteral("DIR IMMAT"),
             [](Options& options) {
                 options.addOption(dossierOption());
-                options.addOption({QStringLiteral("json"), QStringLiteral("résultat en JSON")});
+                options.addOption(jsonOption());
             },
             trace,
             2};

@@ -1,5 +1,6 @@
 #include "accounting/document_entries.h"
 #include "accounting/transfer.h"
+#include "data/format.h"
 #include "dossier/check/checks.h"
 #include "sales/documents.h"
 #include "sales/other_folders.h"
@@ -41,7 +42,7 @@ private:
             entered_[one.group] = {one.sums[0], one.sums[1], {}};
             if (one.sums[0] != one.sums[1])
                 tell(nameOf(one.group[1], one.group[2]),
-                     QStringLiteral("débit %1, crédit %2").arg(one.sums[0].toFixed(2), one.sums[1].toFixed(2)));
+                     QStringLiteral("débit %1, crédit %2").arg(amountText(one.sums[0]), amountText(one.sums[1])));
         }
         for (const Summary& one :
              compta.summary(e, document, {&e.ecr_deb, &e.ecr_cre}, startsWith(e.ecr_cpt, ClientAccountStart)))
@@ -62,9 +63,8 @@ private:
             }
             found->isUsed = true;
             if (found->client != total)
-                tell(
-                    nameOf(header[0], header[1]),
-                    QStringLiteral("T.T.C. %1, écriture du client %2").arg(total.toFixed(2), found->client.toFixed(2)));
+                tell(nameOf(header[0], header[1]), QStringLiteral("T.T.C. %1, écriture du client %2")
+                                                       .arg(amountText(total), amountText(found->client)));
         }
     }
 

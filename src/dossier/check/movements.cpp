@@ -1,5 +1,6 @@
 #include "dossier/check/checks.h"
 
+#include "data/format.h"
 #include "data/journal_tables.h"
 #include "dossier/demo.h"
 #include "reference/articles.h"
@@ -30,7 +31,7 @@ QString faultOf(Database molven, const Record& movement) {
     if (kind != movement::Entry && kind != movement::Exit && kind != movement::Inventory)
         return QStringLiteral("mouvement « %1 » : ni entrée, ni sortie, ni inventaire").arg(kind);
     if (!(movement[m.qte_stk] > Decimal(0)))
-        return QStringLiteral("mouvement de quantité %1").arg(movement[m.qte_stk].toString());
+        return QStringLiteral("mouvement de quantité %1").arg(shown(movement[m.qte_stk]));
     const auto article = articles::find(molven, movement[m.ref_stk]);
     if (article && article->value(strarticle.art_aig) != follow_up::ByMovements)
         return QStringLiteral("mouvement d'un article qui n'est pas tenu par quantité");
@@ -104,7 +105,7 @@ void checkMovements(references::Files& files, const Session& session, Faults& fa
         faults.append({MovementsFile,
                        article.key(),
                        QStringLiteral("art_stk = %1 pour %2 d'après les mouvements et les documents")
-                           .arg(stock.toString(), expected.toString()),
+                           .arg(shown(stock), shown(expected)),
                        &kind::Movements,
                        {molven.path(), &strarticle, article.key()}});
     }

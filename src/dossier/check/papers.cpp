@@ -2,6 +2,7 @@
 
 #include "data/clock.h"
 #include "data/dates.h"
+#include "data/format.h"
 #include "data/journal_tables.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
@@ -58,7 +59,7 @@ Place placeOf(const references::Files::Searched& searched, const Family& family,
 /// "TTC 7.00 pour 94.95", or the first other total that differs; empty when none does.
 QString difference(const DocumentHeaders& table, const Record& stored, const Record& expected) {
     const auto words = [&](const QString& title, const Number& field) {
-        return QStringLiteral("%1 %2 pour %3").arg(title, stored[field].toFixed(2), expected[field].toFixed(2));
+        return QStringLiteral("%1 %2 pour %3").arg(title, amountText(stored[field]), amountText(expected[field]));
     };
     if (stored[table.fac_ttc] != expected[table.fac_ttc]) return words(QStringLiteral("TTC"), table.fac_ttc);
     for (const Number* field : totals::fields(table))

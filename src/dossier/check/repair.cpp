@@ -1,4 +1,5 @@
 #include "data/errors.h"
+#include "data/format.h"
 #include "data/journal_tables.h"
 #include "data/layout.h"
 #include "dossier/check/checks.h"
@@ -49,8 +50,7 @@ QStringList recount(Database molven, const QStringList& references) {
         const Decimal stock = article[strarticle.art_stk], counted = static_cast<long long>(count.unsold - count.away);
         if (count.allows(stock)) continue;
         molven.update(strarticle, {{strarticle.art_stk, counted.toString()}}, strarticle.art_ref == reference);
-        mended.append(
-            QStringLiteral("article %1 : stock %2 -> %3").arg(reference, stock.toString(), counted.toString()));
+        mended.append(QStringLiteral("article %1 : stock %2 -> %3").arg(reference, shown(stock), shown(counted)));
     }
     return mended;
 }
@@ -71,9 +71,9 @@ QStringList total(Database file, const Family& family, const QString& key) {
             changes.append({*field, right.value(*field)});
     if (changes.isEmpty()) return {};
     file.update(table, changes, document);
-    return {
-        QStringLiteral("%1 %2 : TTC %3 -> %4")
-            .arg(family.name, header[table.fac_no], header[table.fac_ttc].toFixed(2), right[table.fac_ttc].toFixed(2))};
+    return {QStringLiteral("%1 %2 : TTC %3 -> %4")
+                .arg(family.name, header[table.fac_no], amountText(header[table.fac_ttc]),
+                     amountText(right[table.fac_ttc]))};
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "dossier/check/checks.h"
 
+#include "data/format.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "sales/record_trail.h"
@@ -34,7 +35,7 @@ void checkQuantities(references::Files& files, Faults& faults) {
         if (const Decimal stock = row[strarticle.art_stk]; !counted.allows(stock))
             faults.append({MolvenFile,
                            reference,
-                           QStringLiteral("art_stk = %1 pour %2 unités").arg(stock.toString()).arg(counted.unsold),
+                           QStringLiteral("art_stk = %1 pour %2 unités").arg(shown(stock)).arg(counted.unsold),
                            &kind::Quantities,
                            {files[DataFile::Molven].path(), &strarticle, reference}});
     }
@@ -94,7 +95,7 @@ void checkCompositions(Database ancillaire, Faults& faults) {
         if (totals.value(type.key()) != *type)
             faults.append({SetsFile, type.key(),
                            QStringLiteral("nomenclature de %1 unités, %2 sur la ligne 000")
-                               .arg(type->toString(), totals.value(type.key()).toString()),
+                               .arg(shown(*type), shown(totals.value(type.key()))),
                            &kind::Sets});
 }
 

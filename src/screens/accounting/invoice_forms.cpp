@@ -20,7 +20,7 @@ namespace molven {
 
 namespace {
 
-const QString GroupBox = QStringLiteral("Cmbtri");
+const QString GroupBox = QStringLiteral("Cmbtri"), Apart = QStringLiteral("   ");
 
 bool isCredit(const Record& header) { return documents::isOfKind(documentKind(QStringLiteral("AVO")), header); }
 
@@ -46,6 +46,31 @@ struct Sums {
         ttc += header[strface.fac_ttc];
         due += header[strface.fac_ffa];
     }
+};
+
+/// By currency: amounts of two are never added up.
+class SumsByCurrency {
+public:
+    explicit SumsByCurrency(const Session& session) : own_(session.spe_mon.trimmed()) {}
+    void add(const Record& header) { sums_[currencyOf(header)].add(header); }
+    /// The company's for a document that names none.
+    QString currencyOf(const Record& header) const {
+        const QString currency = header[strface.fac_mon].trimmed();
+        return currency.isEmpty() ? own_ : currency;
+    }
+    bool isOwn(const QString& currency) const { return currency == own_; }
+    /// What each comes to; the currency is told behind when it is another than the company's.
+    template <class Words>
+    QStringList lines(const Words& words) const {
+        QStringList all;
+        for (auto one = sums_.begin(); one != sums_.end(); ++one)
+            all.append(words(*one) + (isOwn(one.key()) ? QString() : u' ' + one.key()));
+        return all.isEmpty() ? QStringList(words(Sums())) : all;
+    }
+
+private:
+    QString own_;
+    QMap<QString, Sums> sums_;
 };
 
 QList<GridColumn> invoiceColumns() {
@@ -117,10 +142,12 @@ void InvoiceListForm::list() {
     invoices_.clear();
     period_ = typedPeriod(criteria().value(From), criteria().value(To));
     invoices_ = found();
-    Sums sums;
+    SumsByCurrency sums(session());
     for (const Record& header : invoices_) sums.add(header);
-    showRows(invoices_, QStringLiteral("%1, total T.T.C. : %2")
-                            .arg(counted(invoices_.size(), QStringLiteral("document")), format(sums.ttc, Amount)));
+    const QStringList totals = sums.lines([](const Sums& one) { return format(one.ttc, Amount); });
+    showRows(invoices_,
+             QStringLiteral("%1, total T.T.C. : %2")
+                 .arg(counted(invoices_.size(), QStringLiteral("document")), totals.join(QStringLiteral(", "))));
 }
 
 void InvoiceListForm::openDocument(const Record& header) {
@@ -169,6 +196,9 @@ Letter StatementForm::letterTo(const QString& client, const QList<Record>& invoi
     letter.placeAndDate = QStringLiteral("Le ") + dateText(Clock::today());
     letter.subject = QStringLiteral("RELEVE DE FACTURES") + period_.words();
     letter.paragraphs = {QStringLiteral("Client : ") + client};
+    const SumsByCurrency currencies(session());
+    if (const QString currency = currencies.currencyOf(invoices.first()); !currencies.isOwn(currency))
+        letter.paragraphs.append(QStringLiteral("Montants en ") + currency);
     letter.columns = {{QStringLiteral("Date")},         {QStringLiteral("Pièce")},       {QStringLiteral("Référence")},
                       {QStringLiteral("Patient")},      {QStringLiteral("Echéance")},    {QStringLiteral("H.T."), true},
                       {QStringLiteral("T.V.A."), true}, {QStringLiteral("T.T.C."), true}};
@@ -189,11 +219,13 @@ Letter StatementForm::letterTo(const QString& client, const QList<Record>& invoi
 
 void StatementForm::print() {
     list();
-    QMap<QString, QList<Record>> byClient;
-    for (const Record& header : invoices_) byClient[header[strface.fac_clt]].append(header);
+    const SumsByCurrency currencies(session());
+    QMap<std::pair<QString, QString>, QList<Record>> statements;
+    for (const Record& header : invoices_)
+        statements[{header[strface.fac_clt], currencies.currencyOf(header)}].append(header);
     QList<Letter> letters;
-    for (auto client = byClient.begin(); client != byClient.end(); ++client)
-        letters.append(letterTo(client.key(), client.value()));
+    for (auto one = statements.begin(); one != statements.end(); ++one)
+        letters.append(letterTo(one.key().first, one.value()));
     desk().print(printed(letters, QStringLiteral("RELEVE DE FACTURES")));
 }
 
@@ -247,24 +279,33 @@ void DueDateForm::print() {
                         QStringList{QStringLiteral("échéance"), QStringLiteral("client"),
                                     QStringLiteral("mode de règlement")}[criteria().choice(GroupBox)],
                         dateText(Clock::today())));
-    Sums all, ofGroup, overdue;
+    report.say(typedClients().words());
+    const SumsByCurrency none(session());
+    SumsByCurrency all = none, ofGroup = none, overdue = none;
+    const auto ttcAndDue = [](const Sums& one) {
+        return QStringLiteral("T.T.C. %1   à régler %2").arg(format(one.ttc, Amount), format(one.due, Amount));
+    };
     for (qsizetype i = 0; i < invoices_.size(); ++i) {
         const Record& header = invoices_[i];
-        const QString group = groupOf(header);
-        if (i == 0 || groupOf(invoices_[i - 1]) != group) report.group(group);
-        for (Sums* sums : {&all, &ofGroup}) sums->add(header);
+        const QString group = invoice_listing::groupKey(header, grouping());
+        const auto isApart = [&](qsizetype other) {
+            return other < 0 || other == invoices_.size() ||
+                   invoice_listing::groupKey(invoices_[other], grouping()) != group;
+        };
+        if (isApart(i - 1)) report.group(groupOf(header));
+        for (SumsByCurrency* sums : {&all, &ofGroup}) sums->add(header);
         if (isOverdue(header)) overdue.add(header);
         report.row({dayOfKey(invoice_listing::dueKey(header)), kindOf(header) + u' ' + header[h.fac_no],
                     header[h.fac_datf], header[h.fac_clt], header[h.fac_nom], header[h.fac_rglt],
                     format(header[h.fac_ttc], Amount), format(header[h.fac_ffa], Amount),
                     isOverdue(header) ? QStringLiteral("échue") : QString()});
-        if (i + 1 < invoices_.size() && groupOf(invoices_[i + 1]) == group) continue;
-        report.total(QStringLiteral("Total : T.T.C. %1   à régler %2")
-                         .arg(format(ofGroup.ttc, Amount), format(ofGroup.due, Amount)));
-        ofGroup = {};
+        if (!isApart(i + 1)) continue;
+        report.total(QStringLiteral("Total : ") + ofGroup.lines(ttcAndDue).join(Apart));
+        ofGroup = none;
     }
-    report.total(QStringLiteral("TOTAUX : T.T.C. %1   à régler %2   dont échues %3")
-                     .arg(format(all.ttc, Amount), format(all.due, Amount), format(overdue.due, Amount)));
+    const QStringList late = overdue.lines([](const Sums& one) { return format(one.due, Amount); });
+    report.total(
+        QStringLiteral("TOTAUX : %1   dont échues %2").arg(all.lines(ttcAndDue).join(Apart), late.join(Apart)));
     report.count();
     desk().print(report);
 }
