@@ -329,7 +329,7 @@ void nameSeller(const Session& session) {
         {&e.emt_iban, "FR7619999000010000012345602"},
         {&e.emt_bic, "DEMOFR2L"},
         {&e.emt_exo, "Exonération, article 261 du code général des impôts"}};
-    for (const auto& [field, value] : values) identity.set(*field, QString::fromLatin1(value));
+    for (const auto& [field, value] : values) identity.set(*field, QString::fromUtf8(value));
     seller::save(molven, identity, unknown);
 }
 

@@ -132,7 +132,7 @@ QWidget* ReceiptForm::buildReceipt() {
     layout->addLayout(quantityRow(box));
     layout->addWidget(priceNotice(session(), box));
     layout->addWidget(serials_, 1);
-    layout->addStretch();
+    layout->addStretch(1);
     layout->addLayout(buttons);
     setTabOrder(quantity_, validate_); // what validates comes first
     setTabOrder(validate_, finish);
