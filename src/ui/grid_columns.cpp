@@ -19,7 +19,7 @@ namespace {
 
 constexpr int LooksAtRows = 40;     ///< for the width of a column
 constexpr int Widest = 420;         ///< that contents make a column
-constexpr int NarrowestWords = 120; ///< that a lack of room makes a column of words
+constexpr int NarrowestWords = 100; ///< that a lack of room makes a column of words
 constexpr int Padding = 14;
 
 } // namespace

@@ -174,7 +174,7 @@ TEST_F(Home, AsksBeforeATabWithTypedWorkIsClosed) {
         typed.append(form);
     }
     for (const auto& [form, box] :
-         {std::pair(typed[0], "txtclt_nom"), std::pair(typed[1], "txtfou_nom"), std::pair(typed[2], "Txtlibelle1")})
+         {std::pair(typed[0], "txtclt_nom"), std::pair(typed[1], "txtfou_nom"), std::pair(typed[2], "txtli1")})
         form->findChild<QLineEdit*>(QString::fromLatin1(box))->setText(QStringLiteral("A MOITIE"));
     const std::pair<std::function<void()>, QList<bool>> ways[]{
         {[&] { tabs()->tabCloseRequested(1); }, {false}},
