@@ -206,6 +206,14 @@ QList<Record> DepotCount::rows(const QString& verdict) const {
     return found;
 }
 
+QHash<QString, QString> DepotCount::verdicts() const {
+    QHash<QString, QString> told;
+    for (const Record& row : closed_) told.insert(row[Row.lig_imm], row[Row.lig_con]);
+    for (const QString& unit : expected_.keys()) told.insert(unit, verdict::Missing);
+    for (auto read = read_.begin(); read != read_.end(); ++read) told.insert(read.key(), (*read)[Row.lig_con]);
+    return told;
+}
+
 QList<Record> DepotCount::readings() const {
     if (isClosed()) {
         QList<Record> found;

@@ -52,6 +52,8 @@ public:
     QList<Record> rows(const QString& verdict) const;
     QList<Record> readings() const;
     Freshness freshnessOf(const Record& row) const;
+    /// Verdict by immatriculation, of every unit that was read or is expected.
+    QHash<QString, QString> verdicts() const;
 
     struct Reading {
         Record row;
@@ -114,7 +116,7 @@ Record requireOpen(Database molven, const Record& count);
 using Progress = std::function<bool(int done, int total)>;
 /// Closes a count in one transaction: the verdict of every unit read, and the missing ones. Throws Refusal when it is
 /// no longer as its user saw it, or without any reading. Answers it closed.
-Record close(Database molven, const Record& count, const CountTally& seen, const Progress& progress = {});
+Record close(Database molven, const DepotCount& seen, const Progress& progress = {});
 /// Deletes an open count.
 void drop(Database molven, const Record& count);
 
