@@ -79,7 +79,7 @@ private:
     void readReadings();
     void readClosed();
     void judge(Record& row, const std::optional<Record>& unit) const;
-    void judgeAll();
+    void judge(const QString& unit, Record& row) const;
     void tell(const Record& row, int sign);
     void tellAll();
     bool isExpected(const QString& state, const QString& depot) const;
@@ -87,6 +87,8 @@ private:
     Named best(const Criterion& fits, const QString& reference) const;
     void begin();
     void followOthers();
+    bool takeReadingsOfOthers();
+    Criterion isThere() const;
 
     mutable Database molven_;
     Record header_;

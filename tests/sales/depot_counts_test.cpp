@@ -121,6 +121,35 @@ TEST_F(CountsOfDepots, AreKeptByTwoWorkstationsAtOnceAndEndOnce) {
     EXPECT_EQ(faultsOf(dossier.session), QStringList());
 }
 
+TEST_F(CountsOfDepots, FollowWhateverAnotherWorkstationDoesBetweenTwoReadings) {
+    Workspace workspaceOfOther;
+    Database other = workspaceOfOther.open(dossier.session.molven());
+    DepotCount ours = countOf(molven);
+    ours.read(units[0]);
+    DepotCount theirs = countOf(other);
+    const auto moveTo = [&](const QString& unit, const char* depot) {
+        other.update(strproduit, {{strproduit.num_dep, QString::fromLatin1(depot)}}, strproduit.imm_art == unit);
+    };
+    const std::function<void()> deeds[]{[&] { theirs.read(units[1]); },
+                                        [&] { theirs.read(units[8]); }, // of another depot
+                                        [&] { theirs.read(units[1]); }, // again
+                                        [&] { theirs.takeBack(units[1]); },
+                                        [&] { moveTo(units[8], "101"); },
+                                        [&] { moveTo(units[2], "001"); },
+                                        [&] { moveTo(units[9], "101"); },
+                                        [&] { theirs.describe({}, QStringLiteral("AUTRE"), 120); },
+                                        [&] { theirs.takeBack(units[0]); }};
+    for (const auto& deed : deeds) {
+        deed();
+        ours.read(units[3]);
+        const DepotCount fresh = countOf(molven);
+        EXPECT_EQ(figuresOf(ours), figuresOf(fresh));
+        EXPECT_EQ(ours.verdicts(), fresh.verdicts());
+        EXPECT_EQ(ours.tally(), fresh.tally());
+        EXPECT_EQ(ours.header()[strinvdep.inv_moi], fresh.header()[strinvdep.inv_moi]);
+    }
+}
+
 TEST_F(CountsOfDepots, TellAUnitThatADocumentMovedSinceItWasRead) {
     DepotCount count = countOf(molven);
     count.read(units[0]);
