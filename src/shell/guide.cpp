@@ -8,6 +8,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace molven::guide {
 
 namespace {
@@ -87,9 +89,10 @@ void fitPictures(QTextDocument& document, int width) {
             if (!fragment.charFormat().isImageFormat()) continue;
             QTextImageFormat picture = fragment.charFormat().toImageFormat();
             const QSize size = QImageReader(QStringLiteral(":/guide/") + picture.name()).size();
-            if (size.width() <= width) continue;
-            picture.setWidth(width);
-            picture.setHeight(1.0 * size.height() * width / size.width());
+            const int shown = std::min(width, size.width());
+            if (shown == qRound(picture.width())) continue;
+            picture.setWidth(shown);
+            picture.setHeight(1.0 * size.height() * shown / size.width());
             QTextCursor cursor(&document);
             cursor.setPosition(fragment.position());
             cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);

@@ -75,7 +75,7 @@ void DepotCount::refresh() {
     } else {
         readExpected();
         if (isBegun()) readReadings();
-        judgeAll();
+        for (auto read = read_.begin(); read != read_.end(); ++read) judge(read.key(), *read);
     }
     tellAll();
 }
@@ -84,11 +84,14 @@ bool DepotCount::isExpected(const QString& unitState, const QString& depot) cons
     return unitState == state::InStock && depot == header_[strinvdep.inv_dep];
 }
 
+Criterion DepotCount::isThere() const {
+    return strproduit.num_dep == header_[strinvdep.inv_dep] && strproduit.tes_vte == state::InStock;
+}
+
 void DepotCount::readExpected() {
     QList<const Field*> fields;
     for (const Copied& copied : copiedFields()) fields.append(&copied.from);
-    const Criterion there = strproduit.num_dep == header_[strinvdep.inv_dep] && strproduit.tes_vte == state::InStock;
-    for (const QStringList& values : molven_.values(strproduit, fields, there)) {
+    for (const QStringList& values : molven_.values(strproduit, fields, isThere())) {
         Record row(Row);
         for (qsizetype i = 0; i < values.size(); ++i) row.set(copiedFields()[i].to, values[i]);
         row[Row.lig_con] = verdict::Missing;
@@ -136,18 +139,13 @@ void DepotCount::judge(Record& row, const std::optional<Record>& unit) const {
         row.set(*field, now.value(*field));
 }
 
-void DepotCount::judgeAll() {
-    for (auto read = read_.begin(); read != read_.end(); ++read) {
-        const auto expected = expected_.constFind(read.key());
-        if (expected == expected_.constEnd()) {
-            judge(*read, unitOf(molven_, read.key()));
-            continue;
-        }
-        read->set(Row.lig_con, verdict::Found);
-        for (const Text* field : {&Row.lig_tes, &Row.lig_dep, &Row.lig_vte, &Row.lig_tri})
-            read->set(*field, expected->value(*field));
-        read->set(Row.lig_sit, situationOf(*read));
-    }
+void DepotCount::judge(const QString& unit, Record& row) const {
+    const auto expected = expected_.constFind(unit);
+    if (expected == expected_.constEnd()) return judge(row, unitOf(molven_, unit));
+    row.set(Row.lig_con, verdict::Found);
+    for (const Text* field : {&Row.lig_tes, &Row.lig_dep, &Row.lig_vte, &Row.lig_tri})
+        row.set(*field, expected->value(*field));
+    row.set(Row.lig_sit, situationOf(row));
 }
 
 Freshness DepotCount::freshnessOf(const Record& row) const {
@@ -204,6 +202,14 @@ QList<Record> DepotCount::rows(const QString& verdict) const {
         return a[Row.lig_ref] + a[Row.lig_imm] < b[Row.lig_ref] + b[Row.lig_imm];
     });
     return found;
+}
+
+QHash<QString, QString> DepotCount::verdicts() const {
+    QHash<QString, QString> told;
+    for (const Record& row : closed_) told.insert(row[Row.lig_imm], row[Row.lig_con]);
+    for (const QString& unit : expected_.keys()) told.insert(unit, verdict::Missing);
+    for (auto read = read_.begin(); read != read_.end(); ++read) told.insert(read.key(), (*read)[Row.lig_con]);
+    return told;
 }
 
 QList<Record> DepotCount::readings() const {
@@ -274,7 +280,53 @@ void DepotCount::begin() {
 
 /// What was written elsewhere since is read again; our own readings are known.
 void DepotCount::followOthers() {
-    if (molven_.changesElsewhere() != version_) refresh();
+    const qint64 version = molven_.changesElsewhere();
+    if (version == version_) return;
+    if (!isBegun() || !takeReadingsOfOthers()) return refresh();
+    version_ = version;
+}
+
+/// Takes in what other workstations read, the usual change while several count; false when there was another: a unit
+/// left or came, a reading was taken back or repeated, the count was described otherwise.
+bool DepotCount::takeReadingsOfOthers() {
+    const auto now = molven_.find(strinvdep, strinvdep.inv_no == header_[strinvdep.inv_no]);
+    if (!now || !(*now == header_)) return false;
+    qsizetype there = 0;
+    for (const QStringList& unit : molven_.values(strproduit, {&strproduit.imm_art}, isThere()))
+        if (expected_.contains(unit.first()))
+            ++there;
+        else
+            return false;
+    if (there != expected_.size()) return false;
+    const Criterion ofCount = strinvlig.lig_no == header_[strinvdep.inv_no];
+    const QString last = order_.isEmpty() ? QString() : read_.value(order_.first(), Record(Row)).value(Row.lig_jou);
+    for (const Record& line :
+         molven_.select(strinvlig, ofCount && strinvlig.lig_jou >= last, {strinvlig.lig_jou, strinvlig.lig_imm})) {
+        const QString unit = line[strinvlig.lig_imm];
+        if (read_.contains(unit)) continue;
+        Record row(Row);
+        row.copyFrom(line);
+        judge(unit, row);
+        order_.prepend(unit);
+        tell(row, 1);
+        read_.insert(unit, row);
+    }
+    qint64 lines = 0;
+    Decimal readings;
+    for (const Summary& all : molven_.summary(strinvlig, {}, {&strinvlig.lig_lec}, ofCount)) {
+        lines = all.count;
+        readings = all.sums.first();
+    }
+    if (lines != read_.size()) return false;
+    for (const Record& row : std::as_const(read_)) readings = readings - row[Row.lig_lec];
+    if (readings != Decimal()) return false;
+    for (auto read = read_.begin(); read != read_.end(); ++read) {
+        if (expected_.contains(read.key())) continue;
+        tell(*read, -1);
+        judge(read.key(), *read);
+        tell(*read, 1);
+    }
+    return true;
 }
 
 DepotCount::Reading DepotCount::read(const QString& scanned) {

@@ -84,13 +84,14 @@ Record requireOpen(Database molven, const Record& count) {
     return now;
 }
 
-Record close(Database molven, const Record& count, const CountTally& seen, const Progress& progress) {
+Record close(Database molven, const DepotCount& seen, const Progress& progress) {
     Transaction transaction(molven.workspace(), QStringLiteral("Clôture d'un inventaire"));
-    require(!count[strinvdep.inv_no].isEmpty(), "Aucune unité n'a été lue", strinvdep.inv_dep);
-    Record closed = requireOpen(molven, count);
+    require(seen.isBegun(), "Aucune unité n'a été lue", strinvdep.inv_dep);
+    Record closed = requireOpen(molven, seen.header());
     const DepotCount fresh(molven, closed);
-    require(fresh.tally() == seen, "L'inventaire a changé sur un autre poste : vérifiez les nombres, puis clôturez",
-            strinvdep.inv_dep);
+    // The figures alone would not tell one unit from another that took its place.
+    require(fresh.tally() == seen.tally() && fresh.verdicts() == seen.verdicts(),
+            "L'inventaire a changé sur un autre poste : vérifiez les nombres, puis clôturez", strinvdep.inv_dep);
     writeVerdicts(molven, closed, fresh);
     const QList<Record> missing = fresh.rows(verdict::Missing);
     for (qsizetype i = 0; i < missing.size(); ++i) {

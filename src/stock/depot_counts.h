@@ -52,6 +52,8 @@ public:
     QList<Record> rows(const QString& verdict) const;
     QList<Record> readings() const;
     Freshness freshnessOf(const Record& row) const;
+    /// Verdict by immatriculation, of every unit that was read or is expected.
+    QHash<QString, QString> verdicts() const;
 
     struct Reading {
         Record row;
@@ -77,7 +79,7 @@ private:
     void readReadings();
     void readClosed();
     void judge(Record& row, const std::optional<Record>& unit) const;
-    void judgeAll();
+    void judge(const QString& unit, Record& row) const;
     void tell(const Record& row, int sign);
     void tellAll();
     bool isExpected(const QString& state, const QString& depot) const;
@@ -85,6 +87,8 @@ private:
     Named best(const Criterion& fits, const QString& reference) const;
     void begin();
     void followOthers();
+    bool takeReadingsOfOthers();
+    Criterion isThere() const;
 
     mutable Database molven_;
     Record header_;
@@ -114,7 +118,7 @@ Record requireOpen(Database molven, const Record& count);
 using Progress = std::function<bool(int done, int total)>;
 /// Closes a count in one transaction: the verdict of every unit read, and the missing ones. Throws Refusal when it is
 /// no longer as its user saw it, or without any reading. Answers it closed.
-Record close(Database molven, const Record& count, const CountTally& seen, const Progress& progress = {});
+Record close(Database molven, const DepotCount& seen, const Progress& progress = {});
 /// Deletes an open count.
 void drop(Database molven, const Record& count);
 

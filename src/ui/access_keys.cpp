@@ -36,6 +36,24 @@ QSet<QChar> accessKeysOf(const QWidget& window) {
     return keys;
 }
 
+QList<QWidget*> tabStopsOf(const QLayout& layout) {
+    QList<QWidget*> stops;
+    for (int i = 0; i < layout.count(); ++i) {
+        const QLayoutItem* item = layout.itemAt(i);
+        QWidget* part = const_cast<QLayoutItem*>(item)->widget();
+        const QLayout* inner = part ? part->layout() : const_cast<QLayoutItem*>(item)->layout();
+        if (part && part->focusPolicy() & Qt::TabFocus)
+            stops.append(part);
+        else if (inner)
+            stops += tabStopsOf(*inner);
+    }
+    return stops;
+}
+
+void tabThrough(const QList<QWidget*>& stops) {
+    for (qsizetype i = 1; i < stops.size(); ++i) QWidget::setTabOrder(stops[i - 1], stops[i]);
+}
+
 void giveAccessKeys(QWidget& window) {
     QSet<QChar> taken = accessKeysOf(window);
     for (auto* label : window.findChildren<QLabel*>()) {

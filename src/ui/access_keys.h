@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QSet>
 
+class QLayout;
 class QWidget;
 
 namespace molven {
@@ -13,5 +15,10 @@ void giveAccessKeys(QWidget& window);
 
 /// The letters that the buttons and captioned boxes of a window answer to.
 QSet<QChar> accessKeysOf(const QWidget& window);
+
+/// What Tab can reach in a layout, as one reads it.
+QList<QWidget*> tabStopsOf(const QLayout& layout);
+/// Makes Tab go through these in turn.
+void tabThrough(const QList<QWidget*>& stops);
 
 } // namespace molven

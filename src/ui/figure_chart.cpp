@@ -5,6 +5,7 @@
 #include <QBarCategoryAxis>
 #include <QBarSet>
 #include <QChart>
+#include <QEvent>
 #include <QHorizontalBarSeries>
 #include <QLegend>
 #include <QLineSeries>
@@ -33,6 +34,36 @@ FigureChart::FigureChart(const QString& name, QWidget* parent) : QChartView(new 
     chart()->setBackgroundRoundness(0);
     chart()->setMargins({Margin, Margin, Margin, Margin});
     chart()->legend()->setAlignment(Qt::AlignBottom);
+    wearColours();
+}
+
+void FigureChart::changeEvent(QEvent* event) {
+    QChartView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) wearColours();
+}
+
+/// Those of the program, also before there are figures and when the system turns dark or light meanwhile.
+void FigureChart::wearColours() {
+    chart()->setTitleBrush(palette().text());
+    chart()->setBackgroundBrush(palette().base());
+    chart()->legend()->setLabelColor(palette().color(QPalette::Text));
+    for (QAbstractAxis* axis : chart()->axes()) {
+        axis->setLabelsColor(palette().color(QPalette::Text));
+        axis->setGridLineColor(palette().color(QPalette::Mid));
+        axis->setLinePenColor(palette().color(QPalette::Mid));
+    }
+    std::size_t at = 0;
+    for (QAbstractSeries* drawn : chart()->series()) {
+        if (auto* line = qobject_cast<QLineSeries*>(drawn)) line->setPen(QPen(colourOf(at++), LineWidth));
+        if (auto* bars = qobject_cast<QHorizontalBarSeries*>(drawn)) {
+            QList<QBarSet*> sets = bars->barSets();
+            std::reverse(sets.begin(), sets.end()); // as they were added
+            for (QBarSet* set : sets) {
+                set->setColor(colourOf(at));
+                set->setBorderColor(colourOf(at++));
+            }
+        }
+    }
 }
 
 QColor FigureChart::colourOf(std::size_t series) const {
@@ -46,10 +77,7 @@ void FigureChart::begin(const QString& title, const std::vector<Series>& series)
         delete axis;
     }
     chart()->setTitle(title);
-    chart()->setTitleBrush(palette().text());
-    chart()->setBackgroundBrush(palette().base());
     chart()->legend()->setVisible(series.size() > 1);
-    chart()->legend()->setLabelColor(palette().color(QPalette::Text));
 }
 
 void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool areNamesUpright) {
@@ -66,9 +94,6 @@ void FigureChart::addAxes(QAbstractSeries& drawn, const QStringList& names, bool
     chart()->legend()->setFont(small);
     for (QAbstractAxis* axis : {static_cast<QAbstractAxis*>(categories), static_cast<QAbstractAxis*>(amounts)}) {
         axis->setLabelsFont(small);
-        axis->setLabelsColor(palette().color(QPalette::Text));
-        axis->setGridLineColor(palette().color(QPalette::Mid));
-        axis->setLinePenColor(palette().color(QPalette::Mid));
         drawn.attachAxis(axis);
     }
 }
@@ -90,8 +115,6 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
     // The engine of the chart counts from below.
     for (std::size_t i = series.size(); i-- > 0;) {
         auto* set = new QBarSet(series[i].name);
-        set->setColor(colourOf(i));
-        set->setBorderColor(colourOf(i));
         for (auto amount = series[i].amounts.rbegin(); amount != series[i].amounts.rend(); ++amount)
             set->append(*amount);
         bars->append(set);
@@ -102,6 +125,7 @@ void FigureChart::showBars(const QString& title, const QStringList& names, const
     chart()->legend()->setReverseMarkers(true);
     addAxes(*bars, upwards, true);
     roundAxis(series);
+    wearColours();
 }
 
 /// Marks of round amounts, zero among them.
@@ -126,7 +150,6 @@ void FigureChart::showLines(const QString& title, const QStringList& names, cons
     for (std::size_t i = 0; i < series.size(); ++i) {
         auto* line = new QLineSeries;
         line->setName(series[i].name);
-        line->setPen(QPen(colourOf(i), LineWidth));
         line->setPointsVisible(true);
         for (std::size_t at = 0; at < series[i].amounts.size(); ++at)
             line->append(static_cast<double>(at), series[i].amounts[at]);
@@ -138,6 +161,7 @@ void FigureChart::showLines(const QString& title, const QStringList& names, cons
         for (QAbstractAxis* axis : chart()->axes()) line->attachAxis(axis);
     }
     roundAxis(series);
+    wearColours();
 }
 
 QImage FigureChart::picture() {

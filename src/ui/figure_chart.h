@@ -25,7 +25,11 @@ public:
     /// As it stands, for paper.
     QImage picture();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void wearColours();
     void begin(const QString& title, const std::vector<Series>& series);
     void roundAxis(const std::vector<Series>& series);
     void addAxes(QAbstractSeries& drawn, const QStringList& names, bool areNamesUpright);

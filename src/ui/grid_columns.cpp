@@ -19,7 +19,7 @@ namespace {
 
 constexpr int LooksAtRows = 40;     ///< for the width of a column
 constexpr int Widest = 420;         ///< that contents make a column
-constexpr int NarrowestWords = 120; ///< that a lack of room makes a column of words
+constexpr int NarrowestWords = 100; ///< that a lack of room makes a column of words
 constexpr int Padding = 14;
 
 } // namespace
@@ -149,6 +149,17 @@ int GridColumns::widthOf(int column) const {
     return width;
 }
 
+/// Where no column holds words, what is left of the room falls to the last one that is no number.
+void GridColumns::giveTheRest(QList<int>& widths, int spare) const {
+    for (int place = header_.count() - 1; spare > 0 && place >= 0; --place) {
+        const int column = header_.logicalIndex(place);
+        const Field& field = *grid_.rows().columns()[column].field;
+        if (widths[column] == 0 || chosen_.contains(field.name) || field.kind == Field::Kind::Number) continue;
+        widths[column] += spare;
+        return;
+    }
+}
+
 /// Hands out what is left of the room, or takes back what is missing, among the columns of words; where the list has to
 /// be pushed along all the same, its words stay whole.
 void GridColumns::share(QList<int>& widths, int room) const {
@@ -158,7 +169,8 @@ void GridColumns::share(QList<int>& widths, int room) const {
         if (yields(i) && widths[i] > 0) words += widths[i];
     int least = 0;
     for (int i = 0; i < widths.size(); ++i) least += yields(i) ? std::min(widths[i], NarrowestWords) : widths[i];
-    if (words == 0 || least > room) return;
+    if (words == 0) return giveTheRest(widths, spare);
+    if (least > room) return;
     for (int i = 0; i < widths.size(); ++i) {
         if (!yields(i) || widths[i] == 0) continue;
         const int part = static_cast<int>(static_cast<qint64>(spare) * widths[i] / words);

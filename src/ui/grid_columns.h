@@ -36,6 +36,7 @@ private:
     void openMenu(const QPoint& place);
     void userResized(int column, int width);
     void share(QList<int>& widths, int room) const;
+    void giveTheRest(QList<int>& widths, int spare) const;
     bool yields(int column) const;
     int widthOf(int column) const;
     QString nameOf(int column) const;

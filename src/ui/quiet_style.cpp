@@ -60,6 +60,7 @@ Colours darkColours() {
 
 constexpr qreal Radius = 3;
 constexpr int CellMargin = 5;
+constexpr qreal CrossSize = 7;
 
 void roundedBox(QPainter& painter, const QRect& room, const QColor& fill, const QColor& edge, qreal width = 1) {
     painter.save();
@@ -115,6 +116,22 @@ void drawGroupFrame(const QStyleOption& group, QPainter& painter, const QWidget*
     const bool changing = widget && isChanging(*widget);
     const QRect room = group.rect.adjusted(0, group.fontMetrics.height() + Gap, 0, 0);
     roundedBox(painter, room, Qt::transparent, changing ? c.accent : c.line, changing ? 2 : 1);
+}
+
+/// The cross of a tab, which the toolkit's own style paints red.
+void drawCross(const QStyleOption& cross, QPainter& painter) {
+    const Colours& c = colours(scheme());
+    const bool meant = cross.state & (QStyle::State_Raised | QStyle::State_Sunken | QStyle::State_MouseOver);
+    if (meant && (cross.state & QStyle::State_Enabled))
+        roundedBox(painter, cross.rect, cross.state & QStyle::State_Sunken ? c.line : c.button, c.line);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(c.quiet, 1.5));
+    QRectF room(0, 0, CrossSize, CrossSize);
+    room.moveCenter(QRectF(cross.rect).center());
+    painter.drawLine(room.topLeft(), room.bottomRight());
+    painter.drawLine(room.topRight(), room.bottomLeft());
+    painter.restore();
 }
 
 void drawHeader(const QRect& room, QPainter& painter, bool isLast) {
@@ -186,6 +203,8 @@ void QuietStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     case PE_PanelButtonTool:
         if (option->state & State_Enabled) drawButton(*option, *painter);
         return;
+    case PE_IndicatorTabClose:
+        return drawCross(*option, *painter);
     case PE_FrameGroupBox:
         return drawGroupFrame(*option, *painter, widget);
     case PE_Frame:

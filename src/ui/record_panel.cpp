@@ -16,6 +16,9 @@ namespace molven {
 
 namespace {
 
+constexpr int HoldsWords = 24;  ///< characters of a name, an address, a label
+constexpr int TakesRoom = 1000; ///< of a box that could be wider, before the words beside it
+
 Edit* makeEdit(const FieldBox& box, QWidget* parent) {
     const Field& field = *box.field;
     const bool isMonth = field.size == 7;
@@ -23,8 +26,10 @@ Edit* makeEdit(const FieldBox& box, QWidget* parent) {
                             : new Edit(parent);
     made->setObjectName(box.control.isEmpty() ? QStringLiteral("txt") + field.name : box.control);
     if (!box.isDate) {
-        const int size = field.size > 0 ? std::min(field.size, 40) : 12;
+        const int size = field.size > 0 ? field.size : 12;
         made->setFixedWidth(style::boxWidth(box.characters > 0 ? box.characters : size));
+        if (size >= HoldsWords && field.kind != Field::Kind::Number && !field.code)
+            made->setMaximumWidth(style::WidestBox);
         if (field.size > 0) made->setMaxLength(box.longest > 0 ? box.longest : field.size);
     }
     if (field.kind == Field::Kind::Number) made->setAlignment(Qt::AlignRight);
@@ -117,7 +122,9 @@ void RecordPanel::add(const FieldBox& box, QGridLayout& layout, int column, int 
     Edit* made = makeEdit(box, this);
     caption->setBuddy(made);
     if (box.beside) {
-        const int end = line_->count() - 2; // before the words of the line's first box
+        for (QWidget* one : {line_->itemAt(0)->widget(), static_cast<QWidget*>(made)})
+            one->setFixedWidth(one->minimumWidth()); // what stands beside it keeps its place
+        const int end = line_->count() - 2;          // before the words of the line's first box
         line_->insertSpacing(end, style::Gap);
         line_->insertWidget(end + 1, caption);
         line_->insertWidget(end + 2, made);
@@ -144,7 +151,7 @@ QAbstractButton* RecordPanel::listButtonOf(const FieldBox& box) {
 QHBoxLayout* RecordPanel::lineOf(const FieldBox& box, Edit* edit) {
     auto* line = new QHBoxLayout;
     line->setSpacing(style::Gap);
-    line->addWidget(edit);
+    line->addWidget(edit, TakesRoom);
     if (QAbstractButton* list = listButtonOf(box)) line->addWidget(list);
     auto* hint = new QLabel(this);
     hint->setObjectName(QStringLiteral("lbl") + box.field->name);

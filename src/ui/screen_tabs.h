@@ -9,7 +9,7 @@ namespace molven {
 class Form;
 
 /// Screens inside the main window, a tab each, behind the home that is always there. A tab is closed as a window is:
-/// its screen is asked. Ctrl+Tab goes from one to the next.
+/// its screen is asked. Ctrl+Tab goes from one to the next, the middle button of the mouse closes one.
 class ScreenTabs : public QTabWidget {
 public:
     /// While it is the only page, there is nothing to see of the tabs.
@@ -22,6 +22,9 @@ public:
     void showHome() { setCurrentIndex(0); }
     /// The screen in sight; null while it is the home.
     Form* current() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     int tabOf(const Form& form) const;

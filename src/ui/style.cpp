@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QEvent>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
@@ -118,6 +119,8 @@ QIcon dot(Tone tone) {
 
 int boxWidth(int characters) { return std::clamp(characters * 9 + 16, 36, 330); }
 
+int readableWidth() { return QFontMetrics(QApplication::font()).averageCharWidth() * 100; }
+
 void nest(QLayout& layout) { layout.setContentsMargins(0, 0, 0, 0); }
 
 void spaceAsBoxes(QGridLayout& layout) {
@@ -128,6 +131,12 @@ void spaceAsBoxes(QGridLayout& layout) {
 void letBreathe(QLayout& layout) {
     layout.setContentsMargins(24, 20, 24, 20);
     layout.setSpacing(12);
+}
+
+void keepTogether(QGridLayout& layout) {
+    constexpr int BehindAll = 20;
+    layout.setRowStretch(BehindAll, 1);
+    layout.setColumnStretch(BehindAll, 1);
 }
 
 void keepFoot(QWidget& window, QLabel& line) {

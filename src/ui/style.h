@@ -46,12 +46,18 @@ constexpr int WideGap = 16;   ///< between groups
 constexpr int RowHeight = 24; ///< of a grid
 /// Width of an entry box for that many characters.
 int boxWidth(int characters);
+/// Of a box of words that takes the room left beside it.
+constexpr int WidestBox = 600;
+/// How far a line of prose runs before the eye loses the next one.
+int readableWidth();
 /// A layout inside another one: its margins are those of the outer one.
 void nest(QLayout& layout);
 /// Captions and boxes in a grid.
 void spaceAsBoxes(QGridLayout& layout);
 /// A layout of a window with a few boxes only.
 void letBreathe(QLayout& layout);
+/// A layout whose few rows stay together at its beginning, however large the window is.
+void keepTogether(QGridLayout& layout);
 
 /// Keeps the foot of a window free for one line of words.
 void keepFoot(QWidget& window, QLabel& line);

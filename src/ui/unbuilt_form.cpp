@@ -14,6 +14,7 @@ UnbuiltForm::UnbuiltForm(Desk& desk, const QString& name, const QString& title) 
     text->setObjectName(QStringLiteral("Label1"));
     style::letBreathe(*layout);
     layout->addWidget(text);
+    layout->addStretch();
     layout->addWidget(leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); }), 0,
                       Qt::AlignRight);
     resize(460, 160);

@@ -6,6 +6,8 @@
 #include "dossier/demo.h"
 #include "reference/articles.h"
 #include "reference/parameter_tables.h"
+#include "reference/seller.h"
+#include "reference/seller_tables.h"
 #include "sales/integration.h"
 #include "shell/tables.h"
 #include "stock/units.h"
@@ -314,6 +316,8 @@ TEST(Demonstration, IsSoundAndTheSameForTheSameSeed) {
     EXPECT_EQ(contentOf(session), contentOf(demoDossier(again, 7)));
     EXPECT_NE(contentOf(session), contentOf(demoDossier(other, 8)));
     Workspace workspace;
+    EXPECT_EQ(seller::read(workspace.open(session.molven()))[stremetteur.emt_exo],
+              QStringLiteral("Exonération, article 261 du code général des impôts"));
     const auto states = workspace.open(session.molven()).countBy(strproduit, strproduit.tes_vte);
     EXPECT_EQ(QSet<QString>(states.keyBegin(), states.keyEnd()), (QSet<QString>{"N", "L", "O", "A"}));
 

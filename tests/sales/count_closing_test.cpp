@@ -18,7 +18,7 @@ void settle(const Session& session) {
     Workspace workspace;
     Database molven = workspace.open(session.molven());
     DepotCount count(molven, molven.find(strinvdep, {}).value());
-    if (!count.isClosed()) count = DepotCount(molven, depot_counts::close(molven, count.header(), count.tally()));
+    if (!count.isClosed()) count = DepotCount(molven, depot_counts::close(molven, count));
     for (const count_documents::Offer& offer : count_documents::offers(molven, count, test::settleable(count)))
         count_documents::write(session, count.header(), offer, QStringLiteral("INCONNU"));
 }

@@ -4,12 +4,16 @@
 #include "support/dossier.h"
 #include "ui/desk.h"
 #include "ui/form.h"
+#include "ui/style.h"
 
 #include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 namespace molven {
 
@@ -30,6 +34,29 @@ TEST(Guide, ExplainsEveryScreenAndLinksToPagesThatExist) {
             EXPECT_TRUE(folder.exists(target)) << file.toStdString() << " names " << target.toStdString();
         }
     }
+}
+
+TEST(Guide, KeepsItsLinesReadableAndItsPicturesAsLargeAsTheWindow) {
+    test::Dossier dossier;
+    Desk desk(dossier.folder(), std::make_unique<MessageBoxPrompt>(), nullptr);
+    addScreens(desk);
+    Form* form = desk.open(QStringLiteral("T_guide"), QStringLiteral("prix"));
+    const auto* page = form->findChild<QTextBrowser*>(QStringLiteral("Page"));
+    const auto pictureWidth = [page] {
+        for (QTextBlock block = page->document()->begin(); block.isValid(); block = block.next())
+            for (auto piece = block.begin(); !piece.atEnd(); ++piece)
+                if (piece.fragment().charFormat().isImageFormat())
+                    return piece.fragment().charFormat().toImageFormat().width();
+        return 0.0;
+    };
+    form->resize(500, 400);
+    QCoreApplication::processEvents();
+    EXPECT_LE(pictureWidth(), 500);
+    form->resize(2400, 900);
+    QCoreApplication::processEvents();
+    EXPECT_GT(pictureWidth(), 1000) << "it grows again with the window";
+    EXPECT_LE(page->document()->textWidth(), style::readableWidth());
+    EXPECT_GT(page->document()->textWidth(), 400);
 }
 
 TEST(FirstStart, CreatesOpensAndRefuses) {

@@ -125,6 +125,13 @@ TEST(Columns, ShareTheRoomAndStayWhole) {
         EXPECT_EQ(grid.horizontalHeader()->length(), grid.viewport()->width()) << width;
         EXPECT_LT(grid.columnWidth(0), 90) << "a code takes what it needs, words take the rest";
     }
+    Grid codes(QStringLiteral("DBGrid2"),
+               {{&strparam.cod_par, QStringLiteral("Liste")}, {&strparam.num_par, QStringLiteral("Code")}}, nullptr);
+    codes.rows().setRecords({row});
+    codes.resize(900, 200);
+    codes.show();
+    QApplication::processEvents();
+    EXPECT_EQ(codes.horizontalHeader()->length(), codes.viewport()->width()) << "no words: the last column reaches on";
 }
 
 } // namespace molven

@@ -12,6 +12,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabBar>
 #include <QTest>
 
 namespace molven {
@@ -82,6 +87,57 @@ TEST_F(Home, OpensWhatIsFoundAndSaysWhenItIsGone) {
     EXPECT_EQ(said->unchecked.first(), QStringLiteral("Ce code n'existe pas"));
 }
 
+TEST_F(Home, TakesWhateverIsTypedForWords) {
+    const auto* list = [this] {
+        QTest::keyClicks(box(), QStringLiteral("x"));
+        return menu->findChild<QListWidget*>(QStringLiteral("LstTrouve"));
+    }();
+    ASSERT_NE(list, nullptr);
+    const std::pair<const char*, bool> typed[]{{"l'", true},
+                                               {"%", false},
+                                               {"_", false},
+                                               {"*", false},
+                                               {"' or '1'='1", false},
+                                               {"\"; drop table strclient; --", false},
+                                               {"[0-9]", false},
+                                               {"\\", false},
+                                               {"3760000000017", true},
+                                               {"(01)03760000000017(10)L1(21)", false},
+                                               {"]d201037600000000171", false},
+                                               {"99999999999999999999999999999999", false},
+                                               {"ÉTOILE", true},
+                                               {"000002", true}};
+    for (const auto& [text, found] : typed) {
+        SCOPED_TRACE(text);
+        box()->clear();
+        QTest::keyClicks(box(), QString::fromUtf8(text));
+        EXPECT_EQ(list->item(0)->text() != QStringLiteral("Aucune réponse"), found);
+    }
+    box()->clear();
+    QTest::keyClicks(box(), QStringLiteral("%"));
+    QTest::keyClick(box(), Qt::Key_Return);
+    EXPECT_TRUE(said->unchecked.isEmpty() && desk->windows().size() == 1) << "Return on no answer opens nothing";
+}
+
+TEST_F(Home, TellsNoDateOfDocumentsThatHaveNone) {
+    const QString note = dossier.document(QStringLiteral("LIV"), dossier.receive(QStringLiteral("HIP"), 1));
+    Workspace workspace;
+    Database vente = workspace.open(dossier.session.vente());
+    vente.update(strlive, {{strlive.fac_datf, QString()}, {strlive.tri_datf, QString()}}, strlive.fac_no == note);
+    button("cmdactualiser")->click();
+    rest();
+    ASSERT_NE(button("jour_bl"), nullptr);
+    EXPECT_EQ(button("jour_bl")->text(), QStringLiteral("1 bon de livraison à facturer : 90,00 EUR HT"));
+
+    // Deleted by another workstation before the line is opened: the list behind it is empty, and says so.
+    vente.remove(strlive, strlive.fac_no == note);
+    button("jour_bl")->click();
+    Form* notes = desk->window(QStringLiteral("T_gestion"));
+    ASSERT_NE(notes, nullptr);
+    EXPECT_TRUE(said->unchecked.isEmpty());
+    rest();
+}
+
 /// Alt and a letter that both the screen and the menu have mean the screen.
 TEST_F(Home, LeavesAccessKeysToTheScreenInItsTab) {
     menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(true);
@@ -106,6 +162,59 @@ TEST_F(Home, LeavesAccessKeysToTheScreenInItsTab) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     rest();
     EXPECT_EQ(QApplication::focusWidget(), name) << "the guide read and closed, one goes on where one was";
+}
+
+TEST_F(Home, AsksBeforeATabWithTypedWorkIsClosed) {
+    menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(true);
+    QList<QPointer<Form>> typed;
+    for (const char* name : {"t_cltges", "T_fouges", "T_artges"}) {
+        Form* form = desk->open(QString::fromLatin1(name));
+        ASSERT_NE(form, nullptr);
+        form->findChild<QAbstractButton*>(QStringLiteral("CmdAjout"))->click();
+        typed.append(form);
+    }
+    for (const auto& [form, box] :
+         {std::pair(typed[0], "txtclt_nom"), std::pair(typed[1], "txtfou_nom"), std::pair(typed[2], "txtli1")})
+        form->findChild<QLineEdit*>(QString::fromLatin1(box))->setText(QStringLiteral("A MOITIE"));
+    const std::pair<std::function<void()>, QList<bool>> ways[]{
+        {[&] { tabs()->tabCloseRequested(1); }, {false}},
+        {[&] { QTest::mouseClick(tabs()->tabBar(), Qt::MiddleButton, {}, tabs()->tabBar()->tabRect(1).center()); },
+         {false}},
+        {[&] { QTest::keyClick(typed[0], Qt::Key_Escape); }, {false}},
+        {[&] { menu->close(); }, {true, true, false}}};
+    for (const auto& [way, answers] : ways) {
+        desk->bringForward(*typed[0]);
+        said->answers.append(answers);
+        way();
+        rest();
+        EXPECT_EQ(said->unchecked.size(), answers.size());
+        said->unchecked.clear();
+        ASSERT_TRUE(typed[0] && typed[0]->isVisible());
+        EXPECT_EQ(textOf(typed[0], "txtclt_nom"), QStringLiteral("A MOITIE"));
+    }
+    EXPECT_TRUE(!typed[1] && !typed[2] && menu->isVisible()) << "asked one by one, the last opened first";
+    said->answers.append(true);
+    QTest::mouseClick(tabs()->tabBar(), Qt::MiddleButton, {}, tabs()->tabBar()->tabRect(1).center());
+    rest();
+    EXPECT_FALSE(typed[0]);
+    QTest::mouseClick(tabs()->tabBar(), Qt::MiddleButton, {}, tabs()->tabBar()->tabRect(0).center());
+    EXPECT_EQ(tabs()->count(), 1) << "the home stays";
+    said->unchecked.clear();
+}
+
+TEST_F(Home, KeepsTheButtonsOfAScreenInSightInItsTab) {
+    menu->findChild<QAbstractButton*>(QStringLiteral("chkonglets"))->setChecked(true);
+    menu->resize(1272, 680); // what a small screen leaves
+    for (const char* name : {"AN_base", "T_gestion", "T_proges", "t_cltges"}) {
+        SCOPED_TRACE(name);
+        const bool isDocument = QString::fromLatin1(name) == u"T_gestion";
+        Form* form = desk->open(QString::fromLatin1(name), isDocument ? QStringLiteral("LIV") : QString());
+        ASSERT_NE(form, nullptr);
+        rest();
+        const auto* room = static_cast<QScrollArea*>(tabs()->currentWidget());
+        EXPECT_EQ(room->verticalScrollBar()->maximum(), 0);
+        EXPECT_EQ(room->horizontalScrollBar()->maximum(), 0);
+    }
 }
 
 TEST_F(Home, TakesScreensIntoTabsForWhoWantsThem) {

@@ -8,12 +8,14 @@
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/menu_bar.h"
+#include "ui/style.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QGraphicsView>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -228,6 +230,25 @@ TEST_F(EveryScreen, ComesToTheFrontWhenItAsksWhetherTypedWorkIsLost) {
     EXPECT_FALSE(desk->quit());
     EXPECT_TRUE(QTest::qWaitForWindowActive(clients)) << "the question is about this window";
     said->unchecked.clear();
+}
+
+TEST_F(EveryScreen, ShowsItsChartsInItsOwnColours) {
+    const auto before = style::scheme();
+    Form* statistics = nullptr;
+    for (const auto scheme : {style::Scheme::Dark, style::Scheme::Light}) { // opened in one, turned to the other
+        style::apply(scheme);
+        if (!statistics) statistics = desk->open(QStringLiteral("T_staedt"));
+        ASSERT_NE(statistics, nullptr);
+        QApplication::processEvents();
+        int charts = 0;
+        for (QGraphicsView* chart : statistics->findChildren<QGraphicsView*>()) {
+            const QColor ground = chart->grab().toImage().pixelColor(chart->rect().center());
+            EXPECT_EQ(ground, style::palette(scheme).color(QPalette::Base)) << chart->objectName().toStdString();
+            ++charts;
+        }
+        EXPECT_EQ(charts, 2);
+    }
+    style::apply(before);
 }
 
 TEST_F(EveryScreen, FiltersItsListByCtrlF) {

@@ -9,6 +9,7 @@
 #include "reference/seller.h"
 #include "screens/accounting/figures.h"
 #include "screens/accounting/transfer_paper.h"
+#include "ui/access_keys.h"
 #include "ui/edit.h"
 #include "ui/grid.h"
 #include "ui/progress.h"
@@ -73,6 +74,7 @@ TransferForm::TransferForm(Desk& desk)
     layout->addWidget(entries_, 1);
     layout->addWidget(leftOut_);
     layout->addLayout(buildFiles());
+    tabThrough(tabStopsOf(*layout));
     resize(1180, 720);
     applyTitle(QStringLiteral("Transfert en comptabilité"));
     leftOut_->hide();

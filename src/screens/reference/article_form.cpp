@@ -8,6 +8,7 @@
 #include "screens/shell/trail_form.h"
 #include "screens/stock/movement_form.h"
 #include "stock/units.h"
+#include "ui/access_keys.h"
 #include "ui/pick_lists.h"
 #include "ui/style.h"
 
@@ -174,8 +175,8 @@ void ArticleForm::orderTabs() {
     const QList<QWidget*> kind{panel().edit(strarticle.art_lib3), kind_, stocked_, followed_, reimbursement_};
     const QList<QWidget*> codes{panel().edit(strarticle.art_lpp), severalLpp_->edit(strartlpp.lpp_1),
                                 severalLpp_->edit(strartlpp.lpp_2), severalLpp_->edit(strartlpp.lpp_3)};
-    for (const QList<QWidget*>& run : {kind, codes})
-        for (qsizetype i = 1; i < run.size(); ++i) setTabOrder(run[i - 1], run[i]);
+    tabThrough(kind);
+    tabThrough(codes);
 }
 
 void ArticleForm::setPickers() {

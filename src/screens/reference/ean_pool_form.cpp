@@ -30,6 +30,7 @@ EanPoolForm::EanPoolForm(Desk& desk)
       count_(new QLabel(this)) {
     code_->setObjectName(QStringLiteral("txtean_code"));
     code_->setMaxLength(13);
+    code_->setFixedWidth(style::boxWidth(13));
     quantity_->setObjectName(QStringLiteral("txtnb"));
     quantity_->setMaxLength(6);
     quantity_->setFixedWidth(style::boxWidth(6));
@@ -45,10 +46,15 @@ EanPoolForm::EanPoolForm(Desk& desk)
                                [this] { this->desk().print(printedList(QStringLiteral("Gencode"), grid_->rows())); });
     auto* quit = leaveButton(QStringLiteral("Cmdquit"), QStringLiteral("&Quitter"), [this] { close(); });
     auto* entry = new QHBoxLayout;
-    entry->addWidget(new QLabel(QStringLiteral("Code (12 chiffres, la clé est calculée) :"), this));
-    entry->addWidget(code_);
-    entry->addWidget(new QLabel(QStringLiteral("Nombre de codes :"), this));
-    entry->addWidget(quantity_);
+    const std::pair<const char*, Edit*> boxes[]{{"Code (12 chiffres, la clé est calculée) :", code_},
+                                                {"Nombre de codes :", quantity_}};
+    for (const auto& [words, box] : boxes) {
+        auto* caption = new QLabel(QString::fromUtf8(words), this);
+        caption->setBuddy(box);
+        entry->addWidget(caption);
+        entry->addWidget(box);
+    }
+    entry->addStretch();
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(addButton);
     buttons->addWidget(removeButton);
@@ -101,7 +107,9 @@ LppCodificationForm::LppCodificationForm(Desk& desk)
     row->addWidget(start);
     row->addWidget(quit);
     auto* layout = new QVBoxLayout(this);
+    style::letBreathe(*layout);
     layout->addWidget(step_);
+    layout->addStretch();
     layout->addLayout(row);
     resize(620, 140);
     applyTitle(QStringLiteral("Codification des LPP à partir des codes TIPS"));

@@ -8,6 +8,7 @@
 #include "screens/sales/scan_entry.h"
 #include "screens/sales/unit_range.h"
 #include "screens/shell/trail_form.h"
+#include "ui/access_keys.h"
 #include "ui/grid.h"
 #include "ui/style.h"
 
@@ -28,16 +29,18 @@ DocumentForm::DocumentForm(Desk& desk, const DocumentKind& kind)
       entry_(*this, QStringLiteral("L'en-tête est en cours de saisie : validez-le ou annulez"),
              QStringLiteral("Aucun document n'est affiché")) {
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(buildDocumentButtons());
+    QLayout* deeds = buildDocumentButtons();
+    layout->addLayout(deeds);
     header_ = new HeaderEntry(*this, book_, layout_);
     header_->numberTyped = [this] { displayTyped(); };
     layout->addWidget(header_);
     lines_ = new Grid(QStringLiteral("DBGrid1"), layout_.lines, this);
     layout->addWidget(lines_, 1);
-    layout->addLayout(buildLineButtons());
+    QLayout* lineDeeds = buildLineButtons();
+    layout->addLayout(lineDeeds);
     buildTray();
     layout->addWidget(tray_);
-    orderKeyboard();
+    orderKeyboard(*deeds, *lineDeeds);
     resize(1264, 680);
     applyTitle(book_.kind().title);
     display(std::nullopt);
@@ -145,15 +148,15 @@ void DocumentForm::addToTray(TrayPart* part) {
 void DocumentForm::show(Part part, QPushButton* button) { button->setVisible(layout_.has(part)); }
 
 /// What validates the header comes behind its last box, the lines behind the buttons of the document.
-void DocumentForm::orderKeyboard() {
+void DocumentForm::orderKeyboard(const QLayout& deeds, const QLayout& lineDeeds) {
     header_->setTabOrderBefore(validate_);
     QList<QWidget*> order{validate_};
-    for (const Acts acts : {Acts::Entering, Acts::Idle, Acts::Shown})
-        for (QPushButton* button : entry_.buttons(acts))
-            if (!order.contains(button)) order.append(button);
-    order += {quit_, lines_};
-    for (QPushButton* button : entry_.buttons(Acts::Open)) order.append(button);
-    for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+    for (QPushButton* button : entry_.buttons(Acts::Entering))
+        if (button != validate_) order.append(button);
+    for (QWidget* button : tabStopsOf(deeds))
+        if (!order.contains(button)) order.append(button);
+    order.append(lines_);
+    tabThrough(order + tabStopsOf(lineDeeds));
 }
 
 void DocumentForm::adapt() {

@@ -47,7 +47,7 @@ private:
     using Form::show;
     /// The button of a part, out of sight where the kind has no such part.
     void show(Part part, QPushButton* button);
-    void orderKeyboard();
+    void orderKeyboard(const QLayout& deeds, const QLayout& lineDeeds);
     /// Opens and closes what the state of the document opens and closes.
     void adapt();
 

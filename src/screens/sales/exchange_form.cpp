@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "screens/sales/exchange_mail.h"
 #include "stock/exchange_files.h"
+#include "ui/access_keys.h"
 #include "ui/edit.h"
 #include "ui/progress.h"
 #include "ui/style.h"
@@ -70,6 +71,7 @@ ExchangeForm::ExchangeForm(Desk& desk, const QString& name, Kind kind)
     layout->addLayout(top);
     layout->addWidget(list_, 1);
     layout->addLayout(foot);
+    tabThrough(tabStopsOf(*layout));
     delivery_exchange::clear(files_);
     showUnits();
     resize(1100, 620);

@@ -5,6 +5,7 @@
 #include "data/format.h"
 #include "reference/party_tables.h"
 #include "stock/exchange_files.h"
+#include "ui/access_keys.h"
 #include "ui/edit.h"
 #include "ui/pick_lists.h"
 #include "ui/progress.h"
@@ -73,6 +74,7 @@ IntegrationForm::IntegrationForm(Desk& desk)
     layout->addLayout(top);
     layout->addWidget(list_, 1);
     layout->addLayout(foot);
+    tabThrough(tabStopsOf(*layout));
     setDefaultButton(reading);
     delivered_->put(dateText(Clock::today()));
     supplier_->put(session().rules().sisterSupplier());

@@ -7,11 +7,11 @@
 #include "ui/style.h"
 
 #include <QDir>
+#include <QEvent>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
@@ -21,6 +21,9 @@ GuideForm::GuideForm(Desk& desk) : Form(desk, QStringLiteral("T_guide")), page_(
     page_->setObjectName(QStringLiteral("Page"));
     page_->setAccessibleName(QStringLiteral("Page du guide"));
     page_->setOpenExternalLinks(false);
+    page_->viewport()->installEventFilter(this);
+    page_->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    page_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // the room does not change by what stands in it
     connect(page_, &QTextBrowser::sourceChanged, this, [this] { pageShown(); });
     auto* contents = button(QStringLiteral("Cmdsommaire"), QStringLiteral("&Sommaire"),
                             [this] { page_->setSource(guide::addressOf(guide::Contents)); });
@@ -43,14 +46,17 @@ GuideForm::GuideForm(Desk& desk) : Form(desk, QStringLiteral("T_guide")), page_(
     page_->setFocus();
 }
 
+/// Lines stay readable in the widest window; pictures take what it has.
 void GuideForm::pageShown() {
-    const int room = page_->viewport()->width() - page_->verticalScrollBar()->sizeHint().width();
-    guide::fitPictures(*page_->document(), std::max(200, room));
+    const int room = std::max(200, page_->viewport()->width());
+    page_->setLineWrapColumnOrWidth(std::min(room, style::readableWidth()));
+    guide::fitPictures(*page_->document(), room - 2 * static_cast<int>(page_->document()->documentMargin()));
 }
 
-void GuideForm::resizeEvent(QResizeEvent* event) {
-    Form::resizeEvent(event);
-    pageShown();
+bool GuideForm::eventFilter(QObject* watched, QEvent* event) {
+    const bool handled = Form::eventFilter(watched, event);
+    if (event->type() == QEvent::Resize) pageShown();
+    return handled;
 }
 
 AboutForm::AboutForm(Desk& desk) : Form(desk, QStringLiteral("T_apropos")) {

@@ -12,7 +12,7 @@ public:
     explicit GuideForm(Desk& desk);
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void pageShown();

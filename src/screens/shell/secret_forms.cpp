@@ -27,11 +27,13 @@ void layOut(QWidget* form, const QList<std::pair<QString, Edit*>>& boxes, QPushB
     for (const auto& [caption, box] : boxes) {
         auto* label = new QLabel(caption, form);
         label->setBuddy(box);
+        box->setFixedWidth(style::boxWidth(24));
         layout->addWidget(label, row, 0);
         layout->addWidget(box, row++, 1, 1, 2);
     }
     layout->addWidget(ok, row, 1);
     layout->addWidget(cancel, row, 2);
+    style::keepTogether(*layout);
     form->resize(420, form->sizeHint().height());
 }
 
@@ -67,8 +69,7 @@ CurrentSecretForm::CurrentSecretForm(Desk& desk, const QString& name, access::Se
             this->desk().open(QStringLiteral("Tcodspe1"));
             close();
         });
-        auto* grid = static_cast<QGridLayout*>(layout());
-        grid->addWidget(other, grid->rowCount(), 1, 1, 2);
+        static_cast<QGridLayout*>(layout())->addWidget(other, 2, 1, 1, 2);
     }
     if (!QFile::exists(session().programFile(QStringLiteral("CODGES.SVI")))) word_->put(access::InitialWord);
     applyTitle(caption);

@@ -321,8 +321,7 @@ void DepotCountForm::closeCount() {
     if (!count_->isBegun()) throw Refusal(QStringLiteral("Aucune unité n'a été lue"), QStringLiteral("txtlecture"));
     if (!prompt().confirm(QStringLiteral("Clôturer l'inventaire ? Aucune lecture ne pourra plus être ajoutée."), about))
         return;
-    open(depot_counts::close(molven_, count_->header(), tally,
-                             progress(*this, QStringLiteral("Clôture de l'inventaire"))));
+    open(depot_counts::close(molven_, *count_, progress(*this, QStringLiteral("Clôture de l'inventaire"))));
     print();
 }
 

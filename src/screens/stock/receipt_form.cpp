@@ -11,6 +11,7 @@
 #include "screens/stock/unit_card.h"
 #include "stock/gs1.h"
 #include "stock/units.h"
+#include "ui/access_keys.h"
 #include "ui/pick_lists.h"
 #include "ui/progress.h"
 #include "ui/record_panel.h"
@@ -132,11 +133,10 @@ QWidget* ReceiptForm::buildReceipt() {
     layout->addLayout(quantityRow(box));
     layout->addWidget(priceNotice(session(), box));
     layout->addWidget(serials_, 1);
-    layout->addStretch();
+    layout->addStretch(1);
     layout->addLayout(buttons);
-    setTabOrder(quantity_, validate_); // what validates comes first
-    setTabOrder(validate_, finish);
-    setTabOrder(finish, fresh_);
+    // What validates comes first behind the boxes.
+    tabThrough({panel_->edit(*panel_->boxes().last().field), quantity_, validate_, finish, fresh_, delivery});
     return box;
 }
 

@@ -119,6 +119,7 @@ Grid* UnitHistoryForm::buildRoad() {
 UnitHistoryForm::ShelfRow UnitHistoryForm::buildRow(int row) {
     const Row& family = rows()[row];
     auto* layout = new QHBoxLayout;
+    layout->setSpacing(style::WideGap);
     ShelfRow made{layout, {}};
     for (int column = 0; column < 2; ++column) {
         const QString caption =
@@ -128,13 +129,14 @@ UnitHistoryForm::ShelfRow UnitHistoryForm::buildRow(int row) {
                               family.isUnit ? pick_lists::unitColumns() : lineColumns(linesOf(row)), this);
         grid->setAccessibleName(caption);
         if (family.isUnit) grid->setFixedHeight(72);
-        auto* title = new QLabel(caption, this);
+        auto* title = new QLabel(caption + QStringLiteral(" :"), this);
         auto* count = new QLabel(this);
         count->setObjectName(QStringLiteral("Lblnb") + number);
         for (QLabel* label : {title, count}) label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
         auto* head = new QHBoxLayout;
-        head->addWidget(title, 1);
+        head->addWidget(title);
         head->addWidget(count);
+        head->addStretch();
         auto* shelf = new QVBoxLayout;
         shelf->addLayout(head);
         shelf->addWidget(grid);

@@ -31,16 +31,20 @@ QList<FieldBox> setBoxes() {
     const auto price = [](const Number& field, const char* caption) {
         return FieldBox{.field = &field, .caption = QString::fromUtf8(caption), .characters = 10, .pattern = Price};
     };
+    const auto beside = [](FieldBox box) {
+        box.beside = true;
+        return box;
+    };
     return {{&t.anc_code, QStringLiteral("Code :")},
             {&t.anc_lib, QStringLiteral("Libellé :"), {}, 26},
             {&t.anc_tva, QStringLiteral("Code TVA :")},
             price(t.anc_ht, "Prix HT :"),
-            price(t.anc_ttc, "Prix TTC :"),
+            beside(price(t.anc_ttc, "TTC :")),
             price(t.anc_pa, "Prix d'achat :"),
             {&t.anc_cpt, QStringLiteral("Compte vente :")},
-            {&t.anc_cpte, QStringLiteral("Vente export :")},
+            beside({&t.anc_cpte, QStringLiteral("Export :")}),
             {&t.anc_cpta, QStringLiteral("Compte achat :")},
-            {&t.anc_cpts, QStringLiteral("Compte stock :")},
+            beside({&t.anc_cpts, QStringLiteral("Stock :")}),
             {&t.anc_tar, QStringLiteral("Base H/T :")}};
 }
 

@@ -3,6 +3,7 @@
 #include "data/format.h"
 #include "screens/stock/sets/set_columns.h"
 #include "screens/stock/sets/set_trays.h"
+#include "ui/access_keys.h"
 #include "ui/form.h"
 #include "ui/grid.h"
 #include "ui/style.h"
@@ -57,6 +58,7 @@ SetShelf::SetShelf(Form& form, set_journeys::Files& files)
     layout->addWidget(title_);
     layout->addWidget(units_, 3);
     layout->addWidget(trays_, 3);
+    tabThrough(tabStopsOf(*layout));
 }
 
 void SetShelf::buildTrays() {
