@@ -65,6 +65,7 @@ Form* Desk::open(const QString& name, const QString& mode, const QString& title)
         return nullptr;
     }
     form->setAttribute(Qt::WA_DeleteOnClose);
+    windows_.removeIf([](const QPointer<Form>& closed) { return !closed; });
     windows_.append(form);
     if (tabs)
         tabs->add(*form);

@@ -8,7 +8,14 @@
 
 namespace molven {
 
+namespace {
+
+constexpr qsizetype MostKept = 2000; ///< a day or two of a busy user
+
+} // namespace
+
 void Notices::add(const QString& window, const QString& text) {
+    if (all_.size() == MostKept) all_.removeFirst();
     all_.append({Clock::now(), window, text});
     waiting_.append(text);
     QTimer::singleShot(0, this, [this] { flush(); });

@@ -16,8 +16,8 @@ struct Notice {
     QString text;
 };
 
-/// The news of a session, oldest first. What is told during one deed is shown together once the deed is over and no
-/// message box stands in front, so that a window that closes at its end takes no news with it.
+/// The latest news of a session, oldest first. What is told during one deed is shown together once the deed is over and
+/// no message box stands in front, so that a window that closes at its end takes no news with it.
 class Notices : public QObject {
 public:
     void add(const QString& window, const QString& text);
