@@ -53,8 +53,8 @@ void Player::today(const QStringList& arguments) {
 
 void Player::printed(const QStringList& arguments) {
     desk();
-    if (printer_->jobs.isEmpty()) throw Failure(QStringLiteral("impression attendue, aucune"));
-    const PrintJob& job = printer_->jobs.last();
+    if (!printer_->last) throw Failure(QStringLiteral("impression attendue, aucune"));
+    const PrintJob& job = *printer_->last;
     if (job.contains(arguments[0])) return;
     QStringList texts;
     for (const PrintedText& piece : job.pieces()) texts.append(piece.text);

@@ -16,8 +16,9 @@ bool ScriptedPrompt::ask(const QString& text, const QString&, Icon) {
 bool ScriptedPrompt::confirm(const QString& text, const QString&) { return ask(text, {}, Icon::Warning); }
 
 bool KeepingPrinter::print(const PrintJob& job) {
-    jobs.append(job);
-    if (!folder_.isEmpty()) job.savePdf(folder_ + QStringLiteral("/print-%1.pdf").arg(jobs.size()));
+    last = job;
+    ++printed;
+    if (!folder_.isEmpty()) job.savePdf(folder_ + QStringLiteral("/print-%1.pdf").arg(printed));
     return prints;
 }
 

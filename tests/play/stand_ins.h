@@ -4,6 +4,8 @@
 
 #include <QQueue>
 
+#include <optional>
+
 namespace molven::play {
 
 /// Stands in for the user in front of message boxes.
@@ -19,13 +21,14 @@ public:
     QString unanswered;        ///< a question that found no answer ready; empty otherwise
 };
 
-/// Keeps what is printed, and saves it as print-N.pdf when a folder is given.
+/// Keeps what was printed last, and saves everything as print-N.pdf when a folder is given.
 class KeepingPrinter : public PrintTarget {
 public:
     explicit KeepingPrinter(const QString& folder) : folder_(folder) {}
     bool print(const PrintJob& job) override;
 
-    QList<PrintJob> jobs;
+    std::optional<PrintJob> last;
+    int printed = 0;
     bool prints = true; ///< false: the user only looks at it
 
 private:

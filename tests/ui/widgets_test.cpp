@@ -200,7 +200,7 @@ TEST(Reminders, AreMarkedWhenTheListIsPrintedAndNotWhenItIsOnlyLookedAt) {
         const QString today = sortKey(Clock::today());
         EXPECT_EQ(molven.count(strproduit, strproduit.dat_rel == today && strproduit.dat_sel == today), prints ? 2 : 0);
     }
-    EXPECT_EQ(user.jobs.size(), 2);
+    EXPECT_EQ(user.printed, 2);
 }
 
 /// Counts the displays of progress that stand over the preview.
