@@ -6,8 +6,9 @@ namespace molven::document_locks {
 
 namespace {
 
+/// By the file's name on the server: workstations may write its address in several ways.
 QString ofTable(SalesBook& book, const QString& what) {
-    return book.vente.path() + u' ' + book.kind().headers.name + u' ' + what;
+    return book.vente.schema() + u' ' + book.kind().headers.name + u' ' + what;
 }
 
 QStringList ofNewNames(SalesBook& book, const Record& header) {
