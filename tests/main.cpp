@@ -1,3 +1,4 @@
+#include "play/engine_memory.h"
 #include "play/player.h"
 #include "ui/style.h"
 
@@ -7,6 +8,7 @@
 #include <QLocale>
 
 int main(int argc, char* argv[]) {
+    molven::play::leaveEngineUnwatched();
     qunsetenv("DISPLAY"); // windows of tests are never shown
     qunsetenv("WAYLAND_DISPLAY");
     molven::play::useScreen();

@@ -1,3 +1,4 @@
+#include "play/engine_memory.h"
 #include "play/player.h"
 
 #include "ui/style.h"
@@ -11,6 +12,7 @@
 using namespace molven;
 
 int main(int argc, char* argv[]) {
+    play::leaveEngineUnwatched();
     play::useScreen();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
