@@ -37,6 +37,13 @@ void prepare() {
                    "a(m) as (select 0 union all select m+1 from a where m<299) insert into strdotation "
                    "select printf('%03d',n),printf('A%05d',m),'IMPLANT',5 from d,a");
     engine.execute("commit");
+    // The day's first write seals the journal of the former one, whatever it is.
+    Workspace workspace;
+    Transaction transaction(workspace.open(session().molven()).workspace());
+    workspace.open(session().molven())
+        .update(strarticle, {{strarticle.art_rfou, QStringLiteral("F-A1")}},
+                strarticle.art_ref == QStringLiteral("A00001"));
+    transaction.commit();
 }
 
 QStringList countedUnits() {

@@ -1,4 +1,5 @@
 #include "data/journal.h"
+#include "dossier/creation.h"
 #include "screens/screens.h"
 #include "screens/shell/first_start.h"
 #include "screens/shell/server_password.h"
@@ -38,8 +39,10 @@ std::unique_ptr<QSettings> settings() {
 }
 
 bool holdsInstallation(const QString& folder) {
-    return !folder.isEmpty() && (QFile::exists(QDir(folder).filePath(QStringLiteral("CHEMIN.HC"))) ||
-                                 QFile::exists(QDir(folder).filePath(QStringLiteral("societe.mdb"))));
+    if (folder.isEmpty()) return false;
+    creation::finish(folder);
+    return QFile::exists(QDir(folder).filePath(QStringLiteral("CHEMIN.HC"))) ||
+           QFile::exists(QDir(folder).filePath(QStringLiteral("societe.mdb")));
 }
 
 /// The folder of the executable; one that holds no installation gives way to the last one that this user chose, and to

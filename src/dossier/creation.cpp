@@ -132,7 +132,7 @@ void build(const QString& folder, const Options& options, MadeFiles& made) {
 }
 
 /// Builds aside and takes its place at the end, so that a fault leaves nothing behind: a new folder at once, into one
-/// that is there the parts go one by one, folders before the files that name them.
+/// that is there the parts go one by one.
 template <class Build>
 void buildWhole(const QString& folder, const Build& builder) {
     if (const QFileInfo place(QDir(folder).absolutePath()); !place.exists()) {
@@ -141,13 +141,9 @@ void buildWhole(const QString& folder, const Build& builder) {
         builder(built.path());
         return built.moveTo(place.filePath());
     }
-    const Staging built(folder, Aside);
+    Staging built(folder, Aside);
     builder(built.path());
-    keepAllFromOthers(built.path());
-    for (const QString& part :
-         QDir(built.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsFirst))
-        if (!QDir().rename(built.path() + u'/' + part, folder + u'/' + part))
-            throw Refusal(QStringLiteral("Impossible d'écrire dans le dossier %1").arg(folder));
+    built.pourOut();
 }
 
 /// A dossier of an installation: the name of its company, the folder of its data, its word.
@@ -227,6 +223,7 @@ Session create(const Options& options, const std::function<void(const Session&)>
         throw Refusal(QStringLiteral("Le code société comporte deux lettres : %1").arg(options.code));
     if (options.name.trimmed().isEmpty()) throw Refusal(QStringLiteral("Le nom de la société est obligatoire"));
     if (server_address::isOne(options.folder)) return createOnServer(options, fill);
+    finish(options.folder);
     if (holdsInstallation(options.folder)) {
         if (options.addToSocieties) return addDossier(options, fill);
         throw Refusal(QStringLiteral("Le dossier %1 contient déjà une installation").arg(options.folder));
@@ -244,9 +241,12 @@ Session create(const Options& options, const std::function<void(const Session&)>
     return open(options.folder);
 }
 
+void finish(const QString& folder) { Staging::settle(folder, Aside); }
+
 Session open(const QString& folder, const QString& name) {
     Session session;
     session.dossier_app = server_address::isOne(folder) ? passing_folder::at(folder) : QDir(folder).absolutePath();
+    finish(session.dossier_app);
     startup::finishCompactions(session);
     startup::readCompany(session);
     startup::readFolders(session);

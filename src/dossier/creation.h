@@ -21,6 +21,9 @@ struct Options {
 /// its place: what it throws leaves nothing behind. Throws Refusal. Answers the session of the dossier made.
 Session create(const Options& options, const std::function<void(const Session&)>& fill = {});
 
+/// Goes on where a program was killed while an installation took its place in this folder.
+void finish(const QString& folder);
+
 /// What is meant by the place that a user names: a folder, or the address of a server.
 QString placeOf(const QString& typed);
 

@@ -17,17 +17,16 @@ std::unique_ptr<HeldFile> locked(const QString& path) {
     return std::make_unique<HeldFile>(path, HeldFile::Hold::Alone, 0);
 }
 
-void removeAbandoned(const QDir& parent, const QString& name) {
-    for (const QString& one : parent.entryList({name + u'-' + u'*'}, QDir::Dirs | QDir::Hidden)) {
-        const QString folder = parent.filePath(one);
-        if (!QFile::exists(lockIn(folder))) continue;
-        try {
-            locked(lockIn(folder));
-        } catch (const DataError&) {
-            continue; // somebody works in it
-        }
-        QDir(folder).removeRecursively();
+/// Stands in one that is whole.
+QString markIn(const QString& folder) { return folder + QStringLiteral("/.complet"); }
+
+/// Whether every part found its place.
+bool pour(const QDir& from) {
+    const QDir target(from.filePath(QStringLiteral("..")));
+    for (const QString& part : from.entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsFirst)) {
+        if (!QDir().rename(from.filePath(part), target.filePath(part))) return false;
     }
+    return true;
 }
 
 Refusal notWritable(const QString& folder) {
@@ -36,8 +35,22 @@ Refusal notWritable(const QString& folder) {
 
 } // namespace
 
+void Staging::settle(const QString& parent, const QString& name) {
+    for (const QString& one : QDir(parent).entryList({name + u'-' + u'*'}, QDir::Dirs | QDir::Hidden)) {
+        QDir folder(QDir(parent).filePath(one));
+        if (!QFile::exists(lockIn(folder.path()))) continue;
+        try {
+            locked(lockIn(folder.path()));
+        } catch (const DataError&) {
+            continue; // somebody works in it
+        }
+        if (QFile::exists(markIn(folder.path())) && !pour(folder)) continue;
+        folder.removeRecursively();
+    }
+}
+
 Staging::Staging(const QString& parent, const QString& name) {
-    removeAbandoned(QDir(parent), name);
+    settle(parent, name);
     const QString path = QStringLiteral("%1/%2-%3")
                              .arg(parent, name)
                              .arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0'));
@@ -61,6 +74,17 @@ void Staging::moveTo(const QString& target) {
     QDir().rmdir(target);
     if (!QDir().rename(path_, target)) throw notWritable(target);
     path_.clear();
+}
+
+void Staging::pourOut() {
+    keepAllFromOthers(path_);
+    for (const QString& part : QDir(path_).entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
+        if (QFileInfo::exists(QDir(path_).filePath(QStringLiteral("../") + part)))
+            throw Refusal(QStringLiteral("%1 existe déjà").arg(part));
+    QFile mark(markIn(path_));
+    if (!mark.open(QIODevice::WriteOnly)) throw notWritable(path_);
+    mark.close();
+    if (!pour(QDir(path_))) throw notWritable(QDir(path_).filePath(QStringLiteral("..")));
 }
 
 } // namespace molven

@@ -1,5 +1,6 @@
 #include "support/dossier.h"
 #include "support/faults.h"
+#include "support/processes.h"
 
 #include "data/journal_tables.h"
 #include "dossier/creation.h"
@@ -295,6 +296,28 @@ TEST(Creation, MakesASoundDossierAndRefusesAFolderThatHoldsOne) {
             << wrong;
         EXPECT_TRUE(QDir(other.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) << wrong;
     }
+}
+
+/// In a folder that is there the parts take their places one by one: whoever looks next finds them all, or none.
+TEST(Creation, IsWholeOrAbsentInAFolderThatIsThereWhereverItIsKilled) {
+    int kills = 0;
+    for (int n = 1;; ++n) {
+        QTemporaryDir folder;
+        const creation::Options options{folder.path(), QStringLiteral("AX"), QStringLiteral("L'ESSAI"), true};
+        const int status = test::ended(test::station([&] {
+            test::Killer::armAtRenames(n);
+            creation::create(options);
+        }));
+        if (!WIFSIGNALED(status)) break;
+        ++kills;
+        if (refusalOf([&] { creation::open(folder.path()); }) != QStringLiteral("(accepté)")) creation::create(options);
+        const Session session = creation::open(folder.path());
+        EXPECT_EQ(session.spe_nom, options.name);
+        EXPECT_TRUE(QFile::exists(session.path(DataFile::Societe))) << "killed at rename " << n;
+        EXPECT_TRUE(check::run(session).isEmpty()) << "killed at rename " << n;
+        EXPECT_TRUE(QDir(folder.path()).entryList({QStringLiteral(".creation*")}, QDir::Dirs | QDir::Hidden).isEmpty());
+    }
+    EXPECT_GT(kills, 4);
 }
 
 TEST(Creation, AddsASecondDossierToTheList) {

@@ -50,6 +50,12 @@ public:
         disk->xSetSystemCall(disk, "unlink", reinterpret_cast<sqlite3_syscall_ptr>(&killingUnlink));
     }
 
+    /// Kills it right before the n-th time that it renames a file or a folder, whoever asks for it.
+    static void armAtRenames(int n) { renames_ = n; }
+    static void beforeRename() {
+        if (--renames_ == 0) kill(getpid(), SIGKILL);
+    }
+
 private:
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
     using Unlink = int (*)(const char*);
@@ -72,7 +78,7 @@ private:
         return unlink_(path);
     }
 
-    static inline int left_ = 0;
+    static inline int left_ = 0, renames_ = 0;
     static inline Write write_ = nullptr, write64_ = nullptr;
     static inline Unlink unlink_ = nullptr;
 };
