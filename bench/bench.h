@@ -12,6 +12,9 @@ namespace molven::bench {
 /// The dossier of this run: a copy that the benches may write into.
 const Session& session();
 
+/// Whether it lies on a server, where only what names a server's own interface has a bare side.
+bool isOnServer();
+
 /// Unit whose history is asked for: delivered, in the midst of the file.
 QString tracedUnit();
 
@@ -38,7 +41,7 @@ void registerDepots();
 void registerStock();
 /// Works over whole files.
 void registerUpkeep();
-/// Of a dossier on a server, in place of all others.
+/// Deeds of a dossier on a server.
 void registerServer();
 
 } // namespace molven::bench

@@ -3,6 +3,7 @@
 #include "dossier.h"
 
 #include "sales/replenishment.h"
+#include "reference/articles.h"
 #include "stock/depot_counts.h"
 
 #include <QElapsedTimer>

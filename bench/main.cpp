@@ -4,6 +4,7 @@
 
 #include "data/database.h"
 #include "data/errors.h"
+#include "data/server_address.h"
 #include "data/server_setup.h"
 #include "dossier/creation.h"
 #include "dossier/migration.h"
@@ -113,6 +114,7 @@ void registerDeeds() {
 } // namespace
 
 const Session& session() { return current; }
+bool isOnServer() { return server_address::isOne(current.chemin_base); }
 
 QString tracedUnit() {
     Workspace workspace;
@@ -176,6 +178,9 @@ int main(int argc, char* argv[]) {
     if (parser.value(QStringLiteral("moteur")) == u"postgresql") {
         molven::bench::current = server.take(folder);
         molven::bench::registerServer();
+        molven::bench::registerGrid();
+        molven::bench::registerScreens();
+        molven::bench::registerHome();
     } else {
         molven::bench::copyFolder(folder, copy.path());
         molven::bench::current = molven::creation::open(copy.path());

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QGridLayout>
+#include <QIconEngine>
 #include <QLabel>
 #include <QPainter>
 #include <QToolTip>
@@ -40,6 +41,27 @@ public:
         if (event->type() == QEvent::ThemeChange && watched->isWindowType()) apply(systemScheme());
         return false;
     }
+};
+
+/// Half as large as its place. Drawn at the moment of painting: a picture of each mark that a list shows would stay in
+/// the toolkit's cache.
+class Dot : public QIconEngine {
+public:
+    explicit Dot(const QColor& colour) : colour_(colour) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        const qreal wide = std::min(rect.width(), rect.height()) / 4.0;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(colour_);
+        painter->drawEllipse(QRectF(rect).center(), wide, wide);
+        painter->restore();
+    }
+    QIconEngine* clone() const override { return new Dot(colour_); }
+
+private:
+    QColor colour_;
 };
 
 } // namespace
@@ -105,17 +127,7 @@ QColor colour(Tone tone, Scheme scheme) {
 
 QColor colour(Tone tone) { return colour(tone, current); }
 
-QIcon dot(Tone tone) {
-    constexpr int Size = 48; // scaled down to the size of the row's icons, sharp at every zoom
-    QPixmap drawn(Size, Size);
-    drawn.fill(Qt::transparent);
-    QPainter painter(&drawn);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colour(tone));
-    painter.drawEllipse(QRect(Size / 4, Size / 4, Size / 2, Size / 2));
-    return QIcon(drawn);
-}
+QIcon dot(Tone tone) { return QIcon(new Dot(colour(tone))); }
 
 int boxWidth(int characters) { return std::clamp(characters * 9 + 16, 36, 330); }
 

@@ -6,6 +6,7 @@
 #include "reference/parameters.h"
 #include "sales/documents.h"
 #include "sales/integration.h"
+#include "stock/units.h"
 
 namespace molven {
 
