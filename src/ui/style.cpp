@@ -10,6 +10,7 @@
 #include <QIconEngine>
 #include <QLabel>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QToolTip>
 #include <QVariant>
 
@@ -100,6 +101,9 @@ void apply(Scheme scheme) {
 }
 
 void apply(QApplication& application) {
+    // The toolkit keeps pictures of boxes by their palette, and each window has its own: few of them are asked for
+    // again.
+    QPixmapCache::setCacheLimit(2048);
     apply(systemScheme());
     application.installEventFilter(new SchemeWatch(&application));
 }
