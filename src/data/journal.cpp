@@ -133,12 +133,15 @@ void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
 }
 
-void Journal::takeOver(const Place& place) {
+void Journal::takeOver(const Place& place, const std::function<void()>& told) {
     const Table& table = place.table;
     Journal journal(place);
     if (!table.trail() || !journal.active()) return;
     Statement& rows = place.engine.run(QStringLiteral("select %1 from %2").arg(table.columns(), place.qualified));
-    while (rows.next()) journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
+    while (rows.next()) {
+        journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
+        told();
+    }
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {

@@ -41,7 +41,8 @@ public:
     /// Records of the same table in another file of the workspace are added as they are.
     void arriving(const QString& fromTable, const Criterion& criterion);
     /// The records that a table of an older file already holds; its journal answers for them from now on.
-    static void takeOver(const Place& place);
+    /// Each one is told.
+    static void takeOver(const Place& place, const std::function<void()>& told);
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
     /// One field of these records will be given a value that the engine computes.
