@@ -3,6 +3,7 @@
 #include "data/engine_version.h"
 #include "data/errors.h"
 #include "data/journal.h"
+#include "data/layout.h"
 #include "data/presence.h"
 #include "dossier/creation.h"
 #include "shell/startup.h"
@@ -10,6 +11,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTextStream>
 
@@ -100,6 +102,18 @@ static void tellFaultsOnly(QtMsgType type, const QMessageLogContext&, const QStr
     if (type == QtCriticalMsg || type == QtFatalMsg) ctl::complain(text);
 }
 
+/// A large dossier of an earlier version takes its time when it is opened first.
+static Progress tellUpgrade(const QString& path) {
+    const QString name = QFileInfo(path).fileName();
+    return [name, told = -1](int done, int total) mutable {
+        if (const int tenth = static_cast<int>(10LL * done / total); tenth != told) {
+            ctl::complain(QStringLiteral("mise à jour de %1 : %2 sur %3").arg(name).arg(done).arg(total));
+            told = tenth;
+        }
+        return true;
+    };
+}
+
 int main(int argc, char* argv[]) {
     qInstallMessageHandler(tellFaultsOnly);
     const QList<ctl::Command>& commands = ctl::words();
@@ -113,6 +127,7 @@ int main(int argc, char* argv[]) {
         if (command.word != word) continue;
         call.removeAt(1);
         ctl::askServerPasswordOnTerminal();
+        Layout::showUpgrades(tellUpgrade);
         return ctl::runCommand(command, call);
     }
     if (word == u"--version") {

@@ -38,8 +38,15 @@ public:
 
     /// The field still holds exactly a value that was read, case included.
     virtual QString same(const Field& field, const QString& value, Sql& sql) const = 0;
-    /// The field is not yet exactly what the other expression gives; null differs from everything but null.
-    virtual QString differs(const Field& field, const QString& other) const = 0;
+    /// The first expression is not yet exactly what the other gives; null differs from everything but null.
+    virtual QString differs(const QString& expression, Field::Kind kind, const QString& other) const = 0;
+
+    /// What records are grouped by that are alike in an expression to the letter.
+    virtual QString exactly(const QString& expression, Field::Kind kind) const = 0;
+    /// An expression in which all records of a group are alike.
+    virtual QString common(const QString& expression) const = 0;
+    /// The texts of a group, each with a line feed behind.
+    virtual QString lines(const QString& text) const = 0;
 
     /// A column as a table declares it.
     virtual QString definition(const Field& field) const = 0;

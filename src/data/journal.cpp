@@ -56,6 +56,12 @@ QString object(const QStringList& pieces) {
     return QStringLiteral("'{'||substr(%1,2)||'}'").arg(pieces.join(QStringLiteral("||")));
 }
 
+/// What groups the records that one entry may name: few thousands, lest it grow without bound, and none whose key has
+/// more than one line.
+QString neighbours(const QString& key) {
+    return QStringLiteral("case when instr(%1,'\n')=0 then rowid/4096 else -rowid end").arg(key);
+}
+
 QString entry(const QString& file) {
     return QStringLiteral("insert into %1.%2 (%3) ").arg(file, strjournal.name, strjournal.columns());
 }
@@ -113,7 +119,7 @@ void Journal::found(const QString& kind, const Record& record) {
     for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
     Sql sql{engine_.dialect()};
     QStringList marks;
-    for (const QString& value : head() + QStringList{parts.join(u'/'), kind, digest::of(record)})
+    for (const QString& value : head() + QStringList{parts.join(u'/'), kind, digest::of(record), QString()})
         marks.append(sql.bind(value));
     engine_.write(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
 }
@@ -127,12 +133,15 @@ void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
 }
 
-void Journal::takeOver(const Place& place) {
+void Journal::takeOver(const Place& place, const std::function<void()>& told) {
     const Table& table = place.table;
     Journal journal(place);
     if (!table.trail() || !journal.active()) return;
     Statement& rows = place.engine.run(QStringLiteral("select %1 from %2").arg(table.columns(), place.qualified));
-    while (rows.next()) journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
+    while (rows.next()) {
+        journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
+        told();
+    }
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {
@@ -140,57 +149,72 @@ void Journal::changing(const QList<Assignment>& assignments, const Criterion& cr
     for (const Assignment& assignment : assignments) {
         const Field& field = assignment.field;
         const QString after = RowReader::bound(field, Record::fitted(field, assignment.value));
-        changes.append({&field, [after](Sql& sql) { return sql.bindOrNull(after); }});
+        changes.append({&field, [after](Sql& sql) { return sql.bindOrNull(after); }, false});
     }
     changing(changes, criterion);
 }
 
 void Journal::computing(const Field& field, const Piece& after, const Criterion& criterion) {
-    changing({{&field, after}}, criterion);
+    changing({{&field, after, true}}, criterion);
 }
 
 void Journal::changing(const QList<Change>& changes, const Criterion& criterion) {
     const Criterion differ([&changes](Sql& sql) {
         QStringList any;
-        for (const Change& change : changes) any.append(sql.dialect.differs(*change.field, change.after(sql)));
+        for (const auto& [field, after, isComputed] : changes)
+            any.append(sql.dialect.differs(field->name, field->kind, after(sql)));
         return u'(' + any.join(QStringLiteral(" or ")) + u')';
     });
-    const auto values = [&changes](Sql& sql) {
+    const auto entries = [&](Sql& sql) {
+        const Dialect& dialect = sql.dialect;
         QStringList pieces;
-        for (const auto& [field, after] : changes) {
-            const QString changed = sql.dialect.differs(*field, after(sql));
+        for (const auto& [field, after, isComputed] : changes) {
+            const auto value = [&] { return isComputed ? dialect.common(after(sql)) : after(sql); };
+            const QString before = dialect.common(field->name), changed = dialect.differs(before, field->kind, value());
             pieces.append(QStringLiteral(
                               "case when %1 then ',\"%2\":'||'['||json_quote(%3)||','||json_quote(%4)||']' else '' end")
-                              .arg(changed, field->name, sql.dialect.asText(field->name, field->kind),
-                                   sql.dialect.asText(after(sql), field->kind)));
+                              .arg(changed, field->name, dialect.asText(before, field->kind),
+                                   dialect.asText(value(), field->kind)));
         }
-        return object(pieces);
+        const QString name = key(table_, dialect);
+        return QStringLiteral("case count(*) when 1 then %1 else '' end,'M',%2,"
+                              "case count(*) when 1 then '' else '\n'||%3 end")
+            .arg(dialect.common(name), object(pieces), dialect.lines(name));
     };
-    enter(QStringLiteral("M"), values, criterion && differ);
+    const auto alike = [&](Sql& sql) {
+        QStringList terms{neighbours(key(table_, sql.dialect))};
+        for (const auto& [field, after, isComputed] : changes) {
+            terms.append(sql.dialect.exactly(field->name, field->kind));
+            if (isComputed) terms.append(sql.dialect.exactly(after(sql), field->kind));
+        }
+        return QStringLiteral(" group by ") + terms.join(u',');
+    };
+    enter(entries, criterion && differ, alike);
 }
 
 void Journal::removing(const Criterion& criterion) {
-    const auto values = [this](Sql& sql) {
+    const auto entries = [this](Sql& sql) {
         QStringList pieces;
         for (const Field* field : table_.fields()) {
             const QString text = sql.dialect.asText(field->name, field->kind);
             pieces.append(QStringLiteral("case when coalesce(%1,'')='' then '' else ',\"%2\":'||json_quote(%1) end")
                               .arg(text, field->name));
         }
-        return object(pieces);
+        return QStringLiteral("%1,'S',%2,''").arg(key(table_, sql.dialect), object(pieces));
     };
-    enter(QStringLiteral("S"), values, criterion);
+    enter(entries, criterion);
 }
 
-void Journal::enter(const QString& kind, const Piece& values, const Criterion& criterion) {
+void Journal::enter(const Piece& entries, const Criterion& criterion, const Piece& grouping) {
     if (!active()) return;
     Sql sql{engine_.dialect()};
     QStringList marks;
     for (const QString& value : head()) marks.append(sql.bind(value));
-    const QString given = values(sql), where = criterion.where(sql);
-    engine_.write(entry(file_) + QStringLiteral("select %1,%2,'%3',%4 from %5%6")
-                                     .arg(marks.join(u','), key(table_, sql.dialect), kind, given, qualified_, where),
-                  sql.values);
+    const QString given = entries(sql), where = criterion.where(sql), groups = grouping ? grouping(sql) : QString();
+    engine_.write(
+        entry(file_) +
+            QStringLiteral("select %1,%2 from %3%4%5").arg(marks.join(u','), given, qualified_, where, groups),
+        sql.values);
 }
 
 } // namespace molven

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "data/journal_keys.h"
 #include "data/written.h"
 
 #include <QStringList>
@@ -40,13 +41,18 @@ public:
     /// Records of the same table in another file of the workspace are added as they are.
     void arriving(const QString& fromTable, const Criterion& criterion);
     /// The records that a table of an older file already holds; its journal answers for them from now on.
-    static void takeOver(const Place& place);
+    /// Each one is told.
+    static void takeOver(const Place& place, const std::function<void()>& told);
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
     /// One field of these records will be given a value that the engine computes.
     void computing(const Field& field, const Piece& after, const Criterion& criterion);
     /// They will be deleted.
     void removing(const Criterion& criterion);
+
+    /// Tells the changes of some records that meet a further criterion, oldest first, each as an entry of one record.
+    static void read(Database file, const JournalKeys& keys, const Criterion& further,
+                     const std::function<void(const Record& entry)>& tell);
 
     /// What of a file's journal differs from its seals, one French line a fault; empty when nothing was altered,
     /// inserted or removed in a sealed day.
@@ -59,13 +65,15 @@ private:
     struct Change {
         const Field* field;
         Piece after;
+        bool isComputed; ///< from the record: not the same in all
     };
     /// Whether the file keeps a journal; its former days are sealed when it is asked first.
     bool active();
     QStringList head();
     void found(const QString& kind, const Record& record);
     void changing(const QList<Change>& changes, const Criterion& criterion);
-    void enter(const QString& kind, const Piece& values, const Criterion& criterion);
+    /// Adds the entries that a statement selects: how, keys and values of records that meet a criterion.
+    void enter(const Piece& entries, const Criterion& criterion, const Piece& grouping = {});
     void sealFormerDays();
 
     Workspace& workspace_;

@@ -36,7 +36,12 @@ Seal sealOf(Statement& rows, const QString& sumBefore) {
     };
     add(sumBefore.toUtf8());
     while (rows.next()) {
-        for (int column = 0; column <= strjournal.fields().size(); ++column) add(rows.bytes(column));
+        for (int column = 0; column <= strjournal.jou_val.position + 1; ++column) add(rows.bytes(column));
+        // Days of old were sealed before an entry could name several records.
+        if (const QByteArrayView keys = rows.bytes(1 + strjournal.jou_cles.position); !keys.isEmpty()) {
+            hash.addData("+");
+            add(keys);
+        }
         seal.last = rows.integer(0);
         seal.day = rows.text(1 + strjournal.jou_dat.position);
         ++seal.count;

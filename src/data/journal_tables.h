@@ -4,7 +4,8 @@
 
 namespace molven {
 
-/// What was done to the records of a file, one record a change; see Trail. It only grows.
+/// What was done to the records of a file, one record a change; see Trail. It only grows. What one statement did to
+/// many records alike is one record that names them all; Journal::read() tells both the same way.
 struct JournalEntries : Table {
     using Table::Table;
     Text jou_dat{this, "jou_dat", 8};   ///< day "yyyymmdd"
@@ -19,6 +20,8 @@ struct JournalEntries : Table {
     Text jou_gen{this, "jou_gen", 1};   ///< C created, M changed, S deleted, R there when the journal took it over
     Label jou_val{this, "jou_val"};     ///< JSON: {"field":[before,after]} of a change, {"field":value} of a deletion;
                                         ///< the digest of a record created or taken over
+    Label jou_cles{this, "jou_cles"};   ///< of many records changed alike, in place of jou_cle: a line feed, and each
+                                        ///< one's key with a line feed behind
     Index by_record{this, {jou_cle}};
 };
 inline const JournalEntries strjournal{"strjournal"};

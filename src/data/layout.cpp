@@ -20,7 +20,14 @@ QString indexName(const Table& table, int number) {
     return QStringLiteral("%1_%2").arg(table.name, QString::number(number));
 }
 
+std::function<Progress(const QString& path)>& shownUpgrades() {
+    static std::function<Progress(const QString& path)> shown;
+    return shown;
+}
+
 } // namespace
+
+void Layout::showUpgrades(const std::function<Progress(const QString& path)>& shown) { shownUpgrades() = shown; }
 
 void Layout::create(const QString& path, const QList<const Table*>& tables) {
     Workspace workspace;
@@ -45,8 +52,7 @@ void Layout::upgrade(const QString& path) {
         QList<const Table*> changed; // other records have the entries that they need
         for (const Table* table : tablesOf(*file))
             if (layout.complete(*table) || version < FirstWithEntries) changed.append(table);
-        for (const Table* table : changed)
-            Journal::takeOver({workspace, layout.engine_, layout.file_.qualified(*table), *table});
+        layout.takeOver(changed, path);
         layout.engine_.markAsOurs(schema, Version);
         transaction.commit();
     } catch (const DataError& error) {
@@ -56,6 +62,20 @@ void Layout::upgrade(const QString& path) {
                             .arg(QDir::toNativeSeparators(path), error.description),
                         error.records);
     }
+}
+
+void Layout::takeOver(const QList<const Table*>& tables, const QString& path) {
+    constexpr qint64 Told = 1000;
+    qint64 total = 0, done = 0;
+    for (const Table* table : tables)
+        if (table->trail()) total += file_.count(*table);
+    const Progress progress = shownUpgrades() && total > 0 ? shownUpgrades()(path) : Progress();
+    const auto told = [&] {
+        ++done;
+        if (progress && (done % Told == 0 || done == total)) progress(static_cast<int>(done), static_cast<int>(total));
+    };
+    for (const Table* table : tables)
+        Journal::takeOver({file_.workspace(), engine_, file_.qualified(*table), *table}, told);
 }
 
 void Layout::create(const Table& table) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "data/progress.h"
 
 namespace molven {
 
@@ -9,7 +10,7 @@ class Layout {
 public:
     /// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
     /// opened.
-    static constexpr int Version = 6;
+    static constexpr int Version = 7;
     /// Makes a new file of ours with these tables, whole or not at all.
     static void create(const QString& path, const QList<const Table*>& tables);
     /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, and its
@@ -17,6 +18,9 @@ public:
     /// workstation that is at it. A unique index that the file's own records contradict becomes a plain one. A file of
     /// another name is left as it is. Throws DataError when the file cannot be written.
     static void upgrade(const QString& path);
+    /// Whom this process shows how far upgrade() is with the records of a file: asked by the file's path where there
+    /// are any, told of every thousandth. Its answers count for nothing: a file is brought up to date or not opened.
+    static void showUpgrades(const std::function<Progress(const QString& path)>& shown);
     /// An index that is not as declared.
     struct IndexFault {
         const Table* table;
@@ -46,6 +50,7 @@ private:
     void create(const Table& table);
     /// True for a table that was missing, or lacked columns.
     bool complete(const Table& table);
+    void takeOver(const QList<const Table*>& tables, const QString& path);
     void completeIndexes(const Table& table);
     void createIndex(const Table& table, int number);
     void dropIndexes(const Table& table);

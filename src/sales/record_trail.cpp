@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "data/journal.h"
 #include "data/journal_tables.h"
 #include "reference/article_tables.h"
 #include "reference/parameter_tables.h"
@@ -23,14 +24,12 @@ namespace molven::record_trail {
 
 namespace {
 
-/// What of the journals a subject selects: entries of some tables, all when there are none, that meet a criterion.
+/// What of the journals a subject selects: entries of some tables, all when there are none, of some keys.
 struct Selection {
     QList<const Table*> tables;
-    Criterion criterion;
+    JournalKeys keys;
     QList<DataFile> files = {}; ///< searched; all when there are none
 };
-
-Criterion keyed(const QString& key) { return strjournal.jou_cle == key; }
 
 /// The file that a document's key names.
 std::optional<DataFile> fileOf(const QString& key) {
@@ -62,8 +61,7 @@ Selection documents(const QString& key) {
     else if (!family.isEmpty())
         files = {DataFile::Vente, DataFile::Historic};
     return {tables,
-            year.isEmpty() ? contains(strjournal.jou_cle, u'/' + number)
-                           : startsWith(strjournal.jou_cle, year + u'/' + number),
+            year.isEmpty() ? JournalKeys::containing(u'/' + number) : JournalKeys::beginningWith(year + u'/' + number),
             files};
 }
 
@@ -74,16 +72,16 @@ Selection selectionOf(const TrailSubject& subject) {
         const Immatriculation unit = Immatriculation::fromText(key.section(u'/', -1)); // or as the journal names it
         if (!unit.isValid())
             throw Refusal(QStringLiteral("Immatriculation incorrecte : %1").arg(key), QStringLiteral("immat"));
-        return {{&strproduit, &strconform}, keyed(unit.century() + u'/' + unit.number())};
+        return {{&strproduit, &strconform}, JournalKeys::of(unit.century() + u'/' + unit.number())};
     }
     case TrailSubject::Kind::Article:
-        return {{&strarticle, &strartlpp, &strpan}, keyed(key)};
+        return {{&strarticle, &strartlpp, &strpan}, JournalKeys::of(key)};
     case TrailSubject::Kind::Client: {
         const QString code = padded(key, 6);
-        return {{&strclient, &strbl, &strtarifclt}, keyed(code) || startsWith(strjournal.jou_cle, code + u'/')};
+        return {{&strclient, &strbl, &strtarifclt}, JournalKeys::of(code) || JournalKeys::beginningWith(code + u'/')};
     }
     case TrailSubject::Kind::Supplier:
-        return {{&strfournis}, keyed(padded(key, 6))};
+        return {{&strfournis}, JournalKeys::of(padded(key, 6))};
     case TrailSubject::Kind::Document:
         return documents(key);
     case TrailSubject::Kind::Everything:
@@ -183,7 +181,7 @@ QString subjectTitle(const TrailSubject& subject) {
 QList<Record> find(const Session& session, const TrailSubject& subject, const QString& firstDay,
                    const QString& lastDay) {
     const Selection selection = selectionOf(subject);
-    const Criterion criterion = selection.criterion && between(firstDay, lastDay);
+    const Criterion days = between(firstDay, lastDay);
     struct Found {
         Record entry;
         const Table* table;
@@ -195,9 +193,10 @@ QList<Record> find(const Session& session, const TrailSubject& subject, const QS
         const QString path = session.path(entry.file);
         Workspace workspace;
         if (tables.isEmpty() || !workspace.has(path)) continue;
-        for (const Record& row : workspace.open(path).select(strjournal, criterion))
+        Journal::read(workspace.open(path), selection.keys, days, [&](const Record& row) {
             for (const Table* table : tables)
                 if (table->name == row[strjournal.jou_tab]) entries.append({row, table, entry.file});
+        });
     }
     std::stable_sort(entries.begin(), entries.end(),
                      [](const Found& a, const Found& b) { return momentOf(a.entry) < momentOf(b.entry); });

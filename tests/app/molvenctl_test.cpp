@@ -230,6 +230,21 @@ TEST(Molvenctl, TellsWhoChangedWhatAndFindsAnAlteredJournal) {
     EXPECT_TRUE(molvenctl({"check", home}).out.contains(QStringLiteral("scellés le 01/01/2001")));
 }
 
+TEST(Molvenctl, TellsHowFarItIsWithAnOlderDossierAndThatOnce) {
+    test::Dossier dossier;
+    dossier.receive(QStringLiteral("HIP"), 3);
+    {
+        Workspace workspace;
+        Database molven = workspace.open(dossier.session.molven());
+        for (const char* sql : {"delete from strjournal", "pragma user_version=2"})
+            molven.firstValue(QString::fromLatin1(sql));
+    }
+    const Outcome first = molvenctl({"journal", dossier.folder(), "--article", "HIP"});
+    EXPECT_TRUE(first.err.contains(QStringLiteral("mise à jour de molven.mdb : "))) << first.err.toStdString();
+    EXPECT_EQ(first.code, 0);
+    EXPECT_FALSE(molvenctl({"journal", dossier.folder()}).err.contains(QStringLiteral("mise à jour")));
+}
+
 TEST(Molvenctl, WritesOverNothingUnaskedAndTellsWhatItCouldNotWrite) {
     test::Dossier dossier;
     const QString home = dossier.folder(), file = home + QStringLiteral("/lpp.csv");

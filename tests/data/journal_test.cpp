@@ -6,6 +6,7 @@
 #include "data/journal_tables.h"
 #include "reference/article_tables.h"
 
+#include <QCryptographicHash>
 #include <QTemporaryDir>
 
 namespace molven {
@@ -137,6 +138,43 @@ TEST_F(JournalledFiles, HoldWhatWasWrittenAndNothingElse) {
     EXPECT_EQ(entries(*articles).size(), 2);
 }
 
+TEST_F(JournalledFiles, NameTogetherWhatWasChangedAlikeAndTellItOneByOne) {
+    for (const char* reference : {"HIP", "CUP", "a\nb"}) add(reference, 10);
+    add("STEM", 20);
+    add("NECK", 21);
+    articles->update(strarticle, {{strarticle.art_res, QStringLiteral("DIX")}}, strarticle.art_pv1 == Decimal(20));
+    articles->update(strarticle, {{strarticle.art_res, QStringLiteral("dix")}}, {});
+    articles->addTo(strarticle, strarticle.art_stk, Decimal(2), {});
+    articles->copyField(strarticle, strarticle.art_ttc, strarticle.art_pv1, strarticle.art_pv1 < QStringLiteral("21"));
+    const QString alike = QStringLiteral(R"({"art_res":["","dix"]})"),
+                  stock = QStringLiteral(R"({"art_stk":[null,"2"]})"),
+                  price = QStringLiteral(R"({"art_ttc":[null,"10"]})");
+    const auto told = [this](const JournalKeys& keys) {
+        QStringList found;
+        Journal::read(*articles, keys, strjournal.jou_gen == QStringLiteral("M"), [&](const Record& entry) {
+            EXPECT_TRUE(entry[strjournal.jou_cles].isEmpty());
+            found.append(entry[strjournal.jou_cle] + u' ' + entry[strjournal.jou_val]);
+        });
+        return found;
+    };
+    const QString upper = QStringLiteral(R"({"art_res":["","DIX"]})"),
+                  letter = QStringLiteral(R"({"art_res":["DIX","dix"]})");
+    EXPECT_EQ(
+        told(JournalKeys::of(QStringLiteral("cup"))),
+        QStringList({QStringLiteral("CUP ") + alike, QStringLiteral("CUP ") + stock, QStringLiteral("CUP ") + price}));
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("STEM"))).first(2),
+              QStringList({QStringLiteral("STEM ") + upper, QStringLiteral("STEM ") + letter}));
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("a\nb"))),
+              QStringList(
+                  {QStringLiteral("a\nb ") + alike, QStringLiteral("a\nb ") + stock, QStringLiteral("a\nb ") + price}))
+        << "a key of two lines stands alone";
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("b"))), QStringList());
+    EXPECT_EQ(told(JournalKeys::beginningWith(QStringLiteral("h"))).size(), 3);
+    EXPECT_EQ(told(JournalKeys::containing(QStringLiteral("u")) || JournalKeys::of(QStringLiteral("HIP"))).size(), 6);
+    EXPECT_EQ(told({}).size(), 1 + 5 + 5 + 4);
+    EXPECT_EQ(articles->count(strjournal, strjournal.jou_gen == QStringLiteral("M")), 1 + 3 + 2 + 3);
+}
+
 TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
     workTwoDays();
     EXPECT_EQ(Journal::faults(*articles), QStringList());
@@ -151,6 +189,29 @@ TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
         EXPECT_EQ(Journal::faults(*articles).size(), 1) << tampering;
     }
     EXPECT_EQ(Journal::faults(*articles), QStringList());
+}
+
+TEST_F(JournalledFiles, SealWhatAnEntryNamesAndKeepTheSealsOfOlderFiles) {
+    Clock::set(QDate(2026, 3, 5));
+    for (const char* reference : {"HIP", "CUP"}) add(reference, 1);
+    const auto nextDay = [this] {
+        Clock::set(Clock::today().addDays(1));
+        articles->update(strarticle, {{strarticle.art_res, Clock::today().toString()}}, {});
+    };
+    QByteArray sealed("0:"); // no seal before
+    int place = 0;
+    for (const Record& entry : articles->select(strjournal)) {
+        QStringList values{QString::number(++place)};
+        for (const Field* field : strjournal.fields().first(11)) values.append(entry.value(*field));
+        for (const QString& value : values) sealed += QByteArray::number(value.toUtf8().size()) + ':' + value.toUtf8();
+    }
+    nextDay();
+    EXPECT_EQ(articles->firstValue(QStringLiteral("select sce_som from strsceau")).toLatin1(),
+              QCryptographicHash::hash(sealed, QCryptographicHash::Sha256).toHex());
+    nextDay();
+    EXPECT_EQ(Journal::faults(*articles), QStringList());
+    articles->firstValue(QStringLiteral("update strjournal set jou_cles='x' where jou_cles<>''"));
+    EXPECT_EQ(Journal::faults(*articles).size(), 1);
 }
 
 TEST_F(JournalledFiles, DaysThatGoBackwardsAreSealedToo) {

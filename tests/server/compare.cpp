@@ -21,6 +21,13 @@ namespace {
 /// A name drawn at random, which tells one document or movement from another of the same number.
 bool isDrawn(const Field& field) { return field.name == strface.fac_uid.name || field.name == strmvtstk.uid_stk.name; }
 
+/// Keys of records that one statement changed alike.
+QString sorted(const QString& keys) {
+    QStringList lines = keys.split(u'\n');
+    lines.sort();
+    return lines.join(u'\n');
+}
+
 /// What a record says that neither a clock nor chance makes. An entry of the journal says a change word for word; of
 /// a record that came or went it holds all, what was drawn included.
 QStringList said(const Record& record) {
@@ -31,9 +38,12 @@ QStringList said(const Record& record) {
     for (const Field* field : record.table().fields()) {
         const bool isOfTheMoment =
             field == &strjournal.jou_heu || field == &strsceau.sce_som || field->name == strinvlig.lig_jou.name;
-        const bool holdsDrawn = isEntry && (field == &strjournal.jou_val || field == &strjournal.jou_cle);
+        const bool holdsDrawn =
+            isEntry && (field == &strjournal.jou_val || field == &strjournal.jou_cle || field == &strjournal.jou_cles);
         if (!isOfTheMoment && !isDrawn(*field) && (!holdsDrawn || isChange))
-            values.append(field->name + u'=' + record.value(*field).remove(holder));
+            values.append(
+                field->name + u'=' +
+                (field == &strjournal.jou_cles ? sorted(record.value(*field)) : record.value(*field).remove(holder)));
     }
     return values;
 }

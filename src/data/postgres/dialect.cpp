@@ -78,10 +78,20 @@ public:
                                           : QStringLiteral("%1::text collate \"C\" = %2::text").arg(field.name, mark);
     }
 
-    QString differs(const Field& field, const QString& other) const override {
-        return field.kind == Kind::Number
-                   ? QStringLiteral("%1 is distinct from %2").arg(field.name, other)
-                   : QStringLiteral("%1::text collate \"C\" is distinct from (%2)::text").arg(field.name, other);
+    QString differs(const QString& expression, Kind kind, const QString& other) const override {
+        return kind == Kind::Number
+                   ? QStringLiteral("%1 is distinct from %2").arg(expression, other)
+                   : QStringLiteral("%1::text collate \"C\" is distinct from (%2)::text").arg(expression, other);
+    }
+
+    QString exactly(const QString& expression, Kind kind) const override {
+        return kind == Kind::Number ? expression : QStringLiteral("(%1)::text collate \"C\"").arg(expression);
+    }
+
+    QString common(const QString& expression) const override { return QStringLiteral("min(%1)").arg(expression); }
+
+    QString lines(const QString& text) const override {
+        return QStringLiteral("string_agg(%1,chr(10) order by rowid)||chr(10)").arg(text);
     }
 
     QString definition(const Field& field) const override {

@@ -68,9 +68,19 @@ public:
         return QStringLiteral("(%1 is %2 or cast(%1 as text) is %3)").arg(field.name, mark, sql.bindOrNull(value));
     }
 
-    QString differs(const Field& field, const QString& other) const override {
-        const QString exactly = field.kind == Kind::Number ? QString() : QStringLiteral(" collate binary");
-        return QStringLiteral("%1 is not %2%3").arg(field.name, other, exactly);
+    QString differs(const QString& expression, Kind kind, const QString& other) const override {
+        return QStringLiteral("%1 is not %2").arg(expression, exactly(other, kind));
+    }
+
+    QString exactly(const QString& expression, Kind kind) const override {
+        return kind == Kind::Number ? expression : expression + QStringLiteral(" collate binary");
+    }
+
+    /// The engine takes it from one record of the group.
+    QString common(const QString& expression) const override { return expression; }
+
+    QString lines(const QString& text) const override {
+        return QStringLiteral("group_concat(%1,char(10))||char(10)").arg(text);
     }
 
     QString definition(const Field& field) const override {

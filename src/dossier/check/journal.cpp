@@ -75,13 +75,13 @@ Doubt compare(const DossierFile& file, Database database, const Table& table, Le
 using Ledgers = std::map<QString, Ledger<Sum>>;
 
 void follow(Database database, Ledgers& ledgers, const QList<const Table*>& tables) {
-    for (const Record& row : database.select(strjournal)) {
+    Journal::read(database, {}, {}, [&](const Record& row) {
         const auto ledger = ledgers.find(row[strjournal.jou_tab]);
-        if (ledger == ledgers.end()) continue;
+        if (ledger == ledgers.end()) return;
         const auto table = std::find_if(tables.begin(), tables.end(),
                                         [&ledger](const Table* one) { return one->name == ledger->first; });
         ledger->second.add(Entry(**table, row));
-    }
+    });
 }
 
 /// A fault that puts all of a file in doubt.
@@ -131,12 +131,12 @@ public:
             const auto [first, last] = doubt.origins.equal_range(key);
             for (auto origin = first; origin != last; ++origin) asked.push_back(origin->second);
         }
-        for (const Record& row : database_.select(strjournal, strjournal.jou_tab == doubt.table->name)) {
-            const Entry entry(*doubt.table, row);
-            if (!keys_.contains(recordKey(entry.key))) continue;
+        Journal::read(database_, {}, strjournal.jou_tab == doubt.table->name, [this](const Record& row) {
+            if (!keys_.contains(recordKey(row[strjournal.jou_cle]))) return;
+            const Entry entry(*doubt_.table, row);
             ledger_.add(entry);
             names_.insert(recordKey(entry.keyAfter), entry.keyAfter);
-        }
+        });
     }
 
     void run(Faults& faults) {

@@ -1,6 +1,7 @@
 #include "dossier/check/checks.h"
 
 #include "data/format.h"
+#include "data/journal.h"
 #include "data/journal_tables.h"
 #include "dossier/demo.h"
 #include "reference/articles.h"
@@ -60,17 +61,14 @@ void takeSold(Database file, Quantities& stocks) {
 /// quantity, and nothing gave it a stock at once.
 bool isMadeByMovements(Database molven, const QString& reference) {
     static const QStringList givers{stock_rebuild::Deed, demo::Deed};
-    bool isNew = false;
-    for (const Record& entry :
-         molven.select(strjournal, strjournal.jou_cle == reference && strjournal.jou_tab == strarticle.name)) {
+    bool isNew = false, isGiven = false;
+    Journal::read(molven, JournalKeys::of(reference), strjournal.jou_tab == strarticle.name, [&](const Record& entry) {
         const QString how = entry[strjournal.jou_gen], values = entry[strjournal.jou_val];
         if (how == u"C") isNew = true;
-        if (how == u"R") return false;
-        if (how != u"M") continue;
-        if (values.contains(u"\"art_aig\"")) return false;
-        if (values.contains(u"\"art_stk\"") && givers.contains(entry[strjournal.jou_act])) return false;
-    }
-    return isNew;
+        const bool isGift = values.contains(u"\"art_stk\"") && givers.contains(entry[strjournal.jou_act]);
+        if (how == u"R" || (how == u"M" && (values.contains(u"\"art_aig\"") || isGift))) isGiven = true;
+    });
+    return isNew && !isGiven;
 }
 
 /// What movements and documents leave of each article.

@@ -3,6 +3,7 @@
 #include "data/clock.h"
 #include "data/dates.h"
 #include "data/format.h"
+#include "data/journal.h"
 #include "data/journal_tables.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
@@ -200,8 +201,11 @@ private:
     bool isBeingTyped(const Record& header, const QString& key) {
         const QString program = header[family_.headers.fac_pst];
         if (program.isEmpty() || station::isGone(program)) return false;
-        return file_.count(strjournal, strjournal.jou_cle == key && strjournal.jou_tab == family_.headers.name &&
-                                           strjournal.jou_dat == sortKey(Clock::today())) > 0;
+        bool wasWrittenToday = false;
+        Journal::read(file_, JournalKeys::of(key),
+                      strjournal.jou_tab == family_.headers.name && strjournal.jou_dat == sortKey(Clock::today()),
+                      [&wasWrittenToday](const Record&) { wasWrittenToday = true; });
+        return wasWrittenToday;
     }
 
     void tell(const QSet<QString>& keys, const QString& text) {

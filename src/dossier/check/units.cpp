@@ -1,5 +1,6 @@
 #include "dossier/check/checks.h"
 
+#include "data/journal.h"
 #include "data/journal_tables.h"
 #include "dossier/check/ledger.h"
 #include "reference/parameters.h"
@@ -207,11 +208,10 @@ private:
 std::optional<QString> lastDeed(Database file, const Record& unit, const Field& field) {
     const QString key = unit[strproduit.pro_ann] + u'/' + unit[strproduit.imm_art];
     std::optional<QString> deed;
-    for (const Record& entry :
-         file.select(strjournal, strjournal.jou_cle == key && strjournal.jou_tab == strproduit.name &&
-                                     strjournal.jou_gen == QStringLiteral("M") &&
-                                     contains(strjournal.jou_val, u'"' + field.name + u'"')))
-        deed = entry[strjournal.jou_act];
+    Journal::read(file, JournalKeys::of(key),
+                  strjournal.jou_tab == strproduit.name && strjournal.jou_gen == QStringLiteral("M") &&
+                      contains(strjournal.jou_val, u'"' + field.name + u'"'),
+                  [&deed](const Record& entry) { deed = entry[strjournal.jou_act]; });
     return deed;
 }
 
