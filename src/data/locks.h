@@ -8,8 +8,9 @@ namespace molven {
 /// server others write beside it as long as they name nothing of the same; who names nothing waits for all and keeps
 /// all waiting.
 ///
-/// A rule names what it reads to decide and then writes: a unit with its state, an article with its stock, a series with
-/// its last number. What must find nobody that names a thing, or must see many things stand still, takes everything.
+/// A rule names what it reads to decide and then writes: a unit with its state, an article with its stock, a series
+/// with its last number. What must find nobody that names a thing, or must see many things stand still, takes
+/// everything.
 ///
 /// The order that keeps two from waiting for each other: whether alone or beside others comes first, then the names,
 /// in one order for everybody. What a transaction inside another names besides is not waited for: when another has it,

@@ -57,8 +57,7 @@ void complete(Record& header) {
 
 Record write(SalesBook& book, const Record& header, const QStringList& units,
              const std::optional<Record>& deliveryAddress) {
-    return Transaction::run(book.workspace, QStringLiteral("Transfert"),
-                            document_locks::ofNewWith(book, header, units),
+    return Transaction::run(book.workspace, QStringLiteral("Transfert"), document_locks::ofNewWith(book, header, units),
                             [&] { return documents::createWith(book, header, units, deliveryAddress); });
 }
 
