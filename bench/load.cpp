@@ -151,6 +151,21 @@ void report(const QStringList& lines, int seconds, QTextStream& out) {
     }
 }
 
+/// 0 for a sound dossier, 1 for another, 2 for one that cannot be read: its server may be down.
+int checked(const QString& home, QTextStream& out) {
+    try {
+        const auto faults = check::run(creation::open(home));
+        for (const check::Fault& fault : faults)
+            out << fault.file << " : " << fault.subject << " : " << fault.text << '\n';
+        out << (faults.isEmpty() ? QStringLiteral("dossier sain\n")
+                                 : QStringLiteral("défauts : %1\n").arg(faults.size()));
+        return faults.isEmpty() ? 0 : 1;
+    } catch (const std::exception& fault) {
+        out << QStringLiteral("le dossier n'a pas pu être vérifié : ") << QString::fromUtf8(fault.what()) << '\n';
+        return 2;
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -190,8 +205,5 @@ int main(int argc, char* argv[]) {
         if (file.open(QIODevice::ReadOnly)) lines += QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
     }
     report(lines, seconds, out);
-    const auto faults = check::run(creation::open(parser.value(QStringLiteral("home"))));
-    for (const check::Fault& fault : faults) out << fault.file << " : " << fault.subject << " : " << fault.text << '\n';
-    out << (faults.isEmpty() ? QStringLiteral("dossier sain\n") : QStringLiteral("défauts : %1\n").arg(faults.size()));
-    return faults.isEmpty() ? 0 : 1;
+    return checked(parser.value(QStringLiteral("home")), out);
 }

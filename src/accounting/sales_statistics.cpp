@@ -198,7 +198,7 @@ Files openFiles(Workspace& workspace, const Session& session) {
 Expression ofHeader(const Field& field) { return of(H, field); }
 
 qint64 fill(Files files, const SalesStatistics& table, const Criterion& headers) {
-    Transaction transaction(files.tri.workspace());
+    Transaction transaction(files.tri.workspace(), {}, Locks::none());
     files.tri.remove(table);
     qint64 written = 0;
     const Criterion asked = headers && of(H, strface.fac_lg) == documents::HeaderKey;

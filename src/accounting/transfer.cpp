@@ -136,7 +136,7 @@ Files openFiles(Workspace& workspace, const Session& session) {
 
 Control control(Files files, const QString& until, const Progress& progress) {
     const QString day = untilOf(until);
-    Transaction transaction(files.lines.compta.workspace());
+    Transaction transaction(files.lines.compta.workspace(), {}, Locks::none());
     files.lines.tri.remove(strecrit);
     const Control found =
         Preparation(files, day).run([&](const Record& line) { files.lines.tri.insert(line); }, progress);

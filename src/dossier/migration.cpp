@@ -133,7 +133,11 @@ QList<Move> moves(const Session& session, const QString& base) {
                 found.append({entry.file, path, to + entry.name});
     };
     add(session.chemin_base, base, {Folder::Base, Folder::User, Folder::Sales});
-    for (const QString& folder : startup::otherFolders(session)) {
+    QStringList others =
+        startup::otherFolders(session) + QStringList{session.chemin_util}; // the user's own is no other
+    others.removeDuplicates();
+    others.removeIf([&](const QString& folder) { return folder.isEmpty() || folder == session.chemin_base; });
+    for (const QString& folder : others) {
         const QString name =
             folder == session.chemin_gv ? QStringLiteral("gv") : folder.chopped(1).section(u'/', -1).section(u'#', -1);
         add(folder, base + name + u'/', {Folder::User, Folder::Sales});

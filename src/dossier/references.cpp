@@ -214,13 +214,14 @@ void requireFollowUpKept(Database molven, Database historic, Database stocks, co
 
 QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before) {
     Files files(session);
-    Transaction transaction(files.workspace, QStringLiteral("Fiche article"));
-    const QString notice = articles::save(files[DataFile::Molven], files[DataFile::Compta], files[DataFile::Gencode],
-                                          session.rules(), entry, before);
-    requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic], files[DataFile::Stocks],
-                        entry.article.value(strarticle.art_ref).trimmed(), before);
-    transaction.commit();
-    return notice;
+    const QString reference = entry.article.value(strarticle.art_ref).trimmed();
+    return Transaction::run(files.workspace, QStringLiteral("Fiche article"), articles::locksOf(reference), [&] {
+        const QString notice = articles::save(files[DataFile::Molven], files[DataFile::Compta],
+                                              files[DataFile::Gencode], session.rules(), entry, before);
+        requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic], files[DataFile::Stocks], reference,
+                            before);
+        return notice;
+    });
 }
 
 namespace {

@@ -257,22 +257,22 @@ QString save(Database molven, Database compta, Database gencode, const CompanyRu
     for (const Label* label : {&strarticle.art_li1, &strarticle.art_li2, &strarticle.art_lib3})
         article[*label] = read[*label].toUpper();
 
-    Transaction transaction(molven.workspace(), QStringLiteral("Fiche article"));
-    Recordset existing = molven.select(strarticle, strarticle.art_ref == reference);
-    if (before)
-        require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
-    else
-        require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
-    const QString notice = keepEan(gencode, rules, entry, before);
-    if (before)
-        existing.edit(*before);
-    else
-        existing.addNew();
-    existing.draft() = article;
-    existing.update();
-    keepSeveralLpp(molven, entry, reference);
-    transaction.commit();
-    return notice;
+    return Transaction::run(molven.workspace(), QStringLiteral("Fiche article"), locksOf(reference), [&] {
+        Recordset existing = molven.select(strarticle, strarticle.art_ref == reference);
+        if (before)
+            require(!existing.isEmpty(), "Ce code n'existe pas", strarticle.art_ref.name);
+        else
+            require(existing.isEmpty(), "Ce code existe déjà", strarticle.art_ref.name);
+        const QString notice = keepEan(gencode, rules, entry, before);
+        if (before)
+            existing.edit(*before);
+        else
+            existing.addNew();
+        existing.draft() = article;
+        existing.update();
+        keepSeveralLpp(molven, entry, reference);
+        return notice;
+    });
 }
 
 void remove(Database molven, Database gencode, const QString& reference) {

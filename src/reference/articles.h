@@ -58,6 +58,11 @@ const QList<Account>& accounts();
 /// Throws Refusal unless the number is in the chart.
 void checkAccount(Database compta, const Account& account, const QString& number);
 
+/// What rules name that write an article, or its quantity, average and last price; see Locks.
+inline QString lockName(const QString& reference) { return QStringLiteral("article ") + reference.trimmed().toUpper(); }
+/// The same of a rule that saves an article: it may take an EAN code from the pool.
+inline Locks locksOf(const QString& reference) { return Locks::of({lockName(reference), QStringLiteral("codes EAN")}); }
+
 /// Writes the article after every check of the trade; labels are put in upper case; allocates an EAN where the
 /// company does. `before` is the article as the user read it, nothing for a new one. Throws Refusal with the field of
 /// the faulty entry, DataError RecordChanged when another workstation wrote the article meanwhile. `compta` and

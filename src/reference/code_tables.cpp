@@ -250,6 +250,9 @@ void requireFilled(const CodeTable& kind, const Record& record) {
         require(!record.value(required.field).trimmed().isEmpty(), required.message, required.field);
 }
 
+/// One writer a table: what makes a key taken or a value double may be any of its records.
+Locks locksOf(const CodeTable& kind) { return Locks::of({QStringLiteral("table ") + kind.table.name}); }
+
 void requireNew(Database database, const CodeTable& kind, const Record& record) {
     require(database.count(kind.table, kind.takenBy(record)) == 0, kind.exists, *kind.key.last());
 }
@@ -269,24 +272,24 @@ void requireWritable(Database database, const CodeTable& kind, Record record, co
 }
 
 void add(Database database, const CodeTable& kind, Record record) {
-    Transaction transaction(database.workspace(), QStringLiteral("Tables"));
-    requireFilled(kind, record);
-    requireNew(database, kind, record); // a taken key is told before what its other fields lack
-    check(database, kind, record);
-    requireNew(database, kind, record); // in the form that the checks completed
-    database.insert(record);
-    transaction.commit();
+    Transaction::run(database.workspace(), QStringLiteral("Tables"), locksOf(kind), [&] {
+        requireFilled(kind, record);
+        requireNew(database, kind, record); // a taken key is told before what its other fields lack
+        check(database, kind, record);
+        requireNew(database, kind, record); // in the form that the checks completed
+        database.insert(record);
+    });
 }
 
 void change(Database database, const CodeTable& kind, Record record, const Record& before) {
-    Transaction transaction(database.workspace(), QStringLiteral("Tables"));
-    check(database, kind, record, &before);
-    Recordset stored = database.select(kind.table, kind.sameKey(record));
-    require(!stored.isEmpty(), kind.missing, *kind.key.last());
-    stored.edit(before);
-    stored.draft() = record;
-    stored.update();
-    transaction.commit();
+    Transaction::run(database.workspace(), QStringLiteral("Tables"), locksOf(kind), [&] {
+        check(database, kind, record, &before);
+        Recordset stored = database.select(kind.table, kind.sameKey(record));
+        require(!stored.isEmpty(), kind.missing, *kind.key.last());
+        stored.edit(before);
+        stored.draft() = record;
+        stored.update();
+    });
 }
 
 void remove(Database database, const CodeTable& kind, const Record& record) {

@@ -55,13 +55,15 @@ QString nextCode(Database molven, const Table& table, const Text& key) {
     return next > LastCode ? QString() : padded(QString::number(next), 6);
 }
 
+Locks locksOf(const Table& table, const QString& code) { return Locks::of({table.name + u' ' + code}); }
+
 void setFolder(Database molven, const Table& table, const Text& key, const QString& code, const Label& field,
                const QString& folder) {
     require(folder.size() <= field.size, QStringLiteral("Chemin trop long"), field);
-    Transaction transaction(molven.workspace(), QStringLiteral("Dossier des documents"));
-    require(molven.update(table, {{field, folder}}, key == padded(code, 6)) > 0, QStringLiteral("Ce code n'existe pas"),
-            key);
-    transaction.commit();
+    Transaction::run(molven.workspace(), QStringLiteral("Dossier des documents"), locksOf(table, padded(code, 6)), [&] {
+        require(molven.update(table, {{field, folder}}, key == padded(code, 6)) > 0,
+                QStringLiteral("Ce code n'existe pas"), key);
+    });
 }
 
 } // namespace
@@ -89,18 +91,19 @@ namespace {
 
 /// Writes a party under its code.
 void save(Database molven, const Text& key, const Record& party, const std::optional<Record>& before) {
-    Transaction transaction(molven.workspace(), QStringLiteral("Fiche client ou fournisseur"));
-    Recordset existing = molven.select(party.table(), key == party[key]);
-    if (before) {
-        require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), key);
-        existing.edit(*before);
-    } else {
-        require(existing.isEmpty(), QStringLiteral("Ce code existe déjà"), key);
-        existing.addNew();
-    }
-    existing.draft() = party;
-    existing.update();
-    transaction.commit();
+    const Locks locks = locksOf(party.table(), party[key]);
+    Transaction::run(molven.workspace(), QStringLiteral("Fiche client ou fournisseur"), locks, [&] {
+        Recordset existing = molven.select(party.table(), key == party[key]);
+        if (before) {
+            require(!existing.isEmpty(), QStringLiteral("Ce code n'existe pas"), key);
+            existing.edit(*before);
+        } else {
+            require(existing.isEmpty(), QStringLiteral("Ce code existe déjà"), key);
+            existing.addNew();
+        }
+        existing.draft() = party;
+        existing.update();
+    });
 }
 
 } // namespace

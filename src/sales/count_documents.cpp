@@ -3,6 +3,7 @@
 #include "data/require.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
 #include "stock/units.h"
@@ -143,14 +144,16 @@ void requirePatient(const Offer& offer, const QString& patient) {
 QString write(const Session& session, const Record& count, const Offer& offer, const QString& patient) {
     requirePatient(offer, patient);
     SalesBook book = bookOf(session, offer);
-    Transaction transaction(book.workspace, QStringLiteral("Suite d'un inventaire"));
-    for (const QString& unit : offer.units) requireUnsettled(book, count, unit);
-    const Record written = documents::createWith(book, headerOf(book, offer, patient), offer.units);
-    const QString number = written[book.kind().headers.fac_no];
-    book.molven.update(strinvlig, {{strinvlig.lig_mod, book.kind().mode}, {strinvlig.lig_doc, number}},
-                       strinvlig.lig_no == count[strinvdep.inv_no] && isOneOf(strinvlig.lig_imm, offer.units));
-    transaction.commit();
-    return number;
+    const Record header = headerOf(book, offer, patient);
+    const Locks locks = document_locks::ofNewWith(book, header, offer.units);
+    return Transaction::run(book.workspace, QStringLiteral("Suite d'un inventaire"), locks, [&] {
+        for (const QString& unit : offer.units) requireUnsettled(book, count, unit);
+        const Record written = documents::createWith(book, header, offer.units);
+        const QString number = written[book.kind().headers.fac_no];
+        book.molven.update(strinvlig, {{strinvlig.lig_mod, book.kind().mode}, {strinvlig.lig_doc, number}},
+                           strinvlig.lig_no == count[strinvdep.inv_no] && isOneOf(strinvlig.lig_imm, offer.units));
+        return number;
+    });
 }
 
 } // namespace molven::count_documents

@@ -7,12 +7,12 @@ namespace molven::document_locks {
 namespace {
 
 /// By the file's name on the server: workstations may write its address in several ways.
-QString ofTable(SalesBook& book, const QString& what) {
-    return book.vente.schema() + u' ' + book.kind().headers.name + u' ' + what;
+QString ofTable(const Database& file, const DocumentHeaders& table, const QString& what) {
+    return file.schema() + u' ' + table.name + u' ' + what;
 }
 
 QStringList ofNewNames(SalesBook& book, const Record& header) {
-    return {ofTable(book, QStringLiteral("numbers")),
+    return {ofTable(book.vente, book.kind().headers, QStringLiteral("numbers")),
             QStringLiteral("address ") + header[book.kind().headers.fac_clt].toUpper()};
 }
 
@@ -20,21 +20,24 @@ QStringList ofNewNames(SalesBook& book, const Record& header) {
 
 Locks ofNew(SalesBook& book, const Record& header) { return Locks::of(ofNewNames(book, header)); }
 
-QString document(SalesBook& book, const Record& header) {
-    const DocumentHeaders& table = book.kind().headers;
-    return ofTable(book, header[table.fac_aa] + u'/' + header[table.fac_no]);
+QString document(SalesBook& book, const Record& header) { return document(book.vente, book.kind().headers, header); }
+
+QString document(const Database& file, const DocumentHeaders& table, const Record& header) {
+    return ofTable(file, table, header[table.fac_aa] + u'/' + header[table.fac_no]);
+}
+
+Locks ofStanding(SalesBook& book, const Record& header, const QList<Record>& lines) {
+    return ofUnits(book.kind(), lines).with({document(book, header)});
 }
 
 Locks ofNewWith(SalesBook& book, const Record& header, const QStringList& units) {
-    QStringList names = ofNewNames(book, header);
-    for (const QString& unit : units) names.append(unit_locks::unit(unit));
-    return Locks::of(names);
+    return ofNew(book, header).with(unit_locks::units(units));
 }
 
 Locks ofLines(SalesBook& book, const Record& header, const QList<document_lines::Draft>& drafts) {
     QList<Record> lines;
     for (const document_lines::Draft& draft : drafts) lines.append(draft.line);
-    return Locks::of(ofUnits(book.kind(), lines).names() + QStringList{document(book, header)});
+    return ofStanding(book, header, lines);
 }
 
 Locks ofUnits(const DocumentKind& kind, const QList<Record>& lines) {

@@ -10,6 +10,9 @@ namespace molven::document_locks {
 Locks ofNew(SalesBook& book, const Record& header);
 /// A document that stands.
 QString document(SalesBook& book, const Record& header);
+QString document(const Database& file, const DocumentHeaders& table, const Record& header);
+/// A document that stands, with the units and the articles that these of its lines move.
+Locks ofStanding(SalesBook& book, const Record& header, const QList<Record>& lines);
 /// A new document with these units.
 Locks ofNewWith(SalesBook& book, const Record& header, const QStringList& units);
 /// New lines of a document, with the units and the articles that they move.

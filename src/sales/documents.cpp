@@ -405,34 +405,49 @@ void requireDeletable(SalesBook& book, const Record& asRead) {
     require(current(book, asRead)[table.fac_cpt] != Transferred, book.kind().transferredWords, table.fac_no);
 }
 
-void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead) {
-    const DocumentHeaders& table = book.kind().headers;
-    Transaction transaction(book.workspace, QStringLiteral("Suppression du document"));
-    requireDeletable(book, asRead);
-    const Record stored = current(book, asRead);
-    requireUnchanged(stored, asRead, book.kind().open + footerFields(table));
-    if (linesRead(book, stored) != linesAsRead)
-        throw ChangedElsewhere(QStringLiteral("Les lignes ont été modifiées par un autre poste"), table.fac_no.name);
-    abandon(book, asRead);
-    transaction.commit();
-}
+namespace {
 
-void abandon(SalesBook& book, const Record& asRead) {
-    const DocumentHeaders& table = book.kind().headers;
+/// Undoes these, all its lines, and what the document did to others; it is deleted.
+void erase(SalesBook& book, const Record& header, const QList<Record>& all) {
     const DocumentLines& lineTable = book.kind().lines;
-    Transaction transaction(book.workspace, QStringLiteral("Abandon du document"));
-    const Record header = requireOpen(book, asRead);
     QStringList notes;
-    for (const Record& line : lines(book, header)) {
+    for (const Record& line : all) {
         document_lines::undo(book, header, line);
         if (const QString note = line[lineTable.fac_nbl]; !notes.contains(note)) notes.append(note);
     }
-    book.vente.remove(lineTable, lineTable.fac_no == header[table.fac_no] && lineTable.fac_aa == header[table.fac_aa]);
+    book.vente.remove(lineTable, lineTable.fac_no == header[book.kind().headers.fac_no] &&
+                                     lineTable.fac_aa == header[book.kind().headers.fac_aa]);
     if (book.kind().isInvoice()) integration::release(book, header, notes);
     if (book.kind().isTransfer()) transfer_notes::release(book, header);
     if (book.kind().isDelivery()) proformas::release(book, header);
-    book.vente.remove(table, numbered(table, header));
-    transaction.commit();
+    book.vente.remove(book.kind().headers, numbered(book.kind().headers, header));
+}
+
+} // namespace
+
+void remove(SalesBook& book, const Record& asRead, const QList<Record>& linesAsRead) {
+    const DocumentHeaders& table = book.kind().headers;
+    const Locks locks = document_locks::ofStanding(book, asRead, linesAsRead);
+    Transaction::run(book.workspace, QStringLiteral("Suppression du document"), locks, [&] {
+        requireDeletable(book, asRead);
+        const Record stored = current(book, asRead);
+        requireUnchanged(stored, asRead, book.kind().open + footerFields(table));
+        if (linesRead(book, stored) != linesAsRead)
+            throw ChangedElsewhere(QStringLiteral("Les lignes ont été modifiées par un autre poste"),
+                                   table.fac_no.name);
+        erase(book, stored, linesAsRead);
+    });
+}
+
+void abandon(SalesBook& book, const Record& asRead) {
+    const Locks locks = document_locks::ofStanding(book, asRead, linesRead(book, asRead));
+    Transaction::run(book.workspace, QStringLiteral("Abandon du document"), locks, [&] {
+        const Record header = requireOpen(book, asRead);
+        const QList<Record> all = linesRead(book, header);
+        Transaction ofAll(book.workspace, {}, document_locks::ofUnits(book.kind(), all));
+        erase(book, header, all);
+        ofAll.commit();
+    });
 }
 
 QList<Record> unfinished(SalesBook& book) {
@@ -446,15 +461,16 @@ QList<Record> unfinished(SalesBook& book) {
 }
 
 Record keep(SalesBook& book, const Record& asRead) {
-    Transaction transaction(book.workspace, QStringLiteral("Document conservé sans ligne"));
-    Recordset record = writable(book, current(book, asRead));
-    record[book.kind().headers.fac_pst] = QString();
-    const Record result = record.draft();
-    record.update();
-    numbering::addHiddenLine(book.vente, book.kind().lines, result[book.kind().headers.fac_aa],
-                             result[book.kind().headers.fac_no]);
-    transaction.commit();
-    return result;
+    const Locks locks = Locks::of({document_locks::document(book, asRead)});
+    return Transaction::run(book.workspace, QStringLiteral("Document conservé sans ligne"), locks, [&] {
+        Recordset record = writable(book, current(book, asRead));
+        record[book.kind().headers.fac_pst] = QString();
+        const Record result = record.draft();
+        record.update();
+        numbering::addHiddenLine(book.vente, book.kind().lines, result[book.kind().headers.fac_aa],
+                                 result[book.kind().headers.fac_no]);
+        return result;
+    });
 }
 
 Criterion linesOf(SalesBook& book, const Record& header) {

@@ -89,6 +89,9 @@ namespace {
 
 void reopen(SalesBook& invoices, const Record& invoice, const Record& note) {
     const QString number = note[strlive.fac_no];
+    SalesBook notes(invoices, documentKind(QStringLiteral("LIV")));
+    const QList<Record> lines = documents::linesRead(notes, note);
+    Transaction transaction(invoices.workspace, {}, document_locks::ofStanding(notes, note, lines));
     invoices.vente.update(strlive, {{strlive.fac_blv, documents::NotInvoiced}, {strlive.fac_cpt, documents::Open}},
                           strlive.fac_no == number && strlive.fac_aa == note[strlive.fac_aa]);
     // The hidden record of the note goes too, but a document with lines keeps one.
@@ -98,11 +101,12 @@ void reopen(SalesBook& invoices, const Record& invoice, const Record& note) {
     if (!documents::lines(invoices, invoice).isEmpty())
         numbering::addHiddenLine(invoices.vente, strfacl, invoice[strface.fac_aa], invoice[strface.fac_no]);
     // What the invoice gave back when its lines were deleted is delivered again.
-    for (const Record& line : invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number)))
+    for (const Record& line : lines)
         if (line[strlivl.fac_imm].isEmpty())
             document_lines::takeFromStock(invoices, line[strlivl.fac_ref], line[strlivl.fac_qte]);
         else
             unit_moves::deliverAgain(invoices, note, line);
+    transaction.commit();
 }
 
 } // namespace

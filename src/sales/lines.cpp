@@ -326,20 +326,22 @@ void insert(SalesBook& book, const Record& asRead, const Draft& draft, const Rec
     const DocumentLines& table = book.kind().lines;
     const DocumentHeaders& headers = book.kind().headers;
     require(!draft.isText, "impossible d'insérer du texte, il faut l'ajouter", table.fac_ref);
-    Transaction transaction(book.workspace, QStringLiteral("Insertion d'une ligne"));
-    const Record header = documents::requireOpen(book, asRead);
-    const QString number = storedLine(book, header, before)[table.fac_lg];
-    numbering::requireRoom(numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]));
-    pushDown(book, header, number);
-    write(book, header, draft, number, freeUnits(book, header, {draft}).first());
-    documents::refreshTotals(book, header);
-    transaction.commit();
+    const Locks locks = document_locks::ofLines(book, asRead, {draft});
+    Transaction::run(book.workspace, QStringLiteral("Insertion d'une ligne"), locks, [&] {
+        const Record header = documents::requireOpen(book, asRead);
+        const QString number = storedLine(book, header, before)[table.fac_lg];
+        numbering::requireRoom(numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]));
+        pushDown(book, header, number);
+        write(book, header, draft, number, freeUnits(book, header, {draft}).first());
+        documents::refreshTotals(book, header);
+    });
 }
 
-void change(SalesBook& book, const Record& asReadHeader, const Record& line, const Record& asRead) {
+namespace {
+
+/// The change of one line, which its caller's transaction has for itself with its unit or its article.
+void rewriteLine(SalesBook& book, const Record& header, const Record& line, const Record& asRead) {
     const DocumentLines& table = book.kind().lines;
-    Transaction transaction(book.workspace, QStringLiteral("Modification d'une ligne"));
-    const Record header = documents::requireOpen(book, asReadHeader);
     Recordset stored = storedLine(book, header, asRead);
     if (isText(table, asRead)) return;
     requireBounds(book, line);
@@ -360,7 +362,14 @@ void change(SalesBook& book, const Record& asReadHeader, const Record& line, con
     else
         takeFromStock(book, reference, written[table.fac_qte] - asRead[table.fac_qte]);
     documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
-    transaction.commit();
+}
+
+} // namespace
+
+void change(SalesBook& book, const Record& asReadHeader, const Record& line, const Record& asRead) {
+    const Locks locks = document_locks::ofStanding(book, asReadHeader, {asRead});
+    Transaction::run(book.workspace, QStringLiteral("Modification d'une ligne"), locks,
+                     [&] { rewriteLine(book, documents::requireOpen(book, asReadHeader), line, asRead); });
 }
 
 void undo(SalesBook& book, const Record& header, const Record& line) {
@@ -374,14 +383,15 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
 }
 
 void remove(SalesBook& book, const Record& asReadHeader, const Record& asRead) {
-    Transaction transaction(book.workspace, QStringLiteral("Suppression d'une ligne"));
-    const Record header = documents::requireOpen(book, asReadHeader);
-    Recordset line = storedLine(book, header, asRead);
-    undo(book, header, asRead);
-    line.remove();
-    if (book.kind().isInvoice()) integration::release(book, header, {asRead[book.kind().lines.fac_nbl]});
-    documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
-    transaction.commit();
+    const Locks locks = document_locks::ofStanding(book, asReadHeader, {asRead});
+    Transaction::run(book.workspace, QStringLiteral("Suppression d'une ligne"), locks, [&] {
+        const Record header = documents::requireOpen(book, asReadHeader);
+        Recordset line = storedLine(book, header, asRead);
+        undo(book, header, asRead);
+        line.remove();
+        if (book.kind().isInvoice()) integration::release(book, header, {asRead[book.kind().lines.fac_nbl]});
+        documents::requireDownPaymentWithin(book, documents::refreshTotals(book, header));
+    });
 }
 
 Record copyOf(const Record& line, const DocumentLines& target) {

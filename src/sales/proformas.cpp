@@ -4,6 +4,7 @@
 #include "data/dates.h"
 #include "data/require.h"
 #include "reference/articles.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
 
@@ -46,29 +47,37 @@ void requireDeliverable(SalesBook& book, const Record& asRead) {
 }
 
 Delivered deliver(SalesBook& book, const Record& asRead) {
-    Transaction transaction(book.workspace, QStringLiteral("Transfert en bon de livraison"));
-    requireDeliverable(book, asRead);
-    const Record proforma = documents::current(book, asRead);
     SalesBook notes(book, documentKind(QStringLiteral("LIV")));
     Record header(strlive);
-    header.copyFrom(proforma);
-    header[strlive.fac_datf] = dateText(Clock::today());
-    const Record note = documents::create(notes, header);
-    document_lines::add(notes, note, deliverableLines(book, proforma));
-    const bool keptDownPayment = keepDownPayment(notes, documents::current(notes, note));
-    book.vente.update(strface, {{strface.fac_blv, note[strlive.fac_no]}, {strface.fac_cpt, documents::Transferred}},
-                      strface.fac_no == proforma[strface.fac_no] && strface.fac_aa == proforma[strface.fac_aa]);
-    const Delivered delivered{documents::current(book, asRead), documents::current(notes, note), keptDownPayment};
-    transaction.commit();
-    return delivered;
+    header.copyFrom(asRead);
+    const Locks locks = document_locks::ofNew(notes, header).with({document_locks::document(book, asRead)});
+    return Transaction::run(book.workspace, QStringLiteral("Transfert en bon de livraison"), locks, [&] {
+        requireDeliverable(book, asRead);
+        const Record proforma = documents::current(book, asRead);
+        header.copyFrom(proforma);
+        header[strlive.fac_datf] = dateText(Clock::today());
+        const Record note = documents::create(notes, header);
+        document_lines::add(notes, note, deliverableLines(book, proforma));
+        const bool keptDownPayment = keepDownPayment(notes, documents::current(notes, note));
+        book.vente.update(strface, {{strface.fac_blv, note[strlive.fac_no]}, {strface.fac_cpt, documents::Transferred}},
+                          strface.fac_no == proforma[strface.fac_no] && strface.fac_aa == proforma[strface.fac_aa]);
+        return Delivered{documents::current(book, asRead), documents::current(notes, note), keptDownPayment};
+    });
 }
 
 void release(SalesBook& deliveries, const Record& note) {
     const QString path = deliveries.session().path(DataFile::Proforma);
     if (!deliveries.workspace.has(path)) return;
-    deliveries.workspace.open(path).update(
-        strface, {{strface.fac_blv, documents::NotInvoiced}, {strface.fac_cpt, documents::Open}},
-        strface.fac_blv == note[strlive.fac_no] && strface.fac_cpt == documents::Transferred);
+    Database proformas = deliveries.workspace.open(path);
+    const Criterion delivered = strface.fac_blv == note[strlive.fac_no] && strface.fac_cpt == documents::Transferred;
+    QStringList names;
+    for (const Record& one : proformas.select(strface, delivered))
+        names.append(document_locks::document(proformas, strface, one));
+    if (names.isEmpty()) return;
+    Transaction transaction(deliveries.workspace, {}, Locks::of(names));
+    proformas.update(strface, {{strface.fac_blv, documents::NotInvoiced}, {strface.fac_cpt, documents::Open}},
+                     delivered);
+    transaction.commit();
 }
 
 } // namespace molven::proformas

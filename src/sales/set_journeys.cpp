@@ -2,15 +2,18 @@
 
 #include "data/clock.h"
 #include "data/dates.h"
+#include "data/format.h"
 #include "data/require.h"
 #include "reference/articles.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/lines.h"
 #include "sales/transfer_notes.h"
 #include "sales/unit_rules.h"
 #include "stock/gs1.h"
+#include "stock/unit_locks.h"
 #include "stock/units.h"
 
 #include <QMap>
@@ -101,9 +104,10 @@ void requireSendable(Files& files, const QString& serial) {
             strstock.stk_anc_imm);
 }
 
-Record send(Files& files, const QString& serial, const QString& client, const QString& carrier) {
+namespace {
+
+Record sent(Files& files, const QString& serial, const QString& client, const QString& carrier) {
     SalesBook& notes = files.notes;
-    Transaction transaction(notes.workspace, QStringLiteral("Envoi d'un ancillaire"));
     requireSendable(files, serial);
     require(!client.trimmed().isEmpty(), "Veuillez choisir le client ", strbtre.fac_clt);
     Record header = documents::blank(notes, client);
@@ -122,8 +126,36 @@ Record send(Files& files, const QString& serial, const QString& client, const QS
     moveUnits(notes, units, moved);
     lowerStocks(notes, units);
     putPlace(files.ancillaire, serial, {code, name, number, date, code});
-    transaction.commit();
     return note;
+}
+
+/// A set with its units and their articles, as they are read now, and the documents of a journey.
+Locks locksOf(Files& files, const QString& serial, const QStringList& documents) {
+    QStringList names = documents, units;
+    for (const Record& line : ancillary_sets::lines(files.ancillaire, serial)) {
+        units.append(line[strstock.stk_imm_art]);
+        names.append(unit_locks::article(line[strstock.stk_ref_art]));
+    }
+    return ancillary_sets::locksOf(serial, units).with(names);
+}
+
+/// A new document for a client.
+QStringList newFor(SalesBook& book, const QString& client) {
+    Record header(book.kind().headers);
+    header[book.kind().headers.fac_clt] = padded(client, 6);
+    return document_locks::ofNew(book, header).names();
+}
+
+} // namespace
+
+Record send(Files& files, const QString& serial, const QString& client, const QString& carrier) {
+    const Locks locks = locksOf(files, serial, newFor(files.notes, client));
+    return Transaction::run(files.notes.workspace, QStringLiteral("Envoi d'un ancillaire"), locks, [&] {
+        Transaction ofAll(files.notes.workspace, {}, locksOf(files, serial, {}));
+        const Record note = sent(files, serial, client, carrier);
+        ofAll.commit();
+        return note;
+    });
 }
 
 void requireAway(const Record& set) {
@@ -227,16 +259,20 @@ std::pair<QList<Record>, QList<Record>> divided(Files& files, const Return& want
 } // namespace
 
 Returned takeBack(Files& files, const Return& wanted) {
-    const QString serial = wanted.set[strstock.stk_anc_imm];
-    Transaction transaction(files.notes.workspace, returnLabel(serial));
-    const auto [back, used] = divided(files, wanted);
-    Returned written;
-    if (!used.isEmpty()) written.deliveryNote = deliverUsed(files, wanted, used);
-    if (!back.isEmpty()) written.transferNote = bringHome(files, wanted, back);
-    putStocks(files.notes, back + used);
-    putPlace(files.ancillaire, serial, {SetDepot, {}, written.transferNote, dateText(Clock::today()), {}});
-    transaction.commit();
-    return written;
+    const QString serial = wanted.set[strstock.stk_anc_imm], client = wanted.set[strstock.stk_clt_vte];
+    SalesBook deliveries(files.notes, documentKind(QStringLiteral("LIV")));
+    const Locks locks = locksOf(files, serial, newFor(files.notes, client) + newFor(deliveries, client));
+    return Transaction::run(files.notes.workspace, returnLabel(serial), locks, [&] {
+        const auto [back, used] = divided(files, wanted);
+        Transaction ofAll(files.notes.workspace, {}, locksOf(files, serial, {}));
+        Returned written;
+        if (!used.isEmpty()) written.deliveryNote = deliverUsed(files, wanted, used);
+        if (!back.isEmpty()) written.transferNote = bringHome(files, wanted, back);
+        putStocks(files.notes, back + used);
+        putPlace(files.ancillaire, serial, {SetDepot, {}, written.transferNote, dateText(Clock::today()), {}});
+        ofAll.commit();
+        return written;
+    });
 }
 
 } // namespace molven::set_journeys

@@ -3,6 +3,7 @@
 #include "data/dates.h"
 #include "data/require.h"
 #include "reference/parameters.h"
+#include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "stock/units.h"
 
@@ -56,10 +57,8 @@ void complete(Record& header) {
 
 Record write(SalesBook& book, const Record& header, const QStringList& units,
              const std::optional<Record>& deliveryAddress) {
-    Transaction transaction(book.workspace, QStringLiteral("Transfert"));
-    const Record written = documents::createWith(book, header, units, deliveryAddress);
-    transaction.commit();
-    return written;
+    return Transaction::run(book.workspace, QStringLiteral("Transfert"), document_locks::ofNewWith(book, header, units),
+                            [&] { return documents::createWith(book, header, units, deliveryAddress); });
 }
 
 QString renewedOn(const Record& note) {
@@ -93,23 +92,38 @@ Record renewal(SalesBook& book, const Record& note, const QString& client) {
 
 Record renew(SalesBook& book, const Record& header, const QStringList& units,
              const std::optional<Record>& deliveryAddress, const Record& note) {
-    Transaction transaction(book.workspace, QStringLiteral("Renouvellement d'un transfert"));
-    const Record old = documents::current(book, note);
-    requireRenewable(book, old);
-    const Record written = write(book, header, units, deliveryAddress);
-    require(written[strbtre.tri_datf] >= old[strbtre.tri_datf], "Date antérieure à celle du bon renouvelé",
-            strbtre.fac_datf);
-    carryOn(book, old[strbtre.fac_no], written[strbtre.fac_no]);
-    transaction.commit();
-    return written;
+    const Locks locks = document_locks::ofNewWith(book, header, units).with({document_locks::document(book, note)});
+    return Transaction::run(book.workspace, QStringLiteral("Renouvellement d'un transfert"), locks, [&] {
+        const Record old = documents::current(book, note);
+        requireRenewable(book, old);
+        const Record written = write(book, header, units, deliveryAddress);
+        require(written[strbtre.tri_datf] >= old[strbtre.tri_datf], "Date antérieure à celle du bon renouvelé",
+                strbtre.fac_datf);
+        carryOn(book, old[strbtre.fac_no], written[strbtre.fac_no]);
+        return written;
+    });
 }
 
+namespace {
+
+/// Writes what the notes that meet a condition say of their renewal; they are documents of their own.
+void putRenewal(SalesBook& book, const QString& renewal, const Criterion& which) {
+    QStringList names;
+    for (const Record& one : book.vente.select(strbtre, which)) names.append(document_locks::document(book, one));
+    if (names.isEmpty()) return;
+    Transaction transaction(book.workspace, {}, Locks::of(names));
+    book.vente.update(strbtre, {{strbtre.fac_eta, renewal}}, which);
+    transaction.commit();
+}
+
+} // namespace
+
 void carryOn(SalesBook& book, const QString& number, const QString& next) {
-    book.vente.update(strbtre, {{strbtre.fac_eta, Renewed + next}}, strbtre.fac_no == number);
+    putRenewal(book, Renewed + next, strbtre.fac_no == number);
 }
 
 void release(SalesBook& book, const Record& dropped) {
-    book.vente.update(strbtre, {{strbtre.fac_eta, NotRenewed}}, strbtre.fac_eta == Renewed + dropped[strbtre.fac_no]);
+    putRenewal(book, NotRenewed, strbtre.fac_eta == Renewed + dropped[strbtre.fac_no]);
 }
 
 } // namespace molven::transfer_notes

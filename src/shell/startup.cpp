@@ -6,6 +6,7 @@
 #include "data/errors.h"
 #include "data/journal.h"
 #include "data/presence.h"
+#include "data/server_address.h"
 #include "shell/folder_files.h"
 #include "shell/tables.h"
 
@@ -31,6 +32,15 @@ QString requiredFolder(const Session& session, const QString& name) {
 void readSecondSite(Session& session) {
     if (session.rules().readsSecondSiteFolder())
         session.chemin_gv = requiredFolder(session, QStringLiteral("CHEMIN_GV.HC"));
+}
+
+/// One commit covers the files of both sites.
+void requireOneServer(const Session& session) {
+    const QString second = session.chemin_gv, base = session.chemin_base;
+    if (!server_address::isOne(second) || server_address::connection(second) == server_address::connection(base))
+        return;
+    throw Refusal(QStringLiteral("Le second site doit être sur le serveur du dossier : %1 (CHEMIN_GV.HC) n'est pas %2.")
+                      .arg(server_address::connection(second), server_address::connection(base)));
 }
 
 /// A dossier whose files are half of one backup and half of another day must not be worked in.
@@ -171,6 +181,7 @@ void openDossier(Session& session) {
         session.mot_dossier = QStringLiteral("EO");
     }
     readSecondSite(session);
+    requireOneServer(session);
 }
 
 QString mainTitle(const Session& session) {

@@ -5,6 +5,7 @@
 #include "data/format.h"
 #include "reference/parameters.h"
 #include "stock/set_types.h"
+#include "stock/unit_locks.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@ namespace molven::ancillary_sets {
 namespace {
 
 const QString HeaderLine = QStringLiteral("000");
+const QString CompositionDeed = QStringLiteral("Composition d'un ancillaire");
 
 Criterion unitLinesOf(const QString& serial) {
     return strstock.stk_anc_imm == serial && strstock.stk_anc_imm_lg != HeaderLine;
@@ -50,17 +52,28 @@ QList<Assignment> withoutDocument() {
 } // namespace
 
 QString create(Database ancillaire, const QString& type) {
-    Transaction transaction(ancillaire.workspace(), QStringLiteral("Création d'un ancillaire"));
-    const auto known = ancillaire.find(strancillaire, strancillaire.anc_code == type);
-    if (!known || ancillaire.count(strnomenclature, set_types::componentsOf(type)) == 0)
-        throw Refusal(QStringLiteral("Cet ancillaire n'a pas de composant"));
-    const Decimal last = Decimal::fromText(ancillaire.greatest(strstock, strstock.stk_anc_imm));
-    const QString serial = format(last + 1, QStringLiteral("00000000"));
-    const Record& read = *known;
-    ancillaire.insert(lineOf(serial, read[strancillaire.anc_code], read[strancillaire.anc_lib], HeaderLine));
-    putCount(ancillaire, type);
-    transaction.commit();
-    return serial;
+    const Locks locks = Locks::of({unit_locks::sets()});
+    return Transaction::run(ancillaire.workspace(), QStringLiteral("Création d'un ancillaire"), locks, [&] {
+        const auto known = ancillaire.find(strancillaire, strancillaire.anc_code == type);
+        if (!known || ancillaire.count(strnomenclature, set_types::componentsOf(type)) == 0)
+            throw Refusal(QStringLiteral("Cet ancillaire n'a pas de composant"));
+        const Decimal last = Decimal::fromText(ancillaire.greatest(strstock, strstock.stk_anc_imm));
+        const QString serial = format(last + 1, QStringLiteral("00000000"));
+        const Record& read = *known;
+        ancillaire.insert(lineOf(serial, read[strancillaire.anc_code], read[strancillaire.anc_lib], HeaderLine));
+        putCount(ancillaire, type);
+        return serial;
+    });
+}
+
+QStringList unitsOf(Database ancillaire, const QString& serial) {
+    QStringList units;
+    for (const Record& line : lines(ancillaire, serial)) units.append(line[strstock.stk_imm_art]);
+    return units;
+}
+
+Locks locksOf(const QString& serial, const QStringList& units) {
+    return Locks::of(unit_locks::units(units)).with({unit_locks::set(serial)});
 }
 
 Record header(Database ancillaire, const QString& serial) {
@@ -172,22 +185,23 @@ void placeUnit(const Files& files, const Record& set, const Record& unit) {
 
 void place(const Files& files, const QString& serial, const QString& immatriculation) {
     Database molven = files.molven;
-    Transaction transaction(molven.workspace(), QStringLiteral("Composition d'un ancillaire"));
-    const Record unit = freeUnit(molven, Immatriculation::fromText(immatriculation));
-    const Record set = header(files.ancillaire, serial);
-    requireAtHome(set);
-    placeUnit(files, set, unit);
-    transaction.commit();
+    Transaction::run(molven.workspace(), CompositionDeed, locksOf(serial, {immatriculation}), [&] {
+        const Record unit = freeUnit(molven, Immatriculation::fromText(immatriculation));
+        const Record set = header(files.ancillaire, serial);
+        requireAtHome(set);
+        placeUnit(files, set, unit);
+    });
 }
 
-void fill(const Files& files, const QString& serial, const QStringList& numbers) {
-    Database molven = files.molven;
-    Transaction transaction(molven.workspace(), QStringLiteral("Composition d'un ancillaire"));
+namespace {
+
+/// Places units that the set lacks; its caller's transaction has them for itself.
+void placeLacking(const Files& files, const QString& serial, const QStringList& numbers) {
     const Record set = header(files.ancillaire, serial);
     requireAtHome(set);
     QList<Component> wanted = components(files.ancillaire, set);
     for (const QString& number : numbers) {
-        const Record unit = freeUnit(molven, Immatriculation::fromText(number));
+        const Record unit = freeUnit(files.molven, Immatriculation::fromText(number));
         const QString reference = unit[strproduit.ref_art];
         const auto component = std::find_if(wanted.begin(), wanted.end(), [&](const Component& one) {
             return one.reference.compare(reference, Qt::CaseInsensitive) == 0;
@@ -202,32 +216,44 @@ void fill(const Files& files, const QString& serial, const QStringList& numbers)
         ++component->placed;
         placeUnit(files, set, unit);
     }
-    transaction.commit();
+}
+
+} // namespace
+
+void fill(const Files& files, const QString& serial, const QStringList& numbers) {
+    Database molven = files.molven;
+    Transaction::run(molven.workspace(), CompositionDeed, locksOf(serial, numbers),
+                     [&] { placeLacking(files, serial, numbers); });
 }
 
 void takeOut(const Files& files, const QString& serial, const QString& immatriculation) {
     Database molven = files.molven, ancillaire = files.ancillaire;
-    Transaction transaction(molven.workspace(), QStringLiteral("Retrait d'un ancillaire"));
-    Recordset line = ancillaire.select(strstock, unitLinesOf(serial) && strstock.stk_imm_art == immatriculation);
-    if (line.isEmpty())
-        throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus dans cet ancillaire").arg(immatriculation),
-                      strproduit.imm_art.name);
-    requireUnitAtHome(line.record());
-    line.remove();
-    molven.update(strproduit, freed(files), Immatriculation::fromText(immatriculation).criterion());
-    transaction.commit();
+    const Locks locks = locksOf(serial, {immatriculation});
+    Transaction::run(molven.workspace(), QStringLiteral("Retrait d'un ancillaire"), locks, [&] {
+        Recordset line = ancillaire.select(strstock, unitLinesOf(serial) && strstock.stk_imm_art == immatriculation);
+        if (line.isEmpty())
+            throw Refusal(QStringLiteral("L'immatriculation %1 n'est plus dans cet ancillaire").arg(immatriculation),
+                          strproduit.imm_art.name);
+        requireUnitAtHome(line.record());
+        line.remove();
+        molven.update(strproduit, freed(files), Immatriculation::fromText(immatriculation).criterion());
+    });
 }
 
 void remove(const Files& files, const QString& serial) {
     Database molven = files.molven, ancillaire = files.ancillaire;
-    Transaction transaction(molven.workspace(), QStringLiteral("Suppression d'un ancillaire"));
-    const Record set = header(ancillaire, serial);
-    requireAtHome(set);
-    for (const Record& line : lines(ancillaire, serial))
-        molven.update(strproduit, freed(files), Immatriculation::fromText(line[strstock.stk_imm_art]).criterion());
-    ancillaire.remove(strstock, strstock.stk_anc_imm == serial);
-    putCount(ancillaire, set[strstock.stk_anc_code]);
-    transaction.commit();
+    const Locks locks = locksOf(serial, unitsOf(ancillaire, serial)).with({unit_locks::sets()});
+    Transaction::run(molven.workspace(), QStringLiteral("Suppression d'un ancillaire"), locks, [&] {
+        const Record set = header(ancillaire, serial);
+        requireAtHome(set);
+        const QStringList units = unitsOf(ancillaire, serial);
+        Transaction ofAll(molven.workspace(), {}, locksOf(serial, units));
+        for (const QString& unit : units)
+            molven.update(strproduit, freed(files), Immatriculation::fromText(unit).criterion());
+        ancillaire.remove(strstock, strstock.stk_anc_imm == serial);
+        putCount(ancillaire, set[strstock.stk_anc_code]);
+        ofAll.commit();
+    });
 }
 
 } // namespace molven::ancillary_sets

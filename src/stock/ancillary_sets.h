@@ -25,6 +25,10 @@ void requireAtHome(const Record& header);
 void requireUnitAtHome(const Record& line);
 /// The lines of a set's units, in order.
 Recordset lines(Database ancillaire, const QString& serial);
+/// Their immatriculations.
+QStringList unitsOf(Database ancillaire, const QString& serial);
+/// What a rule about a set with these units has for itself.
+Locks locksOf(const QString& serial, const QStringList& units);
 
 /// A component of a set: how many units it wants, and how many it has.
 struct Component {

@@ -9,6 +9,7 @@
 #include "reference/parameters.h"
 #include "stock/depot_counts.h"
 #include "stock/supplier_codes.h"
+#include "stock/unit_locks.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ namespace molven {
 namespace {
 
 const auto& Row = strconstat;
+const QString CountDeed = QStringLiteral("Inventaire d'un dépôt");
 
 /// The fields of a unit that its row holds, and where.
 struct Copied {
@@ -270,13 +272,18 @@ void DepotCount::begin() {
         header_ = *other;
         return refresh();
     }
+    Transaction numbered(molven_.workspace(), {}, Locks::of({unit_locks::counts()}));
     const Decimal last = Decimal::fromText(molven_.greatest(strinvdep, strinvdep.inv_no));
     if (last >= Decimal(999'999)) refuse(QStringLiteral("Numérotation impossible"));
     header_[strinvdep.inv_no] = format(last + Decimal(1), QStringLiteral("000000"));
     header_[strinvdep.inv_dat] = dateText(Clock::today());
     header_[strinvdep.inv_tri] = sortKey(Clock::today());
     molven_.insert(header_);
+    numbered.commit();
 }
+
+/// A depot has one open count.
+Locks DepotCount::locks() const { return Locks::of({unit_locks::count(header_[strinvdep.inv_dep])}); }
 
 /// What was written elsewhere since is read again; our own readings are known.
 void DepotCount::followOthers() {
@@ -330,7 +337,17 @@ bool DepotCount::takeReadingsOfOthers() {
 }
 
 DepotCount::Reading DepotCount::read(const QString& scanned) {
-    Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
+    Reading reading = Transaction::run(molven_.workspace(), CountDeed, locks(), [&] { return written(scanned); });
+    const QString unit = reading.row[Row.lig_imm];
+    judge(reading.row, unitOf(molven_, unit));
+    if (reading.isAgain) tell(*read_.constFind(unit), -1);
+    tell(reading.row, 1);
+    read_.insert(unit, reading.row);
+    if (!reading.isAgain) order_.prepend(unit);
+    return reading;
+}
+
+DepotCount::Reading DepotCount::written(const QString& scanned) {
     const Record before = header_;
     followOthers();
     if (!isBegun()) begin();
@@ -353,12 +370,6 @@ DepotCount::Reading DepotCount::read(const QString& scanned) {
             molven_.insert(line);
             ++reading.alikeRead;
         }
-        transaction.commit();
-        judge(row, unitOf(molven_, chosen.unit));
-        if (reading.isAgain) tell(*read_.constFind(chosen.unit), -1);
-        tell(row, 1);
-        read_.insert(chosen.unit, row);
-        if (!reading.isAgain) order_.prepend(chosen.unit);
         return reading;
     } catch (...) {
         header_ = before; // nothing was begun
@@ -367,10 +378,10 @@ DepotCount::Reading DepotCount::read(const QString& scanned) {
 }
 
 void DepotCount::takeBack(const QString& unit) {
-    Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
-    depot_counts::requireOpen(molven_, header_);
-    molven_.remove(strinvlig, strinvlig.lig_no == header_[strinvdep.inv_no] && strinvlig.lig_imm == unit);
-    transaction.commit();
+    Transaction::run(molven_.workspace(), CountDeed, locks(), [&] {
+        depot_counts::requireOpen(molven_, header_);
+        molven_.remove(strinvlig, strinvlig.lig_no == header_[strinvdep.inv_no] && strinvlig.lig_imm == unit);
+    });
     refresh();
 }
 
@@ -381,12 +392,11 @@ void DepotCount::describe(const QString& client, const QString& counter, int mon
     const QList<Assignment> described{{strinvdep.inv_clt, client},
                                       {strinvdep.inv_par, counter.left(strinvdep.inv_par.size)},
                                       {strinvdep.inv_moi, QString::number(months)}};
-    if (isBegun()) {
-        Transaction transaction(molven_.workspace(), QStringLiteral("Inventaire d'un dépôt"));
-        depot_counts::requireOpen(molven_, header_);
-        molven_.update(strinvdep, described, strinvdep.inv_no == header_[strinvdep.inv_no]);
-        transaction.commit();
-    }
+    if (isBegun())
+        Transaction::run(molven_.workspace(), CountDeed, locks(), [&] {
+            depot_counts::requireOpen(molven_, header_);
+            molven_.update(strinvdep, described, strinvdep.inv_no == header_[strinvdep.inv_no]);
+        });
     for (const Assignment& one : described) header_.set(one.field, one.value);
     tellAll();
 }

@@ -8,6 +8,7 @@
 #include "reference/codes.h"
 #include "reference/parameters.h"
 #include "reference/parties.h"
+#include "stock/unit_locks.h"
 #include "stock/units.h"
 
 namespace molven::depot_counts {
@@ -85,7 +86,7 @@ Record requireOpen(Database molven, const Record& count) {
 }
 
 Record close(Database molven, const DepotCount& seen, const Progress& progress) {
-    Transaction transaction(molven.workspace(), QStringLiteral("Clôture d'un inventaire"));
+    Transaction transaction(molven.workspace(), QStringLiteral("Clôture d'un inventaire")); // the depot stands still
     require(seen.isBegun(), "Aucune unité n'a été lue", strinvdep.inv_dep);
     Record closed = requireOpen(molven, seen.header());
     const DepotCount fresh(molven, closed);
@@ -114,11 +115,12 @@ Record close(Database molven, const DepotCount& seen, const Progress& progress) 
 }
 
 void drop(Database molven, const Record& count) {
-    Transaction transaction(molven.workspace(), QStringLiteral("Abandon d'un inventaire"));
-    requireOpen(molven, count);
-    molven.remove(strinvlig, linesOf(count));
-    molven.remove(strinvdep, strinvdep.inv_no == count[strinvdep.inv_no]);
-    transaction.commit();
+    const Locks locks = Locks::of({unit_locks::count(count[strinvdep.inv_dep])});
+    Transaction::run(molven.workspace(), QStringLiteral("Abandon d'un inventaire"), locks, [&] {
+        requireOpen(molven, count);
+        molven.remove(strinvlig, linesOf(count));
+        molven.remove(strinvdep, strinvdep.inv_no == count[strinvdep.inv_no]);
+    });
 }
 
 void release(Database molven, const QString& mode, const QString& document, const QString& unit) {

@@ -86,6 +86,9 @@ private:
     Named named(const QString& scanned) const;
     Named best(const Criterion& fits, const QString& reference) const;
     void begin();
+    Locks locks() const;
+    /// Writes what a scanned text counts.
+    Reading written(const QString& scanned);
     void followOthers();
     bool takeReadingsOfOthers();
     Criterion isThere() const;

@@ -4,6 +4,7 @@
 #include "data/format.h"
 #include "data/require.h"
 #include "reference/articles.h"
+#include "stock/unit_locks.h"
 
 #include <QUuid>
 
@@ -83,12 +84,13 @@ void save(Database molven, const Record& asRead, const Record& counts) {
     }
     const QString takesPart = read[strcomptage.stk_art];
     require(takesPart.isEmpty() || takesPart == u"O" || takesPart == u"N", "Taper O ou N !!", strcomptage.stk_art);
-    Transaction transaction(molven.workspace(), QStringLiteral("Comptage d'inventaire"));
-    const Record article = movements::requireArticle(molven, read[strcomptage.art_ref]);
-    requireAsRead(article, asRead);
-    molven.update(strarticle, assignments(counts) + QList<Assignment>{{strarticle.stk_art, takesPart}},
-                  strarticle.art_ref == article[strarticle.art_ref]);
-    transaction.commit();
+    const Locks locks = Locks::of({unit_locks::article(read[strcomptage.art_ref])});
+    Transaction::run(molven.workspace(), QStringLiteral("Comptage d'inventaire"), locks, [&] {
+        const Record article = movements::requireArticle(molven, read[strcomptage.art_ref]);
+        requireAsRead(article, asRead);
+        molven.update(strarticle, assignments(counts) + QList<Assignment>{{strarticle.stk_art, takesPart}},
+                      strarticle.art_ref == article[strarticle.art_ref]);
+    });
 }
 
 void checkDate(const QString& date) {

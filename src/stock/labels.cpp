@@ -139,7 +139,7 @@ void fillFromArticle(Database molven, Record& label, const QString& reference) {
 } // namespace
 
 qint64 fill(Database molven, Database tri, const CompanyRules& rules, const Recordset& units, Waiting waiting) {
-    Transaction transaction(molven.workspace());
+    Transaction transaction(molven.workspace(), {}, Locks::none());
     if (waiting == Waiting::Replaced) tri.remove(etiq);
     for (const Record& unit : units) {
         Record label(etiq);

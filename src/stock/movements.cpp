@@ -6,6 +6,7 @@
 #include "data/require.h"
 #include "reference/articles.h"
 #include "reference/prices.h"
+#include "stock/unit_locks.h"
 
 #include <QUuid>
 
@@ -89,6 +90,25 @@ void undoIn(Database molven, const Record& movement) {
     stock.write(stock.valueLeft());
 }
 
+/// One movement in the place of another.
+void exchange(Database molven, const Record& before, const Record& after) {
+    const QString reference = after[strmvtstk.ref_stk];
+    if (!movesStock(before) || !movesStock(after) || before[strmvtstk.ref_stk] != reference) {
+        undoIn(molven, before);
+        return applyTo(molven, after);
+    }
+    ArticleStock stock(molven, reference);
+    stock.undo(before);
+    stock.apply(after);
+    stock.write();
+}
+
+Locks locksOf(const QList<Record>& movements) {
+    QStringList names;
+    for (const Record& movement : movements) names.append(unit_locks::article(movement[strmvtstk.ref_stk]));
+    return Locks::of(names);
+}
+
 /// Checks a movement and gives it the form in which it is stored.
 Record checked(Database molven, Record movement) {
     const auto& m = strmvtstk;
@@ -154,46 +174,38 @@ Record requireArticle(Database molven, const QString& reference) {
 }
 
 Record add(MovementFiles files, const Record& movement) {
-    Transaction transaction(files.molven.workspace(), QStringLiteral("Mouvement de stock"));
-    Record written = checked(files.molven, movement);
-    written[strmvtstk.uid_stk] = QUuid::createUuid().toString(QUuid::Id128);
-    files.molven.insert(written);
-    applyTo(files.molven, written);
-    transaction.commit();
-    return written;
+    return Transaction::run(files.molven.workspace(), QStringLiteral("Mouvement de stock"), locksOf({movement}), [&] {
+        Record written = checked(files.molven, movement);
+        written[strmvtstk.uid_stk] = QUuid::createUuid().toString(QUuid::Id128);
+        files.molven.insert(written);
+        applyTo(files.molven, written);
+        return written;
+    });
 }
 
 Record change(MovementFiles files, const Record& asRead, const Record& movement) {
-    const auto& m = strmvtstk;
-    Transaction transaction(files.molven.workspace(), QStringLiteral("Modification d'un mouvement"));
-    Recordset record = requireStored(files, asRead);
-    const Record written = checked(files.molven, movement);
-    if (!(record.record() == asRead))
-        throw DataError(DataError::RecordChanged, QStringLiteral("Un autre poste a modifié ce mouvement."));
-    record.edit();
-    record.draft() = written;
-    record.update();
-    if (movesStock(asRead) && movesStock(written) && asRead[m.ref_stk] == written[m.ref_stk]) {
-        ArticleStock stock(files.molven, written[m.ref_stk]);
-        stock.undo(asRead);
-        stock.apply(written);
-        stock.write();
-    } else {
-        undoIn(files.molven, asRead);
-        applyTo(files.molven, written);
-    }
-    transaction.commit();
-    return written;
+    const Locks locks = locksOf({asRead, movement});
+    return Transaction::run(files.molven.workspace(), QStringLiteral("Modification d'un mouvement"), locks, [&] {
+        Recordset record = requireStored(files, asRead);
+        const Record written = checked(files.molven, movement);
+        if (!(record.record() == asRead))
+            throw DataError(DataError::RecordChanged, QStringLiteral("Un autre poste a modifié ce mouvement."));
+        record.edit();
+        record.draft() = written;
+        record.update();
+        exchange(files.molven, asRead, written);
+        return written;
+    });
 }
 
 void remove(MovementFiles files, const Record& asRead) {
-    Transaction transaction(files.molven.workspace(), QStringLiteral("Suppression d'un mouvement"));
-    Recordset record = requireStored(files, asRead);
-    if (!(record.record() == asRead))
-        throw Refusal(QStringLiteral("Ce mouvement a été modifié par un autre poste : ") + title(record.record()));
-    record.remove();
-    undoIn(files.molven, asRead);
-    transaction.commit();
+    Transaction::run(files.molven.workspace(), QStringLiteral("Suppression d'un mouvement"), locksOf({asRead}), [&] {
+        Recordset record = requireStored(files, asRead);
+        if (!(record.record() == asRead))
+            throw Refusal(QStringLiteral("Ce mouvement a été modifié par un autre poste : ") + title(record.record()));
+        record.remove();
+        undoIn(files.molven, asRead);
+    });
 }
 
 std::optional<Record> find(MovementFiles files, const Record& asRead) {

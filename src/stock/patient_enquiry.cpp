@@ -85,7 +85,7 @@ QString words(const PatientEnquiry& enquiry) {
 namespace working_copy {
 
 qint64 keep(Database tri, const Recordset& units) {
-    Transaction transaction(tri.workspace());
+    Transaction transaction(tri.workspace(), {}, Locks::none());
     tri.remove(tripro);
     Record copy(tripro);
     for (const Record& unit : units) {

@@ -277,14 +277,15 @@ Locks receiptLocks(const QStringList& references) {
 }
 
 void change(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Record& before) {
-    Transaction transaction(files.molven.workspace());
-    const Record article = followedArticle(files.molven, receipt.reference);
-    check(files, receipt, article, before[strproduit.imm_art]);
-    Record unit = before;
-    fillTyped(unit, files.molven, rules, receipt, article);
-    unit[strproduit.fou_imm] = receipt.supplierSerials.value(0).trimmed();
-    units::change(files.molven, unit, before);
-    transaction.commit();
+    const Locks locks = Locks::of({unit_locks::unit(before[strproduit.imm_art])});
+    Transaction::run(files.molven.workspace(), {}, locks, [&] {
+        const Record article = followedArticle(files.molven, receipt.reference);
+        check(files, receipt, article, before[strproduit.imm_art]);
+        Record unit = before;
+        fillTyped(unit, files.molven, rules, receipt, article);
+        unit[strproduit.fou_imm] = receipt.supplierSerials.value(0).trimmed();
+        units::change(files.molven, unit, before);
+    });
 }
 
 } // namespace molven::receipts

@@ -9,6 +9,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "stock/unit_deeds.h"
+#include "stock/unit_locks.h"
 
 namespace molven::units {
 
@@ -110,6 +111,8 @@ Record required(Database molven, const Immatriculation& immatriculation) {
     return *unit;
 }
 
+Locks locksOf(const Record& unit) { return Locks::of({unit_locks::unit(unit[strproduit.imm_art])}); }
+
 Criterion historyOf(const Immatriculation& unit) {
     return strconform.conf_imm == unit.number() && strconform.conf_ann == unit.century();
 }
@@ -148,21 +151,21 @@ void requireSold(const Record& unit) {
 void implant(Database molven, const Record& before, const Implantation& implantation) {
     if (!dateFromText(implantation.date).isValid())
         throw Refusal(QStringLiteral("date invalide"), strproduit.reg_dat.name);
-    Transaction transaction(molven.workspace(), ImplantationDeed);
     const Immatriculation immatriculation = Immatriculation::fromText(before[strproduit.imm_art]);
-    const Record stored = required(molven, immatriculation);
-    requireSold(stored);
-    if (!implantation.client.isEmpty() && !parties::findClient(molven, implantation.client))
-        throw Refusal(QStringLiteral("Ce code n'existe pas"), strproduit.reg_clt.name);
-    if (const Implantation now = implantationOf(stored); now != implantationOf(before))
-        throw Refusal(QStringLiteral("Le patient a été modifié par un autre poste : ") + patientText(now),
-                      strproduit.reg_pat.name);
-    molven.update(strproduit,
-                  {{strproduit.reg_pat, implantation.patient.trimmed()},
-                   {strproduit.reg_clt, padded(implantation.client, 6)},
-                   {strproduit.reg_dat, implantation.date}},
-                  immatriculation.criterion());
-    transaction.commit();
+    Transaction::run(molven.workspace(), ImplantationDeed, locksOf(before), [&] {
+        const Record stored = required(molven, immatriculation);
+        requireSold(stored);
+        if (!implantation.client.isEmpty() && !parties::findClient(molven, implantation.client))
+            throw Refusal(QStringLiteral("Ce code n'existe pas"), strproduit.reg_clt.name);
+        if (const Implantation now = implantationOf(stored); now != implantationOf(before))
+            throw Refusal(QStringLiteral("Le patient a été modifié par un autre poste : ") + patientText(now),
+                          strproduit.reg_pat.name);
+        molven.update(strproduit,
+                      {{strproduit.reg_pat, implantation.patient.trimmed()},
+                       {strproduit.reg_clt, padded(implantation.client, 6)},
+                       {strproduit.reg_dat, implantation.date}},
+                      immatriculation.criterion());
+    });
 }
 
 Record conformityChange(Database molven, const Record& unit) {
@@ -200,22 +203,22 @@ void checkConformity(Database molven, const Conformity& conformity, const QStrin
 void changeConformity(Database molven, const Record& asRead, const QString& code, const QString& cause) {
     const Immatriculation immatriculation = Immatriculation::fromText(asRead[strproduit.imm_art]);
     checkConformity(molven, {code, cause}, QStringLiteral("txtconf"), QStringLiteral("txtconfcau"));
-    Transaction transaction(molven.workspace(), QStringLiteral("Conformité"));
-    Record unit = required(molven, immatriculation);
-    const QString stored = conformityText(molven, unit);
-    if (unit.value(strproduit.fab_con) != asRead[strproduit.fab_con] ||
-        unit.value(strproduit.fab_cau) != asRead[strproduit.fab_cau])
-        throw Refusal(QStringLiteral("La conformité a été modifiée par un autre poste : ") + stored,
-                      QStringLiteral("txtconf"));
-    unit[strproduit.fab_con] = code;
-    unit[strproduit.fab_cau] = causeOf(molven, {code, cause});
-    molven.insert(conformityChange(molven, unit));
-    molven.update(strproduit,
-                  {{strproduit.fab_con, unit.value(strproduit.fab_con)},
-                   {strproduit.fab_cau, unit.value(strproduit.fab_cau)},
-                   {strproduit.num_conf, QString::number(molven.count(strconform, historyOf(immatriculation)))}},
-                  immatriculation.criterion());
-    transaction.commit();
+    Transaction::run(molven.workspace(), QStringLiteral("Conformité"), locksOf(asRead), [&] {
+        Record unit = required(molven, immatriculation);
+        const QString stored = conformityText(molven, unit);
+        if (unit.value(strproduit.fab_con) != asRead[strproduit.fab_con] ||
+            unit.value(strproduit.fab_cau) != asRead[strproduit.fab_cau])
+            throw Refusal(QStringLiteral("La conformité a été modifiée par un autre poste : ") + stored,
+                          QStringLiteral("txtconf"));
+        unit[strproduit.fab_con] = code;
+        unit[strproduit.fab_cau] = causeOf(molven, {code, cause});
+        molven.insert(conformityChange(molven, unit));
+        molven.update(strproduit,
+                      {{strproduit.fab_con, unit.value(strproduit.fab_con)},
+                       {strproduit.fab_cau, unit.value(strproduit.fab_cau)},
+                       {strproduit.num_conf, QString::number(molven.count(strconform, historyOf(immatriculation)))}},
+                      immatriculation.criterion());
+    });
 }
 
 void requireChangeable(const Record& unit) {
@@ -224,21 +227,21 @@ void requireChangeable(const Record& unit) {
 }
 
 void change(Database molven, const Record& unit, const Record& before) {
-    Transaction transaction(molven.workspace(), CorrectionDeed);
     requireChangeable(before);
-    Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
-    if (stored.isEmpty())
-        throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
     const bool placedByNote = !before[strproduit.clt_vte].isEmpty() && before[strproduit.nbl_dep] != TakenBack;
     if (placedByNote && unit[strproduit.num_dep] != before[strproduit.num_dep])
         throw Refusal(QStringLiteral("Dépôt tenu par le bon N° %1 : passer par un bon de transfert ou le retour au "
                                      "dépôt 001")
                           .arg(before[strproduit.num_vte]),
                       strproduit.num_dep.name);
-    stored.edit(before);
-    stored.draft() = unit;
-    stored.update();
-    transaction.commit();
+    Transaction::run(molven.workspace(), CorrectionDeed, locksOf(before), [&] {
+        Recordset stored = molven.select(strproduit, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
+        if (stored.isEmpty())
+            throw Refusal(QStringLiteral("Cette immatriculation n'existe pas"), QStringLiteral("txtrecimm"));
+        stored.edit(before);
+        stored.draft() = unit;
+        stored.update();
+    });
 }
 
 QList<Assignment> fromArticle(const Record& article) {

@@ -3,12 +3,19 @@
 #include "support/processes.h"
 
 #include "data/clock.h"
+#include "data/engine_version.h"
 #include "data/journal.h"
 #include "data/journal_tables.h"
 #include "data/postgres/connection.h"
 #include "data/postgres/site.h"
+#include "data/server_address.h"
 #include "data/server_login.h"
+#include "dossier/creation.h"
+#include "dossier/passing_folder.h"
 #include "reference/party_tables.h"
+
+#include <QFile>
+#include <QRegularExpression>
 
 namespace molven {
 
@@ -114,6 +121,28 @@ TEST_F(OnServer, AnotherServerAnUnknownBaseAndAPasswordInTheAddressAreRefused) {
     workspace.open(path);
     EXPECT_EQ(test::dataErrorOf([&] { workspace.open(other.filePath(QStringLiteral("vente.mdb"))); }),
               DataError::CannotOpen);
+}
+
+TEST_F(OnServer, TheEngineIsNamedWithItsVersionAndASecondSiteIsOnTheSameServer) {
+    const QRegularExpression named(QStringLiteral("^PostgreSQL \\d+\\.\\d+, fichiers de forme \\d+$"));
+    EXPECT_TRUE(named.match(engineVersion(path)).hasMatch()) << engineVersion(path).toStdString();
+    EXPECT_TRUE(engineVersion().startsWith(QStringLiteral("SQLite ")));
+
+    const QTemporaryDir home;
+    const test::DataFolder data, other;
+    creation::create({data.address(), QStringLiteral("IM"), QStringLiteral("SOCIETE"), false});
+    passing_folder::make(home.path(), data.address());
+    const auto openWith = [&](const QString& second) {
+        QFile file(home.filePath(QStringLiteral("CHEMIN_GV.HC")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(server_address::folder(second).toUtf8() + "gv/");
+        file.close();
+        creation::open(home.path());
+    };
+    EXPECT_EQ(test::refusalOf([&] { openWith(data.address()); }), QStringLiteral("(accepté)"));
+    EXPECT_TRUE(test::refusalOf([&] {
+                    openWith(other.address());
+                }).startsWith(QStringLiteral("Le second site doit être sur le serveur du dossier")));
 }
 
 TEST_F(OnServer, TwoWriteBesideEachOtherUnlessTheyNameTheSame) {

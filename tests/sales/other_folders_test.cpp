@@ -1,5 +1,8 @@
+#include "support/faults.h"
 #include "support/sales.h"
 
+#include "data/catalogue.h"
+#include "sales/archiving.h"
 #include "sales/unit_history.h"
 #include "sales/unit_removal.h"
 #include "sales/unit_steps.h"
@@ -18,9 +21,11 @@ class TwoSites : public test::Sales {
 protected:
     TwoSites() {
         const QString folder = dossier.session.chemin_base + QStringLiteral("GV/");
-        QDir().mkpath(folder);
-        for (const char* file : {"vente.mdb", "blent.mdb", "historic.mdb"})
-            QFile::copy(dossier.session.chemin_base + QString::fromLatin1(file), folder + QString::fromLatin1(file));
+        if (!test::DataFolder::isOnServer()) QDir().mkpath(folder);
+        for (const CatalogueEntry& entry : catalogue())
+            if (entry.folder == Folder::User || entry.folder == Folder::Sales)
+                if (const QString path = folder + entry.name; !Database::exists(path))
+                    Database::create(path, tablesOf(entry.file));
         dossier.session.chemin_gv = folder;
         there = dossier.session;
         there.chemin_util = folder;
@@ -73,6 +78,17 @@ TEST_F(TwoSites, TellTheWholeStoryOfAUnit) {
     EXPECT_EQ(refusalOf([&] { unit_removal::remove(dossier.session, Immatriculation::fromText(unit)); }),
               QStringLiteral("impossible de supprimer cette immatriculation"))
         << "its papers lie in the other folder";
+}
+
+TEST_F(TwoSites, SellTransferAndArchiveWithUnitsOfOneStock) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 3);
+    write(there, "FAC", units[0]);
+    write(dossier.session, "FAC", units[1]);
+    write(there, "BTR", units[2]);
+    for (const Session& session : {dossier.session, there}) EXPECT_EQ(test::faultsOf(session), QStringList());
+    archiving::moveBefore(there, archive::Direction::ToHistory, QDate(2100, 1, 1), {});
+    const UnitHistory history = unit_history::find(there, units[0]);
+    EXPECT_FALSE(history.steps.isEmpty());
 }
 
 } // namespace molven

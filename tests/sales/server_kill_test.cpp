@@ -1,6 +1,7 @@
+#include "support/counts.h"
 #include "support/cutting_relay.h"
-#include "support/dossier.h"
 #include "support/processes.h"
+#include "support/sets.h"
 
 #include "dossier/check.h"
 #include "reference/parameters.h"
@@ -15,6 +16,7 @@ namespace {
 /// What a workstation does when it is killed, and what of it is there afterwards.
 struct DeedOnServer {
     const char* name;
+    void (*prepare)(test::Dossier&, const QStringList& units);
     void (*act)(const Session&);
     qint64 (*done)(const Session&);
 };
@@ -32,20 +34,78 @@ qint64 unitsOf(const Session& session, const QString& unitState) {
     return workspace.open(session.molven()).count(strproduit, strproduit.tes_vte == unitState);
 }
 
+qint64 countIn(const QString& path, const Table& table, const Criterion& criterion = {}) {
+    Workspace workspace;
+    return workspace.open(path).count(table, criterion);
+}
+
+void writeNote(test::Dossier& dossier, const QStringList& units) { dossier.document(QStringLiteral("LIV"), units); }
+
 const DeedOnServer Deeds[] = {
-    {"Delivery",
+    {"Delivery", [](test::Dossier&, const QStringList&) {},
      [](const Session& session) {
          SalesBook book(session, documentKind(QStringLiteral("LIV")));
          documents::createWith(book, documents::blank(book, QStringLiteral("1")), freeUnits(book, 2));
      },
      [](const Session& session) { return unitsOf(session, state::Delivered) / 2; }},
-    {"Receipt",
+    {"Receipt", [](test::Dossier&, const QStringList&) {},
      [](const Session& session) {
          Workspace workspace;
          receipts::receive(openUnitFiles(workspace, session), session.rules(),
                            test::Dossier::receipt(QStringLiteral("HIP"), 3));
      },
      [](const Session& session) { return (unitsOf(session, state::InStock) - 2) / 3; }},
+    {"InvoiceOfANote", writeNote,
+     [](const Session& session) {
+         SalesBook invoices(session, documentKind(QStringLiteral("FAC")));
+         Transaction transaction(invoices.workspace);
+         integration::integrate(invoices, test::newDocument(invoices), QStringLiteral("1"));
+         transaction.commit();
+     },
+     [](const Session& session) { return countIn(session.vente(), strface); }},
+    {"RenewalOfATransfer",
+     [](test::Dossier& dossier, const QStringList& units) { dossier.document(QStringLiteral("BTR"), units); },
+     [](const Session& session) {
+         SalesBook notes(session, documentKind(QStringLiteral("BTR")));
+         const Record note = documents::last(notes).value();
+         QStringList units;
+         for (const Record& line : transfer_notes::remaining(notes, note)) units.append(line[strbtrl.fac_imm]);
+         transfer_notes::renew(notes, transfer_notes::renewal(notes, note, QStringLiteral("2")), units, {}, note);
+     },
+     [](const Session& session) { return countIn(session.vente(), strbtre) - 1; }},
+    {"ReturnOfASet",
+     [](test::Dossier& dossier, const QStringList& units) {
+         test::Sets sets(dossier.session);
+         sets.addType(QStringLiteral("KIT"), {{QStringLiteral("HIP"), 2}});
+         set_journeys::send(sets.files, sets.filled(QStringLiteral("KIT"), units), QStringLiteral("1"), {});
+     },
+     [](const Session& session) {
+         test::Sets sets(session);
+         const QString serial = QStringLiteral("00000001");
+         sets.takeBack(serial, ancillary_sets::unitsOf(sets.ancillaire, serial).mid(0, 1));
+     },
+     [](const Session& session) { return countIn(session.vente(), strlive); }},
+    {"ClosingOfACount",
+     [](test::Dossier& dossier, const QStringList& units) {
+         dossier.document(QStringLiteral("BTR"), units);
+         Workspace workspace;
+         test::countOf(workspace.open(dossier.session.molven())).read(units[0]);
+     },
+     [](const Session& session) {
+         Workspace workspace;
+         Database molven = workspace.open(session.molven());
+         depot_counts::close(molven, test::countOf(molven));
+     },
+     [](const Session& session) {
+         return countIn(session.molven(), strinvdep, strinvdep.inv_eta == count_state::Closed);
+     }},
+    {"DeletionOfANote", writeNote,
+     [](const Session& session) {
+         SalesBook notes(session, documentKind(QStringLiteral("LIV")));
+         const Record note = documents::last(notes).value();
+         documents::remove(notes, note, documents::linesRead(notes, note));
+     },
+     [](const Session& session) { return 1 - countIn(session.vente(), strlive); }},
 };
 
 } // namespace
@@ -54,7 +114,7 @@ class OnServerKill : public testing::TestWithParam<DeedOnServer> {};
 
 TEST_P(OnServerKill, LeavesTheDeedWholeOrNothingOfItAtAnyMessage) {
     test::Dossier dossier;
-    dossier.receive(QStringLiteral("HIP"), 2);
+    GetParam().prepare(dossier, dossier.receive(QStringLiteral("HIP"), 2));
     const QString address = dossier.session.chemin_base.section(u'#', 0, 0);
     test::CuttingRelay relay(address);
     Session distant = dossier.session;

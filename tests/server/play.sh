@@ -11,6 +11,7 @@ cp -r "$home" "$copy/home"
 mkdir -p "$copy/home/data" # for what lies beside the data
 make_database "$server" "$name" "$template"
 address "$server" "$name" >"$copy/home/CHEMIN.HC"
+if [ -f "$copy/home/CHEMIN_GV.HC" ]; then echo "$(address "$server" "$name")#gv/" >"$copy/home/CHEMIN_GV.HC"; fi
 "$player" --home "$copy/home" --out "$copy" "$scenario"
 if [ -d "$folder_copy/home" ]; then "$compare" "$folder_copy/home" "$copy/home"; fi
 psql -qX "$(address "$server" postgres)" -c "drop database \"$name\""

@@ -34,6 +34,7 @@ Command counting() { return {QStringLiteral("select nextval('molven_changed')")}
 
 constexpr qsizetype MostWaiting = 4'000'000; ///< characters
 constexpr int MostRowsKept = 64;
+constexpr qsizetype MostLocked = 1200; ///< by one transaction: a server keeps some thousands for everybody
 constexpr qsizetype MostAnswersKept = 5000;
 
 /// The numbers that stand for names; two names that share one wait for each other without need.
@@ -111,12 +112,15 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 void Engine::begin(const Locks& locks) {
     forget();
     held_ = Pool::take(address_);
-    isAlone_ = locks.isAll();
     locked_ = numbersOf(locks);
-    QStringList statements{QStringLiteral("begin"), QStringLiteral("select pg_advisory_xact_lock%1(%2)")
-                                                        .arg(isAlone_ ? QString() : QStringLiteral("_shared"))
-                                                        .arg(SiteLock)};
-    QList<int> inOrder = locked_.values();
+    isAlone_ = locks.isAll() || locked_.size() > MostLocked;
+    hasSite_ = !locks.isNone();
+    QStringList statements{QStringLiteral("begin")};
+    if (hasSite_)
+        statements.append(QStringLiteral("select pg_advisory_xact_lock%1(%2)")
+                              .arg(isAlone_ ? QString() : QStringLiteral("_shared"))
+                              .arg(SiteLock));
+    QList<int> inOrder = isAlone_ ? QList<int>() : locked_.values();
     std::sort(inOrder.begin(), inOrder.end());
     for (const int number : inOrder)
         statements.append(QStringLiteral("select pg_advisory_xact_lock(%1,%2)").arg(SiteLock).arg(number));
@@ -134,9 +138,9 @@ void Engine::lockBesides(const Locks& locks) {
     if (!inTransaction_ || isAlone_) return;
     const DataError disturbed(DataError::Disturbed, QStringLiteral("La base de données est occupée par un autre "
                                                                    "poste, veuillez recommencer."));
-    if (locks.isAll()) throw disturbed;
     const QSet<int> further = numbersOf(locks) - locked_;
-    if (further.isEmpty()) return;
+    if (!locks.isAll() && further.isEmpty()) return;
+    if (locks.isAll() || !hasSite_ || locked_.size() + further.size() > MostLocked) throw disturbed;
     QStringList tries;
     for (const int number : further)
         tries.append(QStringLiteral("pg_try_advisory_xact_lock(%1,%2)").arg(SiteLock).arg(number));

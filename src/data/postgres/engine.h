@@ -100,7 +100,8 @@ private:
     bool wrote_ = false;    ///< in the transaction that is open
     bool isSpoilt_ = false; ///< a change in it was given up half-way
     bool isAlone_ = false;
-    QSet<int> locked_; ///< by the transaction that is open
+    bool hasSite_ = false; ///< has the lock of whoever writes
+    QSet<int> locked_;     ///< by the transaction that is open
     std::vector<std::shared_ptr<Waiting>> waiting_;
     qsizetype waitingSize_ = 0; ///< of their values
 

@@ -298,6 +298,7 @@ Faults runOnServer(const Session& session) {
     copied.chemin_base = base;
     if (!session.chemin_util.isEmpty()) copied.chemin_util = base + session.chemin_util.mid(session.chemin_base.size());
     if (!session.chemin_gv.isEmpty()) copied.chemin_gv = base + QStringLiteral("gv/");
+    if (session.chemin_util == session.chemin_gv) copied.chemin_util = copied.chemin_gv; // a user of the second site
     Faults faults = run(copied);
     for (Fault& fault : faults)
         for (const migration::Move& file : files)

@@ -70,7 +70,7 @@ AboutForm::AboutForm(Desk& desk) : Form(desk, QStringLiteral("T_apropos")) {
     };
     add(QStringLiteral("Lblversion"), QStringLiteral("Version :"),
         QStringLiteral("MOLVEN ") + author::programVersion());
-    add(QStringLiteral("Lblmoteur"), QStringLiteral("Moteur de données :"), engineVersion());
+    add(QStringLiteral("Lblmoteur"), QStringLiteral("Moteur de données :"), engineVersion(session().molven()));
     add(QStringLiteral("Lblkit"), QStringLiteral("Fenêtres :"),
         QStringLiteral("Qt ") + QString::fromLatin1(qVersion()));
     add(QStringLiteral("Lbldossier"), QStringLiteral("Dossier :"),
