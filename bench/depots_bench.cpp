@@ -2,8 +2,8 @@
 #include "bench.h"
 #include "dossier.h"
 
-#include "sales/replenishment.h"
 #include "reference/articles.h"
+#include "sales/replenishment.h"
 #include "stock/depot_counts.h"
 
 #include <QElapsedTimer>
