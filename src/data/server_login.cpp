@@ -16,8 +16,8 @@ struct Login {
 };
 
 Login& login() {
-    static Login kept;
-    return kept;
+    static Login* const kept = new Login; // connections are made until the very end of the process
+    return *kept;
 }
 
 } // namespace
