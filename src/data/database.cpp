@@ -41,11 +41,14 @@ void Database::discard(const QString& path) { Engine::discard(path); }
 QString Database::canonical(const QString& path) { return Engine::canonical(path); }
 
 Recordset Database::select(const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, *engine_, {qualified(table)}, table, criterion, order);
+    return Recordset(*workspace_, {engine_, {qualified(table)}, &table, criterion, order});
 }
 
-Recordset Database::selectWith(Database also, const Table& table, const Criterion& criterion, const Order& order) {
-    return Recordset(*workspace_, *engine_, {qualified(table), also.qualified(table)}, table, criterion, order);
+Recordset Database::selectWith(const QList<Database>& also, const Table& table, const Criterion& criterion,
+                               const Order& order) {
+    QStringList tables{qualified(table)};
+    for (const Database& file : also) tables.append(file.qualified(table));
+    return Recordset(*workspace_, {engine_, tables, &table, criterion, order});
 }
 
 std::optional<Record> Database::find(const Table& table, const Criterion& criterion, const Order& order) {

@@ -43,7 +43,8 @@ public:
     /// The records that meet a criterion, in order; see Recordset.
     Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
     /// The same over this file and another of the workspace that has the table as well: current and archived records.
-    Recordset selectWith(Database also, const Table& table, const Criterion& criterion = {}, const Order& order = {});
+    Recordset selectWith(const QList<Database>& also, const Table& table, const Criterion& criterion = {},
+                         const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
     /// Each of these will be looked for with find(), in the transaction or the Reading that is open.

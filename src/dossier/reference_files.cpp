@@ -26,12 +26,14 @@ struct Files {
           molven(workspace.open(session.molven())),
           compta(workspace.open(session.path(DataFile::Compta))),
           gencode(workspace.open(session.path(DataFile::Gencode))),
-          historic(workspace.open(session.historic())),
+          units(openUnitFiles(workspace, session)),
           stocks(workspace.open(session.path(DataFile::Stocks))) {}
 
     const CompanyRules rules;
     Workspace workspace;
-    Database molven, compta, gencode, historic, stocks;
+    Database molven, compta, gencode;
+    UnitFiles units;
+    Database stocks;
 };
 
 using Before = std::optional<Record>;
@@ -75,8 +77,7 @@ const QList<Kind>& all() {
          [](Files& files, const Record& record) { return articles::find(files.molven, record[strarticle.art_ref]); },
          [](Files& files, const Record& record, const Before& before) {
              articles::save(files.molven, files.compta, files.gencode, files.rules, articles::entryOf(record), before);
-             references::requireFollowUpKept(files.molven, files.historic, files.stocks,
-                                             record[strarticle.art_ref].trimmed(), before);
+             references::requireFollowUpKept(files.units, files.stocks, record[strarticle.art_ref].trimmed(), before);
          }},
         {QStringLiteral("clients"),
          strclient,

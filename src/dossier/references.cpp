@@ -47,7 +47,7 @@ Files::Files(const Session& session) {
 
 void Files::openOtherFolders(const Session& session) {
     for (const QString& folder : startup::otherFolders(session)) {
-        for (const DataFile file : {DataFile::Vente, DataFile::Proforma}) {
+        for (const DataFile file : {DataFile::Vente, DataFile::Proforma, DataFile::Historic}) {
             const QString path = folder + catalogueEntry(file).name;
             if (!Database::exists(path)) continue;
             others_.push_back(std::make_unique<Workspace>());
@@ -190,8 +190,9 @@ void remove(const Session& session, const Record& record, const std::function<vo
     transaction.commit();
 }
 
-void requireFollowUpKept(Database molven, Database historic, Database stocks, const QString& reference,
+void requireFollowUpKept(const UnitFiles& units, Database stocks, const QString& reference,
                          const std::optional<Record>& before) {
+    Database molven = units.molven;
     const auto found = articles::find(molven, reference);
     if (!before || !found) return;
     const Record &article = *found, &former = *before;
@@ -200,10 +201,11 @@ void requireFollowUpKept(Database molven, Database historic, Database stocks, co
         throw Refusal(QStringLiteral("Cet article a %1 : son suivi ne change plus").arg(what),
                       QStringLiteral("Txtop3"));
     };
-    const Criterion units = strproduit.ref_art == reference;
-    if (const qint64 count = molven.count(strproduit, units)) refuse(counted(count, strproduit));
-    if (const qint64 count = historic.count(strproduit, units))
-        refuse(counted(count, strproduit) + QStringLiteral(" (archives)"));
+    const Criterion ofArticle = strproduit.ref_art == reference;
+    if (const qint64 count = molven.count(strproduit, ofArticle)) refuse(counted(count, strproduit));
+    for (Database archive : units.archives)
+        if (const qint64 count = archive.count(strproduit, ofArticle))
+            refuse(counted(count, strproduit) + QStringLiteral(" (archives)"));
     const Criterion movements = strmvtstk.ref_stk == reference;
     if (const qint64 count = molven.count(strmvtstk, movements) + stocks.count(strmvtstk, movements))
         refuse(counted(count, strmvtstk));
@@ -214,12 +216,12 @@ void requireFollowUpKept(Database molven, Database historic, Database stocks, co
 
 QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before) {
     Files files(session);
+    const UnitFiles units = openUnitFiles(files.workspace, session);
     const QString reference = entry.article.value(strarticle.art_ref).trimmed();
     return Transaction::run(files.workspace, QStringLiteral("Fiche article"), articles::locksOf(reference), [&] {
         const QString notice = articles::save(files[DataFile::Molven], files[DataFile::Compta],
                                               files[DataFile::Gencode], session.rules(), entry, before);
-        requireFollowUpKept(files[DataFile::Molven], files[DataFile::Historic], files[DataFile::Stocks], reference,
-                            before);
+        requireFollowUpKept(units, files[DataFile::Stocks], reference, before);
         return notice;
     });
 }

@@ -4,6 +4,7 @@
 #include "data/database.h"
 #include "reference/articles.h"
 #include "shell/session.h"
+#include "stock/immatriculation.h"
 
 #include <functional>
 #include <memory>
@@ -50,7 +51,7 @@ void remove(const Session& session, const Record& record, const std::function<vo
 /// changes while units, movements or a stock depend on it.
 QString saveArticle(const Session& session, const articles::Entry& entry, const std::optional<Record>& before);
 /// The same rule for an article just saved inside the caller's transaction.
-void requireFollowUpKept(Database molven, Database historic, Database stocks, const QString& reference,
+void requireFollowUpKept(const UnitFiles& units, Database stocks, const QString& reference,
                          const std::optional<Record>& before);
 
 /// What a field may name, and of which records of its table that holds.

@@ -9,7 +9,7 @@ namespace molven::delivery_exchange {
 Files::Files(const Session& session)
     : molven(workspace.open(session.molven())),
       vente(workspace.open(session.vente())),
-      historic(workspace.open(session.historic())),
+      units(openUnitFiles(workspace, session)),
       tripro(workspace.open(session.path(DataFile::Tripro))) {}
 
 void clear(Files& files) { files.tripro.remove(molven::tripro); }
@@ -24,8 +24,9 @@ void add(Files& files, const QString& note) {
     for (const Record& line : lines) {
         if (line[strlivl.fac_imm].isEmpty()) continue;
         const Immatriculation number = Immatriculation::fromText(line[strlivl.fac_imm]);
-        auto unit = files.molven.find(strproduit, number.criterion());
-        if (!unit) unit = files.historic.find(strproduit, number.criterion());
+        std::optional<Record> unit;
+        for (Database file : files.units.all())
+            if (!unit) unit = file.find(strproduit, number.criterion());
         if (!unit) continue;
         Record sent(molven::tripro);
         sent.copyFrom(*unit);

@@ -2,6 +2,7 @@
 
 #include "data/database.h"
 #include "shell/session.h"
+#include "stock/immatriculation.h"
 
 /// Delivered units chosen for an exchange file, note by note, in the work file tripro.mdb.
 namespace molven::delivery_exchange {
@@ -10,7 +11,9 @@ namespace molven::delivery_exchange {
 struct Files {
     explicit Files(const Session& session);
     Workspace workspace;
-    Database molven, vente, historic, tripro;
+    Database molven, vente;
+    UnitFiles units;
+    Database tripro;
 };
 
 /// Begins an empty choice.

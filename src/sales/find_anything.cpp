@@ -45,7 +45,10 @@ QList<Finding> offered(Kind kind, const QList<codes::Offer>& offers) {
 } // namespace
 
 FindAnything::FindAnything(const Session& session)
-    : session_(session), molven_(workspace_.open(session.molven())), vente_(workspace_.open(session.vente())) {
+    : session_(session),
+      others_(session),
+      molven_(workspace_.open(session.molven())),
+      vente_(workspace_.open(session.vente())) {
     const auto openIfThere = [&](DataFile file, std::optional<Database>& opened) {
         if (const QString path = session.path(file); workspace_.has(path)) opened = workspace_.open(path);
     };
@@ -56,7 +59,7 @@ FindAnything::FindAnything(const Session& session)
 }
 
 QList<Database> FindAnything::unitFiles() const {
-    return historic_ ? QList<Database>{molven_, *historic_} : QList<Database>{molven_};
+    return (historic_ ? QList<Database>{molven_, *historic_} : QList<Database>{molven_}) + others_.archives();
 }
 
 QList<Finding> FindAnything::answers(const QString& typed, const QSet<Kind>& wanted) {

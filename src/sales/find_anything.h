@@ -2,7 +2,7 @@
 
 #include "data/database.h"
 #include "sales/document_kind.h"
-#include "shell/session.h"
+#include "shell/other_folders.h"
 
 #include <QSet>
 
@@ -47,6 +47,7 @@ private:
     Finding unit(const Record& record) const;
 
     const Session session_;
+    const OtherFolders others_;
     Workspace workspace_;
     Database molven_, vente_;
     std::optional<Database> historic_, proforma_, ostrane_, ancillaire_;

@@ -6,7 +6,7 @@
 #include "reference/parameters.h"
 #include "reference/parties.h"
 #include "sales/document_tables.h"
-#include "sales/other_folders.h"
+#include "shell/other_folders.h"
 #include "stock/units.h"
 
 #include <QRegularExpression>
@@ -119,11 +119,12 @@ QList<Record> find(const Session& session, const RecallQuery& query) {
     const Criterion wanted = criterion(query);
     Files files(session);
     QList<Record> found;
-    for (const auto& [file, archived] : {std::pair(files.molven, false), std::pair(files.historic, true)}) {
-        Database units = file;
+    const auto look = [&](Database units, bool archived) {
         for (const Record& unit : units.select(strproduit, wanted, {strproduit.pro_ann, strproduit.imm_art}))
             found.append(told(files, session.rules(), unit, archived));
-    }
+    };
+    look(files.molven, false);
+    for (const Database& archive : QList<Database>{files.historic} + files.others.archives()) look(archive, true);
     if (found.isEmpty())
         throw Refusal(QStringLiteral("Aucun produit correspondant à ce critère"), strproduit.lot_art.name);
     std::stable_sort(found.begin(), found.end(),

@@ -4,7 +4,7 @@
 #include "reference/articles.h"
 #include "sales/document_tables.h"
 #include "sales/documents.h"
-#include "sales/other_folders.h"
+#include "shell/other_folders.h"
 #include "stock/movements.h"
 
 #include <memory>

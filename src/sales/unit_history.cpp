@@ -1,8 +1,8 @@
 #include "sales/unit_history.h"
 
 #include "data/errors.h"
-#include "sales/other_folders.h"
 #include "sales/unit_steps.h"
+#include "shell/other_folders.h"
 #include "stock/units.h"
 
 namespace molven::unit_history {
@@ -44,7 +44,8 @@ UnitHistory find(const Session& session, const QString& typed, Source source) {
     UnitHistory history;
     history.immatriculation = unit.number();
     history.current.unit = allOf(unitFile.select(strproduit, unit.criterion()));
-    history.archived.unit = allOf(historic.select(strproduit, unit.criterion()));
+    for (Database file : QList<Database>{historic} + others.archives())
+        history.archived.unit += allOf(file.select(strproduit, unit.criterion()));
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));
     const Record& record =

@@ -7,8 +7,8 @@
 #include "sales/document_locks.h"
 #include "sales/documents.h"
 #include "sales/numbering.h"
-#include "sales/other_folders.h"
 #include "sales/transfer_notes.h"
+#include "shell/other_folders.h"
 #include "stock/units.h"
 
 #include <algorithm>
@@ -249,6 +249,13 @@ std::optional<Move> moveBefore(SalesBook& book, const Record& note, const QStrin
     return latest && depotOf(book, *latest) == from ? latest : std::nullopt;
 }
 
+bool isArchived(SalesBook& book, const Immatriculation& unit) {
+    const OtherFolders others(book.session());
+    const QList<Database> archives = QList<Database>{book.historic} + others.archives();
+    return std::any_of(archives.begin(), archives.end(),
+                       [&unit](const Database& archive) { return units::find(archive, unit).has_value(); });
+}
+
 /// Undoes a transfer: the unit lies in the depot of departure again, as the document had left it that moved it there.
 void takeBack(SalesBook& book, const Record& note, const Record& unit) {
     const QString number = unit[strproduit.imm_art], from = note[strbtre.fac_depd];
@@ -300,7 +307,7 @@ Record moved(SalesBook& book, const Record& header, const Record& line, const Re
 void undo(SalesBook& book, const Record& header, const Record& line) {
     const QString number = line[book.kind().lines.fac_imm];
     const auto unit = unitOf(book, book.kind(), line);
-    if (!unit && units::find(book.historic, Immatriculation::fromText(number)))
+    if (!unit && isArchived(book, Immatriculation::fromText(number)))
         throw Refusal(QStringLiteral("L'immatriculation %1 est archivée : sa ligne ne peut être supprimée").arg(number),
                       book.kind().lines.fac_imm.name);
     if (!unit) return;

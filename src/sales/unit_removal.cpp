@@ -2,7 +2,7 @@
 
 #include "data/errors.h"
 #include "sales/document_tables.h"
-#include "sales/other_folders.h"
+#include "shell/other_folders.h"
 #include "stock/depot_tables.h"
 #include "stock/labels.h"
 #include "stock/stock_tables.h"

@@ -6,7 +6,9 @@
 namespace molven {
 
 UnitFiles openUnitFiles(Workspace& workspace, const Session& session) {
-    return {workspace.open(session.molven()), workspace.open(session.historic())};
+    const auto others = std::make_shared<const OtherFolders>(session);
+    return {workspace.open(session.molven()), QList<Database>{workspace.open(session.historic())} + others->archives(),
+            others};
 }
 
 Immatriculation Immatriculation::fromText(const QString& typed) {
@@ -22,8 +24,8 @@ Immatriculation Immatriculation::next(UnitFiles files, const QDate& receipt, int
     if (fromText(prefix + QStringLiteral("0001")).century_ != u"20")
         throw Refusal(QStringLiteral("date livraison invalide"), strproduit.dat_liv.name);
     const Criterion ofMonth = strproduit.pro_ann == QStringLiteral("20") && startsWith(strproduit.imm_art, prefix);
-    const QString last = std::max(files.molven.greatest(strproduit, strproduit.imm_art, ofMonth),
-                                  files.historic.greatest(strproduit, strproduit.imm_art, ofMonth));
+    QString last;
+    for (Database file : files.all()) last = std::max(last, file.greatest(strproduit, strproduit.imm_art, ofMonth));
     const int first = last.isEmpty() ? (offset ? 1001 : 1) : last.mid(4).toInt() + 1;
     if (first + quantity - 1 > LastOfMonth)
         throw Refusal(QStringLiteral("Création impossible il y a deja 9999 entrees"), QStringLiteral("txtqte"));
@@ -38,8 +40,9 @@ Immatriculation Immatriculation::imposed(UnitFiles files, const QString& typed, 
         throw Refusal(QStringLiteral("Immatriculation incorrecte"), strproduit.imm_art.name);
     const Criterion run = strproduit.pro_ann == first.century_ && strproduit.imm_art >= first.number_ &&
                           strproduit.imm_art <= first.plus(quantity - 1).number_;
-    if (files.molven.count(strproduit, run) + files.historic.count(strproduit, run) > 0)
-        throw Refusal(QStringLiteral("Cette immatriculation existe déjà"), strproduit.imm_art.name);
+    for (Database file : files.all())
+        if (file.count(strproduit, run) > 0)
+            throw Refusal(QStringLiteral("Cette immatriculation existe déjà"), strproduit.imm_art.name);
     return first;
 }
 

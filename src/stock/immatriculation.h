@@ -1,19 +1,24 @@
 #pragma once
 
 #include "data/database.h"
-#include "shell/session.h"
+#include "shell/other_folders.h"
 #include "stock/unit_tables.h"
 
 #include <QDate>
 
+#include <memory>
+
 namespace molven {
 
-/// The files that hold units, opened in one workspace: the current ones, and the archived ones, whose numbers stay
-/// theirs for ever.
+/// The files that hold units: the current ones, and the archived ones, whose numbers stay theirs for ever.
 struct UnitFiles {
     Database molven;
-    Database historic;
+    QList<Database> archives;                        ///< the user's own, and those of the dossier's other folders
+    std::shared_ptr<const OtherFolders> opened = {}; ///< what reads the latter
+
+    QList<Database> all() const { return QList<Database>{molven} + archives; }
 };
+/// The current units and the user's own archive in this workspace.
 UnitFiles openUnitFiles(Workspace& workspace, const Session& session);
 
 /// The registration key of a unit: YYMM of its receipt and a 4-digit sequence, with the century beside it.

@@ -3,6 +3,7 @@
 #include "data/dates.h"
 #include "data/errors.h"
 #include "data/format.h"
+#include "stock/immatriculation.h"
 
 namespace molven {
 
@@ -49,12 +50,19 @@ Order order(PatientEnquiry::Sort sort) {
 
 } // namespace
 
+Files open(Workspace& workspace, const Session& session) {
+    const UnitFiles all = openUnitFiles(workspace, session);
+    Files files{all.molven, {all.archives.first()}};
+    for (Database archive : all.archives.mid(1))
+        if (!archive.first(1, strproduit, {}, {}).isEmpty()) files.archives.append(workspace.open(archive.path()));
+    return files;
+}
+
 Recordset rows(const Files& files, const PatientEnquiry& enquiry, const Criterion& filter, const Order& asked) {
     Database units = files.units;
     const Criterion which = criterion(enquiry) && filter;
     const Order sorted = asked.orElse(order(enquiry.sort));
-    return files.archived ? units.selectWith(*files.archived, strproduit, which, sorted)
-                          : units.select(strproduit, which, sorted);
+    return units.selectWith(files.archives, strproduit, which, sorted);
 }
 
 Recordset select(const Files& files, const PatientEnquiry& enquiry) {

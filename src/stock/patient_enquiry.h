@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "shell/session.h"
 #include "stock/unit_tables.h"
 
 namespace molven {
@@ -20,12 +21,14 @@ struct PatientEnquiry {
 
 namespace patient_enquiry {
 
-/// Where units lie: the current ones, and with them the archived ones, but of the virtual stock.
+/// Where units lie: the current ones, and with them the archived ones, but of the virtual stock. One workspace.
 struct Files {
     Database units;
-    std::optional<Database> archived = {};
+    QList<Database> archives = {};
 };
 
+/// The files of the real stock: archives of other folders are opened where they hold a unit.
+Files open(Workspace& workspace, const Session& session);
 /// The implanted units that meet every part given. Throws Refusal "date fin < date début", or "Aucun produit
 /// correspondant à ce critère" when there is none.
 Recordset select(const Files& files, const PatientEnquiry& enquiry);

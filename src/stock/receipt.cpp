@@ -114,7 +114,7 @@ void checkSerials(UnitFiles files, const Receipt& receipt, const QString& change
     const Criterion sameKind = filled(receipt.supplierReference)
                                    ? strproduit.fou_ref == receipt.supplierReference.trimmed()
                                    : strproduit.ref_art == receipt.reference;
-    for (Database file : {files.molven, files.historic})
+    for (Database file : files.all())
         if (const auto holder = file.find(strproduit, isOneOf(strproduit.fou_imm, serials) && sameKind &&
                                                           strproduit.imm_art != changed))
             throw Refusal(QStringLiteral("Le N° de série %1 est déjà celui de l'immatriculation %2")

@@ -68,9 +68,11 @@ Criterion heldAt(const QString& day) {
 
 QList<Record> articlesAt(UnitFiles files, const ListingSelection& selection, const QString& day) {
     Database molven = files.molven;
-    QHash<QString, qint64> counts = molven.countBy(strproduit, strproduit.ref_art, heldAt(day));
-    const auto archived = files.historic.countBy(strproduit, strproduit.ref_art, heldAt(day));
-    for (auto count = archived.begin(); count != archived.end(); ++count) counts[count.key()] += count.value();
+    QHash<QString, qint64> counts;
+    for (Database file : files.all()) {
+        const auto held = file.countBy(strproduit, strproduit.ref_art, heldAt(day));
+        for (auto count = held.begin(); count != held.end(); ++count) counts[count.key()] += count.value();
+    }
     const Criterion followed =
         listing::criterion(molven, articleCriteria(), selection) && strarticle.art_aig == follow_up::ByUnit;
     QList<Record> found;

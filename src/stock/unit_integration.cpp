@@ -30,6 +30,11 @@ Criterion sameUnit(const Record& received) {
     return strproduit.fou_imm == serialOf(received) && strproduit.fou_ref == received[tripro.ref_art].trimmed();
 }
 
+bool isIn(const UnitFiles& files, const Criterion& units) {
+    const QList<Database> all = files.all();
+    return std::any_of(all.begin(), all.end(), [&](Database file) { return file.count(strproduit, units) > 0; });
+}
+
 class Integration {
 public:
     Integration(const Session& session, UnitFiles files, const Order& order)
@@ -37,7 +42,7 @@ public:
 
     bool isPresent(const Record& received) {
         const Criterion same = sameUnit(received) && strproduit.fou_cde == order_.supplier;
-        return files_.molven.count(strproduit, same) + files_.historic.count(strproduit, same) > 0;
+        return isIn(files_, same);
     }
 
     const std::optional<Record>& articleOf(const Record& received) {
@@ -135,8 +140,7 @@ Order checked(UnitFiles files, Order order) {
 qsizetype fromAnotherSupplier(UnitFiles files, const QList<Record>& received, const QString& supplier) {
     return std::count_if(received.begin(), received.end(), [&](const Record& unit) {
         const Criterion other = sameUnit(unit) && strproduit.fou_cde != supplier;
-        return !serialOf(unit).isEmpty() &&
-               files.molven.count(strproduit, other) + files.historic.count(strproduit, other) > 0;
+        return !serialOf(unit).isEmpty() && isIn(files, other);
     });
 }
 

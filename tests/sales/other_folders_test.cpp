@@ -3,9 +3,13 @@
 
 #include "data/catalogue.h"
 #include "sales/archiving.h"
+#include "sales/find_anything.h"
+#include "sales/recall.h"
 #include "sales/unit_history.h"
 #include "sales/unit_removal.h"
 #include "sales/unit_steps.h"
+#include "stock/immatriculation.h"
+#include "stock/patient_enquiry.h"
 
 #include <QDir>
 
@@ -89,6 +93,36 @@ TEST_F(TwoSites, SellTransferAndArchiveWithUnitsOfOneStock) {
     archiving::moveBefore(there, archive::Direction::ToHistory, QDate(2100, 1, 1), {});
     const UnitHistory history = unit_history::find(there, units[0]);
     EXPECT_FALSE(history.steps.isEmpty());
+}
+
+/// What one of them put away is as known to the other as before: nobody but that one could tell of its patient.
+TEST_F(TwoSites, KnowTheUnitsThatTheOtherArchived) {
+    const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
+    write(dossier.session, "FAC", units[0]);
+    write(there, "FAC", units[1]);
+    Workspace workspace;
+    Database molven = workspace.open(dossier.session.molven());
+    archiving::moveBefore(there, archive::Direction::ToHistory, QDate(2100, 1, 1), {});
+    ASSERT_EQ(molven.count(strproduit), 0) << "the units are one stock";
+
+    const Session& here = dossier.session;
+    EXPECT_EQ(test::faultsOf(here), QStringList());
+    EXPECT_EQ(test::faultsOf(there), QStringList());
+    const UnitHistory history = unit_history::find(here, units[0]);
+    EXPECT_EQ(history.archived.unit.size(), 1);
+    EXPECT_EQ(history.current.invoices.size(), 1);
+    EXPECT_EQ(recall::find(here, {{}, {}, QStringLiteral("HIP"), {}, {}}).size(), 2);
+    EXPECT_EQ(patient_enquiry::select(patient_enquiry::open(workspace, here), {}).count(), 2);
+    EXPECT_EQ(FindAnything(here).answers(units[0], {Finding::Kind::Unit}).size(), 1);
+
+    const UnitFiles files = openUnitFiles(workspace, here);
+    EXPECT_EQ(refusalOf([&] { Immatriculation::imposed(files, units[1]); }),
+              QStringLiteral("Cette immatriculation existe déjà"));
+    EXPECT_EQ(dossier.receive(QStringLiteral("HIP"), 1).first(), Immatriculation::fromText(units[1]).plus(1).number())
+        << "a number is drawn once";
+    SalesBook book(here, documentKind(QStringLiteral("FAC")));
+    const Record invoice = documents::last(book).value();
+    EXPECT_TRUE(removeLineOf(here, "FAC", invoice).contains(QStringLiteral("archivée")));
 }
 
 } // namespace molven

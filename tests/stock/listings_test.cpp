@@ -33,7 +33,7 @@ protected:
 
     QString stockAt(const QString& day) {
         QStringList counts;
-        for (const Record& article : stock_listing::articlesAt({molven, historic}, {}, day))
+        for (const Record& article : stock_listing::articlesAt({molven, {historic}}, {}, day))
             counts.append(article[strarticle.art_ref] + u'=' + article[strarticle.art_stk].toString());
         return counts.join(u' ');
     }

@@ -197,7 +197,7 @@ TEST(Receipts, OfOneInstallationRaiseTheYearByOne) {
     ASSERT_TRUE(QFile::copy(dossier.session.molven(), offset + QStringLiteral("molven.mdb")));
     Workspace workspace;
     const UnitFiles files{workspace.open(offset + QStringLiteral("molven.mdb")),
-                          workspace.open(dossier.session.historic())};
+                          {workspace.open(dossier.session.historic())}};
     const auto receive = [&] {
         return receipts::receive(files, dossier.session.rules(), Dossier::receipt(QStringLiteral("HIP"), 1)).first;
     };
@@ -245,7 +245,7 @@ TEST(Receipts, GiveEachUnitASerialThatNoOtherOfItsReferenceEverHad) {
     EXPECT_EQ(receive("F-1", {"S3", "s2"}),
               QStringLiteral("Le N° de série S2 est déjà celui de l'immatriculation 26030002"));
     EXPECT_EQ(receive("F-2", {"S2"}), QStringLiteral("(accepté)"));
-    files.historic.insert(dossier.unit(QStringLiteral("26030001")));
+    files.archives.first().insert(dossier.unit(QStringLiteral("26030001")));
     files.molven.remove(strproduit, strproduit.imm_art == QStringLiteral("26030001"));
     EXPECT_EQ(receive("F-1", {"S1"}), QStringLiteral("Le N° de série S1 est déjà celui de l'immatriculation 26030001"));
 }
@@ -255,7 +255,7 @@ TEST(Receipts, DrawNoNumberOfAnArchivedUnit) {
     dossier.receive(QStringLiteral("HIP"), 2);
     Workspace workspace;
     UnitFiles files = openUnitFiles(workspace, dossier.session);
-    files.historic.insert(dossier.unit(QStringLiteral("26030002")));
+    files.archives.first().insert(dossier.unit(QStringLiteral("26030002")));
     files.molven.remove(strproduit, strproduit.imm_art == QStringLiteral("26030002"));
     Receipt imposed = Dossier::receipt(QStringLiteral("HIP"), 1);
     imposed.firstNumber = QStringLiteral("26030002");

@@ -3,7 +3,7 @@
 #include "data/format.h"
 #include "dossier/check/checks.h"
 #include "sales/documents.h"
-#include "sales/other_folders.h"
+#include "shell/other_folders.h"
 
 namespace molven::check {
 

@@ -7,8 +7,8 @@
 #include "reference/articles.h"
 #include "sales/document_tables.h"
 #include "sales/documents.h"
-#include "sales/other_folders.h"
 #include "sales/stock_rebuild.h"
+#include "shell/other_folders.h"
 #include "stock/movements.h"
 
 namespace molven::check {

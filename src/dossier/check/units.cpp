@@ -218,9 +218,10 @@ std::optional<QString> lastDeed(Database file, const Record& unit, const Field& 
 void checkUnits(references::Files& files, const Papers& papers, Faults& faults) {
     Bearers bearers;
     Conformities conformities(files[DataFile::Molven]);
-    for (const DataFile holder : {DataFile::Molven, DataFile::Historic}) {
-        const UnitsFile file{catalogueEntry(holder).name, files[holder]};
-        for (const Record& unit : files[holder].select(strproduit)) {
+    for (const references::Files::Searched& holder : files.searched()) {
+        if (holder.file != DataFile::Molven && holder.file != DataFile::Historic) continue;
+        UnitsFile file{catalogueEntry(holder.file).name, holder.database};
+        for (const Record& unit : file.database.select(strproduit)) {
             const QString number = unit[strproduit.imm_art];
             bearers.add(file, unit, faults);
             UnitCheck(papers, file, unit, papers.units().value(number), faults).run();

@@ -245,8 +245,8 @@ QList<CriterionBox> stockBoxes() {
 
 StockListForm::StockListForm(Desk& desk)
     : SelectionForm(desk, QStringLiteral("T_stkedt")),
-      molven_(workspace_.open(session().molven())),
-      historic_(workspace_.open(session().historic())),
+      unitFiles_(openUnitFiles(workspace_, session())),
+      molven_(unitFiles_.molven),
       compta_(workspace_.open(session().path(DataFile::Compta))) {
     build({.title = QStringLiteral("Inventaire"),
            .criteria = stockBoxes(),
@@ -298,9 +298,8 @@ void StockListForm::listArticlesAt() {
     step_->repaint();
     const auto finished = qScopeGuard([this] { step_->setText(QStringLiteral("TRAITEMENT TERMINE")); });
     QList<Record> found;
-    patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date, [&] {
-        found = stock_listing::articlesAt({molven_, historic_}, asked, sortKey(date));
-    });
+    patiently(*this, workspace_, QStringLiteral("Calcul du stock au ") + date,
+              [&] { found = stock_listing::articlesAt(unitFiles_, asked, sortKey(date)); });
     showArticles(found, QStringLiteral("INVENTAIRE ARTICLES AU ") + date);
 }
 

@@ -50,7 +50,8 @@ private:
     QString asked() const;
 
     Workspace workspace_;
-    Database molven_, historic_, compta_;
+    const UnitFiles unitFiles_;
+    Database molven_, compta_;
     QLabel* step_ = nullptr;
     QString title_; ///< of what is listed
     QList<Record> articles_;

@@ -58,7 +58,7 @@ PatientForm::PatientForm(Desk& desk, const QString& name, DataFile units)
     : SelectionForm(desk, name),
       molven_(workspace_.open(session().molven())),
       units_(units == DataFile::Virtuel ? patient_enquiry::Files{workspace_.open(session().path(units))}
-                                        : patient_enquiry::Files{molven_, workspace_.open(session().historic())}),
+                                        : patient_enquiry::open(workspace_, session())),
       tri_(workspace_.open(session().tri())),
       isVirtual_(units == DataFile::Virtuel) {
     build({.title = isVirtual_ ? QStringLiteral("Tracabilité des produits(posés) virtuels")
