@@ -20,11 +20,17 @@ std::unique_ptr<HeldFile> locked(const QString& path) {
 /// Stands in one that is whole.
 QString markIn(const QString& folder) { return folder + QStringLiteral("/.complet"); }
 
-/// Whether every part found its place.
+/// Whether every part found its place; where one is refused, those before it are taken back.
 bool pour(const QDir& from) {
     const QDir target(from.filePath(QStringLiteral("..")));
+    QStringList poured;
     for (const QString& part : from.entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name | QDir::DirsFirst)) {
-        if (!QDir().rename(from.filePath(part), target.filePath(part))) return false;
+        if (QDir().rename(from.filePath(part), target.filePath(part))) {
+            poured.prepend(part);
+            continue;
+        }
+        for (const QString& back : poured) QDir().rename(target.filePath(back), from.filePath(back));
+        return false;
     }
     return true;
 }
@@ -84,7 +90,9 @@ void Staging::pourOut() {
     QFile mark(markIn(path_));
     if (!mark.open(QIODevice::WriteOnly)) throw notWritable(path_);
     mark.close();
-    if (!pour(QDir(path_))) throw notWritable(QDir(path_).filePath(QStringLiteral("..")));
+    if (pour(QDir(path_))) return;
+    mark.remove(); // what is taken away half is not to be poured out
+    throw notWritable(QDir(path_).filePath(QStringLiteral("..")));
 }
 
 } // namespace molven

@@ -320,6 +320,27 @@ TEST(Creation, IsWholeOrAbsentInAFolderThatIsThereWhereverItIsKilled) {
     EXPECT_GT(kills, 4);
 }
 
+/// A share that refuses a name half-way: what had found its place is taken back.
+TEST(Creation, LeavesNothingBehindWhereAPartIsRefusedItsPlace) {
+    int refusals = 0;
+    for (int n = 1; n < 6; ++n) {
+        QTemporaryDir folder;
+        test::Killer::refuseRename(n);
+        const QString said = refusalOf([&] {
+            creation::create({folder.path(), QStringLiteral("AX"), QStringLiteral("L'ESSAI"), true});
+        });
+        test::Killer::refuseRename(0);
+        if (said == QStringLiteral("(accepté)")) { // a file that gets no name is copied
+            EXPECT_TRUE(check::run(creation::open(folder.path())).isEmpty()) << n;
+            continue;
+        }
+        ++refusals;
+        EXPECT_TRUE(said.startsWith(QStringLiteral("Impossible d'écrire dans le dossier"))) << said.toStdString();
+        EXPECT_TRUE(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) << n;
+    }
+    EXPECT_GE(refusals, 2);
+}
+
 TEST(Creation, AddsASecondDossierToTheList) {
     QTemporaryDir folder;
     creation::create({folder.path(), QStringLiteral("CE"), QStringLiteral("PREMIERE"), true});

@@ -52,8 +52,11 @@ public:
 
     /// Kills it right before the n-th time that it renames a file or a folder, whoever asks for it.
     static void armAtRenames(int n) { renames_ = n; }
-    static void beforeRename() {
+    /// Has that one refused instead.
+    static void refuseRename(int n) { refused_ = n; }
+    static bool mayRename() {
         if (--renames_ == 0) kill(getpid(), SIGKILL);
+        return --refused_ != 0;
     }
 
 private:
@@ -78,7 +81,7 @@ private:
         return unlink_(path);
     }
 
-    static inline int left_ = 0, renames_ = 0;
+    static inline int left_ = 0, renames_ = 0, refused_ = 0;
     static inline Write write_ = nullptr, write64_ = nullptr;
     static inline Unlink unlink_ = nullptr;
 };
