@@ -139,22 +139,21 @@ Order::Order(std::initializer_list<std::reference_wrapper<const Field>> fields) 
 }
 
 Order& Order::then(const Expression& expression) {
-    terms_.append([expression](Sql& sql) { return sql.dialect.sorted(expression.in(sql), expression.kind(), false); });
+    terms_.append({expression, false});
     return *this;
 }
 
 Order Order::descending(const Field& field) {
     Order order;
-    order.terms_.append([expression = Expression(field)](Sql& sql) {
-        return sql.dialect.sorted(expression.in(sql), expression.kind(), true);
-    });
+    order.terms_.append({field, true});
     return order;
 }
 
-QString Order::in(Sql& sql, const QString& last) const {
+QString Order::in(Sql& sql, const QString& last, bool turned) const {
     QStringList terms;
-    for (const Piece& term : terms_) terms.append(term(sql));
-    if (!last.isEmpty()) terms.append(last);
+    for (const auto& [value, descends] : terms_)
+        terms.append(sql.dialect.sorted(value.in(sql), value.kind(), descends != turned));
+    if (!last.isEmpty()) terms.append(turned ? last + QStringLiteral(" desc") : last);
     return terms.isEmpty() ? QString() : QStringLiteral(" order by ") + terms.join(u',');
 }
 

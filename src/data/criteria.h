@@ -85,11 +85,15 @@ public:
     bool isEmpty() const { return terms_.isEmpty(); }
     /// This order, or the other one where nothing is asked.
     Order orElse(const Order& other) const { return isEmpty() ? other : *this; }
-    /// " order by " and the terms, `last` being one more; empty without any.
-    QString in(Sql& sql, const QString& last = {}) const;
+    /// " order by " and the terms, `last` being one more; empty without any. `turned` is the order from its end.
+    QString in(Sql& sql, const QString& last = {}, bool turned = false) const;
 
 private:
-    QList<Piece> terms_;
+    struct Term {
+        Expression value;
+        bool descends;
+    };
+    QList<Term> terms_;
 };
 
 } // namespace molven

@@ -43,6 +43,8 @@ public:
     Engine& operator=(const Engine&) = delete;
 
     virtual const Dialect& dialect() const = 0;
+    /// Whether what it answers travels: lists are read as far as they are looked at.
+    virtual bool isFar() const = 0;
     /// Makes the tables of a file reachable; answers what stands before their names.
     virtual QString attach(const QString& path) = 0;
     virtual void detach(const QString& schema) = 0;

@@ -13,7 +13,7 @@ namespace molven {
 namespace {
 
 constexpr int MostFirstValues = 50;
-constexpr qint64 KeysAtOnce = 2000;
+constexpr qint64 KeysAtOnce = 2000, KeysAtOnceAfar = 20'000;
 
 /// The values of the first field of an index, read by leaps over the index.
 QString firstValues(const QString& table, const Field& first) {
@@ -31,75 +31,94 @@ const Index* indexWith(const Table& table, const Field& field, qsizetype place) 
     return found == indexes.end() ? nullptr : *found;
 }
 
-} // namespace
-
-/// Served by an index that begins with the field, or has it behind one of few values.
-void Recordset::readBeginnings(Key sign, const Field& field, const QString& text, std::vector<Key>& found) const {
+/// The field begins with the text, as an index that begins with the field serves it, or one that has it behind another
+/// of few values; nothing where there is none.
+std::optional<Criterion> servedBeginning(Engine& engine, const QString& tableName, const Table& table,
+                                         const Field& field, const QString& text) {
     // Between codes the bounds alone tell; the order of labels puts others between them.
     const Criterion begins =
         field.kind == Field::Kind::Code ? field >= text && field < text + QChar(0xFFFF) : startsWith(field, text);
-    const QString& table = tableOf(sign);
-    Sql sql{engine_->dialect()};
-    const QString isFound = begins.in(sql);
-    QString selection;
-    if (indexWith(*table_, field, 0)) {
-        selection = QStringLiteral("select rowid from %1 where %2").arg(table, isFound);
-    } else if (const Index* index = indexWith(*table_, field, 1)) {
-        const Field& first = *index->fields.first();
-        Statement& values = engine_->run(firstValues(table, first) + QStringLiteral("select count(*) from known"));
-        const bool areFew = values.next() && values.integer(0) <= MostFirstValues;
-        values.finish();
-        if (!areFew) return;
-        selection =
-            firstValues(table, first) + QStringLiteral("select rowid from %1 where %2 in (select v from known) and %3")
-                                            .arg(table, first.name, isFound);
-    } else {
-        return;
-    }
-    Statement& rows = engine_->run(selection, sql.values);
-    while (rows.next()) found.push_back(rows.integer(0) * sign);
+    if (indexWith(table, field, 0)) return begins;
+    const Index* index = indexWith(table, field, 1);
+    if (!index) return std::nullopt;
+    const Field& first = *index->fields.first();
+    const QString known = firstValues(tableName, first);
+    Statement& values = engine.run(known + QStringLiteral("select count(*) from known"));
+    const bool areFew = values.next() && values.integer(0) <= MostFirstValues;
+    values.finish();
+    if (!areFew) return std::nullopt;
+    return Criterion([first = first.name, known](Sql&) {
+               return QStringLiteral("%1 in (%2select v from known)").arg(first, known);
+           }) &&
+           begins;
+}
+
+Criterion hasKey(const QStringList& keys) {
+    return Criterion([keys](Sql& sql) { return sql.dialect.hasKey(keys, sql); });
+}
+
+Criterion keysBetween(qint64 above, qint64 last) {
+    return Criterion([above, last](Sql&) { return QStringLiteral("rowid>%1 and rowid<=%2").arg(above).arg(last); });
+}
+
+} // namespace
+
+void Recordset::collect(qsizetype place, const Criterion& criterion, std::optional<qint64> most,
+                        std::vector<Key>& found) const {
+    Sql sql{engine().dialect()};
+    QString text = QStringLiteral("select rowid from %1%2").arg(selection_.tables[place], criterion.where(sql));
+    if (most) text += QStringLiteral(" limit ") + sql.bind(QString::number(*most));
+    Statement& rows = engine().run(text, sql.values);
+    while (rows.next()) found.push_back(selection_.keyOf(place, rows.integer(0)));
 }
 
 Recordset Recordset::beginningWith(const QList<const Field*>& fields, const QString& text) const {
+    const std::optional<qint64> most = keys_.areWhole() ? std::nullopt : std::optional(Keys::windowSize + 1);
     std::vector<Key> found;
-    for (const Key sign : signs())
-        for (const Field* field : fields) readBeginnings(sign, *field, text, found);
-    return reducedTo(found);
+    Criterion any = hasKey({});
+    for (qsizetype place = 0; place < selection_.tables.size(); ++place)
+        for (const Field* field : fields) {
+            const auto begins = servedBeginning(engine(), selection_.tables[place], table(), *field, text);
+            if (!begins) continue;
+            collect(place, *begins, most, found);
+            any = any || *begins;
+        }
+    return reducedTo(found, Keys::windowSize, any);
 }
 
 std::optional<Recordset> Recordset::meeting(const Criterion& criterion, const Progress& progress) const {
     std::vector<Key> found;
-    for (qint64 first = 0; first < count(); first += KeysAtOnce) {
-        if (!progress(static_cast<int>(first), static_cast<int>(count()))) return std::nullopt;
-        for (const Key sign : signs()) {
-            QStringList keys;
-            for (qint64 i = first; i < std::min(first + KeysAtOnce, count()); ++i)
-                if (const Key key = keys_[static_cast<std::size_t>(i)] * sign; key > 0)
-                    keys.append(QString::number(key));
-            const Criterion wanted([&keys](Sql& text) { return text.dialect.hasKey(keys, text); });
-            Sql sql{engine_->dialect()};
-            const QString where = (wanted && criterion).where(sql);
-            Statement& rows =
-                engine_->run(QStringLiteral("select rowid from %1%2").arg(tableOf(sign), where), sql.values);
-            while (rows.next()) found.push_back(rows.integer(0) * sign);
+    const bool isWhole = keys_.areWhole();
+    const qint64 total = isWhole ? count() : selection_.lastKey(), step = isWhole ? KeysAtOnce : KeysAtOnceAfar;
+    for (qint64 first = 0; first < total; first += step) {
+        if (!progress(static_cast<int>(first * count() / total), static_cast<int>(count()))) return std::nullopt;
+        if (!isWhole) {
+            collect(0, keysBetween(first, first + step) && selection_.criterion && criterion, {}, found);
+            continue;
         }
+        QList<QStringList> keys(selection_.tables.size());
+        for (qint64 i = first; i < std::min(first + step, total); ++i)
+            keys[keys_[i] % keys.size()].append(QString::number(selection_.keyInTable(keys_[i])));
+        for (qsizetype place = 0; place < keys.size(); ++place)
+            collect(place, hasKey(keys[place]) && criterion, {}, found);
     }
-    return reducedTo(found);
+    return reducedTo(found, KeysAtOnceAfar, criterion);
 }
 
-Recordset Recordset::reducedTo(const std::vector<Key>& kept) const {
-    const auto place = [](Key key) { return static_cast<std::size_t>(key < 0 ? -2 * key + 1 : 2 * key); };
-    Recordset part = *this;
-    part.pages_.clear();
-    part.draft_.reset();
-    std::size_t places = 0;
-    for (const Key key : keys_) places = std::max(places, place(key) + 1);
-    std::vector<bool> isKept(places);
-    for (const Key key : kept)
-        if (place(key) < places) isKept[place(key)] = true;
-    std::erase_if(part.keys_, [&](Key key) { return !isKept[place(key)]; });
-    part.moveFirst();
-    return part;
+/// Where keys are not at hand, few are named, and more are selected anew.
+Recordset Recordset::reducedTo(const std::vector<Key>& found, qint64 mostNamed, const Criterion& criterion) const {
+    if (keys_.areWhole()) {
+        Recordset part = *this;
+        part.pages_.clear();
+        part.draft_.reset();
+        part.keys_.keep(found);
+        part.moveFirst();
+        return part;
+    }
+    if (static_cast<qint64>(found.size()) > mostNamed) return Recordset(*workspace_, selection_.meeting(criterion));
+    QStringList keys;
+    for (const Key key : found) keys.append(QString::number(key));
+    return Recordset(*workspace_, selection_.meeting(hasKey(keys)));
 }
 
 } // namespace molven

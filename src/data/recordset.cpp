@@ -7,54 +7,41 @@
 #include "data/row_reader.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace molven {
 
-Recordset::Recordset(Workspace& workspace, Engine& engine, const QStringList& qualifiedTables, const Table& table,
-                     const Criterion& criterion, const Order& order)
-    : workspace_(&workspace),
-      engine_(&engine),
-      tables_(qualifiedTables),
-      table_(&table),
-      criterion_(criterion),
-      order_(order) {
-    requery();
-}
-
-Statement& Recordset::keysOf(const Criterion& criterion, const QString& limit) const {
-    Sql sql{engine_->dialect()};
-    QString from = tables_[0] + criterion.where(sql), key = QStringLiteral("rowid");
-    if (tables_.size() > 1) {
-        key = QStringLiteral("k");
-        const QString second = tables_[1] + criterion.where(sql);
-        from = QStringLiteral("(select rowid as k,%1 from %2 union all select -rowid as k,%1 from %3) as both_files")
-                   .arg(table_->columns(), from, second);
-    }
-    const QString order = order_.in(sql, key);
-    return engine_->run(QStringLiteral("select %1 from %2%3%4").arg(key, from, order, limit), sql.values);
-}
+Recordset::Recordset(Workspace& workspace, const KeySelection& selection)
+    : workspace_(&workspace), selection_(selection), keys_(selection) {}
 
 void Recordset::requery() {
     pages_.clear();
-    keys_.clear();
-    Statement& rows = keysOf(criterion_);
-    while (rows.next()) keys_.push_back(rows.integer(0));
+    keys_ = Keys(selection_);
     moveTo(position_);
 }
 
+void Recordset::readWhole() const {
+    if (keys_.readWhole()) pages_.clear();
+}
+
+Recordset::Iterator Recordset::begin() const {
+    readWhole();
+    return {this, 0};
+}
+
 void Recordset::moveTo(qint64 position) {
+    if (position != position_) readWhole();
     position_ = std::clamp<qint64>(position, 0, count());
     draft_.reset();
 }
 
 bool Recordset::findFirst(const Criterion& criterion) {
-    Statement& row = keysOf(criterion_ && criterion, QStringLiteral(" limit 1"));
-    const Key key = row.next() ? row.integer(0) : 0;
+    Statement& row = selection_.meeting(criterion).keys(KeySelection::Stretch{1});
+    const Key key = row.next() ? row.integer(0) : Keys::None;
     row.finish();
-    const auto found = std::find(keys_.begin(), keys_.end(), key);
-    if (found == keys_.end()) return false;
-    moveTo(found - keys_.begin());
+    const auto found = key == Keys::None ? std::nullopt : keys_.placeOf(key);
+    if (!found) return false;
+    position_ = *found;
+    draft_.reset();
     return true;
 }
 
@@ -76,31 +63,32 @@ const Recordset::Page& Recordset::page(qint64 number) const {
     const qint64 first = number * PageSize;
     const qint64 size = std::min(PageSize, count() - first);
     QHash<Key, qint64> places;
-    for (qint64 i = 0; i < size; ++i) places.insert(keys_[static_cast<std::size_t>(first + i)], i);
+    for (qint64 i = 0; i < size; ++i) places.insert(keys_[first + i], i);
     Page read(static_cast<std::size_t>(size));
-    for (const Key sign : signs()) {
+    for (qsizetype place = 0; place < selection_.tables.size(); ++place) {
         QStringList keys;
         for (const Key key : places.keys())
-            if ((key < 0) == (sign < 0)) keys.append(QString::number(key * sign));
+            if (key % selection_.tables.size() == place) keys.append(QString::number(selection_.keyInTable(key)));
         if (keys.isEmpty()) continue;
-        Sql sql{engine_->dialect()};
+        Sql sql{engine().dialect()};
         const QString isWanted = sql.dialect.hasKey(keys, sql);
-        Statement& rows = engine_->run(
-            QStringLiteral("select rowid,%1 from %2 where %3").arg(table_->columns(), tableOf(sign), isWanted),
-            sql.values);
+        Statement& rows = engine().run(QStringLiteral("select rowid,%1 from %2 where %3")
+                                           .arg(table().columns(), selection_.tables[place], isWanted),
+                                       sql.values);
         while (rows.next())
-            read[static_cast<std::size_t>(places.value(rows.integer(0) * sign))] = RowReader::read(rows, *table_, 1);
+            read[static_cast<std::size_t>(places.value(selection_.keyOf(place, rows.integer(0))))] =
+                RowReader::read(rows, table(), 1);
     }
     if (pages_.size() >= PagesKept) pages_.clear();
     return *pages_.emplace(number, std::move(read));
 }
 
 std::optional<Record> Recordset::fetch(Key key) const {
-    Statement& row =
-        engine_->run(QStringLiteral("select %1 from %2 where rowid = ?").arg(table_->columns(), tableOf(key)),
-                     {QString::number(std::abs(key))});
+    Statement& row = engine().run(
+        QStringLiteral("select %1 from %2 where rowid = ?").arg(table().columns(), selection_.tableOf(key)),
+        {QString::number(selection_.keyInTable(key))});
     std::optional<Record> found;
-    if (row.next()) found = RowReader::read(row, *table_, 0);
+    if (row.next()) found = RowReader::read(row, table(), 0);
     row.finish();
     return found;
 }
@@ -121,7 +109,7 @@ void Recordset::edit(const Record& asRead) {
 
 void Recordset::addNew() {
     before_.reset();
-    draft_.emplace(*table_);
+    draft_.emplace(table());
 }
 
 Record& Recordset::draft() {
@@ -134,12 +122,13 @@ void Recordset::update() {
         writeChanges(*before_, draft());
         forget(position_);
     } else {
+        readWhole();
         const Record& written = draft();
-        const QString& table = tables_.first();
-        const QString sql = RowReader::insertion(table, *table_, engine_->dialect());
-        const auto done = Journal::write({*workspace_, *engine_, table, *table_}, sql, RowReader::values(written),
+        const QString& target = selection_.tables.first();
+        const QString sql = RowReader::insertion(target, table(), engine().dialect());
+        const auto done = Journal::write({*workspace_, engine(), target, table()}, sql, RowReader::values(written),
                                          [&](Journal& journal) { journal.added(written); });
-        keys_.push_back(done.key());
+        keys_.append(selection_.keyOf(0, done.key()));
         forget(count() - 1);
         position_ = count() - 1;
     }
@@ -149,22 +138,22 @@ void Recordset::update() {
 void Recordset::writeChanges(const Record& before, const Record& written) {
     QList<Assignment> changes;
     QStringList sets, same;
-    Sql sql{engine_->dialect()};
-    for (const Field* field : table_->fields()) {
+    Sql sql{engine().dialect()};
+    for (const Field* field : table().fields()) {
         if (before.value(*field) == written.value(*field)) continue;
         changes.append({*field, written.value(*field)});
         sets.append(field->name + u'=' + sql.bindOrNull(RowReader::bound(*field, written.value(*field))));
     }
     if (changes.isEmpty()) return;
     const Criterion here = current();
-    const QString isHere = here.in(sql), &table = tableOf(currentKey());
-    for (const Field* field : table_->fields())
-        if (!table_->keeps(*field) || before.value(*field) != written.value(*field))
+    const QString isHere = here.in(sql), &target = selection_.tableOf(currentKey());
+    for (const Field* field : table().fields())
+        if (!table().keeps(*field) || before.value(*field) != written.value(*field))
             same.append(sql.dialect.same(*field, RowReader::bound(*field, before.value(*field)), sql));
     const QString text = QStringLiteral("update %1 set %2 where %3 and %4")
-                             .arg(table, sets.join(u','), isHere, same.join(QStringLiteral(" and ")));
+                             .arg(target, sets.join(u','), isHere, same.join(QStringLiteral(" and ")));
     Transaction transaction(*workspace_, Engine::Scope::Change);
-    const auto done = Journal::write({*workspace_, *engine_, table, *table_}, text, sql.values,
+    const auto done = Journal::write({*workspace_, engine(), target, table()}, text, sql.values,
                                      [&](Journal& journal) { journal.changing(changes, here); });
     if (done.changed() != 1)
         throw DataError(
@@ -177,19 +166,20 @@ void Recordset::writeChanges(const Record& before, const Record& written) {
 void Recordset::remove() {
     record();
     const Criterion here = current();
-    const QString& table = tableOf(currentKey());
-    Sql sql{engine_->dialect()};
-    const QString text = QStringLiteral("delete from ") + table + here.where(sql);
-    Journal::write({*workspace_, *engine_, table, *table_}, text, sql.values,
+    const QString& target = selection_.tableOf(currentKey());
+    Sql sql{engine().dialect()};
+    const QString text = QStringLiteral("delete from ") + target + here.where(sql);
+    Journal::write({*workspace_, engine(), target, table()}, text, sql.values,
                    [&](Journal& journal) { journal.removing(here); });
-    keys_.erase(keys_.begin() + position_);
+    if (!keys_.readWhole()) keys_.remove(position_);
     pages_.clear();
     draft_.reset();
 }
 
 Criterion Recordset::current() const {
-    return Criterion(
-        [key = QString::number(std::abs(currentKey()))](Sql& sql) { return QStringLiteral("rowid=") + sql.bind(key); });
+    return Criterion([key = QString::number(selection_.keyInTable(currentKey()))](Sql& sql) {
+        return QStringLiteral("rowid=") + sql.bind(key);
+    });
 }
 
 } // namespace molven

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/criteria.h"
+#include "data/keys.h"
 #include "data/progress.h"
 #include "data/record.h"
 
@@ -12,8 +12,6 @@
 
 namespace molven {
 
-class Engine;
-class Statement;
 class Workspace;
 class Recordset;
 
@@ -31,11 +29,12 @@ private:
 };
 
 /// The records of one selection. Keys are read when it opens, records by pages when they are looked at, so
-/// that a million records open at once and cost memory only for what is seen.
+/// that a million records open at once and cost memory only for what is seen. On a server the keys of a large one are
+/// read where it is looked at(), and all of them, as they are by then, when it is walked through.
 class Recordset {
 public:
-    qint64 count() const { return static_cast<qint64>(keys_.size()); }
-    bool isEmpty() const { return keys_.empty(); }
+    qint64 count() const { return keys_.count(); }
+    bool isEmpty() const { return count() == 0; }
 
     bool eof() const { return position_ >= count(); }
     qint64 position() const { return position_; }
@@ -67,7 +66,7 @@ public:
         const Recordset* records_;
         qint64 position_;
     };
-    Iterator begin() const { return {this, 0}; }
+    Iterator begin() const;
     Iterator end() const { return {this, count()}; }
 
     /// Begins a change of the current record, read anew from the file.
@@ -90,10 +89,10 @@ public:
     void remove();
 
     /// Those of these records, in their order, of which one of the fields begins with the text. Only indexes are read:
-    /// a field that none serves is not looked at. Read again, it is the whole selection.
+    /// a field that none serves is not looked at. Not to be read again.
     Recordset beginningWith(const QList<const Field*>& fields, const QString& text) const;
-    /// Those of these records, in their order, that meet the criterion; nothing when it was stopped. Read again, it is
-    /// the whole selection.
+    /// Those of these records, in their order, that meet the criterion; nothing when it was stopped. Not to be
+    /// read again.
     std::optional<Recordset> meeting(const Criterion& criterion, const Progress& progress) const;
 
     /// Reads the selection again.
@@ -104,38 +103,33 @@ private:
     friend class Database;
     template <class F>
     friend class DraftCell;
-    Recordset(Workspace& workspace, Engine& engine, const QStringList& qualifiedTables, const Table& table,
-              const Criterion& criterion, const Order& order);
+    Recordset(Workspace& workspace, const KeySelection& selection);
 
-    using Key = qint64;
+    using Key = KeySelection::Key;
     using Page = std::vector<std::optional<Record>>;
     static constexpr qint64 PageSize = 128;
     static constexpr qsizetype PagesKept = 64;
 
-    /// Runs the statement that answers the keys of the selection, in order.
-    Statement& keysOf(const Criterion& criterion, const QString& limit = {}) const;
-    /// The table that a record of this key lies in.
-    const QString& tableOf(Key key) const { return tables_[key < 0 ? 1 : 0]; }
     const Page& page(qint64 number) const;
     std::optional<Record> fetch(Key key) const;
-    /// The records of these keys alone.
-    Recordset reducedTo(const std::vector<Key>& kept) const;
-    void readBeginnings(Key sign, const Field& field, const QString& text, std::vector<Key>& found) const;
+    /// All keys at hand, as they are now; no page is any longer where it was.
+    void readWhole() const;
+    /// The keys of records of one table, selected or not, that meet the criterion.
+    void collect(qsizetype place, const Criterion& criterion, std::optional<qint64> most,
+                 std::vector<Key>& found) const;
+    /// Those of the selection that have one of these keys, which are all that meet the criterion.
+    Recordset reducedTo(const std::vector<Key>& found, qint64 mostNamed, const Criterion& criterion) const;
     void writeChanges(const Record& before, const Record& written);
-    Key currentKey() const { return keys_[static_cast<std::size_t>(position_)]; }
-    /// The signs that keys bear: 1, and -1 where there is a second table.
-    QList<Key> signs() const { return tables_.size() > 1 ? QList<Key>{1, -1} : QList<Key>{1}; }
+    Key currentKey() const { return keys_[position_]; }
     /// The condition that selects the current record in its table.
     Criterion current() const;
+    Engine& engine() const { return *selection_.engine; }
+    const Table& table() const { return *selection_.table; }
     void forget(qint64 position) { pages_.remove(position / PageSize); }
 
     Workspace* workspace_;
-    Engine* engine_;
-    QStringList tables_; ///< one, or a second whose keys are counted below zero
-    const Table* table_;
-    Criterion criterion_;
-    Order order_;
-    std::vector<Key> keys_;
+    KeySelection selection_;
+    mutable Keys keys_;
     mutable QHash<qint64, Page> pages_;
     qint64 position_ = 0;
     std::optional<Record> draft_;

@@ -10,14 +10,17 @@ namespace molven {
 
 namespace {
 
+/// In a folder with all keys at hand, on a server with those of some windows.
 class PartsOfASelection : public testing::Test {
 protected:
     PartsOfASelection() : molven(workspace.open(dossier.session.molven())) {
+        Keys::windowSize = 4;
         march = dossier.receive(QStringLiteral("HIP"), 12);
         april = dossier.receive(QStringLiteral("GRAFT"), 2, QStringLiteral("05/04/2026"));
         molven.update(strproduit, {{strproduit.pro_ann, QStringLiteral("19")}}, strproduit.imm_art == march[10]);
         molven.update(strproduit, {{strproduit.lot_art, QStringLiteral("Été-2")}}, strproduit.imm_art == march[3]);
     }
+    ~PartsOfASelection() override { Keys::windowSize = 4096; }
     Recordset all() { return molven.select(strproduit, {}, Order::descending(strproduit.imm_art)); }
     static QStringList numbers(const Recordset& units) {
         QStringList found;
@@ -47,6 +50,39 @@ TEST_F(PartsOfASelection, BeginWithATextInTheirOwnOrder) {
     const Recordset grafts = molven.select(strproduit, strproduit.ref_art == QStringLiteral("GRAFT"));
     EXPECT_EQ(grafts.beginningWith({&strproduit.imm_art}, QStringLiteral("26")).count(), 2)
         << "of the selection, not of the table";
+}
+
+TEST_F(PartsOfASelection, StandInTheirPlacesWhereverTheyAreLookedAt) {
+    Recordset units = all();
+    const auto numberAt = [&units](qint64 place) { return QString(units.at(place)[strproduit.imm_art]); };
+    ASSERT_EQ(units.count(), 14);
+    EXPECT_EQ(numberAt(13), march[0]);
+    EXPECT_EQ(numberAt(7), march[6]);
+    EXPECT_EQ(numberAt(0), april[1]);
+    EXPECT_TRUE(units.findFirst(strproduit.imm_art == march[2]));
+    EXPECT_EQ(units.position(), 11);
+    EXPECT_EQ(QString(units[strproduit.imm_art]), march[2]);
+    EXPECT_FALSE(units.findFirst(strproduit.imm_art == QStringLiteral("99010001")));
+    units.remove();
+    EXPECT_EQ(QString(units[strproduit.imm_art]), march[1]);
+    EXPECT_EQ(numbers(units).size(), 13);
+}
+
+TEST_F(PartsOfASelection, AreWalkedThroughAsTheyAreThoughOthersRemovedSome) {
+    const Recordset units = all();
+    Workspace elsewhere;
+    elsewhere.open(dossier.session.molven()).remove(strproduit, isOneOf(strproduit.imm_art, {april[1], march[6]}));
+    EXPECT_EQ(units.count(), 14) << "as it was opened";
+    EXPECT_EQ(test::dataErrorOf([&] { units.at(0); }), DataError::RecordDeleted);
+    EXPECT_EQ(QString(units.at(13)[strproduit.imm_art]), march[0]);
+    QStringList walked;
+    for (qint64 place = 0; place < units.count(); ++place)
+        test::dataErrorOf([&] { walked.append(units.at(place)[strproduit.imm_art]); });
+    EXPECT_FALSE(walked.contains(march[6]));
+    Recordset known = molven.select(strproduit, isOneOf(strproduit.imm_art, march), strproduit.imm_art);
+    known.moveLast();
+    EXPECT_EQ(QString(known[strproduit.imm_art]), march[11]);
+    EXPECT_EQ(numbers(known), march.mid(0, 6) + march.mid(7));
 }
 
 TEST_F(PartsOfASelection, AreSearchedThroughUntilStopped) {

@@ -24,6 +24,7 @@ public:
     static void discard(const QString& path);
 
     const Dialect& dialect() const override;
+    bool isFar() const override { return true; }
     QString attach(const QString& path) override;
     void detach(const QString& schema) override;
     std::optional<qint64> version(const QString& schema) override;

@@ -22,6 +22,7 @@ public:
     void begin(const Locks& locks) override;
     void lockBesides(const Locks&) override {}
     bool isAlone() const override { return true; }
+    bool isFar() const override { return false; }
     void commit() override;
     void rollback() override;
     void savepoint(const QString& name, Scope scope) override;
