@@ -28,18 +28,10 @@ void lookUpByRule(benchmark::State& state) {
 
 void lookUpBare(benchmark::State& state) {
     BareEngine engine({session().molven()});
-    const auto keys = engine.prepare(
-        QStringLiteral("select rowid from strarticle where art_ref >= ? and art_ref < ? order by art_ref"));
-    const auto record = engine.prepare(QStringLiteral("select * from strarticle where rowid = ?"));
+    const auto records =
+        engine.prepare(QStringLiteral("select * from strarticle where art_ref >= ? and art_ref < ? order by art_ref"));
     const QByteArray first = Articles.toUtf8(), end = (Articles + QChar(0xFFFF)).toUtf8();
-    for (auto _ : state) {
-        std::vector<sqlite3_int64> found;
-        sqlite3_reset(keys.get());
-        sqlite3_bind_text(keys.get(), 1, first.constData(), static_cast<int>(first.size()), SQLITE_STATIC);
-        sqlite3_bind_text(keys.get(), 2, end.constData(), static_cast<int>(end.size()), SQLITE_STATIC);
-        while (sqlite3_step(keys.get()) == SQLITE_ROW) found.push_back(sqlite3_column_int64(keys.get(), 0));
-        for (const sqlite3_int64 key : found) BareEngine::run(record, {QByteArray::number(key)});
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(BareEngine::run(records, {first, end}));
 }
 
 /// What is offered below a code box: by the beginning of a code, by a part of a label, and where nothing fits.
@@ -58,28 +50,17 @@ void pushByRule(benchmark::State& state) {
     for (auto _ : state) article_updates::pushPrice(molven, article_updates::lpp(), PushedLpp, Decimal(++price));
 }
 
-/// The same as one reads and writes it article by article, in one transaction.
+/// The same as one statement over all articles of the code.
 void pushBare(benchmark::State& state) {
     BareEngine engine({session().molven()});
-    const auto select = engine.prepare(QStringLiteral("select rowid, art_tva from strarticle where art_lpp = ?"));
-    const auto vat = engine.prepare(QStringLiteral("select par1_tx from strparfac where par1_cde = ?"));
-    const auto update =
-        engine.prepare(QStringLiteral("update strarticle set art_pv1=?, art_ttc=?, art_res=? where rowid=?"));
-    const QByteArray code = PushedLpp.toUtf8();
+    const auto update = engine.prepare(
+        QStringLiteral("update strarticle set art_pv1=(select round(?/(1+par1_tx/100.0),2) from strparfac where "
+                       "par1_cde=art_tva), art_ttc=?, art_res=? where art_lpp=?"));
     int price = 100;
     for (auto _ : state) {
-        engine.execute("begin immediate");
         const QByteArray ttc = QByteArray::number(++price);
-        std::vector<sqlite3_int64> keys;
-        sqlite3_reset(select.get());
-        sqlite3_bind_text(select.get(), 1, code.constData(), static_cast<int>(code.size()), SQLITE_STATIC);
-        while (sqlite3_step(select.get()) == SQLITE_ROW) keys.push_back(sqlite3_column_int64(select.get(), 0));
-        for (const sqlite3_int64 key : keys) {
-            BareEngine::run(vat, {"1"});
-            BareEngine::run(update,
-                            {QByteArray::number(price / 1.055, 'f', 2), ttc, ttc + ".00", QByteArray::number(key)});
-        }
-        sqlite3_reset(select.get());
+        engine.execute("begin immediate");
+        BareEngine::run(update, {ttc, ttc, ttc + ".00", PushedLpp.toUtf8()});
         engine.execute("commit");
     }
 }

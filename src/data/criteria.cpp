@@ -104,6 +104,18 @@ Criterion contains(const Expression& expression, const QString& text) {
     });
 }
 
+Criterion anyContains(const QList<const Field*>& fields, const QString& text) {
+    if (text.isEmpty()) return {};
+    return Criterion([fields, plain = folded(text)](Sql& sql) {
+        QStringList texts;
+        for (const Field* field : fields)
+            texts.append(QStringLiteral("coalesce(%1,'')").arg(sql.dialect.asText(field->name, field->kind)));
+        // A character that nobody types keeps what is sought from running over two of them.
+        return QStringLiteral("instr(folded(%1),%2) > 0")
+            .arg(texts.join(QStringLiteral("||'\x1f'||")), sql.bind(plain));
+    });
+}
+
 Criterion isOneOf(const Expression& expression, const QStringList& values) {
     constexpr qsizetype MostBound = 1000; // the engines bind some ten thousands at most
     QStringList meant = values;

@@ -74,15 +74,7 @@ QString RecordModel::filterWords() const {
            (showsBeginnings() ? QStringLiteral(" (débuts de codes)") : QString());
 }
 
-Criterion RecordModel::filterCriterion() const {
-    if (filter_.isEmpty()) return {};
-    Criterion any;
-    for (const GridColumn& column : columns_) {
-        const Criterion held = contains(*column.field, filter_);
-        any = any.always() ? held : any || held;
-    }
-    return any;
-}
+Criterion RecordModel::filterCriterion() const { return anyContains(columnFields(), filter_); }
 
 QList<const Field*> RecordModel::columnFields() const {
     QList<const Field*> fields;

@@ -39,7 +39,7 @@ protected:
     }
     void endConnections() const {
         postgres::Connection(folder.address())
-            .run(QStringLiteral("select pg_terminate_backend(pid) from pg_stat_activity "
+            .run(QStringLiteral("select pg_terminate_backend(pid,10000) from pg_stat_activity "
                                 "where datname=current_database() and pid<>pg_backend_pid()"));
     }
 
