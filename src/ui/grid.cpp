@@ -218,12 +218,11 @@ QString csvOf(const RecordModel& rows, const Progress& told) {
     QStringList titles;
     for (const GridColumn& column : rows.columns()) titles.append(column.title);
     QString lines = csv::line(titles);
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        if (!told(row, rows.rowCount())) throw Refusal(QStringLiteral("Opération abandonnée"));
-        QStringList cells;
-        for (int column = 0; column < rows.columnCount(); ++column) cells.append(rows.text(row, column));
-        lines += csv::line(cells);
-    }
+    int written = 0;
+    rows.forEach([&](const Record& record) {
+        if (!told(written++, rows.rowCount())) throw Refusal(QStringLiteral("Opération abandonnée"));
+        lines += csv::line(rows.cells(record));
+    });
     if (!rows.filter().isEmpty()) lines += csv::line({rows.filterWords()});
     return lines;
 }

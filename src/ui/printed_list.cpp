@@ -23,16 +23,15 @@ Report printedList(const QString& title, const RecordModel& rows, const ListLayo
     Report report(title, columnsOf(rows));
     report.say(layout.words);
     if (!rows.filter().isEmpty()) report.say(rows.filterWords());
-    QString group;
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < rows.columnCount(); ++column) cells.append(rows.text(row, column));
-        if (layout.groupColumn >= 0 && (row == 0 || cells[layout.groupColumn] != group)) {
+    std::optional<QString> group;
+    rows.forEach([&](const Record& record) {
+        const QStringList cells = rows.cells(record);
+        if (layout.groupColumn >= 0 && group != cells[layout.groupColumn]) {
             group = cells[layout.groupColumn];
-            report.group(groupTitle(rows.columns()[layout.groupColumn].title, group));
+            report.group(groupTitle(rows.columns()[layout.groupColumn].title, *group));
         }
         report.row(cells);
-    }
+    });
     report.count();
     return report;
 }

@@ -140,20 +140,52 @@ int RecordModel::rowOf(const Record& wanted, const QList<const Field*>& key) {
     return found == list.end() ? -1 : static_cast<int>(found - list.begin());
 }
 
+namespace {
+
+QString cellOf(const Record& record, const GridColumn& column) {
+    const QString value = record.value(*column.field);
+    if (value.isEmpty()) return value;
+    if (column.pattern == DayPattern) return dayOfKey(value);
+    if (column.field->kind != Field::Kind::Number) return value;
+    const Decimal number = Decimal::fromText(value);
+    return column.pattern.isEmpty() ? shown(number) : format(number, column.pattern);
+}
+
+/// Null for one that was removed since its key was read.
+const Record* stillThere(const Recordset::Iterator& place) {
+    try {
+        return &*place;
+    } catch (const DataError& error) {
+        if (error.number != DataError::RecordDeleted) throw;
+        return nullptr;
+    }
+}
+
+} // namespace
+
 QString RecordModel::text(int row, int column) const {
     try {
         const auto shownRecord = record(row);
-        if (!shownRecord) return {};
-        const GridColumn& shownColumn = columns_[column];
-        const QString value = shownRecord->value(*shownColumn.field);
-        if (value.isEmpty()) return value;
-        if (shownColumn.pattern == DayPattern) return dayOfKey(value);
-        if (shownColumn.field->kind != Field::Kind::Number) return value;
-        const Decimal number = Decimal::fromText(value);
-        return shownColumn.pattern.isEmpty() ? shown(number) : format(number, shownColumn.pattern);
+        return shownRecord ? cellOf(*shownRecord, columns_[column]) : QString();
     } catch (const DataError&) {
         return QStringLiteral("#Supprimé");
     }
+}
+
+void RecordModel::forEach(const std::function<void(const Record&)>& take) const {
+    if (const auto* list = std::get_if<QList<Record>>(&rows_)) {
+        for (const Record& record : *list) take(record);
+        return;
+    }
+    const Recordset all = std::get<Recordset>(rows_); // read whole, while what is shown keeps its places
+    for (auto place = all.begin(); place != all.end(); ++place)
+        if (const Record* record = stillThere(place)) take(*record);
+}
+
+QStringList RecordModel::cells(const Record& record) const {
+    QStringList texts;
+    for (const GridColumn& column : columns_) texts.append(cellOf(record, column));
+    return texts;
 }
 
 int RecordModel::columnOf(const QString& fieldName) const {

@@ -76,6 +76,10 @@ public:
     Qt::SortOrder sortOrder() const { return sortOrder_; }
     std::optional<Record> record(int row) const;
     QString text(int row, int column) const;
+    /// Every record of the rows, for a paper or a file: as they are now, each once, whatever of a long list is shown.
+    void forEach(const std::function<void(const Record&)>& take) const;
+    /// What the cells of a record say.
+    QStringList cells(const Record& record) const;
     int columnOf(const QString& fieldName) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;

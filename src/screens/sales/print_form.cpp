@@ -112,7 +112,7 @@ QList<papers::Paper> PrintForm::wanted() {
     const DocumentHeaders& h = book_.kind().headers;
     const auto key = [&h](const Record& header) { return header[h.fac_aa] + header[h.fac_no]; };
     QSet<QString> listed;
-    for (int row = 0; row < list().rows().rowCount(); ++row) listed.insert(key(list().rows().record(row).value()));
+    list().rows().forEach([&](const Record& header) { listed.insert(key(header)); });
     QList<papers::Paper> papers;
     for (const papers::Paper& paper : found_)
         if (listed.contains(key(paper.header))) papers.append(paper);

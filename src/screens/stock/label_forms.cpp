@@ -128,15 +128,14 @@ void LabelPrintForm::print() {
     const RecordModel& rows = grid_->rows();
     if (rows.rowCount() == 0) throw Refusal(QStringLiteral("Aucune étiquette à imprimer"));
     QList<ProductLabel> labels;
-    for (int i = 0; i < rows.rowCount(); ++i) {
-        const Record row = rows.record(i).value();
+    rows.forEach([&labels](const Record& row) {
         labels.append({row[etiq.e_imm], row[etiq.e_ref], row[etiq.e_tip], row[etiq.e_lpp], row[etiq.e_llpp],
                        row[etiq.e_ori], row[etiq.e_res], Decimal::parse(row[etiq.e_euro])});
         for (const auto& [code, label] :
              {std::pair(&etiq.e_lpp2, &etiq.e_llpp2), std::pair(&etiq.e_lpp3, &etiq.e_llpp3)})
             if (const QString further = row[*code]; !further.isEmpty())
                 labels.last().furtherLpp.append((further + u' ' + row[*label]).trimmed());
-    }
+    });
     PrintJob job(QStringLiteral("Étiquettes"));
     label_page::print(job, labels, desk().barcodeFamily(),
                       paper_->currentIndex() == 1 ? label_page::Paper::Sheet : label_page::Paper::Column);
