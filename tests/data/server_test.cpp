@@ -193,9 +193,12 @@ TEST_F(OnServer, ANewDayIsSealedThoughItsFirstChangeWasMadeBesideOthers) {
 }
 
 TEST_F(OnServer, AnotherVersionOfTheSortLibraryIsNoticedAndItsIndexesAreMadeAgain) {
-    postgres::Connection administrator(folder.address());
-    administrator.run(QStringLiteral("update pg_collation set collversion='1' where collname='french'"));
+    Workspace atWork;
+    Database file = atWork.open(path);
+    postgres::Connection(folder.address())
+        .run(QStringLiteral("update pg_collation set collversion='1' where collname='french'"));
     endConnections();
+    EXPECT_EQ(test::dataErrorOf([&] { file.count(strclient); }), DataError::CannotOpen) << "it was restarted under it";
     const auto open = [this] {
         Workspace workspace;
         workspace.open(path);

@@ -115,7 +115,8 @@ bool Connection::isBroken() const { return PQtransactionStatus(connection_) == P
 
 bool Connection::isAlive() {
     pollfd socket{PQsocket(connection_), POLLIN, 0};
-    if (!isLost() && poll(&socket, 1, 0) > 0) PQconsumeInput(connection_);
+    // Behind a last word of the server stands the end of the connection.
+    while (!isLost() && poll(&socket, 1, 0) > 0) PQconsumeInput(connection_);
     return !isLost();
 }
 

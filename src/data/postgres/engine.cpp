@@ -58,7 +58,7 @@ Written::Count countOf(const pg_result* result) {
 } // namespace
 
 Engine::Lease::Lease(Engine& engine) : engine_(engine), isOwn_(!engine.held_) {
-    if (isOwn_) engine_.held_ = Pool::take(engine_.address_);
+    if (isOwn_) engine_.held_ = engine_.connection();
     engine_.held_->watch(engine_.goesOn_);
 }
 
@@ -71,6 +71,13 @@ Engine::Engine(const QString& address, Opening opening) : address_(address) {
     const Lease connection(*this); // an address that leads nowhere is told at once
     if (opening == Opening::New) prepareSite(*held_);
     isPrepared_ = isPrepared(*held_);
+}
+
+/// A server that was restarted meanwhile may sort otherwise.
+std::unique_ptr<Connection> Engine::connection() const {
+    std::unique_ptr<Connection> taken = Pool::take(address_);
+    if (isPrepared_) isPrepared(*taken);
+    return taken;
 }
 
 Engine::~Engine() {
@@ -111,7 +118,7 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 
 void Engine::begin(const Locks& locks) {
     forget();
-    held_ = Pool::take(address_);
+    held_ = connection();
     locked_ = numbersOf(locks);
     isAlone_ = locks.isAll() || locked_.size() > MostLocked;
     hasSite_ = !locks.isNone();
@@ -308,7 +315,7 @@ std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
 /// The connection is held meanwhile.
 void Engine::lookIn(const QString& schema) {
     tell({});
-    if (!held_) held_ = Pool::take(address_);
+    if (!held_) held_ = connection();
     held_->run(QStringLiteral("set search_path=%1,public").arg(schema));
 }
 

@@ -77,6 +77,7 @@ private:
         Answer answer;
         qint64 moment;
     };
+    std::unique_ptr<Connection> connection() const;
     /// Tells the server what waits, then these; the answers to these.
     std::vector<Result> tell(const std::vector<Command>& further);
     void wait(const std::shared_ptr<Waiting>& command);
