@@ -12,6 +12,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace molven {
 
 namespace author {
@@ -56,10 +58,12 @@ QString object(const QStringList& pieces) {
     return QStringLiteral("'{'||substr(%1,2)||'}'").arg(pieces.join(QStringLiteral("||")));
 }
 
-/// What groups the records that one entry may name: few thousands, lest it grow without bound, and none whose key has
-/// more than one line.
+/// Records that one entry may name, lest it grow without bound.
+constexpr int MostNamed = 4096;
+
+/// What groups the records that one entry may name: none whose key has more than one line.
 QString neighbours(const QString& key) {
-    return QStringLiteral("case when instr(%1,'\n')=0 then rowid/4096 else -rowid end").arg(key);
+    return QStringLiteral("case when instr(%1,'\n')=0 then rowid/%2 else -rowid end").arg(key).arg(MostNamed);
 }
 
 QString entry(const QString& file) {
@@ -117,10 +121,13 @@ void Journal::found(const QString& kind, const Record& record) {
     if (!active()) return;
     QStringList parts;
     for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
+    add(parts.join(u'/'), kind, digest::of(record));
+}
+
+void Journal::add(const QString& recordKey, const QString& kind, const QString& value, const QString& keys) {
     Sql sql{engine_.dialect()};
     QStringList marks;
-    for (const QString& value : head() + QStringList{parts.join(u'/'), kind, digest::of(record), QString()})
-        marks.append(sql.bind(value));
+    for (const QString& one : head() + QStringList{recordKey, kind, value, keys}) marks.append(sql.bind(one));
     engine_.write(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
 }
 
@@ -166,20 +173,10 @@ void Journal::changing(const QList<Change>& changes, const Criterion& criterion)
         return u'(' + any.join(QStringLiteral(" or ")) + u')';
     });
     const auto entries = [&](Sql& sql) {
-        const Dialect& dialect = sql.dialect;
-        QStringList pieces;
-        for (const auto& [field, after, isComputed] : changes) {
-            const auto value = [&] { return isComputed ? dialect.common(after(sql)) : after(sql); };
-            const QString before = dialect.common(field->name), changed = dialect.differs(before, field->kind, value());
-            pieces.append(QStringLiteral(
-                              "case when %1 then ',\"%2\":'||'['||json_quote(%3)||','||json_quote(%4)||']' else '' end")
-                              .arg(changed, field->name, dialect.asText(before, field->kind),
-                                   dialect.asText(value(), field->kind)));
-        }
-        const QString name = key(table_, dialect);
+        const QString name = key(table_, sql.dialect), changed = changedFields(changes, sql);
         return QStringLiteral("case count(*) when 1 then %1 else '' end,'M',%2,"
                               "case count(*) when 1 then '' else '\n'||%3 end")
-            .arg(dialect.common(name), object(pieces), dialect.lines(name));
+            .arg(sql.dialect.common(name), changed, sql.dialect.lines(name));
     };
     const auto alike = [&](Sql& sql) {
         QStringList terms{neighbours(key(table_, sql.dialect))};
@@ -189,7 +186,59 @@ void Journal::changing(const QList<Change>& changes, const Criterion& criterion)
         }
         return QStringLiteral(" group by ") + terms.join(u',');
     };
+    if (!active() || (!engine_.isFar() && enterAlike(changes, criterion && differ))) return;
     enter(entries, criterion && differ, alike);
+}
+
+QString Journal::changedFields(const QList<Change>& changes, Sql& sql) {
+    const Dialect& dialect = sql.dialect;
+    QStringList pieces;
+    for (const auto& [field, after, isComputed] : changes) {
+        const auto value = [&] { return isComputed ? dialect.common(after(sql)) : after(sql); };
+        const QString before = dialect.common(field->name), changed = dialect.differs(before, field->kind, value());
+        pieces.append(
+            QStringLiteral("case when %1 then ',\"%2\":'||'['||json_quote(%3)||','||json_quote(%4)||']' else '' end")
+                .arg(changed, field->name, dialect.asText(before, field->kind), dialect.asText(value(), field->kind)));
+    }
+    return object(pieces);
+}
+
+bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterion) {
+    if (std::any_of(changes.begin(), changes.end(), [](const Change& change) { return change.isComputed; }))
+        return false;
+    Sql first{engine_.dialect()};
+    QStringList names;
+    for (const Change& change : changes) names.append(change.field->name);
+    const QString where = criterion.where(first);
+    Statement& one = engine_.run(QStringLiteral("select %1 from %2%3 limit 1").arg(names.join(u','), qualified_, where),
+                                 first.values);
+    if (!one.next()) return true;
+    QStringList before;
+    for (int i = 0; i < changes.size(); ++i) before.append(RowReader::bound(*changes[i].field, one.text(i)));
+    one.finish();
+
+    Sql sql{engine_.dialect()};
+    const QString value = changedFields(changes, sql), keys = sql.dialect.lines(key(table_, sql.dialect));
+    QStringList same;
+    for (int i = 0; i < changes.size(); ++i) same.append(sql.dialect.same(*changes[i].field, before[i], sql));
+    const QString isSame = same.join(QStringLiteral(" and ")), among = criterion.where(sql);
+    Statement& all = engine_.run(
+        QStringLiteral("select %1,%2,count(*),sum(%3) from %4%5").arg(value, keys, isSame, qualified_, among),
+        sql.values);
+    all.next();
+    const QString changed = all.text(0);
+    const QStringList named = all.text(1).chopped(1).split(u'\n');
+    const bool areAlike = all.integer(2) == all.integer(3) && named.size() == all.integer(2);
+    all.finish();
+    if (!areAlike) return false;
+    for (qsizetype from = 0; from < named.size(); from += MostNamed) {
+        const QStringList some = named.mid(from, MostNamed);
+        if (some.size() == 1)
+            add(some.first(), QStringLiteral("M"), changed);
+        else
+            add({}, QStringLiteral("M"), changed, u'\n' + some.join(u'\n') + u'\n');
+    }
+    return true;
 }
 
 void Journal::removing(const Criterion& criterion) {

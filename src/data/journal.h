@@ -71,7 +71,14 @@ private:
     bool active();
     QStringList head();
     void found(const QString& kind, const Record& record);
+    /// Adds one entry: how, key or keys, and value as strjournal has them.
+    void add(const QString& key, const QString& kind, const QString& value, const QString& keys = {});
     void changing(const QList<Change>& changes, const Criterion& criterion);
+    /// The JSON object of what changes in the records of a group.
+    static QString changedFields(const QList<Change>& changes, Sql& sql);
+    /// Enters the records that are about to change when they hold the same in all these fields, without sorting them;
+    /// false, with nothing written, when they do not.
+    bool enterAlike(const QList<Change>& changes, const Criterion& criterion);
     /// Adds the entries that a statement selects: how, keys and values of records that meet a criterion.
     void enter(const Piece& entries, const Criterion& criterion, const Piece& grouping = {});
     void sealFormerDays();
