@@ -3,6 +3,7 @@
 #include "screens/screens.h"
 #include "screens/shell/first_start.h"
 #include "screens/shell/server_password.h"
+#include "screens/shell/upgrade_display.h"
 #include "ui/desk.h"
 #include "ui/icons.h"
 #include "ui/printer.h"
@@ -81,6 +82,7 @@ int main(int argc, char* argv[]) {
     parser.addOption({homeOption, QStringLiteral("dossier du programme"), QStringLiteral("DIR")});
     parser.process(application);
     askServerPasswordInWindow();
+    showUpgradesInWindow();
     const std::optional<QString> folder = parser.isSet(homeOption) ? parser.value(homeOption) : programFolder();
     if (!folder) return 0;
     const QString home = QDir(*folder).absolutePath();
