@@ -80,8 +80,9 @@ Recordset Recordset::beginningWith(const QList<const Field*>& fields, const QStr
         for (const Field* field : fields) {
             const auto begins = servedBeginning(engine(), selection_.tables[place], table(), *field, text);
             if (!begins) continue;
+            const std::size_t before = found.size();
             collect(place, *begins, most, found);
-            any = any || *begins;
+            if (found.size() > before) any = any || *begins;
         }
     return reducedTo(found, Keys::windowSize, any);
 }
