@@ -104,6 +104,13 @@ Criterion contains(const Expression& expression, const QString& text) {
     });
 }
 
+Criterion containsCode(const Expression& expression, const QString& text) {
+    return Criterion([expression, text](Sql& sql) {
+        const QString searched = sql.dialect.lowered(expression.in(sql));
+        return QStringLiteral("instr(%1,%2) > 0").arg(searched, sql.dialect.lowered(sql.bind(text)));
+    });
+}
+
 Criterion anyContains(const QList<const Field*>& fields, const QString& text) {
     if (text.isEmpty()) return {};
     return Criterion([fields, plain = folded(text)](Sql& sql) {

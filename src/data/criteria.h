@@ -65,7 +65,9 @@ Criterion startsWith(const Field& field, const QString& text);
 Criterion beginsLike(const Label& name, const QString& text);
 /// The text stands somewhere in the field, whatever its case and accents.
 Criterion contains(const Expression& expression, const QString& text);
-/// The same in one of several fields: each record is folded once.
+/// The text stands somewhere in the field, whatever the case of its ASCII letters: for codes, and for long fields.
+Criterion containsCode(const Expression& expression, const QString& text);
+/// As contains() in one of several fields: each record is folded once.
 Criterion anyContains(const QList<const Field*>& fields, const QString& text);
 /// The value is one of the list.
 Criterion isOneOf(const Expression& expression, const QStringList& values);

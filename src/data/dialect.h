@@ -25,6 +25,8 @@ public:
     virtual QString hasKey(const QStringList& keys, Sql& sql) const = 0;
     /// The whole text is of this form: "*" stands for any characters, "?" for one, "[0-9]" for a digit.
     virtual QString matches(const QString& text, const QString& form) const = 0;
+    /// The text with its ASCII letters small.
+    virtual QString lowered(const QString& text) const = 0;
     /// The number that a text begins with, 0 without one.
     virtual QString numberIn(const QString& text) const = 0;
     /// A number as a text without useless zeros; a text as it is.

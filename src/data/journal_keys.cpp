@@ -14,27 +14,25 @@ namespace {
 constexpr QChar LineFeed = u'\n'; ///< what stands between the keys of an entry
 
 /// The entries that name many records: with all whose key is empty they stand together in the index.
-Criterion naming(const QString& among) {
-    return strjournal.jou_cle == QString() && contains(strjournal.jou_cles, among);
-}
+Criterion naming(const Criterion& them) { return strjournal.jou_cle == QString() && them; }
 
 } // namespace
 
-JournalKeys::JournalKeys(const Criterion& single, const QString& among, Fits fits)
+JournalKeys::JournalKeys(const Criterion& single, const Criterion& among, Fits fits)
     : criterion_(single || naming(among)), fits_(std::move(fits)) {}
 
 JournalKeys JournalKeys::of(const QString& key) {
-    return {strjournal.jou_cle == key, LineFeed + key + LineFeed,
+    return {strjournal.jou_cle == key, containsCode(strjournal.jou_cles, LineFeed + key + LineFeed),
             [key](const QString& one) { return collation::code(one, key) == 0; }};
 }
 
 JournalKeys JournalKeys::beginningWith(const QString& text) {
-    return {startsWith(strjournal.jou_cle, text), LineFeed + text,
+    return {startsWith(strjournal.jou_cle, text), containsCode(strjournal.jou_cles, LineFeed + text),
             [text](const QString& one) { return collation::code(one.left(text.size()), text) == 0; }};
 }
 
 JournalKeys JournalKeys::containing(const QString& text) {
-    return {contains(strjournal.jou_cle, text), text,
+    return {contains(strjournal.jou_cle, text), contains(strjournal.jou_cles, text),
             [plain = folded(text)](const QString& one) { return folded(one).contains(plain); }};
 }
 

@@ -21,7 +21,7 @@ public:
 
 private:
     using Fits = std::function<bool(const QString& key)>;
-    JournalKeys(const Criterion& single, const QString& among, Fits fits);
+    JournalKeys(const Criterion& single, const Criterion& among, Fits fits);
 
     Criterion criterion_;
     Fits fits_;

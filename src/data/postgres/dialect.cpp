@@ -54,6 +54,10 @@ public:
         return QStringLiteral("(%1)::text collate \"C\" ~ '^%2$'").arg(text, pattern);
     }
 
+    QString lowered(const QString& text) const override {
+        return QStringLiteral("lower((%1)::text collate \"C\")").arg(text);
+    }
+
     QString numberIn(const QString& text) const override { return QStringLiteral("number_in((%1)::text)").arg(text); }
 
     QString asText(const QString& expression, Kind kind) const override {

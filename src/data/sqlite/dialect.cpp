@@ -38,6 +38,8 @@ public:
         return QStringLiteral("cast(replace(%1,',','.') as real)").arg(text);
     }
 
+    QString lowered(const QString& text) const override { return QStringLiteral("lower(%1)").arg(text); }
+
     QString asText(const QString& expression, Kind kind) const override {
         return kind == Kind::Number ? QStringLiteral("cast(%1 as text)").arg(expression) : expression;
     }
