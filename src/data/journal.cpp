@@ -219,24 +219,25 @@ bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterio
 
     Sql sql{engine_.dialect()};
     const QString value = changedFields(changes, sql), keys = sql.dialect.lines(key(table_, sql.dialect));
-    QStringList same;
-    for (int i = 0; i < changes.size(); ++i) same.append(sql.dialect.same(*changes[i].field, before[i], sql));
-    const QString isSame = same.join(QStringLiteral(" and ")), among = criterion.where(sql);
+    QStringList others;
+    for (int i = 0; i < changes.size(); ++i) {
+        const Field& field = *changes[i].field;
+        others.append(sql.dialect.differs(field.name, field.kind, sql.bindOrNull(before[i])));
+    }
+    const QString isOther = others.join(QStringLiteral(" or ")), among = criterion.where(sql);
     Statement& all = engine_.run(
-        QStringLiteral("select %1,%2,count(*),sum(%3) from %4%5").arg(value, keys, isSame, qualified_, among),
+        QStringLiteral("select %1,%2,count(*),sum(%3) from %4%5").arg(value, keys, isOther, qualified_, among),
         sql.values);
     all.next();
-    const QString changed = all.text(0);
-    const QStringList named = all.text(1).chopped(1).split(u'\n');
-    const bool areAlike = all.integer(2) == all.integer(3) && named.size() == all.integer(2);
+    const qint64 count = all.integer(2);
+    const QString changed = all.text(0), named = all.text(1); // each behind the one before, with a line feed behind
+    const bool areAlike = all.integer(3) == 0 && named.count(u'\n') == count;
     all.finish();
     if (!areAlike) return false;
-    for (qsizetype from = 0; from < named.size(); from += MostNamed) {
-        const QStringList some = named.mid(from, MostNamed);
-        if (some.size() == 1)
-            add(some.first(), QStringLiteral("M"), changed);
-        else
-            add({}, QStringLiteral("M"), changed, u'\n' + some.join(u'\n') + u'\n');
+    if (count == 1) return add(named.chopped(1), QStringLiteral("M"), changed), true;
+    for (qsizetype from = 0, to = 0; from < named.size(); from = to) {
+        for (int taken = 0; taken < MostNamed && to < named.size(); ++taken) to = named.indexOf(u'\n', to) + 1;
+        add({}, QStringLiteral("M"), changed, u'\n' + named.sliced(from, to - from));
     }
     return true;
 }

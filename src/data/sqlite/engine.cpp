@@ -51,6 +51,7 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 }
 
 void Engine::begin(const Locks&) {
+    isSpoilt_ = false;
     run(QStringLiteral("begin immediate"));
     inTransaction_ = true;
 }
@@ -66,18 +67,26 @@ void Engine::rollback() {
     if (!sqlite3_get_autocommit(connection_)) run(QStringLiteral("rollback"));
 }
 
-void Engine::savepoint(const QString& name, Scope) { run(QStringLiteral("savepoint ") + name); }
+/// A savepoint keeps the former state of each page that is written behind it: too dear for each change of a record.
+void Engine::savepoint(const QString& name, Scope scope) {
+    if (scope == Scope::Rule) run(QStringLiteral("savepoint ") + name);
+}
 
-void Engine::release(const QString& savepoint, Scope) { run(QStringLiteral("release ") + savepoint); }
+void Engine::release(const QString& savepoint, Scope scope) {
+    if (scope == Scope::Rule) run(QStringLiteral("release ") + savepoint);
+}
 
-void Engine::rollbackTo(const QString& savepoint, Scope) {
+void Engine::rollbackTo(const QString& savepoint, Scope scope) {
+    isSpoilt_ = scope == Scope::Change;
+    if (isSpoilt_) return;
     run(QStringLiteral("rollback to ") + savepoint);
     run(QStringLiteral("release ") + savepoint);
 }
 
-/// The engine undoes a whole transaction by itself on a full disk: what comes after must not be written alone.
+/// The engine undoes a whole transaction by itself on a full disk: what comes after must not be written alone, nor what
+/// follows half a change.
 void Engine::requireGoing() {
-    if (inTransaction_ && sqlite3_get_autocommit(connection_))
+    if (inTransaction_ && (isSpoilt_ || sqlite3_get_autocommit(connection_)))
         throw DataError(DataError::Undone, QStringLiteral("La transaction a été annulée, rien n'a été enregistré."));
 }
 

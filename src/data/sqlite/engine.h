@@ -62,6 +62,7 @@ private:
     sqlite3* connection_ = nullptr;
     int attached_ = 0;
     bool inTransaction_ = false;
+    bool isSpoilt_ = false; ///< a change in it was given up half-way
     std::function<bool()> goesOn_;
 };
 

@@ -19,14 +19,14 @@ Statement::~Statement() { sqlite3_finalize(statement_); }
 
 void Statement::run(const QStringList& values) {
     finish();
+    bound_.clear();
     for (int i = 0; i < values.size(); ++i) {
         if (values[i].isNull()) {
             sqlite3_bind_null(statement_, i + 1);
             continue;
         }
-        const QByteArray text = values[i].toUtf8();
-        sqlite3_bind_text(statement_, i + 1, text.constData(), static_cast<int>(text.size()),
-                          text.isEmpty() ? SQLITE_STATIC : SQLITE_TRANSIENT);
+        const QByteArray& text = bound_.emplace_back(values[i].toUtf8());
+        sqlite3_bind_text(statement_, i + 1, text.constData(), static_cast<int>(text.size()), SQLITE_STATIC);
     }
     step();
     unread_ = onRow_;

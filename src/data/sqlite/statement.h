@@ -2,6 +2,9 @@
 
 #include "data/statement.h"
 
+#include <QByteArray>
+#include <QList>
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -26,8 +29,9 @@ private:
 
     sqlite3* connection_;
     sqlite3_stmt* statement_ = nullptr;
-    bool onRow_ = false;  ///< the engine stands on a row
-    bool unread_ = false; ///< which next() has not handed over
+    QList<QByteArray> bound_; ///< values that the engine reads while it runs
+    bool onRow_ = false;      ///< the engine stands on a row
+    bool unread_ = false;     ///< which next() has not handed over
 };
 
 } // namespace molven::sqlite
