@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <utility>
+#include <vector>
 
 namespace molven::bench {
 
@@ -56,6 +57,29 @@ QStringList countedUnits() {
     return units;
 }
 
+/// The median of a run's readings and the slowest: a user waits for each of them.
+class Readings {
+public:
+    explicit Readings(const char* whose) : whose_(whose) {}
+    ~Readings() {
+        std::sort(times_.begin(), times_.end());
+        if (!times_.empty())
+            std::printf("%zu readings, %s: median %.2f ms, slowest %.2f ms\n", times_.size(), whose_,
+                        times_[times_.size() / 2], times_.back());
+    }
+    template <class Read>
+    void time(const Read& read) {
+        QElapsedTimer timer;
+        timer.start();
+        read();
+        times_.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+
+private:
+    const char* whose_;
+    std::vector<double> times_;
+};
+
 /// Readings one after the other into one count, each with the figures that the screen then shows.
 void readByRule(benchmark::State& state, const std::function<QString(int)>& scanned) {
     Workspace workspace;
@@ -65,18 +89,15 @@ void readByRule(benchmark::State& state, const std::function<QString(int)>& scan
     header[strinvdep.inv_eta] = count_state::Open;
     DepotCount count(molven, depot_counts::openOf(molven, CountedDepot).value_or(header));
     int next = static_cast<int>(count.readings().size());
-    qint64 slowest = 0;
+    Readings readings(next == 0 ? "of a new count" : "of a count begun");
     for (auto _ : state) {
         const QString code = scanned(next++ % Counted);
-        QElapsedTimer timer;
-        timer.start();
-        count.read(code);
-        benchmark::DoNotOptimize(count.tally());
-        benchmark::DoNotOptimize(count.readings());
-        slowest = std::max(slowest, timer.nsecsElapsed());
+        readings.time([&] {
+            count.read(code);
+            benchmark::DoNotOptimize(count.tally());
+            benchmark::DoNotOptimize(count.readings());
+        });
     }
-    std::printf("slowest of %d readings, after %d: %.2f ms\n", ReadingsARun, next - ReadingsARun,
-                static_cast<double>(slowest) / 1e6);
 }
 
 void readBare(benchmark::State& state) {
@@ -87,16 +108,19 @@ void readBare(benchmark::State& state) {
     const auto known = engine.prepare(QStringLiteral("select * from strinvlig where lig_no=? and lig_imm=?"));
     const auto insert = engine.prepare(insertion(strinvlig, QStringLiteral("main")));
     int next = 0;
+    Readings readings("bare");
     for (auto _ : state) {
         const QByteArray number = units[next++].toUtf8();
         std::vector<QByteArray> values(static_cast<std::size_t>(strinvlig.fields().size()), QByteArray(""));
         values[static_cast<std::size_t>(strinvlig.lig_no.position)] = "999999";
         values[static_cast<std::size_t>(strinvlig.lig_imm.position)] = number;
-        engine.execute("begin immediate");
-        BareEngine::run(unit, {number});
-        BareEngine::run(known, {"999999", number});
-        BareEngine::run(insert, values);
-        engine.execute("commit");
+        readings.time([&] {
+            engine.execute("begin immediate");
+            BareEngine::run(unit, {number});
+            BareEngine::run(known, {"999999", number});
+            BareEngine::run(insert, values);
+            engine.execute("commit");
+        });
     }
     engine.execute("delete from strinvlig where lig_no='999999'");
 }

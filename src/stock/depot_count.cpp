@@ -1,6 +1,7 @@
 // A count against its depot: see depot_counts.h.
 
 #include "data/clock.h"
+#include "data/collation.h"
 #include "data/dates.h"
 #include "data/format.h"
 #include "data/journal.h"
@@ -53,6 +54,18 @@ std::optional<Record> unitOf(Database molven, const QString& number) {
 
 QString situationOf(const Record& row) {
     return depot_counts::situation(row[Row.lig_tes], row[Row.lig_dep], row[Row.lig_vte]);
+}
+
+/// Whether a row is of a unit that a code names, as SupplierCode::fits() asks the engine.
+std::function<bool(const Record& row)> namedBy(const SupplierCode& code) {
+    const QString month = code.code.expiry.isValid() ? monthText(code.code.expiry) : QString();
+    const auto isSame = [](const QString& held, const QString& named) {
+        return named.isEmpty() || collation::code(held, named) == 0;
+    };
+    return [code, month, isSame](const Record& row) {
+        return isSame(row[Row.lig_lot], code.code.lot) && isSame(row[Row.lig_ser], code.code.serial) &&
+               isSame(row[Row.lig_ref], code.reference) && isSame(row[Row.lig_per], month);
+    };
 }
 
 [[noreturn]] void refuse(const QString& why) { throw Refusal(why, QStringLiteral("txtlecture")); }
@@ -222,31 +235,40 @@ QList<Record> DepotCount::readings() const {
         return found;
     }
     QList<Record> found;
+    found.reserve(order_.size());
     for (const QString& unit : order_) found.append(*read_.constFind(unit));
     return found;
 }
 
-/// Of the units that meet a condition, the one to count: expected here first, then in stock elsewhere, then the others;
-/// one that is read already comes last.
-DepotCount::Named DepotCount::best(const Criterion& fits, const QString& reference) const {
-    constexpr int ReadAlready = 10;
-    static const QStringList later{state::InStock, state::InSet, state::Delivered, state::Sold};
-    const auto rank = [this](const QString& unit, const QString& unitState, const QString& depot) {
-        const int place = isExpected(unitState, depot) ? 0 : 1 + static_cast<int>(later.indexOf(unitState));
-        return place + (read_.contains(unit) ? ReadAlready : 0);
-    };
+/// Of the units that a code names, the one to count: expected here first, then in stock elsewhere, then the others; one
+/// that is read already comes last. What lies here is known: the engine is asked of the others when all of it is read.
+DepotCount::Named DepotCount::best(const SupplierCode& code) const {
+    const auto isNamed = namedBy(code);
     Named found{{}, 0, 0};
-    std::pair<int, QString> first;
-    for (const QStringList& unit : molven_.values(
-             strproduit, {&strproduit.imm_art, &strproduit.ref_art, &strproduit.tes_vte, &strproduit.num_dep}, fits)) {
-        if (!reference.isEmpty() && unit[1].compare(reference, Qt::CaseInsensitive) != 0) continue;
-        const std::pair<int, QString> ranked{rank(unit[0], unit[2], unit[3]), unit[0]};
-        if (found.unit.isEmpty() || ranked < first) first = ranked;
-        found.unit = first.second;
-        if (isExpected(unit[2], unit[3])) ++found.alike;
-        if (read_.contains(unit[0])) ++found.alikeRead;
+    QString again;
+    for (auto row = expected_.begin(); row != expected_.end(); ++row) {
+        if (!isNamed(*row)) continue;
+        ++found.alike;
+        QString& first = read_.contains(row.key()) ? again : found.unit;
+        if (first.isEmpty() || row.key() < first) first = row.key();
     }
+    found.alikeRead = std::count_if(read_.begin(), read_.end(), isNamed);
+    if (found.unit.isEmpty()) found.unit = bestElsewhere(code, again);
     return found;
+}
+
+/// The same of those that are not expected here; `again` is the first of these.
+QString DepotCount::bestElsewhere(const SupplierCode& code, const QString& again) const {
+    constexpr qsizetype ReadAlready = 10;
+    static const QStringList later{state::InStock, state::InSet, state::Delivered, state::Sold};
+    std::pair first(again.isEmpty() ? 2 * ReadAlready : ReadAlready, again);
+    for (const QStringList& unit : molven_.values(
+             strproduit, {&strproduit.imm_art, &strproduit.ref_art, &strproduit.tes_vte}, code.fits() && !isThere())) {
+        if (!code.reference.isEmpty() && unit[1].compare(code.reference, Qt::CaseInsensitive) != 0) continue;
+        const qsizetype place = 1 + later.indexOf(unit[2]) + (read_.contains(unit[0]) ? ReadAlready : 0);
+        first = std::min(first, std::pair(place, unit[0]));
+    }
+    return first.second;
 }
 
 DepotCount::Named DepotCount::named(const QString& scanned) const {
@@ -254,14 +276,16 @@ DepotCount::Named DepotCount::named(const QString& scanned) const {
     if (!gs1::isScan(text)) {
         const Immatriculation number = Immatriculation::fromText(text);
         if (number.isValid() && units::find(molven_, number)) return {number.number()};
-        Named bySerial = best(strproduit.fou_imm == text, {});
+        SupplierCode serial;
+        serial.code.serial = text;
+        const Named bySerial = text.isEmpty() ? Named() : best(serial);
         if (bySerial.unit.isEmpty()) refuse(QStringLiteral("Immatriculation inconnue"));
         return bySerial;
     }
     const SupplierCode code = supplier_codes::read(molven_, text, QStringLiteral("txtlecture"));
     if (code.code.lot.isEmpty() && code.code.serial.isEmpty())
         refuse(QStringLiteral("Ce code ne porte ni lot ni série : lisez l'étiquette du produit"));
-    const Named found = best(code.fits(), code.reference);
+    const Named found = best(code);
     if (found.unit.isEmpty()) refuse(QStringLiteral("Aucun produit ne porte ce code : ") + code.words());
     return found;
 }

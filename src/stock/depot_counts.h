@@ -12,6 +12,8 @@
 
 namespace molven {
 
+struct SupplierCode;
+
 /// What a count says of a unit, `lig_con`.
 namespace verdict {
 inline const QString Found = QStringLiteral("P");      ///< read, and of the depot
@@ -84,7 +86,8 @@ private:
     void tellAll();
     bool isExpected(const QString& state, const QString& depot) const;
     Named named(const QString& scanned) const;
-    Named best(const Criterion& fits, const QString& reference) const;
+    Named best(const SupplierCode& code) const;
+    QString bestElsewhere(const SupplierCode& code, const QString& again) const;
     void begin();
     Locks locks() const;
     /// Writes what a scanned text counts.

@@ -79,6 +79,10 @@ TEST_F(CountsOfDepots, TakeASupplierCodeForTheUnitsExpectedHereFirst) {
     EXPECT_EQ(verdictOf(count, Code + QStringLiteral("(10)LOT-1")), units[4] + QStringLiteral(" I"));
     EXPECT_EQ(verdictOf(count, Code + QStringLiteral("(10)LOT-1(21)S9")), units[9] + QStringLiteral(" I"));
     EXPECT_EQ(verdictOf(count, QStringLiteral("S9")), units[9] + QStringLiteral(" I again"));
+    const DepotCount::Reading lower = count.read(Code + QStringLiteral("(10)lot-1"));
+    EXPECT_EQ(lower.row[strconstat.lig_imm], units[5]);
+    EXPECT_EQ(lower.alike, 4);
+    EXPECT_EQ(lower.alikeRead, 7) << "the four expected and three others";
     EXPECT_EQ(refusalOf([&] { count.read(Code); }),
               QStringLiteral("Ce code ne porte ni lot ni série : lisez l'étiquette du produit"));
     EXPECT_EQ(refusalOf([&] { count.read(Code + QStringLiteral("(10)LOT-9")); }),
