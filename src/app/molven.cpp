@@ -1,14 +1,15 @@
 #include "data/journal.h"
+#include "data/layout.h"
 #include "dossier/creation.h"
 #include "screens/screens.h"
 #include "screens/shell/first_start.h"
 #include "screens/shell/server_password.h"
-#include "screens/shell/upgrade_display.h"
 #include "ui/desk.h"
 #include "ui/icons.h"
 #include "ui/printer.h"
 #include "ui/prompt.h"
 #include "ui/style.h"
+#include "ui/upgrade_display.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -82,7 +83,7 @@ int main(int argc, char* argv[]) {
     parser.addOption({homeOption, QStringLiteral("dossier du programme"), QStringLiteral("DIR")});
     parser.process(application);
     askServerPasswordInWindow();
-    showUpgradesInWindow();
+    Layout::showUpgrades(upgradeDisplay);
     const std::optional<QString> folder = parser.isSet(homeOption) ? parser.value(homeOption) : programFolder();
     if (!folder) return 0;
     const QString home = QDir(*folder).absolutePath();
