@@ -42,7 +42,7 @@ public:
 
     /// The records that meet a criterion, in order; see Recordset.
     Recordset select(const Table& table, const Criterion& criterion = {}, const Order& order = {});
-    /// The same over this file and another of the workspace that has the table as well: current and archived records.
+    /// The same over this file and others of the workspace that have the table as well: current and archived records.
     Recordset selectWith(const QList<Database>& also, const Table& table, const Criterion& criterion = {},
                          const Order& order = {});
     /// The first such record.

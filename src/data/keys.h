@@ -28,7 +28,6 @@ public:
     /// Reads them all, as they are now, unless they are whole already; answers whether it had to.
     bool readWhole();
     // Of whole ones only:
-    const std::vector<Key>& all() const { return whole_; }
     void append(Key key);
     void remove(qint64 place);
     void keep(const std::vector<Key>& kept);

@@ -61,6 +61,30 @@ protected:
 
 } // namespace
 
+TEST_F(JournalledFiles, NeverHoldTheEntryOfAChangeThatFailed) {
+    const auto isRefused = [](const auto& deed) { return test::dataErrorOf(deed) != 0; };
+    add("HIP", 1);
+    {
+        Transaction transaction(workspace);
+        add("CUP", 2);
+        EXPECT_TRUE(isRefused([&] {
+            add("HIP", 3);
+            articles->count(strarticle); // a server is told with the next question
+        }));
+        EXPECT_EQ(test::dataErrorOf([&] { transaction.commit(); }), DataError::Undone);
+    }
+    Transaction transaction(workspace);
+    EXPECT_TRUE(isRefused([&] {
+        Transaction row(workspace);
+        add("HIP", 3);
+        row.commit();
+    }));
+    add("STEM", 4);
+    transaction.commit();
+    EXPECT_EQ(entries(*articles), (QStringList{"C HIP", "C STEM"})) << "a rule inside gives back its own alone";
+    EXPECT_EQ(articles->count(strarticle), 2);
+}
+
 TEST_F(JournalledFiles, TellEveryChangeFieldByField) {
     articles->insert(Record(strarticle));
     articles->remove(strarticle);
