@@ -243,9 +243,17 @@ QHash<QString, QString> Database::valuesBy(const Table& table, const Field& fiel
     return values;
 }
 
-void Database::insert(const Record& record) {
-    write(record.table(), RowReader::insertion(qualified(record.table()), record.table(), engine_->dialect()),
-          RowReader::values(record), [&](Journal& journal) { journal.added(record); });
+void Database::insert(const Record& record) { insert(QList<Record>{record}); }
+
+void Database::insert(const QList<Record>& records) {
+    if (records.isEmpty()) return;
+    const Table& table = records.first().table();
+    const QString target = qualified(table), sql = RowReader::insertion(target, table, engine_->dialect());
+    const auto add = [&] {
+        for (const Record& record : records.first(records.size() - 1)) engine_->write(sql, RowReader::values(record));
+        return engine_->write(sql, RowReader::values(records.last()));
+    };
+    Journal::write({*workspace_, *engine_, target, table}, add, [&](Journal& journal) { journal.added(records); });
 }
 
 Written Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {

@@ -75,6 +75,8 @@ public:
                                      const Criterion& criterion = {});
 
     void insert(const Record& record);
+    /// Records of one table, in their order.
+    void insert(const QList<Record>& records);
     /// Number of records changed.
     Written update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion);
     Written remove(const Table& table, const Criterion& criterion = {});

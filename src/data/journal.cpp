@@ -60,6 +60,8 @@ QString object(const QStringList& pieces) {
 
 /// Records that one entry may name, lest it grow without bound.
 constexpr int MostNamed = 4096;
+/// Neighbours that share an entry: more than a hundred only where keys are not unique.
+constexpr int MostNeighbours = 100;
 
 /// What groups the records that one entry may name: none whose key has more than one line.
 QString neighbours(const QString& key) {
@@ -72,6 +74,37 @@ QString entry(const QString& file) {
 
 } // namespace
 
+class Journal::Arrivals {
+public:
+    /// How they came, as jou_gen has it.
+    Arrivals(Journal& journal, const QString& kind) : journal_(journal), kind_(kind) {}
+
+    void add(const Record& record) {
+        QStringList parts;
+        for (const Field* field : record.table().trail()->key) parts.append(record.value(*field));
+        const QString key = parts.join(u'/'), family = JournalKeys::family(key);
+        if (family.isEmpty() || family != family_ || keys_.size() == MostNeighbours) enter();
+        family_ = family;
+        keys_.append(key);
+        digests_.append(digest::of(record));
+    }
+
+    /// To be called behind the last one.
+    void enter() {
+        const auto lines = [](const QStringList& texts) { return texts.join(u'\n') + u'\n'; };
+        if (keys_.size() == 1) journal_.add(keys_.first(), kind_, digests_.first());
+        if (keys_.size() > 1) journal_.add(family_, kind_, lines(digests_), u'\n' + lines(keys_));
+        keys_.clear();
+        digests_.clear();
+    }
+
+private:
+    Journal& journal_;
+    const QString kind_;
+    QString family_;
+    QStringList keys_, digests_;
+};
+
 Journal::Journal(const Place& place)
     : workspace_(place.workspace),
       engine_(place.engine),
@@ -81,11 +114,17 @@ Journal::Journal(const Place& place)
 
 Written Journal::write(const Place& place, const QString& sql, const QStringList& values,
                        const std::function<void(Journal&)>& tell) {
-    if (!place.table.trail()) return place.engine.write(sql, values);
+    return write(
+        place, [&] { return place.engine.write(sql, values); }, tell);
+}
+
+Written Journal::write(const Place& place, const std::function<Written()>& statements,
+                       const std::function<void(Journal&)>& tell) {
+    if (!place.table.trail()) return statements();
     Transaction transaction(place.workspace, Engine::Scope::Change);
     Journal journal(place);
     tell(journal);
-    Written written = place.engine.write(sql, values);
+    Written written = statements();
     transaction.commit();
     return written;
 }
@@ -115,13 +154,11 @@ QStringList Journal::head() {
             table_.name};
 }
 
-void Journal::added(const Record& record) { found(QStringLiteral("C"), record); }
-
-void Journal::found(const QString& kind, const Record& record) {
+void Journal::added(const QList<Record>& records) {
     if (!active()) return;
-    QStringList parts;
-    for (const Field* field : table_.trail()->key) parts.append(record.value(*field));
-    add(parts.join(u'/'), kind, digest::of(record));
+    Arrivals arrivals(*this, QStringLiteral("C"));
+    for (const Record& record : records) arrivals.add(record);
+    arrivals.enter();
 }
 
 void Journal::add(const QString& recordKey, const QString& kind, const QString& value, const QString& keys) {
@@ -137,7 +174,9 @@ void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     const QString where = criterion.where(sql);
     Statement& rows =
         engine_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where), sql.values);
-    while (rows.next()) found(QStringLiteral("C"), RowReader::read(rows, table_, 0));
+    Arrivals arrivals(*this, QStringLiteral("C"));
+    while (rows.next()) arrivals.add(RowReader::read(rows, table_, 0));
+    arrivals.enter();
 }
 
 void Journal::takeOver(const Place& place, const std::function<void()>& told) {
@@ -145,10 +184,12 @@ void Journal::takeOver(const Place& place, const std::function<void()>& told) {
     Journal journal(place);
     if (!table.trail() || !journal.active()) return;
     Statement& rows = place.engine.run(QStringLiteral("select %1 from %2").arg(table.columns(), place.qualified));
+    Arrivals arrivals(journal, QStringLiteral("R"));
     while (rows.next()) {
-        journal.found(QStringLiteral("R"), RowReader::read(rows, table, 0));
+        arrivals.add(RowReader::read(rows, table, 0));
         told();
     }
+    arrivals.enter();
 }
 
 void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {

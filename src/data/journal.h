@@ -35,9 +35,12 @@ public:
     /// Runs a statement that writes a table, once the journal was told: both or neither.
     static Written write(const Place& place, const QString& sql, const QStringList& values,
                          const std::function<void(Journal&)>& tell);
+    /// The same for what takes several statements.
+    static Written write(const Place& place, const std::function<Written()>& statements,
+                         const std::function<void(Journal&)>& tell);
 
-    /// A record is added.
-    void added(const Record& record);
+    /// Records are added.
+    void added(const QList<Record>& records);
     /// Records of the same table in another file of the workspace are added as they are.
     void arriving(const QString& fromTable, const Criterion& criterion);
     /// The records that a table of an older file already holds; its journal answers for them from now on.
@@ -61,6 +64,8 @@ public:
 private:
     explicit Journal(const Place& place);
 
+    /// Enters records that came, one after the other; neighbours share an entry.
+    class Arrivals;
     /// A field about to change, and how the engine is told the new value.
     struct Change {
         const Field* field;
@@ -70,7 +75,6 @@ private:
     /// Whether the file keeps a journal; its former days are sealed when it is asked first.
     bool active();
     QStringList head();
-    void found(const QString& kind, const Record& record);
     /// Adds one entry: how, key or keys, and value as strjournal has them.
     void add(const QString& key, const QString& kind, const QString& value, const QString& keys = {});
     void changing(const QList<Change>& changes, const Criterion& criterion);

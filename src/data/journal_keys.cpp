@@ -7,33 +7,50 @@
 #include "data/journal_tables.h"
 #include "data/row_reader.h"
 
+#include <algorithm>
+
 namespace molven {
 
 namespace {
 
 constexpr QChar LineFeed = u'\n'; ///< what stands between the keys of an entry
 
-/// The entries that name many records: with all whose key is empty they stand together in the index.
-Criterion naming(const Criterion& them) { return strjournal.jou_cle == QString() && them; }
+constexpr int Digits = 2; ///< that tell neighbours apart
+
+/// What stands in the place of the key where many records were changed alike.
+const QString Many = QStringLiteral("");
 
 } // namespace
 
-JournalKeys::JournalKeys(const Criterion& single, const Criterion& among, Fits fits)
-    : criterion_(single || naming(among)), fits_(std::move(fits)) {}
+/// Entries of one record, and those that stand under other keys and name these among others.
+JournalKeys::JournalKeys(const Criterion& single, const QStringList& shared, const QString& among, Fits fits)
+    : criterion_(single || (isOneOf(strjournal.jou_cle, shared) && containsCode(strjournal.jou_cles, among))),
+      fits_(std::move(fits)) {}
+
+QString JournalKeys::family(const QString& key) {
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const bool ends = key.size() > Digits && std::all_of(key.end() - Digits, key.end(), isDigit);
+    return ends && !key.contains(LineFeed) ? key.chopped(Digits) : QString();
+}
 
 JournalKeys JournalKeys::of(const QString& key) {
-    return {strjournal.jou_cle == key, containsCode(strjournal.jou_cles, LineFeed + key + LineFeed),
-            [key](const QString& one) { return collation::code(one, key) == 0; }};
+    return {strjournal.jou_cle == key, {Many, family(key)}, LineFeed + key + LineFeed, [key](const QString& one) {
+                return collation::code(one, key) == 0;
+            }};
 }
 
 JournalKeys JournalKeys::beginningWith(const QString& text) {
-    return {startsWith(strjournal.jou_cle, text), containsCode(strjournal.jou_cles, LineFeed + text),
+    QStringList shared{Many}; // and families that end within the text
+    for (int more = 1; more <= Digits && more < text.size(); ++more) shared.append(text.chopped(more));
+    return {startsWith(strjournal.jou_cle, text), shared, LineFeed + text,
             [text](const QString& one) { return collation::code(one.left(text.size()), text) == 0; }};
 }
 
 JournalKeys JournalKeys::containing(const QString& text) {
-    return {contains(strjournal.jou_cle, text), contains(strjournal.jou_cles, text),
-            [plain = folded(text)](const QString& one) { return folded(one).contains(plain); }};
+    JournalKeys keys;
+    keys.criterion_ = contains(strjournal.jou_cle, text) || contains(strjournal.jou_cles, text);
+    keys.fits_ = [plain = folded(text)](const QString& one) { return folded(one).contains(plain); };
+    return keys;
 }
 
 JournalKeys operator||(const JournalKeys& a, const JournalKeys& b) {
@@ -62,10 +79,14 @@ void Journal::read(Database file, const JournalKeys& keys, const Criterion& furt
             tell(entry);
             continue;
         }
+        const bool isShared = entry[strjournal.jou_gen] != u"M"; // each record with a value of its own
+        const QStringList names = named.mid(1, named.size() - 2).split(LineFeed),
+                          values = isShared ? entry[strjournal.jou_val].split(LineFeed) : QStringList();
         entry[strjournal.jou_cles] = QString();
-        for (const QString& key : named.mid(1, named.size() - 2).split(LineFeed)) {
-            if (!keys.fits(key)) continue;
-            entry[strjournal.jou_cle] = key;
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            if (!keys.fits(names[i])) continue;
+            entry[strjournal.jou_cle] = names[i];
+            if (isShared) entry[strjournal.jou_val] = values.value(i);
             tell(entry);
         }
     }

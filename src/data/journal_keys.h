@@ -13,6 +13,9 @@ public:
     static JournalKeys beginningWith(const QString& text);
     /// Whatever its case and accents.
     static JournalKeys containing(const QString& text);
+    /// What the keys of a record's neighbours begin with, all but their last two digits; empty for a key that does not
+    /// end so. Neighbours may share an entry, under this.
+    static QString family(const QString& key);
 
     const Criterion& criterion() const { return criterion_; }
     bool fits(const QString& key) const { return !fits_ || fits_(key); }
@@ -21,7 +24,7 @@ public:
 
 private:
     using Fits = std::function<bool(const QString& key)>;
-    JournalKeys(const Criterion& single, const Criterion& among, Fits fits);
+    JournalKeys(const Criterion& single, const QStringList& shared, const QString& among, Fits fits);
 
     Criterion criterion_;
     Fits fits_;

@@ -5,7 +5,8 @@
 namespace molven {
 
 /// What was done to the records of a file, one record a change; see Trail. It only grows. What one statement did to
-/// many records alike is one record that names them all; Journal::read() tells both the same way.
+/// many records alike is one record that names them all, and neighbours that were created together share one;
+/// Journal::read() tells all the same way.
 struct JournalEntries : Table {
     using Table::Table;
     Text jou_dat{this, "jou_dat", 8};   ///< day "yyyymmdd"
@@ -16,12 +17,13 @@ struct JournalEntries : Table {
     Text jou_ver{this, "jou_ver", 20};  ///< version of the program
     Label jou_act{this, "jou_act", 60}; ///< what was being done: "Réception"
     Text jou_tab{this, "jou_tab", 32};  ///< table
-    Text jou_cle{this, "jou_cle", 80};  ///< the record: fields of the table's Trail joined by "/"
+    Text jou_cle{this, "jou_cle", 80};  ///< the record: fields of the table's Trail joined by "/"; what the keys of
+                                        ///< neighbours begin with; empty for many changed alike
     Text jou_gen{this, "jou_gen", 1};   ///< C created, M changed, S deleted, R there when the journal took it over
     Label jou_val{this, "jou_val"};     ///< JSON: {"field":[before,after]} of a change, {"field":value} of a deletion;
-                                        ///< the digest of a record created or taken over
-    Label jou_cles{this, "jou_cles"};   ///< of many records changed alike, in place of jou_cle: a line feed, and each
-                                        ///< one's key with a line feed behind
+                                        ///< the digest of a record created or taken over, of neighbours each one's
+                                        ///< with a line feed behind
+    Label jou_cles{this, "jou_cles"};   ///< of several records: a line feed, and each one's key with a line feed behind
     Index by_record{this, {jou_cle}};
 };
 inline const JournalEntries strjournal{"strjournal"};

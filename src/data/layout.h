@@ -10,7 +10,7 @@ class Layout {
 public:
     /// Raised when the layout of the tables or what journals keep changes: older files are brought to it when they are
     /// opened.
-    static constexpr int Version = 7;
+    static constexpr int Version = 8;
     /// Makes a new file of ours with these tables, whole or not at all.
     static void create(const QString& path, const QList<const Table*>& tables);
     /// Gives a file of the catalogue the tables, columns and indexes that an earlier version did not know, and its

@@ -127,7 +127,7 @@ void Recordset::update() {
         const QString& target = selection_.tables.first();
         const QString sql = RowReader::insertion(target, table(), engine().dialect());
         const auto done = Journal::write({*workspace_, engine(), target, table()}, sql, RowReader::values(written),
-                                         [&](Journal& journal) { journal.added(written); });
+                                         [&](Journal& journal) { journal.added({written}); });
         keys_.append(selection_.keyOf(0, done.key()));
         forget(count() - 1);
         position_ = count() - 1;

@@ -17,6 +17,8 @@
 
 #include <QSet>
 
+#include <utility>
+
 namespace molven::receipts {
 
 namespace {
@@ -241,6 +243,16 @@ void addToArticle(Database molven, const CompanyRules& rules, const QString& ref
 
 namespace {
 
+constexpr qsizetype Together = 1000; ///< units that are written by one change
+
+void insertAll(Database molven, const QList<Record>& received) {
+    molven.insert(received);
+    QList<Record> decided;
+    for (const Record& unit : received)
+        if (unit[strproduit.pro_typ] == u"F") decided.append(units::conformityChange(molven, unit));
+    molven.insert(decided);
+}
+
 Created receiveAlone(UnitFiles files, const CompanyRules& rules, const Receipt& receipt, const Progress& progress) {
     Database molven = files.molven;
     const Record article = followedArticle(molven, receipt.reference);
@@ -250,14 +262,15 @@ Created receiveAlone(UnitFiles files, const CompanyRules& rules, const Receipt& 
     const Immatriculation first = receipt.firstNumber.isEmpty()
                                       ? Immatriculation::next(files, dateFromText(receipt.deliveryDate), quantity)
                                       : Immatriculation::imposed(files, receipt.firstNumber, quantity);
+    QList<Record> together;
     for (int i = 0; i < quantity; ++i) {
         tell(progress, i, quantity);
         const Immatriculation immatriculation = first.plus(i);
         unit[strproduit.imm_art] = immatriculation.number();
         unit[strproduit.pro_ann] = immatriculation.century();
         unit[strproduit.fou_imm] = receipt.supplierSerials.value(i).trimmed();
-        molven.insert(unit);
-        if (unit[strproduit.pro_typ] == u"F") molven.insert(units::conformityChange(molven, unit));
+        together.append(unit);
+        if (together.size() == Together || i == quantity - 1) insertAll(molven, std::exchange(together, {}));
     }
     addToArticle(molven, rules, article[strarticle.art_ref], quantity, unit[strproduit.pro_pac]);
     return {first.number(), first.plus(quantity - 1).number()};

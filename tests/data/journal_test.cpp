@@ -2,6 +2,7 @@
 #include "support/dossier.h"
 
 #include "data/clock.h"
+#include "data/digest.h"
 #include "data/journal.h"
 #include "data/journal_tables.h"
 #include "reference/article_tables.h"
@@ -26,12 +27,24 @@ protected:
     }
     ~JournalledFiles() override { Clock::set({}); }
 
-    void add(const char* reference, int price) {
+    static Record article(const char* reference, int price) {
         Record article(strarticle);
         article[strarticle.art_ref] = QString::fromLatin1(reference);
         article[strarticle.art_li1] = QStringLiteral("L'\"ÉTOILE\"");
         article[strarticle.art_pv1] = Decimal(price);
-        articles->insert(article);
+        return article;
+    }
+
+    void add(const char* reference, int price) { articles->insert(article(reference, price)); }
+
+    /// "HIP {...}" of every change or arrival of the articles that these keys name, each told as an entry of its own.
+    QStringList told(const JournalKeys& keys, const char* how) {
+        QStringList found;
+        Journal::read(*articles, keys, strjournal.jou_gen == QString::fromLatin1(how), [&](const Record& entry) {
+            EXPECT_TRUE(entry[strjournal.jou_cles].isEmpty());
+            found.append(entry[strjournal.jou_cle] + u' ' + entry[strjournal.jou_val]);
+        });
+        return found;
     }
 
     /// "C HIP" or "M HIP {...}" of every entry of a file, in order.
@@ -173,30 +186,54 @@ TEST_F(JournalledFiles, NameTogetherWhatWasChangedAlikeAndTellItOneByOne) {
     const QString alike = QStringLiteral(R"({"art_res":["","dix"]})"),
                   stock = QStringLiteral(R"({"art_stk":[null,"2"]})"),
                   price = QStringLiteral(R"({"art_ttc":[null,"10"]})");
-    const auto told = [this](const JournalKeys& keys) {
-        QStringList found;
-        Journal::read(*articles, keys, strjournal.jou_gen == QStringLiteral("M"), [&](const Record& entry) {
-            EXPECT_TRUE(entry[strjournal.jou_cles].isEmpty());
-            found.append(entry[strjournal.jou_cle] + u' ' + entry[strjournal.jou_val]);
-        });
-        return found;
-    };
+    const auto changes = [this](const JournalKeys& keys) { return told(keys, "M"); };
     const QString upper = QStringLiteral(R"({"art_res":["","DIX"]})"),
                   letter = QStringLiteral(R"({"art_res":["DIX","dix"]})");
     EXPECT_EQ(
-        told(JournalKeys::of(QStringLiteral("cup"))),
+        changes(JournalKeys::of(QStringLiteral("cup"))),
         QStringList({QStringLiteral("CUP ") + alike, QStringLiteral("CUP ") + stock, QStringLiteral("CUP ") + price}));
-    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("STEM"))).first(2),
+    EXPECT_EQ(changes(JournalKeys::of(QStringLiteral("STEM"))).first(2),
               QStringList({QStringLiteral("STEM ") + upper, QStringLiteral("STEM ") + letter}));
-    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("a\nb"))),
+    EXPECT_EQ(changes(JournalKeys::of(QStringLiteral("a\nb"))),
               QStringList(
                   {QStringLiteral("a\nb ") + alike, QStringLiteral("a\nb ") + stock, QStringLiteral("a\nb ") + price}))
         << "a key of two lines stands alone";
-    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("b"))), QStringList());
-    EXPECT_EQ(told(JournalKeys::beginningWith(QStringLiteral("h"))).size(), 3);
-    EXPECT_EQ(told(JournalKeys::containing(QStringLiteral("u")) || JournalKeys::of(QStringLiteral("HIP"))).size(), 6);
-    EXPECT_EQ(told({}).size(), 1 + 5 + 5 + 4);
+    EXPECT_EQ(changes(JournalKeys::of(QStringLiteral("b"))), QStringList());
+    EXPECT_EQ(changes(JournalKeys::beginningWith(QStringLiteral("h"))).size(), 3);
+    EXPECT_EQ(changes(JournalKeys::containing(QStringLiteral("u")) || JournalKeys::of(QStringLiteral("HIP"))).size(),
+              6);
+    EXPECT_EQ(changes({}).size(), 1 + 5 + 5 + 4);
     EXPECT_EQ(articles->count(strjournal, strjournal.jou_gen == QStringLiteral("M")), 1 + 3 + 2 + 3);
+}
+
+TEST_F(JournalledFiles, ShareTheEntryOfNeighboursThatCameTogetherAndTellItOneByOne) {
+    add("Hip1", 1);
+    add("HIP", 1);
+    QList<Record> together;
+    for (const char* reference :
+         {"HIP101", "HIP102", "HIP103", "12", "34", "HIP201", "HIP2A", "a\n01", "a\n02", "CUP01", "CUP02", "CUP77"})
+        together.append(article(reference, static_cast<int>(together.size())));
+    articles->insert(together);
+    articles->insert(QList<Record>());
+    const auto keys = [this](const JournalKeys& sought) {
+        QStringList found;
+        for (const QString& one : told(sought, "C")) found.append(one.section(u' ', 0, 0).replace(u'\n', u'|'));
+        return found.join(u' ');
+    };
+    for (const Record& one : together) {
+        const QString key = one[strarticle.art_ref];
+        EXPECT_EQ(told(JournalKeys::of(key), "C"), QStringList(key + u' ' + digest::of(one))) << qPrintable(key);
+    }
+    EXPECT_EQ(keys(JournalKeys::of(QStringLiteral("hip102"))), QStringLiteral("HIP102"));
+    EXPECT_EQ(keys(JournalKeys::of(QStringLiteral("hip1"))), QStringLiteral("Hip1")) << "the name of an entry is none";
+    EXPECT_EQ(keys(JournalKeys::beginningWith(QStringLiteral("hip"))),
+              QStringLiteral("Hip1 HIP HIP101 HIP102 HIP103 HIP201 HIP2A"));
+    EXPECT_EQ(keys(JournalKeys::beginningWith(QStringLiteral("HIP10"))), QStringLiteral("HIP101 HIP102 HIP103"));
+    EXPECT_EQ(keys(JournalKeys::beginningWith(QStringLiteral("CUP77"))), QStringLiteral("CUP77"));
+    EXPECT_EQ(keys(JournalKeys::containing(QStringLiteral("P02"))), QStringLiteral("CUP02"));
+    EXPECT_EQ(keys(JournalKeys::containing(QStringLiteral("A\n"))), QStringLiteral("a|01 a|02"));
+    EXPECT_EQ(keys({}), QStringLiteral("Hip1 HIP HIP101 HIP102 HIP103 12 34 HIP201 HIP2A a|01 a|02 CUP01 CUP02 CUP77"));
+    EXPECT_EQ(articles->count(strjournal), 2 + 8) << "three and three share one";
 }
 
 TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
