@@ -172,8 +172,8 @@ void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     if (!active()) return;
     Sql sql{engine_.dialect()};
     const QString where = criterion.where(sql);
-    Statement& rows =
-        engine_.run(QStringLiteral("select %1 from %2%3").arg(table_.columns(), fromTable, where), sql.values);
+    Statement& rows = engine_.run(
+        QStringLiteral("select %1 from %2%3 order by rowid").arg(table_.columns(), fromTable, where), sql.values);
     Arrivals arrivals(*this, QStringLiteral("C"));
     while (rows.next()) arrivals.add(RowReader::read(rows, table_, 0));
     arrivals.enter();
@@ -183,7 +183,8 @@ void Journal::takeOver(const Place& place, const std::function<void()>& told) {
     const Table& table = place.table;
     Journal journal(place);
     if (!table.trail() || !journal.active()) return;
-    Statement& rows = place.engine.run(QStringLiteral("select %1 from %2").arg(table.columns(), place.qualified));
+    Statement& rows =
+        place.engine.run(QStringLiteral("select %1 from %2 order by rowid").arg(table.columns(), place.qualified));
     Arrivals arrivals(journal, QStringLiteral("R"));
     while (rows.next()) {
         arrivals.add(RowReader::read(rows, table, 0));
