@@ -1,6 +1,9 @@
 #include "data/key_selection.h"
 
+#include "data/dialect.h"
 #include "data/engine.h"
+
+#include <QSet>
 
 namespace molven {
 
@@ -18,13 +21,30 @@ std::optional<qint64> numberFrom(Statement& row) {
 QString KeySelection::keyName() const { return tables.size() == 1 ? QStringLiteral("rowid") : QStringLiteral("k"); }
 
 QString KeySelection::source(Sql& sql) const {
-    if (tables.size() == 1) return tables.first() + criterion.where(sql);
+    if (tables.size() == 1) return tables.first() + criterionIn(0).where(sql);
     QStringList parts;
     for (qsizetype place = 0; place < tables.size(); ++place)
         parts.append(QStringLiteral("select rowid*%1+%2 as k,%3 from %4%5")
                          .arg(QString::number(tables.size()), QString::number(place), table->columns(), tables[place],
-                              criterion.where(sql)));
+                              criterionIn(place).where(sql)));
     return u'(' + parts.join(QStringLiteral(" union all ")) + QStringLiteral(") as all_files");
+}
+
+KeySelection KeySelection::among(const std::vector<Key>& keys) const {
+    KeySelection part = *this;
+    part.named = QList<Key>(keys.begin(), keys.end());
+    if (named)
+        part.named->removeIf(
+            [known = QSet<Key>(named->begin(), named->end())](Key key) { return !known.contains(key); });
+    return part;
+}
+
+Criterion KeySelection::criterionIn(qsizetype place) const {
+    if (!named) return criterion;
+    QStringList keys;
+    for (const Key key : *named)
+        if (key % tables.size() == place) keys.append(QString::number(keyInTable(key)));
+    return criterion && Criterion([keys](Sql& sql) { return sql.dialect.hasKey(keys, sql); });
 }
 
 Statement& KeySelection::keys(const std::optional<Stretch>& stretch) const {
@@ -53,8 +73,8 @@ std::optional<qint64> KeySelection::placeOf(Key key) const {
         sql.values));
 }
 
-KeySelection::Key KeySelection::lastKey() const {
-    return *numberFrom(engine->run(QStringLiteral("select coalesce(max(rowid),0) from ") + tables.first()));
+KeySelection::Key KeySelection::lastKeyIn(qsizetype place) const {
+    return *numberFrom(engine->run(QStringLiteral("select coalesce(max(rowid),0) from ") + tables[place]));
 }
 
 } // namespace molven

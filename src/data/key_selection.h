@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace molven {
 
@@ -27,6 +28,7 @@ struct KeySelection {
     const Table* table;
     Criterion criterion;
     Order order;
+    std::optional<QList<Key>> named = {}; ///< these alone of them
 
     /// The table that a record of this key lies in, and its key there.
     const QString& tableOf(Key key) const { return tables[key % tables.size()]; }
@@ -34,15 +36,19 @@ struct KeySelection {
     Key keyOf(qsizetype place, Key inTable) const { return inTable * tables.size() + place; }
 
     KeySelection meeting(const Criterion& further) const {
-        return {engine, tables, table, criterion && further, order};
+        return {engine, tables, table, criterion && further, order, named};
     }
+    /// Those of them that have one of these keys.
+    KeySelection among(const std::vector<Key>& keys) const;
+    /// What selects them in one of the tables.
+    Criterion criterionIn(qsizetype place) const;
     /// Runs the statement that answers the keys in order, those of a stretch from its end of the order on.
     Statement& keys(const std::optional<Stretch>& stretch = {}) const;
     qint64 count() const;
     /// How many records come before this one; nothing when it is none of the selection.
     std::optional<qint64> placeOf(Key key) const;
-    /// The greatest key that a record of the only table has, selected or not.
-    Key lastKey() const;
+    /// The greatest key that a record has in one of the tables, selected or not.
+    Key lastKeyIn(qsizetype place) const;
 
 private:
     QString source(Sql& sql) const;

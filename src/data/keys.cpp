@@ -17,7 +17,7 @@ std::vector<Keys::Key> readFrom(Statement& rows) {
 } // namespace
 
 Keys::Keys(const KeySelection& selection) : selection_(selection) {
-    const bool travel = selection.engine->isFar() && selection.tables.size() == 1;
+    const bool travel = selection.engine->isFar();
     Window first = readFrom(selection.keys(travel ? std::optional(KeySelection::Stretch{windowSize}) : std::nullopt));
     count_ = static_cast<qint64>(first.size());
     isWhole_ = !travel || count_ < windowSize;

@@ -7,6 +7,7 @@
 #include "data/workspace.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace molven {
 
@@ -89,21 +90,35 @@ Recordset Recordset::beginningWith(const QList<const Field*>& fields, const QStr
 
 std::optional<Recordset> Recordset::meeting(const Criterion& criterion, const Progress& progress) const {
     std::vector<Key> found;
-    const bool isWhole = keys_.areWhole();
-    const qint64 total = isWhole ? count() : selection_.lastKey(), step = isWhole ? KeysAtOnce : KeysAtOnceAfar;
-    for (qint64 first = 0; first < total; first += step) {
-        if (!progress(static_cast<int>(first * count() / total), static_cast<int>(count()))) return std::nullopt;
-        if (!isWhole) {
-            collect(0, keysBetween(first, first + step) && selection_.criterion && criterion, {}, found);
-            continue;
-        }
+    const bool isDone =
+        keys_.areWhole() ? collectAtHand(criterion, progress, found) : collectAfar(criterion, progress, found);
+    return isDone ? std::optional(reducedTo(found, KeysAtOnceAfar, criterion)) : std::nullopt;
+}
+
+bool Recordset::collectAtHand(const Criterion& criterion, const Progress& progress, std::vector<Key>& found) const {
+    for (qint64 first = 0; first < count(); first += KeysAtOnce) {
+        if (!progress(static_cast<int>(first), static_cast<int>(count()))) return false;
         QList<QStringList> keys(selection_.tables.size());
-        for (qint64 i = first; i < std::min(first + step, total); ++i)
+        for (qint64 i = first; i < std::min(first + KeysAtOnce, count()); ++i)
             keys[keys_[i] % keys.size()].append(QString::number(selection_.keyInTable(keys_[i])));
         for (qsizetype place = 0; place < keys.size(); ++place)
             collect(place, hasKey(keys[place]) && criterion, {}, found);
     }
-    return reducedTo(found, KeysAtOnceAfar, criterion);
+    return true;
+}
+
+bool Recordset::collectAfar(const Criterion& criterion, const Progress& progress, std::vector<Key>& found) const {
+    QList<qint64> last;
+    for (qsizetype place = 0; place < selection_.tables.size(); ++place) last.append(selection_.lastKeyIn(place));
+    const qint64 total = std::accumulate(last.begin(), last.end(), qint64(0));
+    qint64 seen = 0;
+    for (qsizetype place = 0; place < last.size(); seen += last[place++])
+        for (qint64 first = 0; first < last[place]; first += KeysAtOnceAfar) {
+            if (!progress(static_cast<int>((seen + first) * count() / total), static_cast<int>(count()))) return false;
+            collect(place, keysBetween(first, first + KeysAtOnceAfar) && selection_.criterionIn(place) && criterion, {},
+                    found);
+        }
+    return true;
 }
 
 /// Where keys are not at hand, few are named, and more are selected anew.
@@ -117,9 +132,7 @@ Recordset Recordset::reducedTo(const std::vector<Key>& found, qint64 mostNamed, 
         return part;
     }
     if (static_cast<qint64>(found.size()) > mostNamed) return Recordset(*workspace_, selection_.meeting(criterion));
-    QStringList keys;
-    for (const Key key : found) keys.append(QString::number(key));
-    return Recordset(*workspace_, selection_.meeting(hasKey(keys)));
+    return Recordset(*workspace_, selection_.among(found));
 }
 
 } // namespace molven

@@ -117,6 +117,10 @@ private:
     /// The keys of records of one table, selected or not, that meet the criterion.
     void collect(qsizetype place, const Criterion& criterion, std::optional<qint64> most,
                  std::vector<Key>& found) const;
+    /// Those of the selection that meet the criterion, read slice by slice; false when it was stopped. From the keys
+    /// at hand, or from the tables of a server.
+    bool collectAtHand(const Criterion& criterion, const Progress& progress, std::vector<Key>& found) const;
+    bool collectAfar(const Criterion& criterion, const Progress& progress, std::vector<Key>& found) const;
     /// Those of the selection that have one of these keys, which are all that meet the criterion.
     Recordset reducedTo(const std::vector<Key>& found, qint64 mostNamed, const Criterion& criterion) const;
     void writeChanges(const Record& before, const Record& written);

@@ -10,18 +10,27 @@ namespace molven {
 
 namespace {
 
-/// In a folder with all keys at hand, on a server with those of some windows.
-class PartsOfASelection : public testing::Test {
+/// Over one file or, some units being archived, over two; in a folder with all keys at hand, on a server with those of
+/// some windows.
+class PartsOfASelection : public testing::TestWithParam<bool> {
 protected:
-    PartsOfASelection() : molven(workspace.open(dossier.session.molven())) {
+    PartsOfASelection()
+        : molven(workspace.open(dossier.session.molven())), archive(workspace.open(dossier.session.historic())) {
         Keys::windowSize = 4;
         march = dossier.receive(QStringLiteral("HIP"), 12);
         april = dossier.receive(QStringLiteral("GRAFT"), 2, QStringLiteral("05/04/2026"));
         molven.update(strproduit, {{strproduit.pro_ann, QStringLiteral("19")}}, strproduit.imm_art == march[10]);
         molven.update(strproduit, {{strproduit.lot_art, QStringLiteral("Été-2")}}, strproduit.imm_art == march[3]);
+        if (GetParam())
+            molven.moveTo(archive, strproduit,
+                          isOneOf(strproduit.imm_art, {march[0], march[2], march[3], march[9], march[11], april[0]}));
     }
     ~PartsOfASelection() override { Keys::windowSize = 4096; }
-    Recordset all() { return molven.select(strproduit, {}, Order::descending(strproduit.imm_art)); }
+    Recordset select(const Criterion& criterion, const Order& order) {
+        return GetParam() ? molven.selectWith({archive}, strproduit, criterion, order)
+                          : molven.select(strproduit, criterion, order);
+    }
+    Recordset all() { return select({}, Order::descending(strproduit.imm_art)); }
     static QStringList numbers(const Recordset& units) {
         QStringList found;
         for (const Record& unit : units) found.append(unit[strproduit.imm_art]);
@@ -33,13 +42,15 @@ protected:
 
     test::Dossier dossier;
     Workspace workspace;
-    Database molven;
+    Database molven, archive;
     QStringList march, april;
 };
 
+INSTANTIATE_TEST_SUITE_P(OverFiles, PartsOfASelection, testing::Bool());
+
 } // namespace
 
-TEST_F(PartsOfASelection, BeginWithATextInTheirOwnOrder) {
+TEST_P(PartsOfASelection, BeginWithATextInTheirOwnOrder) {
     EXPECT_EQ(beginning({&strproduit.imm_art}, "2604"), (QStringList{april[1], april[0]}));
     EXPECT_EQ(beginning({&strproduit.imm_art}, "2603001"), (QStringList{march[11], march[10], march[9]}))
         << "of both centuries";
@@ -47,12 +58,12 @@ TEST_F(PartsOfASelection, BeginWithATextInTheirOwnOrder) {
     EXPECT_EQ(beginning({&strproduit.lot_art}, "été"), QStringList()) << "a code's accents count";
     EXPECT_EQ(beginning({&strproduit.lot_art}, "Ét"), QStringList(march[3]));
     EXPECT_EQ(beginning({&strproduit.pro_li1}, "ARTICLE"), QStringList()) << "no index serves it";
-    const Recordset grafts = molven.select(strproduit, strproduit.ref_art == QStringLiteral("GRAFT"));
+    const Recordset grafts = select(strproduit.ref_art == QStringLiteral("GRAFT"), {});
     EXPECT_EQ(grafts.beginningWith({&strproduit.imm_art}, QStringLiteral("26")).count(), 2)
         << "of the selection, not of the table";
 }
 
-TEST_F(PartsOfASelection, StandInTheirPlacesWhereverTheyAreLookedAt) {
+TEST_P(PartsOfASelection, StandInTheirPlacesWhereverTheyAreLookedAt) {
     Recordset units = all();
     const auto numberAt = [&units](qint64 place) { return QString(units.at(place)[strproduit.imm_art]); };
     ASSERT_EQ(units.count(), 14);
@@ -68,7 +79,7 @@ TEST_F(PartsOfASelection, StandInTheirPlacesWhereverTheyAreLookedAt) {
     EXPECT_EQ(numbers(units).size(), 13);
 }
 
-TEST_F(PartsOfASelection, AreWalkedThroughAsTheyAreThoughOthersRemovedSome) {
+TEST_P(PartsOfASelection, AreWalkedThroughAsTheyAreThoughOthersRemovedSome) {
     const Recordset units = all();
     Workspace elsewhere;
     elsewhere.open(dossier.session.molven()).remove(strproduit, isOneOf(strproduit.imm_art, {april[1], march[6]}));
@@ -79,13 +90,13 @@ TEST_F(PartsOfASelection, AreWalkedThroughAsTheyAreThoughOthersRemovedSome) {
     for (qint64 place = 0; place < units.count(); ++place)
         test::dataErrorOf([&] { walked.append(units.at(place)[strproduit.imm_art]); });
     EXPECT_FALSE(walked.contains(march[6]));
-    Recordset known = molven.select(strproduit, isOneOf(strproduit.imm_art, march), strproduit.imm_art);
+    Recordset known = select(isOneOf(strproduit.imm_art, march), strproduit.imm_art);
     known.moveLast();
     EXPECT_EQ(QString(known[strproduit.imm_art]), march[11]);
     EXPECT_EQ(numbers(known), march.mid(0, 6) + march.mid(7));
 }
 
-TEST_F(PartsOfASelection, AreSearchedThroughUntilStopped) {
+TEST_P(PartsOfASelection, AreSearchedThroughUntilStopped) {
     const Criterion held = contains(strproduit.lot_art, QStringLiteral("ete"));
     int told = 0;
     const auto found = all().meeting(held, [&](int, int total) {
@@ -95,14 +106,18 @@ TEST_F(PartsOfASelection, AreSearchedThroughUntilStopped) {
     ASSERT_TRUE(found);
     EXPECT_EQ(numbers(*found), QStringList(march[3]));
     EXPECT_EQ(told, 14);
+    const auto both = all().meeting(strproduit.imm_art < march[8], [](int, int) { return true; });
+    EXPECT_EQ(numbers(*both->meeting(strproduit.imm_art > march[0], [](int, int) { return true; })),
+              (QStringList{march[7], march[6], march[5], march[4], march[3], march[2], march[1]}))
+        << "a part of a part";
     EXPECT_FALSE(all().meeting(held, [](int, int) { return false; }));
 }
 
-TEST_F(PartsOfASelection, AreWhatAFilterShowsOfALargeListUntilItIsSearchedThrough) {
+TEST_P(PartsOfASelection, AreWhatAFilterShowsOfALargeListUntilItIsSearchedThrough) {
     RecordModel model({{&strproduit.imm_art, QStringLiteral("Immat.")}, {&strproduit.lot_art, QStringLiteral("Lot")}});
     model.setSearchedThrough(5);
     model.setQuery([this](const Criterion& filter, const Order& order) {
-        return molven.select(strproduit, filter, order.orElse(Order(strproduit.imm_art)));
+        return select(filter, order.orElse(Order(strproduit.imm_art)));
     });
     ASSERT_EQ(model.rowCount(), 14);
     model.setFilter(QStringLiteral("te-2"));
