@@ -6,8 +6,8 @@
 namespace molven {
 
 /// What the engines write differently. Everything else of a statement is the same on all of them: question marks stand
-/// for values, `rowid` is a record's key, and `folded`, `instr`, `product`, `quotient` and `json_quote` are
-/// functions that every engine has or is given.
+/// for values, `rowid` is a record's key, and `folded`, `instr`, `product` and `quotient` are functions that every engine
+/// has or is given.
 class Dialect {
 public:
     virtual ~Dialect() = default;
@@ -31,6 +31,8 @@ public:
     virtual QString numberIn(const QString& text) const = 0;
     /// A number as a text without useless zeros; a text as it is.
     virtual QString asText(const QString& expression, Field::Kind kind) const = 0;
+    /// A text, or nothing, as JSON writes it.
+    virtual QString json(const QString& text) const = 0;
     /// Sum of a number as a whole one, in units of its last decimal: exact.
     virtual QString wholeSum(const Number& field) const = 0;
     /// A number and so much more, rounded to its scale.
@@ -45,8 +47,6 @@ public:
 
     /// What records are grouped by that are alike in an expression to the letter.
     virtual QString exactly(const QString& expression, Field::Kind kind) const = 0;
-    /// An expression in which all records of a group are alike.
-    virtual QString common(const QString& expression) const = 0;
     /// The texts of a group, each with a line feed behind.
     virtual QString lines(const QString& text) const = 0;
 

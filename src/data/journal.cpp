@@ -63,9 +63,17 @@ constexpr int MostNamed = 4096;
 /// Neighbours that share an entry: more than a hundred only where keys are not unique.
 constexpr int MostNeighbours = 100;
 
-/// What groups the records that one entry may name: none whose key has more than one line.
-QString neighbours(const QString& key) {
-    return QStringLiteral("case when instr(%1,'\n')=0 then rowid/%2 else -rowid end").arg(key).arg(MostNamed);
+/// Keys as an entry names them.
+QString lines(const QStringList& texts) { return texts.join(u'\n') + u'\n'; }
+
+/// Of a selection of keys and how many they are in all (`named`, `total`): what they stand under, and in which part of
+/// it. A key of more than one line stands alone.
+QString sharing(const Dialect& dialect) {
+    return QStringLiteral("case when instr(named,'\n')>0 then named when total>=%1 then '' when %2 then "
+                          "substr(named,1,length(named)-2) else named end as shared,"
+                          "case when instr(named,'\n')>0 then -rowid when total>=%1 then rowid/%3 else 0 end as part")
+        .arg(QString::number(Journal::veryMany),
+             dialect.matches(QStringLiteral("named"), QStringLiteral("?*[0-9][0-9]")), QString::number(MostNamed));
 }
 
 QString entry(const QString& file) {
@@ -91,9 +99,8 @@ public:
 
     /// To be called behind the last one.
     void enter() {
-        const auto lines = [](const QStringList& texts) { return texts.join(u'\n') + u'\n'; };
-        if (keys_.size() == 1) journal_.add(keys_.first(), kind_, digests_.first());
-        if (keys_.size() > 1) journal_.add(family_, kind_, lines(digests_), u'\n' + lines(keys_));
+        if (!keys_.isEmpty())
+            journal_.add(family_, keys_, kind_, keys_.size() == 1 ? digests_.first() : lines(digests_));
         keys_.clear();
         digests_.clear();
     }
@@ -132,7 +139,9 @@ Written Journal::write(const Place& place, const std::function<Written()>& state
 bool Journal::active() {
     const auto known = workspace_.journals_.constFind(file_);
     if (known != workspace_.journals_.constEnd()) return *known;
-    const bool kept = !engine_.columns(file_, strjournal).isEmpty();
+    QStringList& keeping = workspace_.journalled_[&engine_];
+    const bool kept = keeping.contains(file_) || !engine_.columns(file_, strjournal).isEmpty();
+    if (kept && !keeping.contains(file_)) keeping.append(file_);
     workspace_.journals_.insert(file_, kept);
     if (kept) sealFormerDays();
     return kept;
@@ -166,6 +175,13 @@ void Journal::add(const QString& recordKey, const QString& kind, const QString& 
     QStringList marks;
     for (const QString& one : head() + QStringList{recordKey, kind, value, keys}) marks.append(sql.bind(one));
     engine_.write(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
+}
+
+void Journal::add(const QString& shared, const QStringList& keys, const QString& kind, const QString& value) {
+    if (keys.size() == 1)
+        add(keys.first(), kind, value);
+    else
+        add(shared, kind, value, u'\n' + lines(keys));
 }
 
 void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
@@ -214,33 +230,27 @@ void Journal::changing(const QList<Change>& changes, const Criterion& criterion)
             any.append(sql.dialect.differs(field->name, field->kind, after(sql)));
         return u'(' + any.join(QStringLiteral(" or ")) + u')';
     });
-    const auto entries = [&](Sql& sql) {
-        const QString name = key(table_, sql.dialect), changed = changedFields(changes, sql);
-        return QStringLiteral("case count(*) when 1 then %1 else '' end,'M',%2,"
-                              "case count(*) when 1 then '' else '\n'||%3 end")
-            .arg(sql.dialect.common(name), changed, sql.dialect.lines(name));
-    };
-    const auto alike = [&](Sql& sql) {
-        QStringList terms{neighbours(key(table_, sql.dialect))};
-        for (const auto& [field, after, isComputed] : changes) {
-            terms.append(sql.dialect.exactly(field->name, field->kind));
-            if (isComputed) terms.append(sql.dialect.exactly(after(sql), field->kind));
-        }
-        return QStringLiteral(" group by ") + terms.join(u',');
-    };
     if (!active() || (!engine_.isFar() && enterAlike(changes, criterion && differ))) return;
-    enter(entries, criterion && differ, alike);
+    enter([&](Sql& sql) {
+        const auto exact = [&](const QString& text) { return sql.dialect.exactly(text, Field::Kind::Label); };
+        const QString name = exact(key(table_, sql.dialect)), changed = exact(changedFields(changes, sql)),
+                      where = (criterion && differ).where(sql);
+        return QStringLiteral("case count(*) when 1 then min(named) else shared end,'M',changed,"
+                              "case count(*) when 1 then '' else '\n'||%1 end from (select named,changed,rowid,%2 from "
+                              "(select %3 as named,%4 as changed,rowid,count(*) over () as total from %5%6) as one) as "
+                              "alike group by shared,part,changed order by min(rowid)")
+            .arg(sql.dialect.lines(QStringLiteral("named")), sharing(sql.dialect), name, changed, qualified_, where);
+    });
 }
 
 QString Journal::changedFields(const QList<Change>& changes, Sql& sql) {
     const Dialect& dialect = sql.dialect;
     QStringList pieces;
     for (const auto& [field, after, isComputed] : changes) {
-        const auto value = [&] { return isComputed ? dialect.common(after(sql)) : after(sql); };
-        const QString before = dialect.common(field->name), changed = dialect.differs(before, field->kind, value());
-        pieces.append(
-            QStringLiteral("case when %1 then ',\"%2\":'||'['||json_quote(%3)||','||json_quote(%4)||']' else '' end")
-                .arg(changed, field->name, dialect.asText(before, field->kind), dialect.asText(value(), field->kind)));
+        const QString changed = dialect.differs(field->name, field->kind, after(sql));
+        pieces.append(QStringLiteral("case when %1 then ',\"%2\":'||'['||%3||','||%4||']' else '' end")
+                          .arg(changed, field->name, dialect.json(dialect.asText(field->name, field->kind)),
+                               dialect.json(dialect.asText(after(sql), field->kind))));
     }
     return object(pieces);
 }
@@ -275,38 +285,49 @@ bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterio
     const QString changed = all.text(0), named = all.text(1); // each behind the one before, with a line feed behind
     const bool areAlike = all.integer(3) == 0 && named.count(u'\n') == count;
     all.finish();
-    if (!areAlike) return false;
-    if (count == 1) return add(named.chopped(1), QStringLiteral("M"), changed), true;
+    if (areAlike) addAlike(named, count, changed);
+    return areAlike;
+}
+
+void Journal::addAlike(const QString& named, qint64 count, const QString& changed) {
+    const QString kind = QStringLiteral("M");
+    if (count < veryMany) {
+        QMap<QString, QStringList> families;
+        for (const QString& key : named.chopped(1).split(u'\n')) {
+            const QString family = JournalKeys::family(key);
+            families[family.isEmpty() ? key : family].append(key);
+        }
+        for (auto family = families.begin(); family != families.end(); ++family)
+            add(family.key(), family.value(), kind, changed);
+        return;
+    }
     for (qsizetype from = 0, to = 0; from < named.size(); from = to) {
         for (int taken = 0; taken < MostNamed && to < named.size(); ++taken) to = named.indexOf(u'\n', to) + 1;
-        add({}, QStringLiteral("M"), changed, u'\n' + named.sliced(from, to - from));
+        add({}, kind, changed, u'\n' + named.sliced(from, to - from));
     }
-    return true;
 }
 
 void Journal::removing(const Criterion& criterion) {
-    const auto entries = [this](Sql& sql) {
+    const auto entries = [&](Sql& sql) {
         QStringList pieces;
         for (const Field* field : table_.fields()) {
             const QString text = sql.dialect.asText(field->name, field->kind);
-            pieces.append(QStringLiteral("case when coalesce(%1,'')='' then '' else ',\"%2\":'||json_quote(%1) end")
-                              .arg(text, field->name));
+            pieces.append(QStringLiteral("case when coalesce(%1,'')='' then '' else ',\"%2\":'||%3 end")
+                              .arg(text, field->name, sql.dialect.json(text)));
         }
-        return QStringLiteral("%1,'S',%2,''").arg(key(table_, sql.dialect), object(pieces));
+        const QString where = criterion.where(sql);
+        return QStringLiteral("%1,'S',%2,'' from %3%4")
+            .arg(key(table_, sql.dialect), object(pieces), qualified_, where);
     };
-    enter(entries, criterion);
+    if (active()) enter(entries);
 }
 
-void Journal::enter(const Piece& entries, const Criterion& criterion, const Piece& grouping) {
-    if (!active()) return;
+void Journal::enter(const Piece& entries) {
     Sql sql{engine_.dialect()};
     QStringList marks;
     for (const QString& value : head()) marks.append(sql.bind(value));
-    const QString given = entries(sql), where = criterion.where(sql), groups = grouping ? grouping(sql) : QString();
-    engine_.write(
-        entry(file_) +
-            QStringLiteral("select %1,%2 from %3%4%5").arg(marks.join(u','), given, qualified_, where, groups),
-        sql.values);
+    const QString given = entries(sql);
+    engine_.write(entry(file_) + QStringLiteral("select %1,%2").arg(marks.join(u','), given), sql.values);
 }
 
 } // namespace molven

@@ -46,6 +46,9 @@ public:
     /// The records that a table of an older file already holds; its journal answers for them from now on.
     /// Each one is told.
     static void takeOver(const Place& place, const std::function<void()>& told);
+    /// How many records that a statement changes stand under no key, for the engine to look through at every question
+    /// about one of the table; fewer stand under their own keys or their neighbours'. Tests have it small.
+    static inline int veryMany = 256;
     /// The records that a condition selects will be given these values; those that have them already do not count.
     void changing(const QList<Assignment>& assignments, const Criterion& criterion);
     /// One field of these records will be given a value that the engine computes.
@@ -77,14 +80,18 @@ private:
     QStringList head();
     /// Adds one entry: how, key or keys, and value as strjournal has them.
     void add(const QString& key, const QString& kind, const QString& value, const QString& keys = {});
+    /// One of some records, under what their keys share.
+    void add(const QString& shared, const QStringList& keys, const QString& kind, const QString& value);
+    /// The entries of records that change alike: their keys, each with a line feed behind, and how many they are.
+    void addAlike(const QString& named, qint64 count, const QString& changed);
     void changing(const QList<Change>& changes, const Criterion& criterion);
-    /// The JSON object of what changes in the records of a group.
+    /// The JSON object of what changes in a record.
     static QString changedFields(const QList<Change>& changes, Sql& sql);
     /// Enters the records that are about to change when they hold the same in all these fields, without sorting them;
     /// false, with nothing written, when they do not.
     bool enterAlike(const QList<Change>& changes, const Criterion& criterion);
-    /// Adds the entries that a statement selects: how, keys and values of records that meet a criterion.
-    void enter(const Piece& entries, const Criterion& criterion, const Piece& grouping = {});
+    /// Adds the entries that a selection gives: key, how, value and keys, and where they come from.
+    void enter(const Piece& entries);
     void sealFormerDays();
 
     Workspace& workspace_;

@@ -61,8 +61,11 @@ QString spoken(const QString& day) { return QStringLiteral("%1/%2/%3").arg(day.m
 
 void Journal::sealFormerDays() {
     const QString today = sortKey(Clock::today());
-    Statement& newest =
-        engine_.run(QStringLiteral("select jou_dat from %1 order by rowid desc limit 1").arg(entries(file_)));
+    const auto newestIn = [](const QString& file) {
+        return QStringLiteral("select jou_dat from %1 order by rowid desc limit 1").arg(entries(file));
+    };
+    for (const QString& other : workspace_.journalled_[&engine_]) engine_.foresee(newestIn(other), {{}});
+    Statement& newest = engine_.run(newestIn(file_));
     const QString day = newest.next() ? newest.text(0) : today;
     newest.finish();
     if (day == today) return;

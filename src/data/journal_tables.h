@@ -18,7 +18,7 @@ struct JournalEntries : Table {
     Label jou_act{this, "jou_act", 60}; ///< what was being done: "Réception"
     Text jou_tab{this, "jou_tab", 32};  ///< table
     Text jou_cle{this, "jou_cle", 80};  ///< the record: fields of the table's Trail joined by "/"; what the keys of
-                                        ///< neighbours begin with; empty for many changed alike
+                                        ///< neighbours begin with; empty for very many changed alike
     Text jou_gen{this, "jou_gen", 1};   ///< C created, M changed, S deleted, R there when the journal took it over
     Label jou_val{this, "jou_val"};     ///< JSON: {"field":[before,after]} of a change, {"field":value} of a deletion;
                                         ///< the digest of a record created or taken over, of neighbours each one's

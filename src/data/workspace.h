@@ -64,10 +64,11 @@ private:
     std::unique_ptr<Engine> local_;  ///< the connection to files of folders
     QHash<QString, Opened> files_;   ///< by canonical path
     int readings_ = 0;
-    int depth_ = 0;                 ///< transactions begun one inside another
-    QString deed_;                  ///< what they do, for the journal
-    QString moment_;                ///< when the outermost first wrote to a journal; empty before
-    QHash<QString, bool> journals_; ///< file -> whether it keeps a journal, as known in this transaction
+    int depth_ = 0;                                ///< transactions begun one inside another
+    QString deed_;                                 ///< what they do, for the journal
+    QString moment_;                               ///< when the outermost first wrote to a journal; empty before
+    QHash<QString, bool> journals_;                ///< file -> whether it keeps a journal, as known in this transaction
+    QHash<const Engine*, QStringList> journalled_; ///< files that were found to keep one, which they do for ever
 };
 
 /// While it lives, long statements of a workspace ask every few milliseconds whether to go on. Stopped, a statement

@@ -25,7 +25,10 @@ protected:
         articles.emplace(workspace.open(first));
         lines.emplace(workspace.open(second));
     }
-    ~JournalledFiles() override { Clock::set({}); }
+    ~JournalledFiles() override {
+        Clock::set({});
+        Journal::veryMany = 256;
+    }
 
     static Record article(const char* reference, int price) {
         Record article(strarticle);
@@ -177,6 +180,7 @@ TEST_F(JournalledFiles, HoldWhatWasWrittenAndNothingElse) {
 
 TEST_F(JournalledFiles, NameTogetherWhatWasChangedAlikeAndTellItOneByOne) {
     for (const char* reference : {"HIP", "CUP", "a\nb"}) add(reference, 10);
+    Journal::veryMany = 2;
     add("STEM", 20);
     add("NECK", 21);
     articles->update(strarticle, {{strarticle.art_res, QStringLiteral("DIX")}}, strarticle.art_pv1 == Decimal(20));
@@ -234,6 +238,17 @@ TEST_F(JournalledFiles, ShareTheEntryOfNeighboursThatCameTogetherAndTellItOneByO
     EXPECT_EQ(keys(JournalKeys::containing(QStringLiteral("A\n"))), QStringLiteral("a|01 a|02"));
     EXPECT_EQ(keys({}), QStringLiteral("Hip1 HIP HIP101 HIP102 HIP103 12 34 HIP201 HIP2A a|01 a|02 CUP01 CUP02 CUP77"));
     EXPECT_EQ(articles->count(strjournal), 2 + 8) << "three and three share one";
+    const auto changeAll = [this](const Criterion& which) {
+        const qint64 before = articles->count(strjournal);
+        articles->update(strarticle, {{strarticle.art_res, QString::number(before)}}, which);
+        return articles->count(strjournal) - before;
+    };
+    EXPECT_EQ(changeAll({}), 2 + 8);
+    EXPECT_EQ(changeAll(startsWith(strarticle.art_ref, QStringLiteral("hip"))), 5) << "none with a key of two lines";
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("hip102")), "M").size(), 2);
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("hip1")), "M").size(), 2);
+    EXPECT_EQ(told(JournalKeys::of(QStringLiteral("a\n02")), "M").size(), 1);
+    EXPECT_EQ(told({}, "M").size(), 14 + 7);
 }
 
 TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
@@ -254,6 +269,7 @@ TEST_F(JournalledFiles, AnAlteredInsertedOrRemovedEntryOfASealedDayIsFound) {
 
 TEST_F(JournalledFiles, SealWhatAnEntryNamesAndKeepTheSealsOfOlderFiles) {
     Clock::set(QDate(2026, 3, 5));
+    Journal::veryMany = 2;
     for (const char* reference : {"HIP", "CUP"}) add(reference, 1);
     const auto nextDay = [this] {
         Clock::set(Clock::today().addDays(1));

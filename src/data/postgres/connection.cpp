@@ -148,14 +148,17 @@ bool Connection::send(const Command& command) {
 }
 
 std::vector<Result> Connection::run(const std::vector<Command>& commands) {
-    const QHash<QString, QByteArray> known = prepared_;
     PQenterPipelineMode(connection_);
     bool isSent = true;
     std::vector<bool> isPreparation;
+    QStringList made;
     for (const Command& command : commands) {
         const int names = names_;
         isSent = isSent && send(command);
-        if (names_ != names) isPreparation.push_back(true);
+        if (names_ != names) {
+            isPreparation.push_back(true);
+            made.append(command.sql);
+        }
         isPreparation.push_back(false);
     }
     try {
@@ -167,7 +170,7 @@ std::vector<Result> Connection::run(const std::vector<Command>& commands) {
         return answers;
     } catch (...) {
         PQexitPipelineMode(connection_);
-        prepared_ = known; // what was sent behind a fault was not prepared
+        for (const QString& sql : made) prepared_.remove(sql); // what was sent behind a fault was not prepared
         throw;
     }
 }

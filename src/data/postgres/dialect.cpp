@@ -65,6 +65,10 @@ public:
                                     : QStringLiteral("(%1)::text").arg(expression);
     }
 
+    QString json(const QString& text) const override {
+        return QStringLiteral("coalesce(to_json((%1) collate \"C\")::text,'null')").arg(text);
+    }
+
     QString wholeSum(const Number& field) const override {
         return QStringLiteral("sum(round(%1*1e%2))").arg(field.name).arg(field.scale);
     }
@@ -91,8 +95,6 @@ public:
     QString exactly(const QString& expression, Kind kind) const override {
         return kind == Kind::Number ? expression : QStringLiteral("(%1)::text collate \"C\"").arg(expression);
     }
-
-    QString common(const QString& expression) const override { return QStringLiteral("min(%1)").arg(expression); }
 
     QString lines(const QString& text) const override {
         return QStringLiteral("string_agg(%1,chr(10) order by rowid)||chr(10)").arg(text);

@@ -16,8 +16,6 @@ create or replace function folded(text) returns text language sql immutable stri
 $$ select regexp_replace(normalize(lower($1 collate "und-x-icu"), NFD) collate "C", '[\u0300-\u036f]', '', 'g') $$;
 create or replace function instr(text, text) returns integer language sql immutable strict parallel safe as
 $$ select strpos($1 collate "C", $2 collate "C") $$;
-create or replace function json_quote(text) returns text language sql immutable parallel safe as
-$$ select coalesce(to_json($1 collate "C")::text, 'null') $$;
 create or replace function number_in(text) returns numeric language sql immutable strict parallel safe as
 $$ select coalesce(substring(replace($1 collate "C", ',', '.') from '^\s*([-+]?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?)')::numeric, 0) $$;
 create or replace function product(integer, variadic numeric[]) returns numeric language plpgsql immutable strict parallel safe as

@@ -44,6 +44,8 @@ public:
         return kind == Kind::Number ? QStringLiteral("cast(%1 as text)").arg(expression) : expression;
     }
 
+    QString json(const QString& text) const override { return QStringLiteral("json_quote(%1)").arg(text); }
+
     /// A whole one is written as one, in its field and in the journal.
     QString raised(const Number& field, const Decimal& amount, Sql& sql) const override {
         const auto sum = [&] {
@@ -77,9 +79,6 @@ public:
     QString exactly(const QString& expression, Kind kind) const override {
         return kind == Kind::Number ? expression : expression + QStringLiteral(" collate binary");
     }
-
-    /// The engine takes it from one record of the group.
-    QString common(const QString& expression) const override { return expression; }
 
     QString lines(const QString& text) const override {
         return QStringLiteral("group_concat(%1,char(10))||char(10)").arg(text);
