@@ -56,28 +56,47 @@ std::optional<Record> Database::find(const Table& table, const Criterion& criter
     return found.isEmpty() ? std::nullopt : std::optional<Record>(found.takeFirst());
 }
 
-QString Database::selection(int most, const Table& table, const Criterion& criterion, const Order& order,
-                            Sql& sql) const {
-    const QString where = criterion.where(sql), sorted = order.in(sql, sql.dialect.byKey(order.isEmpty()));
-    return QStringLiteral("select %1 from %2%3%4 limit %5")
-        .arg(table.columns(), qualified(table), where, sorted, QString::number(most));
+QString Database::selection(const Table& table, const Criterion& criterion, const Order& order, Sql& sql) const {
+    const QString where = criterion.where(sql),
+                  sorted = order.in(sql, sql.dialect.byKey(order.isEmpty() && !criterion.always()));
+    return QStringLiteral("select %1 from %2%3%4").arg(table.columns(), qualified(table), where, sorted);
+}
+
+QString Database::limited(const QString& selection, int most) {
+    return selection + QStringLiteral(" limit ") + QString::number(most);
 }
 
 void Database::foresee(const Table& table, const QList<Criterion>& criteria) {
     QMap<QString, QList<QStringList>> questions;
     for (const Criterion& criterion : criteria) {
         Sql sql{engine_->dialect()};
-        const QString text = selection(1, table, criterion, {}, sql);
+        const QString text = limited(selection(table, criterion, {}, sql), 1);
         questions[text].append(sql.values);
     }
     for (auto question = questions.begin(); question != questions.end(); ++question)
         engine_->foresee(question.key(), question.value());
 }
 
+void Database::foreseeAll(const Table& table, const Criterion& criterion, const Order& order) {
+    Sql sql{engine_->dialect()};
+    const QString text = selection(table, criterion, order, sql);
+    engine_->foresee(text, {sql.values});
+}
+
 QList<Record> Database::first(int most, const Table& table, const Criterion& criterion, const Order& order) {
     Sql sql{engine_->dialect()};
-    const QString text = selection(most, table, criterion, order, sql);
-    Statement& rows = engine_->run(text, sql.values);
+    const QString text = limited(selection(table, criterion, order, sql), most);
+    return records(table, text, sql.values);
+}
+
+QList<Record> Database::all(const Table& table, const Criterion& criterion, const Order& order) {
+    Sql sql{engine_->dialect()};
+    const QString text = selection(table, criterion, order, sql);
+    return records(table, text, sql.values);
+}
+
+QList<Record> Database::records(const Table& table, const QString& selection, const QStringList& values) {
+    Statement& rows = engine_->run(selection, values);
     QList<Record> found;
     while (rows.next()) found.append(RowReader::read(rows, table, 0));
     rows.finish();

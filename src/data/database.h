@@ -47,10 +47,14 @@ public:
                          const Order& order = {});
     /// The first such record.
     std::optional<Record> find(const Table& table, const Criterion& criterion, const Order& order = {});
-    /// Each of these will be looked for with find(), in the transaction or the Reading that is open.
-    void foresee(const Table& table, const QList<Criterion>& criteria);
     /// At most so many of them, where the rest is not wanted and would take long to find.
     QList<Record> first(int most, const Table& table, const Criterion& criterion, const Order& order = {});
+    /// All of them at once, in memory: for the few that belong to one thing.
+    QList<Record> all(const Table& table, const Criterion& criterion, const Order& order = {});
+    /// Each of these will be looked for with find(), in the transaction or the Reading that is open.
+    void foresee(const Table& table, const QList<Criterion>& criteria);
+    /// They will be asked for with all(), likewise.
+    void foreseeAll(const Table& table, const Criterion& criterion, const Order& order = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
     /// Greatest value of a field among the records, empty when there is none.
     QString greatest(const Table& table, const Field& field, const Criterion& criterion = {});
@@ -127,8 +131,10 @@ private:
     /// Derived records from a source in another connection.
     qint64 copyDerived(const Table& table, const QStringList& names, const QList<Derived>& values,
                        const QList<Derived>& further, Statement& rows);
-    /// The statement for at most so many records.
-    QString selection(int most, const Table& table, const Criterion& criterion, const Order& order, Sql& sql) const;
+    /// The statement for whole records.
+    QString selection(const Table& table, const Criterion& criterion, const Order& order, Sql& sql) const;
+    static QString limited(const QString& selection, int most);
+    QList<Record> records(const Table& table, const QString& selection, const QStringList& values);
     QString value(const QString& sql, const QStringList& values);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }

@@ -248,7 +248,8 @@ Record createWith(SalesBook& book, const Record& header, const QStringList& unit
                   const std::optional<Record>& deliveryAddress) {
     return Transaction::run(book.workspace, CreationDeed, document_locks::ofNewWith(book, header, units), [&] {
         const Record made = create(book, header, deliveryAddress);
-        document_lines::add(book, made, document_lines::ofUnits(book, made, unit_rules::checkAll(book, made, units)));
+        document_lines::addToNew(book, made,
+                                 document_lines::ofUnits(book, made, unit_rules::checkAll(book, made, units)));
         return current(book, made);
     });
 }

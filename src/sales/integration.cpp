@@ -48,10 +48,8 @@ void take(SalesBook& invoices, const Record& asRead, const QString& number) {
     const QString year = invoice[strface.fac_aa];
     const QString invoiceNumber = invoice[strface.fac_no];
     const Record note = integrable(invoices, invoice, number);
-    QList<Record> lines;
-    for (const Record& line : invoices.vente.select(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
-                                                    {strlivl.fac_no, strlivl.fac_lg}))
-        lines.append(line);
+    const QList<Record> lines = invoices.vente.all(strlivl, numbering::linesOf(strlivl, note[strlive.fac_aa], number),
+                                                   {strlivl.fac_no, strlivl.fac_lg});
     if (lines.isEmpty()) refuse(QStringLiteral("Aucune ligne sur ce Bon"));
     const int taken =
         invoices.vente.greatest(strfacl, strfacl.fac_lg, numbering::linesOf(strfacl, year, invoiceNumber)).toInt();
@@ -60,14 +58,16 @@ void take(SalesBook& invoices, const Record& asRead, const QString& number) {
 
     numbering::addHiddenLine(invoices.vente, strfacl, year, invoiceNumber, number);
     int next = taken + 1;
+    QList<Record> copies;
     for (const Record& line : lines) {
         Record copy = document_lines::copyOf(line, strfacl);
         copy[strfacl.fac_aa] = year;
         copy[strfacl.fac_no] = invoiceNumber;
         copy[strfacl.fac_lg] = numbering::lineKey(next++);
         copy[strfacl.fac_nbl] = number;
-        invoices.vente.insert(copy);
+        copies.append(copy);
     }
+    invoices.vente.insert(copies);
     unit_moves::sell(invoices, invoice, note, lines);
     invoices.vente.update(strlive, {{strlive.fac_blv, invoiceNumber}, {strlive.fac_cpt, documents::Transferred}},
                           strlive.fac_no == number && strlive.fac_aa == note[strlive.fac_aa]);

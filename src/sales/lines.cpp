@@ -201,23 +201,35 @@ Record numbered(SalesBook& book, const Record& header, const Draft& draft, const
     return line;
 }
 
-/// Writes one line under its number and moves what it moves: its unit, or the stock of its article.
-void write(SalesBook& book, const Record& header, const Draft& draft, const QString& number,
-           const std::optional<Record>& unit) {
+/// The same with its amounts.
+Record priced(SalesBook& book, const Record& header, const Draft& draft, const QString& number) {
     const DocumentLines& table = book.kind().lines;
     Record line = numbered(book, header, draft, number);
+    if (draft.isText || !book.kind().isPriced) return line;
+    requireBounds(book, line);
     const Record& read = line;
-    if (!draft.isText && book.kind().isPriced) {
-        requireBounds(book, line);
-        requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
-        line[table.fac_qte] = read[table.fac_qte] * direction(book.kind());
-        priceLine(book, line, draft.withoutVat);
+    requireReimbursement(book, read[table.fac_tip], draft.reimbursements);
+    line[table.fac_qte] = read[table.fac_qte] * direction(book.kind());
+    priceLine(book, line, draft.withoutVat);
+    return line;
+}
+
+/// Writes lines under their numbers and moves what they move: each its unit, or the stock of its article.
+void write(SalesBook& book, const Record& header, const QList<Draft>& drafts, const QStringList& numbers,
+           const QList<std::optional<Record>>& units) {
+    const DocumentLines& table = book.kind().lines;
+    QList<Record> lines;
+    for (qsizetype i = 0; i < drafts.size(); ++i) lines.append(priced(book, header, drafts[i], numbers[i]));
+    book.vente.insert(lines);
+    QList<unit_moves::Changed> moved;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const Record& line = lines[i];
+        if (units[i])
+            moved.append({*units[i], unit_moves::moved(book, header, line, *units[i])});
+        else
+            takeFromStock(book, line[table.fac_ref], line[table.fac_qte]);
     }
-    book.vente.insert(line);
-    if (unit)
-        unit_moves::store(book, *unit, unit_moves::moved(book, header, line, *unit));
-    else
-        takeFromStock(book, read[table.fac_ref], read[table.fac_qte]);
+    unit_moves::store(book, moved);
 }
 
 /// The units of lines that are about to be written, as stored: free, each for one line.
@@ -295,9 +307,9 @@ namespace {
 /// Writes so many lines, each under its number.
 using Writing = std::function<void(const Record& header, const QStringList& numbers)>;
 
-void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Writing& writeThem) {
+void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Locks& locks,
+              const Writing& writeThem) {
     const DocumentHeaders& headers = book.kind().headers;
-    const Locks locks = document_locks::ofLines(book, asRead, drafts);
     Transaction::run(book.workspace, QStringLiteral("Ajout de lignes"), locks, [&] {
         const Record header = documents::requireOpen(book, asRead);
         const QStringList numbers = freeNumbers(book, header, drafts.size(), from);
@@ -307,18 +319,30 @@ void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts,
     });
 }
 
-} // namespace
-
-void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
-    writeAll(book, asRead, drafts, from, [&](const Record& header, const QStringList& numbers) {
-        const QList<std::optional<Record>> units = freeUnits(book, header, drafts);
-        for (qsizetype i = 0; i < drafts.size(); ++i) write(book, header, drafts[i], numbers[i], units[i]);
+void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Locks& locks) {
+    writeAll(book, asRead, drafts, from, locks, [&](const Record& header, const QStringList& numbers) {
+        write(book, header, drafts, numbers, freeUnits(book, header, drafts));
     });
 }
 
+} // namespace
+
+void add(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from) {
+    add(book, asRead, drafts, from, document_locks::ofLines(book, asRead, drafts));
+}
+
+void addToNew(SalesBook& book, const Record& made, const QList<Draft>& drafts) {
+    QList<Record> lines;
+    for (const Draft& draft : drafts) lines.append(draft.line);
+    add(book, made, drafts, 0, document_locks::ofUnits(book.kind(), lines));
+}
+
 void record(SalesBook& book, const Record& asRead, const QList<Draft>& drafts) {
-    writeAll(book, asRead, drafts, 0, [&](const Record& header, const QStringList& numbers) {
-        for (qsizetype i = 0; i < drafts.size(); ++i) book.vente.insert(numbered(book, header, drafts[i], numbers[i]));
+    const Locks locks = document_locks::ofLines(book, asRead, drafts);
+    writeAll(book, asRead, drafts, 0, locks, [&](const Record& header, const QStringList& numbers) {
+        QList<Record> lines;
+        for (qsizetype i = 0; i < drafts.size(); ++i) lines.append(numbered(book, header, drafts[i], numbers[i]));
+        book.vente.insert(lines);
     });
 }
 
@@ -332,7 +356,7 @@ void insert(SalesBook& book, const Record& asRead, const Draft& draft, const Rec
         const QString number = storedLine(book, header, before)[table.fac_lg];
         numbering::requireRoom(numbering::nextLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]));
         pushDown(book, header, number);
-        write(book, header, draft, number, freeUnits(book, header, {draft}).first());
+        write(book, header, {draft}, {number}, freeUnits(book, header, {draft}));
         documents::refreshTotals(book, header);
     });
 }

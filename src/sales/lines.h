@@ -39,6 +39,8 @@ QString stockWarning(SalesBook& book, const Draft& draft);
 /// again under the lock. `from` numbers the first one, 0 the one after the last. Throws Refusal when the document is
 /// transferred or full, a number is taken, or a line is not complete.
 void add(SalesBook& book, const Record& header, const QList<Draft>& drafts, int from = 0);
+/// The same for a document that the caller's transaction has just made, so that nobody else knows it.
+void addToNew(SalesBook& book, const Record& made, const QList<Draft>& drafts);
 /// Writes lines of checked units without moving them: the caller does, in the same transaction.
 void record(SalesBook& book, const Record& header, const QList<Draft>& drafts);
 /// Inserts one line before an existing one, which is pushed down with its followers. Texts are only added.

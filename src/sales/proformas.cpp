@@ -57,7 +57,7 @@ Delivered deliver(SalesBook& book, const Record& asRead) {
         header.copyFrom(proforma);
         header[strlive.fac_datf] = dateText(Clock::today());
         const Record note = documents::create(notes, header);
-        document_lines::add(notes, note, deliverableLines(book, proforma));
+        document_lines::addToNew(notes, note, deliverableLines(book, proforma));
         const bool keptDownPayment = keepDownPayment(notes, documents::current(notes, note));
         book.vente.update(strface, {{strface.fac_blv, note[strlive.fac_no]}, {strface.fac_cpt, documents::Transferred}},
                           strface.fac_no == proforma[strface.fac_no] && strface.fac_aa == proforma[strface.fac_aa]);

@@ -221,8 +221,8 @@ QString deliverUsed(Files& files, const Return& wanted, const QList<Record>& use
     const Record note = documents::create(deliveries, header);
     QStringList numbers;
     for (const Record& unit : used) numbers.append(unit[strproduit.imm_art]);
-    document_lines::add(deliveries, note,
-                        document_lines::ofUnits(deliveries, note, unit_rules::checkAll(deliveries, note, numbers)));
+    document_lines::addToNew(
+        deliveries, note, document_lines::ofUnits(deliveries, note, unit_rules::checkAll(deliveries, note, numbers)));
     return note[strlive.fac_no];
 }
 

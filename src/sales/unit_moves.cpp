@@ -273,20 +273,41 @@ void takeBack(SalesBook& book, const Record& note, const Record& unit) {
         moveTo(book, *before->kind, before->header, before->line, from, moved);
     else
         makeUnsold(book, moved, from);
-    store(book, unit, moved);
+    store(book, {{unit, moved}});
 }
+
+/// Units of one century that get the same values.
+struct Alike {
+    QList<Assignment> values;
+    QString century;
+    QStringList numbers;
+};
 
 } // namespace
 
 /// The quantity in stock counts the units not sold.
-void store(SalesBook& book, const Record& before, const Record& after) {
-    QList<Assignment> changes;
-    for (const Field* field : strproduit.fields())
-        if (before.value(*field) != after.value(*field)) changes.append({*field, after.value(*field)});
-    if (changes.isEmpty()) return;
-    book.molven.update(strproduit, changes, Immatriculation::fromText(before[strproduit.imm_art]).criterion());
-    if (isSold(before) != isSold(after))
-        articles::moveStock(book.molven, before[strproduit.ref_art], isSold(after) ? -1 : 1);
+void store(SalesBook& book, const QList<Changed>& units) {
+    QMap<QStringList, Alike> groups;
+    QMap<QString, int> back; // units of an article that are no longer sold, or below zero have become so
+    for (const auto& [before, after] : units) {
+        const Immatriculation unit = Immatriculation::fromText(before[strproduit.imm_art]);
+        Alike alike{{}, unit.century(), {}};
+        QStringList said{alike.century};
+        for (const Field* field : strproduit.fields()) {
+            if (before.value(*field) == after.value(*field)) continue;
+            alike.values.append({*field, after.value(*field)});
+            said << field->name << after.value(*field);
+        }
+        if (alike.values.isEmpty()) continue;
+        if (!groups.contains(said)) groups.insert(said, alike);
+        groups[said].numbers.append(unit.number());
+        if (isSold(before) != isSold(after)) back[before[strproduit.ref_art]] += isSold(after) ? -1 : 1;
+    }
+    for (const Alike& alike : std::as_const(groups))
+        book.molven.update(strproduit, alike.values,
+                           strproduit.pro_ann == alike.century && isOneOf(strproduit.imm_art, alike.numbers));
+    for (auto article = back.begin(); article != back.end(); ++article)
+        articles::moveStock(book.molven, article.key(), article.value());
 }
 
 bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit) {
@@ -328,7 +349,7 @@ void undo(SalesBook& book, const Record& header, const Record& line) {
     const DocumentLines& lines = book.kind().lines;
     if (sale && !line[lines.fac_ori].isEmpty())
         setImplantation(moved, line[lines.fac_opat], line[lines.fac_oclt], line[lines.fac_odat]);
-    store(book, *unit, moved);
+    store(book, {{*unit, moved}});
 }
 
 void sell(SalesBook& invoices, const Record& invoice, const Record& note, const QList<Record>& lines) {
@@ -347,11 +368,13 @@ void sell(SalesBook& invoices, const Record& invoice, const Record& note, const 
                 QStringLiteral("txtchoix"));
         delivered.append(*unit);
     }
+    QList<Changed> all;
     for (const Record& unit : delivered) {
         Record sold = unit;
         invoiceDelivered(invoice, note[strlive.fac_no], sold);
-        store(invoices, unit, sold);
+        all.append({unit, sold});
     }
+    store(invoices, all);
     transaction.commit();
 }
 
@@ -362,7 +385,7 @@ void deliverAgain(SalesBook& invoices, const Record& note, const Record& line) {
         return;
     Record delivered = *unit;
     moveTo(invoices, delivery(), note, line, depotOf(invoices, {&delivery(), note, line}), delivered);
-    store(invoices, *unit, delivered);
+    store(invoices, {{*unit, delivered}});
 }
 
 void reprice(SalesBook& book, const Record& header, const Record& line) {
@@ -370,7 +393,7 @@ void reprice(SalesBook& book, const Record& header, const Record& line) {
     if (book.kind().isCredit || !unit || !isHeldBy(book.kind(), header, *unit)) return;
     Record priced = *unit;
     setSale(book, book.kind().lines, line, priced);
-    store(book, *unit, priced);
+    store(book, {{*unit, priced}});
 }
 
 void correctPatient(SalesBook& book, const Record& before, const Record& after) {
@@ -379,6 +402,7 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
     const QString former = before[headers.fac_pat], patient = after[headers.fac_pat];
     const QList<Record> all = documents::linesRead(book, after);
     Transaction transaction(book.workspace, {}, document_locks::ofUnits(book.kind(), all));
+    QList<Changed> changed;
     for (const Record& line : all) {
         const auto unit = line[lines.fac_imm].isEmpty() ? std::nullopt : unitOf(book, book.kind(), line);
         if (!unit || !isHeldBy(book.kind(), after, *unit)) continue;
@@ -389,8 +413,9 @@ void correctPatient(SalesBook& book, const Record& before, const Record& after) 
         Record corrected = *unit;
         if (book.kind().unitState != state::InStock && fromDocument) corrected[strproduit.reg_pat] = patient;
         if (!note) corrected[strproduit.ref_vte] = shortened(book.kind(), patient, strproduit.ref_vte);
-        store(book, *unit, corrected);
+        changed.append({*unit, corrected});
     }
+    store(book, changed);
     transaction.commit();
 }
 

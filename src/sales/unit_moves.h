@@ -11,8 +11,12 @@ bool isHeldBy(const DocumentKind& kind, const Record& header, const Record& unit
 
 /// The unit as a validated line leaves it.
 Record moved(SalesBook& book, const Record& header, const Record& line, const Record& unit);
-/// Writes of a unit what differs.
-void store(SalesBook& book, const Record& before, const Record& after);
+/// A unit as it stands and as it is to be.
+struct Changed {
+    Record before, after;
+};
+/// Writes of each unit what differs; those that change alike by one statement.
+void store(SalesBook& book, const QList<Changed>& units);
 /// What deleting a line does to its unit: a sale's goes back to the main depot unsold, a credit note's to the sale it
 /// was taken from, whichever family and file holds it, a transfer's to the depot of departure. A unit that has left a
 /// delivery note since is left alone. Throws Refusal for an archived unit, and for one that was taken back, sold again
