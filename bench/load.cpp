@@ -42,7 +42,12 @@ QString dated() { return QStringLiteral("05/03/2040"); }
 /// One workstation: what it does by turns, and how long each took.
 class Station {
 public:
-    Station(const Session& session, int number) : session_(session), chance_(static_cast<quint32>(number) + 1) {}
+    Station(const Session& session, int number) : session_(session), chance_(static_cast<quint32>(number) + 1) {
+        constexpr int MostAsked = 5000;
+        Workspace workspace;
+        for (const Record& unit : workspace.open(session.molven()).first(MostAsked, strproduit, {}))
+            asked_.append(unit[strproduit.imm_art]);
+    }
 
     void work(int seconds, QTextStream& told) {
         struct Turn {
@@ -79,14 +84,19 @@ private:
         }
     }
 
-    QString someUnit(const Criterion& criterion) {
+    /// One of the first that are free.
+    QString someUnit() {
         Workspace workspace;
-        const QList<Record> found = workspace.open(session_.molven()).first(50, strproduit, criterion);
+        const QList<Record> found = workspace.open(session_.molven())
+                                        .first(50, strproduit,
+                                               strproduit.ref_art == Article && strproduit.tes_vte == state::InStock &&
+                                                   strproduit.num_dep == MainDepot,
+                                               strproduit.imm_art);
         if (found.isEmpty()) throw Refusal(QStringLiteral("Plus d'unité"));
         return found[chance_.bounded(static_cast<int>(found.size()))][strproduit.imm_art];
     }
 
-    void enquire() { unit_history::find(session_, someUnit(strproduit.pro_ann == QStringLiteral("20"))); }
+    void enquire() { unit_history::find(session_, asked_[chance_.bounded(static_cast<int>(asked_.size()))]); }
 
     void receive() {
         Workspace workspace;
@@ -106,9 +116,7 @@ private:
     void deliver() {
         SalesBook book(session_, documentKind(QStringLiteral("LIV")));
         QStringList units;
-        for (int i = 0; i < 3; ++i)
-            units.append(someUnit(strproduit.ref_art == Article && strproduit.tes_vte == state::InStock &&
-                                  strproduit.num_dep == MainDepot));
+        for (int i = 0; i < 3; ++i) units.append(someUnit());
         units.removeDuplicates();
         documents::createWith(book, documents::blank(book, QStringLiteral("000006")), units);
     }
@@ -124,6 +132,7 @@ private:
 
     const Session& session_;
     QRandomGenerator chance_;
+    QStringList asked_; ///< units that it asks about
 };
 
 /// Every line is what became of a deed, its microseconds, its kind and its round trips.

@@ -172,15 +172,20 @@ void traceByRule(benchmark::State& state) {
     measure(state, [&] { benchmark::DoNotOptimize(unit_history::find(session(), unit)); });
 }
 
+/// The unit, its lines and the headers of their documents, in one message.
 void traceBare(benchmark::State& state) {
     const QByteArray unit = tracedUnit().toUtf8();
     BareServer server(address());
     measure(state, [&] {
         for (const QByteArray schema : {"molven", "historic"})
             server.send("select * from " + schema + ".strproduit where pro_ann='20' and imm_art=$1", {unit});
-        for (const QByteArray schema : {"vente", "historic"})
-            for (const QByteArray table : {"strbtrl", "strlivl", "strfacl", "strcsgl"})
-                server.send("select * from " + schema + '.' + table + " where fac_imm=$1 order by fac_no", {unit});
+        for (const QByteArray schema : {"vente.", "historic."})
+            for (const QByteArray family : {"strbtr", "strliv", "strfac", "strcsg"}) {
+                server.send("select * from " + schema + family + "l where fac_imm=$1 order by fac_no", {unit});
+                server.send("select e.* from " + schema + family + "l l join " + schema + family +
+                                "e e on e.fac_aa=l.fac_aa and e.fac_no=l.fac_no where l.fac_imm=$1",
+                            {unit});
+            }
         server.wait();
     });
 }

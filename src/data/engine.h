@@ -58,7 +58,7 @@ public:
     /// latest with the next statement that reads or the commit.
     Written write(const QString& sql, const QStringList& values = {});
     /// These values will be asked for by this statement within the transaction or the reading that is open: what a
-    /// server has to be asked is asked at once.
+    /// server has to be asked is asked along with the next question.
     virtual void foresee(const QString& sql, const QList<QStringList>& values) = 0;
     /// Until endReading() the engine may answer the same question as it did before, unless something was written here.
     virtual void beginReading() = 0;

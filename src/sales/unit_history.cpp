@@ -9,17 +9,18 @@ namespace molven::unit_history {
 
 namespace {
 
-QList<Record> allOf(const Recordset& records) {
-    QList<Record> rows;
-    for (const Record& record : records) rows.append(record);
-    return rows;
+/// What collect() will read.
+void foresee(Database file, const Immatriculation& unit) {
+    for (const DocumentLines* table :
+         std::initializer_list<const DocumentLines*>{&strbtrl, &strlivl, &strfacl, &strcsgl})
+        file.foreseeAll(*table, table->fac_imm == unit.number(), table->fac_no);
 }
 
 /// Puts the lines that one file has of a unit to the others of the trail, and their steps on its road.
 void collect(UnitTrail& trail, QList<Record>& road, Database file, const Immatriculation& unit,
              const QString& whose = {}) {
     const auto linesIn = [&](const DocumentLines& table) {
-        return allOf(file.select(table, table.fac_imm == unit.number(), table.fac_no));
+        return file.all(table, table.fac_imm == unit.number(), table.fac_no);
     };
     const UnitTrail found{{}, linesIn(strbtrl), linesIn(strlivl), linesIn(strfacl), linesIn(strcsgl)};
     trail.transfers += found.transfers;
@@ -41,11 +42,14 @@ UnitHistory find(const Session& session, const QString& typed, Source source) {
     Database vente = workspace.open(session.vente());
     Database historic = workspace.open(session.historic());
     const OtherFolders others(session);
+    const Reading reading(workspace);
+    for (Database file : {vente, historic}) foresee(file, unit);
+    historic.foreseeAll(strproduit, unit.criterion());
     UnitHistory history;
     history.immatriculation = unit.number();
-    history.current.unit = allOf(unitFile.select(strproduit, unit.criterion()));
+    history.current.unit = unitFile.all(strproduit, unit.criterion());
     for (Database file : QList<Database>{historic} + others.archives())
-        history.archived.unit += allOf(file.select(strproduit, unit.criterion()));
+        history.archived.unit += file.all(strproduit, unit.criterion());
     if (history.current.unit.isEmpty() && history.archived.unit.isEmpty())
         throw Refusal(QStringLiteral("Immatriculation inconnue"), QStringLiteral("txtimm"));
     const Record& record =

@@ -23,12 +23,19 @@ Record step(const QString& date, const QString& words, const QString& number, co
     return made;
 }
 
+Criterion documentOf(const DocumentHeaders& headers, const Record& line) {
+    return headers.fac_no == QString(line[strlivl.fac_no]) && headers.fac_aa == QString(line[strlivl.fac_aa]);
+}
+
+void foresee(Database file, const DocumentHeaders& headers, const QList<Record>& lines) {
+    QList<Criterion> sought;
+    for (const Record& line : lines) sought.append(documentOf(headers, line));
+    file.foresee(headers, sought);
+}
+
 /// The header of a line's document; a blank one when it is lost.
 Record headerOf(Database& file, const DocumentHeaders& headers, const Record& line) {
-    return file
-        .find(headers,
-              headers.fac_no == QString(line[strlivl.fac_no]) && headers.fac_aa == QString(line[strlivl.fac_aa]))
-        .value_or(Record(headers));
+    return file.find(headers, documentOf(headers, line)).value_or(Record(headers));
 }
 
 Record transferStep(Database& file, const Record& line) {
@@ -79,6 +86,10 @@ QList<Record> stay(const Record& unit) {
 }
 
 QList<Record> documents(const UnitTrail& lines, Database file) {
+    foresee(file, strbtre, lines.transfers);
+    foresee(file, strcsge, lines.consignments);
+    foresee(file, strlive, lines.deliveries);
+    foresee(file, strface, lines.invoices);
     QList<Record> steps;
     for (const Record& line : lines.transfers) steps.append(transferStep(file, line));
     for (const Record& line : lines.consignments) steps.append(documentStep(file, strcsge, line));

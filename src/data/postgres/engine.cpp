@@ -13,6 +13,7 @@
 #include <libpq-fe.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace molven::postgres {
 
@@ -104,9 +105,24 @@ void Engine::detach(const QString&) {}
 
 std::optional<qint64> Engine::version(const QString& schema) {
     if (!isPrepared_) return std::nullopt;
-    molven::Statement& row = run(QStringLiteral("select molven_version(?)"), {layoutOf(schema)});
-    if (!row.next() || row.text(0).isEmpty()) return std::nullopt;
-    return row.integer(0);
+    if (!versions_.contains(schema)) versions_ = versions();
+    const auto found = versions_.constFind(schema);
+    if (found == versions_.constEnd() || *found) return found == versions_.constEnd() ? std::nullopt : *found;
+    molven::Statement& row =
+        run(QStringLiteral("select molven_version(?)"), {layoutOf(schema)}); // says what forbids it
+    return row.next() && !row.text(0).isEmpty() ? std::optional(row.integer(0)) : std::nullopt;
+}
+
+/// None for a schema that this account may not look into.
+QHash<QString, std::optional<qint64>> Engine::versions() {
+    molven::Statement& rows = run(
+        QStringLiteral("select n.nspname,case when has_schema_privilege(n.oid,'usage') and "
+                       "has_table_privilege(c.oid,'select') then molven_version(n.nspname||'.molven_layout') end "
+                       "from pg_class c join pg_namespace n on n.oid=c.relnamespace where c.relname='molven_layout'"));
+    QHash<QString, std::optional<qint64>> found;
+    while (rows.next())
+        found.insert(rows.text(0), rows.text(1).isEmpty() ? std::nullopt : std::optional(rows.integer(1)));
+    return found;
 }
 
 void Engine::markAsOurs(const QString& schema, qint64 version) {
@@ -118,6 +134,8 @@ void Engine::markAsOurs(const QString& schema, qint64 version) {
 
 void Engine::begin(const Locks& locks) {
     forget();
+    foreseen_.clear();
+    versions_.clear();
     held_ = connection();
     locked_ = numbersOf(locks);
     isAlone_ = locks.isAll() || locked_.size() > MostLocked;
@@ -165,6 +183,7 @@ void Engine::commit() {
     inTransaction_ = false;
     if (wrote_) ++counted_;
     forget();
+    foreseen_.clear();
     Pool::give(std::move(held_));
 }
 
@@ -173,6 +192,7 @@ void Engine::rollback() {
     waiting_.clear();
     waitingSize_ = 0;
     forget();
+    foreseen_.clear();
     std::unique_ptr<Connection> connection = std::move(held_);
     if (!connection || connection->isLost()) return;
     connection->run(QStringLiteral("rollback"));
@@ -210,6 +230,7 @@ void Engine::rollbackTo(const QString& savepoint, Scope scope) {
 }
 
 std::vector<Result> Engine::tell(const std::vector<Command>& further) {
+    versions_.clear();
     const Lease connection(*this);
     std::vector<std::shared_ptr<Waiting>> told;
     told.swap(waiting_);
@@ -254,25 +275,31 @@ Written Engine::written(molven::Statement& statement, const QStringList& values)
 Answer Engine::ask(const Statement& statement, const QStringList& values) {
     const Command command = statement.with(values);
     if (Answer known = kept(statement, command)) return known;
-    const Answer answer(std::move(tell({command}).front()));
+    foreseen_.remove(question(command));
+    const auto along = statement.isRead() ? std::exchange(foreseen_, {}) : QHash<QString, Foreseen>();
+    std::vector<Command> commands{command};
+    for (const Foreseen& one : along) commands.push_back(one.command);
+    std::vector<Result> answers = tell(commands);
+    const Answer answer(std::move(answers.front()));
     if (!statement.isRead()) forget();
     keep(statement, command, answer);
+    auto further = answers.begin();
+    for (const Foreseen& one : along) keep(*one.statement, one.command, Answer(std::move(*++further)));
     return answer;
 }
 
 void Engine::foresee(const QString& sql, const QList<QStringList>& values) {
     if (!keeps()) return;
     const auto& statement = static_cast<const Statement&>(prepared(sql));
-    std::vector<Command> unknown;
     for (const QStringList& one : values)
-        if (Command command = statement.with(one); !kept(statement, command)) unknown.push_back(std::move(command));
-    if (unknown.empty()) return;
-    std::vector<Result> answers = tell(unknown);
-    for (std::size_t i = 0; i < unknown.size(); ++i) keep(statement, unknown[i], Answer(std::move(answers[i])));
+        if (const Command command = statement.with(one); !kept(statement, command))
+            foreseen_.insert(question(command), {&statement, command});
 }
 
 void Engine::endReading() noexcept {
-    if (--readings_ == 0 && !inTransaction_) forget();
+    if (--readings_ > 0 || inTransaction_) return;
+    forget();
+    foreseen_.clear();
 }
 
 QString Engine::question(const Command& command) {

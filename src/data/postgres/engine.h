@@ -27,6 +27,7 @@ public:
     bool isFar() const override { return true; }
     QString attach(const QString& path) override;
     void detach(const QString& schema) override;
+    /// Files that are opened one after the other are asked for at once.
     std::optional<qint64> version(const QString& schema) override;
     void markAsOurs(const QString& schema, qint64 version) override;
 
@@ -77,7 +78,12 @@ private:
         Answer answer;
         qint64 moment;
     };
+    struct Foreseen {
+        const Statement* statement;
+        Command command;
+    };
     std::unique_ptr<Connection> connection() const;
+    QHash<QString, std::optional<qint64>> versions();
     /// Tells the server what waits, then these; the answers to these.
     std::vector<Result> tell(const std::vector<Command>& further);
     void wait(const std::shared_ptr<Waiting>& command);
@@ -109,9 +115,11 @@ private:
 
     int readings_ = 0;
     QHash<QString, Kept> kept_;
-    QHash<QString, qint64> writtenAt_; ///< table -> moment
-    qint64 moment_ = 0;                ///< counts questions and changes
-    qint64 counted_ = 0;               ///< changes of this workspace
+    QHash<QString, Foreseen> foreseen_;              ///< by question, until the next one
+    QHash<QString, std::optional<qint64>> versions_; ///< of all schemas, until the next question
+    QHash<QString, qint64> writtenAt_;               ///< table -> moment
+    qint64 moment_ = 0;                              ///< counts questions and changes
+    qint64 counted_ = 0;                             ///< changes of this workspace
 };
 
 /// Two nested ones share the connection.
