@@ -6,8 +6,8 @@
 namespace molven {
 
 /// What the engines write differently. Everything else of a statement is the same on all of them: question marks stand
-/// for values, `rowid` is a record's key, and `folded`, `instr`, `product` and `quotient` are functions that every engine
-/// has or is given.
+/// for values, `rowid` is a record's key, and `folded`, `instr`, `product` and `quotient` are functions that every
+/// engine has or is given.
 class Dialect {
 public:
     virtual ~Dialect() = default;
