@@ -230,7 +230,7 @@ void Journal::changing(const QList<Change>& changes, const Criterion& criterion)
             any.append(sql.dialect.differs(field->name, field->kind, after(sql)));
         return u'(' + any.join(QStringLiteral(" or ")) + u')';
     });
-    if (!active() || (!engine_.isFar() && enterAlike(changes, criterion && differ))) return;
+    if (!active() || (!engine_.isFar() && enterAlike(changes, criterion, differ))) return;
     enter([&](Sql& sql) {
         const auto exact = [&](const QString& text) { return sql.dialect.exactly(text, Field::Kind::Label); };
         const QString name = exact(key(table_, sql.dialect)), changed = exact(changedFields(changes, sql)),
@@ -255,20 +255,24 @@ QString Journal::changedFields(const QList<Change>& changes, Sql& sql) {
     return object(pieces);
 }
 
-bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterion) {
+bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterion, const Criterion& differ) {
     if (std::any_of(changes.begin(), changes.end(), [](const Change& change) { return change.isComputed; }))
         return false;
     Sql first{engine_.dialect()};
     QStringList names;
     for (const Change& change : changes) names.append(change.field->name);
-    const QString where = criterion.where(first);
+    const QString where = (criterion && differ).where(first);
     Statement& one = engine_.run(QStringLiteral("select %1 from %2%3 limit 1").arg(names.join(u','), qualified_, where),
                                  first.values);
     if (!one.next()) return true;
     QStringList before;
     for (int i = 0; i < changes.size(); ++i) before.append(RowReader::bound(*changes[i].field, one.text(i)));
     one.finish();
+    // Mostly all of them change, and need not be asked.
+    return enterThoseWith(before, changes, criterion) || enterThoseWith(before, changes, criterion && differ);
+}
 
+bool Journal::enterThoseWith(const QStringList& before, const QList<Change>& changes, const Criterion& criterion) {
     Sql sql{engine_.dialect()};
     const QString value = changedFields(changes, sql), keys = sql.dialect.lines(key(table_, sql.dialect));
     QStringList others;

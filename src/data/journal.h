@@ -89,7 +89,9 @@ private:
     static QString changedFields(const QList<Change>& changes, Sql& sql);
     /// Enters the records that are about to change when they hold the same in all these fields, without sorting them;
     /// false, with nothing written, when they do not.
-    bool enterAlike(const QList<Change>& changes, const Criterion& criterion);
+    bool enterAlike(const QList<Change>& changes, const Criterion& criterion, const Criterion& differ);
+    /// The same of records that all hold these values.
+    bool enterThoseWith(const QStringList& before, const QList<Change>& changes, const Criterion& criterion);
     /// Adds the entries that a selection gives: key, how, value and keys, and where they come from.
     void enter(const Piece& entries);
     void sealFormerDays();

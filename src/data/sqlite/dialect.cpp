@@ -72,8 +72,10 @@ public:
         return QStringLiteral("(%1 is %2 or cast(%1 as text) is %3)").arg(field.name, mark, sql.bindOrNull(value));
     }
 
+    /// A number is made of its text once, not for every record.
     QString differs(const QString& expression, Kind kind, const QString& other) const override {
-        return QStringLiteral("%1 is not %2").arg(expression, exactly(other, kind));
+        return kind == Kind::Number ? QStringLiteral("%1 is not cast(%2 as numeric)").arg(expression, other)
+                                    : QStringLiteral("%1 is not %2").arg(expression, exactly(other, kind));
     }
 
     QString exactly(const QString& expression, Kind kind) const override {
