@@ -14,10 +14,19 @@ namespace molven {
 
 namespace {
 
+const QString ByKey = QStringLiteral("rowid");
+
 QString namesOf(const QList<const Field*>& fields) {
     QStringList names;
     for (const Field* field : fields) names.append(field->name);
     return names.join(u',');
+}
+
+/// The statement for whole records of a table; those of the same rank come by `last`.
+QString wholeRecords(const Table& table, const QString& name, const Criterion& criterion, const Order& order,
+                     const QString& last, Sql& sql) {
+    const QString where = criterion.where(sql), sorted = order.in(sql, last);
+    return QStringLiteral("select %1 from %2%3%4").arg(table.columns(), name, where, sorted);
 }
 
 QStringList valuesOf(const Statement& row, int count) {
@@ -57,9 +66,8 @@ std::optional<Record> Database::find(const Table& table, const Criterion& criter
 }
 
 QString Database::selection(const Table& table, const Criterion& criterion, const Order& order, Sql& sql) const {
-    const QString where = criterion.where(sql),
-                  sorted = order.in(sql, sql.dialect.byKey(order.isEmpty() && !criterion.always()));
-    return QStringLiteral("select %1 from %2%3%4").arg(table.columns(), qualified(table), where, sorted);
+    return wholeRecords(table, qualified(table), criterion, order,
+                        sql.dialect.byKey(order.isEmpty() && !criterion.always()), sql);
 }
 
 QString Database::limited(const QString& selection, int most) {
@@ -79,7 +87,7 @@ void Database::foresee(const Table& table, const QList<Criterion>& criteria) {
 
 void Database::foreseeAll(const Table& table, const Criterion& criterion, const Order& order) {
     Sql sql{engine_->dialect()};
-    const QString text = selection(table, criterion, order, sql);
+    const QString text = wholeRecords(table, qualified(table), criterion, order, ByKey, sql);
     engine_->foresee(text, {sql.values});
 }
 
@@ -91,7 +99,7 @@ QList<Record> Database::first(int most, const Table& table, const Criterion& cri
 
 QList<Record> Database::all(const Table& table, const Criterion& criterion, const Order& order) {
     Sql sql{engine_->dialect()};
-    const QString text = selection(table, criterion, order, sql);
+    const QString text = wholeRecords(table, qualified(table), criterion, order, ByKey, sql);
     return records(table, text, sql.values);
 }
 

@@ -61,6 +61,29 @@ TEST_F(UnitMoves, OpenTheNoteAgainWithTheLastOfItsLinesOnTheInvoice) {
     EXPECT_EQ(stateOf(units[0]).toStdString(), Sold);
 }
 
+TEST_F(UnitMoves, OfOneInvoiceLeaveEachUnitItsOwnPriceAndEachArticleItsOwnStock) {
+    const QStringList hips = dossier.receive(QStringLiteral("HIP"), 3),
+                      grafts = dossier.receive(QStringLiteral("GRAFT"), 2);
+    SalesBook invoices = book("FAC");
+    invoices.molven.update(strarticle, {{strarticle.art_pv1, QStringLiteral("77")}},
+                           strarticle.art_ref == QStringLiteral("GRAFT"));
+    const Record invoice = invoiceOfNote(invoices, {hips[0], grafts[0], hips[1]});
+    QStringList prices;
+    for (const Record& line : documents::lines(invoices, invoice)) {
+        const Record unit = dossier.unit(line[strfacl.fac_imm]);
+        EXPECT_EQ(unit[strproduit.pro_vte], line[strfacl.fac_pv]) << qPrintable(unit.value(strproduit.imm_art));
+        EXPECT_EQ(stateOf(line[strfacl.fac_imm]).toStdString(), Sold);
+        prices.append(unit.value(strproduit.pro_vte));
+    }
+    ASSERT_EQ(prices.size(), 3);
+    EXPECT_EQ(prices[1], QStringLiteral("69.3"));
+    EXPECT_EQ(prices[0], prices[2]);
+    EXPECT_NE(prices[0], prices[1]);
+    EXPECT_EQ(dossier.stock(QStringLiteral("HIP")), Decimal(1));
+    EXPECT_EQ(dossier.stock(QStringLiteral("GRAFT")), Decimal(1));
+    EXPECT_EQ(dossier.unit(hips[2])[strproduit.tes_vte], state::InStock);
+}
+
 TEST_F(UnitMoves, OpenTheNoteAgainWhenItsInvoiceIsDroppedButLeaveUnitsThatMovedOn) {
     const QStringList units = dossier.receive(QStringLiteral("HIP"), 2);
     SalesBook invoices = book("FAC"), notes = book("LIV");
