@@ -13,8 +13,16 @@ namespace {
 
 QString lockIn(const QString& folder) { return folder + QStringLiteral("/.verrou"); }
 
-std::unique_ptr<HeldFile> locked(const QString& path) {
-    return std::make_unique<HeldFile>(path, HeldFile::Hold::Alone, 0);
+/// The lock of a folder; none where somebody else has it, or had it and took the folder away.
+std::unique_ptr<HeldFile> lockOf(const QString& folder) {
+    if (!QFile::exists(lockIn(folder))) return nullptr;
+    try {
+        auto lock = std::make_unique<HeldFile>(lockIn(folder), HeldFile::Hold::Alone, 0);
+        if (QFile::exists(lock->path())) return lock;
+    } catch (const DataError&) {
+        return nullptr;
+    }
+    return nullptr;
 }
 
 /// Stands in one that is whole.
@@ -44,12 +52,8 @@ Refusal notWritable(const QString& folder) {
 void Staging::settle(const QString& parent, const QString& name) {
     for (const QString& one : QDir(parent).entryList({name + u'-' + u'*'}, QDir::Dirs | QDir::Hidden)) {
         QDir folder(QDir(parent).filePath(one));
-        if (!QFile::exists(lockIn(folder.path()))) continue;
-        try {
-            locked(lockIn(folder.path()));
-        } catch (const DataError&) {
-            continue; // somebody works in it
-        }
+        const auto lock = lockOf(folder.path());
+        if (!lock) continue; // somebody works in it
         if (QFile::exists(markIn(folder.path())) && !pour(folder)) continue;
         folder.removeRecursively();
     }
@@ -57,15 +61,20 @@ void Staging::settle(const QString& parent, const QString& name) {
 
 Staging::Staging(const QString& parent, const QString& name) {
     settle(parent, name);
-    const QString path = QStringLiteral("%1/%2-%3")
-                             .arg(parent, name)
-                             .arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0'));
-    QFile lock(lockIn(path));
-    if (!QDir().mkdir(path) || !lock.open(QIODevice::WriteOnly)) throw notWritable(parent);
-    lock.close();
-    path_ = path;
-    keepFromOthers(path_);
-    lock_ = locked(lock.fileName());
+    // Until it is locked, another program that settles takes it for one left behind, and takes it away.
+    for (int tries = 0; !lock_; ++tries) {
+        const QString path = QStringLiteral("%1/%2-%3")
+                                 .arg(parent, name)
+                                 .arg(QRandomGenerator::system()->generate(), 8, 16, QLatin1Char('0'));
+        if (tries == 100 || !QDir().mkdir(path)) throw notWritable(parent);
+        keepFromOthers(path);
+        if (!QFile(lockIn(path)).open(QIODevice::WriteOnly)) throw notWritable(parent);
+        lock_ = lockOf(path);
+        if (lock_)
+            path_ = path;
+        else
+            QDir(path).removeRecursively();
+    }
 }
 
 Staging::~Staging() {
@@ -75,8 +84,8 @@ Staging::~Staging() {
 
 void Staging::moveTo(const QString& target) {
     keepAllFromOthers(path_);
+    QFile::remove(lockIn(path_)); // while it is held: whoever gets it later sees that it is gone
     lock_.reset();
-    QFile::remove(lockIn(path_));
     QDir().rmdir(target);
     if (!QDir().rename(path_, target)) throw notWritable(target);
     path_.clear();

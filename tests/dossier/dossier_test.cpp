@@ -5,11 +5,13 @@
 #include "data/journal_tables.h"
 #include "dossier/creation.h"
 #include "dossier/demo.h"
+#include "dossier/staging.h"
 #include "reference/articles.h"
 #include "reference/parameter_tables.h"
 #include "reference/seller.h"
 #include "reference/seller_tables.h"
 #include "sales/integration.h"
+#include "shell/folder_files.h"
 #include "shell/tables.h"
 #include "stock/units.h"
 
@@ -318,6 +320,27 @@ TEST(Creation, IsWholeOrAbsentInAFolderThatIsThereWhereverItIsKilled) {
         EXPECT_TRUE(QDir(folder.path()).entryList({QStringLiteral(".creation*")}, QDir::Dirs | QDir::Hidden).isEmpty());
     }
     EXPECT_GT(kills, 4);
+}
+
+/// What one program makes aside is not what another left behind, however often each looks.
+TEST(Creation, OfSeveralAtOnceInOnePlaceLeavesEachWhole) {
+    QTemporaryDir place;
+    const QString aside = QStringLiteral(".creation");
+    const auto folder = [&](int station, int n) { return place.filePath(QStringLiteral("%1-%2").arg(station).arg(n)); };
+    QList<pid_t> stations;
+    for (int station = 0; station < 4; ++station)
+        stations << test::station([&] {
+            for (int n = 0; n < 100; ++n) {
+                Staging built(place.path(), aside);
+                writeLine(built.path() + QStringLiteral("/CHEMIN.HC"), QStringLiteral("BASE"));
+                built.moveTo(folder(station, n));
+            }
+        });
+    for (const pid_t station : stations) EXPECT_EQ(test::ended(station), 0);
+    for (int station = 0; station < 4; ++station)
+        for (int n = 0; n < 100; ++n)
+            EXPECT_EQ(QDir(folder(station, n)).entryList(QDir::Files | QDir::Hidden), QStringList{"CHEMIN.HC"});
+    EXPECT_TRUE(QDir(place.path()).entryList({aside + u'*'}, QDir::Dirs | QDir::Hidden).isEmpty());
 }
 
 /// A share that refuses a name half-way: what had found its place is taken back.
