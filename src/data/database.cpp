@@ -284,16 +284,8 @@ void Database::insert(const QList<Record>& records) {
 }
 
 Written Database::update(const Table& table, const QList<Assignment>& assignments, const Criterion& criterion) {
-    QStringList sets;
-    Sql sql{engine_->dialect()};
-    for (const Assignment& assignment : assignments) {
-        const Field& field = assignment.field;
-        sets.append(field.name + u'=' +
-                    sql.bindOrNull(RowReader::bound(field, Record::fitted(field, assignment.value))));
-    }
-    const QString where = criterion.where(sql);
-    return write(table, QStringLiteral("update %1 set %2%3").arg(qualified(table), sets.join(u','), where), sql.values,
-                 [&](Journal& journal) { journal.changing(assignments, criterion); });
+    return Journal::update({*workspace_, *engine_, qualified(table), table}, Journal::changesOf(assignments),
+                           criterion);
 }
 
 Written Database::remove(const Table& table, const Criterion& criterion) {
@@ -320,21 +312,13 @@ qint64 Database::moveTo(Database target, const Table& table, const Criterion& cr
 }
 
 Written Database::copyField(const Table& table, const Field& to, const Field& from, const Criterion& criterion) {
-    Sql sql{engine_->dialect()};
-    const QString where = criterion.where(sql);
-    return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), to.name, from.name, where),
-                 sql.values, [&](Journal& journal) {
-                     journal.computing(
-                         to, [&](Sql&) { return from.name; }, criterion);
-                 });
+    const Piece after = [&](Sql&) { return from.name; };
+    return Journal::update({*workspace_, *engine_, qualified(table), table}, {{&to, after}}, criterion);
 }
 
 Written Database::addTo(const Table& table, const Number& field, const Decimal& amount, const Criterion& criterion) {
     const Piece after = [&](Sql& sql) { return sql.dialect.raised(field, amount, sql); };
-    Sql sql{engine_->dialect()};
-    const QString sum = after(sql), where = criterion.where(sql);
-    return write(table, QStringLiteral("update %1 set %2=%3%4").arg(qualified(table), field.name, sum, where),
-                 sql.values, [&](Journal& journal) { journal.computing(field, after, criterion); });
+    return Journal::update({*workspace_, *engine_, qualified(table), table}, {{&field, after}}, criterion);
 }
 
 Written Database::write(const Table& table, const QString& sql, const QStringList& values,

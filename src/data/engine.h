@@ -57,6 +57,18 @@ public:
     /// The same for one that adds, changes or removes records. Within a transaction a server may be told later, at the
     /// latest with the next statement that reads or the commit.
     Written write(const QString& sql, const QStringList& values = {});
+    /// Records of which an update noted the same change.
+    struct Noted {
+        QString change;
+        qint64 count;
+        QByteArray keys;       ///< each with a line feed behind
+        QStringList manyLined; ///< keys that have one themselves
+    };
+    /// What the last statement that wrote has noted of its records, in the order in which it came upon them, where the
+    /// engine is not far. To note is for the new value of a field: `noted(key, value, change)` gives the value, and so
+    /// does `noted(key, value)` with the change of the record before; `alike(...)`, which is asked first, tells whether
+    /// these are the values that it was given for the record before.
+    virtual QList<Noted> noted() = 0;
     /// These values will be asked for by this statement within the transaction or the reading that is open: what a
     /// server has to be asked is asked along with the next question.
     virtual void foresee(const QString& sql, const QList<QStringList>& values) = 0;

@@ -63,8 +63,38 @@ constexpr int MostNamed = 4096;
 /// Neighbours that share an entry: more than a hundred only where keys are not unique.
 constexpr int MostNeighbours = 100;
 
-/// Keys as an entry names them.
+/// An entry of nothing, in JSON.
+const QString NothingChanged = QStringLiteral("{}");
+
 QString lines(const QStringList& texts) { return texts.join(u'\n') + u'\n'; }
+
+/// Keys that stand under one, each with a line feed behind, as sharing() parts them.
+struct Shared {
+    QString key;
+    QString keys;
+};
+
+QList<Shared> byFamily(const QByteArray& keys) {
+    if (keys.isEmpty()) return {};
+    QMap<QString, QString> families;
+    for (const QString& key : QString::fromUtf8(keys).chopped(1).split(u'\n')) {
+        const QString family = JournalKeys::family(key);
+        families[family.isEmpty() ? key : family] += key + u'\n';
+    }
+    QList<Shared> shared;
+    for (auto family = families.begin(); family != families.end(); ++family)
+        shared.append({family.key(), family.value()});
+    return shared;
+}
+
+QList<Shared> byNumber(const QByteArray& keys) {
+    QList<Shared> shared;
+    for (qsizetype from = 0, to = 0; from < keys.size(); from = to) {
+        for (int taken = 0; taken < MostNamed && to < keys.size(); ++taken) to = keys.indexOf('\n', to) + 1;
+        shared.append({QString(), QString::fromUtf8(keys.sliced(from, to - from))});
+    }
+    return shared;
+}
 
 /// Of a selection of keys and how many they are in all (`named`, `total`): what they stand under, and in which part of
 /// it. A key of more than one line stands alone.
@@ -99,8 +129,8 @@ public:
 
     /// To be called behind the last one.
     void enter() {
-        if (!keys_.isEmpty())
-            journal_.add(family_, keys_, kind_, keys_.size() == 1 ? digests_.first() : lines(digests_));
+        if (keys_.size() == 1) journal_.add(keys_.first(), kind_, digests_.first());
+        if (keys_.size() > 1) journal_.add(family_, kind_, lines(digests_), u'\n' + lines(keys_));
         keys_.clear();
         digests_.clear();
     }
@@ -132,6 +162,39 @@ Written Journal::write(const Place& place, const std::function<Written()>& state
     Journal journal(place);
     tell(journal);
     Written written = statements();
+    transaction.commit();
+    return written;
+}
+
+QList<Journal::Change> Journal::changesOf(const QList<Assignment>& assignments) {
+    QList<Change> changes;
+    for (const Assignment& assignment : assignments) {
+        const Field& field = assignment.field;
+        const QString after = RowReader::bound(field, Record::fitted(field, assignment.value));
+        changes.append({&field, [after](Sql& sql) { return sql.bindOrNull(after); }});
+    }
+    return changes;
+}
+
+Written Journal::update(const Place& place, const QList<Change>& changes, const Criterion& criterion,
+                        const Criterion& asRead) {
+    const auto run = [&](const Journal* noting) {
+        Sql sql{place.engine.dialect()};
+        QStringList sets;
+        for (const Change& change : changes)
+            sets.append(change.field->name + u'=' +
+                        (noting && sets.isEmpty() ? noting->noting(changes, sql) : change.after(sql)));
+        const QString where = (criterion && asRead).where(sql);
+        return place.engine.write(QStringLiteral("update %1 set %2%3").arg(place.qualified, sets.join(u','), where),
+                                  sql.values);
+    };
+    if (!place.table.trail()) return run(nullptr);
+    Transaction transaction(place.workspace, Engine::Scope::Change);
+    Journal journal(place);
+    const bool tells = journal.active(), notes = tells && !place.engine.isFar();
+    if (tells && !notes) journal.changing(changes, criterion);
+    Written written = run(notes ? &journal : nullptr);
+    if (notes) journal.enterNoted(place.engine.noted());
     transaction.commit();
     return written;
 }
@@ -177,13 +240,6 @@ void Journal::add(const QString& recordKey, const QString& kind, const QString& 
     engine_.write(entry(file_) + QStringLiteral("values (%1)").arg(marks.join(u',')), sql.values);
 }
 
-void Journal::add(const QString& shared, const QStringList& keys, const QString& kind, const QString& value) {
-    if (keys.size() == 1)
-        add(keys.first(), kind, value);
-    else
-        add(shared, kind, value, u'\n' + lines(keys));
-}
-
 void Journal::arriving(const QString& fromTable, const Criterion& criterion) {
     if (!active()) return;
     Sql sql{engine_.dialect()};
@@ -209,28 +265,13 @@ void Journal::takeOver(const Place& place, const std::function<void()>& told) {
     arrivals.enter();
 }
 
-void Journal::changing(const QList<Assignment>& assignments, const Criterion& criterion) {
-    QList<Change> changes;
-    for (const Assignment& assignment : assignments) {
-        const Field& field = assignment.field;
-        const QString after = RowReader::bound(field, Record::fitted(field, assignment.value));
-        changes.append({&field, [after](Sql& sql) { return sql.bindOrNull(after); }, false});
-    }
-    changing(changes, criterion);
-}
-
-void Journal::computing(const Field& field, const Piece& after, const Criterion& criterion) {
-    changing({{&field, after, true}}, criterion);
-}
-
 void Journal::changing(const QList<Change>& changes, const Criterion& criterion) {
     const Criterion differ([&changes](Sql& sql) {
         QStringList any;
-        for (const auto& [field, after, isComputed] : changes)
+        for (const auto& [field, after] : changes)
             any.append(sql.dialect.differs(field->name, field->kind, after(sql)));
         return u'(' + any.join(QStringLiteral(" or ")) + u')';
     });
-    if (!active() || (!engine_.isFar() && enterAlike(changes, criterion, differ))) return;
     enter([&](Sql& sql) {
         const auto exact = [&](const QString& text) { return sql.dialect.exactly(text, Field::Kind::Label); };
         const QString name = exact(key(table_, sql.dialect)), changed = exact(changedFields(changes, sql)),
@@ -246,7 +287,7 @@ void Journal::changing(const QList<Change>& changes, const Criterion& criterion)
 QString Journal::changedFields(const QList<Change>& changes, Sql& sql) {
     const Dialect& dialect = sql.dialect;
     QStringList pieces;
-    for (const auto& [field, after, isComputed] : changes) {
+    for (const auto& [field, after] : changes) {
         const QString changed = dialect.differs(field->name, field->kind, after(sql));
         pieces.append(QStringLiteral("case when %1 then ',\"%2\":'||'['||%3||','||%4||']' else '' end")
                           .arg(changed, field->name, dialect.json(dialect.asText(field->name, field->kind)),
@@ -255,59 +296,28 @@ QString Journal::changedFields(const QList<Change>& changes, Sql& sql) {
     return object(pieces);
 }
 
-bool Journal::enterAlike(const QList<Change>& changes, const Criterion& criterion, const Criterion& differ) {
-    if (std::any_of(changes.begin(), changes.end(), [](const Change& change) { return change.isComputed; }))
-        return false;
-    Sql first{engine_.dialect()};
-    QStringList names;
-    for (const Change& change : changes) names.append(change.field->name);
-    const QString where = (criterion && differ).where(first);
-    Statement& one = engine_.run(QStringLiteral("select %1 from %2%3 limit 1").arg(names.join(u','), qualified_, where),
-                                 first.values);
-    if (!one.next()) return true;
-    QStringList before;
-    for (int i = 0; i < changes.size(); ++i) before.append(RowReader::bound(*changes[i].field, one.text(i)));
-    one.finish();
-    // Mostly all of them change, and need not be asked.
-    return enterThoseWith(before, changes, criterion) || enterThoseWith(before, changes, criterion && differ);
+QString Journal::noting(const QList<Change>& changes, Sql& sql) const {
+    const QString name = key(table_, sql.dialect);
+    QStringList values;
+    for (const auto& [field, after] : changes) values << field->name << after(sql);
+    const Piece& first = changes.first().after;
+    const QString likeBefore = first(sql), other = first(sql), changed = changedFields(changes, sql);
+    return QStringLiteral("case when alike(%1) then noted(%2,%3) else noted(%2,%4,%5) end")
+        .arg(values.join(u','), name, likeBefore, other, changed);
 }
 
-bool Journal::enterThoseWith(const QStringList& before, const QList<Change>& changes, const Criterion& criterion) {
-    Sql sql{engine_.dialect()};
-    const QString value = changedFields(changes, sql), keys = sql.dialect.lines(key(table_, sql.dialect));
-    QStringList others;
-    for (int i = 0; i < changes.size(); ++i) {
-        const Field& field = *changes[i].field;
-        others.append(sql.dialect.differs(field.name, field.kind, sql.bindOrNull(before[i])));
-    }
-    const QString isOther = others.join(QStringLiteral(" or ")), among = criterion.where(sql);
-    Statement& all = engine_.run(
-        QStringLiteral("select %1,%2,count(*),sum(%3) from %4%5").arg(value, keys, isOther, qualified_, among),
-        sql.values);
-    all.next();
-    const qint64 count = all.integer(2);
-    const QString changed = all.text(0), named = all.text(1); // each behind the one before, with a line feed behind
-    const bool areAlike = all.integer(3) == 0 && named.count(u'\n') == count;
-    all.finish();
-    if (areAlike) addAlike(named, count, changed);
-    return areAlike;
-}
-
-void Journal::addAlike(const QString& named, qint64 count, const QString& changed) {
+void Journal::enterNoted(const QList<Engine::Noted>& changes) {
+    qint64 total = 0;
+    for (const Engine::Noted& noted : changes)
+        if (noted.change != NothingChanged) total += noted.count;
     const QString kind = QStringLiteral("M");
-    if (count < veryMany) {
-        QMap<QString, QStringList> families;
-        for (const QString& key : named.chopped(1).split(u'\n')) {
-            const QString family = JournalKeys::family(key);
-            families[family.isEmpty() ? key : family].append(key);
+    for (const Engine::Noted& noted : changes) {
+        if (noted.change == NothingChanged) continue;
+        for (const QString& key : noted.manyLined) add(key, kind, noted.change);
+        for (const auto& [key, keys] : total < veryMany ? byFamily(noted.keys) : byNumber(noted.keys)) {
+            const bool isAlone = keys.indexOf(u'\n') == keys.size() - 1;
+            add(isAlone ? keys.chopped(1) : key, kind, noted.change, isAlone ? QString() : u'\n' + keys);
         }
-        for (auto family = families.begin(); family != families.end(); ++family)
-            add(family.key(), family.value(), kind, changed);
-        return;
-    }
-    for (qsizetype from = 0, to = 0; from < named.size(); from = to) {
-        for (int taken = 0; taken < MostNamed && to < named.size(); ++taken) to = named.indexOf(u'\n', to) + 1;
-        add({}, kind, changed, u'\n' + named.sliced(from, to - from));
     }
 }
 

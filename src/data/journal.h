@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/database.h"
+#include "data/engine.h"
 #include "data/journal_keys.h"
 #include "data/written.h"
 
@@ -32,7 +33,17 @@ public:
         QString qualified; ///< its name behind its file's, "main.strproduit"
         const Table& table;
     };
-    /// Runs a statement that writes a table, once the journal was told: both or neither.
+    /// A field, and how the engine is told its new value.
+    struct Change {
+        const Field* field;
+        Piece after;
+    };
+    static QList<Change> changesOf(const QList<Assignment>& assignments);
+    /// Changes the records that a condition selects, and that a further one finds as they were read; those that are
+    /// left as they are get no entry. A caller who finds fewer changed than selected must give up the transaction.
+    static Written update(const Place& place, const QList<Change>& changes, const Criterion& criterion,
+                          const Criterion& asRead = {});
+    /// Runs another statement that writes a table, once the journal was told: both or neither.
     static Written write(const Place& place, const QString& sql, const QStringList& values,
                          const std::function<void(Journal&)>& tell);
     /// The same for what takes several statements.
@@ -49,11 +60,7 @@ public:
     /// How many records that a statement changes stand under no key, for the engine to look through at every question
     /// about one of the table; fewer stand under their own keys or their neighbours'. Tests have it small.
     static inline int veryMany = 256;
-    /// The records that a condition selects will be given these values; those that have them already do not count.
-    void changing(const QList<Assignment>& assignments, const Criterion& criterion);
-    /// One field of these records will be given a value that the engine computes.
-    void computing(const Field& field, const Piece& after, const Criterion& criterion);
-    /// They will be deleted.
+    /// The records that a condition selects will be deleted.
     void removing(const Criterion& criterion);
 
     /// Tells the changes of some records that meet a further criterion, oldest first, each as an entry of one record.
@@ -69,29 +76,19 @@ private:
 
     /// Enters records that came, one after the other; neighbours share an entry.
     class Arrivals;
-    /// A field about to change, and how the engine is told the new value.
-    struct Change {
-        const Field* field;
-        Piece after;
-        bool isComputed; ///< from the record: not the same in all
-    };
     /// Whether the file keeps a journal; its former days are sealed when it is asked first.
     bool active();
     QStringList head();
     /// Adds one entry: how, key or keys, and value as strjournal has them.
     void add(const QString& key, const QString& kind, const QString& value, const QString& keys = {});
-    /// One of some records, under what their keys share.
-    void add(const QString& shared, const QStringList& keys, const QString& kind, const QString& value);
-    /// The entries of records that change alike: their keys, each with a line feed behind, and how many they are.
-    void addAlike(const QString& named, qint64 count, const QString& changed);
+    /// Enters what is about to change.
     void changing(const QList<Change>& changes, const Criterion& criterion);
+    /// The new value of the first of these fields, noted by an update together with all that changes in its record.
+    QString noting(const QList<Change>& changes, Sql& sql) const;
+    /// Enters what an update has noted.
+    void enterNoted(const QList<Engine::Noted>& changes);
     /// The JSON object of what changes in a record.
     static QString changedFields(const QList<Change>& changes, Sql& sql);
-    /// Enters the records that are about to change when they hold the same in all these fields, without sorting them;
-    /// false, with nothing written, when they do not.
-    bool enterAlike(const QList<Change>& changes, const Criterion& criterion, const Criterion& differ);
-    /// The same of records that all hold these values.
-    bool enterThoseWith(const QStringList& before, const QList<Change>& changes, const Criterion& criterion);
     /// Adds the entries that a selection gives: key, how, value and keys, and where they come from.
     void enter(const Piece& entries);
     void sealFormerDays();

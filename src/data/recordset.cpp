@@ -137,24 +137,19 @@ void Recordset::update() {
 
 void Recordset::writeChanges(const Record& before, const Record& written) {
     QList<Assignment> changes;
-    QStringList sets, same;
-    Sql sql{engine().dialect()};
-    for (const Field* field : table().fields()) {
-        if (before.value(*field) == written.value(*field)) continue;
-        changes.append({*field, written.value(*field)});
-        sets.append(field->name + u'=' + sql.bindOrNull(RowReader::bound(*field, written.value(*field))));
-    }
-    if (changes.isEmpty()) return;
-    const Criterion here = current();
-    const QString isHere = here.in(sql), &target = selection_.tableOf(currentKey());
     for (const Field* field : table().fields())
-        if (!table().keeps(*field) || before.value(*field) != written.value(*field))
-            same.append(sql.dialect.same(*field, RowReader::bound(*field, before.value(*field)), sql));
-    const QString text = QStringLiteral("update %1 set %2 where %3 and %4")
-                             .arg(target, sets.join(u','), isHere, same.join(QStringLiteral(" and ")));
+        if (before.value(*field) != written.value(*field)) changes.append({*field, written.value(*field)});
+    if (changes.isEmpty()) return;
+    const Criterion asRead([&](Sql& sql) {
+        QStringList same;
+        for (const Field* field : table().fields())
+            if (!table().keeps(*field) || before.value(*field) != written.value(*field))
+                same.append(sql.dialect.same(*field, RowReader::bound(*field, before.value(*field)), sql));
+        return same.join(QStringLiteral(" and "));
+    });
     Transaction transaction(*workspace_, Engine::Scope::Change);
-    const auto done = Journal::write({*workspace_, engine(), target, table()}, text, sql.values,
-                                     [&](Journal& journal) { journal.changing(changes, here); });
+    const auto done = Journal::update({*workspace_, engine(), selection_.tableOf(currentKey()), table()},
+                                      Journal::changesOf(changes), current(), asRead);
     if (done.changed() != 1)
         throw DataError(
             DataError::RecordChanged,

@@ -39,6 +39,7 @@ public:
     void savepoint(const QString& name, Scope scope) override;
     void release(const QString& savepoint, Scope scope) override;
     void rollbackTo(const QString& savepoint, Scope scope) override;
+    QList<Noted> noted() override { return {}; }
     void foresee(const QString& sql, const QList<QStringList>& values) override;
     void beginReading() override { ++readings_; }
     void endReading() noexcept override;

@@ -21,7 +21,7 @@ QString Engine::attach(const QString& path) {
     if (connection_)
         run(QStringLiteral("attach database ? as ") + schema, {path});
     else
-        connection_ = connect(path, opening_);
+        notes_.addTo(connection_ = connect(path, opening_));
     ++attached_;
     if (opening_ == Opening::New) return schema;
     run(QStringLiteral("pragma %1.synchronous=full").arg(schema));
@@ -95,6 +95,7 @@ std::unique_ptr<molven::Statement> Engine::prepare(const QString& sql) {
 }
 
 Written Engine::written(molven::Statement& statement, const QStringList& values) {
+    notes_.clear();
     statement.run(values);
     return Written({sqlite3_changes64(connection_), sqlite3_last_insert_rowid(connection_)});
 }

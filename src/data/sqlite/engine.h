@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/engine.h"
+#include "data/sqlite/change_notes.h"
 
 struct sqlite3;
 
@@ -28,6 +28,7 @@ public:
     void savepoint(const QString& name, Scope scope) override;
     void release(const QString& savepoint, Scope scope) override;
     void rollbackTo(const QString& savepoint, Scope scope) override;
+    QList<Noted> noted() override { return notes_.taken(); }
     void foresee(const QString&, const QList<QStringList>&) override {}
     void beginReading() override {}
     void endReading() noexcept override {}
@@ -59,6 +60,7 @@ private:
     qint64 mark(const QString& schema, const char* name);
 
     const Opening opening_;
+    ChangeNotes notes_;
     sqlite3* connection_ = nullptr;
     int attached_ = 0;
     bool inTransaction_ = false;
