@@ -16,6 +16,9 @@ namespace {
 
 const QString ByKey = QStringLiteral("rowid");
 
+const QString CountOfAll = QStringLiteral("count(*)");
+QString greatestOf(const Field& field) { return QStringLiteral("max(%1)").arg(field.name); }
+
 QString namesOf(const QList<const Field*>& fields) {
     QStringList names;
     for (const Field* field : fields) names.append(field->name);
@@ -75,17 +78,38 @@ QString Database::limited(const QString& selection, int most) {
 }
 
 void Database::foresee(const Table& table, const QList<Criterion>& criteria) {
-    QMap<QString, QList<QStringList>> questions;
+    if (!engine_->isFar()) return;
+    QMap<QString, QList<QStringList>> questions; // by condition: the rest is long, and the same
+    QMap<QString, Criterion> ones;
     for (const Criterion& criterion : criteria) {
         Sql sql{engine_->dialect()};
-        const QString text = limited(selection(table, criterion, {}, sql), 1);
-        questions[text].append(sql.values);
+        const QString condition = criterion.where(sql);
+        questions[condition].append(sql.values);
+        ones.insert(condition, criterion);
     }
-    for (auto question = questions.begin(); question != questions.end(); ++question)
-        engine_->foresee(question.key(), question.value());
+    for (auto question = questions.begin(); question != questions.end(); ++question) {
+        Sql sql{engine_->dialect()};
+        engine_->foresee(limited(selection(table, ones[question.key()], {}, sql), 1), question.value());
+    }
+}
+
+void Database::foreseeCount(const Table& table, const Criterion& criterion) {
+    foreseeAggregate(CountOfAll, table, criterion);
+}
+
+void Database::foreseeGreatest(const Table& table, const Field& field, const Criterion& criterion) {
+    foreseeAggregate(greatestOf(field), table, criterion);
+}
+
+void Database::foreseeAggregate(const QString& function, const Table& table, const Criterion& criterion) {
+    if (!engine_->isFar()) return;
+    Sql sql{engine_->dialect()};
+    const QString text = aggregation(function, table, criterion, sql);
+    engine_->foresee(text, {sql.values});
 }
 
 void Database::foreseeAll(const Table& table, const Criterion& criterion, const Order& order) {
+    if (!engine_->isFar()) return;
     Sql sql{engine_->dialect()};
     const QString text = wholeRecords(table, qualified(table), criterion, order, ByKey, sql);
     engine_->foresee(text, {sql.values});
@@ -124,18 +148,23 @@ QString Database::value(const QString& sql, const QStringList& values) {
     return found;
 }
 
+QString Database::aggregation(const QString& function, const Table& table, const Criterion& criterion, Sql& sql) const {
+    const QString where = criterion.where(sql);
+    return QStringLiteral("select %1 from %2%3").arg(function, qualified(table), where);
+}
+
 QString Database::aggregate(const QString& function, const Table& table, const Criterion& criterion) {
     Sql sql{engine_->dialect()};
-    const QString where = criterion.where(sql);
-    return value(QStringLiteral("select %1 from %2%3").arg(function, qualified(table), where), sql.values);
+    const QString text = aggregation(function, table, criterion, sql);
+    return value(text, sql.values);
 }
 
 qint64 Database::count(const Table& table, const Criterion& criterion) {
-    return aggregate(QStringLiteral("count(*)"), table, criterion).toLongLong();
+    return aggregate(CountOfAll, table, criterion).toLongLong();
 }
 
 QString Database::greatest(const Table& table, const Field& field, const Criterion& criterion) {
-    return aggregate(QStringLiteral("max(%1)").arg(field.name), table, criterion);
+    return aggregate(greatestOf(field), table, criterion);
 }
 
 Decimal Database::sum(const Table& table, const Number& field, const Criterion& criterion) {
@@ -190,7 +219,7 @@ QList<Summary> Database::summary(const Table& table, const QList<const Field*>& 
                                  const QList<const Number*>& sums, const Criterion& criterion) {
     const QString names = namesOf(groups);
     Sql sql{engine_->dialect()};
-    QStringList columns{QStringLiteral("count(*)")};
+    QStringList columns{CountOfAll};
     for (const Number* number : sums) columns.append(sql.dialect.wholeSum(*number));
     if (!names.isEmpty()) columns.append(names);
     const QString grouped =

@@ -55,6 +55,9 @@ public:
     void foresee(const Table& table, const QList<Criterion>& criteria);
     /// They will be asked for with all(), likewise.
     void foreseeAll(const Table& table, const Criterion& criterion, const Order& order = {});
+    /// These will be asked for, likewise.
+    void foreseeCount(const Table& table, const Criterion& criterion = {});
+    void foreseeGreatest(const Table& table, const Field& field, const Criterion& criterion = {});
     qint64 count(const Table& table, const Criterion& criterion = {});
     /// Greatest value of a field among the records, empty when there is none.
     QString greatest(const Table& table, const Field& field, const Criterion& criterion = {});
@@ -137,6 +140,9 @@ private:
     QList<Record> records(const Table& table, const QString& selection, const QStringList& values);
     QString value(const QString& sql, const QStringList& values);
     QString aggregate(const QString& function, const Table& table, const Criterion& criterion);
+    void foreseeAggregate(const QString& function, const Table& table, const Criterion& criterion);
+    /// The statement for one value of them.
+    QString aggregation(const QString& function, const Table& table, const Criterion& criterion, Sql& sql) const;
     QString qualified(const Table& table) const { return schema_ + u'.' + table.name; }
 
     Workspace* workspace_;

@@ -4,7 +4,10 @@
 
 #include <boost/multiprecision/cpp_dec_float.hpp>
 
+#include <array>
+#include <cstdlib>
 #include <new>
+#include <string>
 #include <type_traits>
 
 namespace molven {
@@ -13,11 +16,49 @@ namespace {
 
 using Number34 = boost::multiprecision::number<boost::multiprecision::cpp_dec_float<34>, boost::multiprecision::et_off>;
 
-/// 10^places.
-Number34 scale(int places) {
-    Number34 result = 1;
-    for (int i = 0; i < places; ++i) result *= 10;
-    return result;
+constexpr int MostPlaces = 18;
+
+/// 10^places of either sign, which decimal digits hold exactly.
+const Number34& tenTo(int places) {
+    static const auto powers = [] {
+        std::array<Number34, 2 * MostPlaces + 1> made;
+        for (int i = -MostPlaces; i <= MostPlaces; ++i)
+            made[static_cast<std::size_t>(i + MostPlaces)] = Number34("1e" + std::to_string(i));
+        return made;
+    }();
+    return powers.at(static_cast<std::size_t>(places + MostPlaces));
+}
+
+/// A number as fields mostly keep it, "-12.50"; nothing for one that is longer or written otherwise.
+std::optional<Number34> shortNumber(QStringView text) {
+    const bool isNegative = text.startsWith(u'-');
+    long long digits = 0;
+    int count = 0, decimals = -1;
+    for (const QChar c : text.sliced(isNegative ? 1 : 0)) {
+        if (c == u'.' && decimals < 0) {
+            decimals = 0;
+            continue;
+        }
+        if (c < u'0' || c > u'9' || ++count > MostPlaces) return std::nullopt;
+        digits = digits * 10 + (c.unicode() - u'0');
+        if (decimals >= 0) ++decimals;
+    }
+    if (count == 0) return std::nullopt;
+    const Number34 whole(isNegative ? -digits : digits);
+    return decimals > 0 ? whole * tenTo(-decimals) : whole;
+}
+
+/// With six decimals, zeros included; nothing for a number that has more, or is long.
+std::optional<QString> shortText(const Number34& number) {
+    constexpr int Places = 6;
+    static const Number34 most("1e18");
+    const Number34 shifted = number * tenTo(Places);
+    if (shifted >= most || shifted <= -most) return std::nullopt;
+    const auto digits = static_cast<long long>(shifted);
+    if (shifted != digits) return std::nullopt;
+    QString text = QString::number(std::abs(digits)).rightJustified(Places + 1, u'0');
+    text.insert(text.size() - Places, u'.');
+    return digits < 0 ? u'-' + text : text;
 }
 
 } // namespace
@@ -73,6 +114,7 @@ std::optional<Decimal> Decimal::parse(const QString& text) {
 Decimal Decimal::fromText(const QString& text) { return read(text).value_or(Decimal()); }
 
 std::optional<Decimal> Decimal::read(const QString& text) {
+    if (const auto number = shortNumber(text)) return Decimal(Value{*number});
     QString plain;
     plain.reserve(text.size());
     for (const QChar c : text)
@@ -83,7 +125,8 @@ std::optional<Decimal> Decimal::read(const QString& text) {
 }
 
 QString Decimal::toString() const {
-    QString text = QString::fromStdString(value().number.str(12, std::ios_base::fixed));
+    const auto brief = shortText(value().number);
+    QString text = brief ? *brief : QString::fromStdString(value().number.str(12, std::ios_base::fixed));
     while (text.endsWith(u'0')) text.chop(1);
     if (text.endsWith(u'.')) text.chop(1);
     return text == u"-0" ? QStringLiteral("0") : text;
@@ -97,15 +140,14 @@ QString Decimal::toFixed(int places) const {
 }
 
 Decimal Decimal::rounded(int places) const {
-    const Number34 factor = scale(places);
-    const Number34 shifted = value().number * factor;
-    const Number34 half = Number34(1) / 2;
-    return Decimal(Value{(shifted < 0 ? ceil(Number34(shifted - half)) : floor(Number34(shifted + half))) / factor});
+    static const Number34 half("0.5");
+    const Number34 shifted = value().number * tenTo(places);
+    const Number34 whole = shifted < 0 ? ceil(Number34(shifted - half)) : floor(Number34(shifted + half));
+    return Decimal(Value{whole * tenTo(-places)});
 }
 
 Decimal Decimal::floored(int places) const {
-    const Number34 factor = scale(places);
-    return Decimal(Value{floor(Number34(value().number * factor)) / factor});
+    return Decimal(Value{floor(Number34(value().number * tenTo(places))) * tenTo(-places)});
 }
 
 } // namespace molven

@@ -34,9 +34,28 @@ const ParameterList* listOfMode(const QString& mode) {
 
 Criterion ofList(const QString& letter) { return strparam.cod_par == letter; }
 
+namespace {
+
+Criterion isCode(const QString& letter, const QString& code) {
+    return ofList(letter) && strparam.num_par == code.trimmed();
+}
+
+Criterion isCurrency(const QString& key) { return strmonnaie.mon_cle == key; }
+Criterion isVatCode(const QString& code) { return strparfac.par1_cde == code; }
+Criterion isPaymentMode(const QString& code) { return strparrgt.cde_rglt == code; }
+
+} // namespace
+
 std::optional<Record> find(Database molven, const QString& letter, const QString& code) {
     if (code.trimmed().isEmpty()) return std::nullopt;
-    return molven.find(strparam, ofList(letter) && strparam.num_par == code.trimmed());
+    return molven.find(strparam, isCode(letter, code));
+}
+
+void foresee(Database molven, const QList<std::pair<QString, QString>>& codes) {
+    QList<Criterion> sought;
+    for (const auto& [letter, code] : codes)
+        if (!code.trimmed().isEmpty()) sought.append(isCode(letter, code));
+    molven.foresee(strparam, sought);
 }
 
 QString label(Database molven, const QString& letter, const QString& code) {
@@ -49,18 +68,30 @@ QString depotFamily(Database molven, const QString& depot) {
     return entry ? QString((*entry)[strparam.fam_dep]) : QString();
 }
 
+std::optional<Record> currency(Database molven, const QString& key) { return molven.find(strmonnaie, isCurrency(key)); }
+
 QString companyCurrency(Database molven, const QString& named) {
-    return molven.count(strmonnaie, strmonnaie.mon_cle == named) > 0 ? named : QStringLiteral("EUR");
+    return currency(molven, named) ? named : QStringLiteral("EUR");
 }
 
 Decimal vatRate(Database molven, const QString& vatCode) {
-    const auto code = molven.find(strparfac, strparfac.par1_cde == vatCode);
+    const auto code = molven.find(strparfac, isVatCode(vatCode));
     return code ? Decimal((*code)[strparfac.par1_tx]) : Decimal();
 }
 
 std::optional<Record> paymentMode(Database molven, const QString& code) {
-    return molven.find(strparrgt, strparrgt.cde_rglt == code);
+    return molven.find(strparrgt, isPaymentMode(code));
 }
+
+void foreseeCurrency(Database molven, const QString& key) { molven.foresee(strmonnaie, {isCurrency(key)}); }
+
+void foreseeVatRates(Database molven, const QStringList& vatCodes) {
+    QList<Criterion> sought;
+    for (const QString& code : vatCodes) sought.append(isVatCode(code));
+    molven.foresee(strparfac, sought);
+}
+
+void foreseePaymentMode(Database molven, const QString& code) { molven.foresee(strparrgt, {isPaymentMode(code)}); }
 
 QString dueDate(const Record& mode, const QDate& documentDate) {
     QDate due = documentDate.addDays(mode[strparrgt.nbj_rglt].toInteger());

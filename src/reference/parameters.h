@@ -46,16 +46,24 @@ const ParameterList* listOfMode(const QString& mode);
 /// Condition on the entries of one list.
 Criterion ofList(const QString& letter);
 std::optional<Record> find(Database molven, const QString& letter, const QString& code);
+/// The codes of some lists, each behind its letter, will be looked for so, in the transaction or the Reading that is
+/// open.
+void foresee(Database molven, const QList<std::pair<QString, QString>>& codes);
 /// Label of an entry, empty when the list has no such code.
 QString label(Database molven, const QString& letter, const QString& code);
 /// Depot family of a depot, empty when the depot is unknown.
 QString depotFamily(Database molven, const QString& depot);
 
+std::optional<Record> currency(Database molven, const QString& key);
 /// Key of the company's currency: the one its own record names when it is known, else the euro.
 QString companyCurrency(Database molven, const QString& named);
 /// Rate in percent of a VAT code, 0 when unknown.
 Decimal vatRate(Database molven, const QString& vatCode);
 std::optional<Record> paymentMode(Database molven, const QString& code);
+/// They will be asked for, as foresee() has it.
+void foreseeCurrency(Database molven, const QString& key);
+void foreseeVatRates(Database molven, const QStringList& vatCodes);
+void foreseePaymentMode(Database molven, const QString& code);
 /// Due date "dd/mm/yyyy": document date, plus the mode's days, then the end of that month, then its day.
 QString dueDate(const Record& paymentMode, const QDate& documentDate);
 

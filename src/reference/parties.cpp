@@ -82,6 +82,10 @@ std::optional<Record> findClient(Database molven, const QString& code) {
     return molven.find(strclient, strclient.clt_cod == padded(code, 6));
 }
 
+void foreseeClient(Database molven, const QString& code) {
+    molven.foresee(strclient, {strclient.clt_cod == padded(code, 6)});
+}
+
 std::optional<Record> findSupplier(Database molven, const QString& code) {
     if (code.trimmed().isEmpty()) return std::nullopt;
     return molven.find(strfournis, strfournis.fou_cod == padded(code, 6));

@@ -9,6 +9,8 @@ namespace molven::parties {
 /// values.
 Record blankClient(Database molven);
 std::optional<Record> findClient(Database molven, const QString& code);
+/// He will be looked for so, in the transaction or the Reading that is open.
+void foreseeClient(Database molven, const QString& code);
 std::optional<Record> findSupplier(Database molven, const QString& code);
 
 /// Writes the client in one transaction. `before` is the client as the user read it, nothing for a new one. Throws

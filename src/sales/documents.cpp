@@ -115,11 +115,12 @@ void presetSale(SalesBook& book, const Record& client, Record& header) {
 } // namespace
 
 QString euroOf(SalesBook& book, const QString& currency) {
-    const auto found = book.molven.find(strmonnaie, strmonnaie.mon_cle == currency);
+    const auto found = parameters::currency(book.molven, currency);
     return found ? shown((*found)[strmonnaie.mon_euro]) : QString();
 }
 
 Record blank(SalesBook& book) {
+    const Reading together(book.workspace);
     const DocumentHeaders& table = book.kind().headers;
     Record header(table);
     header[table.fac_datf] = dateText(Clock::today());
@@ -131,6 +132,8 @@ Record blank(SalesBook& book) {
 }
 
 Record blank(SalesBook& book, const QString& code) {
+    const Reading together(book.workspace);
+    parameters::foreseeCurrency(book.molven, book.companyCurrency());
     const DocumentHeaders& table = book.kind().headers;
     const auto found = parties::findClient(book.molven, code);
     require(found.has_value(), "Ce code n'existe pas", table.fac_clt);
@@ -174,14 +177,17 @@ void checkCode(SalesBook& book, const Record& header, const Text& field, const Q
 
 void checkSale(SalesBook& book, const Record& header) {
     const DocumentHeaders& table = book.kind().headers;
+    parameters::foresee(book.molven, {{list::Surgeon, header[table.fac_chr]},
+                                      {list::Dispatch, header[table.fac_trs]},
+                                      {list::Depot, header[table.fac_dep]}});
+    parameters::foreseePaymentMode(book.molven, header[table.fac_rglt]);
     require(!header[table.fac_clt].isEmpty(), "Client obligatoire", table.fac_clt);
     const QDate date = dateFromText(header[table.fac_datf]);
     require(date.isValid(), "Date invalide", table.fac_datf);
     const QString order = header[table.fac_datc];
     require(isEmptyDate(order) || dateFromText(order).isValid(), "Date invalide", table.fac_datc);
     require(isEmptyDate(order) || dateFromText(order) <= date, "Date commande > date du document", table.fac_datc);
-    require(book.molven.count(strmonnaie, strmonnaie.mon_cle == header[table.fac_mon]) > 0, "Monnaie inconnue",
-            table.fac_mon);
+    require(parameters::currency(book.molven, header[table.fac_mon]).has_value(), "Monnaie inconnue", table.fac_mon);
     checkCode(book, header, table.fac_chr, list::Surgeon);
     checkCode(book, header, table.fac_trs, list::Dispatch);
     require(parameters::find(book.molven, list::Depot, header[table.fac_dep]).has_value(), "Dépôt inconnu",
@@ -214,6 +220,7 @@ namespace {
 Record written(SalesBook& book, Record header, const std::optional<Record>& deliveryAddress) {
     const DocumentHeaders& table = book.kind().headers;
     const Record& read = header;
+    numbering::foresee(book.series(), table);
     if (book.kind().isTransfer())
         transfer_notes::check(book, header);
     else

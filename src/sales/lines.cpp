@@ -13,7 +13,6 @@
 #include "sales/unit_moves.h"
 #include "sales/unit_rules.h"
 #include "stock/depot_counts.h"
-#include "stock/units.h"
 
 #include <functional>
 
@@ -146,8 +145,13 @@ QList<Draft> ofUnits(SalesBook& book, const Record& header, const QList<Record>&
         if (const auto article = articles::find(book.molven, reference)) articlesOfUnits.append(*article);
     if (const auto client = parties::findClient(book.molven, header[book.kind().headers.fac_clt]))
         pricing::foresee(book.molven, articlesOfUnits, *client);
+    QHash<QString, Draft> presets;
+    for (const QString& reference : references) presets.insert(reference, preset(book, header, reference));
     QList<Draft> drafts;
-    for (const Record& unit : units) drafts.append(ofUnit(book, header, unit));
+    for (const Record& unit : units) {
+        drafts.append(*presets.constFind(unit[strproduit.ref_art]));
+        setUnit(book, drafts.last(), unit);
+    }
     return drafts;
 }
 
@@ -234,20 +238,18 @@ void write(SalesBook& book, const Record& header, const QList<Draft>& drafts, co
 
 /// The units of lines that are about to be written, as stored: free, each for one line.
 QList<std::optional<Record>> freeUnits(SalesBook& book, const Record& header, const QList<Draft>& drafts) {
-    const Text& immatriculation = book.kind().lines.fac_imm;
     QStringList numbers;
-    for (const Draft& draft : drafts)
-        if (draft.tracked) numbers.append(QString(draft.line[immatriculation]));
-    units::foresee(book.molven, numbers);
-    QHash<QString, Record> taken; // as the line before leaves it
-    QList<std::optional<Record>> found;
-    for (const Draft& draft : drafts) {
-        const QString number = draft.tracked ? QString(draft.line[immatriculation]) : QString();
-        if (const auto again = taken.constFind(number); again != taken.constEnd())
-            unit_rules::requireFree(book, header, *again);
-        found.append(draft.tracked ? std::optional(unit_rules::checkAgain(book, header, number)) : std::nullopt);
-        if (draft.tracked) taken.insert(number, unit_moves::moved(book, header, draft.line, *found.last()));
+    QList<qsizetype> places;
+    for (qsizetype i = 0; i < drafts.size(); ++i) {
+        if (!drafts[i].tracked) continue;
+        numbers.append(drafts[i].line.value(book.kind().lines.fac_imm));
+        places.append(i);
     }
+    const QList<Record> units = unit_rules::checkAll(book, header, numbers, [&](qsizetype place, const Record& unit) {
+        return unit_moves::moved(book, header, drafts[places[place]].line, unit);
+    });
+    QList<std::optional<Record>> found(drafts.size());
+    for (qsizetype i = 0; i < units.size(); ++i) found[places[i]] = units[i];
     return found;
 }
 
@@ -307,13 +309,23 @@ namespace {
 /// Writes so many lines, each under its number.
 using Writing = std::function<void(const Record& header, const QStringList& numbers)>;
 
+QStringList vatCodesOf(const DocumentLines& table, const QList<Draft>& drafts) {
+    QStringList codes;
+    for (const Draft& draft : drafts) codes.append(draft.line[table.fac_tva]);
+    codes.removeDuplicates();
+    return codes;
+}
+
 void writeAll(SalesBook& book, const Record& asRead, const QList<Draft>& drafts, int from, const Locks& locks,
               const Writing& writeThem) {
     const DocumentHeaders& headers = book.kind().headers;
+    const DocumentLines& table = book.kind().lines;
     Transaction::run(book.workspace, QStringLiteral("Ajout de lignes"), locks, [&] {
+        numbering::foreseeLines(book.vente, book.kind().lines, asRead[headers.fac_aa], asRead[headers.fac_no]);
+        parameters::foreseeVatRates(book.molven, vatCodesOf(table, drafts));
         const Record header = documents::requireOpen(book, asRead);
         const QStringList numbers = freeNumbers(book, header, drafts.size(), from);
-        numbering::addHiddenLine(book.vente, book.kind().lines, header[headers.fac_aa], header[headers.fac_no]);
+        numbering::addHiddenLine(book.vente, table, header[headers.fac_aa], header[headers.fac_no]);
         writeThem(header, numbers);
         documents::refreshTotals(book, header);
     });

@@ -16,12 +16,29 @@ QString next(const QList<Database>& files, const DocumentHeaders& headers) {
     return format(Decimal(last + 1), QStringLiteral("000000"));
 }
 
+void foresee(const QList<Database>& files, const DocumentHeaders& headers) {
+    for (Database file : files) file.foreseeGreatest(headers, headers.fac_no);
+}
+
 Criterion linesOf(const DocumentLines& lines, const QString& year, const QString& number) {
     return lines.fac_no == number && lines.fac_aa == year && lines.fac_lg != HiddenLine;
 }
 
 int nextLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number) {
     return vente.greatest(lines, lines.fac_lg, linesOf(lines, year, number)).toInt() + 1;
+}
+
+namespace {
+
+Criterion hiddenLineOf(const DocumentLines& lines, const QString& year, const QString& number) {
+    return lines.fac_no == number && lines.fac_aa == year && lines.fac_lg == HiddenLine;
+}
+
+} // namespace
+
+void foreseeLines(Database vente, const DocumentLines& lines, const QString& year, const QString& number) {
+    vente.foreseeGreatest(lines, lines.fac_lg, linesOf(lines, year, number));
+    vente.foreseeCount(lines, hiddenLineOf(lines, year, number));
 }
 
 QString lineKey(int line) { return QString::number(line).rightJustified(3, u'0'); }
@@ -41,8 +58,7 @@ void requireRoom(int line) {
 
 void addHiddenLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number,
                    const QString& deliveryNote) {
-    const bool first =
-        vente.count(lines, lines.fac_no == number && lines.fac_aa == year && lines.fac_lg == HiddenLine) == 0;
+    const bool first = vente.count(lines, hiddenLineOf(lines, year, number)) == 0;
     if (!first && deliveryNote.isEmpty()) return;
     Record hidden(lines);
     hidden[lines.fac_aa] = year;

@@ -9,6 +9,8 @@ namespace molven::numbering {
 /// current and the archived documents, which keep their numbers. Drawn inside the caller's write transaction. Throws
 /// Refusal after "999999".
 QString next(const QList<Database>& files, const DocumentHeaders& headers);
+/// It will be drawn, in the transaction that is open.
+void foresee(const QList<Database>& files, const DocumentHeaders& headers);
 
 /// Highest line number a document takes.
 constexpr int LastLine = 996;
@@ -18,6 +20,8 @@ inline const QString HiddenLine = QStringLiteral("000");
 Criterion linesOf(const DocumentLines& lines, const QString& year, const QString& number);
 /// Number of the next line; beyond LastLine in a full document.
 int nextLine(Database vente, const DocumentLines& lines, const QString& year, const QString& number);
+/// Lines will be added to a document, in the transaction that is open.
+void foreseeLines(Database vente, const DocumentLines& lines, const QString& year, const QString& number);
 /// "000" form of a line number.
 QString lineKey(int line);
 /// A typed line number. Throws Refusal when it is empty, not a number or below 1.

@@ -9,11 +9,9 @@ QMap<QString, VatBase> basesOf(Database file, const DocumentHeaders& headers, co
                                const Record& header) {
     const Criterion shown = numbering::linesOf(lines, header[headers.fac_aa], header[headers.fac_no]);
     QMap<QString, VatBase> bases;
-    const QStringList codes = file.countBy(lines, lines.fac_tva, shown).keys();
-    for (const QString& code : codes) {
-        const Criterion ofCode = shown && lines.fac_tva == code;
-        const Decimal ht = file.sum(lines, lines.fac_ht, ofCode).rounded(2);
-        bases.insert(code, {ht, file.sum(lines, lines.fac_ttc, ofCode).rounded(2) - ht});
+    for (const Summary& ofCode : file.summary(lines, {&lines.fac_tva}, {&lines.fac_ht, &lines.fac_ttc}, shown)) {
+        const Decimal ht = ofCode.sums[0].rounded(2);
+        bases.insert(ofCode.group.first(), {ht, ofCode.sums[1].rounded(2) - ht});
     }
     return bases;
 }

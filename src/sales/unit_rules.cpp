@@ -86,38 +86,39 @@ QString transferWords(Obstacle obstacle, const Record& unit) {
     return refused + QStringLiteral(" est au dépot : ") + depot;
 }
 
-void requireNoObstacle(SalesBook& book, const Record& header, const Record& unit, bool isTyped) {
-    const Source source = sourceOf(book, header);
-    const Obstacle obstacle = obstacleOf(book.kind(), source, unit);
+void requireNoObstacle(const DocumentKind& kind, const Source& source, const Record& unit, bool isTyped) {
+    const Obstacle obstacle = obstacleOf(kind, source, unit);
     if (obstacle == Obstacle::None) return;
-    refuse(isTyped || !book.kind().isTransfer() ? words(obstacle, source) : transferWords(obstacle, unit));
+    refuse(isTyped || !kind.isTransfer() ? words(obstacle, source) : transferWords(obstacle, unit));
 }
 
-Record checked(SalesBook& book, const Record& header, const QString& number, bool isTyped) {
+Record checked(SalesBook& book, const Source& source, const QString& number, bool isTyped) {
     const auto unit = units::find(book.molven, Immatriculation::fromText(number));
     if (!unit) refuse(QStringLiteral("Immatriculation inconnue"));
-    requireNoObstacle(book, header, *unit, isTyped);
+    requireNoObstacle(book.kind(), source, *unit, isTyped);
     return *unit;
 }
 
 } // namespace
 
-Record check(SalesBook& book, const Record& header, const QString& typed) { return checked(book, header, typed, true); }
-
-Record checkAgain(SalesBook& book, const Record& header, const QString& number) {
-    return checked(book, header, number, false);
+Record check(SalesBook& book, const Record& header, const QString& typed) {
+    return checked(book, sourceOf(book, header), typed, true);
 }
 
-void requireFree(SalesBook& book, const Record& header, const Record& unit) {
-    requireNoObstacle(book, header, unit, false);
-}
-
-QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers) {
+QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers, const LeftBy& leftBy) {
     const Reading together(book.workspace);
     units::foresee(book.molven, numbers);
-    QList<Record> checked;
-    for (const QString& number : numbers) checked.append(checkAgain(book, header, number));
-    return checked;
+    if (!book.kind().isTransfer()) parties::foreseeClient(book.molven, header[book.kind().headers.fac_clt]);
+    const Source source = sourceOf(book, header);
+    QHash<QString, qsizetype> taken;
+    QList<Record> found;
+    for (const QString& number : numbers) {
+        if (const auto before = taken.constFind(number); leftBy && before != taken.constEnd())
+            requireNoObstacle(book.kind(), source, leftBy(*before, found[*before]), false);
+        taken.insert(number, found.size());
+        found.append(checked(book, source, number, false));
+    }
+    return found;
 }
 
 Criterion available(SalesBook& book, const Record& header, const QString& reference) {

@@ -3,18 +3,19 @@
 #include "sales/sales_book.h"
 #include "stock/immatriculation.h"
 
+#include <functional>
+
 namespace molven::unit_rules {
 
 /// The unit of a typed immatriculation, checked for the document. Throws Refusal with the first fault: unknown,
 /// delivered, sold, not sold, or not in a depot the document may take it from.
 Record check(SalesBook& book, const Record& header, const QString& typed);
-/// The same for a unit that was chosen before and is written now; the refusal of a transfer says which unit it is, and
-/// the document or the depot that has it.
-Record checkAgain(SalesBook& book, const Record& header, const QString& number);
-/// The same of a unit as an earlier line of the document leaves it.
-void requireFree(SalesBook& book, const Record& header, const Record& unit);
-/// checkAgain() for each of several, which are read together.
-QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers);
+/// A unit as the line of that place leaves it.
+using LeftBy = std::function<Record(qsizetype place, const Record& unit)>;
+/// The same for units that were chosen before and are written now, each for one line; the refusal of a transfer says
+/// which unit it is, and the document or the depot that has it. One that comes twice is checked again as the line
+/// before leaves it.
+QList<Record> checkAll(SalesBook& book, const Record& header, const QStringList& numbers, const LeftBy& leftBy = {});
 
 /// The condition on the units of an article that the document may take.
 Criterion available(SalesBook& book, const Record& header, const QString& reference);

@@ -25,6 +25,19 @@ TEST(Decimals, MoneyIsExactWhereBinaryNumbersAreNot) {
     EXPECT_EQ(decimalOf("-0.001").toFixed(2), QStringLiteral("0.00"));
 }
 
+TEST(Decimals, KeepEveryDigitHoweverShortOrLongTheyAre) {
+    for (const char* text :
+         {"0", "7", "12.5", "-12.05", "0.000001", "-0.0000001", "1000000000000", "999999999999.999999",
+          "-123456789012345678", "123456789012345678901.123456", "0.123456789012"}) {
+        const QString number = QString::fromUtf8(text), wide = QStringLiteral(" %1").arg(number);
+        EXPECT_EQ(decimalOf(text).toString(), number);
+        EXPECT_EQ(Decimal::parse(wide), decimalOf(text)) << text;
+        EXPECT_EQ((decimalOf(text) * Decimal(3) - decimalOf(text) - decimalOf(text)).toString(), number);
+        EXPECT_EQ(decimalOf(text).rounded(12), decimalOf(text)) << text;
+    }
+    EXPECT_EQ(decimalOf("-0.00").toString(), QStringLiteral("0"));
+}
+
 struct PatternCase {
     const char* value;
     const char* pattern;

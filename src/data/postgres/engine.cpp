@@ -208,7 +208,12 @@ void Engine::savepoint(const QString& name, Scope scope) {
 /// A fault of what was written since must be told before the rule is over.
 void Engine::release(const QString& savepoint, Scope scope) {
     requireGoing();
-    if (scope == Scope::Rule) tell({{QStringLiteral("release ") + savepoint, {}, false}});
+    if (scope == Scope::Change) return;
+    const Command released{QStringLiteral("release ") + savepoint, {}, false};
+    if (waiting_.empty())
+        wait(std::make_shared<Waiting>(Waiting{released}));
+    else
+        tell({released});
 }
 
 void Engine::rollbackTo(const QString& savepoint, Scope scope) {
@@ -274,26 +279,30 @@ Written Engine::written(molven::Statement& statement, const QStringList& values)
 
 Answer Engine::ask(const Statement& statement, const QStringList& values) {
     const Command command = statement.with(values);
-    if (Answer known = kept(statement, command)) return known;
-    foreseen_.remove(question(command));
+    const QString asked = question(statement, command);
+    if (Answer known = kept(statement, asked)) return known;
+    foreseen_.remove(asked);
     const auto along = statement.isRead() ? std::exchange(foreseen_, {}) : QHash<QString, Foreseen>();
     std::vector<Command> commands{command};
     for (const Foreseen& one : along) commands.push_back(one.command);
     std::vector<Result> answers = tell(commands);
     const Answer answer(std::move(answers.front()));
     if (!statement.isRead()) forget();
-    keep(statement, command, answer);
+    keep(statement, asked, answer);
     auto further = answers.begin();
-    for (const Foreseen& one : along) keep(*one.statement, one.command, Answer(std::move(*++further)));
+    for (auto one = along.begin(); one != along.end(); ++one)
+        keep(*one->statement, one.key(), Answer(std::move(*++further)));
     return answer;
 }
 
 void Engine::foresee(const QString& sql, const QList<QStringList>& values) {
     if (!keeps()) return;
     const auto& statement = static_cast<const Statement&>(prepared(sql));
-    for (const QStringList& one : values)
-        if (const Command command = statement.with(one); !kept(statement, command))
-            foreseen_.insert(question(command), {&statement, command});
+    for (const QStringList& one : values) {
+        const Command command = statement.with(one);
+        const QString asked = question(statement, command);
+        if (!kept(statement, asked)) foreseen_.insert(asked, {&statement, command});
+    }
 }
 
 void Engine::endReading() noexcept {
@@ -302,26 +311,26 @@ void Engine::endReading() noexcept {
     foreseen_.clear();
 }
 
-QString Engine::question(const Command& command) {
-    QString text = command.sql;
+QString Engine::question(const Statement& statement, const Command& command) {
+    QString text = QString::number(reinterpret_cast<quintptr>(&statement), 36);
     for (const QString& value : command.values) text += QChar(value.isNull() ? 0x1E : 0x1F) + value;
     return text;
 }
 
-Answer Engine::kept(const Statement& statement, const Command& command) const {
+Answer Engine::kept(const Statement& statement, const QString& asked) const {
     if (!keeps() || !statement.isRead() || statement.tables().isEmpty()) return {};
-    const auto found = kept_.constFind(question(command));
+    const auto found = kept_.constFind(asked);
     if (found == kept_.constEnd()) return {};
     for (const QString& table : statement.tables())
         if (writtenAt_.value(table) > found->moment) return {};
     return found->answer;
 }
 
-void Engine::keep(const Statement& statement, const Command& command, const Answer& answer) {
+void Engine::keep(const Statement& statement, const QString& asked, const Answer& answer) {
     if (!keeps() || !statement.isRead() || statement.tables().isEmpty()) return;
     if (PQntuples(answer.get()) > MostRowsKept) return;
     if (kept_.size() >= MostAnswersKept) kept_.clear();
-    kept_.insert(question(command), {answer, ++moment_});
+    kept_.insert(asked, {answer, ++moment_});
 }
 
 void Engine::forget() {

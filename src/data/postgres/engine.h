@@ -92,10 +92,11 @@ private:
     Written::Count outcome(Waiting& waiting);
 
     bool keeps() const { return inTransaction_ || readings_ > 0; }
-    static QString question(const Command& command);
+    /// A question in few letters: statements live as long as the engine.
+    static QString question(const Statement& statement, const Command& command);
     /// The answer that was given to a question, as long as its tables were not written since.
-    Answer kept(const Statement& statement, const Command& command) const;
-    void keep(const Statement& statement, const Command& command, const Answer& answer);
+    Answer kept(const Statement& statement, const QString& asked) const;
+    void keep(const Statement& statement, const QString& asked, const Answer& answer);
     void forget();
 
     /// The connection in use while this lives: the transaction's, else one of the pool.
@@ -116,7 +117,7 @@ private:
 
     int readings_ = 0;
     QHash<QString, Kept> kept_;
-    QHash<QString, Foreseen> foreseen_;              ///< by question, until the next one
+    QHash<QString, Foreseen> foreseen_;              ///< by question, until the next one is asked
     QHash<QString, std::optional<qint64>> versions_; ///< of all schemas, until the next question
     QHash<QString, qint64> writtenAt_;               ///< table -> moment
     qint64 moment_ = 0;                              ///< counts questions and changes
