@@ -60,8 +60,21 @@ const Record& Recordset::at(qint64 position) const {
 const Recordset::Page& Recordset::page(qint64 number) const {
     const auto kept = pages_.constFind(number);
     if (kept != pages_.constEnd()) return *kept;
+    pagesRead_ = number == nextPage_ && number > 0 ? std::min(pagesRead_ * 2, MostPagesAhead) : 1;
+    nextPage_ = number + pagesRead_;
+    if (pages_.size() + pagesRead_ > PagesKept) pages_.clear();
     const qint64 first = number * PageSize;
-    const qint64 size = std::min(PageSize, count() - first);
+    Page read = records(first, std::min(pagesRead_ * PageSize, count() - first));
+    for (std::size_t from = 0; from < read.size(); from += PageSize) {
+        const auto begin = read.begin() + static_cast<std::ptrdiff_t>(from);
+        const auto end = begin + std::min<std::ptrdiff_t>(PageSize, read.end() - begin);
+        pages_.insert(number + static_cast<qint64>(from) / PageSize,
+                      Page(std::make_move_iterator(begin), std::make_move_iterator(end)));
+    }
+    return *pages_.constFind(number);
+}
+
+Recordset::Page Recordset::records(qint64 first, qint64 size) const {
     QHash<Key, qint64> places;
     for (qint64 i = 0; i < size; ++i) places.insert(keys_[first + i], i);
     Page read(static_cast<std::size_t>(size));
@@ -79,8 +92,7 @@ const Recordset::Page& Recordset::page(qint64 number) const {
             read[static_cast<std::size_t>(places.value(selection_.keyOf(place, rows.integer(0))))] =
                 RowReader::read(rows, table(), 1);
     }
-    if (pages_.size() >= PagesKept) pages_.clear();
-    return *pages_.emplace(number, std::move(read));
+    return read;
 }
 
 std::optional<Record> Recordset::fetch(Key key) const {

@@ -109,8 +109,11 @@ private:
     using Page = std::vector<std::optional<Record>>;
     static constexpr qint64 PageSize = 128;
     static constexpr qsizetype PagesKept = 64;
+    static constexpr qint64 MostPagesAhead = 8; ///< read at once for whoever goes on from page to page
 
     const Page& page(qint64 number) const;
+    /// So many records from one on, each nothing when it was deleted since.
+    Page records(qint64 first, qint64 size) const;
     std::optional<Record> fetch(Key key) const;
     /// All keys at hand, as they are now; no page is any longer where it was.
     void readWhole() const;
@@ -135,6 +138,8 @@ private:
     KeySelection selection_;
     mutable Keys keys_;
     mutable QHash<qint64, Page> pages_;
+    mutable qint64 pagesRead_ = 0; ///< at once, the last time
+    mutable qint64 nextPage_ = 0;  ///< behind those
     qint64 position_ = 0;
     std::optional<Record> draft_;
     std::optional<Record> before_; ///< the record as edit() found it; none while adding

@@ -75,8 +75,10 @@ void Statement::finish() {
 
 QByteArrayView Statement::bytes(int column) const {
     QByteArrayView value(PQgetvalue(answer_.get(), row_, column), PQgetlength(answer_.get(), row_, column));
-    if (PQftype(answer_.get(), column) == Boolean) return value == QByteArrayView("t") ? "1" : "0";
-    if (PQftype(answer_.get(), column) != Numeric || !value.contains('.')) return value;
+    if (value.isEmpty()) return value;
+    const Oid type = PQftype(answer_.get(), column);
+    if (type == Boolean) return value == QByteArrayView("t") ? "1" : "0";
+    if (type != Numeric || !value.contains('.')) return value;
     while (value.endsWith('0')) value.chop(1);
     if (value.endsWith('.')) value.chop(1);
     return value;
