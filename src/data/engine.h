@@ -67,7 +67,7 @@ public:
     /// What the last statement that wrote has noted of its records, in the order in which it came upon them, where the
     /// engine is not far. To note is for the new value of a field: `noted(key, value, change)` gives the value, and so
     /// does `noted(key, value)` with the change of the record before; `alike(...)`, which is asked first, tells whether
-    /// these are the values that it was given for the record before.
+    /// these are the values that it was given for the record before, 127 at most: two a field of the widest table.
     virtual QList<Noted> noted() = 0;
     /// These values will be asked for by this statement within the transaction or the reading that is open: what a
     /// server has to be asked is asked along with the next question.

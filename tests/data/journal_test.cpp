@@ -6,6 +6,7 @@
 #include "data/journal.h"
 #include "data/journal_tables.h"
 #include "reference/article_tables.h"
+#include "stock/unit_tables.h"
 
 #include <QCryptographicHash>
 #include <QTemporaryDir>
@@ -21,7 +22,7 @@ protected:
         : first(folder.filePath(QStringLiteral("articles.mdb"))),
           second(folder.filePath(QStringLiteral("lignes.mdb"))) {
         Database::create(first, {&strarticle, &strjournal, &strsceau});
-        Database::create(second, {&strlivl, &strjournal, &strsceau});
+        Database::create(second, {&strlivl, &strproduit, &strjournal, &strsceau});
         articles.emplace(workspace.open(first));
         lines.emplace(workspace.open(second));
     }
@@ -128,6 +129,22 @@ TEST_F(JournalledFiles, TellEveryChangeFieldByField) {
                      QStringLiteral(R"(S CUP {"art_ref":"CUP","art_li1":"l'\"étoile\"","art_pv1":"5",)"
                                     R"("art_memo":"a\nb"})")}));
     EXPECT_EQ(one.count(), 0);
+}
+
+/// Nothing may be left of what the record was; the engine's functions take so many values and no more.
+TEST_F(JournalledFiles, TellAChangeOfEveryFieldOfTheWidestRecord) {
+    QList<Assignment> all;
+    for (const Field* field : strproduit.fields()) all.append({*field, QStringLiteral("1")});
+    lines->insert(Record(strproduit));
+    EXPECT_EQ(lines->update(strproduit, all, {}), 1);
+    Recordset units = lines->select(strproduit);
+    units.edit();
+    for (const Field* field : strproduit.fields()) units.draft().set(*field, QStringLiteral("2"));
+    units.update();
+    const QStringList told = entries(*lines);
+    EXPECT_EQ(told.last().count(QStringLiteral("[\"1\",\"2\"]")), strproduit.fields().size());
+    EXPECT_EQ(told[told.size() - 2].count(QStringLiteral(",\"1\"]")), strproduit.fields().size());
+    EXPECT_EQ(units.record().value(strproduit.pro_pac), QStringLiteral("2"));
 }
 
 TEST_F(JournalledFiles, SayWhoWhenFromWhereAndWhatWasDone) {
